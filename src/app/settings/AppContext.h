@@ -1,0 +1,33 @@
+// What every window and tool is handed: one object, passed by reference, instead of globals.
+#pragma once
+
+#include "app/settings/IniFiles.h"
+#include "app/settings/MainFields.h"
+#include "app/settings/Texts.h"
+#include "app/settings/basMisc.h"
+#include "document/PhotoDocument.h"
+#include "document/ToolFlags.h"
+
+namespace lumora {
+
+struct AppContext {
+    explicit AppContext(Installation where)
+        : installation(std::move(where)), texts(ini, installation.languageFile()), photo(flags) {}
+
+    Installation installation;
+    IniFiles ini;
+    Texts texts;
+    MainFields fields;
+    ToolFlags flags;
+    PhotoDocument photo;
+
+    /// A value of the settings file, with the reader's own default.
+    QString setting(const QString &section, const QString &key, const QString &defaultValue) {
+        return ini.ReadIniValue(installation.settingsFile(), section, key, defaultValue);
+    }
+    void writeSetting(const QString &section, const QString &key, const QString &value) {
+        ini.WriteIniValue(installation.settingsFile(), section, key, value);
+    }
+};
+
+} // namespace lumora

@@ -1,0 +1,129 @@
+// The one photo of the program: its holders, its flags, its history. Views and tools read it and hear of changes
+// through one signal; nobody changes the photo except through it.
+#pragma once
+
+#include "document/PhotoHistory.h"
+#include "document/ToolFlags.h"
+#include "imaging/PictureFile.h"
+
+#include <QImage>
+#include <QObject>
+#include <QString>
+#include <array>
+
+namespace lumora {
+
+/// What a change touched; several at once.
+enum class PhotoChange {
+    Pixels = 1,
+    Size = 2,
+    Selection = 4,
+    Zoom = 8,
+    Modified = 16,
+    Loaded = 32,
+    History = 64,
+};
+Q_DECLARE_FLAGS(PhotoChanges, PhotoChange)
+Q_DECLARE_OPERATORS_FOR_FLAGS(PhotoChanges)
+
+/// How the canvas is drawn: 0 as clear squares (above 100 %), 2 smoothly.
+enum class DrawingMode { Squares = 0, Smooth = 2 };
+
+class PhotoDocument : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit PhotoDocument(ToolFlags &flags, QObject *parent = nullptr);
+    ~PhotoDocument() override;
+
+    // The holders. All share their pixels until one is changed.
+    const QImage &picCanvas() const { return m_canvas; } ///< the working photo, full resolution
+    const QImage &picBuffer() const { return m_buffer; } ///< as it was last loaded or pasted
+    const QImage &picThumb() const { return m_thumb; }   ///< a copy of the current photo
+    /// The reduced copy, longer side 480 pixels. Made when first asked for after CreateDummyPicture.
+    const QImage &pic2nd() const;
+    QImage &picCM(int n); ///< colour-focus preview n, 1 to 4
+
+    bool PhotoLoaded() const { return m_loaded; }
+    bool PhotoModified() const { return m_modified; }
+    void setPhotoModified(bool modified);
+    QString CurrentFileName; ///< initial file name of the system's file dialogs
+
+    // The view's settings.
+    int zoom() const { return m_zoom; } ///< percent, 1 or more
+    bool magnify() const { return m_magnify; }
+    DrawingMode drawingMode() const { return m_drawingMode; }
+    int layoutValue() const { return m_layout; } ///< 5: centred in a scrollable view
+
+    /// Chooses the zoom at which the whole photo fits a canvas of that size in pixels, never above 100 %; sets
+    /// PhotoLoaded. Without a picture or with an empty canvas nothing changes.
+    void fitPhoto(QSize canvas);
+    /// 10 % nearer, without an upper limit; above 100 % as clear squares.
+    void PerformZoomIn();
+    /// 10 % farther, not below 30 %. Leaves the way of drawing as it is.
+    void PerformZoomOut();
+    /// Sets a zoom in percent (1 or more) and the way of drawing that PerformZoomIn would give it.
+    void setZoom(int percent);
+    /// Restores the canvas's display settings after the picture was replaced; the zoom stays.
+    void ResizePicCanvas();
+    /// Empties picCM1 to picCM4 and has pic2nd rebuilt from the canvas.
+    void CreateDummyPicture();
+
+    // Changing the photo.
+    /// Records an undo point: the picture that the canvas holds now. Nothing is recorded while the canvas is empty.
+    void RecordUndoPoint();
+    /// Which of the usual steps follow a change.
+    struct ChangeSteps {
+        bool recordUndo = true;
+        bool dummyPicture = true;
+        bool modified = true;
+    };
+    /// The way in which tools change the photo: records the undo point, replaces the picture, refreshes the copies,
+    /// sets PhotoModified, says what changed. False, and nothing changed, for a null picture or when memory is refused.
+    bool changePhoto(const QImage &next);
+    bool changePhoto(const QImage &next, ChangeSteps steps);
+
+    void PerformUndo();
+    void PerformRedo();
+    const PhotoHistory &history() const { return m_history; }
+
+    // Files.
+    /// Which of the two open routes runs: LoadPhoto clears PhotoModified, tmrLoadPhoto leaves it as it is.
+    enum class OpenRoute { LoadPhoto, TmrLoadPhoto };
+    /// Records an undo point, loads the file into the canvas, refreshes all holders. When the file cannot be read the
+    /// photo, the flags and what can be redone stay as they were.
+    PictureError openFile(const QString &path, OpenRoute route);
+    /// The same for a picture already read (start-up reads it while the window is built).
+    PictureError openPicture(const PictureRead &read, OpenRoute route);
+    /// Writes the canvas to the path; clears PhotoModified when the file stands.
+    PictureWritten saveFile(const QString &path);
+
+    /// Stores the canvas in MemoryPhoto as base64 JPEG text; loads it back into picBuffer at a width of 120 pixels.
+    void SavePhotoToMemory();
+    void OpenPhotoFromMemory();
+    const QByteArray &MemoryPhoto() const { return m_memoryPhoto; }
+
+    /// The status line for this photo: caption, twenty spaces, " - Version ", version, size in pixels and millimetres.
+    /// Without a photo it ends after the version. `dotsPerInch` is the screen's, 96 on most.
+    QString statusLine(const QString &caption, const QString &version, double dotsPerInch) const;
+
+  Q_SIGNALS:
+    void changed(lumora::PhotoChanges what);
+
+  private:
+    ToolFlags &m_flags;
+    PhotoHistory m_history;
+    QImage m_canvas, m_buffer, m_thumb;
+    mutable QImage m_2nd;
+    mutable bool m_2ndStale = false;
+    std::array<QImage, 4> m_cm;
+    bool m_loaded = false;
+    bool m_modified = false;
+    int m_zoom = 100;
+    bool m_magnify = false;
+    DrawingMode m_drawingMode = DrawingMode::Smooth;
+    int m_layout = 5;
+    QByteArray m_memoryPhoto;
+};
+
+} // namespace lumora

@@ -1,0 +1,61 @@
+#include "effects/BasicEffects.h"
+
+#include "app/settings/AppContext.h"
+#include "document/DoEvents.h"
+#include "imaging/Scale.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace lumora {
+
+namespace {
+
+constexpr int blackAndWhiteThreshold = 127; // the middle of 0 to 255
+constexpr int greyscaleByLuma = 0;
+
+const BasicEffect rows[] = {
+    {"keyBW", "tool8",
+     [](EffectEngine &engine, bool region) { return engine.blackAndWhite(blackAndWhiteThreshold, region); }},
+    {"keyGS", "tool8", [](EffectEngine &engine, bool region) { return engine.greyscale(greyscaleByLuma, region); }},
+    {"keySepia", "tool8", [](EffectEngine &engine, bool region) { return engine.sepia(region); }},
+    {"keyInvert", "tool8", [](EffectEngine &engine, bool region) { return engine.invert(true, true, true, region); }},
+};
+
+} // namespace
+
+std::span<const BasicEffect> basicEffects() { return rows; }
+
+bool BasicEffects::apply(const QString &key) {
+    const auto effect = std::ranges::find_if(rows, [&](const BasicEffect &row) { return key == row.key; });
+    if (effect == std::end(rows) || m_ctx.photo.picCanvas().isNull()) {
+        return true;
+    }
+    m_ctx.flags.EffectChosen = true;
+    m_engine.setPicture(m_ctx.photo.picCanvas());
+    const bool done = effect->apply(m_engine, false);
+    DoEvents();
+    const QImage result = m_engine.picture();
+    m_engine.setPicture({}); // gives the buffer back: the engine keeps no second photo alive
+    const bool changed = done && m_ctx.photo.changePhoto(result);
+    if (!changed) {
+        m_ctx.photo.CreateDummyPicture();
+        m_ctx.photo.setPhotoModified(true);
+    }
+    m_ctx.flags.SelectionActive = false;
+    return changed;
+}
+
+QImage BasicEffects::preview(const BasicEffect &effect, int longerSide) const {
+    const QImage &source = m_ctx.photo.pic2nd();
+    if (source.isNull()) {
+        return {};
+    }
+    const QSize size = source.size().scaled(longerSide, longerSide, Qt::KeepAspectRatio).expandedTo({1, 1});
+    EffectEngine engine;
+    engine.setPicture(scaleByAveraging(source, std::min(size.width(), source.width()),
+                                       std::min(size.height(), source.height())));
+    return effect.apply(engine, false) ? engine.picture() : QImage();
+}
+
+} // namespace lumora

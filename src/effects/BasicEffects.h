@@ -1,0 +1,45 @@
+// The four basic effects: black and white, greyscale, sepia, invert. The main window's list FT3 calls them.
+#pragma once
+
+#include "imaging/EffectEngine.h"
+
+#include <QImage>
+#include <QString>
+#include <span>
+
+namespace lumora {
+
+struct AppContext;
+
+/// One basic effect. Adding one is adding a row in BasicEffects.cpp.
+struct BasicEffect {
+    const char *key;      ///< its item in FT3
+    const char *iconName; ///< shown while no photo is loaded
+    bool (*apply)(EffectEngine &engine, bool limitToRegion);
+};
+
+std::span<const BasicEffect> basicEffects();
+
+class BasicEffects {
+  public:
+    explicit BasicEffects(AppContext &ctx) : m_ctx(ctx) {}
+
+    void ApplyBW() { apply("keyBW"); }
+    void ApplyGS() { apply("keyGS"); }
+    void ApplySepia() { apply("keySepia"); }
+    void ApplyInvert() { apply("keyInvert"); }
+
+    /// Applies the effect of that FT3 key to the whole photo, as one undo step. Nothing happens without a photo or for
+    /// an unknown key. Where the engine refuses (no memory) the photo keeps its pixels.
+    /// Returns false when the photo could not be changed although there is one.
+    bool apply(const QString &key);
+
+    /// A small picture of the effect on the current photo, longer side `longerSide` pixels; null without a photo.
+    QImage preview(const BasicEffect &effect, int longerSide) const;
+
+  private:
+    AppContext &m_ctx;
+    EffectEngine m_engine;
+};
+
+} // namespace lumora

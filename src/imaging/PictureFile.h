@@ -1,0 +1,63 @@
+// Picture files in and out: what a file holds is decided by its content, what is written by the target's extension.
+#pragma once
+
+#include <QImage>
+#include <QString>
+
+namespace lumora {
+
+enum class PictureError {
+    None,
+    NotFound,     ///< no such file, or it may not be read
+    NotAPicture,  ///< none of the formats known here
+    TooLarge,     ///< more than 200 megapixels
+    Damaged,      ///< the header promises what the file cannot hold, or the data are broken from the start
+    NoMemory,     ///< memory for the pixels was refused
+    UnknownType,  ///< writing: an extension that names no format
+    NotWritable,  ///< writing: folder gone, read-only, disk full
+};
+
+struct PictureRead {
+    QImage picture; ///< upright, sRGB, a picture as Picture.h describes it; null unless error is None
+    PictureError error = PictureError::None;
+    QString reason; ///< for logs and lumora-probe: what the decoder said, in English
+};
+
+struct PictureHeader {
+    QString format;      ///< "JPEG", "PNG", "GIF", "BMP", "TIFF", "WebP", "HEIF"
+    int width = 0;       ///< pixels, upright
+    int height = 0;      ///< pixels, upright
+    PictureError error = PictureError::None;
+    QString reason;
+};
+
+struct PictureWritten {
+    PictureError error = PictureError::None;
+    QString reason;
+    bool ok() const { return error == PictureError::None; }
+};
+
+/// Reads only the header. Never allocates pixels.
+PictureHeader readPictureHeader(const QString &path);
+
+/// Reads BMP, GIF (first frame), JPEG, PNG, TIFF (first page), WebP and HEIF by content: upright by its EXIF or TIFF
+/// orientation, colours converted from an embedded profile to sRGB. The size is checked against 200 megapixels and
+/// against what the file can hold before a pixel is allocated.
+PictureRead readPicture(const QString &path);
+
+/// A small picture of the file whose longer side is at most `longerSide` pixels (1 to 2000), upright and sRGB, made
+/// from the embedded or a scaled-down decode where the format has one.
+PictureRead readThumbnail(const QString &path, int longerSide);
+
+/// Reads a picture from the bytes of a file.
+PictureRead readPictureFromData(const QByteArray &data);
+
+/// Writes the picture as BMP, GIF, JPEG, PNG, TIFF or TGA, by the extension (.bmp .gif .jpg .jpeg .png .tif .tiff
+/// .tga, any case). The file is replaced whole or not at all: a temporary file beside it, flushed, renamed; links stay
+/// links, an existing file keeps its mode. Transparency goes onto white in JPEG and BMP.
+PictureWritten writePicture(const QImage &picture, const QString &path);
+
+/// The picture as the bytes of a JPEG file at quality 1 to 100.
+QByteArray encodeJpeg(const QImage &picture, int quality = 90);
+
+} // namespace lumora
