@@ -111,6 +111,11 @@ class PhotoDocument : public QObject {
     void changed(lumora::PhotoChanges what);
 
   private:
+    bool restoreDisplay();
+    bool replaceCanvas(const QImage &next);
+    void stepThroughHistory(bool back);
+    PictureError fillFrom(const PictureRead &read, OpenRoute route);
+
     ToolFlags &m_flags;
     PhotoHistory m_history;
     QImage m_canvas, m_buffer, m_thumb;

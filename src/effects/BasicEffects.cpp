@@ -24,7 +24,9 @@ const BasicEffect rows[] = {
 
 } // namespace
 
-std::span<const BasicEffect> basicEffects() { return rows; }
+std::span<const BasicEffect> basicEffects() {
+    return rows;
+}
 
 bool BasicEffects::apply(const QString &key) {
     const auto effect = std::ranges::find_if(rows, [&](const BasicEffect &row) { return key == row.key; });
@@ -53,8 +55,8 @@ QImage BasicEffects::preview(const BasicEffect &effect, int longerSide) const {
     }
     const QSize size = source.size().scaled(longerSide, longerSide, Qt::KeepAspectRatio).expandedTo({1, 1});
     EffectEngine engine;
-    engine.setPicture(scaleByAveraging(source, std::min(size.width(), source.width()),
-                                       std::min(size.height(), source.height())));
+    engine.setPicture(
+        scaleByAveraging(source, std::min(size.width(), source.width()), std::min(size.height(), source.height())));
     return effect.apply(engine, false) ? engine.picture() : QImage();
 }
 

@@ -24,8 +24,12 @@ const ToolRow rows[] = {
 
 } // namespace
 
-std::span<const ToolRow> toolTable() { return rows; }
+std::span<const ToolRow> toolTable() {
+    return rows;
+}
 
-int advancedTop(int index) { return firstTop + index * pitch; }
+int advancedTop(int index) {
+    return firstTop + index * pitch;
+}
 
 } // namespace lumora

@@ -7,11 +7,11 @@ namespace lumora {
 
 /// One button of the tool column.
 struct ToolRow {
-    const char *control;       ///< object name of the button
-    const char *iconName;      ///< its picture, see resources/icons
-    int simpleTop;             ///< top edge in twips in Simple mode; hiddenInSimple where the mode has no such tool
-    bool built;                ///< a tool without behaviour stands disabled
-    bool hiddenFromLauncher;   ///< hidden too when Simple mode is chosen in the launcher
+    const char *control;     ///< object name of the button
+    const char *iconName;    ///< its picture, see resources/icons
+    int simpleTop;           ///< top edge in twips in Simple mode; hiddenInSimple where the mode has no such tool
+    bool built;              ///< a tool without behaviour stands disabled
+    bool hiddenFromLauncher; ///< hidden too when Simple mode is chosen in the launcher
 };
 
 inline constexpr int hiddenInSimple = -1;

@@ -7,6 +7,9 @@
 
 namespace lumora {
 
+/// The sender's address as long as nobody has entered one.
+inline constexpr char kPlaceholderAddress[] = "you@example.com";
+
 struct MainFields {
     QString txtDlgs = "0";        ///< "Dialogs"/"Style": "0" own dialogs, "1" the system's
     QString txtSFX = "0";         ///< "SFX"/"Advanced"
@@ -20,7 +23,7 @@ struct MainFields {
     QString txtPrintTimer = "0";  ///< "Printer"/"Timed"
     QString txtCountDown = "1";   ///< "Printer"/"Timer", minutes
     QString txtPrinter;           ///< "Printer"/"Device"
-    QString txtYourEmail;         ///< "Sender"/"Address"
+    QString txtYourEmail = kPlaceholderAddress; ///< "Sender"/"Address"
     QString txtCropTip = "0";     ///< "Tips"/"Crop"
     QString txtWelcome = "1";     ///< "Welcome"/"Show"
     QString txtMyDox = "1";       ///< "MyDocs"/"Value", read just before a save dialog opens

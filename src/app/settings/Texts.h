@@ -10,9 +10,13 @@ namespace lumora {
 
 class IniFiles;
 
-/// One text. `control` is the object name of the control below the window that shows it ("" for the window's own
-/// title, "-" for a message that is read when it is shown); `property` says where it goes: "text", "toolTip", "title",
-/// "windowTitle" or, for a button of a toolbar or picture list, "item:KEY" (the control's item of that key).
+/// One text. `window` names the windows that read it, separated by blanks ("" for a message that any of them may
+/// show). `control` is the object name of the control below the window that shows it ("" for the window itself, "-"
+/// for a message that is read when it is shown). `property` says where it goes:
+/// - "text", "toolTip", "title", "windowTitle": that property of the control;
+/// - "append": below the text that the control shows already, after an empty line;
+/// - "item:KEY": tool tip of the control's button whose property "key" is KEY;
+/// - "itemText:KEY": text and tool tip of that button.
 struct TextRow {
     const char *window;
     const char *identifier;
@@ -23,6 +27,12 @@ struct TextRow {
 
 /// All rows.
 std::span<const TextRow> allTexts();
+
+/// Whether that window (by its object name) reads the row.
+bool isTextOf(const TextRow &row, const QString &window);
+
+/// The control of a row below the window, down to the item; nullptr when the window does not have it.
+QWidget *controlOfText(const TextRow &row, QWidget &window);
 
 /// The texts of one language file.
 class Texts {
@@ -35,7 +45,8 @@ class Texts {
     QString text(const QString &identifier, const QString &defaultText) const;
 
     /// Sets every text of `window` (its object name) on its controls; buttons get their text or tool tip as their
-    /// accessible name as well. Controls that the window does not have are passed over.
+    /// accessible name as well. "&&" is one ampersand everywhere. Controls that the window does not have are passed
+    /// over.
     void LoadLanguage(QWidget &window) const;
 
   private:

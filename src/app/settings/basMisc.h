@@ -15,8 +15,8 @@ struct Installation {
     QString videosFolder() const { return programFolder + "/Videos"; }
 };
 
-/// The user's folder of that shell number: 5 documents, 39 pictures, 0 desktop; an empty text for another number or
-/// where there is none.
+/// The user's folder of that shell number: 5 documents, 39 pictures, 0 desktop, made when it is missing, as a desktop
+/// does at log-in; an empty text for another number or where it cannot be made.
 QString GetSpecialFolderPath(int folder);
 
 /// Splits a colour 0x00BBGGRR into its bytes and returns 1 when it is greater than -1; a negative (system) colour

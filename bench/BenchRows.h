@@ -1,0 +1,9 @@
+// The groups of rows; each is added once by main.
+#pragma once
+
+namespace lumora {
+
+void addImagingRows();
+void addFileRows();
+
+} // namespace lumora

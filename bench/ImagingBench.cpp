@@ -1,0 +1,41 @@
+// Rows for what EffectEngine and Scale.h offer.
+#include "BenchPicture.h"
+#include "BenchRows.h"
+
+#include "imaging/EffectEngine.h"
+#include "imaging/Scale.h"
+
+#include <cstdlib>
+
+namespace lumora {
+
+namespace {
+
+void addEffect(const char *name, bool (*effect)(EffectEngine &engine)) {
+    addRows(name, [effect](const QImage &picture) {
+        EffectEngine engine;
+        engine.setPicture(picture);
+        if (!effect(engine)) {
+            std::abort();
+        }
+        benchmark::DoNotOptimize(engine.picture().constBits());
+    });
+}
+
+} // namespace
+
+void addImagingRows() {
+    addEffect("BlackAndWhite", [](EffectEngine &engine) { return engine.blackAndWhite(127, false); });
+    addEffect("Greyscale", [](EffectEngine &engine) { return engine.greyscale(0, false); });
+    addEffect("Sepia", [](EffectEngine &engine) { return engine.sepia(false); });
+    addEffect("Invert", [](EffectEngine &engine) { return engine.invert(true, true, true, false); });
+    addRows("ScaleTo480", [](const QImage &picture) {
+        const QSize size = picture.size().scaled(480, 480, Qt::KeepAspectRatio);
+        benchmark::DoNotOptimize(scaleByAveraging(picture, size.width(), size.height()).constBits());
+    });
+    addRows("HalfSize", [](const QImage &picture) { benchmark::DoNotOptimize(boxReduced(picture, 2).constBits()); });
+    addRows("SixteenthSize",
+            [](const QImage &picture) { benchmark::DoNotOptimize(boxReduced(picture, 16).constBits()); });
+}
+
+} // namespace lumora

@@ -1,0 +1,19 @@
+// lumora-bench: prints for each operation milliseconds, nanoseconds a pixel and the ratio to a plain copy (x_copy).
+// Read docs/performance.md for what the rows say; --benchmark_filter=Sepia runs some of them.
+#include "BenchRows.h"
+
+#include "imaging/effects/Targets.h"
+
+#include <benchmark/benchmark.h>
+
+int main(int argc, char **argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 1;
+    }
+    benchmark::AddCustomContext("kernels", lumora::chosenKernelTarget());
+    lumora::addImagingRows();
+    lumora::addFileRows();
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

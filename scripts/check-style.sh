@@ -1,0 +1,26 @@
+#!/bin/bash
+# Formatting (clang-format) and static analysis (clang-tidy) of everything in src, tests, tools and bench.
+# Called by ./test --style, which installs what it needs.
+set -euo pipefail
+cd "$(dirname "$(readlink -f "$0")")/.."
+. scripts/setup.sh
+
+# A build folder of its own: clang-tidy wants the commands and the generated files, not the objects.
+if [ ! -f build/style/build.ninja ]; then
+    say "Preparing the analysis"
+    quietly build/log/configure-style.log \
+        cmake --preset dev -B build/style -D LUMORA_BENCH=ON -D CMAKE_GLOBAL_AUTOGEN_TARGET=ON
+fi
+quietly build/log/build-style.log cmake --build build/style --target autogen
+
+say "Looking at the formatting"
+find src tests tools bench -name '*.cpp' -o -name '*.h' | xargs -r clang-format --dry-run --Werror
+
+say "Analysing the code ($(nproc) at a time; this takes minutes)"
+compiled=$(awk -F'"' '$2 == "file" && $4 !~ /\/build/ { print $4 }' build/style/compile_commands.json | sort -u)
+log=build/log/clang-tidy.log
+if ! xargs -r -n 1 -P "$(nproc)" clang-tidy -p build/style --quiet <<<"$compiled" >"$log" 2>/dev/null; then
+    grep -E 'error:|warning:' "$log" | sort -u >&2
+    fail "clang-tidy has something to say; all of it is in $log."
+fi
+say "The style holds."

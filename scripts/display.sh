@@ -1,0 +1,36 @@
+# Finding the screen, or making one up. Sourced by ../run.
+
+# Does anybody answer at this socket? (perl-base is part of every Debian.)
+answers() {
+    perl -MIO::Socket::UNIX -e 'exit !IO::Socket::UNIX->new(Peer => $ARGV[0])' "$1" 2>/dev/null
+}
+
+# True when DISPLAY or WAYLAND_DISPLAY names a screen that can be reached.
+has_display() {
+    if [ -n "${WAYLAND_DISPLAY:-}" ]; then
+        case $WAYLAND_DISPLAY in
+        /*) answers "$WAYLAND_DISPLAY" && return 0 ;;
+        *) answers "${XDG_RUNTIME_DIR:-}/$WAYLAND_DISPLAY" && return 0 ;;
+        esac
+    fi
+    [ -n "${DISPLAY:-}" ] || return 1
+    local host=${DISPLAY%:*} number=${DISPLAY##*:}
+    number=${number%%.*}
+    if [ -z "$host" ] || [ "$host" = unix ]; then
+        answers "/tmp/.X11-unix/X$number"
+    else
+        timeout 3 bash -c "exec 3<>/dev/tcp/$host/$((6000 + number))" 2>/dev/null
+    fi
+}
+
+# start_virtual_display WIDTHxHEIGHT: an X server of our own that ends with the script.
+start_virtual_display() {
+    mkdir -p build/log
+    exec 9< <(exec Xvfb -displayfd 1 -screen 0 "$1x24" -nolisten tcp 2>build/log/xvfb.log)
+    local screen=$! number
+    # shellcheck disable=SC2064 # the number of now is the one to end
+    trap "kill $screen 2>/dev/null || true" EXIT
+    read -r -t 30 number <&9 || fail "The virtual display did not start; see build/log/xvfb.log."
+    export DISPLAY=:$number QT_QPA_PLATFORM=xcb
+    unset WAYLAND_DISPLAY
+}

@@ -1,0 +1,37 @@
+// The command row of the main window: the four big buttons, the zoom, and Toolbar1.
+#pragma once
+
+#include <QWidget>
+
+class QHBoxLayout;
+
+namespace lumora {
+
+class CommandBar;
+class PictureButton;
+
+class CommandRow : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit CommandRow(QWidget *parent = nullptr);
+
+    PictureButton *cmdOpen() const { return m_open; }
+    PictureButton *cmdSave() const { return m_save; }
+    PictureButton *cmdScan() const { return m_scan; }
+    PictureButton *cmdPrint() const { return m_print; }
+    PictureButton *cmdSetZoom() const { return m_setZoom; }
+    CommandBar *Toolbar1() const { return m_toolbar; }
+
+  protected:
+    void paintEvent(QPaintEvent *event) override;
+
+  private:
+    PictureButton *addButton(const char *name, const char *icon);
+
+    QHBoxLayout *m_row;
+    PictureButton *m_open, *m_save, *m_scan, *m_print, *m_setZoom;
+    CommandBar *m_toolbar;
+};
+
+} // namespace lumora

@@ -1,0 +1,35 @@
+// The six floating tool bars FT1 to FT6 of the main window, made from the table in tools/FloatingBars.
+#pragma once
+
+#include <QMap>
+#include <QObject>
+#include <QString>
+
+class QWidget;
+
+namespace lumora {
+
+class FloatingToolbar;
+
+/// At most one of them is open. Hands on clicks; runs no tool itself.
+class FloatingBarSet : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit FloatingBarSet(QWidget *window);
+
+    FloatingToolbar *bar(const QString &name) const { return m_bars.value(name); }
+    /// The bar that belongs to that tool button, or null.
+    FloatingToolbar *barOfTool(const QString &control) const;
+    /// The widths that Simple mode gives them.
+    void setSimple(bool fromLauncher);
+    void HideFloatingToolbars();
+
+  Q_SIGNALS:
+    void itemClicked(const QString &bar, const QString &key);
+
+  private:
+    QMap<QString, FloatingToolbar *> m_bars;
+};
+
+} // namespace lumora

@@ -1,0 +1,42 @@
+#include "app/MainBar.h"
+
+#include "widgets/PictureButton.h"
+#include "widgets/Theme.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+
+namespace lumora {
+
+namespace {
+constexpr int pictureSize = 22; // pixels
+constexpr int buttonWidth = 52;
+constexpr int barHeight = 36;
+} // namespace
+
+MainBar::MainBar(QWidget *parent) : TitleStrip(parent) {
+    setObjectName("picTBar");
+    setFixedHeight(barHeight);
+    row()->setContentsMargins(12, 0, 4, 0);
+    auto *sign = new QLabel(this);
+    sign->setPixmap(iconPixmap("lumora", pictureSize, devicePixelRatioF()));
+    sign->setAttribute(Qt::WA_TransparentForMouseEvents);
+    row()->insertWidget(0, sign);
+
+    const auto addButton = [this](const char *name, const char *icon, void (MainBar::*wanted)()) {
+        auto *button = new PictureButton(icon, PictureButton::CaptionPlace::None, this);
+        button->setObjectName(name);
+        button->setPictureSize(pictureSize);
+        button->setFixedSize(buttonWidth, barHeight - 2);
+        connect(button, &PictureButton::clicked, this, wanted);
+        row()->addWidget(button);
+    };
+    addButton("cmdMin", "minimise", &MainBar::minimiseWanted);
+    addButton("cmdExit", "exit", &MainBar::exitWanted);
+}
+
+void MainBar::mouseDoubleClickEvent(QMouseEvent *) {
+    window()->setWindowState(window()->windowState() ^ Qt::WindowMaximized);
+}
+
+} // namespace lumora

@@ -1,0 +1,78 @@
+// Opening, saving and leaving: what the Open, Save and Exit buttons do, by either route (own dialogs or the system's).
+// Owned by the main window, which listens to the signals.
+#pragma once
+
+#include "imaging/PictureFile.h"
+
+#include <QObject>
+#include <QTimer>
+#include <functional>
+
+class QWidget;
+
+namespace lumora {
+
+struct AppContext;
+
+class PhotoCommands : public QObject {
+    Q_OBJECT
+
+  public:
+    PhotoCommands(AppContext &ctx, QWidget *owner);
+
+    /// The Open and Save buttons.
+    void open();
+    void save();
+    /// Opens that file the way of the Open button: asks first when there are unsaved changes.
+    void openDropped(const QString &path);
+    /// Asks as ExitApp does and leaves the editor when the answer allows it.
+    void leaveEditor();
+    /// Shows a picture read while the window was built, or reads the path now where there is none.
+    void openAtStart(const PictureRead &read);
+
+    void OpenPhotos();
+    void OpenPhotos2();
+    void SavePhotos();
+    void LoadPhoto();
+    /// True when the file stands.
+    bool SavePhoto();
+    void SavePhoto2();
+    void OpenMySimplePhoto();
+    void OpenMySimplePhoto2();
+    void SaveMySimplePhoto();
+    void SaveMySimplePhoto2();
+    void SaveBeforeOpen();
+
+  Q_SIGNALS:
+    /// The Arrow tool is to be current.
+    void firstToolWanted();
+    void toolsEnabled();
+    /// The canvas and the side panel are to be seen.
+    void canvasWanted();
+    /// A photo has come into the canvas.
+    void opened();
+    void buttonsToRefresh();
+    /// Plain words for the status line.
+    void message(const QString &text);
+    /// The editor is left: close the main window, show the launcher.
+    void leave();
+
+  private:
+    enum class Saved { Yes, No };
+    void loadInto(const PictureRead &read, bool simpleRoute);
+    void loadSimplePath();
+    void saveSimplePath();
+    Saved saveTo(const QString &path);
+    void openSimple(const QString &form);
+    /// Asks frmSave2; runs `then` once the changes are saved or given up.
+    void saveBefore(const std::function<void()> &then);
+    void say(PictureError error);
+
+    AppContext &m_ctx;
+    QWidget *m_owner;
+    QTimer tmrLoadPhoto;
+    QTimer tmrSavePhoto;
+    std::function<void()> m_afterSimpleSave; ///< what waits for the Simple save to have happened
+};
+
+} // namespace lumora

@@ -1,0 +1,28 @@
+// The desktop's own file dialogs, as Advanced mode uses them to open and save.
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace lumora {
+
+struct AppContext;
+
+/// Asks for a picture to open: GIF, JPEG, PNG, TIFF and BMP, starting in the working directory. An empty text when the
+/// dialog was cancelled.
+QString askForPhotoToOpen(AppContext &ctx, QWidget *owner);
+
+/// How a save dialog begins.
+struct SaveQuestion {
+    QString initialName;
+    const char *suffix = "jpg";        ///< the type selected at first
+    bool workingDirectoryOnly = false; ///< true: the "MyDocs" setting is not consulted
+};
+
+/// Asks where to save: in the documents folder or, where the settings say so, in the working directory; asks before an
+/// existing file is replaced. A name typed without an extension gets the one of the chosen type. An empty text when
+/// the dialog was cancelled.
+QString askWhereToSave(AppContext &ctx, QWidget *owner, const SaveQuestion &question);
+
+} // namespace lumora

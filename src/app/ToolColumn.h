@@ -1,0 +1,44 @@
+// The tool column: the buttons cmdTool1 to cmdTool11 and cmdCropCut in Pager1 on SidePanel1.
+#pragma once
+
+#include <QMap>
+#include <QWidget>
+
+namespace lumora {
+
+class Pager;
+class PictureButton;
+
+/// Rows come from tools/ToolTable. Pressing a button tells which; the column itself runs no tool.
+class ToolColumn : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit ToolColumn(QWidget *parent = nullptr);
+
+    /// The buttons of Simple mode at their places; those that share a top stand side by side in that row.
+    /// `fromLauncher`: the cut-out button is hidden too.
+    void setSimple(bool fromLauncher);
+    /// Enables the tools whose behaviour stands; the others stay disabled.
+    void EnableToolbars();
+    void DisableToolbars();
+    /// Shows that tool as the current one and the others unpressed.
+    void setCurrent(const QString &control);
+    PictureButton *button(const QString &control) const { return m_buttons.value(control); }
+
+  Q_SIGNALS:
+    void pressed(const QString &control);
+
+  protected:
+    void paintEvent(QPaintEvent *event) override;
+
+  private:
+    void placeAll();
+
+    QWidget *m_column;
+    Pager *m_pager;
+    QMap<QString, PictureButton *> m_buttons;
+    bool m_simple = false;
+};
+
+} // namespace lumora

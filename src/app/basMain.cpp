@@ -1,0 +1,202 @@
+#include "app/basMain.h"
+
+#include "app/frmHelp.h"
+#include "app/frmLauncher.h"
+#include "app/frmMain.h"
+#include "app/frmSplash.h"
+#include "app/settings/LoadSettings.h"
+#include "widgets/Theme.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QIcon>
+
+namespace lumora {
+
+QString commandLineAsTyped(const QStringList &arguments) {
+    return arguments.join(u' ').trimmed();
+}
+
+StartDecision decideStart(const QString &commandLine) {
+    const QString switchText = commandLine.toLower();
+    if (switchText == "/s") {
+        return {StartOutcome::SimpleMode, {}};
+    }
+    if (switchText == "/a") {
+        return {StartOutcome::AdvancedMode, {}};
+    }
+    if (switchText.isEmpty()) {
+        return {StartOutcome::Splash, {}};
+    }
+    const QString path = QString(commandLine).remove(u'"');
+    if (QFileInfo(path).isFile()) {
+        return {StartOutcome::AdvancedModeWithPhoto, path};
+    }
+    return {StartOutcome::Nothing, {}};
+}
+
+/// One sitting at the main window: its photo, flags and window begin anew with every start from the launcher.
+struct basMain::Desk : public QObject {
+    explicit Desk(const Installation &where) : context(where), window(new frmMain(context)) {}
+    ~Desk() override { delete window.data(); }
+
+    AppContext context;
+    QPointer<frmMain> window;
+};
+
+basMain::basMain(Installation where) : m_context(std::move(where)) {}
+
+basMain::~basMain() {
+    blockSignals(true); // the end is known already
+    delete m_desk;
+    m_desk = nullptr;
+    delete m_launcher.data();
+    delete m_splash.data();
+}
+
+frmSplash *basMain::splash() const { return m_splash; }
+
+frmLauncher *basMain::launcher() const { return m_launcher; }
+
+frmMain *basMain::mainWindow() const {
+    return m_desk == nullptr ? nullptr : m_desk->window.data();
+}
+
+AppContext &basMain::context() {
+    return m_desk == nullptr ? m_context : m_desk->context;
+}
+
+bool basMain::Main(const QString &commandLine) {
+    const StartDecision decision = decideStart(commandLine);
+    switch (decision.outcome) {
+    case StartOutcome::SimpleMode:
+        StartSimpleMode();
+        return true;
+    case StartOutcome::AdvancedMode:
+    case StartOutcome::AdvancedModeWithPhoto:
+        StartAdvancedMode(decision.photo);
+        return true;
+    case StartOutcome::Splash:
+        showSplash();
+        return true;
+    case StartOutcome::Nothing:
+        break;
+    }
+    return false;
+}
+
+void basMain::StartSimpleMode() {
+    loadLauncher();
+    ApplySimpleSettings(m_context);
+    showSimpleMainWindow(SimpleStart::CommandLine);
+}
+
+void basMain::StartAdvancedMode(const QString &photo) {
+    std::shared_future<PictureRead> picture;
+    if (!photo.isEmpty()) {
+        picture = std::async(std::launch::async, readPicture, photo).share();
+        frmMain &window = loadMainWindow();
+        window.setStartupPhotoPath(photo);
+        window.setStartupPicture(picture);
+    }
+    loadLauncher(); // never seen here, so it is not shown first: that would only flicker
+    showAdvancedMainWindow();
+}
+
+void basMain::showSplash() {
+    m_splash = new frmSplash(m_context);
+    connect(m_splash, &frmSplash::launcherWanted, this, &basMain::showLauncher);
+    connect(m_splash, &QObject::destroyed, this, &basMain::endWithoutWindows);
+    m_splash->show();
+}
+
+void basMain::loadLauncher() {
+    if (m_launcher) {
+        return;
+    }
+    m_launcher = new frmLauncher(m_context);
+    connect(m_launcher, &frmLauncher::simpleModeWanted, this, &basMain::simpleModeFromLauncher);
+    connect(m_launcher, &frmLauncher::advancedModeWanted, this, &basMain::advancedModeFromLauncher);
+    connect(m_launcher, &QObject::destroyed, this, &basMain::endWithoutWindows);
+}
+
+void basMain::showLauncher() {
+    loadLauncher();
+    m_launcher->show();
+    m_launcher->raise();
+    m_launcher->activateWindow();
+}
+
+void basMain::simpleModeFromLauncher() {
+    m_launcher->hide();
+    m_launcher->SetupSimpleMode();
+    showSimpleMainWindow(SimpleStart::Launcher);
+}
+
+void basMain::advancedModeFromLauncher() {
+    m_launcher->hide();
+    showAdvancedMainWindow();
+}
+
+frmMain &basMain::loadMainWindow() {
+    if (m_desk == nullptr) {
+        m_desk = new Desk(m_context.installation);
+        connect(m_desk->window, &frmMain::helpWanted, this,
+                [this] { frmHelp::showModal(m_desk->context, m_desk->window); });
+        connect(m_desk->window, &frmMain::leave, this, &basMain::unloadMainWindow);
+    }
+    return *m_desk->window;
+}
+
+void basMain::showSimpleMainWindow(SimpleStart how) {
+    frmMain &window = loadMainWindow();
+    window.applySimpleLayout(how);
+    m_desk->context.flags.SimpleModeOn = true;
+    m_desk->context.flags.ScanNow = false;
+    window.show();
+}
+
+void basMain::showAdvancedMainWindow() {
+    frmMain &window = loadMainWindow();
+    m_desk->context.flags.SimpleModeOn = false;
+    m_desk->context.flags.ScanNow = false;
+    window.show();
+}
+
+void basMain::unloadMainWindow() {
+    if (m_desk == nullptr) {
+        return;
+    }
+    // The window may still be answering the click that left it, so it goes when that is done.
+    m_desk->window->hide();
+    m_desk->deleteLater();
+    m_desk = nullptr;
+    showLauncher();
+}
+
+void basMain::endWithoutWindows() {
+    if (m_splash.isNull() && m_launcher.isNull() && m_desk == nullptr) {
+        Q_EMIT ended();
+    }
+}
+
+void setUpApplication(QApplication &application) {
+    QApplication::setApplicationName("Lumora");
+    QApplication::setApplicationVersion(versionNumber());
+    QApplication::setDesktopFileName("lumora");
+    QApplication::setWindowIcon(QIcon(":/icons/lumora.svg"));
+    // A hidden launcher is a loaded window: the program ends when basMain says so.
+    QApplication::setQuitOnLastWindowClosed(false);
+    applyTheme(application);
+}
+
+int runLumora(int argc, char **argv) {
+    QApplication application(argc, argv);
+    setUpApplication(application);
+    basMain program(Installation{QApplication::applicationDirPath()});
+    QObject::connect(&program, &basMain::ended, &application, &QApplication::quit);
+    const QString commandLine = commandLineAsTyped(QApplication::arguments().mid(1));
+    return program.Main(commandLine) ? QApplication::exec() : 0;
+}
+
+} // namespace lumora

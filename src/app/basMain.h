@@ -1,0 +1,89 @@
+// The way into the program and out of it: reads the command line, opens the first window, and keeps every window until
+// it is unloaded. main.cpp calls runLumora; the script player drives a basMain of its own.
+#pragma once
+
+#include "app/settings/AppContext.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+#include <future>
+#include <memory>
+
+class QApplication;
+
+namespace lumora {
+
+class frmLauncher;
+class frmMain;
+class frmSplash;
+enum class SimpleStart;
+
+/// What a command line asks for.
+enum class StartOutcome { SimpleMode, AdvancedMode, AdvancedModeWithPhoto, Splash, Nothing };
+
+struct StartDecision {
+    StartOutcome outcome = StartOutcome::Nothing;
+    QString photo; ///< the file to open, as it was typed but without quotes; empty unless the outcome has one
+};
+
+/// The arguments as a person typed them: joined by blanks, without blanks around.
+QString commandLineAsTyped(const QStringList &arguments);
+
+/// "/s" and "/a" in either case are the switches, nothing is the splash, the name of an existing file (every double
+/// quote in it is dropped; a folder is no file) is a photo. Anything else is StartOutcome::Nothing.
+StartDecision decideStart(const QString &commandLine);
+
+class basMain : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit basMain(Installation where);
+    ~basMain() override;
+
+    /// Acts on a command line (see decideStart). False when it opened no window: the program then ends at once.
+    bool Main(const QString &commandLine);
+    /// Straight into Simple mode, without splash or launcher.
+    void StartSimpleMode();
+    /// Straight into Advanced mode; `photo` may be empty. The file is read in a second thread while the window is
+    /// built. The settings stay as the user left them.
+    void StartAdvancedMode(const QString &photo);
+
+    // The windows that are loaded, seen or not; null when they are not.
+    frmSplash *splash() const;
+    frmLauncher *launcher() const;
+    frmMain *mainWindow() const;
+    /// The main window's context; before there is one, the launcher's.
+    AppContext &context();
+
+  Q_SIGNALS:
+    /// The last window has been unloaded.
+    void ended();
+
+  private:
+    struct Desk;
+
+    void showSplash();
+    void loadLauncher();
+    void showLauncher();
+    void simpleModeFromLauncher();
+    void advancedModeFromLauncher();
+    frmMain &loadMainWindow();
+    void showSimpleMainWindow(SimpleStart how);
+    void showAdvancedMainWindow();
+    void unloadMainWindow();
+    void endWithoutWindows();
+
+    AppContext m_context;
+    QPointer<frmSplash> m_splash;
+    QPointer<frmLauncher> m_launcher;
+    Desk *m_desk = nullptr;
+};
+
+/// Gives the application its name, version, picture and look.
+void setUpApplication(QApplication &application);
+
+/// The whole program: from the command line to its exit code.
+int runLumora(int argc, char **argv);
+
+} // namespace lumora

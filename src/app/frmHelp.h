@@ -1,0 +1,39 @@
+// Help: the videos or the user guide. The launcher (Help, F1) and the main window's toolbar show it.
+#pragma once
+
+#include "widgets/BorderlessDialog.h"
+
+#include <QTimer>
+
+class QRadioButton;
+
+namespace lumora {
+
+class AnimatedButton;
+struct AppContext;
+
+class frmHelp : public BorderlessDialog {
+    Q_OBJECT
+
+  public:
+    frmHelp(AppContext &context, QWidget *owner);
+
+    /// Shows it modally over its owner; it goes when it is answered.
+    static void showModal(AppContext &context, QWidget *owner);
+    void LoadLanguage();
+
+  private:
+    void accept() override;
+    void launchVideos();
+    AnimatedButton *answer(const QString &name, const QString &loop);
+    void nextFrame();
+
+    AppContext &m_context;
+    QRadioButton *optVideos;
+    QRadioButton *optUserGuide;
+    AnimatedButton *cmdYes;
+    AnimatedButton *cmdNo;
+    QTimer tmrYes;
+};
+
+} // namespace lumora

@@ -1,0 +1,186 @@
+#include "app/frmLauncher.h"
+
+#include "app/frmHelp.h"
+#include "app/settings/AppContext.h"
+#include "app/settings/LoadSettings.h"
+#include "widgets/AnimatedButton.h"
+#include "widgets/PictureButton.h"
+#include "widgets/Theme.h"
+#include "widgets/WindowDragger.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace lumora {
+
+namespace {
+
+constexpr int handSize = 64; // pixels
+constexpr QColor entered(255, 128, 255);
+constexpr QColor left(236, 233, 216);
+
+/// A button that shows its edges at rest, is filled with its hover colour, entered or left, and sets its picture off
+/// against a disc of its own colour.
+class ModeButton : public PictureButton {
+  public:
+    ModeButton(const QString &icon, QColor disc, QWidget *parent)
+        : PictureButton(icon, CaptionPlace::Below, parent), m_disc(disc) {}
+
+  protected:
+    void paintEvent(QPaintEvent *event) override {
+        QPainter painter(this);
+        paintPanel(painter, rect(), buttonCorner, hoverColour());
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(m_disc);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const qreal radius = 0.54 * pictureSize().width();
+        painter.drawEllipse(QPointF(width() / 2.0, 8 + pictureSize().height() / 2.0), radius, radius);
+        painter.end();
+        PictureButton::paintEvent(event);
+    }
+
+  private:
+    QColor m_disc;
+};
+
+} // namespace
+
+frmLauncher::frmLauncher(AppContext &context)
+    : BorderlessDialog("frmLauncher", nullptr), m_context(context), lblTitle(new QLabel(this)),
+      lblVersion(new QLabel(this)), picHand(new QLabel(this)), HR1(new QFrame(this)),
+      cmdSimpleMode(modeButton("cmdSimpleMode", "simple-mode", QColor(255, 231, 168))),
+      cmdAdvMode(modeButton("cmdAdvMode", "advanced-mode", QColor(214, 230, 250))),
+      cmdVideos(footButton("cmdVideos", "help")), cmdExit(footButton("cmdExit", "exit")) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    build();
+    lblVersion->setText("Version " + versionNumber());
+    LoadLanguage();
+
+    connect(cmdSimpleMode, &QAbstractButton::clicked, this, &frmLauncher::simpleModeWanted);
+    connect(cmdAdvMode, &QAbstractButton::clicked, this, &frmLauncher::advancedModeWanted);
+    connect(cmdVideos, &QAbstractButton::clicked, this, &frmLauncher::showHelp);
+    connect(cmdExit, &QAbstractButton::clicked, this, &QWidget::close);
+    for (PictureButton *button : {cmdSimpleMode, cmdAdvMode, cmdVideos}) {
+        button->setHoverColour(left);
+        button->installEventFilter(this);
+    }
+    connect(&tmrHand, &QTimer::timeout, this, &frmLauncher::wave);
+    cmdSimpleMode->setFocus();
+}
+
+void frmLauncher::build() {
+    lblTitle->setObjectName("lblTitle");
+    lblTitle->setTextFormat(Qt::PlainText);
+    QFont large = lblTitle->font();
+    large.setPointSizeF(24);
+    large.setBold(true);
+    lblTitle->setFont(large);
+    WindowDragger::install(lblTitle);
+    picHand->setObjectName("picHand");
+    picHand->setFixedSize(handSize, handSize);
+    wave();
+    lblVersion->setObjectName("lblVersion");
+    lblVersion->setAlignment(Qt::AlignCenter);
+    QPalette faint = lblVersion->palette();
+    faint.setColor(QPalette::WindowText, colours::faintInk);
+    lblVersion->setPalette(faint);
+    HR1->setObjectName("HR1");
+    HR1->setFixedHeight(2);
+    HR1->setStyleSheet("background: " + colours::line.name());
+
+    auto *title = new QHBoxLayout;
+    title->addStretch(1);
+    title->addWidget(picHand);
+    title->addWidget(lblTitle);
+    title->addStretch(1);
+    auto *modes = new QHBoxLayout;
+    modes->setSpacing(20);
+    modes->addWidget(cmdSimpleMode);
+    modes->addWidget(cmdAdvMode);
+    auto *foot = new QHBoxLayout;
+    foot->addWidget(cmdVideos);
+    foot->addWidget(lblVersion, 1);
+    foot->addWidget(cmdExit);
+    body()->setContentsMargins(28, 10, 28, 20);
+    body()->setSpacing(16);
+    body()->addLayout(title);
+    body()->addLayout(modes);
+    body()->addWidget(HR1);
+    body()->addLayout(foot);
+}
+
+PictureButton *frmLauncher::modeButton(const QString &name, const QString &icon, const QColor &disc) {
+    auto *button = new ModeButton(icon, disc, this);
+    button->setObjectName(name);
+    QFont font = button->font();
+    font.setPointSizeF(16);
+    font.setBold(true);
+    button->setFont(font);
+    button->setPictureSize(QSize(160, 196)); // the drawing is square: the rest is air above and below it
+    button->setFixedSize(256, 292);
+    return button;
+}
+
+PictureButton *frmLauncher::footButton(const QString &name, const QString &icon) {
+    auto *button = new PictureButton(icon, PictureButton::CaptionPlace::Beside, this);
+    button->setObjectName(name);
+    button->setPictureSize(40);
+    return button;
+}
+
+void frmLauncher::LoadLanguage() {
+    m_context.texts.LoadLanguage(*this);
+    cmdExit->setText(m_context.texts.text("Exit"));
+}
+
+void frmLauncher::SetupSimpleMode() {
+    ApplySimpleSettings(m_context);
+}
+
+void frmLauncher::wave() {
+    m_handFrame = AnimatedButton::nextFrame(m_handFrame);
+    picHand->setPixmap(iconPixmap(QString(":/loops/hand-%1.svg").arg(m_handFrame), handSize, devicePixelRatioF()));
+}
+
+void frmLauncher::showEvent(QShowEvent *event) {
+    BorderlessDialog::showEvent(event);
+    if (motionWanted()) {
+        tmrHand.start(AnimatedButton::interval);
+    }
+}
+
+void frmLauncher::hideEvent(QHideEvent *event) {
+    tmrHand.stop();
+    BorderlessDialog::hideEvent(event);
+}
+
+void frmLauncher::showHelp() {
+    frmHelp::showModal(m_context, this);
+}
+
+void frmLauncher::keyPressEvent(QKeyEvent *event) {
+    switch (event->key()) {
+    case Qt::Key_F1:
+        showHelp();
+        break;
+    case Qt::Key_Escape: // leaves a prompt, not the program
+        break;
+    default:
+        BorderlessDialog::keyPressEvent(event);
+    }
+}
+
+bool frmLauncher::eventFilter(QObject *watched, QEvent *event) {
+    auto *button = qobject_cast<PictureButton *>(watched);
+    if (button != nullptr && event->type() == QEvent::Enter) {
+        button->setHoverColour(entered);
+    } else if (button != nullptr && event->type() == QEvent::Leave) {
+        button->setHoverColour(left);
+    }
+    return BorderlessDialog::eventFilter(watched, event);
+}
+
+} // namespace lumora

@@ -1,0 +1,57 @@
+// Where a person chooses how to work: Simple Mode, Advanced Mode, Help. Stays loaded, hidden, behind the main window.
+// basMain makes it and answers its two signals.
+#pragma once
+
+#include "widgets/BorderlessDialog.h"
+
+#include <QTimer>
+
+class QFrame;
+class QLabel;
+
+namespace lumora {
+
+struct AppContext;
+class PictureButton;
+
+class frmLauncher : public BorderlessDialog {
+    Q_OBJECT
+
+  public:
+    explicit frmLauncher(AppContext &context);
+
+    /// Writes the settings that Simple mode relies on.
+    void SetupSimpleMode();
+    void LoadLanguage();
+
+  Q_SIGNALS:
+    void simpleModeWanted();
+    void advancedModeWanted();
+
+  protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+  private:
+    void build();
+    PictureButton *modeButton(const QString &name, const QString &icon, const QColor &disc);
+    PictureButton *footButton(const QString &name, const QString &icon);
+    void wave();
+    void showHelp();
+
+    AppContext &m_context;
+    QLabel *lblTitle;
+    QLabel *lblVersion;
+    QLabel *picHand; ///< waves beside the title
+    QFrame *HR1;
+    PictureButton *cmdSimpleMode;
+    PictureButton *cmdAdvMode;
+    PictureButton *cmdVideos;
+    PictureButton *cmdExit;
+    QTimer tmrHand;
+    int m_handFrame = 8; ///< 1 to 8
+};
+
+} // namespace lumora

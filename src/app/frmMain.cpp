@@ -1,0 +1,400 @@
+#include "app/frmMain.h"
+
+#include "app/CommandRow.h"
+#include "app/EmptyTable.h"
+#include "app/FloatingBarSet.h"
+#include "app/MainBar.h"
+#include "app/PhotoCommands.h"
+#include "app/PlainWords.h"
+#include "app/ToolColumn.h"
+#include "app/frmWelcome.h"
+#include "app/settings/AppContext.h"
+#include "app/settings/LoadSettings.h"
+#include "document/PhotoView.h"
+#include "output/DeviceLists.h"
+#include "widgets/CommandBar.h"
+#include "widgets/FloatingToolbar.h"
+#include "widgets/PictureButton.h"
+#include "widgets/StatusLine.h"
+#include "widgets/Theme.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QCloseEvent>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QMimeData>
+#include <QScreen>
+#include <QShortcut>
+#include <QTimer>
+
+namespace lumora {
+
+namespace {
+
+constexpr int welcomeDelay = 700; // milliseconds until the bubble: long enough to see the window first
+constexpr int zoomSteps[] = {25, 50, 75, 100, 150, 200, 300, 400}; // percent
+constexpr int previewSize = 120;                                   // pixels
+const QSize wholeScreenFrom(1024, 700);
+
+/// The first picture file among what is dragged over the window.
+QString droppedFile(const QMimeData &data) {
+    for (const QUrl &url : data.urls()) {
+        if (url.isLocalFile()) {
+            return url.toLocalFile();
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+frmMain::frmMain(AppContext &ctx, QWidget *parent)
+    : QWidget(parent, Qt::Window | Qt::FramelessWindowHint), m_ctx(ctx), m_basicEffects(ctx) {
+    setObjectName("frmMain");
+    setAcceptDrops(true);
+    build();
+    connectCommands();
+    makeShortcuts();
+    setMinimumSize(640, 480);
+    setGeometry(screen()->availableGeometry());
+    setWindowState(Qt::WindowMaximized);
+    qApp->installEventFilter(this);
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::build() {
+    m_bar = new MainBar(this);
+    m_commands = new CommandRow(this);
+    m_tools = new ToolColumn(this);
+    m_view = new PhotoView(m_ctx.photo, this);
+    m_emptyTable = new EmptyTable(this);
+    m_status = new StatusLine("SBar", this);
+    m_photo = new PhotoCommands(m_ctx, this);
+    m_devices = new DeviceLists(m_ctx, {}, this);
+    m_bars = new FloatingBarSet(this);
+    tmrWelcome = new QTimer(this);
+    tmrWelcome->setSingleShot(true);
+    tmrWelcome->setInterval(welcomeDelay);
+
+    auto *middle = new QHBoxLayout;
+    middle->setSpacing(0);
+    middle->addWidget(m_tools);
+    middle->addWidget(m_view, 1);
+    middle->addWidget(m_emptyTable, 1);
+    auto *rows = new QVBoxLayout(this);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    rows->addWidget(m_bar);
+    rows->addWidget(m_commands);
+    rows->addLayout(middle, 1);
+    rows->addWidget(m_status);
+    m_tools->hide();
+    m_view->hide();
+}
+
+void frmMain::connectCommands() {
+    connect(m_bar, &MainBar::minimiseWanted, this, &QWidget::showMinimized);
+    connect(m_bar, &MainBar::exitWanted, this, &frmMain::ExitApp);
+
+    const auto open = [this] {
+        HideBoxes();
+        m_photo->open();
+    };
+    connect(m_commands->cmdOpen(), &PictureButton::clicked, this, open);
+    connect(m_emptyTable, &EmptyTable::openWanted, this, open);
+    connect(m_commands->cmdSave(), &PictureButton::clicked, this, [this] {
+        HideBoxes();
+        m_photo->save();
+    });
+    connect(m_commands->cmdSetZoom(), &PictureButton::clicked, this, &frmMain::showZoomMenu);
+    connect(m_commands->Toolbar1(), &CommandBar::buttonClicked, this, &frmMain::runToolbarCommand);
+    connect(m_commands->Toolbar1(), &CommandBar::barClicked, this, [this] {
+        HideFloatingToolbars();
+        ResetTools();
+    });
+
+    connect(m_tools, &ToolColumn::pressed, this, &frmMain::pressTool);
+    connect(m_bars, &FloatingBarSet::itemClicked, this, &frmMain::runBarItem);
+
+    connect(m_photo, &PhotoCommands::firstToolWanted, this, &frmMain::ResetTools);
+    connect(m_photo, &PhotoCommands::toolsEnabled, m_tools, &ToolColumn::EnableToolbars);
+    connect(m_photo, &PhotoCommands::canvasWanted, this, &frmMain::showCanvas);
+    connect(m_photo, &PhotoCommands::opened, this, &frmMain::fitPhoto);
+    connect(m_photo, &PhotoCommands::buttonsToRefresh, this, &frmMain::chkPSButtons);
+    connect(m_photo, &PhotoCommands::message, this, &frmMain::showMessage);
+    connect(m_photo, &PhotoCommands::leave, this, &frmMain::leave);
+
+    connect(&m_ctx.photo, &PhotoDocument::changed, this, &frmMain::photoChanged);
+    connect(tmrWelcome, &QTimer::timeout, this, &frmMain::showWelcome);
+}
+
+void frmMain::makeShortcuts() {
+    const auto press = [this](const QKeySequence &keys, auto action) {
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
+    };
+    const auto command = [this](const char *key) {
+        return [this, key] {
+            const PictureButton *button = m_commands->Toolbar1()->button(key);
+            if (button->isVisible() && button->isEnabled()) {
+                runToolbarCommand(key);
+            }
+        };
+    };
+    press(QKeySequence::Open, [this] { m_commands->cmdOpen()->click(); });
+    press(QKeySequence::Save, [this] { m_commands->cmdSave()->click(); });
+    press(QKeySequence::Print, [this] { m_commands->cmdPrint()->click(); });
+    press(QKeySequence::Undo, command("keyUndo"));
+    press(QKeySequence::Redo, command("keyRedo"));
+    press(QKeySequence(Qt::CTRL | Qt::Key_Y), command("keyRedo"));
+    press(QKeySequence::Copy, command("keyCopy"));
+    press(QKeySequence::Paste, command("keyPaste"));
+    for (const QKeySequence &keys : {QKeySequence("+"), QKeySequence("Ctrl++"), QKeySequence("Ctrl+=")}) {
+        press(keys, command("keyZoomin"));
+    }
+    for (const QKeySequence &keys : {QKeySequence("-"), QKeySequence("Ctrl+-")}) {
+        press(keys, command("keyZoomout"));
+    }
+    press(QKeySequence("Ctrl+0"), [this] { fitPhoto(); });
+    press(QKeySequence("F1"), command("keyHelp"));
+    press(QKeySequence("Esc"), [this] { HideFloatingToolbars(); });
+}
+
+// --- Start ----------------------------------------------------------------------------------------------------------
+
+void frmMain::SetMeUp() {
+    LoadLanguage();
+    // The lists fill when the answers come; the window waits for neither.
+    m_devices->LoadScanners();
+    m_devices->GetPrinters();
+    LoadSettingsFromINIFile(m_ctx);
+    m_commands->Toolbar1()->setButtonEnabled("keyEmail", false);
+    m_commands->Toolbar1()->setButtonEnabled("keyCopy", false);
+    m_commands->Toolbar1()->setButtonEnabled("keyPaste", false);
+    m_commands->Toolbar1()->setButtonEnabled("keySlideShow", false);
+    m_commands->Toolbar1()->setButtonEnabled("keyIdeas", false);
+    m_commands->cmdScan()->setEnabled(false);
+    m_commands->cmdPrint()->setEnabled(false);
+    m_ctx.fields.txtWelcome = m_ctx.setting("Welcome", "Show", "1");
+    if (m_ctx.fields.txtWelcome == "1") {
+        tmrWelcome->start();
+    }
+    chkPSButtons();
+    refreshZoom();
+    refreshStatus();
+    if (!m_startupPhotoPath.isEmpty()) {
+        openStartupPhoto();
+    }
+}
+
+void frmMain::LoadLanguage() {
+    const Texts &texts = m_ctx.texts;
+    texts.LoadLanguage(*this);
+    setWindowTitle(texts.text("ApplicationName"));
+    m_bar->lblCaption()->setText(texts.text("ApplicationName"));
+    m_emptyTable->setOpenText(texts.text("Open", "Open"));
+}
+
+void frmMain::openStartupPhoto() {
+    showCanvas();
+    layout()->activate(); // the canvas needs its size before the photo is fitted into it
+    const PictureRead read = m_startupPicture.valid() ? m_startupPicture.get() : readPicture(m_startupPhotoPath);
+    m_startupPicture = {};
+    m_photo->openAtStart(read);
+}
+
+void frmMain::applySimpleLayout(SimpleStart how) {
+    const bool fromLauncher = how == SimpleStart::Launcher;
+    m_tools->setSimple(fromLauncher);
+    m_bars->setSimple(fromLauncher);
+    m_commands->cmdScan()->hide();
+    CommandBar *toolbar = m_commands->Toolbar1();
+    toolbar->setButtonOn(9, true);
+    for (int number = 10; number <= 17; ++number) {
+        toolbar->setButtonOn(number, false);
+    }
+    if (fromLauncher) {
+        toolbar->setButtonOn(17, true);
+        toolbar->setButtonOn(23, false);
+    }
+}
+
+void frmMain::showEvent(QShowEvent *event) {
+    QWidget::showEvent(event);
+    if (!m_isSetUp) {
+        m_isSetUp = true;
+        SetMeUp();
+    }
+}
+
+void frmMain::showWelcome() {
+    (new frmWelcome(m_ctx, this))->showAt(m_commands->cmdOpen());
+}
+
+// --- Commands -------------------------------------------------------------------------------------------------------
+
+void frmMain::runToolbarCommand(const QString &key) {
+    if (key == "keyZoomin") {
+        m_ctx.photo.PerformZoomIn();
+    } else if (key == "keyZoomout") {
+        m_ctx.photo.PerformZoomOut();
+    } else if (key == "keyUndo") {
+        m_ctx.photo.PerformUndo();
+    } else if (key == "keyRedo") {
+        m_ctx.photo.PerformRedo();
+    } else if (key == "keyHelp") {
+        Q_EMIT helpWanted();
+    }
+    HideFloatingToolbars();
+}
+
+void frmMain::pressTool(const QString &control) {
+    if (!m_ctx.photo.PhotoLoaded()) {
+        ResetTools();
+        return;
+    }
+    FloatingToolbar *bar = m_bars->barOfTool(control);
+    const bool wasOpen = bar != nullptr && bar->isVisible();
+    HideFloatingToolbars();
+    if (bar == nullptr || wasOpen) {
+        ResetTools();
+        return;
+    }
+    m_tools->setCurrent(control);
+    showEffectPreviews();
+    bar->showBeside(m_tools->button(control));
+}
+
+void frmMain::showEffectPreviews() {
+    FloatingToolbar *FT3 = m_bars->bar("FT3");
+    for (const BasicEffect &effect : basicEffects()) {
+        FT3->setItemPicture(effect.key, QPixmap::fromImage(m_basicEffects.preview(effect, previewSize)));
+    }
+}
+
+void frmMain::runBarItem(const QString &bar, const QString &key) {
+    HideFloatingToolbars();
+    if (bar == "FT3" && !m_basicEffects.apply(key)) {
+        showMessage(plainWords(m_ctx.texts, PictureError::NoMemory));
+    }
+    ResetTools();
+}
+
+void frmMain::HideFloatingToolbars() {
+    m_bars->HideFloatingToolbars();
+}
+
+void frmMain::HideBoxes() {
+    HideFloatingToolbars();
+    m_ctx.flags.ToolPanelShown = false;
+}
+
+void frmMain::ResetTools() {
+    m_ctx.flags.SelectionActive = false;
+    m_ctx.flags.FreeResizeActive = false;
+    m_tools->setCurrent("cmdTool1");
+}
+
+void frmMain::ExitApp() {
+    HideFloatingToolbars();
+    ResetTools();
+    m_photo->leaveEditor();
+}
+
+void frmMain::fitPhoto() {
+    m_ctx.photo.fitPhoto(m_view->canvasSize());
+}
+
+void frmMain::showZoomMenu() {
+    HideFloatingToolbars();
+    QMenu menu(this);
+    menu.setObjectName("mnuZoom");
+    menu.addAction(m_ctx.texts.text("ZoomFit"), this, &frmMain::fitPhoto);
+    menu.addSeparator();
+    for (const int percent : zoomSteps) {
+        menu.addAction(QString("%1 %").arg(percent), this, [this, percent] { m_ctx.photo.setZoom(percent); });
+    }
+    const PictureButton *button = m_commands->cmdSetZoom();
+    menu.exec(button->mapToGlobal(QPoint(0, button->height())));
+}
+
+// --- What the photo says --------------------------------------------------------------------------------------------
+
+void frmMain::photoChanged(PhotoChanges what) {
+    if (what & (PhotoChanges(PhotoChange::Pixels) | PhotoChange::Size | PhotoChange::Loaded)) {
+        refreshStatus();
+    }
+    if (what & PhotoChange::Zoom) {
+        refreshZoom();
+    }
+    chkPSButtons();
+}
+
+void frmMain::chkPSButtons() {
+    const PhotoDocument &photo = m_ctx.photo;
+    const bool loaded = photo.PhotoLoaded() && !photo.picCanvas().isNull();
+    CommandBar *toolbar = m_commands->Toolbar1();
+    toolbar->setButtonEnabled("keyZoomin", loaded);
+    toolbar->setButtonEnabled("keyZoomout", loaded);
+    toolbar->setButtonEnabled("keyUndo", loaded && photo.history().undoSteps() > 0);
+    toolbar->setButtonEnabled("keyRedo", loaded && photo.history().redoSteps() > 0);
+    m_commands->cmdSave()->setEnabled(loaded);
+    m_commands->cmdSetZoom()->setEnabled(loaded);
+}
+
+void frmMain::refreshZoom() {
+    m_commands->cmdSetZoom()->setText(QString("%1 %").arg(m_ctx.photo.zoom()));
+}
+
+void frmMain::refreshStatus() {
+    m_status->setBaseText(m_ctx.photo.statusLine(m_ctx.texts.text("Statusbar"), versionNumber(), logicalDpiX()));
+}
+
+void frmMain::showMessage(const QString &text) {
+    m_status->showMessage(text);
+}
+
+void frmMain::showCanvas() {
+    m_emptyTable->hide();
+    m_tools->show();
+    m_view->show();
+}
+
+// --- Window ---------------------------------------------------------------------------------------------------------
+
+bool frmMain::eventFilter(QObject *watched, QEvent *event) {
+    const bool pressed = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress;
+    if (pressed && watched->isWidgetType()) {
+        m_status->clearMessage(); // a message stands until the next action
+        if (watched == m_view->viewport()) {
+            HideFloatingToolbars();
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void frmMain::closeEvent(QCloseEvent *event) {
+    event->ignore(); // leaving asks first; whoever owns the window unloads it
+    ExitApp();
+}
+
+void frmMain::dragEnterEvent(QDragEnterEvent *event) {
+    if (!droppedFile(*event->mimeData()).isEmpty()) {
+        event->acceptProposedAction();
+    }
+}
+
+void frmMain::dropEvent(QDropEvent *event) {
+    const QString path = droppedFile(*event->mimeData());
+    if (path.isEmpty()) {
+        return;
+    }
+    event->acceptProposedAction();
+    HideBoxes();
+    // The program that was dragged from waits for this to return: ask and load afterwards.
+    QTimer::singleShot(0, this, [this, path] { m_photo->openDropped(path); });
+}
+
+} // namespace lumora

@@ -1,0 +1,108 @@
+// The main window: makes the controls, lays them out and connects them. What a button does lives in the room of its
+// tool; opening, saving and leaving in PhotoCommands.
+#pragma once
+
+#include "document/PhotoDocument.h"
+#include "effects/BasicEffects.h"
+#include "imaging/PictureFile.h"
+
+#include <QWidget>
+#include <future>
+#include <memory>
+
+class QTimer;
+
+namespace lumora {
+
+struct AppContext;
+class CommandRow;
+class DeviceLists;
+class EmptyTable;
+class FloatingBarSet;
+class MainBar;
+class PhotoCommands;
+class PhotoView;
+class StatusLine;
+class ToolColumn;
+
+/// From where Simple mode was started; the two differ in a few buttons.
+enum class SimpleStart { CommandLine, Launcher };
+
+class frmMain : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit frmMain(AppContext &ctx, QWidget *parent = nullptr);
+    ~frmMain() override;
+
+    void setStartupPhotoPath(const QString &path) { m_startupPhotoPath = path; }
+    QString StartupPhotoPath() const { return m_startupPhotoPath; }
+    /// The same photo, already being read in another thread; without it SetMeUp reads the path itself.
+    void setStartupPicture(std::shared_future<PictureRead> picture) { m_startupPicture = std::move(picture); }
+
+    /// Prepares the window; runs once, when it is first shown.
+    void SetMeUp();
+    /// The tool column and the toolbar as Simple mode has them.
+    void applySimpleLayout(SimpleStart how);
+    void LoadLanguage();
+    PhotoView *view() const { return m_view; }
+
+    void HideFloatingToolbars();
+    /// Closes an open slide-up panel.
+    void HideBoxes();
+    /// Makes the Arrow tool current.
+    void ResetTools();
+    /// Refreshes the buttons that depend on the photo.
+    void chkPSButtons();
+    void ExitApp();
+    /// The whole photo in view.
+    void fitPhoto();
+    void showMessage(const QString &text);
+
+  Q_SIGNALS:
+    void helpWanted();
+    /// The editor has been left; the launcher is to be shown.
+    void leave();
+
+  protected:
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+  private:
+    void build();
+    void connectCommands();
+    void makeShortcuts();
+    void photoChanged(PhotoChanges what);
+    void runToolbarCommand(const QString &key);
+    void pressTool(const QString &control);
+    void showEffectPreviews();
+    void runBarItem(const QString &bar, const QString &key);
+    void showCanvas();
+    void showZoomMenu();
+    void refreshZoom();
+    void showWelcome();
+    void refreshStatus();
+    void openStartupPhoto();
+
+    AppContext &m_ctx;
+    BasicEffects m_basicEffects;
+    QString m_startupPhotoPath;
+    std::shared_future<PictureRead> m_startupPicture;
+    bool m_isSetUp = false;
+
+    MainBar *m_bar = nullptr;
+    CommandRow *m_commands = nullptr;
+    ToolColumn *m_tools = nullptr;
+    PhotoView *m_view = nullptr;
+    EmptyTable *m_emptyTable = nullptr;
+    StatusLine *m_status = nullptr;
+    FloatingBarSet *m_bars = nullptr;
+    PhotoCommands *m_photo = nullptr;
+    DeviceLists *m_devices = nullptr;
+    QTimer *tmrWelcome = nullptr;
+};
+
+} // namespace lumora

@@ -1,0 +1,33 @@
+// The notice on a small screen. Its texts stand in the settings file. The splash shows it.
+#pragma once
+
+#include "widgets/BorderlessDialog.h"
+
+#include <QTimer>
+
+class QCheckBox;
+class QLabel;
+
+namespace lumora {
+
+class AnimatedButton;
+struct AppContext;
+
+class frmMessage : public BorderlessDialog {
+    Q_OBJECT
+
+  public:
+    frmMessage(AppContext &context, QWidget *owner);
+
+  private:
+    void accept() override;
+
+    AppContext &m_context;
+    QString txtDontShow = "1"; ///< what OK writes: "0" when the notice is not wanted again
+    QLabel *lblMessage;
+    QCheckBox *chkDontShow;
+    AnimatedButton *cmdYes;
+    QTimer tmrYes;
+};
+
+} // namespace lumora

@@ -1,0 +1,207 @@
+#include "app/frmSplash.h"
+
+#include "app/frmMessage.h"
+#include "app/settings/AppContext.h"
+#include "widgets/AnimatedButton.h"
+#include "widgets/Theme.h"
+#include "widgets/TitleStrip.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPainterPath>
+#include <QScreen>
+#include <QSettings>
+#include <QVBoxLayout>
+
+namespace lumora {
+
+namespace {
+
+constexpr int sceneWidth = 580;   // pixels
+constexpr int sceneHeight = 340;  // pixels
+constexpr int throbberSize = 200; // pixels
+constexpr int hillHeight = 84;    // pixels
+
+/// The drawing behind the name: morning sky, a crayon rainbow, two green hills.
+class Scene : public QFrame {
+  public:
+    using QFrame::QFrame;
+
+  protected:
+    void paintEvent(QPaintEvent *) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        QPainterPath card;
+        card.addRoundedRect(rect(), panelCorner - 2, panelCorner - 2);
+        painter.setClipPath(card);
+        QLinearGradient sky(0, 0, 0, height());
+        sky.setColorAt(0, QColor(205, 227, 255));
+        sky.setColorAt(0.75, QColor(250, 247, 232));
+        painter.fillRect(rect(), sky);
+        paintRainbow(painter);
+        paintHill(painter, QColor(140, 212, 174), -60, 0.55, 54);
+        paintHill(painter, colours::leaf, 0, 1.1, 26);
+    }
+
+  private:
+    void paintRainbow(QPainter &painter) const {
+        const QPointF foot(width() - 160, height() + 66);
+        qreal radius = 218;
+        painter.setBrush(Qt::NoBrush);
+        for (QColor crayon : {colours::coral, colours::sun, colours::leaf, colours::sky, colours::plum}) {
+            crayon.setAlphaF(0.42F);
+            painter.setPen(QPen(crayon, 13, Qt::SolidLine, Qt::RoundCap));
+            painter.drawEllipse(foot, radius, radius);
+            radius -= 14;
+        }
+    }
+
+    /// One rounded hill across the whole width; its top lies at that fraction of the width.
+    void paintHill(QPainter &painter, const QColor &colour, qreal left, qreal top, qreal lowest) const {
+        const qreal base = height() - lowest;
+        QPainterPath hill(QPointF(left, height() + 10));
+        hill.lineTo(left, base);
+        hill.quadTo(QPointF(width() * top * 0.5, base - hillHeight), QPointF(width() * top, base - 14));
+        hill.quadTo(QPointF(width() * (top + 1) * 0.5, base + 26), QPointF(width() + 20, base - 30));
+        hill.lineTo(width() + 20, height() + 10);
+        painter.setPen(QPen(colours::ink, 4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.setBrush(colour);
+        painter.drawPath(hill);
+    }
+};
+
+QLabel *paintedLabel(const QString &name, double points, bool bold, const QColor &colour, QWidget *parent) {
+    auto *label = new QLabel(parent);
+    label->setObjectName(name);
+    QFont font = label->font();
+    font.setPointSizeF(points);
+    font.setBold(bold);
+    label->setFont(font);
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::WindowText, colour);
+    label->setPalette(palette);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    return label;
+}
+
+} // namespace
+
+SplashEnd decideSplash(const QString &displayMessage, QSize screen) {
+    if (displayMessage == "0") {
+        return SplashEnd::Launcher;
+    }
+    if (displayMessage == "1") {
+        return screen.width() > 800 && screen.height() > 600 ? SplashEnd::Launcher : SplashEnd::NoticeThenLauncher;
+    }
+    return SplashEnd::Never;
+}
+
+frmSplash::frmSplash(AppContext &context) : BorderlessDialog("frmSplash", nullptr), m_context(context) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    build();
+    lblVersion->setText("Version " + versionNumber());
+    context.texts.LoadLanguage(*this);
+    recordInstallation();
+    txtDisplayMessage = context.setting("Display Message", "Value", "1");
+
+    // Where things shall not move there is less to look at, so the wait is shorter.
+    const int pause = motionWanted() ? 1500 : 700; // milliseconds
+    for (QTimer *timer : {&tmrLoader, &tmr2ndUnloader}) {
+        timer->setSingleShot(true);
+        timer->setInterval(pause);
+        connect(timer, &QTimer::timeout, this, &frmSplash::showLauncher);
+    }
+    connect(&tmrThrobber, &QTimer::timeout, this, &frmSplash::nextPicture);
+    if (motionWanted()) {
+        tmrThrobber.start(AnimatedButton::interval);
+    }
+}
+
+void frmSplash::build() {
+    picTBar()->hide();
+    picTBar()->lblCaption()->setObjectName("lblStripCaption"); // the splash has a lblCaption of its own
+    body()->setContentsMargins(0, 0, 0, 0);
+    Frame1 = new Scene(this);
+    Frame1->setObjectName("Frame1");
+    Frame1->setFixedSize(sceneWidth, sceneHeight);
+    body()->addWidget(Frame1);
+
+    for (size_t i = 0; i < m_pictures.size(); ++i) {
+        const int frame = static_cast<int>(i) % AnimatedButton::frames + 1;
+        m_pictures[i] = new QLabel(this);
+        m_pictures[i]->setObjectName(QString("Pic%1").arg(i + 1));
+        m_pictures[i]->setPixmap(
+            iconPixmap(QString(":/loops/throbber-%1.svg").arg(frame), throbberSize, devicePixelRatioF()));
+        m_pictures[i]->hide();
+    }
+    picThrobber = new QLabel(Frame1);
+    picThrobber->setObjectName("picThrobber");
+    picThrobber->setFixedSize(throbberSize, throbberSize);
+    picThrobber->setPixmap(m_pictures.front()->pixmap());
+    lblCaption = paintedLabel("lblCaption", 46, true, colours::ink, Frame1);
+    lblVersion = paintedLabel("lblVersion", 12, false, colours::ink, Frame1);
+
+    auto *texts = new QVBoxLayout;
+    texts->setSpacing(0);
+    texts->addStretch(1);
+    texts->addWidget(lblCaption);
+    texts->addWidget(lblVersion);
+    texts->addStretch(1);
+    auto *row = new QHBoxLayout(Frame1);
+    row->setContentsMargins(36, 0, 24, hillHeight + 12);
+    row->setSpacing(24);
+    row->addWidget(picThrobber);
+    row->addLayout(texts, 1);
+}
+
+void frmSplash::recordInstallation() const {
+    QSettings store("Corvane Software", "Lumora");
+    store.setValue("GlobalInstallPath", m_context.installation.programFolder);
+    store.setValue("Version", versionNumber());
+}
+
+void frmSplash::showEvent(QShowEvent *event) {
+    BorderlessDialog::showEvent(event);
+    if (!m_wentOn) {
+        m_wentOn = true;
+        QTimer::singleShot(0, this, &frmSplash::goOn); // the splash is seen before anything stands over it
+    }
+}
+
+QSize frmSplash::screenPixels() const {
+    return (QSizeF(screen()->size()) * screen()->devicePixelRatio()).toSize();
+}
+
+void frmSplash::goOn() {
+    switch (decideSplash(txtDisplayMessage, screenPixels())) {
+    case SplashEnd::Launcher:
+        tmrLoader.start();
+        break;
+    case SplashEnd::NoticeThenLauncher:
+        showNotice();
+        break;
+    case SplashEnd::Never:
+        break;
+    }
+}
+
+void frmSplash::showNotice() {
+    auto *notice = new frmMessage(m_context, this);
+    notice->setAttribute(Qt::WA_DeleteOnClose);
+    connect(notice, &QDialog::finished, &tmr2ndUnloader, qOverload<>(&QTimer::start));
+    notice->open();
+}
+
+void frmSplash::nextPicture() {
+    m_throbber = AnimatedButton::nextFrame(m_throbber);
+    picThrobber->setPixmap(m_pictures[static_cast<size_t>(m_throbber) - 1]->pixmap());
+}
+
+void frmSplash::showLauncher() {
+    Q_EMIT launcherWanted();
+    close();
+}
+
+} // namespace lumora

@@ -1,0 +1,63 @@
+// The first window: the name, the version and a waving sun, while settings and texts are read. Leads to the launcher.
+// basMain shows it when the command line is empty.
+#pragma once
+
+#include "widgets/BorderlessDialog.h"
+
+#include <QTimer>
+#include <array>
+
+class QFrame;
+class QLabel;
+
+namespace lumora {
+
+struct AppContext;
+
+/// How the splash ends.
+enum class SplashEnd { Launcher, NoticeThenLauncher, Never };
+
+/// From the setting "Display Message" and the screen's size in pixels: "0" goes to the launcher, "1" too on a screen of
+/// more than 800 x 600 and by way of the notice on a smaller one; any other value stays for good.
+SplashEnd decideSplash(const QString &displayMessage, QSize screen);
+
+class frmSplash : public BorderlessDialog {
+    Q_OBJECT
+
+  public:
+    explicit frmSplash(AppContext &context);
+
+    /// The number of the throbber's picture, 1 to 8.
+    int throbber() const { return m_throbber; }
+
+  Q_SIGNALS:
+    /// Sent once, just before the splash is unloaded.
+    void launcherWanted();
+
+  protected:
+    void showEvent(QShowEvent *event) override;
+
+  private:
+    void build();
+    void recordInstallation() const;
+    QSize screenPixels() const;
+    void goOn();
+    void showNotice();
+    void nextPicture();
+    void showLauncher();
+
+    AppContext &m_context;
+    QString txtDisplayMessage;
+    QFrame *Frame1 = nullptr;
+    QLabel *lblCaption = nullptr;
+    QLabel *lblVersion = nullptr;
+    QLabel *picThrobber = nullptr;
+    std::array<QLabel *, 12> m_pictures{}; ///< Pic1 to Pic12; the throbber uses the first eight
+    int m_throbber = 1;
+    bool m_wentOn = false;
+    QTimer tmrThrobber;
+    QTimer tmrLoader;
+    QTimer tmr2ndUnloader;
+};
+
+} // namespace lumora

@@ -1,0 +1,46 @@
+// The welcome bubble: tells a newcomer to begin at the yellow folder, around which it draws a flashing ring. The main
+// window shows it some time after its start.
+#pragma once
+
+#include "widgets/Bubble.h"
+
+#include <QTimer>
+
+class QCheckBox;
+
+namespace lumora {
+
+class AnimatedButton;
+struct AppContext;
+
+/// A child of the window it is made for; deletes itself and its ring when it is closed.
+class frmWelcome : public Bubble {
+    Q_OBJECT
+
+  public:
+    frmWelcome(AppContext &context, QWidget *window);
+    ~frmWelcome() override;
+
+    /// Shows the bubble at that button of the window and the ring around it.
+    void showAt(QWidget *openButton);
+    void LoadLanguage();
+
+  protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+  private:
+    AnimatedButton *answer(const QString &name, const QString &loop);
+    void keepAnswer();
+    void nextFrame();
+
+    AppContext &m_context;
+    QString txtShow = "1"; ///< what OK writes: "0" when the bubble is not wanted again
+    QCheckBox *chkShow;
+    AnimatedButton *cmdOK;
+    AnimatedButton *cmdCancel;
+    QPointer<QWidget> picRing;
+    QTimer tmrYes;
+    QTimer tmrBlinker;
+};
+
+} // namespace lumora

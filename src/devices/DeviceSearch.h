@@ -1,0 +1,65 @@
+// Looks for scanners and printers without making anybody wait: the helper program lumora-devices looks, this asks it
+// and says what came back. Used by the output room's lists.
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QProcess>
+#include <QString>
+#include <QTimer>
+#include <array>
+
+namespace lumora {
+
+enum class DeviceKind { Scanners, Printers };
+
+struct FoundDevice {
+    QString name;  ///< by which the system opens it
+    QString shown; ///< for people
+};
+
+struct DeviceAnswer {
+    QList<FoundDevice> devices; ///< in the system's order
+    QString defaultName;        ///< the default printer's name; may be empty
+    bool complete =
+        false; ///< false when the helper is missing, crashed, hung or talked nonsense; then nothing is found
+};
+
+class DeviceSearch : public QObject {
+    Q_OBJECT
+
+  public:
+    /// `helper` is the program to ask; by default lumora-devices beside the program file.
+    explicit DeviceSearch(QString helper = {}, QObject *parent = nullptr);
+    /// Ends what still looks.
+    ~DeviceSearch() override;
+
+    /// How long a search may take, milliseconds (30,000 unless set; 1 or more). After that the helper is killed.
+    void setTimeLimit(int milliseconds) { m_timeLimit = milliseconds; }
+
+    /// Starts looking and returns at once. While a search of that kind runs, nothing new begins. The answer comes with
+    /// answered(), never before this returns.
+    void start(DeviceKind kind);
+    bool isRunning(DeviceKind kind) const { return m_searches[index(kind)].running; }
+
+  Q_SIGNALS:
+    /// Once for each search.
+    void answered(lumora::DeviceKind kind, const lumora::DeviceAnswer &answer);
+
+  private:
+    struct Search {
+        QProcess process;
+        QTimer limit;
+        QByteArray output;
+        bool running = false;
+    };
+
+    static std::size_t index(DeviceKind kind) { return static_cast<std::size_t>(kind); }
+    void finish(DeviceKind kind);
+
+    QString m_helper;
+    int m_timeLimit = 30'000;
+    std::array<Search, 2> m_searches;
+};
+
+} // namespace lumora

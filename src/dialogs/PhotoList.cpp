@@ -1,0 +1,187 @@
+#include "dialogs/PhotoList.h"
+
+#include "widgets/Theme.h"
+
+#include <QCollator>
+#include <QDir>
+#include <QPainter>
+#include <QStyledItemDelegate>
+#include <filesystem>
+
+namespace lumora {
+
+namespace {
+
+constexpr QSize tileSize(156, 164);    // pixels
+constexpr QSize pictureRoom(132, 112); // pixels
+constexpr int tileGap = 5;             // pixels around each tile
+constexpr int keptThumbnails = 300;
+constexpr int settleTime = 40; // milliseconds without scrolling before thumbnails are asked for
+
+/// Paints one photo as a card: the picture, its name beneath.
+class CardDelegate : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const override { return tileSize; }
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override {
+        const auto *list = static_cast<const PhotoList *>(option.widget);
+        const QString name = index.data().toString();
+        painter->save();
+        painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        const QRect card = option.rect.adjusted(tileGap, tileGap, -tileGap, -tileGap);
+        paintCard(*painter, card, option.state, list->isUnreadable(name));
+        const QRect room(card.left() + (card.width() - pictureRoom.width()) / 2, card.top() + 8, pictureRoom.width(),
+                         pictureRoom.height());
+        paintPicture(*painter, room, *list, name);
+        painter->setPen(list->isUnreadable(name) ? colours::faintInk : colours::ink);
+        const QRect caption(card.left() + 6, room.bottom() + 4, card.width() - 12, card.bottom() - room.bottom() - 6);
+        painter->drawText(caption, Qt::AlignCenter | Qt::TextSingleLine,
+                          option.fontMetrics.elidedText(name, Qt::ElideMiddle, caption.width()));
+        painter->restore();
+    }
+
+  private:
+    static void paintCard(QPainter &painter, const QRect &card, QStyle::State state, bool unreadable) {
+        const bool chosen = state & QStyle::State_Selected;
+        const bool hovered = !unreadable && (state & QStyle::State_MouseOver);
+        const bool focused = (state & QStyle::State_HasFocus) && (state & QStyle::State_KeyboardFocusChange);
+        painter.setPen(QPen(chosen || focused ? colours::sky : hovered ? colours::sun : colours::line, chosen ? 4 : 2));
+        painter.setBrush(chosen ? colours::checked : hovered ? colours::hover : QColor(Qt::white));
+        painter.drawRoundedRect(QRectF(card).adjusted(2, 2, -2, -2), buttonCorner, buttonCorner);
+    }
+
+    static void paintPicture(QPainter &painter, const QRect &room, const PhotoList &list, const QString &name) {
+        const qreal ratio = list.devicePixelRatioF();
+        QPixmap picture = list.thumbnail(name);
+        if (picture.isNull()) {
+            const bool missing = list.isUnreadable(name);
+            picture = missing ? disabledPixmap(iconPixmap("picture-missing", 64, ratio)) : QPixmap();
+        }
+        if (picture.isNull()) {
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(colours::parchment);
+            painter.drawRoundedRect(room.adjusted(16, 16, -16, -16), 8, 8);
+            return;
+        }
+        QRectF target({}, picture.deviceIndependentSize());
+        target.moveCenter(QRectF(room).center());
+        painter.drawPixmap(target.topLeft(), picture);
+    }
+};
+
+QStringList sortedNames(const QString &folder, const QStringList &patterns) {
+    QStringList names = QDir(folder).entryList(patterns, QDir::Files, QDir::Unsorted);
+    QCollator collator;
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    collator.setNumericMode(true);
+    std::sort(names.begin(), names.end(), collator);
+    return names;
+}
+
+} // namespace
+
+PhotoList::PhotoList(QWidget *parent)
+    : QListWidget(parent), m_thumbnails(qRound(qMax(pictureRoom.width(), pictureRoom.height()) * devicePixelRatioF())),
+      m_kept(keptThumbnails) {
+    setViewMode(QListView::IconMode);
+    setMovement(QListView::Static);
+    setResizeMode(QListView::Adjust);
+    setUniformItemSizes(true);
+    setGridSize(tileSize);
+    setItemDelegate(new CardDelegate(this));
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setMouseTracking(true);
+    m_settle.setSingleShot(true);
+    m_settle.setInterval(settleTime);
+    connect(&m_settle, &QTimer::timeout, this, &PhotoList::wantVisible);
+    connect(&m_thumbnails, &Thumbnails::made, this, &PhotoList::take);
+}
+
+QString PhotoList::showFolder(const QString &folder, const QStringList &patterns) {
+    std::error_code error;
+    const std::filesystem::directory_iterator listing(std::filesystem::path(folder.toStdString()), error);
+    if (error) {
+        return QDir::toNativeSeparators(folder) + "\n\n" + QString::fromStdString(error.message());
+    }
+    m_thumbnails.cancel();
+    m_kept.clear();
+    m_unreadable.clear();
+    m_folder = folder;
+    clear();
+    addItems(sortedNames(folder, patterns));
+    scrollToTop();
+    m_settle.start();
+    return {};
+}
+
+QString PhotoList::chosenName() const {
+    const QList<QListWidgetItem *> chosen = selectedItems();
+    return chosen.isEmpty() ? QString() : chosen.first()->text();
+}
+
+QPixmap PhotoList::thumbnail(const QString &name) const {
+    const QPixmap *kept = m_kept.object(name);
+    return kept ? *kept : QPixmap();
+}
+
+QListWidgetItem *PhotoList::itemOf(const QString &name) const {
+    const QList<QListWidgetItem *> found = findItems(name, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    return found.isEmpty() ? nullptr : found.first();
+}
+
+void PhotoList::resizeEvent(QResizeEvent *event) {
+    QListWidget::resizeEvent(event);
+    m_settle.start();
+}
+
+void PhotoList::scrollContentsBy(int dx, int dy) {
+    QListWidget::scrollContentsBy(dx, dy);
+    m_settle.start();
+}
+
+void PhotoList::wantVisible() {
+    QStringList wanted;
+    const QRect view = viewport()->rect();
+    for (int row = 0; row < count(); ++row) {
+        const QRect place = visualItemRect(item(row));
+        if (place.top() > view.bottom()) {
+            break;
+        }
+        const QString name = item(row)->text();
+        if (place.bottom() >= view.top() && !m_kept.contains(name) && !m_unreadable.contains(name)) {
+            wanted += m_folder + '/' + name;
+        }
+    }
+    m_thumbnails.want(wanted);
+}
+
+void PhotoList::take(const QString &path, const QImage &thumbnail) {
+    const QString name = path.mid(m_folder.size() + 1);
+    QListWidgetItem *item = itemOf(name);
+    if (!item) {
+        return;
+    }
+    if (thumbnail.isNull()) {
+        m_unreadable += name;
+        const bool wasChosen = item->isSelected();
+        item->setSelected(false);
+        item->setFlags(Qt::NoItemFlags);
+        if (wasChosen) {
+            Q_EMIT chosenUnreadable();
+        }
+    } else {
+        const qreal ratio = devicePixelRatioF();
+        auto pixmap =
+            QPixmap::fromImage(thumbnail.scaled(pictureRoom * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+        pixmap.setDevicePixelRatio(ratio);
+        m_kept.insert(name, new QPixmap(pixmap));
+    }
+    viewport()->update(visualItemRect(item));
+}
+
+} // namespace lumora

@@ -1,0 +1,92 @@
+#include "dialogs/SimpleFileDialog.h"
+
+#include "app/settings/AppContext.h"
+#include "widgets/AnimatedButton.h"
+#include "widgets/TitleStrip.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+
+namespace lumora {
+
+SimpleFileDialog::SimpleFileDialog(AppContext &ctx, const QString &name, QWidget *owner, const QString &okLoop)
+    : BorderlessDialog(name, owner), m_ctx(ctx), txtPath(new QLineEdit(this)), txtFile(new QLineEdit(this)),
+      cmdOK(bigButton("cmdOK", okLoop)), cmdCancel(bigButton("cmdCancel", "cancel")),
+      cmdAdvCMDLG(new PictureButton("more", PictureButton::CaptionPlace::Beside, this)) {
+    txtPath->setObjectName("txtPath");
+    txtPath->hide();
+    txtFile->setObjectName("txtFile");
+    cmdAdvCMDLG->setObjectName("cmdAdvCMDLG");
+    cmdOK->setEnabled(false);
+    setDefaultButton(cmdOK);
+    connect(txtFile, &QLineEdit::textChanged, this,
+            [this](const QString &text) { cmdOK->setEnabled(!text.isEmpty()); });
+    connect(cmdOK, &QAbstractButton::clicked, this, &SimpleFileDialog::pressOK);
+    connect(cmdCancel, &QAbstractButton::clicked, this, &QDialog::reject);
+    connect(cmdAdvCMDLG, &QAbstractButton::clicked, this, [this] {
+        m_ctx.photo.CurrentFileName = folder();
+        m_ending = Ending::More;
+        accept();
+    });
+    tmrYes.setObjectName("tmrYes");
+    tmrYes.setInterval(AnimatedButton::interval);
+    connect(&tmrYes, &QTimer::timeout, this, &SimpleFileDialog::nextFrame);
+}
+
+AnimatedButton *SimpleFileDialog::bigButton(const QString &name, const QString &loop) {
+    auto *button = new AnimatedButton(this);
+    button->setObjectName(name);
+    button->setLoop(loop);
+    button->setLook(PictureButton::Look::Raised);
+    button->setCaptionPlace(PictureButton::CaptionPlace::Beside);
+    button->setPictureSize(56);
+    QFont large = button->font();
+    large.setPointSizeF(14);
+    button->setFont(large);
+    return button;
+}
+
+void SimpleFileDialog::nextFrame() {
+    m_frame = AnimatedButton::nextFrame(m_frame);
+    cmdOK->setFrame(m_frame);
+    cmdCancel->setFrame(m_frame);
+}
+
+SimpleFileDialog::Ending SimpleFileDialog::run() {
+    m_ending = Ending::Cancelled;
+    tmrYes.start();
+    exec();
+    tmrYes.stop();
+    return m_ending;
+}
+
+void SimpleFileDialog::pressOK() {
+    if (!fileName().isEmpty() && takeChoice()) {
+        m_ending = Ending::OK;
+        accept();
+    }
+}
+
+void SimpleFileDialog::setFolder(const QString &folder) {
+    txtPath->setText(folder);
+    picTBar()->lblCaption()->setText(windowTitle() + " - " + folder);
+}
+
+QString SimpleFileDialog::folder() const {
+    return txtPath->text();
+}
+
+QString SimpleFileDialog::fileName() const {
+    return txtFile->text();
+}
+
+QString SimpleFileDialog::pathOf(const QString &name) const {
+    return folder() + '/' + name;
+}
+
+void SimpleFileDialog::showError(const QString &description) {
+    QMessageBox::critical(isVisible() ? this : parentWidget(), "Error", description);
+}
+
+} // namespace lumora

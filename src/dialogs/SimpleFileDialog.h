@@ -1,0 +1,57 @@
+// What the Simple open and save dialogs share: the folder, the name, the big animated buttons, "More...".
+#pragma once
+
+#include "widgets/BorderlessDialog.h"
+
+#include <QTimer>
+
+class QLineEdit;
+
+namespace lumora {
+
+class AnimatedButton;
+class PictureButton;
+struct AppContext;
+
+/// The OK button is enabled while there is a name. Esc and Cancel end without a choice.
+class SimpleFileDialog : public BorderlessDialog {
+    Q_OBJECT
+
+  protected:
+    enum class Ending { OK, More, Cancelled };
+
+    /// `okLoop` is the loop of the OK button's drawing.
+    SimpleFileDialog(AppContext &ctx, const QString &name, QWidget *owner, const QString &okLoop);
+
+    /// Shows the dialog, modal over its owner, and says how it was ended.
+    Ending run();
+    /// OK was pressed with a name; returns false when the dialog is to stay open.
+    virtual bool takeChoice() = 0;
+
+    /// The folder in the hidden field and in the title line after the window's title.
+    void setFolder(const QString &folder);
+    QString folder() const;
+    QString fileName() const;
+    /// The folder and the name typed or chosen, or any other, as one path.
+    QString pathOf(const QString &name) const;
+    /// A critical message titled "Error".
+    void showError(const QString &description);
+    void pressOK();
+
+    AppContext &m_ctx;
+    QLineEdit *txtPath; ///< the folder; not shown, for the title line shows it
+    QLineEdit *txtFile;
+    AnimatedButton *cmdOK;
+    AnimatedButton *cmdCancel;
+    PictureButton *cmdAdvCMDLG;
+
+  private:
+    AnimatedButton *bigButton(const QString &name, const QString &loop);
+    void nextFrame();
+
+    Ending m_ending = Ending::Cancelled;
+    QTimer tmrYes;
+    int m_frame = 1;
+};
+
+} // namespace lumora

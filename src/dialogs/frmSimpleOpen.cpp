@@ -1,0 +1,139 @@
+#include "dialogs/frmSimpleOpen.h"
+
+#include "app/settings/AppContext.h"
+#include "app/settings/LoadSettings.h"
+#include "dialogs/PhotoList.h"
+#include "widgets/AnimatedButton.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+namespace lumora {
+
+namespace {
+
+/// The sample groups: where each stands below the folder of sample photos. Names and captions differ here and there.
+struct GroupRow {
+    const char *button;
+    const char *icon;
+    const char *folder;
+};
+
+constexpr GroupRow groups[] = {
+    {"cmdGrp1", "group1", "animals"},
+    {"cmdGrp2", "group2", "backgrounds for stories"},
+    {"cmdGrp3", "group3", "geographical features"},
+    {"cmdGrp4", "group4", "machines"},
+    {"cmdGrp5", "group5", "old buildings"},
+};
+
+const QStringList &photoPatterns() {
+    static const QStringList patterns = QString("*.jpg;*.bmp;*.gif;*.png;*.tif").split(';');
+    return patterns;
+}
+
+} // namespace
+
+frmSimpleOpen::frmSimpleOpen(AppContext &ctx, const QString &name, QWidget *owner)
+    : SimpleFileDialog(ctx, name, owner, "open"), lblFiles(new QLabel(this)), lblSelectedFile(new QLabel(this)),
+      File1(new PhotoList(this)) {
+    lblFiles->setObjectName("lblFiles");
+    lblFiles->setBuddy(File1);
+    lblSelectedFile->setObjectName("lblSelectedFile");
+    lblSelectedFile->setBuddy(txtFile);
+    File1->setObjectName("File1");
+    layOut();
+    const auto takeName = [this] {
+        if (const QString chosen = File1->chosenName(); !chosen.isEmpty()) {
+            txtFile->setText(chosen);
+        }
+    };
+    connect(File1, &QListWidget::itemSelectionChanged, this, takeName);
+    connect(File1, &QListWidget::itemClicked, this, takeName);
+    connect(File1, &QListWidget::itemActivated, this, &frmSimpleOpen::pressOK);
+    connect(File1, &PhotoList::chosenUnreadable, txtFile, &QLineEdit::clear);
+}
+
+QBoxLayout *frmSimpleOpen::groupColumn() {
+    auto *column = new QVBoxLayout;
+    column->setSpacing(8);
+    for (const GroupRow &group : groups) {
+        auto *button = new PictureButton(group.icon, PictureButton::CaptionPlace::Beside, this);
+        button->setObjectName(group.button);
+        button->setLook(PictureButton::Look::Raised);
+        button->setPictureSize(48);
+        connect(button, &QAbstractButton::clicked, this, [this, folder = group.folder] { showGroup(folder); });
+        column->addWidget(button);
+    }
+    column->addStretch(1);
+    return column;
+}
+
+void frmSimpleOpen::layOut() {
+    auto *list = new QVBoxLayout;
+    list->setSpacing(4);
+    list->addWidget(lblFiles);
+    list->addWidget(File1, 1);
+    auto *upper = new QHBoxLayout;
+    upper->setSpacing(16);
+    upper->addLayout(groupColumn());
+    upper->addLayout(list, 1);
+
+    auto *name = new QVBoxLayout;
+    name->setSpacing(4);
+    name->addWidget(lblSelectedFile);
+    name->addWidget(txtFile);
+    auto *lower = new QHBoxLayout;
+    lower->setSpacing(12);
+    lower->addWidget(cmdAdvCMDLG, 0, Qt::AlignBottom);
+    lower->addLayout(name, 1);
+    lower->addWidget(cmdOK, 0, Qt::AlignBottom);
+    lower->addWidget(cmdCancel, 0, Qt::AlignBottom);
+    body()->addLayout(upper, 1);
+    body()->addLayout(lower);
+}
+
+void frmSimpleOpen::LoadLanguage() {
+    m_ctx.texts.LoadLanguage(*this);
+}
+
+void frmSimpleOpen::LoadMySettings() {
+    const QString start = photoFolder(m_ctx);
+    setFolder(start);
+    if (const QString problem = File1->showFolder(start, photoPatterns()); !problem.isEmpty()) {
+        showError(problem);
+    }
+}
+
+void frmSimpleOpen::showGroup(const QString &folderName) {
+    const QString folder = m_ctx.installation.samplesFolder() + '/' + folderName;
+    if (const QString problem = File1->showFolder(folder, photoPatterns()); !problem.isEmpty()) {
+        showError(problem);
+        showError("Please reinstall this software.");
+        return;
+    }
+    setFolder(folder);
+}
+
+bool frmSimpleOpen::takeChoice() {
+    m_ctx.fields.txtSimplePath = pathOf(fileName());
+    return true;
+}
+
+frmSimpleOpen::Result frmSimpleOpen::ask() {
+    LoadLanguage();
+    LoadMySettings();
+    switch (run()) {
+    case Ending::OK:
+        return Result::Open;
+    case Ending::More:
+        return Result::More;
+    case Ending::Cancelled:
+        break;
+    }
+    return Result::Cancelled;
+}
+
+} // namespace lumora

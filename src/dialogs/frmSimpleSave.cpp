@@ -1,0 +1,180 @@
+#include "dialogs/frmSimpleSave.h"
+
+#include "app/settings/AppContext.h"
+#include "app/settings/LoadSettings.h"
+#include "widgets/AnimatedButton.h"
+#include "widgets/ElidedLabel.h"
+#include "widgets/Theme.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QLineEdit>
+#include <QPainter>
+#include <QValidator>
+#include <cstring>
+
+namespace lumora {
+
+namespace {
+
+struct TypeRow {
+    const char *entry;
+    const char *extension;
+    QColor colour;
+};
+
+constexpr TypeRow types[] = {
+    {"BMP Files (*.bmp)", ".bmp", colours::sky},  {"JPEG Files (*.jpg)", ".jpg", colours::leaf},
+    {"PNG Files (*.png)", ".png", colours::plum}, {"GIF Files (*.gif)", ".gif", colours::coral},
+    {"TIFF Files (*.tif)", ".tif", colours::sun}, {"TGA Files (*.tga)", ".tga", colours::faintInk},
+};
+constexpr int typeCount = std::size(types);
+constexpr int jpeg = 1;
+constexpr int longestName = 240; // bytes: file systems take 255 with the extension and a temporary file's ending
+
+/// A sheet of paper with the extension on it in the type's colour.
+QPixmap typeBadge(const TypeRow &type, int size, qreal devicePixelRatio) {
+    QPixmap pixmap(QSize(size, size) * devicePixelRatio);
+    pixmap.setDevicePixelRatio(devicePixelRatio);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(size / 64.0, size / 64.0);
+    painter.setPen(QPen(colours::ink, 4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::white);
+    painter.drawPolygon(QPolygonF({{12, 4}, {40, 4}, {54, 18}, {54, 60}, {12, 60}}));
+    painter.setBrush(type.colour);
+    painter.drawRoundedRect(QRectF(4, 26, 56, 24), 6, 6);
+    QFont font("Andika");
+    font.setBold(true);
+    font.setPixelSize(19);
+    painter.setFont(font);
+    painter.setPen(qGray(type.colour.rgb()) > 140 ? colours::ink : QColor(Qt::white));
+    painter.drawText(QRectF(4, 25, 56, 24), Qt::AlignCenter, QString(type.extension).mid(1).toUpper());
+    return pixmap;
+}
+
+/// Leaves out what no file name can hold, as it is typed or pasted.
+class NameValidator : public QValidator {
+  public:
+    using QValidator::QValidator;
+
+    State validate(QString &input, int &position) const override {
+        for (const QChar forbidden : {QChar('/'), QChar(QChar::Null)}) {
+            position -= static_cast<int>(input.left(position).count(forbidden));
+            input.remove(forbidden);
+        }
+        while (input.toUtf8().size() > longestName) {
+            input.chop(input.back().isLowSurrogate() ? 2 : 1);
+        }
+        position = qMin(position, static_cast<int>(input.size()));
+        return Acceptable;
+    }
+};
+
+} // namespace
+
+QString simpleSaveName(const QString &typed, int type) {
+    const bool known = type >= 0 && type < typeCount;
+    return known && !typed.isEmpty() ? typed + types[type].extension : QString();
+}
+
+frmSimpleSave::frmSimpleSave(AppContext &ctx, const QString &name, QWidget *owner)
+    : SimpleFileDialog(ctx, name, owner, "save"), lblFile(new QLabel(this)), lblFileType(new QLabel(this)),
+      cboFilter(new QComboBox(this)), m_badge(new QLabel(this)), lblResult(new ElidedLabel(Qt::ElideMiddle, this)) {
+    lblFile->setObjectName("lblFile");
+    lblFile->setBuddy(txtFile);
+    lblFileType->setObjectName("lblFileType");
+    lblFileType->setBuddy(cboFilter);
+    cboFilter->setObjectName("cboFilter");
+    lblResult->setObjectName("lblResult");
+    txtFile->setValidator(new NameValidator(txtFile));
+    fillTypes();
+    layOut();
+    connect(txtFile, &QLineEdit::textChanged, this, &frmSimpleSave::showName);
+    connect(cboFilter, &QComboBox::currentIndexChanged, this, &frmSimpleSave::showName);
+    showName();
+    txtFile->setFocus();
+}
+
+void frmSimpleSave::fillTypes() {
+    constexpr int badgeSize = 32;
+    cboFilter->setIconSize({badgeSize, badgeSize});
+    for (const TypeRow &type : types) {
+        cboFilter->addItem(typeBadge(type, badgeSize, devicePixelRatioF()), type.entry);
+    }
+    cboFilter->setCurrentIndex(jpeg);
+}
+
+void frmSimpleSave::layOut() {
+    QFont large = txtFile->font();
+    large.setPointSizeF(14);
+    txtFile->setFont(large);
+    cboFilter->setFont(large);
+    lblResult->setFont(large);
+    lblResult->setMinimumWidth(200);
+    m_badge->setFixedSize(56, 56);
+    auto *fields = new QGridLayout;
+    fields->setHorizontalSpacing(16);
+    fields->setVerticalSpacing(14);
+    fields->addWidget(lblFile, 0, 0);
+    fields->addWidget(txtFile, 0, 1);
+    fields->addWidget(lblFileType, 1, 0);
+    fields->addWidget(cboFilter, 1, 1);
+    fields->setColumnStretch(1, 1);
+    fields->setColumnMinimumWidth(1, 420);
+    auto *result = new QHBoxLayout;
+    result->setSpacing(10);
+    result->addWidget(m_badge);
+    result->addWidget(lblResult, 1);
+    auto *buttons = new QHBoxLayout;
+    buttons->setSpacing(12);
+    buttons->addWidget(cmdAdvCMDLG, 0, Qt::AlignBottom);
+    buttons->addStretch(1);
+    buttons->addWidget(cmdOK);
+    buttons->addWidget(cmdCancel);
+    body()->addLayout(fields);
+    body()->addLayout(result);
+    body()->addLayout(buttons);
+}
+
+void frmSimpleSave::showName() {
+    const QString name = simpleSaveName(fileName(), cboFilter->currentIndex());
+    lblResult->setText(name);
+    m_badge->setPixmap(name.isEmpty() ? QPixmap()
+                                      : typeBadge(types[cboFilter->currentIndex()], 56, devicePixelRatioF()));
+}
+
+QString frmSimpleSave::path() const {
+    const QString name = simpleSaveName(fileName(), cboFilter->currentIndex());
+    return name.isEmpty() ? QString() : pathOf(name);
+}
+
+bool frmSimpleSave::takeChoice() {
+    if (path().isEmpty()) {
+        return false;
+    }
+    if (!QDir().mkpath(folder())) {
+        showError(folder() + "\n\n" + qt_error_string(QFileInfo::exists(folder()) ? ENOTDIR : EACCES));
+        return false;
+    }
+    return true;
+}
+
+frmSimpleSave::Result frmSimpleSave::ask() {
+    m_ctx.texts.LoadLanguage(*this);
+    setFolder(photoFolder(m_ctx));
+    switch (run()) {
+    case Ending::OK:
+        return Result::Save;
+    case Ending::More:
+        return Result::More;
+    case Ending::Cancelled:
+        break;
+    }
+    return Result::Cancelled;
+}
+
+} // namespace lumora

@@ -1,0 +1,18 @@
+// A picture as the file of an undo step: written by the history's thread, read when the step is taken back.
+#pragma once
+
+#include <QImage>
+#include <stop_token>
+
+namespace lumora {
+
+/// Writes the pixels to the file: differences from the row above, one plane for each colour, no alpha where the
+/// picture is opaque; `pack` squeezes them with zstd, about four times slower than leaving them. Returns the bytes
+/// written, or -1 when the disk is full, more than `limit` bytes would be needed or a stop is asked for.
+qint64 writePacked(int file, const QImage &picture, bool pack, qint64 limit, const std::stop_token &stop);
+
+/// Reads what writePacked wrote into a picture that already has its size and format. False for a file that does not
+/// hold these pixels whole.
+bool readPacked(int file, QImage &picture);
+
+} // namespace lumora

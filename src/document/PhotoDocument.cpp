@@ -1,0 +1,270 @@
+#include "document/PhotoDocument.h"
+
+#include "imaging/Picture.h"
+#include "imaging/Scale.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace lumora {
+
+namespace {
+
+constexpr int layoutCentred = 5;
+constexpr int zoomStep = 10;
+constexpr int smallestStepZoom = 30;
+constexpr int dummyLongerSide = 480;
+constexpr int memoryPhotoWidth = 120;
+
+/// Halves to even: the processor's rounding, which nothing here changes.
+int rounded(double value) { return static_cast<int>(std::nearbyint(value)); }
+
+/// The picture at that size: averaged where it becomes smaller, smooth where it becomes larger.
+QImage scaled(const QImage &picture, QSize size) {
+    if (size == picture.size()) {
+        return picture;
+    }
+    const QImage smaller = scaleByAveraging(picture, size.width(), size.height());
+    return !smaller.isNull() ? smaller
+                             : toPicture(picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+}
+
+/// What a side becomes when the other one is scaled to a fixed length.
+int following(int side, int other, int otherBecomes) {
+    return std::max(1, rounded(static_cast<double>(side) * otherBecomes / other));
+}
+
+QImage houseFormat(const QImage &picture) {
+    const bool kept = picture.format() == QImage::Format_RGB32 || picture.format() == QImage::Format_ARGB32;
+    return kept ? picture : toPicture(picture);
+}
+
+} // namespace
+
+PhotoDocument::PhotoDocument(ToolFlags &flags, QObject *parent) : QObject(parent), m_flags(flags) {}
+
+PhotoDocument::~PhotoDocument() = default;
+
+const QImage &PhotoDocument::pic2nd() const {
+    if (m_2ndStale) {
+        m_2ndStale = false;
+        const int width = m_canvas.width();
+        const int height = m_canvas.height();
+        const QSize size = height <= width ? QSize(dummyLongerSide, following(height, width, dummyLongerSide))
+                                           : QSize(following(width, height, dummyLongerSide), dummyLongerSide);
+        m_2nd = scaled(m_canvas, size);
+    }
+    return m_2nd;
+}
+
+QImage &PhotoDocument::picCM(int n) { return m_cm[static_cast<size_t>(std::clamp(n, 1, 4) - 1)]; }
+
+void PhotoDocument::setPhotoModified(bool modified) {
+    if (m_modified != modified) {
+        m_modified = modified;
+        Q_EMIT changed(PhotoChange::Modified);
+    }
+}
+
+void PhotoDocument::fitPhoto(QSize canvas) {
+    if (m_canvas.isNull() || canvas.isEmpty()) {
+        return;
+    }
+    const double width = m_canvas.width();
+    const double height = m_canvas.height();
+    const auto byWidth = [&] { return rounded(100.0 / (width / canvas.width())); };
+    const auto byHeight = [&] { return rounded(100.0 / (height / canvas.height())); };
+    // The other side is asked only when the first would need enlarging, and its answer counts as it is.
+    const bool wide = width > 1.5 * height;
+    int zoom = wide ? byWidth() : byHeight();
+    if (zoom >= 101) {
+        zoom = wide ? byHeight() : byWidth();
+    }
+    m_zoom = std::clamp(zoom, 1, 100);
+    m_layout = layoutCentred;
+    PhotoChanges what = PhotoChange::Zoom;
+    what.setFlag(PhotoChange::Loaded, !m_loaded);
+    m_loaded = true;
+    Q_EMIT changed(what);
+}
+
+void PhotoDocument::PerformZoomIn() { setZoom(m_zoom + zoomStep); }
+
+void PhotoDocument::PerformZoomOut() {
+    m_zoom = std::max(m_zoom - zoomStep, smallestStepZoom);
+    Q_EMIT changed(PhotoChange::Zoom);
+}
+
+void PhotoDocument::setZoom(int percent) {
+    m_zoom = std::max(percent, 1);
+    m_magnify = m_zoom >= 101;
+    m_drawingMode = m_magnify ? DrawingMode::Squares : DrawingMode::Smooth;
+    Q_EMIT changed(PhotoChange::Zoom);
+}
+
+bool PhotoDocument::restoreDisplay() {
+    const bool different = m_drawingMode != DrawingMode::Smooth || m_layout != layoutCentred;
+    m_layout = layoutCentred;
+    m_drawingMode = DrawingMode::Smooth;
+    return different;
+}
+
+void PhotoDocument::ResizePicCanvas() {
+    if (restoreDisplay()) {
+        Q_EMIT changed(PhotoChange::Zoom);
+    }
+}
+
+void PhotoDocument::CreateDummyPicture() {
+    m_cm.fill(QImage());
+    m_2nd = QImage();
+    m_2ndStale = !m_canvas.isNull();
+}
+
+void PhotoDocument::RecordUndoPoint() {
+    if (!m_canvas.isNull()) {
+        m_history.record();
+        Q_EMIT changed(PhotoChange::History);
+    }
+}
+
+bool PhotoDocument::replaceCanvas(const QImage &next) {
+    if (!m_canvas.isNull() && !m_history.replaced(m_canvas, next)) {
+        return false;
+    }
+    m_canvas = next;
+    return true;
+}
+
+bool PhotoDocument::changePhoto(const QImage &next) { return changePhoto(next, ChangeSteps()); }
+
+bool PhotoDocument::changePhoto(const QImage &next, ChangeSteps steps) {
+    const QImage picture = houseFormat(next);
+    if (picture.isNull()) {
+        return false;
+    }
+    PhotoChanges what = PhotoChange::Pixels | PhotoChange::History;
+    const bool resized = picture.size() != m_canvas.size();
+    if (steps.recordUndo && !m_canvas.isNull()) {
+        m_history.record();
+    }
+    if (!replaceCanvas(picture)) {
+        return false;
+    }
+    m_thumb = m_canvas;
+    if (steps.dummyPicture) {
+        CreateDummyPicture();
+    }
+    if (resized) {
+        what |= PhotoChange::Size;
+        what.setFlag(PhotoChange::Zoom, restoreDisplay());
+    }
+    if (steps.modified && !m_modified) {
+        m_modified = true;
+        what |= PhotoChange::Modified;
+    }
+    Q_EMIT changed(what);
+    return true;
+}
+
+void PhotoDocument::PerformUndo() { stepThroughHistory(true); }
+
+void PhotoDocument::PerformRedo() { stepThroughHistory(false); }
+
+void PhotoDocument::stepThroughHistory(bool back) {
+    if (!m_loaded) {
+        return;
+    }
+    const QSize sizeBefore = m_canvas.size();
+    if (back) {
+        m_history.undo(m_canvas);
+    } else {
+        m_history.redo(m_canvas);
+    }
+    m_thumb = m_canvas;
+    CreateDummyPicture();
+    PhotoChanges what = PhotoChange::Pixels | PhotoChange::History;
+    what.setFlag(PhotoChange::Size, m_canvas.size() != sizeBefore);
+    what.setFlag(PhotoChange::Zoom, restoreDisplay());
+    // The free-resize frame goes back to its stored rectangle.
+    what.setFlag(PhotoChange::Selection, m_flags.FreeResizeActive);
+    Q_EMIT changed(what);
+}
+
+PictureError PhotoDocument::openFile(const QString &path, OpenRoute route) {
+    // The point stands even when the file turns out to be none: it then leads back to the same photo.
+    RecordUndoPoint();
+    return fillFrom(readPicture(path), route);
+}
+
+PictureError PhotoDocument::openPicture(const PictureRead &read, OpenRoute route) {
+    RecordUndoPoint();
+    return fillFrom(read, route);
+}
+
+PictureError PhotoDocument::fillFrom(const PictureRead &read, OpenRoute route) {
+    if (read.error != PictureError::None) {
+        return read.error;
+    }
+    const QImage picture = houseFormat(read.picture);
+    if (picture.isNull()) {
+        return read.picture.isNull() ? PictureError::NotAPicture : PictureError::NoMemory;
+    }
+    if (!replaceCanvas(picture)) {
+        return PictureError::NoMemory;
+    }
+    restoreDisplay();
+    m_loaded = true;
+    m_buffer = m_canvas;
+    m_thumb = m_canvas;
+    CreateDummyPicture();
+    PhotoChanges what = PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Zoom | PhotoChange::Loaded;
+    what |= PhotoChange::History;
+    if (route == OpenRoute::LoadPhoto && m_modified) {
+        m_modified = false;
+        what |= PhotoChange::Modified;
+    }
+    Q_EMIT changed(what);
+    return PictureError::None;
+}
+
+PictureWritten PhotoDocument::saveFile(const QString &path) {
+    if (m_canvas.isNull()) {
+        return {PictureError::NotAPicture, QStringLiteral("there is no photo to save")};
+    }
+    const PictureWritten written = writePicture(m_canvas, path);
+    if (written.ok()) {
+        setPhotoModified(false);
+    }
+    return written;
+}
+
+void PhotoDocument::SavePhotoToMemory() {
+    const QByteArray jpeg = m_canvas.isNull() ? QByteArray() : encodeJpeg(m_canvas);
+    if (!jpeg.isEmpty()) {
+        m_memoryPhoto = jpeg.toBase64();
+    }
+}
+
+void PhotoDocument::OpenPhotoFromMemory() {
+    const PictureRead read = readPictureFromData(QByteArray::fromBase64(m_memoryPhoto));
+    if (!read.picture.isNull()) {
+        const int height = following(read.picture.height(), read.picture.width(), memoryPhotoWidth);
+        m_buffer = scaled(read.picture, QSize(memoryPhotoWidth, height));
+    }
+}
+
+QString PhotoDocument::statusLine(const QString &caption, const QString &version, double dotsPerInch) const {
+    QString line = caption + QString(20, QLatin1Char(' ')) + QStringLiteral(" - Version ") + version;
+    if (m_loaded && !m_canvas.isNull()) {
+        const double millimetresPerPixel = 25.4 / (dotsPerInch > 0 ? dotsPerInch : 96.0);
+        line += QStringLiteral(" - (%1 x %2 pixels - %3 x %4 millimetres)")
+                    .arg(m_canvas.width())
+                    .arg(m_canvas.height())
+                    .arg(rounded(m_canvas.width() * millimetresPerPixel))
+                    .arg(rounded(m_canvas.height() * millimetresPerPixel));
+    }
+    return line;
+}
+
+} // namespace lumora

@@ -1,0 +1,65 @@
+// Undo and redo without a set depth. A step costs what it changed: the rectangle of pixels that differ, or the whole
+// other picture, shared, where most of it or the size changed. Used by PhotoDocument only.
+#pragma once
+
+#include "document/StepStore.h"
+
+#include <QImage>
+#include <QRect>
+#include <deque>
+
+namespace lumora {
+
+class PhotoHistory {
+  public:
+    struct Limits {
+        qint64 memory = qint64{640} << 20; ///< bytes of pixels kept in memory; older steps go to temporary files
+        qint64 disk = -1; ///< bytes of temporary files, then the oldest step goes; -1: of 8 GB and half the free space
+                          ///< the smaller
+        QString folder;   ///< where the private folder is made; empty: the system's temporary folder
+    };
+
+    PhotoHistory();
+    explicit PhotoHistory(const Limits &limits);
+
+    /// Records an undo point: the picture as it is now. What can be redone stays until the picture is replaced.
+    void record();
+    /// Says that the picture was replaced: the latest recorded point keeps leading back to the picture it was recorded
+    /// with, and nothing can be redone any more. False, and nothing changed, when memory is refused.
+    bool replaced(const QImage &before, const QImage &after);
+
+    /// Steps back to the latest recorded point, or forward to what was undone last: takes the picture as it is now and
+    /// gives the other one. False, and the picture unchanged, when there is none or memory is refused. A step whose
+    /// file is gone is left out, and with it those that cannot be reached any more.
+    bool undo(QImage &picture) { return move(picture, true); }
+    bool redo(QImage &picture) { return move(picture, false); }
+
+    int undoSteps() const { return m_position; }
+    int redoSteps() const { return static_cast<int>(m_steps.size()) - m_position; }
+    qint64 memoryBytes() const { return m_store.memoryBytes(); } ///< of pixels kept in memory
+    qint64 diskBytes() const { return m_store.diskBytes(); }     ///< of temporary files
+    /// Returns when no step is on its way to a file.
+    void waitForWriter();
+
+  private:
+    /// What leads from one picture to its neighbour: nothing where both are equal, the other one's pixels in a
+    /// rectangle, or the whole other one.
+    struct Step {
+        StepStore::Pixels pixels;
+        QRect rect;
+        bool isWhole() const { return pixels != nullptr && rect.isNull(); }
+    };
+
+    Step stepTo(const QImage &other, const QImage &picture);
+    StepStore::Reading apply(const Step &step, const QImage &picture, QImage &other) const;
+    bool move(QImage &picture, bool back);
+    void trim();
+    void spillBeyond(qint64 bytes);
+    bool dropFarthest();
+
+    StepStore m_store; ///< before the steps, whose pixels it keeps
+    std::deque<Step> m_steps;
+    int m_position = 0; ///< steps before it can be undone, those from it on redone
+};
+
+} // namespace lumora

@@ -1,0 +1,185 @@
+#include "document/StepStore.h"
+
+#include "document/PackedPicture.h"
+#include "imaging/Picture.h"
+
+#include <algorithm>
+#include <unistd.h>
+#include <utility>
+
+namespace lumora {
+
+namespace {
+constexpr qint64 largestDiskBudget = qint64{8} << 30;
+}
+
+StoredPixels::StoredPixels(StepStore &owner, const QImage &pixels)
+    : store(owner), size(pixels.size()), opaque(pixels.format() == QImage::Format_RGB32), bytes(pixels.sizeInBytes()),
+      m_picture(pixels) {
+    const std::lock_guard lock(store.m_mutex);
+    store.m_memoryBytes += bytes;
+    ++store.m_inMemory;
+}
+
+StoredPixels::~StoredPixels() {
+    const std::lock_guard lock(store.m_mutex);
+    if (!m_picture.isNull()) {
+        store.m_memoryBytes -= bytes;
+        --store.m_inMemory;
+    }
+    if (!m_file.empty()) {
+        store.m_diskBytes -= m_fileBytes;
+        store.m_folder.remove(m_file);
+    }
+}
+
+StepStore::StepStore(qint64 memoryBudget, qint64 diskBudget, const QString &parentFolder)
+    : m_memoryBudget(memoryBudget), m_parentFolder(parentFolder), m_folder(parentFolder), m_diskBudget(diskBudget),
+      m_thread([this](const std::stop_token &stop) { work(stop); }) {}
+
+StepStore::~StepStore() = default;
+
+StepStore::Reading StepStore::read(const Pixels &pixels, QImage &picture) const {
+    std::string name;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!pixels->m_picture.isNull()) {
+            picture = pixels->m_picture;
+            return Reading::Done;
+        }
+        name = pixels->m_file;
+    }
+    const int file = m_folder.open(name);
+    if (file < 0) {
+        return Reading::Lost;
+    }
+    QImage target = newPicture(pixels->size.width(), pixels->size.height(), pixels->opaque);
+    const bool whole = !target.isNull() && readPacked(file, target);
+    ::close(file);
+    if (target.isNull()) {
+        return Reading::NoMemory;
+    }
+    if (!whole) {
+        return Reading::Lost;
+    }
+    picture = target;
+    return Reading::Done;
+}
+
+void StepStore::spill(const Pixels &pixels) {
+    pixels->spilled = true;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_queue.push_back(pixels);
+    }
+    m_workToDo.notify_one();
+}
+
+bool StepStore::takeFailure() {
+    std::vector<std::weak_ptr<StoredPixels>> refused;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!std::exchange(m_failed, false)) {
+            return false;
+        }
+        refused.swap(m_refused);
+    }
+    for (const auto &step : refused) {
+        if (const Pixels pixels = step.lock()) {
+            pixels->spilled = false;
+        }
+    }
+    return true;
+}
+
+bool StepStore::waitForWriter() {
+    std::unique_lock lock(m_mutex);
+    if (m_failed) {
+        return true;
+    }
+    if (m_queue.empty() && !m_writing) {
+        return false;
+    }
+    m_workDone.wait(lock, [this, before = m_finished] { return m_finished != before; });
+    return true;
+}
+
+bool StepStore::isOverBudget() const {
+    const std::lock_guard lock(m_mutex);
+    return m_memoryBytes > m_memoryBudget && m_inMemory > 1;
+}
+
+qint64 StepStore::memoryBytes() const {
+    const std::lock_guard lock(m_mutex);
+    return m_memoryBytes;
+}
+
+qint64 StepStore::diskBytes() const {
+    const std::lock_guard lock(m_mutex);
+    return m_diskBytes;
+}
+
+void StepStore::work(const std::stop_token &stop) {
+    SpillFolder::sweep(m_parentFolder);
+    for (;;) {
+        std::unique_lock lock(m_mutex);
+        if (!m_workToDo.wait(lock, stop, [this] { return !m_queue.empty(); }) || stop.stop_requested()) {
+            return;
+        }
+        const Pixels pixels = m_queue.front().lock();
+        m_queue.pop_front();
+        if (pixels == nullptr) { // the step was dropped meanwhile
+            ++m_finished;
+            m_workDone.notify_all();
+            continue;
+        }
+        if (m_diskBudget < 0) {
+            m_diskBudget = std::min(largestDiskBudget, m_folder.freeBytes() / 2);
+        }
+        m_writing = true;
+        const QImage picture = pixels->m_picture;
+        const bool pack = m_queue.empty(); // more is waiting: quick counts
+        const qint64 limit = m_diskBudget - m_diskBytes;
+        const std::string name = "step-" + std::to_string(++m_files);
+        lock.unlock();
+        finish(pixels, name, write(name, picture, pack, limit, stop));
+    }
+}
+
+qint64 StepStore::write(const std::string &name, const QImage &picture, bool pack, qint64 limit,
+                        const std::stop_token &stop) {
+    const int file = m_folder.create(name);
+    if (file < 0) {
+        return -1;
+    }
+    qint64 written = writePacked(file, picture, pack, limit, stop);
+    if (::close(file) != 0) {
+        written = -1;
+    }
+    if (written < 0) {
+        m_folder.remove(name);
+    }
+    return written;
+}
+
+void StepStore::finish(const Pixels &pixels, const std::string &name, qint64 written) {
+    const std::lock_guard lock(m_mutex);
+    if (written >= 0) {
+        pixels->m_picture = QImage();
+        m_memoryBytes -= pixels->bytes;
+        --m_inMemory;
+        pixels->m_file = name;
+        pixels->m_fileBytes = written;
+        m_diskBytes += written;
+    } else {
+        m_failed = true;
+        m_refused.emplace_back(pixels);
+        m_refused.insert(m_refused.end(), m_queue.begin(), m_queue.end());
+        m_queue.clear();
+    }
+    m_writing = false;
+    ++m_finished;
+    m_workDone.notify_all();
+}
+
+} // namespace lumora

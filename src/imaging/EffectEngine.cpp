@@ -1,0 +1,96 @@
+#include "imaging/EffectEngine.h"
+
+#include "imaging/Picture.h"
+#include "imaging/effects/BlackAndWhite.h"
+#include "imaging/effects/Greyscale.h"
+#include "imaging/effects/Invert.h"
+#include "imaging/effects/RowBands.h"
+#include "imaging/effects/Sepia.h"
+
+#include <cstring>
+
+namespace lumora {
+
+namespace {
+
+void copyPixels(ConstPixelView source, PixelView target, int y, int begin, int end) {
+    if (begin < end) {
+        std::memcpy(target.row(y) + begin * 4, source.row(y) + begin * 4, std::size_t(end - begin) * 4);
+    }
+}
+
+/// Copies every pixel outside the region.
+void copyOutside(ConstPixelView source, PixelView target, const Region &region) {
+    forRowBands(source.height, source.width, [&](int first, int end) {
+        for (int y = first; y < end; ++y) {
+            int done = 0;
+            for (const Region::Span span : region.row(y)) {
+                copyPixels(source, target, y, done, span.begin);
+                done = span.end;
+            }
+            copyPixels(source, target, y, done, source.width);
+        }
+    });
+}
+
+} // namespace
+
+bool EffectEngine::setRectangularRegion(int left, int top, int right, int bottom) {
+    m_shape = Shape::Rectangle;
+    m_box = {left, top, right, bottom};
+    return true;
+}
+
+bool EffectEngine::setEllipticalRegion(int x1, int y1, int x2, int y2) {
+    m_shape = Shape::Ellipse;
+    m_box = {x1, y1, x2, y2};
+    return true;
+}
+
+Region EffectEngine::currentRegion() const {
+    const auto make = m_shape == Shape::Ellipse ? &Region::ellipse : &Region::rectangle;
+    return make(m_picture.width(), m_picture.height(), m_box.left, m_box.top, m_box.right, m_box.bottom);
+}
+
+/// operation(source, target, area) fills the area of the target; the rest is copied around it. An operation that
+/// looks at neighbours may thus read beyond the region and still changes nothing there.
+template <typename Operation> bool EffectEngine::run(const Operation &operation, bool limitToRegion) {
+    const ConstPixelView source = readView(m_picture);
+    if (source.isEmpty()) {
+        return false;
+    }
+    QImage result = newPicture(source.width, source.height, m_picture.format() == QImage::Format_RGB32);
+    const PixelView target = writeView(result);
+    if (target.isEmpty()) {
+        return false;
+    }
+    if (limitToRegion && m_shape != Shape::None) {
+        const Region region = currentRegion();
+        if (!region.isEmpty()) {
+            operation(source, target, region.bounds());
+        }
+        copyOutside(source, target, region);
+    } else {
+        operation(source, target, wholeOf(source));
+    }
+    m_picture = result;
+    return true;
+}
+
+bool EffectEngine::blackAndWhite(int threshold, bool limitToRegion) {
+    return run([&](auto... pixels) { applyBlackAndWhite({threshold}, pixels...); }, limitToRegion);
+}
+
+bool EffectEngine::greyscale(int mode, bool limitToRegion) {
+    return mode == 0 && run([](auto... pixels) { applyGreyscale({}, pixels...); }, limitToRegion);
+}
+
+bool EffectEngine::sepia(bool limitToRegion) {
+    return run([](auto... pixels) { applySepia({}, pixels...); }, limitToRegion);
+}
+
+bool EffectEngine::invert(bool red, bool green, bool blue, bool limitToRegion) {
+    return run([&](auto... pixels) { applyInvert({red, green, blue}, pixels...); }, limitToRegion);
+}
+
+} // namespace lumora

@@ -1,0 +1,235 @@
+#include "imaging/PictureFile.h"
+
+#include "imaging/Picture.h"
+#include "imaging/Scale.h"
+#include "imaging/effects/AlphaBytes.h"
+#include "imaging/files/Format.h"
+#include "imaging/files/Orientation.h"
+#include "imaging/files/ReplaceFile.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+
+namespace lumora {
+
+namespace {
+
+constexpr Format formats[] = {
+    {"JPEG", isJpeg, readJpegHeader, decodeJpeg, decodeSmallJpeg},
+    {"PNG", isPng, readPngHeader, decodePng, nullptr},
+    {"GIF", isGif, readGifHeader, decodeGif, nullptr},
+    {"BMP", isBmp, readBmpHeader, decodeBmp, nullptr},
+    {"TIFF", isTiff, readTiffHeader, decodeTiff, nullptr},
+    {"WebP", isWebP, readWebPHeader, decodeWebP, decodeSmallWebP},
+    {"HEIF", isHeif, readHeifHeader, decodeHeif, decodeSmallHeif},
+};
+
+constexpr Writer writers[] = {
+    {" jpg jpeg ", writeJpeg}, {" png ", writePng}, {" tif tiff ", writeTiff},
+    {" bmp ", writeBmp},       {" gif ", writeGif}, {" tga ", writeTga},
+};
+
+const Format *formatOf(Source &source) {
+    constexpr int headBytes = 4096;
+    const QByteArray head = source.bytes(0, headBytes);
+    for (const Format &format : formats) {
+        if (format.matches(head)) {
+            return &format;
+        }
+    }
+    return nullptr;
+}
+
+// Refuses, before a pixel is allocated, what is too large and what the file cannot hold.
+void checkSize(FileHeader &header) {
+    if (header.error != PictureError::None) {
+        return;
+    }
+    const QString size = QStringLiteral("%1 x %2 pixels").arg(header.width).arg(header.height);
+    if (header.width <= 0 || header.height <= 0) {
+        header = refusedHeader(PictureError::Damaged, size);
+    } else if (static_cast<qint64>(header.width) * header.height > maxPicturePixels) {
+        header = refusedHeader(PictureError::TooLarge, size);
+    } else if (header.packedBytes < std::max(1.0, leastPackedBytes(header.packing, header.unpackedBytes))) {
+        header =
+            refusedHeader(PictureError::Damaged,
+                          QStringLiteral("%1 do not fit into %2 bytes").arg(size).arg(header.packedBytes, 0, 'f', 0));
+    }
+}
+
+struct Found {
+    const Format *format = nullptr;
+    FileHeader header;
+};
+
+Found find(Source &source) {
+    Found found;
+    found.format = formatOf(source);
+    if (!found.format) {
+        found.header = refusedHeader(PictureError::NotAPicture, QStringLiteral("no picture format known here"));
+        return found;
+    }
+    found.header = found.format->readHeader(source);
+    checkSize(found.header);
+    return found;
+}
+
+// 32 bits with nothing transparent in them are the opaque format.
+void markOpaque(QImage &picture) {
+    if (picture.hasAlphaChannel() && allOpaque(readView(picture))) {
+        picture.reinterpretAsFormat(QImage::Format_RGB32);
+    }
+}
+
+PictureRead refusedRead(PictureError error, const QString &reason) {
+    PictureRead read;
+    read.error = error;
+    read.reason = reason;
+    return read;
+}
+
+PictureRead finished(Decoded &&decoded, int orientation) {
+    if (decoded.error != PictureError::None) {
+        return refusedRead(decoded.error, decoded.reason);
+    }
+    convertToSrgb(decoded.picture, decoded.channels, decoded.profile);
+    markOpaque(decoded.picture);
+    PictureRead read;
+    read.picture = turnedUpright(decoded.picture, orientation);
+    read.reason = decoded.reason;
+    return read.picture.isNull() ? refusedRead(PictureError::NoMemory, QStringLiteral("no memory to turn it upright"))
+                                 : read;
+}
+
+PictureRead readFrom(QIODevice &device) {
+    Source source(device);
+    const Found found = find(source);
+    if (found.header.error != PictureError::None) {
+        return refusedRead(found.header.error, found.header.reason);
+    }
+    return finished(found.format->decode(source, found.header), found.header.orientation);
+}
+
+QImage reducedTo(const QImage &picture, int longerSide) {
+    const int longer = std::max(picture.width(), picture.height());
+    if (longer <= longerSide) {
+        return picture;
+    }
+    const auto side = [&](int pixels) {
+        return std::clamp(static_cast<int>((static_cast<qint64>(pixels) * longerSide + longer / 2) / longer), 1,
+                          pixels);
+    };
+    return scaleByAveraging(picture, side(picture.width()), side(picture.height()));
+}
+
+PictureRead readSmallFrom(QIODevice &device, int longerSide) {
+    Source source(device);
+    const Found found = find(source);
+    if (found.header.error != PictureError::None) {
+        return refusedRead(found.header.error, found.header.reason);
+    }
+    PictureRead read = finished(found.format->decodeSmall ? found.format->decodeSmall(source, found.header, longerSide)
+                                                          : found.format->decode(source, found.header),
+                                found.header.orientation);
+    if (read.error == PictureError::None) {
+        read.picture = reducedTo(read.picture, longerSide);
+    }
+    return read;
+}
+
+// Opens plain files only: a pipe or a device would keep the program waiting.
+std::optional<QString> openForReading(QFile &file) {
+    if (!QFileInfo(file).isFile()) {
+        return QStringLiteral("no such file");
+    }
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        return file.errorString();
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+PictureHeader readPictureHeader(const QString &path) {
+    PictureHeader result;
+    QFile file(path);
+    if (const auto failure = openForReading(file)) {
+        result.error = PictureError::NotFound;
+        result.reason = *failure;
+        return result;
+    }
+    Source source(file);
+    const Found found = find(source);
+    result.format = found.format ? QLatin1String(found.format->name) : QString();
+    result.error = found.header.error;
+    result.reason = found.header.reason;
+    const bool swap = swapsSides(found.header.orientation);
+    result.width = swap ? found.header.height : found.header.width;
+    result.height = swap ? found.header.width : found.header.height;
+    return result;
+}
+
+PictureRead readPicture(const QString &path) {
+    QFile file(path);
+    if (const auto failure = openForReading(file)) {
+        return refusedRead(PictureError::NotFound, *failure);
+    }
+    return readFrom(file);
+}
+
+PictureRead readThumbnail(const QString &path, int longerSide) {
+    QFile file(path);
+    if (const auto failure = openForReading(file)) {
+        return refusedRead(PictureError::NotFound, *failure);
+    }
+    return readSmallFrom(file, std::clamp(longerSide, 1, 2000));
+}
+
+PictureRead readPictureFromData(const QByteArray &data) {
+    QBuffer buffer;
+    buffer.setData(data);
+    buffer.open(QIODevice::ReadOnly);
+    return readFrom(buffer);
+}
+
+PictureWritten writePicture(const QImage &picture, const QString &path) {
+    PictureWritten result;
+    const QString extension = QLatin1Char(' ') + QFileInfo(path).suffix().toLower() + QLatin1Char(' ');
+    const auto *writer = std::find_if(std::begin(writers), std::end(writers), [&](const Writer &candidate) {
+        return QLatin1String(candidate.extensions).contains(extension);
+    });
+    if (writer == std::end(writers)) {
+        result.error = PictureError::UnknownType;
+        result.reason = QStringLiteral("no format goes by the extension \"%1\"").arg(extension.trimmed());
+        return result;
+    }
+    const QImage prepared = toPicture(picture);
+    if (prepared.isNull()) {
+        result.error = picture.isNull() ? PictureError::NotAPicture : PictureError::NoMemory;
+        result.reason = QStringLiteral("no picture to write");
+        return result;
+    }
+    QString reason;
+    const auto failure = replaceFile(path, [&](QIODevice &target) {
+        reason = writer->write(prepared, target);
+        return reason.isEmpty();
+    });
+    if (failure) {
+        result.error = PictureError::NotWritable;
+        result.reason = reason.isEmpty() ? *failure : reason;
+    }
+    return result;
+}
+
+QByteArray encodeJpeg(const QImage &picture, int quality) {
+    const QImage prepared = toPicture(picture);
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    if (prepared.isNull() || !writeJpeg(prepared, buffer, quality).isEmpty()) {
+        return {};
+    }
+    return buffer.data();
+}
+
+} // namespace lumora

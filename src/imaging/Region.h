@@ -1,0 +1,58 @@
+// Which pixels an operation may change: made once from a shape by scan conversion, then only looked up.
+#pragma once
+
+#include "imaging/PixelView.h"
+
+#include <span>
+#include <vector>
+
+namespace lumora {
+
+/// Pixels from left to right - 1 and top to bottom - 1.
+struct PixelRect {
+    int left = 0;
+    int top = 0;
+    int right = 0;
+    int bottom = 0;
+
+    int width() const { return right - left; }
+    int height() const { return bottom - top; }
+    bool isEmpty() const { return right <= left || bottom <= top; }
+};
+
+/// The whole of a picture.
+template <typename Byte> PixelRect wholeOf(const BasicPixelView<Byte> &picture) {
+    return {0, 0, picture.width, picture.height};
+}
+
+/// A set of pixels of a picture of one size. A pixel belongs to a shape when its centre lies in it.
+class Region {
+  public:
+    /// Pixels begin to end - 1 of a row.
+    struct Span {
+        int begin;
+        int end;
+    };
+
+    /// The rectangle cut to the picture. `right` and `bottom` are the first column and row outside. Corners may come
+    /// in any order; any integers will do.
+    static Region rectangle(int pictureWidth, int pictureHeight, int left, int top, int right, int bottom);
+    /// The ellipse that fills the box between two opposite corners, cut to the picture.
+    static Region ellipse(int pictureWidth, int pictureHeight, int x1, int y1, int x2, int y2);
+
+    /// The smallest rectangle around the region; empty where the region is.
+    PixelRect bounds() const { return m_bounds; }
+    bool isEmpty() const { return m_bounds.isEmpty(); }
+    /// The region's pixels in a row of the picture, from left to right. Any row will do; most have none.
+    std::span<const Span> row(int y) const;
+    bool contains(int x, int y) const;
+
+  private:
+    void addRow(int y, Span span);
+
+    PixelRect m_bounds;
+    std::vector<Span> m_spans;
+    std::vector<std::size_t> m_rowStarts; ///< for each row of the bounds, and one more for the end
+};
+
+} // namespace lumora

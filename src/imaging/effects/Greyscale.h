@@ -1,0 +1,14 @@
+// Greyscale: the effect of that name.
+#pragma once
+
+#include "imaging/Region.h"
+
+namespace lumora {
+
+struct Greyscale {};
+
+/// Every channel of a pixel becomes its luma, 0.299 R + 0.587 G + 0.114 B (ITU-R BT.601), rounded. Alpha is kept.
+/// Source and target have one size; the area lies within it.
+void applyGreyscale(const Greyscale &parameters, ConstPixelView source, PixelView target, PixelRect area);
+
+} // namespace lumora

@@ -1,0 +1,13 @@
+// Which processors the kernels are compiled for. Every kernel includes this before <hwy/foreach_target.h>.
+#pragma once
+
+// Highway distrusts its 128-bit emulation, the version for processors without SSSE3, under this compiler and would fall
+// back to one lane, which lacks the operations on parts of a pixel. The tests run every version against the reference.
+#define HWY_BROKEN_EMU128 0
+
+namespace lumora {
+
+/// The name of the version of the kernels that runs on this processor, such as "AVX3".
+const char *chosenKernelTarget();
+
+} // namespace lumora

@@ -1,0 +1,102 @@
+// What a picture format brings to PictureFile: a few functions, which stand as one row in its table. Each format has a
+// file of its own in this folder; the steps that all share (size check, colours, turning) are done by PictureFile.
+#pragma once
+
+#include "imaging/PictureFile.h"
+#include "imaging/PixelView.h"
+#include "imaging/files/Colour.h"
+#include "imaging/files/Plausible.h"
+#include "imaging/files/Source.h"
+
+#include <QImage>
+
+namespace lumora {
+
+/// What the head of a file says. Sizes are in pixels as stored, before any turning.
+struct FileHeader {
+    int width = 0;
+    int height = 0;
+    int orientation = 1; ///< 1 to 8 as EXIF counts them; 1 where the decoder turns by itself
+    Packing packing = Packing::Stored;
+    double unpackedBytes = 0; ///< what the packed data come to, see Plausible.h
+    double packedBytes = 0;   ///< what the file has for them
+    PictureError error = PictureError::None;
+    QString reason;
+};
+
+/// A decoded picture as stored: not yet turned, colours not yet converted.
+struct Decoded {
+    QImage picture; ///< four bytes a pixel, arranged as `channels` says
+    Channels channels = Channels::Bgra;
+    QByteArray profile; ///< the embedded colour profile, empty when there is none
+    PictureError error = PictureError::None;
+    QString reason;
+};
+
+struct Format {
+    const char *name;
+    bool (*matches)(const QByteArray &head); ///< told from the first 4096 bytes
+    FileHeader (*readHeader)(Source &source);
+    /// Decodes the whole picture. The header has been read and found plausible.
+    Decoded (*decode)(Source &source, const FileHeader &header);
+    /// A smaller picture, cheaply, whose longer side is `longerSide` or somewhat more; a null function where the
+    /// format has no shorter way than decoding the whole.
+    Decoded (*decodeSmall)(Source &source, const FileHeader &header, int longerSide);
+};
+
+struct Writer {
+    const char *extensions; ///< lower case, each between blanks
+    /// Writes the picture; an empty text, or what went wrong.
+    QString (*write)(const QImage &picture, QIODevice &target);
+};
+
+bool isJpeg(const QByteArray &head);
+FileHeader readJpegHeader(Source &source);
+Decoded decodeJpeg(Source &source, const FileHeader &header);
+Decoded decodeSmallJpeg(Source &source, const FileHeader &header, int longerSide);
+QString writeJpeg(const QImage &picture, QIODevice &target);
+QString writeJpeg(const QImage &picture, QIODevice &target, int quality);
+
+bool isPng(const QByteArray &head);
+FileHeader readPngHeader(Source &source);
+Decoded decodePng(Source &source, const FileHeader &header);
+QString writePng(const QImage &picture, QIODevice &target);
+
+bool isTiff(const QByteArray &head);
+FileHeader readTiffHeader(Source &source);
+Decoded decodeTiff(Source &source, const FileHeader &header);
+QString writeTiff(const QImage &picture, QIODevice &target);
+
+bool isGif(const QByteArray &head);
+FileHeader readGifHeader(Source &source);
+Decoded decodeGif(Source &source, const FileHeader &header);
+QString writeGif(const QImage &picture, QIODevice &target);
+
+bool isBmp(const QByteArray &head);
+FileHeader readBmpHeader(Source &source);
+Decoded decodeBmp(Source &source, const FileHeader &header);
+QString writeBmp(const QImage &picture, QIODevice &target);
+
+bool isWebP(const QByteArray &head);
+FileHeader readWebPHeader(Source &source);
+Decoded decodeWebP(Source &source, const FileHeader &header);
+Decoded decodeSmallWebP(Source &source, const FileHeader &header, int longerSide);
+
+bool isHeif(const QByteArray &head);
+FileHeader readHeifHeader(Source &source);
+Decoded decodeHeif(Source &source, const FileHeader &header);
+Decoded decodeSmallHeif(Source &source, const FileHeader &header, int longerSide);
+
+QString writeTga(const QImage &picture, QIODevice &target);
+
+/// A header or a result that refuses.
+FileHeader refusedHeader(PictureError error, const QString &reason);
+Decoded refused(PictureError error, const QString &reason);
+
+/// Paints with an opaque mid-grey, the colour of what a cut-off file no longer holds.
+void paintGrey(const PixelView &view);
+
+/// The same for the rows from `firstMissing` on.
+void greyFrom(QImage &picture, int firstMissing);
+
+} // namespace lumora

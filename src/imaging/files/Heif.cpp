@@ -1,0 +1,150 @@
+// Reading HEIF (HEIC from phones, AVIF) with libheif. It turns and mirrors by the file's own properties, so that the
+// EXIF orientation, which says the same again, is left alone.
+#include "imaging/Picture.h"
+#include "imaging/files/Format.h"
+
+#include <libheif/heif.h>
+#include <memory>
+#include <vector>
+
+namespace lumora {
+
+namespace {
+
+using Context = std::unique_ptr<heif_context, void (*)(heif_context *)>;
+using Handle = std::unique_ptr<const heif_image_handle, void (*)(const heif_image_handle *)>;
+using Image = std::unique_ptr<const heif_image, void (*)(const heif_image *)>;
+
+const heif_reader reader = {
+    1,
+    [](void *source) { return static_cast<int64_t>(static_cast<Source *>(source)->device().pos()); },
+    [](void *to, std::size_t count, void *source) {
+        return static_cast<Source *>(source)->device().read(static_cast<char *>(to), static_cast<qint64>(count)) ==
+                       static_cast<qint64>(count)
+                   ? 0
+                   : 1;
+    },
+    [](int64_t position, void *source) {
+        auto *from = static_cast<Source *>(source);
+        return position >= 0 && position <= from->size() && from->device().seek(position) ? 0 : 1;
+    },
+    [](int64_t size, void *source) {
+        return size <= static_cast<Source *>(source)->size() ? heif_reader_grow_status_size_reached
+                                                             : heif_reader_grow_status_size_beyond_eof;
+    },
+};
+
+struct Opened {
+    Context context{nullptr, heif_context_free};
+    Handle handle{nullptr, heif_image_handle_release};
+    QString text;
+};
+
+Opened open(Source &source) {
+    Opened opened;
+    opened.context.reset(heif_context_alloc());
+    source.device().seek(0);
+    heif_error error = heif_context_read_from_reader(opened.context.get(), &reader, &source, nullptr);
+    heif_image_handle *handle = nullptr;
+    if (error.code == heif_error_Ok) {
+        error = heif_context_get_primary_image_handle(opened.context.get(), &handle);
+    }
+    opened.handle.reset(handle);
+    opened.text = QString::fromUtf8(error.message);
+    return opened;
+}
+
+QByteArray profileOf(const heif_image_handle *handle) {
+    QByteArray profile(static_cast<qsizetype>(heif_image_handle_get_raw_color_profile_size(handle)), '\0');
+    if (profile.isEmpty() || heif_image_handle_get_raw_color_profile(handle, profile.data()).code != heif_error_Ok) {
+        return {};
+    }
+    return profile;
+}
+
+void copyRows(const uint8_t *from, int stride, int channels, const PixelView &view) {
+    for (int y = 0; y < view.height; ++y) {
+        const uint8_t *source = from + static_cast<std::ptrdiff_t>(y) * stride;
+        std::uint8_t *pixel = view.row(y);
+        for (int x = 0; x < view.width; ++x, source += channels, pixel += 4) {
+            pixel[0] = source[2];
+            pixel[1] = source[1];
+            pixel[2] = source[0];
+            pixel[3] = channels == 4 ? source[3] : 255;
+        }
+    }
+}
+
+Decoded decodeHandle(const heif_image_handle *handle) {
+    const bool alpha = heif_image_handle_has_alpha_channel(handle) != 0;
+    const std::unique_ptr<heif_decoding_options, void (*)(heif_decoding_options *)> options(
+        heif_decoding_options_alloc(), heif_decoding_options_free);
+    options->convert_hdr_to_8bit = 1;
+    heif_image *raw = nullptr;
+    const heif_error error =
+        heif_decode_image(handle, &raw, heif_colorspace_RGB,
+                          alpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB, options.get());
+    const Image image(raw, heif_image_release);
+    if (error.code != heif_error_Ok) {
+        const bool memory = error.code == heif_error_Memory_allocation_error;
+        return refused(memory ? PictureError::NoMemory : PictureError::Damaged, QString::fromUtf8(error.message));
+    }
+    int stride = 0;
+    const uint8_t *pixels = heif_image_get_plane_readonly(image.get(), heif_channel_interleaved, &stride);
+    const int width = heif_image_get_width(image.get(), heif_channel_interleaved);
+    const int height = heif_image_get_height(image.get(), heif_channel_interleaved);
+    if (!pixels || width <= 0 || height <= 0) {
+        return refused(PictureError::Damaged, QStringLiteral("decoded to nothing"));
+    }
+    Decoded result;
+    result.picture = newPicture(width, height, !alpha);
+    if (result.picture.isNull()) {
+        return refused(PictureError::NoMemory, QStringLiteral("no memory for the pixels"));
+    }
+    copyRows(pixels, stride, alpha ? 4 : 3, writeView(result.picture));
+    result.profile = profileOf(handle);
+    return result;
+}
+
+} // namespace
+
+bool isHeif(const QByteArray &head) {
+    constexpr int least = 12;
+    return head.size() >= least && heif_check_filetype(reinterpret_cast<const uint8_t *>(head.constData()),
+                                                       static_cast<int>(head.size())) == heif_filetype_yes_supported;
+}
+
+FileHeader readHeifHeader(Source &source) {
+    const Opened opened = open(source);
+    if (!opened.handle) {
+        return refusedHeader(PictureError::Damaged, opened.text);
+    }
+    FileHeader header;
+    header.width = heif_image_handle_get_width(opened.handle.get());
+    header.height = heif_image_handle_get_height(opened.handle.get());
+    header.packing = Packing::Modern;
+    header.unpackedBytes = static_cast<double>(header.width) * header.height;
+    header.packedBytes = static_cast<double>(source.size());
+    return header;
+}
+
+Decoded decodeHeif(Source &source, const FileHeader &) {
+    const Opened opened = open(source);
+    return opened.handle ? decodeHandle(opened.handle.get()) : refused(PictureError::Damaged, opened.text);
+}
+
+Decoded decodeSmallHeif(Source &source, const FileHeader &header, int longerSide) {
+    const Opened opened = open(source);
+    heif_item_id id = 0;
+    heif_image_handle *raw = nullptr;
+    if (opened.handle && heif_image_handle_get_list_of_thumbnail_IDs(opened.handle.get(), &id, 1) == 1) {
+        heif_image_handle_get_thumbnail(opened.handle.get(), id, &raw);
+    }
+    const Handle thumbnail(raw, heif_image_handle_release);
+    const bool large =
+        thumbnail && std::max(heif_image_handle_get_width(raw), heif_image_handle_get_height(raw)) >= longerSide;
+    Decoded small = large ? decodeHandle(raw) : refused(PictureError::Damaged, {});
+    return small.error == PictureError::None ? small : decodeHeif(source, header);
+}
+
+} // namespace lumora

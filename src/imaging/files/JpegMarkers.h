@@ -1,0 +1,20 @@
+// What stands in a JPEG file in front of its pixel data, read without decoding anything.
+#pragma once
+
+#include "imaging/files/Source.h"
+
+namespace lumora {
+
+struct JpegMarkers {
+    bool complete = false; ///< a frame header and the start of the pixel data were found
+    int width = 0;
+    int height = 0;
+    bool arithmetic = false;
+    QByteArray exif;      ///< the first EXIF segment, empty without one
+    QByteArray profile;   ///< the colour profile put together from its segments, empty without a whole one
+    qint64 dataStart = 0; ///< where the coded data of the first scan begin
+};
+
+JpegMarkers readJpegMarkers(Source &source);
+
+} // namespace lumora

@@ -1,0 +1,22 @@
+// How little a file can hold of a picture of a given size. A header that promises more than the file's bytes could
+// ever unpack to is a lie, and is refused before memory for pixels is taken. Each format's header reader names its
+// packing; PictureFile asks.
+#pragma once
+
+namespace lumora {
+
+enum class Packing {
+    Stored,     ///< not packed
+    RunLength,  ///< BMP's RLE, TIFF's PackBits
+    Deflate,    ///< PNG, TIFF
+    Lzw,        ///< GIF, TIFF
+    FaxRows,    ///< CCITT in TIFF; unpacked bytes: one for each row
+    JpegBlocks, ///< Huffman-coded JPEG; unpacked bytes: one for each pixel
+    Modern,     ///< arithmetic coders: WebP, HEIF, arithmetic JPEG; unpacked bytes: one for each pixel
+    Dictionary, ///< LZMA and Zstandard in TIFF
+};
+
+/// The fewest bytes of a file that can unpack to `unpackedBytes`.
+double leastPackedBytes(Packing packing, double unpackedBytes);
+
+} // namespace lumora

@@ -1,0 +1,19 @@
+// Replacing a file whole or not at all. Used for pictures and for the settings files.
+#pragma once
+
+#include <QIODevice>
+#include <QString>
+#include <functional>
+#include <optional>
+
+namespace lumora {
+
+/// Lets `write` fill a temporary file in the folder of `path`, flushes it to the disk and gives it the file's name: at
+/// every moment the old or the new file stands whole. A symbolic link stays a link and its target is replaced; an
+/// existing file keeps its mode (and its owner, where the system allows); a new one gets the usual mode.
+/// Nothing on success, else what went wrong, in English; then the old file stands and no temporary file is left.
+/// Refused: a folder or anything else that is no plain file, a file that may not be written, a missing or read-only
+/// folder, a full disk, and `write` answering false.
+std::optional<QString> replaceFile(const QString &path, const std::function<bool(QIODevice &)> &write);
+
+} // namespace lumora

@@ -1,0 +1,29 @@
+// The bytes of a picture file, read where they are wanted: headers are looked at without taking the file into memory.
+// Used by the formats in this folder.
+#pragma once
+
+#include <QByteArray>
+#include <QIODevice>
+
+namespace lumora {
+
+class Source {
+  public:
+    /// The device must be open for reading and seekable, and outlive the source.
+    explicit Source(QIODevice &device) : m_device(device), m_size(device.size()) {}
+
+    qint64 size() const { return m_size; }
+    QIODevice &device() { return m_device; }
+
+    /// Reads up to `count` bytes from `offset`; the number read, 0 at the end and on every failure.
+    qint64 read(qint64 offset, void *to, qint64 count);
+
+    /// Up to `count` bytes from `offset`; shorter at the end of the file, empty beyond it.
+    QByteArray bytes(qint64 offset, qint64 count);
+
+  private:
+    QIODevice &m_device;
+    qint64 m_size;
+};
+
+} // namespace lumora

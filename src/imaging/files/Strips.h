@@ -1,0 +1,44 @@
+// Packing a picture's rows on all cores while the strips are written in their order. Used by the PNG and TIFF writers.
+#pragma once
+
+#include <QByteArray>
+#include <algorithm>
+#include <tbb/parallel_pipeline.h>
+#include <vector>
+#include <zlib.h>
+
+namespace lumora {
+
+/// The fastest level of zlib: on filtered photographs the others take several times as long for a few per cent.
+inline constexpr int deflateLevel = 1;
+
+/// Rows in a strip of about a megabyte, enough for the compressor to find its feet.
+inline int rowsInStrip(int width, int height, int channels) {
+    constexpr int stripBytes = 1 << 20;
+    return std::clamp(stripBytes / std::max(1, width * channels), 1, height);
+}
+
+/// Calls `pack(firstRow, endRow)` for the strips of `height` rows, on all cores at once, and `write(result)` for the
+/// results in their order, one at a time. Ends early when `write` answers false.
+template <typename Result, typename Pack, typename Write>
+void packStrips(int height, int stripRows, Pack pack, Write write) {
+    constexpr int stripsAtOnce = 8;
+    int nextRow = 0;
+    bool good = true;
+    const auto nextStrip = [&](tbb::flow_control &flow) {
+        const int row = nextRow;
+        if (row >= height || !good) {
+            flow.stop();
+        }
+        nextRow = std::min(row + stripRows, height);
+        return row;
+    };
+    const auto packStrip = [&](int row) { return pack(row, std::min(row + stripRows, height)); };
+    const auto writeStrip = [&](const Result &result) { good = good && write(result); };
+    tbb::parallel_pipeline(stripsAtOnce,
+                           tbb::make_filter<void, int>(tbb::filter_mode::serial_in_order, nextStrip) &
+                               tbb::make_filter<int, Result>(tbb::filter_mode::parallel, packStrip) &
+                               tbb::make_filter<Result, void>(tbb::filter_mode::serial_in_order, writeStrip));
+}
+
+} // namespace lumora

@@ -1,0 +1,57 @@
+#include "output/DeviceLists.h"
+
+#include "app/settings/AppContext.h"
+
+namespace lumora {
+
+DeviceLists::DeviceLists(AppContext &context, QString helper, QObject *parent)
+    : QObject(parent), m_context(context), m_search(std::move(helper)) {
+    connect(&m_search, &DeviceSearch::answered, this, &DeviceLists::showAnswer);
+}
+
+void DeviceLists::LoadScanners() {
+    m_search.start(DeviceKind::Scanners);
+}
+
+void DeviceLists::GetPrinters() {
+    m_search.start(DeviceKind::Printers);
+}
+
+void DeviceLists::showAnswer(DeviceKind kind, const DeviceAnswer &answer) {
+    if (kind == DeviceKind::Scanners) {
+        fillScanners(answer);
+    } else {
+        fillPrinters(answer);
+    }
+}
+
+void DeviceLists::fillScanners(const DeviceAnswer &answer) {
+    MainFields &fields = m_context.fields;
+    m_scanners = answer.devices;
+    fields.cboSelect.clear();
+    for (const FoundDevice &scanner : answer.devices) {
+        fields.cboSelect.append(scanner.shown);
+    }
+    fields.cboSelectIndex = -1;
+    if (!m_scanners.isEmpty()) {
+        bool isNumber = false;
+        const int saved = m_context.setting("Scanner", "Device", "-1").toInt(&isNumber);
+        // A list that has become shorter still offers its first scanner rather than none.
+        const bool usable = isNumber && saved < m_scanners.size();
+        fields.cboSelectIndex = usable ? std::max(saved, -1) : 0;
+    }
+    Q_EMIT scannersLoaded(!m_scanners.isEmpty());
+}
+
+void DeviceLists::fillPrinters(const DeviceAnswer &answer) {
+    MainFields &fields = m_context.fields;
+    fields.cboPrinter.clear();
+    for (const FoundDevice &printer : answer.devices) {
+        fields.cboPrinter.append(printer.name);
+    }
+    const QString saved = m_context.setting("Printer", "Device", {});
+    fields.cboPrinterIndex = static_cast<int>(fields.cboPrinter.indexOf(saved.isEmpty() ? answer.defaultName : saved));
+    Q_EMIT printersLoaded();
+}
+
+} // namespace lumora

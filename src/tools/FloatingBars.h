@@ -1,0 +1,27 @@
+// The floating tool bars beside the tool column: which there are, and one row an item.
+#pragma once
+
+#include <span>
+
+namespace lumora {
+
+/// One floating tool bar.
+struct FloatingBarRow {
+    const char *bar;       ///< object name, FT1 to FT6
+    const char *tool;      ///< the tool button beside which it opens
+    int pictureSize;       ///< pixels
+    int simpleWidth;       ///< width in twips in Simple mode; 0: as wide as its items
+    bool fromLauncherOnly; ///< the width holds only when Simple mode was chosen in the launcher
+};
+
+/// One item of a floating tool bar.
+struct FloatingItemRow {
+    const char *bar;
+    const char *key;
+    const char *iconName; ///< shown until there is a live picture
+};
+
+std::span<const FloatingBarRow> floatingBars();
+std::span<const FloatingItemRow> floatingItems();
+
+} // namespace lumora

@@ -1,0 +1,38 @@
+// A picture button whose drawing moves in a gentle loop of eight frames: the Yes and No of the prompts, Open and Save.
+#pragma once
+
+#include "widgets/PictureButton.h"
+
+namespace lumora {
+
+/// Frames are ":/loops/NAME-1.svg" to "-8.svg". A timer of the window counts and hands the number to each of its
+/// buttons, so that they move together. Where the desktop asks for less motion the button stays on frame 1.
+class AnimatedButton : public PictureButton {
+    Q_OBJECT
+
+  public:
+    static constexpr int frames = 8;
+    static constexpr int interval = 120; ///< milliseconds between frames
+
+    using PictureButton::PictureButton;
+
+    /// The loop's name; the button starts on frame 1.
+    void setLoop(const QString &name);
+    const QString &loop() const { return m_loop; }
+
+    /// Shows that frame, 1 to 8; other numbers change nothing.
+    void setFrame(int number);
+    int frame() const { return m_frame; }
+
+    /// The frame after `number`: 1 follows 8.
+    static constexpr int nextFrame(int number) { return number >= frames ? 1 : number + 1; }
+
+  protected:
+    QPixmap currentPicture(QSize size, qreal devicePixelRatio) const override;
+
+  private:
+    QString m_loop;
+    int m_frame = 1;
+};
+
+} // namespace lumora

@@ -1,0 +1,47 @@
+// The base of Lumora's own small windows: no system frame, a title strip to drag them by, rounded paper, a shadow.
+#pragma once
+
+#include <QAbstractButton>
+#include <QDialog>
+#include <QPointer>
+
+class QVBoxLayout;
+
+namespace lumora {
+
+class TitleStrip;
+
+/// Modal when run with exec(). As large as its layout likes and the screen allows; stands centred over its owner, or on
+/// the screen without one, and wholly on the screen. Esc rejects; Enter presses the default button. The title strip
+/// shows the window's title and the other way round. On an X server without a compositor, where a translucent window
+/// would be black, the shadow gives way to a line.
+class BorderlessDialog : public QDialog {
+    Q_OBJECT
+
+  public:
+    /// `name` becomes the object name; `owner` may be null.
+    BorderlessDialog(const QString &name, QWidget *owner);
+
+    TitleStrip *picTBar() const { return m_strip; }
+    /// Where the window's own controls go.
+    QVBoxLayout *body() const { return m_body; }
+    /// The button that Enter presses wherever the focus is, unless it is on another button.
+    void setDefaultButton(QAbstractButton *button) { m_defaultButton = button; }
+
+  protected:
+    void showEvent(QShowEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+  private:
+    QRect surface() const;
+    void settle();
+
+    bool m_translucent;
+    TitleStrip *m_strip;
+    QVBoxLayout *m_body;
+    QPointer<QAbstractButton> m_defaultButton;
+};
+
+} // namespace lumora

@@ -1,0 +1,159 @@
+#include "widgets/Bubble.h"
+
+#include "widgets/PictureButton.h"
+#include "widgets/Theme.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPainterPath>
+#include <QVBoxLayout>
+
+namespace lumora {
+
+namespace {
+
+constexpr int beakLength = 16; // pixels, within the shadow's margin
+constexpr int beakHalf = 12;   // half of the beak's foot, pixels
+constexpr int textWidth = 280; // pixels
+static_assert(beakLength <= shadowMargin);
+
+} // namespace
+
+Bubble::Bubble(const QString &name, QWidget *window)
+    : QWidget(window), m_label(new QLabel(this)), m_body(new QVBoxLayout), m_buttons(new QHBoxLayout) {
+    setObjectName(name);
+    m_label->setWordWrap(true);
+    m_label->setTextFormat(Qt::PlainText);
+    auto *column = new QVBoxLayout(this);
+    const int margin = shadowMargin + 16;
+    column->setContentsMargins(margin, margin, margin, margin);
+    column->setSpacing(10);
+    column->addWidget(m_label);
+    column->addLayout(m_body);
+    column->addLayout(m_buttons);
+    m_buttons->addStretch(1);
+    window->installEventFilter(this);
+    hide();
+}
+
+void Bubble::setText(const QString &text) {
+    m_label->setText(text);
+}
+
+PictureButton *Bubble::addButton(const QString &objectName, const QString &iconName) {
+    auto *button = new PictureButton(iconName, PictureButton::CaptionPlace::Beside, this);
+    button->setObjectName(objectName);
+    button->setLook(PictureButton::Look::Raised);
+    m_buttons->addWidget(button);
+    return button;
+}
+
+void Bubble::pointAt(QWidget *target) {
+    m_target = target;
+    settle();
+    show();
+    raise();
+}
+
+Bubble::Side Bubble::sideFor(const QRect &target) const {
+    const QRect window = parentWidget()->rect();
+    const QPoint middle = target.center();
+    if (middle.y() < window.height() / 4) {
+        return Side::Top;
+    }
+    // A column of buttons at the window's side stays in view when the bubble stands beside it.
+    if (middle.x() < window.width() / 4) {
+        return Side::Left;
+    }
+    if (middle.x() > window.width() * 3 / 4) {
+        return Side::Right;
+    }
+    return target.top() >= height() ? Side::Bottom : Side::Top;
+}
+
+void Bubble::settle() {
+    if (!m_target || !m_target->window()->isAncestorOf(this)) {
+        return;
+    }
+    m_label->setFixedWidth(qMin(textWidth, m_label->fontMetrics().horizontalAdvance(m_label->text()) + 4));
+    const int height = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(layout()->totalSizeHint().width())
+                                                     : sizeHint().height();
+    resize(sizeHint().width(), height);
+    const QRect target(m_target->mapTo(parentWidget(), QPoint(0, 0)), m_target->size());
+    m_side = sideFor(target);
+    const QPoint middle = target.center();
+    QPoint tip; // in the window
+    QPoint corner;
+    const int overlap = shadowMargin - beakLength;
+    switch (m_side) {
+    case Side::Top:
+        tip = {middle.x(), target.bottom() + 1};
+        corner = {middle.x() - width() / 2, tip.y() - overlap};
+        break;
+    case Side::Bottom:
+        tip = {middle.x(), target.top()};
+        corner = {middle.x() - width() / 2, tip.y() - this->height() + overlap};
+        break;
+    case Side::Left:
+        tip = {target.right() + 1, middle.y()};
+        corner = {tip.x() - overlap, middle.y() - this->height() / 2};
+        break;
+    case Side::Right:
+        tip = {target.left(), middle.y()};
+        corner = {tip.x() - width() + overlap, middle.y() - this->height() / 2};
+        break;
+    }
+    const QSize room = parentWidget()->size();
+    const int out = shadowMargin - 6; // the shadow may be cut, the panel not
+    corner.setX(qBound(-out, corner.x(), qMax(-out, room.width() + out - width())));
+    corner.setY(qBound(-out, corner.y(), qMax(-out, room.height() + out - this->height())));
+    move(corner);
+    const int nearest = shadowMargin + panelCorner + beakHalf;
+    m_tip = tip - corner;
+    if (m_side == Side::Top || m_side == Side::Bottom) {
+        m_tip.setX(qBound(nearest, m_tip.x(), qMax(nearest, width() - nearest)));
+    } else {
+        m_tip.setY(qBound(nearest, m_tip.y(), qMax(nearest, this->height() - nearest)));
+    }
+    update();
+}
+
+void Bubble::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF panel = QRectF(rect()).adjusted(shadowMargin, shadowMargin, -shadowMargin, -shadowMargin);
+    paintSoftShadow(painter, panel, panelCorner);
+    QPainterPath shape;
+    shape.addRoundedRect(panel.adjusted(1, 1, -1, -1), panelCorner, panelCorner);
+    const bool upright = m_side == Side::Top || m_side == Side::Bottom;
+    const QPointF along = upright ? QPointF(beakHalf, 0) : QPointF(0, beakHalf);
+    const QPointF inward = m_side == Side::Top      ? QPointF(0, 1)
+                           : m_side == Side::Bottom ? QPointF(0, -1)
+                           : m_side == Side::Left   ? QPointF(1, 0)
+                                                    : QPointF(-1, 0);
+    const QPointF foot = QPointF(m_tip) + inward * (beakLength + 6);
+    QPainterPath beak;
+    beak.addPolygon(QPolygonF({QPointF(m_tip), foot + along, foot - along, QPointF(m_tip)}));
+    painter.setPen(QPen(colours::sun, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(colours::paper);
+    painter.drawPath(shape.united(beak));
+}
+
+bool Bubble::event(QEvent *event) {
+    const bool done = QWidget::event(event);
+    if (event->type() == QEvent::LayoutRequest && isVisible()) {
+        settle();
+    }
+    return done;
+}
+
+bool Bubble::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::Resize && isVisible()) {
+        settle();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace lumora

@@ -1,0 +1,78 @@
+// The button of Lumora: a picture, and a caption below or beside it where wanted. Tools, tool bars, dialogs and the
+// launcher are all made of it.
+#pragma once
+
+#include <QAbstractButton>
+#include <QColor>
+#include <QPixmap>
+
+namespace lumora {
+
+/// Shows hover, pressed, disabled, checked and keyboard focus; never smaller than 48 x 48 pixels. Enter and Space press
+/// it. A caption wraps to two lines and ends in an ellipsis; the tool tip then shows it whole. "&&" shows as "&".
+/// Without a caption the tool tip is the accessible name.
+class PictureButton : public QAbstractButton {
+    Q_OBJECT
+
+  public:
+    enum class CaptionPlace { None, Below, Beside };
+    /// Flat lies on its surface until touched; Raised shows its edges always.
+    enum class Look { Flat, Raised };
+
+    explicit PictureButton(QWidget *parent = nullptr);
+    PictureButton(const QString &iconName, CaptionPlace place, QWidget *parent = nullptr);
+
+    /// The drawing ":/icons/NAME.svg".
+    void setIconName(const QString &name);
+    const QString &iconName() const { return m_iconName; }
+    /// A live picture instead of the drawing, fitted into the picture's place; a null one brings the drawing back.
+    void setPicture(const QPixmap &picture);
+    const QPixmap &picture() const { return m_picture; }
+
+    /// Width and height of the picture in pixels (16 to 512), 32 at first.
+    void setPictureSize(int pixels) { setPictureSize(QSize(pixels, pixels)); }
+    void setPictureSize(QSize pixels);
+    QSize pictureSize() const { return m_pictureSize; }
+
+    void setCaptionPlace(CaptionPlace place);
+    void setLook(Look look);
+    /// What the button turns to under the pointer.
+    void setHoverColour(const QColor &colour);
+    QColor hoverColour() const { return m_hoverColour; }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    /// The height that a button of that width needs for its picture and the lines of its caption, in pixels.
+    int heightAt(int width) const;
+
+  protected:
+    bool event(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+
+    /// The picture to paint into a square of that size.
+    virtual QPixmap currentPicture(QSize size, qreal devicePixelRatio) const;
+
+  private:
+    struct Places {
+        QRect picture, caption;
+    };
+    Places places() const;
+    void paintSurface(QPainter &painter) const;
+    void paintCaption(QPainter &painter, const QRect &place) const;
+    QStringList captionLines(int width) const;
+    bool captionShown() const { return m_captionPlace != CaptionPlace::None && !text().isEmpty(); }
+    bool showTip(const QPoint &globalPosition);
+
+    QString m_iconName;
+    QPixmap m_picture;
+    QSize m_pictureSize{32, 32};
+    CaptionPlace m_captionPlace = CaptionPlace::None;
+    Look m_look = Look::Flat;
+    QColor m_hoverColour;
+    bool m_focusByKeyboard = false;
+};
+
+} // namespace lumora

@@ -1,0 +1,107 @@
+#include "widgets/SlidingPanel.h"
+
+#include "widgets/ElidedLabel.h"
+#include "widgets/PictureButton.h"
+#include "widgets/Theme.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QVBoxLayout>
+
+namespace lumora {
+
+SlidingPanel::SlidingPanel(const QString &name, const QString &closeButtonName, QWidget *window)
+    : QWidget(window), m_title(new ElidedLabel(Qt::ElideRight, this)),
+      m_close(new PictureButton("close", PictureButton::CaptionPlace::None, this)), m_body(new QVBoxLayout) {
+    setObjectName(name);
+    QFont bold = m_title->font();
+    bold.setBold(true);
+    bold.setPointSizeF(14);
+    m_title->setFont(bold);
+    m_close->setObjectName(closeButtonName);
+    m_close->setPictureSize(24);
+    auto *head = new QHBoxLayout;
+    head->addWidget(m_title, 1);
+    head->addWidget(m_close);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(24, shadowMargin + 8, 16, 16);
+    column->setSpacing(8);
+    column->addLayout(head);
+    column->addLayout(m_body, 1);
+    m_timer.setInterval(interval);
+    connect(&m_timer, &QTimer::timeout, this, &SlidingPanel::tick);
+    connect(m_close, &QAbstractButton::clicked, this, &SlidingPanel::slideOut);
+    hide();
+}
+
+void SlidingPanel::setArea(const QRect &area) {
+    m_area = area;
+    if (m_open) {
+        place(m_timer.isActive() ? qMax(y(), targetTop()) : targetTop());
+    }
+}
+
+int SlidingPanel::targetTop() const {
+    const int bottom = m_area.isNull() ? parentWidget()->height() : m_area.bottom() + 1;
+    return bottom - sizeHint().height();
+}
+
+void SlidingPanel::place(int top) {
+    const QRect area = m_area.isNull() ? parentWidget()->rect() : m_area;
+    setGeometry(area.left(), top, area.width(), sizeHint().height());
+}
+
+void SlidingPanel::slideIn() {
+    if (!m_open) {
+        m_open = true;
+        place(parentWidget()->height());
+        show();
+    }
+    raise();
+    if (!motionWanted()) {
+        place(targetTop());
+    }
+    m_timer.start();
+}
+
+void SlidingPanel::tick() {
+    const int target = targetTop();
+    if (y() - twips(stepTwips) > target) {
+        place(y() - twips(stepTwips));
+        return;
+    }
+    place(target);
+    m_timer.stop();
+    Q_EMIT opened();
+}
+
+void SlidingPanel::slideOut() {
+    m_timer.stop();
+    if (!m_open) {
+        return;
+    }
+    m_open = false;
+    hide();
+    place(parentWidget()->height());
+    Q_EMIT closed();
+}
+
+void SlidingPanel::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    // Only the upper edge shows; the lower corners stand below the panel's own edge.
+    const QRectF panel = QRectF(rect()).adjusted(0, shadowMargin, 0, panelCorner);
+    paintSoftShadow(painter, panel, panelCorner);
+    paintPanel(painter, panel, panelCorner);
+}
+
+void SlidingPanel::keyPressEvent(QKeyEvent *event) {
+    if (event->key() == Qt::Key_Escape) {
+        m_close->click();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+} // namespace lumora

@@ -1,0 +1,66 @@
+// A tool's panel that slides up from the bottom of the main window.
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+
+class QLabel;
+class QVBoxLayout;
+
+namespace lumora {
+
+class PictureButton;
+
+/// A child of the main window, hidden below its bottom edge until slideIn(). It moves 500 twips a tick, about sixty
+/// ticks a second, until its lower edge is at the lower edge of its area; where the desktop asks for less motion it is
+/// there at once. It is as tall as its contents and as wide as its area.
+class SlidingPanel : public QWidget {
+    Q_OBJECT
+
+  public:
+    static constexpr int stepTwips = 500; ///< a tick
+    static constexpr int interval = 16;   ///< milliseconds between ticks
+
+    /// `closeButtonName` becomes the object name of the panel's close button.
+    SlidingPanel(const QString &name, const QString &closeButtonName, QWidget *window);
+
+    QLabel *titleLabel() const { return m_title; }
+    PictureButton *closeButton() const { return m_close; }
+    /// Where the panel's own controls go.
+    QVBoxLayout *body() const { return m_body; }
+    /// The window's part that the panel slides over, in the window's pixels; the panel stands on its lower edge. At
+    /// first the whole window.
+    void setArea(const QRect &area);
+
+    /// Starts to slide in; a panel that is up stays where it is.
+    void slideIn();
+    /// Hides the panel below the window at once.
+    void slideOut();
+    /// True from slideIn() until slideOut().
+    bool isOpen() const { return m_open; }
+    bool isSliding() const { return m_timer.isActive(); }
+
+  Q_SIGNALS:
+    /// The panel has reached its place.
+    void opened();
+    /// The panel was closed: by its button, by Esc or by slideOut().
+    void closed();
+
+  protected:
+    void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+  private:
+    int targetTop() const;
+    void place(int top);
+    void tick();
+
+    QRect m_area;
+    QLabel *m_title;
+    PictureButton *m_close;
+    QVBoxLayout *m_body;
+    QTimer m_timer;
+    bool m_open = false;
+};
+
+} // namespace lumora

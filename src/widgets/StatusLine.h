@@ -1,0 +1,33 @@
+// The status line `SBar`: what is open, and now and then a sentence about what just happened.
+#pragma once
+
+#include "widgets/ElidedLabel.h"
+
+namespace lumora {
+
+/// Shows its base text and, until cleared, a message in plain words with a small sign before it instead. What does not
+/// fit is left out in the middle. text() is what is shown.
+class StatusLine : public ElidedLabel {
+    Q_OBJECT
+
+  public:
+    explicit StatusLine(const QString &name, QWidget *parent = nullptr);
+
+    void setBaseText(const QString &text);
+    const QString &baseText() const { return m_base; }
+    /// Says what happened; an empty message is the same as clearMessage().
+    void showMessage(const QString &message);
+    void clearMessage();
+    const QString &message() const { return m_message; }
+
+  protected:
+    void paintEvent(QPaintEvent *event) override;
+
+  private:
+    void refresh();
+
+    QString m_base;
+    QString m_message;
+};
+
+} // namespace lumora

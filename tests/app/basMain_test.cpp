@@ -1,0 +1,219 @@
+// What each command line opens, and when the program ends.
+#include "app/basMain.h"
+
+#include "app/frmLauncher.h"
+#include "app/frmMain.h"
+#include "app/frmSplash.h"
+#include "support/TestPictures.h"
+
+#include <QDir>
+#include <QFile>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace lumora {
+
+static void PrintTo(StartOutcome outcome, std::ostream *out) {
+    *out << "outcome " << static_cast<int>(outcome);
+}
+
+namespace {
+
+/// The seven settings of Simple mode.
+const QList<QPair<QString, QString>> simpleSettings = {
+    {"Dialogs", "Style"}, {"SFX", "Advanced"},  {"Resize", "Advanced"}, {"Grid", "Value"},
+    {"E-mail", "Value"},  {"Printer", "Timed"}, {"Tips", "Crop"}};
+
+/// A program folder with a photo in it, as the working directory.
+class Start : public testing::Test {
+  protected:
+    void SetUp() override {
+        m_before = QDir::currentPath();
+        QDir::setCurrent(m_folder.path());
+        QDir().mkdir("a folder");
+        QDir().mkdir("a folder/s");
+        for (const char *name : {"cat.png", "My Cat (2).PNG", "a folder/s/x.png", "kätzchen.png"}) {
+            ASSERT_TRUE(test::photoLike(40, 30).save(QString::fromUtf8(name), "PNG"));
+        }
+    }
+    void TearDown() override { QDir::setCurrent(m_before); }
+
+    QString settingsText() const {
+        QFile file(m_folder.filePath("Lumora.ini"));
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
+
+    QTemporaryDir m_folder;
+    QString m_before;
+};
+
+TEST_F(Start, CommandLineDecidesTheOutcome) {
+    const QString folder = m_folder.path();
+    const struct {
+        QStringList arguments;
+        StartOutcome outcome;
+        QString photo;
+    } cases[] = {
+        {{}, StartOutcome::Splash, {}},
+        {{""}, StartOutcome::Splash, {}},
+        {{"  "}, StartOutcome::Splash, {}},
+        {{"/s"}, StartOutcome::SimpleMode, {}},
+        {{"/S"}, StartOutcome::SimpleMode, {}},
+        {{" /s "}, StartOutcome::SimpleMode, {}},
+        {{"/a"}, StartOutcome::AdvancedMode, {}},
+        {{"/A"}, StartOutcome::AdvancedMode, {}},
+        {{"/s", "/a"}, StartOutcome::Nothing, {}},
+        {{"/s", "cat.png"}, StartOutcome::Nothing, {}},
+        {{"/x"}, StartOutcome::Nothing, {}},
+        {{"s"}, StartOutcome::Nothing, {}},
+        {{"\"/s\""}, StartOutcome::Nothing, {}},
+        {{"cat.png"}, StartOutcome::AdvancedModeWithPhoto, "cat.png"},
+        {{"\"cat.png\""}, StartOutcome::AdvancedModeWithPhoto, "cat.png"},
+        {{"c\"at.p\"ng"}, StartOutcome::AdvancedModeWithPhoto, "cat.png"},
+        {{"CAT.png"}, StartOutcome::Nothing, {}},
+        {{"My Cat (2).PNG"}, StartOutcome::AdvancedModeWithPhoto, "My Cat (2).PNG"},
+        {{"My", "Cat", "(2).PNG"}, StartOutcome::AdvancedModeWithPhoto, "My Cat (2).PNG"},
+        {{"\"My", "Cat", "(2).PNG\""}, StartOutcome::AdvancedModeWithPhoto, "My Cat (2).PNG"},
+        {{QString::fromUtf8("kätzchen.png")}, StartOutcome::AdvancedModeWithPhoto, QString::fromUtf8("kätzchen.png")},
+        {{"a folder/s/x.png"}, StartOutcome::AdvancedModeWithPhoto, "a folder/s/x.png"},
+        {{folder + "/cat.png"}, StartOutcome::AdvancedModeWithPhoto, folder + "/cat.png"},
+        {{folder + "/dog.png"}, StartOutcome::Nothing, {}},
+        {{folder}, StartOutcome::Nothing, {}},
+        {{"a folder"}, StartOutcome::Nothing, {}},
+        {{"\""}, StartOutcome::Nothing, {}},
+        {{"*.png"}, StartOutcome::Nothing, {}},
+    };
+    for (const auto &one : cases) {
+        SCOPED_TRACE(one.arguments.join(u'|').toStdString());
+        const StartDecision decision = decideStart(commandLineAsTyped(one.arguments));
+        EXPECT_EQ(decision.outcome, one.outcome);
+        EXPECT_EQ(decision.photo.toStdString(), one.photo.toStdString());
+    }
+}
+
+TEST_F(Start, EachOutcomeLoadsItsWindows) {
+    const struct {
+        const char *commandLine;
+        bool started, splash, launcher, mainWindow, simple;
+    } cases[] = {
+        {"", true, true, false, false, false},          {"/s", true, false, true, true, true},
+        {"/a", true, false, true, true, false},         {"cat.png", true, false, true, true, false},
+        {"dog.png", false, false, false, false, false},
+    };
+    for (const auto &one : cases) {
+        SCOPED_TRACE(one.commandLine);
+        basMain program(Installation{m_folder.path()});
+        EXPECT_EQ(program.Main(one.commandLine), one.started);
+        EXPECT_EQ(program.splash() != nullptr && program.splash()->isVisible(), one.splash);
+        EXPECT_EQ(program.launcher() != nullptr, one.launcher);
+        EXPECT_FALSE(program.launcher() != nullptr && program.launcher()->isVisible());
+        EXPECT_EQ(program.mainWindow() != nullptr && program.mainWindow()->isVisible(), one.mainWindow);
+        EXPECT_EQ(program.context().flags.SimpleModeOn, one.simple);
+    }
+}
+
+TEST_F(Start, SimpleModeWritesItsSettingsAndAdvancedModeLeavesThem) {
+    basMain program(Installation{m_folder.path()});
+    for (const auto &[section, key] : simpleSettings) {
+        program.context().writeSetting(section, key, "1");
+    }
+    const QString before = settingsText();
+    ASSERT_TRUE(program.Main("/a"));
+    EXPECT_EQ(settingsText(), before);
+
+    basMain simple(Installation{m_folder.path()});
+    ASSERT_TRUE(simple.Main("/S"));
+    basMain advanced(Installation{m_folder.path()});
+    ASSERT_TRUE(advanced.Main("/a"));
+    for (const auto &[section, key] : simpleSettings) {
+        EXPECT_EQ(advanced.context().setting(section, key, "?"), "0") << section.toStdString();
+    }
+    // The main window was filled after the settings were written, not before.
+    EXPECT_EQ(simple.context().fields.txtGrid, "0");
+}
+
+TEST_F(Start, SimpleSettingsAreWrittenInTheirOrder) {
+    AppContext context(Installation{m_folder.path()});
+    ApplySimpleSettings(context);
+    qsizetype last = -1;
+    for (const auto &[section, key] : simpleSettings) {
+        const qsizetype at = settingsText().indexOf('[' + section + ']');
+        EXPECT_GT(at, last) << section.toStdString();
+        last = at;
+    }
+}
+
+TEST_F(Start, ThePhotoOfTheCommandLineIsOpen) {
+    basMain program(Installation{m_folder.path()});
+    ASSERT_TRUE(program.Main("\"My Cat (2).PNG\""));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return program.context().photo.PhotoLoaded(); }));
+    EXPECT_EQ(program.context().photo.picCanvas().size(), QSize(40, 30));
+    EXPECT_FALSE(program.context().photo.PhotoModified());
+}
+
+TEST_F(Start, LeavingTheEditorShowsTheLauncherAndANewStartBeginsEmpty) {
+    basMain program(Installation{m_folder.path()});
+    QSignalSpy ended(&program, &basMain::ended);
+    ASSERT_TRUE(program.Main("cat.png"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return program.context().photo.PhotoLoaded(); }));
+
+    Q_EMIT program.mainWindow()->leave();
+    EXPECT_EQ(program.mainWindow(), nullptr);
+    EXPECT_TRUE(program.launcher()->isVisible());
+
+    program.launcher()->findChild<QAbstractButton *>("cmdSimpleMode")->click();
+    ASSERT_NE(program.mainWindow(), nullptr);
+    EXPECT_TRUE(program.mainWindow()->isVisible());
+    EXPECT_FALSE(program.launcher()->isVisible());
+    EXPECT_TRUE(program.context().flags.SimpleModeOn);
+    EXPECT_FALSE(program.context().photo.PhotoLoaded());
+    EXPECT_EQ(program.context().setting("Dialogs", "Style", "?"), "0");
+
+    Q_EMIT program.mainWindow()->leave();
+    program.launcher()->findChild<QAbstractButton *>("cmdAdvMode")->click();
+    EXPECT_FALSE(program.context().flags.SimpleModeOn);
+    Q_EMIT program.mainWindow()->leave();
+    QTest::qWait(1);
+    EXPECT_EQ(ended.count(), 0);
+
+    program.launcher()->findChild<QAbstractButton *>("cmdExit")->click();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ended.count() == 1; }));
+    EXPECT_EQ(program.launcher(), nullptr);
+}
+
+TEST_F(Start, CutOutIsHiddenFromTheLauncherOnly) {
+    basMain program(Installation{m_folder.path()});
+    ASSERT_TRUE(program.Main("/s"));
+    EXPECT_FALSE(program.mainWindow()->findChild<QWidget *>("cmdCropCut")->isHidden());
+    Q_EMIT program.mainWindow()->leave();
+    program.launcher()->findChild<QAbstractButton *>("cmdSimpleMode")->click();
+    EXPECT_TRUE(program.mainWindow()->findChild<QWidget *>("cmdCropCut")->isHidden());
+}
+
+TEST_F(Start, TheSplashLeadsToTheLauncher) {
+    basMain program(Installation{m_folder.path()});
+    QSignalSpy ended(&program, &basMain::ended);
+    program.context().writeSetting("Display Message", "Value", "0");
+    ASSERT_TRUE(program.Main(""));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return program.splash() == nullptr; }));
+    ASSERT_NE(program.launcher(), nullptr);
+    EXPECT_TRUE(program.launcher()->isVisible());
+    EXPECT_EQ(ended.count(), 0);
+}
+
+TEST_F(Start, ASplashThatStaysCanBeClosedAndEndsTheProgram) {
+    basMain program(Installation{m_folder.path()});
+    QSignalSpy ended(&program, &basMain::ended);
+    program.context().writeSetting("Display Message", "Value", "2");
+    ASSERT_TRUE(program.Main(""));
+    QTest::qWait(50);
+    QTest::keyClick(program.splash(), Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ended.count() == 1; }));
+    EXPECT_EQ(program.launcher(), nullptr);
+}
+
+} // namespace
+} // namespace lumora

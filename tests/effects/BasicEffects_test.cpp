@@ -1,0 +1,69 @@
+#include "effects/BasicEffects.h"
+
+#include "app/settings/AppContext.h"
+#include "support/TestPictures.h"
+
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace lumora {
+namespace {
+
+class BasicEffectsTest : public testing::Test {
+  protected:
+    QTemporaryDir folder;
+    AppContext ctx{Installation{folder.path()}};
+    BasicEffects effects{ctx};
+    const QImage photo = test::photoLike(64, 40);
+
+    void open() { ctx.photo.openPicture({.picture = photo}, PhotoDocument::OpenRoute::LoadPhoto); }
+};
+
+TEST_F(BasicEffectsTest, EachChangesTheWholePhotoAsOneUndoStep) {
+    open();
+    for (const BasicEffect &effect : basicEffects()) {
+        SCOPED_TRACE(effect.key);
+        ctx.photo.setPhotoModified(false);
+        ctx.flags.SelectionActive = true;
+        EXPECT_TRUE(effects.apply(effect.key));
+        EXPECT_NE(ctx.photo.picCanvas(), photo);
+        EXPECT_EQ(ctx.photo.picThumb(), ctx.photo.picCanvas());
+        EXPECT_EQ(ctx.photo.pic2nd().width(), 480);
+        EXPECT_TRUE(ctx.photo.PhotoModified());
+        EXPECT_TRUE(ctx.flags.EffectChosen);
+        EXPECT_FALSE(ctx.flags.SelectionActive) << "the selection is dropped";
+        ctx.photo.PerformUndo();
+        EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), photo), QPoint(-1, -1));
+    }
+}
+
+TEST_F(BasicEffectsTest, InvertTwiceIsThePhotoAgain) {
+    open();
+    effects.ApplyInvert();
+    effects.ApplyInvert();
+    EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), photo), QPoint(-1, -1));
+}
+
+TEST_F(BasicEffectsTest, WithoutAPhotoOrAKnownKeyNothingHappens) {
+    EXPECT_TRUE(effects.apply("keyBW"));
+    EXPECT_FALSE(ctx.photo.PhotoModified());
+    open();
+    EXPECT_TRUE(effects.apply("keyPurple"));
+    EXPECT_FALSE(ctx.photo.PhotoModified());
+    EXPECT_EQ(ctx.photo.history().undoSteps(), 0);
+}
+
+TEST_F(BasicEffectsTest, PreviewsShowTheEffectAtTheAskedSize) {
+    EXPECT_TRUE(effects.preview(basicEffects()[0], 96).isNull()) << "no photo";
+    open();
+    for (const BasicEffect &effect : basicEffects()) {
+        const QImage small = effects.preview(effect, 96);
+        EXPECT_EQ(small.size(), QSize(96, 60)) << effect.key;
+    }
+    EXPECT_FALSE(ctx.photo.PhotoModified()) << "a preview changes nothing";
+    const QImage grey = effects.preview(basicEffects()[1], 96);
+    EXPECT_TRUE(grey.allGray());
+}
+
+} // namespace
+} // namespace lumora

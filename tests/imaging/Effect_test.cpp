@@ -1,0 +1,192 @@
+#include "imaging/EffectEngine.h"
+#include "imaging/Picture.h"
+#include "imaging/Region.h"
+#include "imaging/TargetsForTest.h"
+#include "support/TestPictures.h"
+
+#include <algorithm>
+#include <climits>
+#include <functional>
+#include <gtest/gtest.h>
+#include <set>
+#include <string>
+
+namespace lumora {
+namespace {
+
+using test::firstDifference;
+using test::forEachTarget;
+using test::photoLike;
+
+// The operations as anybody would write them down, one pixel at a time.
+
+int luma(QRgb pixel) {
+    return (3736 * qBlue(pixel) + 19235 * qGreen(pixel) + 9797 * qRed(pixel) + 16384) / 32768;
+}
+
+QRgb withAlphaOf(QRgb pixel, int red, int green, int blue) {
+    return qRgba(red, green, blue, qAlpha(pixel));
+}
+
+QRgb sepia(QRgb pixel) {
+    const auto row = [&](double red, double green, double blue) {
+        const auto weight = [](double share) { return int(share * 32768 + 0.5); };
+        return std::min(
+            255,
+            (weight(red) * qRed(pixel) + weight(green) * qGreen(pixel) + weight(blue) * qBlue(pixel) + 16384) / 32768);
+    };
+    return withAlphaOf(pixel, row(0.393, 0.769, 0.189), row(0.349, 0.686, 0.168), row(0.272, 0.534, 0.131));
+}
+
+struct PointEffect {
+    const char *name;
+    std::function<bool(EffectEngine &, bool limitToRegion)> run;
+    std::function<QRgb(QRgb)> reference;
+};
+
+const std::vector<PointEffect> &pointEffects() {
+    const auto blackAndWhite = [](int asked, int used) {
+        return PointEffect{"blackAndWhite", [asked](EffectEngine &e, bool r) { return e.blackAndWhite(asked, r); },
+                           [used](QRgb p) {
+                               const int level = luma(p) > used ? 255 : 0;
+                               return withAlphaOf(p, level, level, level);
+                           }};
+    };
+    const auto invert = [](bool red, bool green, bool blue) {
+        return PointEffect{"invert", [=](EffectEngine &e, bool r) { return e.invert(red, green, blue, r); },
+                           [=](QRgb p) {
+                               return withAlphaOf(p, red ? 255 - qRed(p) : qRed(p), green ? 255 - qGreen(p) : qGreen(p),
+                                                  blue ? 255 - qBlue(p) : qBlue(p));
+                           }};
+    };
+    static const std::vector<PointEffect> effects = {
+        blackAndWhite(127, 127),
+        blackAndWhite(0, 0),
+        blackAndWhite(255, 255),
+        blackAndWhite(INT_MIN, 0),
+        blackAndWhite(INT_MAX, 255),
+        {"greyscale", [](EffectEngine &e, bool r) { return e.greyscale(0, r); },
+         [](QRgb p) { return withAlphaOf(p, luma(p), luma(p), luma(p)); }},
+        {"sepia", [](EffectEngine &e, bool r) { return e.sepia(r); }, sepia},
+        invert(true, true, true),
+        invert(true, false, false),
+        invert(false, true, false),
+        invert(false, false, true),
+    };
+    return effects;
+}
+
+QImage mappedSlowly(const QImage &picture, const PointEffect &effect, const Region *region = nullptr) {
+    QImage result = picture.copy();
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (region == nullptr || region->contains(x, y)) {
+                reinterpret_cast<QRgb *>(result.scanLine(y))[x] = effect.reference(picture.pixel(x, y));
+            }
+        }
+    }
+    return result;
+}
+
+TEST(Effect, theProcessorsOwnVersionOfTheKernelsIsChosen) {
+    const auto supported = hwy::SupportedAndGeneratedTargets();
+    ASSERT_GE(supported.size(), 2U) << "only the emulation was compiled";
+    EXPECT_STREQ(chosenKernelTarget(), hwy::TargetName(*std::ranges::min_element(supported)));
+    std::set<std::string> seen;
+    forEachTarget([&] { seen.insert(chosenKernelTarget()); });
+    EXPECT_EQ(seen.size(), supported.size()) << "the tests of the kernels would not run every version";
+}
+
+TEST(Effect, everyVersionGivesTheReferencesBytesAtAwkwardSizes) {
+    const QSize sizes[] = {{1, 1}, {2, 3}, {3, 2}, {5, 5}, {17, 9}, {63, 7}, {1, 5000}, {701, 300}};
+    forEachTarget([&] {
+        for (const PointEffect &effect : pointEffects()) {
+            for (const QSize size : sizes) {
+                for (const bool transparent : {false, true}) {
+                    const QImage picture = photoLike(size.width(), size.height(), transparent);
+                    const QImage before = picture.copy();
+                    EffectEngine engine;
+                    engine.setPicture(picture);
+                    ASSERT_TRUE(effect.run(engine, false)) << effect.name;
+                    ASSERT_EQ(engine.picture().format(), picture.format());
+                    ASSERT_EQ(firstDifference(engine.picture(), mappedSlowly(picture, effect)), QPoint(-1, -1))
+                        << effect.name << ' ' << size.width() << " x " << size.height() << ' ' << transparent;
+                    ASSERT_EQ(firstDifference(picture, before), QPoint(-1, -1))
+                        << effect.name << " wrote to its source";
+                }
+            }
+        }
+    });
+}
+
+TEST(Effect, largePicturesTakeTheWayPastTheCache) {
+    const QImage picture = photoLike(2501, 1001);
+    for (const PointEffect &effect : pointEffects()) {
+        EffectEngine engine;
+        engine.setPicture(picture);
+        ASSERT_TRUE(effect.run(engine, false));
+        EXPECT_EQ(firstDifference(engine.picture(), mappedSlowly(picture, effect)), QPoint(-1, -1)) << effect.name;
+    }
+}
+
+TEST(Effect, nothingOutsideTheRegionChanges) {
+    struct Row {
+        bool ellipse;
+        int a, b, c, d;
+    };
+    const Row rows[] = {{false, 10, 5, 60, 40},  {false, 60, 40, 10, 5},   {false, -5, -5, 3, 3},
+                        {false, 70, 50, 71, 51}, {false, 9, 9, 9, 30},     {false, INT_MIN, 20, INT_MAX, 21},
+                        {true, 10, 5, 60, 40},   {true, -20, -20, 30, 30}, {true, 5, 5, 6, 6}};
+    for (const bool transparent : {false, true}) {
+        const QImage picture = photoLike(71, 51, transparent);
+        for (const PointEffect &effect : pointEffects()) {
+            for (const Row &row : rows) {
+                EffectEngine engine;
+                engine.setPicture(picture);
+                EXPECT_TRUE(row.ellipse ? engine.setEllipticalRegion(row.a, row.b, row.c, row.d)
+                                        : engine.setRectangularRegion(row.a, row.b, row.c, row.d));
+                ASSERT_TRUE(effect.run(engine, true));
+                const auto make = row.ellipse ? &Region::ellipse : &Region::rectangle;
+                const Region region = make(71, 51, row.a, row.b, row.c, row.d);
+                EXPECT_EQ(firstDifference(engine.picture(), mappedSlowly(picture, effect, &region)), QPoint(-1, -1))
+                    << effect.name << ' ' << row.a << ' ' << row.ellipse;
+            }
+        }
+    }
+}
+
+TEST(Effect, theRegionCountsOnlyWhenAskedForAndWhileItIsSet) {
+    const QImage picture = photoLike(40, 30);
+    const PointEffect &invert = pointEffects()[7];
+    const QImage whole = mappedSlowly(picture, invert);
+    EffectEngine engine;
+    engine.setPicture(picture);
+    EXPECT_TRUE(engine.invert(true, true, true, true));
+    EXPECT_EQ(firstDifference(engine.picture(), whole), QPoint(-1, -1)) << "no region set";
+    engine.setRectangularRegion(1, 1, 5, 5);
+    engine.setPicture(picture);
+    EXPECT_TRUE(engine.invert(true, true, true, false));
+    EXPECT_EQ(firstDifference(engine.picture(), whole), QPoint(-1, -1)) << "not asked for";
+    engine.clearRegion();
+    engine.setPicture(picture);
+    EXPECT_TRUE(engine.invert(true, true, true, true));
+    EXPECT_EQ(firstDifference(engine.picture(), whole), QPoint(-1, -1)) << "cleared";
+}
+
+TEST(Effect, whatCannotBeDoneIsRefusedAndLeavesThePicture) {
+    EffectEngine engine;
+    for (const PointEffect &effect : pointEffects()) {
+        EXPECT_FALSE(effect.run(engine, false)) << effect.name << " without a picture";
+    }
+    const QImage picture = photoLike(9, 9);
+    engine.setPicture(picture);
+    for (const int mode : {-1, 1, INT_MAX}) {
+        EXPECT_FALSE(engine.greyscale(mode, false));
+    }
+    EXPECT_EQ(engine.picture().constBits(), picture.constBits());
+    engine.setPicture(QImage(5, 5, QImage::Format_Grayscale8));
+    EXPECT_FALSE(engine.sepia(false)) << "not a picture of this house";
+}
+
+} // namespace
+} // namespace lumora

@@ -1,0 +1,62 @@
+// A small window with one of everything that the player can work, and a diary of what happened to it.
+#pragma once
+
+#include "Program.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QSlider>
+#include <QSpinBox>
+
+namespace lumora::play::test {
+
+/// The photo: 40 x 30 pixels, each shown as 4 x 4; writes presses, moves and releases in picture pixels.
+class Canvas : public QWidget {
+  public:
+    explicit Canvas(QStringList &diary, QWidget *parent);
+    static constexpr int scale = 4;
+
+  protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+  private:
+    void write(const char *what, const QMouseEvent &event);
+    QStringList &m_diary;
+};
+
+class SmallWindow : public QWidget {
+  public:
+    SmallWindow();
+    QStringList diary;
+    Canvas *canvas = nullptr;
+
+  private:
+    QPushButton *button(const QString &name, const std::function<void()> &act);
+    void addFields();
+    void addCommands();
+    void addHardToReach();
+    void ask();
+    void work();
+};
+
+class SmallProgram : public Program {
+  public:
+    SmallWindow window;
+
+    QString start(const QStringList &words) override;
+    bool takesInput() const override { return true; }
+    QWidget *canvas() const override { return window.canvas; }
+    QPoint onCanvas(QPoint pixel) const override { return pixel * Canvas::scale + QPoint(2, 2); }
+    QImage picture() const override;
+    State state() const override { return {{"started", window.diary.value(0)}, {"status", "a b"}}; }
+};
+
+} // namespace lumora::play::test

@@ -1,0 +1,150 @@
+// The player on a small window: real input reaches the controls, modal windows are played through, and what cannot be
+// done ends the run with its line and reason.
+#include "Player.h"
+#include "SmallWindow.h"
+
+#include <QApplication>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QEventLoop>
+#include <QTemporaryDir>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace lumora::play {
+namespace {
+
+using test::SmallProgram;
+
+struct Played {
+    QStringList diary;
+    QStringList printed;
+    QString problem;
+    int line = 0;
+};
+
+Played playScript(const QString &text, int patience = 400) {
+    Played run;
+    SmallProgram program;
+    const Script script = readScript(text);
+    EXPECT_EQ(script.problemLine, 0) << script.problem.toStdString();
+    Player player(program, script, patience);
+    player.print = [&](const QString &line) { run.printed << line; };
+    player.variables["TMP"] = QDir::tempPath();
+    QObject::connect(&player, &Player::finished, qApp, [] { QCoreApplication::exit(); });
+    player.begin();
+    QApplication::exec();
+    run.diary = program.window.diary.mid(1);
+    run.problem = player.problem();
+    run.line = player.problemLine();
+    return run;
+}
+
+struct Case {
+    const char *script;
+    QStringList diary;
+};
+
+TEST(Player, WorksEveryKindOfControlWithRealInput) {
+    const Case cases[] = {
+        {"click frmSmall.cmdWork\nclick Toolbar1.keyUndo", {"cmdWork", "undisturbed", "keyUndo"}},
+        {"item Toolbar1 keyUndo\nitem Toolbar1 keyUndo", {"keyUndo", "keyUndo"}},
+        {"click cmdHover\nkey Ctrl+Z", {"entered", "undone"}},
+        {"click cmdLow", {"cmdLow"}},
+        {"click cmdMenu\nitem QMenu Full", {"cmdMenu", "full"}},
+        {"type txtName Größe & more\nexpect txtName Größe & more", {}},
+        {"set txtName plain\nexpect txtName plain", {}},
+        {"set sldValue -73\nexpect sldValue -73", {}},
+        {"set spinValue 42\nexpect spinValue 42", {}},
+        {"set chkShow 1\nexpect chkShow@checked true\nset chkShow on\nset chkShow 0\nexpect chkShow@checked false", {}},
+        {"set cboFilter PNG\nexpect cboFilter PNG\nset cboFilter BMP\nexpect cboFilter BMP", {}},
+        {"item File1 picture 40\nexpect File1 picture 40", {}},
+        {"expect SBar a status *\nexpect SBar a status line\nexpect-not SBar a status\nexpect frmSmall Small", {}},
+        {"press 3 4", {"over 3,4", "over 3,4", "down 3,4", "up 3,4"}},
+        {"expect state.started start advanced", {}},
+    };
+    for (const Case &one : cases) {
+        const Played run = playScript(QString("start advanced\n%1\nquit").arg(one.script), 3000);
+        EXPECT_EQ(run.problem, "") << one.script << " in line " << run.line;
+        EXPECT_EQ(run.diary, one.diary) << one.script;
+    }
+}
+
+TEST(Player, DragsOverThePicturePixelByPixel) {
+    const Played run = playScript("start\ndrag 1 1 9 1 9 25");
+    ASSERT_EQ(run.problem, "");
+    EXPECT_TRUE(run.diary.contains("down 1,1"));
+    EXPECT_TRUE(run.diary.contains("over 5,1"));
+    EXPECT_TRUE(run.diary.contains("over 9,13"));
+    EXPECT_EQ(run.diary.last(), "up 9,25");
+}
+
+TEST(Player, PlaysThroughModalWindowsAndFileDialogs) {
+    QTemporaryDir folder;
+    const QString path = folder.filePath("a photo.png");
+    ASSERT_TRUE(QImage(2, 2, QImage::Format_RGB32).save(path));
+    const Played run = playScript("start\nclick cmdAsk\nexpect state.windows frmSmall,frmFirst\nclick frmFirst.cmdYes\n"
+                                  "key Escape\nclick cmdAsk\nclick Yes\nclick cmdYes\nclick cmdOpen\nchoose " +
+                                      path + "\nexpect state.windows frmSmall",
+                                  8000);
+    EXPECT_EQ(run.problem, "") << run.line;
+    const QStringList expected = {"cmdAsk",     "frmFirst 1",  "frmSecond 0", "cmdAsk",
+                                  "frmFirst 1", "frmSecond 1", "cmdOpen",     path};
+    EXPECT_EQ(run.diary, expected);
+}
+
+TEST(Player, WaitsForWhatIsStillToCome) {
+    const Played run = playScript("start\nclick cmdLater\nexpect SBar now", 5000);
+    EXPECT_EQ(run.problem, "");
+}
+
+TEST(Player, EndsWithLineAndReasonWhenAStepCannotBeDone) {
+    const struct {
+        const char *script;
+        int line;
+        const char *reason;
+    } cases[] = {
+        {"start\n\n# a remark\nclick cmdNone", 4, "there is no cmdNone"},
+        {"start\nclick cmdHidden", 2, "it is hidden"},
+        {"start\nclick cmdOff", 2, "it is disabled"},
+        {"start\nclick cmdCovered", 2, "it is covered or out of view"},
+        {"start\nclick cmdAsk\nclick cmdWork", 3, "the window frmFirst is in front of it"},
+        {"start\nclick cmdAsk\npress 1 1", 3, "the window frmFirst is in front of it"},
+        {"start\nclick cmdMenu\nclick cmdWork", 3, "the menu QMenu is open"},
+        {"start\nitem Toolbar1 keyRedo", 2, "it is disabled"},
+        {"start\nitem Toolbar1 keyZoom", 2, "Toolbar1 has no item keyZoom"},
+        {"start\nset cboFilter GIF", 2, "it does not offer GIF"},
+        {"start\nset sldValue 101", 2, "it does not take that value"},
+        {"start\npress 400 1", 2, "pixel 400, 1 is not in view"},
+        {"start\nchoose /tmp/x.png", 2, "no file dialog is open"},
+        {"start\nclick cmdOpen\nchoose /nowhere/x.png", 3, "it is disabled"},
+        {"start\nkey Hyper", 2, "there is no key Hyper"},
+        {"start\nexpect SBar other", 2, "it is \"a status   line\""},
+        {"start\nexpect-not SBar a*", 2, "it is just that"},
+        {"start\nexpect state.none 1", 2, "state has no none"},
+        {"start\nshot /nowhere/x.png", 2, "/nowhere/x.png cannot be written"},
+        {"start advanced nothing", 1, "it opens no window"},
+    };
+    for (const auto &one : cases) {
+        const Played run = playScript(one.script, 150);
+        EXPECT_EQ(run.line, one.line) << one.script;
+        EXPECT_THAT(run.problem.toStdString(), testing::MatchesRegex(one.reason)) << one.script;
+    }
+}
+
+TEST(Player, PrintsStateHashAndShot) {
+    QTemporaryDir folder;
+    const QString file = folder.filePath("shot.png");
+    const Played run =
+        playScript("start simple\nstate\nhash before\nexpect hash $before\nexpect-not hash 1x1*\nshot " + file);
+    ASSERT_EQ(run.problem, "") << run.line;
+    ASSERT_EQ(run.printed.size(), 3);
+    EXPECT_EQ(run.printed[0], "started=\"start simple\" status=\"a b\" windows=frmSmall");
+    const QByteArray pixels("\x01\x02\x03\xff\x04\x05\x06\xff", 8);
+    const QByteArray sum = QCryptographicHash::hash(pixels, QCryptographicHash::Sha256).toHex();
+    EXPECT_EQ(run.printed[1], "2x1 " + QString::fromLatin1(sum));
+    EXPECT_GT(QImage(file).width(), 300);
+}
+
+} // namespace
+} // namespace lumora::play

@@ -1,0 +1,92 @@
+#include "Hand.h"
+
+#include <QDebug>
+#include <QPointer>
+#include <QTest>
+#include <QWidget>
+#include <QWindow>
+
+namespace lumora::play {
+
+namespace {
+
+constexpr int betweenEvents = 8;    // milliseconds of the events' own time
+constexpr int betweenClicks = 2000; // more than any desktop's double-click time
+constexpr int stepsOfADrag = 8;     // moves between two points, as a hand makes many
+
+} // namespace
+
+void Hand::act() {
+    const std::function<void()> next = std::move(m_planned.front());
+    m_planned.pop_front(); // before it runs: a nested event loop goes on with the one after it
+    next();
+}
+
+void Hand::mouse(QWidget &widget, QPoint point, QEvent::Type type) {
+    const QPointer<QWindow> window = widget.window()->windowHandle();
+    const QPoint inWindow = widget.mapTo(widget.window(), point);
+    const QPoint onScreen = widget.mapToGlobal(point);
+    const bool isMove = type == QEvent::MouseMove;
+    qWarning() << "DBG" << widget.objectName() << point << inWindow << onScreen << window->geometry() << window->frameMargins();
+    m_clock += betweenEvents;
+    m_pressed = isMove ? m_pressed : type == QEvent::MouseButtonPress;
+    m_planned.emplace_back([window, inWindow, onScreen, type, isMove, pressed = m_pressed, time = m_clock] {
+        if (window) {
+            qt_handleMouseEvent(window, inWindow, onScreen, pressed ? Qt::LeftButton : Qt::NoButton,
+                                isMove ? Qt::NoButton : Qt::LeftButton, type, Qt::NoModifier, time);
+        }
+    });
+}
+
+void Hand::moveTo(QWidget &widget, QPoint point) {
+    // The first move brings the pointer into the window, the second onto the control: hover needs both.
+    mouse(widget, point + QPoint(1, 0), QEvent::MouseMove);
+    mouse(widget, point, QEvent::MouseMove);
+}
+
+void Hand::click(QWidget &widget, QPoint point) {
+    m_clock += betweenClicks;
+    moveTo(widget, point);
+    mouse(widget, point, QEvent::MouseButtonPress);
+    mouse(widget, point, QEvent::MouseButtonRelease);
+}
+
+void Hand::drag(QWidget &widget, const std::vector<QPoint> &points) {
+    m_clock += betweenClicks;
+    moveTo(widget, points.front());
+    mouse(widget, points.front(), QEvent::MouseButtonPress);
+    for (std::size_t index = 1; index < points.size(); ++index) {
+        const QPointF way = points[index] - points[index - 1];
+        for (int step = 1; step <= stepsOfADrag; ++step) {
+            mouse(widget, points[index - 1] + (way * step / stepsOfADrag).toPoint(), QEvent::MouseMove);
+        }
+    }
+    mouse(widget, points.back(), QEvent::MouseButtonRelease);
+}
+
+void Hand::key(QWidget &window, int key, Qt::KeyboardModifiers modifiers, const QString &text) {
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        m_planned.emplace_back([target = QPointer<QWindow>(window.windowHandle()), type, key, modifiers, text] {
+            if (target) {
+                qt_handleKeyEvent(target, type, key, modifiers, text);
+            }
+        });
+    }
+}
+
+void Hand::type(QWidget &window, const QString &text) {
+    for (const QChar character : text) {
+        const bool ascii = character.unicode() >= 0x20 && character.unicode() < 0x7f;
+        const int code = ascii ? QTest::asciiToKey(character.toLatin1()) : Qt::Key_unknown;
+        key(window, code, character.isUpper() ? Qt::ShiftModifier : Qt::NoModifier, character);
+    }
+}
+
+void Hand::press(QWidget &window, QKeyCombination keys) {
+    const bool types = (keys.keyboardModifiers() & ~Qt::ShiftModifier) == Qt::NoModifier && keys.key() < Qt::Key_Escape;
+    const QString text = types ? QString(QChar(keys.key())) : QString();
+    const bool isShifted = (keys.keyboardModifiers() & Qt::ShiftModifier) != 0;
+    key(window, keys.key(), keys.keyboardModifiers(), isShifted ? text : text.toLower());
+}
+
+} // namespace lumora::play

@@ -1,0 +1,26 @@
+// Lumora as the player sees it: the same start-up that the program itself runs, and a look at its photo and flags.
+#pragma once
+
+#include "Program.h"
+#include "app/basMain.h"
+
+namespace lumora::play {
+
+class LumoraProgram : public Program {
+  public:
+    explicit LumoraProgram(const QString &programFolder) : m_main(Installation{programFolder}) {}
+
+    basMain &main() { return m_main; }
+
+    QString start(const QStringList &words) override;
+    bool takesInput() const override;
+    QWidget *canvas() const override;
+    QPoint onCanvas(QPoint picturePixel) const override;
+    QImage picture() const override;
+    State state() const override;
+
+  private:
+    mutable basMain m_main;
+};
+
+} // namespace lumora::play

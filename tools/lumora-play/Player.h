@@ -1,0 +1,113 @@
+// Plays a script: one step after the other, each only when the program has taken in what the last one did and waits for
+// its user. Every tick orders the next one before it acts, so that ticks go on in the nested event loop of a modal
+// window that it opened: such windows are played through like any other.
+#pragma once
+
+#include "Hand.h"
+#include "Program.h"
+#include "Script.h"
+
+#include <QElapsedTimer>
+#include <QHash>
+#include <QObject>
+#include <functional>
+
+class QComboBox;
+
+namespace lumora::play {
+
+/// What became of a try at a step.
+struct Outcome {
+    enum class Kind { Done, Goes, NotYet };
+    Kind kind = Kind::Done;
+    QString reason; ///< NotYet: what it waits for, said when patience ends
+
+    static Outcome done() { return {}; }
+    /// Input was planned; the step is called again, in its next phase, once the program has taken it in.
+    static Outcome goes() { return {Kind::Goes, {}}; }
+    static Outcome notYet(const QString &reason) { return {Kind::NotYet, reason}; }
+};
+
+class Player : public QObject {
+    Q_OBJECT
+
+  public:
+    /// `patience`: milliseconds that a step may wait until it can be done (a window has yet to open, a timer to run).
+    Player(Program &program, Script script, int patience, QObject *parent = nullptr);
+
+    QHash<QString, QString> variables;
+    std::function<void(const QString &)> print; ///< what state, hash and shot say
+    std::function<void(const Step &)> beforeStep;
+
+    /// Plays from the next turn of the event loop on.
+    void begin();
+    /// The program has ended; only "quit" may still follow.
+    void programEnded();
+
+    bool succeeded() const { return m_problem.isEmpty(); }
+    const QString &problem() const { return m_problem; }
+    int problemLine() const { return m_problemLine; }
+
+  Q_SIGNALS:
+    void finished();
+
+  private:
+    using Performer = Outcome (Player::*)(const Step &);
+    static Performer performerOf(const QString &verb);
+
+    // Player.cpp: stepping.
+    void tick();
+    void orderTick();
+    bool isQuiet(const Step &step) const;
+    void attempt(const Step &step);
+    void finish(const QString &problem = {});
+
+    // Steps.cpp: one function a verb; m_phase counts how often it has said goes().
+    Outcome start(const Step &step);
+    Outcome click(const Step &step);
+    Outcome item(const Step &step);
+    Outcome type(const Step &step);
+    Outcome set(const Step &step);
+    Outcome press(const Step &step);
+    Outcome drag(const Step &step);
+    Outcome key(const Step &step);
+    Outcome choose(const Step &step);
+    Outcome wait(const Step &step);
+    Outcome expect(const Step &step);
+    Outcome expectNot(const Step &step);
+    Outcome state(const Step &step);
+    Outcome hash(const Step &step);
+    Outcome shot(const Step &step);
+    Outcome quit(const Step &step);
+
+    /// Why the widget cannot be clicked now (it may still be sliding into place); empty when it can.
+    QString reach(QWidget &widget);
+    Outcome clickOn(QWidget &widget);
+    Outcome typeInto(QWidget &widget, const QString &text);
+    Outcome setCombo(QComboBox &combo, const QString &value);
+    Outcome onPicture(const Step &step);
+    /// The value that expect compares: a control's, "hash", or "state.NAME". False with the reason in `problem`.
+    bool observed(const QString &what, QString &value, QString &problem) const;
+    static QString windowNames();
+    /// Size and SHA-256 of the photo's RGBA rows.
+    QString picturePrint() const;
+
+    Program &m_program;
+    Script m_script;
+    int m_patience;
+    Hand m_hand;
+    bool m_waiting = false; ///< the event loop had nothing to do before this tick
+    std::size_t m_next = 0;
+    int m_phase = 0;
+    bool m_ended = false;
+    bool m_finished = false;
+    QPoint m_lastPlace;
+    const void *m_lastWidget = nullptr;
+    const void *m_fileDialog = nullptr; ///< the one that choose answers
+    QElapsedTimer m_stepClock;          ///< since the step became the next
+    QElapsedTimer m_inputClock;         ///< since the hand last moved
+    QString m_problem;
+    int m_problemLine = 0;
+};
+
+} // namespace lumora::play

@@ -1,0 +1,38 @@
+// What the player needs of the program that it plays. lumora-play gives it Lumora, the tests a small window.
+#pragma once
+
+#include <QImage>
+#include <QPoint>
+#include <QString>
+#include <QStringList>
+#include <utility>
+#include <vector>
+
+class QWidget;
+
+namespace lumora::play {
+
+class Program {
+  public:
+    Program() = default;
+    Program(const Program &) = delete;
+    Program &operator=(const Program &) = delete;
+    virtual ~Program() = default;
+
+    /// Opens the first window as the words of the step say ("simple"; "advanced" and a photo; nothing). The problem
+    /// when it opened none, else an empty text.
+    virtual QString start(const QStringList &words) = 0;
+    /// False while the program lets no input in although its event loop runs.
+    virtual bool takesInput() const = 0;
+    /// The widget that shows the photo; null when there is none.
+    virtual QWidget *canvas() const = 0;
+    /// Where a pixel of the photo (its centre) is in the canvas widget, in the widget's pixels.
+    virtual QPoint onCanvas(QPoint picturePixel) const = 0;
+    virtual QImage picture() const = 0;
+
+    using State = std::vector<std::pair<QString, QString>>;
+    /// Flags, zoom, status line, selection: names and values, in the order in which "state" prints them.
+    virtual State state() const = 0;
+};
+
+} // namespace lumora::play

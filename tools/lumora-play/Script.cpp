@@ -1,0 +1,131 @@
+#include "Script.h"
+
+#include <QRegularExpression>
+#include <algorithm>
+#include <iterator>
+
+namespace lumora::play {
+
+namespace {
+
+/// How a verb is written: at least and at most so many words; the last one takes the rest of the line.
+struct Verb {
+    const char *name;
+    int least;
+    int most;
+    const char *usage;
+};
+
+const Verb verbs[] = {
+    {"start", 0, 2, "start | start simple | start advanced [PHOTO]"},
+    {"click", 1, 1, "click CONTROL"},
+    {"item", 2, 2, "item BAR KEY"},
+    {"type", 2, 2, "type CONTROL TEXT"},
+    {"set", 2, 2, "set CONTROL VALUE"},
+    {"press", 1, 1, "press X Y"},
+    {"drag", 1, 1, "drag X Y X Y ..."},
+    {"key", 1, 1, "key KEYS"},
+    {"choose", 1, 1, "choose FILE"},
+    {"wait", 1, 1, "wait MILLISECONDS"},
+    {"expect", 2, 2, "expect CONTROL TEXT"},
+    {"expect-not", 2, 2, "expect-not CONTROL TEXT"},
+    {"state", 0, 0, "state"},
+    {"hash", 0, 1, "hash [NAME]"},
+    {"shot", 1, 1, "shot FILE"},
+    {"quit", 0, 0, "quit"},
+};
+
+/// The first `most` words of the line; the last of them keeps everything that follows.
+QStringList wordsOf(QString rest, int most) {
+    QStringList words;
+    rest = rest.trimmed();
+    while (!rest.isEmpty()) {
+        const auto blank = rest.indexOf(QRegularExpression("\\s"));
+        if (blank < 0 || words.size() + 1 == most) {
+            words << rest;
+            break;
+        }
+        words << rest.left(blank);
+        rest = rest.mid(blank).trimmed();
+    }
+    return words;
+}
+
+QString misread(const Step &step, const Verb &verb, bool first) {
+    if ((step.verb == "start") != first) {
+        return first ? "a script begins with start" : "the program is started already";
+    }
+    const QString how = QString("write it so: %1").arg(verb.usage);
+    if (step.words.size() < verb.least || step.words.size() > verb.most) {
+        return how;
+    }
+    if (step.verb == "start" && !step.words.isEmpty()) {
+        const bool simple = step.word(0) == "simple" && step.words.size() == 1;
+        return simple || step.word(0) == "advanced" ? QString() : how;
+    }
+    const auto numbers = coordinates(step.word(0)).size();
+    bool isNumber = true;
+    if (step.verb == "wait") {
+        step.word(0).toInt(&isNumber);
+    }
+    if (!isNumber || (step.verb == "press" && numbers != 2) || (step.verb == "drag" && numbers < 4)) {
+        return how;
+    }
+    return {};
+}
+
+} // namespace
+
+Script readScript(const QString &text) {
+    Script script;
+    const QStringList lines = text.split('\n');
+    for (qsizetype index = 0; index < lines.size(); ++index) {
+        const QString line = lines[index].trimmed();
+        if (line.isEmpty() || line.startsWith('#')) {
+            continue;
+        }
+        const QStringList halves = wordsOf(line, 2);
+        const auto *verb = std::find_if(std::begin(verbs), std::end(verbs),
+                                        [&](const Verb &row) { return halves[0] == QLatin1String(row.name); });
+        const bool known = verb != std::end(verbs);
+        Step step{static_cast<int>(index) + 1, halves[0],
+                  wordsOf(halves.value(1), known ? std::max(verb->most, 1) : 1)};
+        const QString problem =
+            known ? misread(step, *verb, script.steps.empty()) : QString("there is no step \"%1\"").arg(halves[0]);
+        if (!problem.isEmpty()) {
+            script.problemLine = step.line;
+            script.problem = problem;
+            break;
+        }
+        script.steps.push_back(std::move(step));
+    }
+    return script;
+}
+
+QString withVariables(const QString &text, const QHash<QString, QString> &variables) {
+    static const QRegularExpression name("\\$\\{?([A-Za-z_][A-Za-z_0-9]*)\\}?");
+    QString result;
+    qsizetype end = 0;
+    for (auto matches = name.globalMatch(text); matches.hasNext();) {
+        const auto match = matches.next();
+        result += text.mid(end, match.capturedStart() - end);
+        result += variables.value(match.captured(1), match.captured());
+        end = match.capturedEnd();
+    }
+    return result + text.mid(end);
+}
+
+std::vector<int> coordinates(const QString &words) {
+    static const QRegularExpression blanks("\\s+");
+    std::vector<int> numbers;
+    for (const QString &word : words.split(blanks, Qt::SkipEmptyParts)) {
+        bool isNumber = false;
+        numbers.push_back(word.toInt(&isNumber));
+        if (!isNumber) {
+            return {};
+        }
+    }
+    return numbers.size() % 2 == 0 ? numbers : std::vector<int>();
+}
+
+} // namespace lumora::play

@@ -1,0 +1,26 @@
+#include "Shot.h"
+
+#include "Controls.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QScreen>
+#include <QWidget>
+
+namespace lumora::play {
+
+QImage takeShot() {
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const QRect place = screen->geometry();
+    const qreal scale = screen->devicePixelRatio();
+    QImage shot((QSizeF(place.size()) * scale).toSize(), QImage::Format_RGB32);
+    shot.setDevicePixelRatio(scale);
+    shot.fill(QColor(108, 120, 134));
+    QPainter painter(&shot);
+    for (QWidget *window : openWindows()) {
+        painter.drawPixmap(window->mapToGlobal(QPoint(0, 0)) - place.topLeft(), window->grab());
+    }
+    return shot;
+}
+
+} // namespace lumora::play

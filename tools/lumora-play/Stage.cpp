@@ -1,0 +1,77 @@
+#include "Stage.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace lumora::play {
+
+namespace {
+
+/// The folder of this program file; QCoreApplication does not know it yet.
+QString ownFolder() {
+    return QFileInfo(QFile::symLinkTarget("/proc/self/exe")).path();
+}
+
+bool isText(const QFileInfo &entry) {
+    return entry.suffix().compare("ini", Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+Stage::Stage(const QString &folder, QSize screen)
+    : m_folder(QDir::tempPath() + "/lumora-play-XXXXXX"),
+      m_programFolder(folder.isEmpty() ? m_folder.filePath("program") : QDir(folder).absolutePath()) {
+    if (!isReady()) {
+        return;
+    }
+    if (folder.isEmpty()) {
+        copyProgramFolder();
+    }
+    redirectEnvironment();
+    if (qEnvironmentVariable("QT_QPA_PLATFORM") == "offscreen") {
+        makeScreen(screen);
+    }
+}
+
+void Stage::copyProgramFolder() const {
+    QDir().mkpath(m_programFolder);
+    const auto entries = QDir(ownFolder()).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    for (const QFileInfo &entry : entries) {
+        const QString target = m_programFolder + '/' + entry.fileName();
+        if (isText(entry)) {
+            QFile::copy(entry.filePath(), target);
+            QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
+        } else {
+            QFile::link(entry.filePath(), target);
+        }
+    }
+}
+
+void Stage::redirectEnvironment() const {
+    for (const char *name : {"home/Documents", "home/Pictures", "home/Desktop", "config", "cache", "data", "tmp"}) {
+        QDir(m_folder.path()).mkpath(name);
+    }
+    const auto set = [this](const char *variable, const char *name) {
+        qputenv(variable, QFile::encodeName(m_folder.filePath(name)));
+    };
+    set("HOME", "home");
+    set("XDG_CONFIG_HOME", "config");
+    set("XDG_CACHE_HOME", "cache");
+    set("XDG_DATA_HOME", "data");
+    set("TMPDIR", "tmp");
+}
+
+void Stage::makeScreen(QSize screen) const {
+    QFile file(m_folder.filePath("screen.json"));
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(QString(R"({"screens": [{"name": "stage", "x": 0, "y": 0, "width": %1, "height": %2,
+                               "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})")
+                       .arg(screen.width())
+                       .arg(screen.height())
+                       .toUtf8());
+        qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(file.fileName()));
+    }
+}
+
+} // namespace lumora::play

@@ -1,0 +1,425 @@
+// What each verb of a script does.
+#include "Controls.h"
+#include "Items.h"
+#include "Player.h"
+#include "Shot.h"
+
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCryptographicHash>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QKeySequence>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QWindow>
+#include <algorithm>
+#include <cstdlib>
+
+namespace lumora::play {
+
+namespace {
+
+const QKeyCombination selectAll = Qt::ControlModifier | Qt::Key_A;
+
+/// "*" stands for any run of characters; runs of blanks count as one.
+bool agrees(const QString &value, const QString &pattern) {
+    const QString expression = QRegularExpression::escape(pattern.simplified()).replace("\\*", ".*");
+    static constexpr auto across = QRegularExpression::DotMatchesEverythingOption;
+    return QRegularExpression(QRegularExpression::anchoredPattern(expression), across)
+        .match(value.simplified())
+        .hasMatch();
+}
+
+QString quoted(const QString &value) {
+    return value.contains(' ') || value.isEmpty() ? '"' + value + '"' : value;
+}
+
+/// The window that keys go to: an open pop-up, the window with the keyboard, the window in front.
+QWidget *keyboardWindow() {
+    if (QWidget *popup = QApplication::activePopupWidget()) {
+        return popup;
+    }
+    if (QWidget *modal = QApplication::activeModalWidget()) {
+        return modal;
+    }
+    if (QWidget *active = QApplication::activeWindow()) {
+        return active;
+    }
+    const QList<QWidget *> windows = openWindows();
+    return windows.isEmpty() ? nullptr : windows.last();
+}
+
+/// Where there is no window manager nobody else hands the keyboard to a window that is clicked.
+void activate(const QWidget &window) {
+    QWindow *handle = window.windowHandle();
+    if (handle != nullptr && !window.isActiveWindow() && window.windowType() != Qt::Popup) {
+        handle->requestActivate();
+    }
+}
+
+/// The key presses that bring a slider from its value to another one.
+void moveSlider(Hand &hand, QWidget &window, const QAbstractSlider &slider, int value) {
+    const int wanted = std::clamp(value, slider.minimum(), slider.maximum());
+    int distance = wanted - slider.value();
+    const bool mirrored = slider.invertedControls();
+    const auto steps = [&](int size, Qt::Key more, Qt::Key less) {
+        for (; size > 0 && std::abs(distance) >= size; distance -= distance > 0 ? size : -size) {
+            hand.press(window, (distance > 0) != mirrored ? more : less);
+        }
+    };
+    steps(slider.pageStep(), Qt::Key_PageUp, Qt::Key_PageDown);
+    steps(slider.singleStep(), Qt::Key_Up, Qt::Key_Down);
+}
+
+} // namespace
+
+Player::Performer Player::performerOf(const QString &verb) {
+    static const QHash<QString, Performer> performers = {
+        {"start", &Player::start}, {"click", &Player::click},   {"item", &Player::item},
+        {"type", &Player::type},   {"set", &Player::set},       {"press", &Player::press},
+        {"drag", &Player::drag},   {"key", &Player::key},       {"choose", &Player::choose},
+        {"wait", &Player::wait},   {"expect", &Player::expect}, {"expect-not", &Player::expectNot},
+        {"state", &Player::state}, {"hash", &Player::hash},     {"shot", &Player::shot},
+        {"quit", &Player::quit},
+    };
+    return performers.value(verb);
+}
+
+Outcome Player::start(const Step &step) {
+    if (m_phase > 0) {
+        return openWindows().isEmpty() ? Outcome::notYet("no window has opened") : Outcome::done();
+    }
+    const QString problem = m_program.start(step.words);
+    if (!problem.isEmpty()) {
+        finish(problem);
+    }
+    return Outcome::goes();
+}
+
+QString Player::reach(QWidget &widget) {
+    QString problem = obstacle(widget);
+    QPoint point;
+    if (problem.isEmpty() && findClickPoint(widget, point)) {
+        // Twice at the same place: panels slide in.
+        const QPoint place = widget.mapToGlobal(point);
+        if (m_lastWidget != &widget || m_lastPlace != place) {
+            problem = "it is still moving";
+        }
+        m_lastWidget = &widget;
+        m_lastPlace = place;
+    }
+    return problem;
+}
+
+Outcome Player::clickOn(QWidget &widget) {
+    const QString problem = reach(widget);
+    if (!problem.isEmpty()) {
+        return Outcome::notYet(problem);
+    }
+    QPoint point;
+    findClickPoint(widget, point);
+    activate(*widget.window());
+    m_hand.click(widget, point);
+    return Outcome::goes();
+}
+
+Outcome Player::click(const Step &step) {
+    if (m_phase > 0) {
+        return Outcome::done();
+    }
+    const FoundControl found = findControl(step.word(0));
+    return found.widget == nullptr ? Outcome::notYet(found.problem) : clickOn(*found.widget);
+}
+
+Outcome Player::item(const Step &step) {
+    if (m_phase > 0) {
+        return Outcome::done();
+    }
+    const FoundControl bar = findControl(step.word(0));
+    if (bar.widget == nullptr) {
+        return Outcome::notYet(bar.problem);
+    }
+    const FoundItem found = findItem(*bar.widget, step.word(1));
+    if (found.widget == nullptr) {
+        return Outcome::notYet(QString("%1 has no item %2").arg(step.word(0), step.word(1)));
+    }
+    if (found.area.isNull()) {
+        return clickOn(*found.widget);
+    }
+    const QString problem = found.enabled ? reach(*found.widget) : "it is disabled";
+    if (!problem.isEmpty()) {
+        return Outcome::notYet(problem);
+    }
+    activate(*found.widget->window());
+    m_hand.click(*found.widget, found.area.center());
+    return Outcome::goes();
+}
+
+Outcome Player::typeInto(QWidget &widget, const QString &text) {
+    switch (m_phase) {
+    case 0:
+        return clickOn(widget);
+    case 1:
+        m_hand.press(*widget.window(), selectAll);
+        m_hand.type(*widget.window(), text);
+        return Outcome::goes();
+    default:
+        return Outcome::done();
+    }
+}
+
+Outcome Player::type(const Step &step) {
+    const FoundControl found = findControl(step.word(0));
+    return found.widget == nullptr ? Outcome::notYet(found.problem) : typeInto(*found.widget, step.word(1));
+}
+
+Outcome Player::set(const Step &step) {
+    const FoundControl found = findControl(step.word(0));
+    if (found.widget == nullptr) {
+        return Outcome::notYet(found.problem);
+    }
+    const QString value = step.word(1);
+    if (auto *button = qobject_cast<QAbstractButton *>(found.widget); button != nullptr && button->isCheckable()) {
+        const bool on = value == "1" || value == "on" || value == "true";
+        if (button->isChecked() == on) {
+            return Outcome::done();
+        }
+        return m_phase == 0 ? clickOn(*button) : Outcome::notYet("it does not change");
+    }
+    if (auto *slider = qobject_cast<QAbstractSlider *>(found.widget)) {
+        const QString problem = m_phase == 0 ? reach(*slider) : QString();
+        if (!problem.isEmpty() || m_phase > 0) {
+            const bool stands = m_phase > 0 && slider->value() == value.toInt();
+            return stands ? Outcome::done() : Outcome::notYet(m_phase == 0 ? problem : "it does not take that value");
+        }
+        activate(*slider->window());
+        slider->setFocus(Qt::TabFocusReason);
+        moveSlider(m_hand, *slider->window(), *slider, value.toInt());
+        return Outcome::goes();
+    }
+    if (auto *combo = qobject_cast<QComboBox *>(found.widget); combo != nullptr && !combo->isEditable()) {
+        return setCombo(*combo, value);
+    }
+    if (qobject_cast<QAbstractSpinBox *>(found.widget) != nullptr && m_phase == 2) {
+        m_hand.press(*found.widget->window(), Qt::Key_Tab);
+        return Outcome::goes();
+    }
+    return typeInto(*found.widget, value);
+}
+
+Outcome Player::setCombo(QComboBox &combo, const QString &value) {
+    const int wanted = combo.findText(value);
+    if (wanted < 0) {
+        return Outcome::notYet(QString("it does not offer %1").arg(value));
+    }
+    if (m_phase == 0) {
+        return clickOn(combo);
+    }
+    QWidget *list = QApplication::activePopupWidget();
+    if (m_phase == 1 && list != nullptr) {
+        m_hand.press(*list, Qt::Key_Home);
+        for (int row = 0; row < wanted; ++row) {
+            m_hand.press(*list, Qt::Key_Down);
+        }
+        m_hand.press(*list, Qt::Key_Return);
+        return Outcome::goes();
+    }
+    return combo.currentIndex() == wanted ? Outcome::done() : Outcome::notYet("its list does not open");
+}
+
+Outcome Player::onPicture(const Step &step) {
+    if (m_phase > 0) {
+        return Outcome::done();
+    }
+    QWidget *canvas = m_program.canvas();
+    const QString problem = canvas == nullptr ? QString("there is no photo") : reach(*canvas);
+    if (!problem.isEmpty()) {
+        return Outcome::notYet(problem);
+    }
+    std::vector<QPoint> points;
+    const std::vector<int> numbers = coordinates(step.word(0));
+    for (std::size_t index = 0; index + 1 < numbers.size(); index += 2) {
+        const QPoint point = m_program.onCanvas({numbers[index], numbers[index + 1]});
+        if (!canvas->rect().contains(point)) {
+            return Outcome::notYet(QString("pixel %1, %2 is not in view").arg(numbers[index]).arg(numbers[index + 1]));
+        }
+        points.push_back(point);
+    }
+    activate(*canvas->window());
+    m_hand.drag(*canvas, points);
+    return Outcome::goes();
+}
+
+Outcome Player::press(const Step &step) {
+    return onPicture(step);
+}
+
+Outcome Player::drag(const Step &step) {
+    return onPicture(step);
+}
+
+Outcome Player::key(const Step &step) {
+    if (m_phase > 1) {
+        return Outcome::done();
+    }
+    const QKeySequence keys = QKeySequence::fromString(step.word(0));
+    if (keys.isEmpty() || keys[0].key() == Qt::Key_unknown) {
+        finish(QString("there is no key %1").arg(step.word(0)));
+        return Outcome::done();
+    }
+    QWidget *window = keyboardWindow();
+    if (window == nullptr || window->windowHandle() == nullptr) {
+        return Outcome::notYet("no window is open");
+    }
+    if (m_phase == 0) {
+        activate(*window);
+        return Outcome::goes();
+    }
+    for (int index = 0; index < keys.count(); ++index) {
+        m_hand.press(*window, keys[static_cast<uint>(index)]);
+    }
+    return Outcome::goes();
+}
+
+Outcome Player::choose(const Step &step) {
+    constexpr int clicked = 3; // the phase after the dialog's Open or Save was clicked
+    auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+    if (m_phase >= clicked && dialog != m_fileDialog) {
+        return Outcome::done(); // it has closed, or asks whether to replace the file
+    }
+    auto *name = dialog == nullptr ? nullptr : dialog->findChild<QLineEdit *>("fileNameEdit");
+    if (name == nullptr) {
+        return Outcome::notYet("no file dialog is open");
+    }
+    const QString path = QDir::current().absoluteFilePath(step.word(0));
+    QWidget *completions = QApplication::activePopupWidget();
+    if (m_phase >= 2 && completions != nullptr) {
+        m_hand.press(*completions, Qt::Key_Escape); // the list of names that go on like this one
+        m_phase = 1;
+        return Outcome::goes();
+    }
+    if (m_phase < 2) {
+        return typeInto(*name, path);
+    }
+    if (m_phase >= clicked) {
+        return Outcome::notYet("the dialog does not take this file");
+    }
+    if (name->text() != path) {
+        return Outcome::notYet(QString("its name field says %1").arg(name->text()));
+    }
+    m_fileDialog = dialog;
+    const bool saves = dialog->acceptMode() == QFileDialog::AcceptSave;
+    const auto *buttons = dialog->findChild<QDialogButtonBox *>();
+    return clickOn(*buttons->button(saves ? QDialogButtonBox::Save : QDialogButtonBox::Open));
+}
+
+Outcome Player::wait(const Step &step) {
+    if (m_stepClock.elapsed() >= step.word(0).toInt()) {
+        return Outcome::done();
+    }
+    return Outcome::goes();
+}
+
+QString Player::picturePrint() const {
+    const QImage picture = m_program.picture().convertToFormat(QImage::Format_RGBA8888);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (int y = 0; y < picture.height(); ++y) {
+        const auto *row = reinterpret_cast<const char *>(picture.constScanLine(y));
+        hash.addData(QByteArrayView(row, qsizetype(picture.width()) * 4));
+    }
+    return QString("%1x%2 %3").arg(picture.width()).arg(picture.height()).arg(QLatin1String(hash.result().toHex()));
+}
+
+bool Player::observed(const QString &what, QString &value, QString &problem) const {
+    if (what == "hash") {
+        value = picturePrint();
+        return true;
+    }
+    if (what == "state.windows") {
+        value = windowNames();
+        return true;
+    }
+    if (what.startsWith("state.")) {
+        for (const auto &[name, current] : m_program.state()) {
+            if (what.mid(6) == name) {
+                value = current;
+                return true;
+            }
+        }
+        problem = QString("state has no %1").arg(what.mid(6));
+        return false;
+    }
+    const FoundControl found = findControl(what.section('@', 0, 0));
+    problem = found.problem;
+    if (found.widget != nullptr) {
+        value = valueOf(*found.widget, what.section('@', 1));
+    }
+    return found.widget != nullptr;
+}
+
+Outcome Player::expect(const Step &step) {
+    QString value;
+    QString problem;
+    if (!observed(step.word(0), value, problem)) {
+        return Outcome::notYet(problem);
+    }
+    return agrees(value, step.word(1)) ? Outcome::done() : Outcome::notYet(QString("it is \"%1\"").arg(value));
+}
+
+Outcome Player::expectNot(const Step &step) {
+    QString value;
+    QString problem;
+    if (!observed(step.word(0), value, problem)) {
+        return Outcome::notYet(problem);
+    }
+    return agrees(value, step.word(1)) ? Outcome::notYet("it is just that") : Outcome::done();
+}
+
+QString Player::windowNames() {
+    QStringList names;
+    for (const QWidget *window : openWindows()) {
+        names << nameOf(*window);
+    }
+    return names.join(',');
+}
+
+Outcome Player::state(const Step &) {
+    QStringList words;
+    for (const auto &[name, value] : m_program.state()) {
+        words << name + '=' + quoted(value);
+    }
+    print((words << "windows=" + quoted(windowNames())).join(' '));
+    return Outcome::done();
+}
+
+Outcome Player::hash(const Step &step) {
+    const QString value = picturePrint();
+    print(value);
+    if (!step.words.isEmpty()) {
+        variables[step.word(0)] = value;
+    }
+    return Outcome::done();
+}
+
+Outcome Player::shot(const Step &step) {
+    const QString path = QDir::current().absoluteFilePath(step.word(0));
+    if (!takeShot().save(path)) {
+        finish(QString("%1 cannot be written").arg(path));
+        return Outcome::done();
+    }
+    print(path);
+    return Outcome::done();
+}
+
+Outcome Player::quit(const Step &) {
+    finish();
+    return Outcome::done();
+}
+
+} // namespace lumora::play

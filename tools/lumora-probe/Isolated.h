@@ -1,0 +1,16 @@
+// Running one piece of work in a child process, so that a crash, a hang or a memory bomb in it ends nothing else.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <functional>
+
+/// What became of the child: its answer, or why there is none.
+struct IsolatedAnswer {
+    QByteArray answer;
+    QString failure; ///< empty when the child gave its answer and ended well
+};
+
+/// Forks, lets the child call `work` and hands back what it returns. After `timeoutMs` milliseconds the child is
+/// killed. Call it only while the process has one thread.
+IsolatedAnswer runIsolated(const std::function<QByteArray()> &work, int timeoutMs);

@@ -1,0 +1,12 @@
+// Light along a ray through a scene: finds what the ray meets and how sun, sky and surroundings light it.
+#pragma once
+
+#include "Scene.h"
+#include "Shapes.h"
+
+namespace lumora::samples {
+
+/// Linear light that reaches `from` against the direction `d` (length 1). `bounces` counts mirrorings so far.
+Vec3 lightAlong(const Scene &scene, Vec3 from, Vec3 d, int bounces = 0);
+
+} // namespace lumora::samples

@@ -1,0 +1,14 @@
+// One function for each painted scene.
+#pragma once
+
+#include "Scene.h"
+
+#include <memory>
+
+namespace lumora::samples {
+
+std::unique_ptr<Scene> ladybird();
+std::unique_ptr<Scene> locomotive();
+std::unique_ptr<Scene> mountainLake();
+
+} // namespace lumora::samples
