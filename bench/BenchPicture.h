@@ -1,4 +1,4 @@
-// What every row of the benchmark shares: pictures of 1, 24 and 96 megapixels and the time of a plain copy of each.
+// What every row of the benchmark shares: pictures of 1, 24 and 96 megapixels, and rows with their counters.
 #pragma once
 
 #include <QImage>
@@ -10,12 +10,9 @@ namespace lumora {
 /// A picture with the look of a photo (gradients, edges, noise), made once for each size.
 const QImage &benchPicture(int megapixels);
 
-/// Seconds that one thread takes to copy a picture of that size between two warm buffers (memcpy): the best of ten new
-/// rounds and of all before.
-double copySeconds(int megapixels);
-
-/// Adds the rows name/1, name/24 and name/96. `work` gets the picture and does the operation once. Counters, all of
-/// the quickest round: x_copy, time as a multiple of the copy; ns_px, nanoseconds a source pixel; best_ms.
+/// Adds the rows name/1, name/24 and name/96. `work` gets the picture and does the operation once. Counters, from
+/// medians: x_copy, the time as a multiple of a plain copy of the picture (memcpy, one thread, between two warm
+/// buffers); ns_px, nanoseconds a source pixel; median_ms.
 void addRows(const char *name, std::function<void(const QImage &picture)> work);
 
 } // namespace lumora

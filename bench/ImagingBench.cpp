@@ -29,6 +29,11 @@ void addImagingRows() {
     addEffect("Greyscale", [](EffectEngine &engine) { return engine.greyscale(0, false); });
     addEffect("Sepia", [](EffectEngine &engine) { return engine.sepia(false); });
     addEffect("Invert", [](EffectEngine &engine) { return engine.invert(true, true, true, false); });
+    addEffect("Solarise", [](EffectEngine &engine) { return engine.solarise(180, 180, 180, true, false); });
+    addEffect("Colourise", [](EffectEngine &engine) { return engine.colourise(255, 0, 0, false); });
+    addEffect("Mosaic", [](EffectEngine &engine) { return engine.mosaic(10, 10, false); });
+    addEffect("BlurRadius3", [](EffectEngine &engine) { return engine.blur(3, false); });
+    addEffect("BlurRadius30", [](EffectEngine &engine) { return engine.blur(30, false); });
     addRows("ScaleTo480", [](const QImage &picture) {
         const QSize size = picture.size().scaled(480, 480, Qt::KeepAspectRatio);
         benchmark::DoNotOptimize(scaleByAveraging(picture, size.width(), size.height()).constBits());

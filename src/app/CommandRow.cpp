@@ -50,7 +50,7 @@ const ToolbarRow toolbarRows[] = {
 } // namespace
 
 CommandRow::CommandRow(QWidget *parent) : QWidget(parent), m_row(new QHBoxLayout(this)) {
-    m_row->setContentsMargins(10, 4, 10, 4);
+    m_row->setContentsMargins(10, 2, 10, 2);
     m_row->setSpacing(4);
     m_open = addButton("cmdOpen", "open");
     m_save = addButton("cmdSave", "save");
@@ -74,7 +74,8 @@ CommandRow::CommandRow(QWidget *parent) : QWidget(parent), m_row(new QHBoxLayout
             m_toolbar->addButton(number, row.key, row.icon)->setPictureSize(toolbarPicture);
         }
     }
-    m_row->addWidget(m_toolbar, 1);
+    m_row->addWidget(m_toolbar);
+    m_row->addStretch();
 }
 
 PictureButton *CommandRow::addButton(const char *name, const char *icon) {

@@ -9,9 +9,9 @@
 namespace lumora {
 
 namespace {
-constexpr int pictureSize = 22; // pixels
+constexpr int pictureSize = 24; // pixels
 constexpr int buttonWidth = 52;
-constexpr int barHeight = 36;
+constexpr int barHeight = 34;
 } // namespace
 
 MainBar::MainBar(QWidget *parent) : TitleStrip(parent) {

@@ -15,8 +15,8 @@ namespace lumora {
 
 namespace {
 // pixels
-constexpr int columnWidth = 204;
-constexpr int margin = 8;
+constexpr int columnWidth = 218;
+constexpr int margin = 6;
 constexpr int gap = 4;
 constexpr int buttonHeight = 50;
 constexpr int pictureSize = 38;

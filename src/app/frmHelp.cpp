@@ -44,6 +44,7 @@ frmHelp::frmHelp(AppContext &context, QWidget *owner)
     connect(cmdYes, &QAbstractButton::clicked, this, &frmHelp::accept);
     connect(cmdNo, &QAbstractButton::clicked, this, &QDialog::reject);
     connect(&tmrYes, &QTimer::timeout, this, &frmHelp::nextFrame);
+    tmrYes.setObjectName("tmrYes");
     tmrYes.start(AnimatedButton::interval);
     optUserGuide->setChecked(true);
     optUserGuide->setFocus();

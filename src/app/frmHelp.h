@@ -33,7 +33,7 @@ class frmHelp : public BorderlessDialog {
     QRadioButton *optUserGuide;
     AnimatedButton *cmdYes;
     AnimatedButton *cmdNo;
-    QTimer tmrYes;
+    QTimer tmrYes{this};
 };
 
 } // namespace lumora

@@ -36,7 +36,8 @@ namespace {
 constexpr int welcomeDelay = 700; // milliseconds until the bubble: long enough to see the window first
 constexpr int zoomSteps[] = {25, 50, 75, 100, 150, 200, 300, 400}; // percent
 constexpr int previewSize = 120;                                   // pixels
-const QSize wholeScreenFrom(1024, 700);
+constexpr int tableMargin = 24;                                    // pixels of table left round a fitted photo
+constexpr int statusHeight = 28;
 
 /// The first picture file among what is dragged over the window.
 QString droppedFile(const QMimeData &data) {
@@ -91,6 +92,7 @@ void frmMain::build() {
     rows->addWidget(m_commands);
     rows->addLayout(middle, 1);
     rows->addWidget(m_status);
+    m_status->setFixedHeight(statusHeight);
     m_tools->hide();
     m_view->hide();
 }
@@ -100,6 +102,7 @@ void frmMain::connectCommands() {
     connect(m_bar, &MainBar::exitWanted, this, &frmMain::ExitApp);
 
     const auto open = [this] {
+        delete m_welcome; // it has said what it had to say
         HideBoxes();
         m_photo->open();
     };

@@ -6,6 +6,7 @@
 #include "effects/BasicEffects.h"
 #include "imaging/PictureFile.h"
 
+#include <QPointer>
 #include <QWidget>
 #include <future>
 #include <memory>
@@ -24,6 +25,7 @@ class PhotoCommands;
 class PhotoView;
 class StatusLine;
 class ToolColumn;
+class frmWelcome;
 
 /// From where Simple mode was started; the two differ in a few buttons.
 enum class SimpleStart { CommandLine, Launcher };
@@ -103,6 +105,7 @@ class frmMain : public QWidget {
     PhotoCommands *m_photo = nullptr;
     DeviceLists *m_devices = nullptr;
     QTimer *tmrWelcome = nullptr;
+    QPointer<frmWelcome> m_welcome;
 };
 
 } // namespace lumora

@@ -45,6 +45,7 @@ frmMessage::frmMessage(AppContext &context, QWidget *owner)
     connect(chkDontShow, &QCheckBox::toggled, this, [this](bool ticked) { txtDontShow = ticked ? "0" : "1"; });
     connect(cmdYes, &QAbstractButton::clicked, this, &frmMessage::accept);
     connect(&tmrYes, &QTimer::timeout, this, [this] { cmdYes->setFrame(AnimatedButton::nextFrame(cmdYes->frame())); });
+    tmrYes.setObjectName("tmrYes");
     tmrYes.start(AnimatedButton::interval);
     cmdYes->setFocus();
 }

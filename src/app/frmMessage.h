@@ -27,7 +27,7 @@ class frmMessage : public BorderlessDialog {
     QLabel *lblMessage;
     QCheckBox *chkDontShow;
     AnimatedButton *cmdYes;
-    QTimer tmrYes;
+    QTimer tmrYes{this};
 };
 
 } // namespace lumora

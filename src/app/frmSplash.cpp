@@ -106,6 +106,9 @@ frmSplash::frmSplash(AppContext &context) : BorderlessDialog("frmSplash", nullpt
     recordInstallation();
     txtDisplayMessage = context.setting("Display Message", "Value", "1");
 
+    tmrThrobber.setObjectName("tmrThrobber");
+    tmrLoader.setObjectName("tmrLoader");
+    tmr2ndUnloader.setObjectName("tmr2ndUnloader");
     // Where things shall not move there is less to look at, so the wait is shorter.
     const int pause = motionWanted() ? 1500 : 700; // milliseconds
     for (QTimer *timer : {&tmrLoader, &tmr2ndUnloader}) {

@@ -55,9 +55,9 @@ class frmSplash : public BorderlessDialog {
     std::array<QLabel *, 12> m_pictures{}; ///< Pic1 to Pic12; the throbber uses the first eight
     int m_throbber = 1;
     bool m_wentOn = false;
-    QTimer tmrThrobber;
-    QTimer tmrLoader;
-    QTimer tmr2ndUnloader;
+    QTimer tmrThrobber{this};
+    QTimer tmrLoader{this};
+    QTimer tmr2ndUnloader{this};
 };
 
 } // namespace lumora

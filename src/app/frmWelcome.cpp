@@ -75,6 +75,8 @@ frmWelcome::frmWelcome(AppContext &context, QWidget *window)
     connect(cmdCancel, &QAbstractButton::clicked, this, &QWidget::close);
     connect(&tmrYes, &QTimer::timeout, this, &frmWelcome::nextFrame);
     connect(&tmrBlinker, &QTimer::timeout, this, [this] { picRing->setVisible(!picRing->isVisible()); });
+    tmrYes.setObjectName("tmrYes");
+    tmrBlinker.setObjectName("tmrBlinker");
     tmrYes.start(AnimatedButton::interval);
 }
 

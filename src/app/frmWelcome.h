@@ -39,8 +39,8 @@ class frmWelcome : public Bubble {
     AnimatedButton *cmdOK;
     AnimatedButton *cmdCancel;
     QPointer<QWidget> picRing;
-    QTimer tmrYes;
-    QTimer tmrBlinker;
+    QTimer tmrYes{this};
+    QTimer tmrBlinker{this};
 };
 
 } // namespace lumora

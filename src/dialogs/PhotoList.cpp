@@ -12,7 +12,7 @@ namespace lumora {
 
 namespace {
 
-constexpr QSize tileSize(156, 164);    // pixels
+constexpr QSize tileSize(160, 164);    // pixels
 constexpr QSize pictureRoom(132, 112); // pixels
 constexpr int tileGap = 5;             // pixels around each tile
 constexpr int keptThumbnails = 300;
@@ -73,7 +73,9 @@ class CardDelegate : public QStyledItemDelegate {
 
 QStringList sortedNames(const QString &folder, const QStringList &patterns) {
     QStringList names = QDir(folder).entryList(patterns, QDir::Files, QDir::Unsorted);
-    QCollator collator;
+    // The C locale knows no order of names but that of their bytes: photo10 would stand before photo2.
+    const QLocale locale;
+    QCollator collator(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
     collator.setNumericMode(true);
     std::sort(names.begin(), names.end(), collator);

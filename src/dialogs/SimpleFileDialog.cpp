@@ -13,11 +13,12 @@ namespace lumora {
 SimpleFileDialog::SimpleFileDialog(AppContext &ctx, const QString &name, QWidget *owner, const QString &okLoop)
     : BorderlessDialog(name, owner), m_ctx(ctx), txtPath(new QLineEdit(this)), txtFile(new QLineEdit(this)),
       cmdOK(bigButton("cmdOK", okLoop)), cmdCancel(bigButton("cmdCancel", "cancel")),
-      cmdAdvCMDLG(new PictureButton("more", PictureButton::CaptionPlace::Beside, this)) {
+      cmdAdvCMDLG(new PictureButton("more", PictureButton::CaptionPlace::Beside, this)), tmrYes(this) {
     txtPath->setObjectName("txtPath");
     txtPath->hide();
     txtFile->setObjectName("txtFile");
     cmdAdvCMDLG->setObjectName("cmdAdvCMDLG");
+    cmdAdvCMDLG->setLook(PictureButton::Look::Raised);
     cmdOK->setEnabled(false);
     setDefaultButton(cmdOK);
     connect(txtFile, &QLineEdit::textChanged, this,

@@ -40,7 +40,8 @@ constexpr int photoSize = 200;  // pixels, of the photo that would be replaced
 } // namespace
 
 frmPrompt::frmPrompt(AppContext &ctx, PromptKind kind, QWidget *owner)
-    : BorderlessDialog(rowOf(kind).window, owner), m_picture(new QLabel(this)), lblPrompt(new QLabel(this)) {
+    : BorderlessDialog(rowOf(kind).window, owner), m_picture(new QLabel(this)), lblPrompt(new QLabel(this)),
+      tmrYes(this) {
     const PromptRow &row = rowOf(kind);
     lblPrompt->setObjectName("lblPrompt");
     QFont large = lblPrompt->font();

@@ -45,6 +45,7 @@ frmSimpleOpen::frmSimpleOpen(AppContext &ctx, const QString &name, QWidget *owne
     lblSelectedFile->setBuddy(txtFile);
     File1->setObjectName("File1");
     layOut();
+    m_ctx.texts.LoadLanguage(*this);
     const auto takeName = [this] {
         if (const QString chosen = File1->chosenName(); !chosen.isEmpty()) {
             txtFile->setText(chosen);
@@ -64,8 +65,12 @@ QBoxLayout *frmSimpleOpen::groupColumn() {
         button->setObjectName(group.button);
         button->setLook(PictureButton::Look::Raised);
         button->setPictureSize(48);
-        connect(button, &QAbstractButton::clicked, this, [this, folder = group.folder] { showGroup(folder); });
+        button->setCheckable(true);
+        button->setProperty("folder", m_ctx.installation.samplesFolder() + '/' + group.folder);
+        connect(button, &QAbstractButton::clicked, this,
+                [this, button] { showGroup(button->property("folder").toString()); });
         column->addWidget(button);
+        m_groups += button;
     }
     column->addStretch(1);
     return column;
@@ -93,28 +98,40 @@ void frmSimpleOpen::layOut() {
     lower->addWidget(cmdCancel, 0, Qt::AlignBottom);
     body()->addLayout(upper, 1);
     body()->addLayout(lower);
-}
-
-void frmSimpleOpen::LoadLanguage() {
-    m_ctx.texts.LoadLanguage(*this);
+    QWidget *before = m_groups.last();
+    for (QWidget *next : std::initializer_list<QWidget *>{File1, cmdAdvCMDLG, txtFile, cmdOK, cmdCancel}) {
+        setTabOrder(before, next);
+        before = next;
+    }
+    File1->setFocus();
 }
 
 void frmSimpleOpen::LoadMySettings() {
     const QString start = photoFolder(m_ctx);
     setFolder(start);
+    markGroup();
     if (const QString problem = File1->showFolder(start, photoPatterns()); !problem.isEmpty()) {
         showError(problem);
     }
 }
 
-void frmSimpleOpen::showGroup(const QString &folderName) {
-    const QString folder = m_ctx.installation.samplesFolder() + '/' + folderName;
-    if (const QString problem = File1->showFolder(folder, photoPatterns()); !problem.isEmpty()) {
+void frmSimpleOpen::showGroup(const QString &folder) {
+    const QString problem = File1->showFolder(folder, photoPatterns());
+    if (problem.isEmpty()) {
+        setFolder(folder);
+        txtFile->clear();
+    }
+    markGroup();
+    if (!problem.isEmpty()) {
         showError(problem);
         showError("Please reinstall this software.");
-        return;
     }
-    setFolder(folder);
+}
+
+void frmSimpleOpen::markGroup() {
+    for (PictureButton *button : std::as_const(m_groups)) {
+        button->setChecked(button->property("folder") == folder());
+    }
 }
 
 bool frmSimpleOpen::takeChoice() {
@@ -123,7 +140,6 @@ bool frmSimpleOpen::takeChoice() {
 }
 
 frmSimpleOpen::Result frmSimpleOpen::ask() {
-    LoadLanguage();
     LoadMySettings();
     switch (run()) {
     case Ending::OK:

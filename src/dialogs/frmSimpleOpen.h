@@ -30,13 +30,14 @@ class frmSimpleOpen : public SimpleFileDialog {
   private:
     void layOut();
     QBoxLayout *groupColumn();
-    void LoadLanguage();
     void LoadMySettings();
-    void showGroup(const QString &folderName);
+    void showGroup(const QString &folder);
+    void markGroup();
 
     QLabel *lblFiles;
     QLabel *lblSelectedFile;
     PhotoList *File1;
+    QList<PictureButton *> m_groups;
 };
 
 } // namespace lumora

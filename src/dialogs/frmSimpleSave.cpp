@@ -93,6 +93,7 @@ frmSimpleSave::frmSimpleSave(AppContext &ctx, const QString &name, QWidget *owne
     txtFile->setValidator(new NameValidator(txtFile));
     fillTypes();
     layOut();
+    m_ctx.texts.LoadLanguage(*this);
     connect(txtFile, &QLineEdit::textChanged, this, &frmSimpleSave::showName);
     connect(cboFilter, &QComboBox::currentIndexChanged, this, &frmSimpleSave::showName);
     showName();
@@ -138,6 +139,10 @@ void frmSimpleSave::layOut() {
     body()->addLayout(fields);
     body()->addLayout(result);
     body()->addLayout(buttons);
+    setTabOrder(txtFile, cboFilter);
+    setTabOrder(cboFilter, cmdAdvCMDLG);
+    setTabOrder(cmdAdvCMDLG, cmdOK);
+    setTabOrder(cmdOK, cmdCancel);
 }
 
 void frmSimpleSave::showName() {
@@ -164,7 +169,6 @@ bool frmSimpleSave::takeChoice() {
 }
 
 frmSimpleSave::Result frmSimpleSave::ask() {
-    m_ctx.texts.LoadLanguage(*this);
     setFolder(photoFolder(m_ctx));
     switch (run()) {
     case Ending::OK:

@@ -1,7 +1,5 @@
 #include "document/PackedPicture.h"
 
-#include "imaging/Picture.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -17,9 +15,13 @@ namespace {
 // Rows are written in strips of about this many bytes: small enough for the processor's cache, large enough for zstd.
 constexpr qint64 stripBytes = 1 << 20;
 
-int rowsPerStrip(int width) { return static_cast<int>(std::clamp<qint64>(stripBytes / (qint64{4} * width), 1, 4096)); }
+int rowsPerStrip(int width) {
+    return static_cast<int>(std::clamp<qint64>(stripBytes / (qint64{4} * width), 1, 4096));
+}
 
-int planesOf(const QImage &picture) { return picture.format() == QImage::Format_RGB32 ? 3 : 4; }
+int planesOf(const QImage &picture) {
+    return picture.format() == QImage::Format_RGB32 ? 3 : 4;
+}
 
 struct StripHeader {
     quint32 bytes = 0;  ///< of the strip in the file
@@ -58,59 +60,70 @@ bool readAll(int file, void *data, size_t size) {
     return true;
 }
 
-/// The strip's planes; the row above its first one counts as zero, so that strips stand alone.
-void splitStrip(const ConstPixelView &pixels, int top, int rows, int planes, quint8 *out) {
-    const std::vector<quint8> zeros(static_cast<size_t>(pixels.width) * 4);
-    for (int plane = 0; plane < planes; ++plane) {
-        const quint8 *above = zeros.data() + plane;
-        for (int y = top; y < top + rows; ++y) {
-            const quint8 *const row = pixels.row(y) + plane;
-            for (int x = 0; x < pixels.width; ++x) {
-                out[x] = static_cast<quint8>(row[4 * x] - above[4 * x]);
+// Four bytes side by side, each modulo 256.
+quint32 subtractBytes(quint32 a, quint32 b) {
+    constexpr quint32 top = 0x80808080;
+    return ((a | top) - (b & ~top)) ^ ((a ^ ~b) & top);
+}
+
+quint32 addBytes(quint32 a, quint32 b) {
+    constexpr quint32 top = 0x80808080;
+    return ((a & ~top) + (b & ~top)) ^ ((a ^ b) & top);
+}
+
+/// The strip's planes, one behind the other. The row above its first one counts as zero, so that strips stand alone.
+void splitStrip(const QImage &picture, int top, int rows, int planes, quint8 *out) {
+    const auto width = static_cast<size_t>(picture.width());
+    const size_t plane = width * static_cast<size_t>(rows);
+    const std::vector<QRgb> zeros(width);
+    const QRgb *above = zeros.data();
+    for (int y = top; y < top + rows; ++y, out += width) {
+        const auto *const row = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+        for (size_t x = 0; x < width; ++x) {
+            const quint32 difference = subtractBytes(row[x], above[x]);
+            out[x] = static_cast<quint8>(difference);
+            out[x + plane] = static_cast<quint8>(difference >> 8);
+            out[x + 2 * plane] = static_cast<quint8>(difference >> 16);
+            if (planes == 4) {
+                out[x + 3 * plane] = static_cast<quint8>(difference >> 24);
             }
-            above = row;
-            out += pixels.width;
         }
+        above = row;
     }
 }
 
-void joinStrip(const PixelView &pixels, int top, int rows, int planes, const quint8 *in) {
-    const std::vector<quint8> zeros(static_cast<size_t>(pixels.width) * 4);
-    for (int plane = 0; plane < planes; ++plane) {
-        const quint8 *above = zeros.data() + plane;
-        for (int y = top; y < top + rows; ++y) {
-            quint8 *const row = pixels.row(y) + plane;
-            for (int x = 0; x < pixels.width; ++x) {
-                row[4 * x] = static_cast<quint8>(in[x] + above[4 * x]);
+void joinStrip(QImage &picture, int top, int rows, int planes, const quint8 *in) {
+    const auto width = static_cast<size_t>(picture.width());
+    const size_t plane = width * static_cast<size_t>(rows);
+    const std::vector<QRgb> zeros(width);
+    const QRgb *above = zeros.data();
+    const QRgb opaque = planes == 3 ? 0xff000000 : 0;
+    for (int y = top; y < top + rows; ++y, in += width) {
+        auto *const row = reinterpret_cast<QRgb *>(picture.scanLine(y));
+        for (size_t x = 0; x < width; ++x) {
+            quint32 difference = in[x] | quint32{in[x + plane]} << 8 | quint32{in[x + 2 * plane]} << 16;
+            if (planes == 4) {
+                difference |= quint32{in[x + 3 * plane]} << 24;
             }
-            above = row;
-            in += pixels.width;
+            row[x] = addBytes(difference, above[x]) | opaque;
         }
-    }
-    if (planes == 3) {
-        for (int y = top; y < top + rows; ++y) {
-            quint8 *const alpha = pixels.row(y) + 3;
-            for (int x = 0; x < pixels.width; ++x) {
-                alpha[4 * x] = 255;
-            }
-        }
+        above = row;
     }
 }
 
 } // namespace
 
 qint64 writePacked(int file, const QImage &picture, bool pack, qint64 limit, const std::stop_token &stop) {
-    const ConstPixelView pixels = readView(picture);
     const int planes = planesOf(picture);
-    const int stripRows = rowsPerStrip(pixels.width);
-    std::vector<quint8> strip(static_cast<size_t>(planes) * pixels.width * stripRows);
+    const int stripRows = rowsPerStrip(picture.width());
+    std::vector<quint8> strip(static_cast<size_t>(planes) * picture.width() * stripRows);
     std::vector<quint8> packed(pack ? ZSTD_compressBound(strip.size()) : 0);
     const std::unique_ptr<ZSTD_CCtx, size_t (*)(ZSTD_CCtx *)> context(ZSTD_createCCtx(), ZSTD_freeCCtx);
     qint64 total = 0;
-    for (int top = 0; top < pixels.height; top += stripRows) {
-        const int rows = std::min(stripRows, pixels.height - top);
-        const size_t size = static_cast<size_t>(planes) * pixels.width * rows;
-        splitStrip(pixels, top, rows, planes, strip.data());
+    for (int top = 0; top < picture.height(); top += stripRows) {
+        const int rows = std::min(stripRows, picture.height() - top);
+        const size_t size = static_cast<size_t>(planes) * picture.width() * rows;
+        splitStrip(picture, top, rows, planes, strip.data());
         StripHeader header{static_cast<quint32>(size), 0};
         if (pack && context != nullptr) {
             const size_t squeezed =
@@ -130,14 +143,13 @@ qint64 writePacked(int file, const QImage &picture, bool pack, qint64 limit, con
 }
 
 bool readPacked(int file, QImage &picture) {
-    const PixelView pixels = writeView(picture);
     const int planes = planesOf(picture);
-    const int stripRows = rowsPerStrip(pixels.width);
-    std::vector<quint8> strip(static_cast<size_t>(planes) * pixels.width * stripRows);
+    const int stripRows = rowsPerStrip(picture.width());
+    std::vector<quint8> strip(static_cast<size_t>(planes) * picture.width() * stripRows);
     std::vector<quint8> packed(ZSTD_compressBound(strip.size()));
-    for (int top = 0; top < pixels.height; top += stripRows) {
-        const int rows = std::min(stripRows, pixels.height - top);
-        const size_t size = static_cast<size_t>(planes) * pixels.width * rows;
+    for (int top = 0; top < picture.height(); top += stripRows) {
+        const int rows = std::min(stripRows, picture.height() - top);
+        const size_t size = static_cast<size_t>(planes) * picture.width() * rows;
         StripHeader header;
         if (!readAll(file, &header, sizeof header) || header.bytes > packed.size()) {
             return false;
@@ -146,11 +158,10 @@ bool readPacked(int file, QImage &picture) {
         if ((header.packed == 0 && header.bytes != size) || !readAll(file, target.data(), header.bytes)) {
             return false;
         }
-        if (header.packed == 1 &&
-            ZSTD_decompress(strip.data(), strip.size(), packed.data(), header.bytes) != size) {
+        if (header.packed == 1 && ZSTD_decompress(strip.data(), strip.size(), packed.data(), header.bytes) != size) {
             return false;
         }
-        joinStrip(pixels, top, rows, planes, strip.data());
+        joinStrip(picture, top, rows, planes, strip.data());
     }
     return true;
 }

@@ -17,7 +17,9 @@ constexpr int dummyLongerSide = 480;
 constexpr int memoryPhotoWidth = 120;
 
 /// Halves to even: the processor's rounding, which nothing here changes.
-int rounded(double value) { return static_cast<int>(std::nearbyint(value)); }
+int rounded(double value) {
+    return static_cast<int>(std::nearbyint(value));
+}
 
 /// The picture at that size: averaged where it becomes smaller, smooth where it becomes larger.
 QImage scaled(const QImage &picture, QSize size) {
@@ -57,7 +59,9 @@ const QImage &PhotoDocument::pic2nd() const {
     return m_2nd;
 }
 
-QImage &PhotoDocument::picCM(int n) { return m_cm[static_cast<size_t>(std::clamp(n, 1, 4) - 1)]; }
+QImage &PhotoDocument::picCM(int n) {
+    return m_cm[static_cast<size_t>(std::clamp(n, 1, 4) - 1)];
+}
 
 void PhotoDocument::setPhotoModified(bool modified) {
     if (m_modified != modified) {
@@ -88,7 +92,9 @@ void PhotoDocument::fitPhoto(QSize canvas) {
     Q_EMIT changed(what);
 }
 
-void PhotoDocument::PerformZoomIn() { setZoom(m_zoom + zoomStep); }
+void PhotoDocument::PerformZoomIn() {
+    setZoom(m_zoom + zoomStep);
+}
 
 void PhotoDocument::PerformZoomOut() {
     m_zoom = std::max(m_zoom - zoomStep, smallestStepZoom);
@@ -136,7 +142,9 @@ bool PhotoDocument::replaceCanvas(const QImage &next) {
     return true;
 }
 
-bool PhotoDocument::changePhoto(const QImage &next) { return changePhoto(next, ChangeSteps()); }
+bool PhotoDocument::changePhoto(const QImage &next) {
+    return changePhoto(next, ChangeSteps());
+}
 
 bool PhotoDocument::changePhoto(const QImage &next, ChangeSteps steps) {
     const QImage picture = houseFormat(next);
@@ -167,9 +175,13 @@ bool PhotoDocument::changePhoto(const QImage &next, ChangeSteps steps) {
     return true;
 }
 
-void PhotoDocument::PerformUndo() { stepThroughHistory(true); }
+void PhotoDocument::PerformUndo() {
+    stepThroughHistory(true);
+}
 
-void PhotoDocument::PerformRedo() { stepThroughHistory(false); }
+void PhotoDocument::PerformRedo() {
+    stepThroughHistory(false);
+}
 
 void PhotoDocument::stepThroughHistory(bool back) {
     if (!m_loaded) {

@@ -99,8 +99,9 @@ void PhotoView::layOut(const Anchor &anchor) {
     const qreal devicePixels = devicePixelRatioF();
     const QSize picture = m_document.picCanvas().size();
     m_scale = m_document.zoom() / 100.0 * devicePixels;
-    m_size = picture.isEmpty() ? QSize() : QSize(std::max(1, toInt(std::round(picture.width() * m_scale))),
-                                                 std::max(1, toInt(std::round(picture.height() * m_scale))));
+    m_size = picture.isEmpty() ? QSize()
+                               : QSize(std::max(1, toInt(std::round(picture.width() * m_scale))),
+                                       std::max(1, toInt(std::round(picture.height() * m_scale))));
     const QSize content = (QSizeF(m_size) / devicePixels).toSize();
     setRange(*horizontalScrollBar(), content.width(), viewport()->width());
     setRange(*verticalScrollBar(), content.height(), viewport()->height());
@@ -181,8 +182,8 @@ void PhotoView::paintPhoto(QPainter &painter, const QRect &exposed) {
     pixels.setDevicePixelRatio(devicePixels);
     const QPointF at = QPointF(m_origin + part.topLeft()) / devicePixels;
     if (pixels.hasAlphaChannel()) {
-        m_table.paintChecks(painter, QRectF(at, QSizeF(part.size()) / devicePixels),
-                            QPointF(m_origin) / devicePixels, devicePixels);
+        m_table.paintChecks(painter, QRectF(at, QSizeF(part.size()) / devicePixels), QPointF(m_origin) / devicePixels,
+                            devicePixels);
     }
     painter.drawImage(at, pixels);
 }
@@ -250,8 +251,7 @@ void PhotoView::tellPointer(PointerEvent::Kind kind, const QMouseEvent &event) {
 }
 
 bool PhotoView::startPanning(const QMouseEvent &event) {
-    const bool pans =
-        event.button() == Qt::MiddleButton || (event.button() == Qt::LeftButton && m_spaceDown);
+    const bool pans = event.button() == Qt::MiddleButton || (event.button() == Qt::LeftButton && m_spaceDown);
     if (pans && !m_panFrom) {
         m_panFrom = event.position().toPoint();
         m_panButton = event.button();
@@ -321,7 +321,8 @@ void PhotoView::focusOutEvent(QFocusEvent *event) {
     QAbstractScrollArea::focusOutEvent(event);
 }
 
-/// A closed hand while the photo is dragged, an open one while it could be; else the cursor that a tool set on the view.
+/// A closed hand while the photo is dragged, an open one while it could be; else the cursor that a tool set on the
+/// view.
 void PhotoView::showHand() {
     if (m_panFrom) {
         viewport()->setCursor(Qt::ClosedHandCursor);

@@ -92,9 +92,9 @@ class PhotoView : public QAbstractScrollArea {
     PhotoTable m_table;
 
     // How the photo lies now, in device pixels.
-    double m_scale = 1.0;  ///< device pixels to a picture pixel
-    QPoint m_origin;       ///< of the photo's top left corner
-    QSize m_size;          ///< of the photo at this zoom
+    double m_scale = 1.0; ///< device pixels to a picture pixel
+    QPoint m_origin;      ///< of the photo's top left corner
+    QSize m_size;         ///< of the photo at this zoom
 
     std::optional<Anchor> m_anchor; ///< for the zoom that is being set
     double m_gestureZoom = 100.0;   ///< percent, unrounded while two fingers move

@@ -8,7 +8,9 @@ namespace lumora {
 
 namespace {
 
-const QRgb *row(const QImage &picture, int y) { return reinterpret_cast<const QRgb *>(picture.constScanLine(y)); }
+const QRgb *row(const QImage &picture, int y) {
+    return reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+}
 
 bool sameRow(const QImage &a, const QImage &b, int y) {
     return std::memcmp(row(a, y), row(b, y), sizeof(QRgb) * static_cast<size_t>(a.width())) == 0;

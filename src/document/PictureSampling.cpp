@@ -32,7 +32,9 @@ std::vector<Tap> tapsAlong(int from, int count, int length, double scale, Sampli
     return taps;
 }
 
-const QRgb *row(const QImage &picture, int y) { return reinterpret_cast<const QRgb *>(picture.constScanLine(y)); }
+const QRgb *row(const QImage &picture, int y) {
+    return reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+}
 
 /// Two bytes of every pixel at a time; the blend of equal pixels is that pixel.
 QRgb blend(QRgb a, QRgb b, quint32 weight) {

@@ -56,7 +56,9 @@ pid_t ownerOf(const std::string &name) {
     return *end == '-' && pid > 0 ? static_cast<pid_t>(pid) : 0;
 }
 
-bool isAlive(pid_t pid) { return ::kill(pid, 0) == 0 || errno != ESRCH; }
+bool isAlive(pid_t pid) {
+    return ::kill(pid, 0) == 0 || errno != ESRCH;
+}
 
 } // namespace
 

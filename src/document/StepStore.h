@@ -32,8 +32,8 @@ struct StoredPixels {
   private:
     friend class StepStore;
     // Guarded by the store's mutex.
-    QImage m_picture;      ///< null when only the file has the pixels
-    std::string m_file;    ///< empty while there is none
+    QImage m_picture;   ///< null when only the file has the pixels
+    std::string m_file; ///< empty while there is none
     qint64 m_fileBytes = 0;
 };
 

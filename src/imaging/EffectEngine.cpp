@@ -2,12 +2,18 @@
 
 #include "imaging/Picture.h"
 #include "imaging/effects/BlackAndWhite.h"
+#include "imaging/effects/Blur.h"
+#include "imaging/effects/Colourise.h"
 #include "imaging/effects/Greyscale.h"
 #include "imaging/effects/Invert.h"
+#include "imaging/effects/Mosaic.h"
 #include "imaging/effects/RowBands.h"
 #include "imaging/effects/Sepia.h"
+#include "imaging/effects/Solarise.h"
 
 #include <cstring>
+#include <new>
+#include <type_traits>
 
 namespace lumora {
 
@@ -16,6 +22,21 @@ namespace {
 void copyPixels(ConstPixelView source, PixelView target, int y, int begin, int end) {
     if (begin < end) {
         std::memcpy(target.row(y) + begin * 4, source.row(y) + begin * 4, std::size_t(end - begin) * 4);
+    }
+}
+
+/// Whether an operation got through; those without an answer always do unless memory is refused.
+template <typename Operation>
+bool done(const Operation &operation, ConstPixelView source, PixelView target, PixelRect area) {
+    try {
+        if constexpr (std::is_same_v<decltype(operation(source, target, area)), bool>) {
+            return operation(source, target, area);
+        } else {
+            operation(source, target, area);
+            return true;
+        }
+    } catch (const std::bad_alloc &) {
+        return false;
     }
 }
 
@@ -59,19 +80,19 @@ template <typename Operation> bool EffectEngine::run(const Operation &operation,
     if (source.isEmpty()) {
         return false;
     }
-    QImage result = newPicture(source.width, source.height, m_picture.format() == QImage::Format_RGB32);
+    QImage result = newPicture(source.width, source.height, isOpaque());
     const PixelView target = writeView(result);
     if (target.isEmpty()) {
         return false;
     }
     if (limitToRegion && m_shape != Shape::None) {
         const Region region = currentRegion();
-        if (!region.isEmpty()) {
-            operation(source, target, region.bounds());
+        if (!region.isEmpty() && !done(operation, source, target, region.bounds())) {
+            return false;
         }
         copyOutside(source, target, region);
-    } else {
-        operation(source, target, wholeOf(source));
+    } else if (!done(operation, source, target, wholeOf(source))) {
+        return false;
     }
     m_picture = result;
     return true;
@@ -91,6 +112,22 @@ bool EffectEngine::sepia(bool limitToRegion) {
 
 bool EffectEngine::invert(bool red, bool green, bool blue, bool limitToRegion) {
     return run([&](auto... pixels) { applyInvert({red, green, blue}, pixels...); }, limitToRegion);
+}
+
+bool EffectEngine::solarise(int red, int green, int blue, bool above, bool limitToRegion) {
+    return run([&](auto... pixels) { applySolarise({red, green, blue, above}, pixels...); }, limitToRegion);
+}
+
+bool EffectEngine::colourise(int red, int green, int blue, bool limitToRegion) {
+    return run([&](auto... pixels) { applyColourise({red, green, blue}, pixels...); }, limitToRegion);
+}
+
+bool EffectEngine::mosaic(int tileWidth, int tileHeight, bool limitToRegion) {
+    return run([&](auto... pixels) { applyMosaic({tileWidth, tileHeight}, pixels..., isOpaque()); }, limitToRegion);
+}
+
+bool EffectEngine::blur(int amount, bool limitToRegion) {
+    return run([&](auto... pixels) { return applyBlur({amount}, pixels..., isOpaque()); }, limitToRegion);
 }
 
 } // namespace lumora

@@ -30,10 +30,19 @@ class EffectEngine {
     bool sepia(bool limitToRegion);
     /// Inverts the channels named, 255 - value; alpha stays.
     bool invert(bool red, bool green, bool blue, bool limitToRegion);
+    /// Inverts each channel that lies above its threshold (0 to 255, clamped); with `above` false, at or below it.
+    bool solarise(int red, int green, int blue, bool above, bool limitToRegion);
+    /// Shades of one colour, from black through the colour to white. Channels 0 to 255, clamped.
+    bool colourise(int red, int green, int blue, bool limitToRegion);
+    /// Tiles of one colour each, laid from the upper left corner. Sides in pixels, clamped to 1 and to the picture.
+    bool mosaic(int tileWidth, int tileHeight, bool limitToRegion);
+    /// Gaussian look, the amount is the radius in pixels, 0 to 100, clamped.
+    bool blur(int amount, bool limitToRegion);
 
   private:
     enum class Shape { None, Rectangle, Ellipse };
 
+    bool isOpaque() const { return m_picture.format() == QImage::Format_RGB32; }
     Region currentRegion() const;
     template <typename Operation> bool run(const Operation &operation, bool limitToRegion);
 

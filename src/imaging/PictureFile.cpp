@@ -10,6 +10,7 @@
 #include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
+#include <new>
 
 namespace lumora {
 
@@ -102,13 +103,24 @@ PictureRead finished(Decoded &&decoded, int orientation) {
                                  : read;
 }
 
-PictureRead readFrom(QIODevice &device) {
-    Source source(device);
-    const Found found = find(source);
-    if (found.header.error != PictureError::None) {
-        return refusedRead(found.header.error, found.header.reason);
+// Runs a step that may find no memory. Formats take buffers of their own besides the picture's.
+template <typename Step> PictureRead withinMemory(Step step) {
+    try {
+        return step();
+    } catch (const std::bad_alloc &) {
+        return refusedRead(PictureError::NoMemory, QStringLiteral("no memory to decode it"));
     }
-    return finished(found.format->decode(source, found.header), found.header.orientation);
+}
+
+PictureRead readFrom(QIODevice &device) {
+    return withinMemory([&device] {
+        Source source(device);
+        const Found found = find(source);
+        if (found.header.error != PictureError::None) {
+            return refusedRead(found.header.error, found.header.reason);
+        }
+        return finished(found.format->decode(source, found.header), found.header.orientation);
+    });
 }
 
 QImage reducedTo(const QImage &picture, int longerSide) {
@@ -124,18 +136,21 @@ QImage reducedTo(const QImage &picture, int longerSide) {
 }
 
 PictureRead readSmallFrom(QIODevice &device, int longerSide) {
-    Source source(device);
-    const Found found = find(source);
-    if (found.header.error != PictureError::None) {
-        return refusedRead(found.header.error, found.header.reason);
-    }
-    PictureRead read = finished(found.format->decodeSmall ? found.format->decodeSmall(source, found.header, longerSide)
-                                                          : found.format->decode(source, found.header),
-                                found.header.orientation);
-    if (read.error == PictureError::None) {
-        read.picture = reducedTo(read.picture, longerSide);
-    }
-    return read;
+    return withinMemory([&device, longerSide] {
+        Source source(device);
+        const Found found = find(source);
+        if (found.header.error != PictureError::None) {
+            return refusedRead(found.header.error, found.header.reason);
+        }
+        PictureRead read =
+            finished(found.format->decodeSmall ? found.format->decodeSmall(source, found.header, longerSide)
+                                               : found.format->decode(source, found.header),
+                     found.header.orientation);
+        if (read.error == PictureError::None) {
+            read.picture = reducedTo(read.picture, longerSide);
+        }
+        return read;
+    });
 }
 
 // Opens plain files only: a pipe or a device would keep the program waiting.
@@ -212,7 +227,11 @@ PictureWritten writePicture(const QImage &picture, const QString &path) {
     }
     QString reason;
     const auto failure = replaceFile(path, [&](QIODevice &target) {
-        reason = writer->write(prepared, target);
+        try {
+            reason = writer->write(prepared, target);
+        } catch (const std::bad_alloc &) {
+            reason = QStringLiteral("no memory to write it");
+        }
         return reason.isEmpty();
     });
     if (failure) {

@@ -95,7 +95,7 @@ void BorderlessDialog::paintEvent(QPaintEvent *) {
 
 void BorderlessDialog::keyPressEvent(QKeyEvent *event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        if (m_defaultButton && m_defaultButton->isEnabled()) {
+        if (isVisible() && m_defaultButton && m_defaultButton->isEnabled()) {
             m_defaultButton->click();
         }
         return;

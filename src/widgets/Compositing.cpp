@@ -40,8 +40,10 @@ bool compositorOwnsScreen(xcb_connection_t *connection) {
 } // namespace
 
 bool translucencyWorks() {
-    if (const auto *x = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
-        return compositorOwnsScreen(x->connection());
+    // By name: the offscreen platform has the interface of X too, but no connection.
+    if (QGuiApplication::platformName() == "xcb") {
+        const auto *x = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+        return x && x->connection() && compositorOwnsScreen(x->connection());
     }
     return QGuiApplication::platformName().startsWith("wayland");
 }

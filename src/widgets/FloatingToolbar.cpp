@@ -2,6 +2,7 @@
 
 #include "widgets/Theme.h"
 
+#include <QHash>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyle>
@@ -27,6 +28,7 @@ PictureButton *FloatingToolbar::addItem(const QString &key, const QString &iconN
     auto *button = new PictureButton(iconName, PictureButton::CaptionPlace::Below, this);
     button->setProperty("key", key);
     button->setPictureSize(m_pictureSize);
+    button->installEventFilter(this);
     connect(button, &QAbstractButton::clicked, this, [this, key] { Q_EMIT itemClicked(key); });
     m_items += button;
     return button;
@@ -133,44 +135,37 @@ void FloatingToolbar::paintEvent(QPaintEvent *) {
     paintPanel(painter, panel, panelCorner);
 }
 
-void FloatingToolbar::moveFocus(int steps) {
+bool FloatingToolbar::moveFocus(int key) {
+    const int forward = layoutDirection() == Qt::RightToLeft ? -1 : 1;
+    const QHash<int, int> steps = {
+        {Qt::Key_Right, forward}, {Qt::Key_Left, -forward}, {Qt::Key_Down, m_columns}, {Qt::Key_Up, -m_columns}};
+    const int step = steps.value(key);
     const auto count = static_cast<int>(m_items.size());
-    int at = static_cast<int>(m_items.indexOf(qobject_cast<PictureButton *>(focusWidget())));
-    for (int tries = 0; tries < count; ++tries) {
-        at += steps;
-        if (at < 0 || at >= count) {
-            return;
-        }
-        if (m_items[at]->isEnabled()) {
-            m_items[at]->setFocus(Qt::TabFocusReason);
-            return;
-        }
+    int at = static_cast<int>(m_items.indexOf(qobject_cast<PictureButton *>(focusWidget()))) + step;
+    while (step != 0 && at >= 0 && at < count && !m_items[at]->isEnabled()) {
+        at += step;
     }
+    if (step != 0 && at >= 0 && at < count) {
+        m_items[at]->setFocus(Qt::TabFocusReason);
+    }
+    return step != 0;
+}
+
+bool FloatingToolbar::eventFilter(QObject *watched, QEvent *event) {
+    // Before the items see them: a button takes arrow keys for Tab.
+    return event->type() == QEvent::KeyPress && moveFocus(static_cast<QKeyEvent *>(event)->key())
+               ? true
+               : QWidget::eventFilter(watched, event);
 }
 
 void FloatingToolbar::keyPressEvent(QKeyEvent *event) {
-    const int forward = layoutDirection() == Qt::RightToLeft ? -1 : 1;
-    switch (event->key()) {
-    case Qt::Key_Escape:
-        hide();
-        if (m_button) {
-            m_button->setFocus(Qt::PopupFocusReason);
-        }
-        break;
-    case Qt::Key_Right:
-        moveFocus(forward);
-        break;
-    case Qt::Key_Left:
-        moveFocus(-forward);
-        break;
-    case Qt::Key_Down:
-        moveFocus(m_columns);
-        break;
-    case Qt::Key_Up:
-        moveFocus(-m_columns);
-        break;
-    default:
+    if (event->key() != Qt::Key_Escape) {
         QWidget::keyPressEvent(event);
+        return;
+    }
+    hide();
+    if (m_button) {
+        m_button->setFocus(Qt::PopupFocusReason);
     }
 }
 

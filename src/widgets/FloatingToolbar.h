@@ -41,11 +41,12 @@ class FloatingToolbar : public QWidget {
   protected:
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
     QSize itemSize(int room) const;
     void layOut(int room);
-    void moveFocus(int steps);
+    bool moveFocus(int key);
 
     QList<PictureButton *> m_items;
     QPointer<QWidget> m_button;

@@ -20,8 +20,8 @@ QPalette warmPalette() {
     palette.setColor(QPalette::Base, colours::paper);
     palette.setColor(QPalette::AlternateBase, colours::parchment);
     palette.setColor(QPalette::Button, colours::paper);
-    palette.setColor(QPalette::Highlight, colours::sky);
-    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Highlight, colours::chosen);
+    palette.setColor(QPalette::HighlightedText, colours::ink);
     palette.setColor(QPalette::ToolTipBase, colours::paper);
     palette.setColor(QPalette::ToolTipText, colours::ink);
     palette.setColor(QPalette::Link, colours::sky.darker(140));
@@ -54,7 +54,8 @@ QToolButton:pressed, QToolButton:checked { background: @pressed; }
 
 QLineEdit, QSpinBox, QDoubleSpinBox, QPlainTextEdit, QTextEdit, QComboBox {
     background: white; color: @ink; border: 2px solid @line; border-radius: 10px;
-    padding: 6px 10px; min-height: 28px; selection-background-color: @sky; selection-color: white; }
+    padding: 6px 10px; min-height: 28px; selection-background-color: @chosen; selection-color: @ink; }
+QComboBox { combobox-popup: 0; }
 QSpinBox, QDoubleSpinBox { padding-right: 34px; }
 QLineEdit:hover, QSpinBox:hover, QDoubleSpinBox:hover, QComboBox:hover { border-color: @sun; }
 QLineEdit:focus, QSpinBox:focus, QDoubleSpinBox:focus, QPlainTextEdit:focus, QTextEdit:focus, QComboBox:focus {
@@ -134,6 +135,7 @@ QProgressBar::chunk { background: @sun; border-radius: 8px; }
         {"@hover", colours::hover},
         {"@pressed", colours::pressed},
         {"@checked", colours::checked},
+        {"@chosen", colours::chosen},
     };
     for (const auto &[name, colour] : names) {
         sheet.replace(QLatin1String(name), colour.name());

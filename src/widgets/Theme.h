@@ -19,7 +19,7 @@ inline constexpr QColor parchment(236, 233, 216);
 inline constexpr QColor paper(247, 245, 234);
 inline constexpr QColor line(207, 201, 174);
 inline constexpr QColor ink(43, 40, 64);
-inline constexpr QColor faintInk(108, 104, 120); ///< hints and notes; 4.6 : 1 on parchment
+inline constexpr QColor faintInk(100, 96, 112); ///< hints and notes; 5 : 1 on parchment
 inline constexpr QColor sky(47, 128, 237);
 inline constexpr QColor sun(255, 197, 61);
 inline constexpr QColor leaf(52, 178, 123);
@@ -28,6 +28,7 @@ inline constexpr QColor plum(138, 92, 246);
 inline constexpr QColor hover(255, 240, 200);   ///< what the pointer is over: paper in the sun
 inline constexpr QColor pressed(255, 222, 140); ///< what is held down
 inline constexpr QColor checked(214, 230, 250); ///< what is switched on
+inline constexpr QColor chosen(176, 208, 250);  ///< selected words and rows, below ink
 } // namespace colours
 
 inline constexpr int buttonCorner = 12;   ///< pixels

@@ -4,11 +4,13 @@
 #include "app/frmLauncher.h"
 #include "app/frmMain.h"
 #include "app/frmSplash.h"
+#include "app/settings/LoadSettings.h"
 #include "support/TestPictures.h"
 
+#include <QAbstractButton>
 #include <QDir>
 #include <QFile>
-#include <QPushButton>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -31,6 +33,7 @@ const QList<QPair<QString, QString>> simpleSettings = {
 class Start : public testing::Test {
   protected:
     void SetUp() override {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_folder.path());
         m_before = QDir::currentPath();
         QDir::setCurrent(m_folder.path());
         QDir().mkdir("a folder");

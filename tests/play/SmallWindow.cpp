@@ -1,7 +1,6 @@
 #include "SmallWindow.h"
 
 #include <QApplication>
-#include <QDebug>
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QFileDialog>
@@ -38,9 +37,8 @@ Canvas::Canvas(QStringList &diary, QWidget *parent) : QWidget(parent), m_diary(d
 }
 
 void Canvas::write(const char *what, const QMouseEvent &event) {
-    qWarning() << event.position() << event.scenePosition() << event.globalPosition() << geometry() << window()->geometry();
-    const QPoint pixel = event.position().toPoint() / scale;
-    m_diary << QString("%1 %2,%3").arg(what).arg(pixel.x()).arg(pixel.y());
+    const QPoint point = event.position().toPoint();
+    m_diary << QString("%1 %2,%3").arg(what).arg(point.x() / scale).arg(point.y() / scale);
 }
 void Canvas::mousePressEvent(QMouseEvent *event) {
     write("down", *event);

@@ -51,6 +51,9 @@ class SmallProgram : public Program {
   public:
     SmallWindow window;
 
+    void setting(const QString &section, const QString &key, const QString &value) override {
+        window.setProperty(key.toLatin1(), section + ' ' + value);
+    }
     QString start(const QStringList &words) override;
     bool takesInput() const override { return true; }
     QWidget *canvas() const override { return window.canvas; }

@@ -93,6 +93,12 @@ TEST(Player, PlaysThroughModalWindowsAndFileDialogs) {
     EXPECT_EQ(run.diary, expected);
 }
 
+TEST(Player, WritesSettingsBeforeTheStart) {
+    const Played run =
+        playScript("setting Two Words/Style=the other\nstart\nexpect frmSmall@Style Two Words the other");
+    EXPECT_EQ(run.problem, "");
+}
+
 TEST(Player, WaitsForWhatIsStillToCome) {
     const Played run = playScript("start\nclick cmdLater\nexpect SBar now", 5000);
     EXPECT_EQ(run.problem, "");

@@ -37,6 +37,8 @@ TEST(Script, RefusesWhatItCannotRead) {
         {"start quickly", 1, "write it so: start | start simple | start advanced [PHOTO]"},
         {"start simple photo.jpg", 1, "write it so: start | start simple | start advanced [PHOTO]"},
         {"click cmdOpen", 1, "a script begins with start"},
+        {"setting Dialogs=1\nstart", 1, "write it so: setting SECTION/KEY=VALUE"},
+        {"start\nsetting Dialogs/Style=1", 2, "the program is started already"},
         {"start\nstart", 2, "the program is started already"},
     };
     for (const auto &one : cases) {

@@ -77,6 +77,7 @@ class Translation : public testing::TestWithParam<const char *> {};
 
 TEST_P(Translation, IsComplete) {
     const QByteArray bytes = contents(installed(QString("languages/language-%1.ini").arg(GetParam())));
+    ASSERT_FALSE(bytes.isEmpty()) << "is LUMORA_SOURCE set?";
     EXPECT_TRUE(QUtf8StringView(bytes).isValidUtf8());
     EXPECT_FALSE(bytes.contains('\r'));
     const IniText file(bytes);

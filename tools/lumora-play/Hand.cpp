@@ -1,6 +1,5 @@
 #include "Hand.h"
 
-#include <QDebug>
 #include <QPointer>
 #include <QTest>
 #include <QWidget>
@@ -27,7 +26,6 @@ void Hand::mouse(QWidget &widget, QPoint point, QEvent::Type type) {
     const QPoint inWindow = widget.mapTo(widget.window(), point);
     const QPoint onScreen = widget.mapToGlobal(point);
     const bool isMove = type == QEvent::MouseMove;
-    qWarning() << "DBG" << widget.objectName() << point << inWindow << onScreen << window->geometry() << window->frameMargins();
     m_clock += betweenEvents;
     m_pressed = isMove ? m_pressed : type == QEvent::MouseButtonPress;
     m_planned.emplace_back([window, inWindow, onScreen, type, isMove, pressed = m_pressed, time = m_clock] {

@@ -19,6 +19,10 @@ QString rectangle(const QRect &rect) {
 
 } // namespace
 
+void LumoraProgram::setting(const QString &section, const QString &key, const QString &value) {
+    m_main.context().writeSetting(section, key, value);
+}
+
 QString LumoraProgram::start(const QStringList &words) {
     const QString mode = words.value(0);
     const QString photo = words.value(1);

@@ -12,6 +12,7 @@ class LumoraProgram : public Program {
 
     basMain &main() { return m_main; }
 
+    void setting(const QString &section, const QString &key, const QString &value) override;
     QString start(const QStringList &words) override;
     bool takesInput() const override;
     QWidget *canvas() const override;

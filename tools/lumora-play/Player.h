@@ -63,6 +63,7 @@ class Player : public QObject {
     void finish(const QString &problem = {});
 
     // Steps.cpp: one function a verb; m_phase counts how often it has said goes().
+    Outcome setting(const Step &step);
     Outcome start(const Step &step);
     Outcome click(const Step &step);
     Outcome item(const Step &step);

@@ -17,6 +17,7 @@ struct Verb {
 };
 
 const Verb verbs[] = {
+    {"setting", 1, 1, "setting SECTION/KEY=VALUE"},
     {"start", 0, 2, "start | start simple | start advanced [PHOTO]"},
     {"click", 1, 1, "click CONTROL"},
     {"item", 2, 2, "item BAR KEY"},
@@ -51,9 +52,12 @@ QStringList wordsOf(QString rest, int most) {
     return words;
 }
 
-QString misread(const Step &step, const Verb &verb, bool first) {
-    if ((step.verb == "start") != first) {
-        return first ? "a script begins with start" : "the program is started already";
+QString misread(const Step &step, const Verb &verb, bool started) {
+    if (!started && step.verb != "start" && step.verb != "setting") {
+        return "a script begins with start";
+    }
+    if (started && (step.verb == "start" || step.verb == "setting")) {
+        return "the program is started already";
     }
     const QString how = QString("write it so: %1").arg(verb.usage);
     if (step.words.size() < verb.least || step.words.size() > verb.most) {
@@ -64,6 +68,10 @@ QString misread(const Step &step, const Verb &verb, bool first) {
         return simple || step.word(0) == "advanced" ? QString() : how;
     }
     const auto numbers = coordinates(step.word(0)).size();
+    static const QRegularExpression assignment("^[^/=]+/[^/=]+=");
+    if (step.verb == "setting" && !assignment.match(step.word(0)).hasMatch()) {
+        return how;
+    }
     bool isNumber = true;
     if (step.verb == "wait") {
         step.word(0).toInt(&isNumber);
@@ -78,6 +86,7 @@ QString misread(const Step &step, const Verb &verb, bool first) {
 
 Script readScript(const QString &text) {
     Script script;
+    bool started = false;
     const QStringList lines = text.split('\n');
     for (qsizetype index = 0; index < lines.size(); ++index) {
         const QString line = lines[index].trimmed();
@@ -91,12 +100,13 @@ Script readScript(const QString &text) {
         Step step{static_cast<int>(index) + 1, halves[0],
                   wordsOf(halves.value(1), known ? std::max(verb->most, 1) : 1)};
         const QString problem =
-            known ? misread(step, *verb, script.steps.empty()) : QString("there is no step \"%1\"").arg(halves[0]);
+            known ? misread(step, *verb, started) : QString("there is no step \"%1\"").arg(halves[0]);
         if (!problem.isEmpty()) {
             script.problemLine = step.line;
             script.problem = problem;
             break;
         }
+        started = started || step.verb == "start";
         script.steps.push_back(std::move(step));
     }
     return script;

@@ -25,7 +25,7 @@ struct Script {
 };
 
 /// Reads the lines. Blank ones and those that begin with "#" are passed over. Stops at the first unknown verb or wrong
-/// number of words. "start" may only be the first step, and has to be.
+/// number of words. "start" comes once and first; only "setting" may stand before it, and nowhere else.
 Script readScript(const QString &text);
 
 /// $NAME and ${NAME} replaced by the variables' values. A name that is not among them stays as it stands, so that the

@@ -81,14 +81,31 @@ void moveSlider(Hand &hand, QWidget &window, const QAbstractSlider &slider, int 
 
 Player::Performer Player::performerOf(const QString &verb) {
     static const QHash<QString, Performer> performers = {
-        {"start", &Player::start}, {"click", &Player::click},   {"item", &Player::item},
-        {"type", &Player::type},   {"set", &Player::set},       {"press", &Player::press},
-        {"drag", &Player::drag},   {"key", &Player::key},       {"choose", &Player::choose},
-        {"wait", &Player::wait},   {"expect", &Player::expect}, {"expect-not", &Player::expectNot},
-        {"state", &Player::state}, {"hash", &Player::hash},     {"shot", &Player::shot},
+        {"setting", &Player::setting},
+        {"start", &Player::start},
+        {"click", &Player::click},
+        {"item", &Player::item},
+        {"type", &Player::type},
+        {"set", &Player::set},
+        {"press", &Player::press},
+        {"drag", &Player::drag},
+        {"key", &Player::key},
+        {"choose", &Player::choose},
+        {"wait", &Player::wait},
+        {"expect", &Player::expect},
+        {"expect-not", &Player::expectNot},
+        {"state", &Player::state},
+        {"hash", &Player::hash},
+        {"shot", &Player::shot},
         {"quit", &Player::quit},
     };
     return performers.value(verb);
+}
+
+Outcome Player::setting(const Step &step) {
+    const QString place = step.word(0).section('=', 0, 0);
+    m_program.setting(place.section('/', 0, 0), place.section('/', 1), step.word(0).section('=', 1));
+    return Outcome::done();
 }
 
 Outcome Player::start(const Step &step) {

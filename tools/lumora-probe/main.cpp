@@ -8,7 +8,6 @@
 #include <QFile>
 #include <QStringList>
 #include <cstdio>
-#include <new>
 #include <optional>
 
 using namespace lumora;
@@ -123,17 +122,13 @@ QByteArray columns(bool good, const QString &reason, int width, int height, cons
 QByteArray probe(const QString &file) {
     QElapsedTimer timer;
     timer.start();
-    try {
-        const PictureRead read = readPicture(file);
-        const qint64 ms = timer.elapsed();
-        if (read.error == PictureError::None) {
-            return columns(true, read.reason, read.picture.width(), read.picture.height(), hashOf(read.picture), ms);
-        }
-        const QString detail = read.reason.isEmpty() ? QString() : QStringLiteral(": ") + read.reason;
-        return columns(false, QLatin1String(name(read.error)) + detail, 0, 0, {}, ms);
-    } catch (const std::bad_alloc &) {
-        return columns(false, QStringLiteral("no memory"), 0, 0, {}, timer.elapsed());
+    const PictureRead read = readPicture(file);
+    const qint64 ms = timer.elapsed();
+    if (read.error == PictureError::None) {
+        return columns(true, read.reason, read.picture.width(), read.picture.height(), hashOf(read.picture), ms);
     }
+    const QString detail = read.reason.isEmpty() ? QString() : QStringLiteral(": ") + read.reason;
+    return columns(false, QLatin1String(name(read.error)) + detail, 0, 0, {}, ms);
 }
 
 } // namespace

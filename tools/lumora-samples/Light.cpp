@@ -107,9 +107,10 @@ Vec3 shade(const Scene &scene, const Meeting &meeting, Vec3 from, Vec3 d, int bo
     if (look.mirror > 0 && bounces < 1) {
         // Schlick's approximation: everything mirrors at a grazing angle.
         const float fresnel = look.mirror + (1 - look.mirror) * std::pow(1 - std::max(-dot(n, d), 0.0F), 5.0F);
-        out = mix(out, lightAlong(scene, p + n * (4 * pixel), reflect(d, n), bounces + 1), fresnel * mix(0.5F, 1.0F, open));
+        const Vec3 mirrored = lightAlong(scene, p + n * (4 * pixel), reflect(d, n), bounces + 1) * look.tint;
+        out = mix(out, mirrored, fresnel * mix(0.5F, 1.0F, open));
     } else if (look.mirror > 0) {
-        out = mix(out, scene.sky(reflect(d, n)), look.mirror);
+        out = mix(out, scene.sky(reflect(d, n)) * look.tint, look.mirror);
     }
     return out;
 }
@@ -130,7 +131,8 @@ Vec3 waterLight(const Scene &scene, Vec3 from, Vec3 d, float distance, int bounc
             const Vec3 q = p + down * ground.distance;
             const Vec3 gn = normalAt(scene, q, 0.002F, ground.material);
             const Surface look = scene.surface(ground.material, q, gn, down);
-            const Vec3 lit = look.colour * (scene.sunColour * (0.5F * std::max(0.0F, dot(gn, scene.sunDirection))) + scene.skyLight);
+            const Vec3 lit =
+                look.colour * (scene.sunColour * (0.5F * std::max(0.0F, dot(gn, scene.sunDirection))) + scene.skyLight);
             below = mix(scene.waterColour, lit, std::exp(-1.1F * ground.distance));
         }
     }

@@ -27,7 +27,8 @@ float noise(Vec3 p) {
     const auto [i, u] = place(p.x);
     const auto [j, v] = place(p.y);
     const auto [k, w] = place(p.z);
-    const float low = mix(mix(hash(i, j, k), hash(i + 1, j, k), u), mix(hash(i, j + 1, k), hash(i + 1, j + 1, k), u), v);
+    const float low =
+        mix(mix(hash(i, j, k), hash(i + 1, j, k), u), mix(hash(i, j + 1, k), hash(i + 1, j + 1, k), u), v);
     const float high = mix(mix(hash(i, j, k + 1), hash(i + 1, j, k + 1), u),
                            mix(hash(i, j + 1, k + 1), hash(i + 1, j + 1, k + 1), u), v);
     return mix(low, high, w);

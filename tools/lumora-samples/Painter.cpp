@@ -18,7 +18,9 @@ struct Film {
     std::vector<Vec3> light;
 
     Film(int w, int h) : width(w), height(h), light(static_cast<size_t>(w) * static_cast<size_t>(h)) {}
-    Vec3 &at(int x, int y) { return light[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)]; }
+    Vec3 &at(int x, int y) {
+        return light[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)];
+    }
     const Vec3 &at(int x, int y) const {
         return light[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)];
     }
@@ -39,7 +41,7 @@ template <typename Work> void forRows(int rows, Work work) {
 
 /// Rays through the places of the picture.
 class Lens {
-public:
+  public:
     Lens(const Camera &camera, int width, int height)
         : m_camera(camera), m_scale(2.0F / static_cast<float>(width)), m_x(static_cast<float>(width) / 2),
           m_y(static_cast<float>(height) / 2), m_ahead(normalise(camera.target - camera.eye)),
@@ -50,7 +52,7 @@ public:
         return normalise(m_ahead * m_camera.zoom + m_right * ((x - m_x) * m_scale) + m_up * ((m_y - y) * m_scale));
     }
 
-private:
+  private:
     Camera m_camera;
     float m_scale;
     float m_x;
@@ -61,7 +63,9 @@ private:
 };
 
 /// How bright a place will look, 0 to 1: what the eye compares at an edge.
-Vec3 seen(Vec3 light) { return {light.x / (0.4F + light.x), light.y / (0.4F + light.y), light.z / (0.4F + light.z)}; }
+Vec3 seen(Vec3 light) {
+    return {light.x / (0.4F + light.x), light.y / (0.4F + light.y), light.z / (0.4F + light.z)};
+}
 
 bool differs(Vec3 a, Vec3 b) {
     const Vec3 d = absolute(seen(a) - seen(b));
@@ -79,12 +83,15 @@ Film expose(const Scene &scene, int width, int height) {
         }
     });
     Film film = first;
-    constexpr std::array<std::array<float, 2>, 4> places{{{0.375F, 0.125F}, {0.875F, 0.375F}, {0.625F, 0.875F}, {0.125F, 0.625F}}};
+    constexpr std::array<std::array<float, 2>, 4> places{
+        {{0.375F, 0.125F}, {0.875F, 0.375F}, {0.625F, 0.875F}, {0.125F, 0.625F}}};
     forRows(height, [&](int y) {
         for (int x = 0; x < width; ++x) {
             const Vec3 here = first.at(x, y);
-            if (!differs(here, first.at(std::max(x - 1, 0), y)) && !differs(here, first.at(std::min(x + 1, width - 1), y)) &&
-                !differs(here, first.at(x, std::max(y - 1, 0))) && !differs(here, first.at(x, std::min(y + 1, height - 1)))) {
+            if (!differs(here, first.at(std::max(x - 1, 0), y)) &&
+                !differs(here, first.at(std::min(x + 1, width - 1), y)) &&
+                !differs(here, first.at(x, std::max(y - 1, 0))) &&
+                !differs(here, first.at(x, std::min(y + 1, height - 1)))) {
                 continue;
             }
             Vec3 sum;
@@ -108,7 +115,8 @@ Film brightPlaces(const Film &film, float exposure) {
             Vec3 sum;
             for (int i = 0; i < Step * Step; ++i) {
                 const Vec3 light = film.at(std::min(x * Step + i % Step, film.width - 1),
-                                           std::min(y * Step + i / Step, film.height - 1)) * exposure;
+                                           std::min(y * Step + i / Step, film.height - 1)) *
+                                   exposure;
                 sum += light * smoothStep(0.7F, 1.6F, std::max({light.x, light.y, light.z}));
             }
             small.at(x, y) = sum * (1.0F / (Step * Step));

@@ -1,5 +1,5 @@
-// What a painted scene has to say about itself; Painter turns it into a picture. A unit is about what the scene makes of
-// it: a metre in a landscape, a centimetre on a leaf.
+// What a painted scene has to say about itself; Painter turns it into a picture. A unit is about what the scene makes
+// of it: a metre in a landscape, a centimetre on a leaf.
 #pragma once
 
 #include "Vec.h"
@@ -33,12 +33,13 @@ struct Surface {
     float shine = 0;               ///< strength of the highlight, 0 matt to 1 lacquer
     float sharpness = 30;          ///< exponent of the highlight
     float mirror = 0;              ///< share of the surroundings reflected where one looks straight at it
+    Vec3 tint{1, 1, 1};            ///< of what is mirrored: white for lacquer and water, the metal's own for metals
     float sheer = 0;               ///< share of light that comes through from behind: leaves, petals
     Vec3 glow{};                   ///< light of its own
 };
 
 class Scene {
-public:
+  public:
     virtual ~Scene() = default;
 
     Camera camera;
@@ -47,13 +48,13 @@ public:
     Vec3 skyLight{0.4F, 0.5F, 0.7F};     ///< from above, in the shade
     Vec3 groundLight{0.1F, 0.1F, 0.08F}; ///< thrown back from below
     float farthest = 100;                ///< where marching ends and the sky begins
-    float ceiling = 1e6F; ///< no solid above this height: quick for landscapes
-    float caution = 1;                                 ///< share of the distance that a step dares, for bent space
+    float ceiling = 1e6F;                ///< no solid above this height: quick for landscapes
+    float caution = 1;                   ///< share of the distance that a step dares, for bent space
     int steps = 220;
     float shadowReach = 12;
     float shadowSoftness = 14; ///< higher is harder
     float creviceSize = 0.25F; ///< how far crevices darken
-    float waterLevel = -1e6F; ///< a lake or sea lies at this height; far below everything: none
+    float waterLevel = -1e6F;  ///< a lake or sea lies at this height; far below everything: none
     Vec3 waterColour{0.01F, 0.05F, 0.06F};
     float exposure = 1;
     float bloom = 0.12F; ///< share of the light of bright places that spreads around them

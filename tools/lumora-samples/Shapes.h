@@ -6,9 +6,13 @@
 
 namespace lumora::samples {
 
-inline Vec3 absolute(Vec3 p) { return {std::fabs(p.x), std::fabs(p.y), std::fabs(p.z)}; }
+inline Vec3 absolute(Vec3 p) {
+    return {std::fabs(p.x), std::fabs(p.y), std::fabs(p.z)};
+}
 
-inline float sphere(Vec3 p, float radius) { return length(p) - radius; }
+inline float sphere(Vec3 p, float radius) {
+    return length(p) - radius;
+}
 
 /// Close to the true distance near the surface, which is all that marching needs.
 inline float ellipsoid(Vec3 p, Vec3 radii) {
@@ -45,10 +49,14 @@ inline float stick(Vec3 p, Vec3 a, Vec3 b, float ra, float rb) {
     const float t = clamp01(dot(p - a, ab) / dot(ab, ab));
     return length(p - a - ab * t) - mix(ra, rb, t);
 }
-inline float stick(Vec3 p, Vec3 a, Vec3 b, float radius) { return stick(p, a, b, radius, radius); }
+inline float stick(Vec3 p, Vec3 a, Vec3 b, float radius) {
+    return stick(p, a, b, radius, radius);
+}
 
 /// A ring about the z axis.
-inline float ringZ(Vec3 p, float radius, float thick) { return length(length(p.x, p.y) - radius, p.z) - thick; }
+inline float ringZ(Vec3 p, float radius, float thick) {
+    return length(length(p.x, p.y) - radius, p.z) - thick;
+}
 
 /// A round tower that narrows from `low` at y = 0 to `high` at y = height.
 inline float cone(Vec3 p, float low, float high, float height) {
@@ -64,7 +72,9 @@ inline float blend(float a, float b, float k) {
 }
 
 /// The place within one of endless tiles of the given size, and the tile's number.
-inline float repeat(float v, float size) { return v - size * std::round(v / size); }
+inline float repeat(float v, float size) {
+    return v - size * std::round(v / size);
+}
 
 /// Folds the circle in the x-y plane into one of `count` equal slices, its middle on the x axis.
 inline Vec3 slices(Vec3 p, int count) {

@@ -14,31 +14,69 @@ struct Vec3 {
     float z = 0;
 };
 
-constexpr Vec3 operator+(Vec3 a, Vec3 b) { return {a.x + b.x, a.y + b.y, a.z + b.z}; }
-constexpr Vec3 operator-(Vec3 a, Vec3 b) { return {a.x - b.x, a.y - b.y, a.z - b.z}; }
-constexpr Vec3 operator-(Vec3 a) { return {-a.x, -a.y, -a.z}; }
-constexpr Vec3 operator*(Vec3 a, Vec3 b) { return {a.x * b.x, a.y * b.y, a.z * b.z}; }
-constexpr Vec3 operator*(Vec3 a, float s) { return {a.x * s, a.y * s, a.z * s}; }
-constexpr Vec3 operator*(float s, Vec3 a) { return a * s; }
-constexpr Vec3 operator/(Vec3 a, Vec3 b) { return {a.x / b.x, a.y / b.y, a.z / b.z}; }
-constexpr Vec3 &operator+=(Vec3 &a, Vec3 b) { return a = a + b; }
-constexpr Vec3 &operator*=(Vec3 &a, float s) { return a = a * s; }
-constexpr float dot(Vec3 a, Vec3 b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
-constexpr Vec3 cross(Vec3 a, Vec3 b) { return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x}; }
-inline float length(Vec3 a) { return std::sqrt(dot(a, a)); }
-inline float length(float x, float y) { return std::sqrt(x * x + y * y); }
-inline Vec3 normalise(Vec3 a) { return a * (1.0F / std::max(length(a), 1e-12F)); }
-inline Vec3 reflect(Vec3 d, Vec3 n) { return d - n * (2 * dot(d, n)); }
+constexpr Vec3 operator+(Vec3 a, Vec3 b) {
+    return {a.x + b.x, a.y + b.y, a.z + b.z};
+}
+constexpr Vec3 operator-(Vec3 a, Vec3 b) {
+    return {a.x - b.x, a.y - b.y, a.z - b.z};
+}
+constexpr Vec3 operator-(Vec3 a) {
+    return {-a.x, -a.y, -a.z};
+}
+constexpr Vec3 operator*(Vec3 a, Vec3 b) {
+    return {a.x * b.x, a.y * b.y, a.z * b.z};
+}
+constexpr Vec3 operator*(Vec3 a, float s) {
+    return {a.x * s, a.y * s, a.z * s};
+}
+constexpr Vec3 operator*(float s, Vec3 a) {
+    return a * s;
+}
+constexpr Vec3 operator/(Vec3 a, Vec3 b) {
+    return {a.x / b.x, a.y / b.y, a.z / b.z};
+}
+constexpr Vec3 &operator+=(Vec3 &a, Vec3 b) {
+    return a = a + b;
+}
+constexpr Vec3 &operator*=(Vec3 &a, float s) {
+    return a = a * s;
+}
+constexpr float dot(Vec3 a, Vec3 b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+constexpr Vec3 cross(Vec3 a, Vec3 b) {
+    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+inline float length(Vec3 a) {
+    return std::sqrt(dot(a, a));
+}
+inline float length(float x, float y) {
+    return std::sqrt(x * x + y * y);
+}
+inline Vec3 normalise(Vec3 a) {
+    return a * (1.0F / std::max(length(a), 1e-12F));
+}
+inline Vec3 reflect(Vec3 d, Vec3 n) {
+    return d - n * (2 * dot(d, n));
+}
 
-constexpr float clamp01(float v) { return v < 0 ? 0 : v > 1 ? 1 : v; }
-constexpr float mix(float a, float b, float t) { return a + (b - a) * t; }
-constexpr Vec3 mix(Vec3 a, Vec3 b, float t) { return a + (b - a) * t; }
+constexpr float clamp01(float v) {
+    return v < 0 ? 0 : v > 1 ? 1 : v;
+}
+constexpr float mix(float a, float b, float t) {
+    return a + (b - a) * t;
+}
+constexpr Vec3 mix(Vec3 a, Vec3 b, float t) {
+    return a + (b - a) * t;
+}
 /// 0 below `from`, 1 above `to`, an S-shaped ramp between; also falling, with from > to.
 constexpr float smoothStep(float from, float to, float v) {
     const float t = clamp01((v - from) / (to - from));
     return t * t * (3 - 2 * t);
 }
-inline float fraction(float v) { return v - std::floor(v); }
+inline float fraction(float v) {
+    return v - std::floor(v);
+}
 
 /// A colour as painters' tools write it, 0xRRGGBB in sRGB, turned into linear light.
 inline Vec3 colour(unsigned rgb) {

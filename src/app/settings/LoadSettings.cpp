@@ -44,7 +44,7 @@ int settingNumber(const QString &text, int otherwise) {
 }
 
 QString workingDirectory(AppContext &context) {
-    const QString standard = GetSpecialFolderPath(5) + "/My Photos";
+    QString standard = GetSpecialFolderPath(5) + "/My Photos";
     const QString path = context.setting("Working Directory", "Path", standard);
     if (path.isEmpty()) {
         return standard;

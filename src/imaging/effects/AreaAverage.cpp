@@ -1,6 +1,7 @@
 #include "imaging/effects/AreaAverage.h"
 
 #include "imaging/effects/AreaCover.h"
+#include "imaging/effects/ColumnSums.h"
 #include "imaging/effects/RowBands.h"
 #include "imaging/effects/Targets.h"
 
@@ -18,49 +19,6 @@ HWY_BEFORE_NAMESPACE();
 namespace lumora::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
-
-/// Bytes `i` to `i` + lanes of a row as 32-bit numbers.
-template <typename D32> hn::Vec<D32> wideBytes(D32 d32, const std::uint8_t *from) {
-    return hn::PromoteTo(d32, hn::LoadU(hn::Rebind<std::uint8_t, D32>(), from));
-}
-
-/// totals[i] = the weighted sum of byte i over the rows that the cover names.
-void sumColumns(const std::uint8_t *first, std::ptrdiff_t stride, const AreaCover &rows, std::uint32_t *totals,
-                std::size_t bytes) {
-    const hn::ScalableTag<std::uint16_t> d16;
-    const hn::Half<decltype(d16)> half16;
-    const hn::Rebind<std::uint8_t, decltype(d16)> d8;
-    const hn::ScalableTag<std::uint32_t> d32;
-    const std::size_t lanes = hn::Lanes(d16);
-    constexpr int rowsAtOnce = 256; // 16-bit sums of bytes hold 257
-    const std::uint8_t *last = rows.lastWeight != 0 ? first + stride * (rows.whole + 1) : first;
-    const auto wholeWeight = hn::Set(d32, rows.wholeWeight);
-    std::size_t i = 0;
-    for (; i + lanes <= bytes; i += lanes) {
-        auto low = hn::Add(hn::Mul(wideBytes(d32, first + i), hn::Set(d32, rows.firstWeight)),
-                           hn::Mul(wideBytes(d32, last + i), hn::Set(d32, rows.lastWeight)));
-        auto high = hn::Add(hn::Mul(wideBytes(d32, first + i + lanes / 2), hn::Set(d32, rows.firstWeight)),
-                            hn::Mul(wideBytes(d32, last + i + lanes / 2), hn::Set(d32, rows.lastWeight)));
-        const std::uint8_t *row = first + stride + i;
-        for (int done = 0; done < rows.whole; done += rowsAtOnce) {
-            auto sum = hn::Zero(d16);
-            for (int y = std::min(rowsAtOnce, rows.whole - done); y > 0; --y, row += stride) {
-                sum = hn::Add(sum, hn::PromoteTo(d16, hn::LoadU(d8, row)));
-            }
-            low = hn::Add(low, hn::Mul(hn::PromoteTo(d32, hn::LowerHalf(half16, sum)), wholeWeight));
-            high = hn::Add(high, hn::Mul(hn::PromoteTo(d32, hn::UpperHalf(half16, sum)), wholeWeight));
-        }
-        hn::StoreU(low, d32, totals + i);
-        hn::StoreU(high, d32, totals + i + lanes / 2);
-    }
-    for (; i < bytes; ++i) {
-        std::uint32_t sum = first[i] * rows.firstWeight + last[i] * rows.lastWeight;
-        for (int y = 1; y <= rows.whole; ++y) {
-            sum += first[y * stride + static_cast<std::ptrdiff_t>(i)] * rows.wholeWeight;
-        }
-        totals[i] = sum;
-    }
-}
 
 /// One row of the target from the sums of its columns. All numbers are integers below 2^53, so that doubles hold them
 /// and floor(a / b) is exact. `pixelsAtOnce` totals add up without leaving 31 bits.
@@ -101,7 +59,6 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace lumora {
 
-HWY_EXPORT(sumColumns);
 HWY_EXPORT(averageColumns);
 
 namespace {
@@ -173,8 +130,8 @@ bool averageArea(ConstPixelView source, PixelView target, bool opaque) {
             std::vector<std::uint32_t> totals(rowBytes);
             for (int y = first; y < end; ++y) {
                 const AreaCover rows(y, source.height, target.height);
-                HWY_DYNAMIC_DISPATCH(sumColumns)
-                (source.row(rows.first), source.stride, rows, totals.data(), rowBytes);
+                const RowWeights weights{rows.firstWeight, rows.whole, rows.wholeWeight, rows.lastWeight};
+                sumColumns(source.row(rows.first), source.stride, weights, totals.data(), rowBytes);
                 HWY_DYNAMIC_DISPATCH(averageColumns)
                 (totals.data(), columns.data(), pixelsAtOnce, area, target.row(y), target.width);
             }

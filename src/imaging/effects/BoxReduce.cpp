@@ -1,5 +1,6 @@
 #include "imaging/effects/BoxReduce.h"
 
+#include "imaging/effects/BlockMean.h"
 #include "imaging/effects/RowBands.h"
 #include "imaging/effects/Targets.h"
 
@@ -85,26 +86,6 @@ HWY_EXPORT(reduceBlocks);
 
 namespace {
 
-/// Any block: cut short, or transparent.
-void averageBlock(ConstPixelView source, PixelRect block, std::uint8_t *to) {
-    std::uint32_t colour[3] = {};
-    std::uint32_t alpha = 0;
-    for (int y = block.top; y < block.bottom; ++y) {
-        const std::uint8_t *from = source.row(y) + std::ptrdiff_t(4) * block.left;
-        for (int x = block.left; x < block.right; ++x, from += 4) {
-            alpha += from[3];
-            for (int c = 0; c < 3; ++c) {
-                colour[c] += std::uint32_t(from[c]) * from[3];
-            }
-        }
-    }
-    const auto count = static_cast<std::uint32_t>(block.width() * block.height());
-    for (int c = 0; c < 3; ++c) {
-        to[c] = alpha == 0 ? 0 : static_cast<std::uint8_t>((colour[c] + alpha / 2) / alpha);
-    }
-    to[3] = static_cast<std::uint8_t>((alpha + count / 2) / count);
-}
-
 void reduceRow(ConstPixelView source, PixelView target, int y, int factor, bool opaque) {
     constexpr int blocksAtOnce = 128; // the sums of 128 blocks of 16 pixels are 16 KB
     const int top = y * factor;
@@ -120,7 +101,7 @@ void reduceRow(ConstPixelView source, PixelView target, int y, int factor, bool 
     for (int x = wholeBlocks; x < target.width; ++x) {
         const PixelRect block{x * factor, top, std::min((x + 1) * factor, source.width),
                               std::min(top + factor, source.height)};
-        averageBlock(source, block, target.row(y) + std::ptrdiff_t(4) * x);
+        meanOfBlock(source, block, target.row(y) + std::ptrdiff_t(4) * x);
     }
 }
 

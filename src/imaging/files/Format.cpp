@@ -9,14 +9,14 @@ namespace lumora {
 FileHeader refusedHeader(PictureError error, const QString &reason) {
     FileHeader header;
     header.error = error;
-    header.reason = reason;
+    header.reason = reason.isEmpty() ? QStringLiteral("the decoder gives no reason") : reason;
     return header;
 }
 
 Decoded refused(PictureError error, const QString &reason) {
     Decoded decoded;
     decoded.error = error;
-    decoded.reason = reason;
+    decoded.reason = reason.isEmpty() ? QStringLiteral("the decoder gives no reason") : reason;
     return decoded;
 }
 

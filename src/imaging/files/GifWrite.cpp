@@ -79,6 +79,8 @@ QString encode(Indexed &indexed, int width, int height, QIODevice &target) {
     CGIF_FrameConfig frame{};
     frame.pImageData = indexed.indices.data();
     if (indexed.transparent >= 0) {
+        // The library writes the block that holds the transparent colour for animations only; this one has one frame.
+        config.attrFlags = CGIF_ATTR_IS_ANIMATED | CGIF_ATTR_NO_LOOP;
         frame.attrFlags = CGIF_FRAME_ATTR_HAS_ALPHA;
         frame.transIndex = static_cast<uint8_t>(indexed.transparent);
     }

@@ -75,6 +75,11 @@ void copyRows(const uint8_t *from, int stride, int channels, const PixelView &vi
     }
 }
 
+// The coded picture has its own idea of its size, which need not be the header's.
+bool hasPromisedSize(const heif_image_handle *handle, int width, int height) {
+    return width == heif_image_handle_get_width(handle) && height == heif_image_handle_get_height(handle);
+}
+
 Decoded decodeHandle(const heif_image_handle *handle) {
     const bool alpha = heif_image_handle_has_alpha_channel(handle) != 0;
     const std::unique_ptr<heif_decoding_options, void (*)(heif_decoding_options *)> options(
@@ -93,8 +98,9 @@ Decoded decodeHandle(const heif_image_handle *handle) {
     const uint8_t *pixels = heif_image_get_plane_readonly(image.get(), heif_channel_interleaved, &stride);
     const int width = heif_image_get_width(image.get(), heif_channel_interleaved);
     const int height = heif_image_get_height(image.get(), heif_channel_interleaved);
-    if (!pixels || width <= 0 || height <= 0) {
-        return refused(PictureError::Damaged, QStringLiteral("decoded to nothing"));
+    if (!pixels || !hasPromisedSize(handle, width, height)) {
+        return refused(PictureError::Damaged,
+                       QStringLiteral("%1 x %2 pixels are not what the header says").arg(width).arg(height));
     }
     Decoded result;
     result.picture = newPicture(width, height, !alpha);

@@ -18,6 +18,7 @@ struct Chunks {
     QByteArray header; ///< the thirteen bytes of IHDR, or empty
     QByteArray exif;
     qint64 dataBytes = 0;
+    bool whole = false; ///< the end chunk is there
 };
 
 Chunks readChunks(Source &source) {
@@ -37,6 +38,7 @@ Chunks readChunks(Source &source) {
         } else if (lead.endsWith("IDAT")) {
             chunks.dataBytes += std::min(length, source.size() - at - 8);
         } else if (lead.endsWith("IEND")) {
+            chunks.whole = true;
             break;
         }
         at += 12 + length;
@@ -63,9 +65,14 @@ class Decoder {
     Decoder &operator=(const Decoder &) = delete;
     ~Decoder() { png_destroy_read_struct(&m_png, &m_info, nullptr); }
 
-    bool start() {
-        return m_info && guarded([this] {
+    // Of a file that is not whole the last portion is lost, so that those are taken small.
+    bool start(bool whole) {
+        return m_info && guarded([this, whole] {
                    png_set_read_fn(m_png, this, feed);
+                   constexpr int smallPortion = 64;
+                   if (!whole) {
+                       png_set_compression_buffer_size(m_png, smallPortion);
+                   }
                    png_set_user_limits(m_png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
                    // A flipped bit in a check sum must not cost the picture.
                    png_set_crc_action(m_png, PNG_CRC_WARN_USE, PNG_CRC_WARN_DISCARD);
@@ -185,7 +192,7 @@ FileHeader readPngHeader(Source &source) {
 
 Decoded decodePng(Source &source, const FileHeader &header) {
     Decoder decoder(source);
-    if (!decoder.start()) {
+    if (!decoder.start(readChunks(source).whole)) {
         return refused(PictureError::Damaged, decoder.text());
     }
     if (decoder.width() != header.width || decoder.height() != header.height || !decoder.fits()) {

@@ -34,7 +34,8 @@ toff_t seek(thandle_t handle, toff_t offset, int from) {
     QIODevice *device = deviceOf(handle);
     const qint64 base = from == SEEK_CUR ? device->pos() : from == SEEK_END ? device->size() : 0;
     const qint64 target = base + static_cast<qint64>(offset);
-    return target >= 0 && device->seek(target) ? static_cast<toff_t>(target) : static_cast<toff_t>(-1);
+    const bool reachable = target >= 0 && (device->isWritable() || target <= device->size());
+    return reachable && device->seek(target) ? static_cast<toff_t>(target) : static_cast<toff_t>(-1);
 }
 
 } // namespace

@@ -79,8 +79,9 @@ int decodeInto(const QByteArray &data, const PixelView &view, bool scale) {
 }
 
 Decoded finish(Decoded &&result, int rows, const QByteArray &profile) {
-    if (rows == 0) {
-        return refused(PictureError::Damaged, QStringLiteral("no row could be decoded"));
+    constexpr int leastShare = 64; // what shows less than that is no picture, and most likely never was one
+    if (rows <= result.picture.height() / leastShare) {
+        return refused(PictureError::Damaged, QStringLiteral("hardly a row could be decoded"));
     }
     if (rows < result.picture.height()) {
         greyFrom(result.picture, rows);
@@ -153,7 +154,8 @@ FileHeader readWebPHeader(Source &source) {
     header.width = features.width;
     header.height = features.height;
     header.orientation = parts.exif.isEmpty() ? 1 : readExif(parts.exif).orientation;
-    header.packing = Packing::Modern;
+    constexpr int lossy = 1; // as WebPBitstreamFeatures counts; an animation may be mixed
+    header.packing = features.format == lossy ? Packing::WebPLossy : Packing::WebPExact;
     header.unpackedBytes = static_cast<double>(header.width) * header.height;
     header.packedBytes = static_cast<double>(parts.pixelBytes);
     return header;

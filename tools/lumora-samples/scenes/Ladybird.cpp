@@ -11,7 +11,7 @@ namespace {
 enum Material { Leaf, Wings, Black, Drop };
 
 class Ladybird : public Scene {
-public:
+  public:
     Ladybird() {
         camera = {{-2.9F, 1.75F, -4.3F}, {0.15F, 0.42F, 0.1F}, 2.35F};
         sunDirection = normalise({0.45F, 0.75F, 0.35F});
@@ -50,8 +50,12 @@ public:
             // Water: the leaf seen through it, brightest on the side away from the sun, where it gathers the light.
             const Vec3 bent = normalise(d * 0.75F - n * 0.35F);
             const Vec3 q = p + bent * 0.16F;
-            const float gathered = smoothStep(-0.1F, 0.9F, -dot(n, normalise({sunDirection.x, -0.15F, sunDirection.z})));
-            return {.colour = {}, .shine = 2.2F, .sharpness = 500, .mirror = 0.04F,
+            const float gathered =
+                smoothStep(-0.1F, 0.9F, -dot(n, normalise({sunDirection.x, -0.15F, sunDirection.z})));
+            return {.colour = {},
+                    .shine = 2.2F,
+                    .sharpness = 500,
+                    .mirror = 0.04F,
                     .glow = leafColour(q.x, q.z) * (0.5F + 2.6F * gathered * gathered)};
         }
         default:
@@ -61,33 +65,39 @@ public:
 
     Vec3 sky(Vec3 d) const override {
         const float side = std::atan2(d.x, d.z);
-        Vec3 light = mix(colour(0x0E3311), colour(0x5E9E2C), smoothStep(-0.6F, 0.45F, d.y + 0.25F * noise(side * 2.4F, d.y * 3)));
-        light = mix(light, colour(0xFFE98A) * 1.1F, smoothStep(0.05F, 0.9F, d.y + 0.25F * std::sin(side * 1.7F + 0.6F)) * 0.8F);
+        Vec3 light = mix(colour(0x0E3311), colour(0x5E9E2C),
+                         smoothStep(-0.6F, 0.45F, d.y + 0.25F * noise(side * 2.4F, d.y * 3)));
+        light = mix(light, colour(0xFFE98A) * 1.1F,
+                    smoothStep(0.05F, 0.9F, d.y + 0.25F * std::sin(side * 1.7F + 0.6F)) * 0.8F);
         light = light * (0.55F + 0.9F * noise(side * 3, d.y * 4));
         const Vec3 tints[] = {colour(0xFFF6C0), colour(0xC8F06A), colour(0xFF9EC4), colour(0xFFD35C), colour(0x9BD7FF)};
         for (int layer = 0; layer < 3; ++layer) {
             const float size = 3.2F + 2.1F * static_cast<float>(layer);
             const Cell disc = cells(side * size + 7.7F * static_cast<float>(layer), d.y * size * 1.1F, 0.35F);
             const float radius = 0.13F + 0.19F * fraction(disc.id * 7);
-            const float edge = smoothStep(radius, radius - 0.05F, disc.distance) * (0.6F + 0.4F * smoothStep(0, radius, disc.distance));
+            const float edge = smoothStep(radius, radius - 0.05F, disc.distance) *
+                               (0.6F + 0.4F * smoothStep(0, radius, disc.distance));
             light += tints[static_cast<int>(disc.id * 53) % 5] * (edge * 0.42F * smoothStep(0.35F, 0.9F, disc.id));
         }
         // For reflections: the bright sky above the garden.
-        return light + Vec3{1.1F, 1.25F, 1.4F} * smoothStep(0.55F, 0.8F, d.y) + sunColour * (2.5F * smoothStep(0.985F, 0.995F, dot(d, sunDirection)));
+        return light + Vec3{1.1F, 1.25F, 1.4F} * smoothStep(0.55F, 0.8F, d.y) +
+               sunColour * (2.5F * smoothStep(0.985F, 0.995F, dot(d, sunDirection)));
     }
 
     float grain(int material, Vec3 p) const override {
         return material == Leaf ? 0.006F * fbm(p.x * 38, p.z * 38, 3) : 0;
     }
 
-private:
+  private:
     static float halfWidth(float x) {
         const float t = x / 6.2F;
         return 2.7F * std::max(0.0F, 1 - t * t) + 0.05F * std::fabs(repeat(x, 0.24F)) / 0.12F;
     }
 
     /// Distance to the nearest side vein, in units; they leave the midrib slanting forwards.
-    static float vein(float x, float z) { return std::fabs(repeat(x - 0.75F * std::fabs(z) + 0.12F * std::fabs(z) * std::fabs(z), 0.85F)); }
+    static float vein(float x, float z) {
+        return std::fabs(repeat(x - 0.75F * std::fabs(z) + 0.12F * std::fabs(z) * std::fabs(z), 0.85F));
+    }
 
     static float leafHeight(float x, float z) {
         const float side = std::fabs(z);
@@ -102,7 +112,8 @@ private:
         const float v = vein(x, z);
         Vec3 green = mix(colour(0x236B1C), colour(0x5EA42A), fbm(x * 1.3F, z * 1.3F, 4));
         const Cell net = cells(x * 7, z * 7);
-        green = green * (0.86F + 0.22F * smoothStep(0.1F, 0.6F, net.distance)) * (0.85F + 0.3F * fbm(x * 16, z * 16, 3));
+        green =
+            green * (0.86F + 0.22F * smoothStep(0.1F, 0.6F, net.distance)) * (0.85F + 0.3F * fbm(x * 16, z * 16, 3));
         const float lines = std::max(smoothStep(0.05F, 0.015F, v) * 0.75F, smoothStep(0.11F, 0.05F, side));
         return mix(green, colour(0xB9DB6A), lines);
     }
@@ -116,7 +127,7 @@ private:
         const float cx = p.x - x;
         const float cz = p.z - z;
         const bool beetleThere = cx * cx + cz * cz < 1.0F || (cx < -0.4F && cx > -1.7F && std::fabs(cz + 0.25F) < 0.5F);
-        if (cell.id < 0.35F || beetleThere) {
+        if (cell.id < 0.35F || beetleThere || std::fabs(cz) > halfWidth(cx) - 0.2F) {
             return 0.2F;
         }
         const float r = 0.05F + 0.15F * fraction(cell.id * 13) * fraction(cell.id * 13);
@@ -146,14 +157,19 @@ private:
             const float x = 0.42F - 0.42F * i;
             const Vec3 knee{x + 0.22F - 0.2F * i, 0.08F, 0.86F};
             const Vec3 foot{x + 0.32F - 0.36F * i, -0.24F, 1.02F};
-            black = std::min({black, stick(half, {x, 0, 0.5F}, knee, 0.05F, 0.04F), stick(half, knee, foot, 0.036F, 0.022F)});
+            black = std::min(
+                {black, stick(half, {x, 0, 0.5F}, knee, 0.05F, 0.04F), stick(half, knee, foot, 0.036F, 0.022F)});
         }
         hit.join(black, Black);
     }
 
     static Surface wings(Vec3 q) {
         // Spots as (along, across) seen from above; the middle one lies on the seam.
-        constexpr float spots[][3] = {{0.42F, 0, 0.15F}, {0.22F, 0.42F, 0.135F}, {-0.16F, 0.27F, 0.15F}, {-0.3F, 0.58F, 0.12F}, {-0.6F, 0.28F, 0.12F}};
+        constexpr float spots[][3] = {{0.42F, 0, 0.15F},
+                                      {0.22F, 0.42F, 0.135F},
+                                      {-0.16F, 0.27F, 0.15F},
+                                      {-0.3F, 0.58F, 0.12F},
+                                      {-0.6F, 0.28F, 0.12F}};
         Vec3 red = mix(colour(0xC5150B), colour(0xF2461C), smoothStep(0.1F, 0.75F, q.y));
         float black = 0;
         for (const auto &[x, z, r] : spots) {
@@ -165,14 +181,19 @@ private:
 
     static Surface blackParts(Vec3 q) {
         const float z = std::fabs(q.z);
-        const bool cheek = q.x > 0.55F && q.x < 0.86F && z > 0.24F && q.y > 0.08F;
+        const bool cheek = q.x > 0.55F && q.x < 0.86F && z > 0.24F && z < 0.5F && q.y > 0.08F;
         const bool brow = q.x > 0.9F && length(z - 0.13F, q.y - 0.13F) < 0.055F;
-        return {.colour = cheek || brow ? colour(0xFFF3DC) : colour(0x17141A), .shine = 0.7F, .sharpness = 60, .mirror = 0.05F};
+        return {.colour = cheek || brow ? colour(0xFFF3DC) : colour(0x17141A),
+                .shine = 0.7F,
+                .sharpness = 60,
+                .mirror = 0.05F};
     }
 };
 
 } // namespace
 
-std::unique_ptr<Scene> ladybird() { return std::make_unique<Ladybird>(); }
+std::unique_ptr<Scene> ladybird() {
+    return std::make_unique<Ladybird>();
+}
 
 } // namespace lumora::samples

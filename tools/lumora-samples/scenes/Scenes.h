@@ -7,8 +7,12 @@
 
 namespace lumora::samples {
 
+std::unique_ptr<Scene> balloons();
 std::unique_ptr<Scene> ladybird();
 std::unique_ptr<Scene> locomotive();
 std::unique_ptr<Scene> mountainLake();
+std::unique_ptr<Scene> mushroomHouse();
+std::unique_ptr<Scene> reef();
+std::unique_ptr<Scene> windmill();
 
 } // namespace lumora::samples

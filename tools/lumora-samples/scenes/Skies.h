@@ -22,7 +22,8 @@ inline Cloud clouds(Vec3 d, Vec3 sun, float cover, float size, float shift = 0) 
     const float here = fbm(x, y, 6);
     const float sunwards = fbm(x + sun.x * 0.25F, y + sun.z * 0.25F, 4);
     const float edge = 0.78F - 0.45F * cover;
-    return {smoothStep(edge, edge + 0.22F, here) * smoothStep(0.01F, 0.15F, d.y), clamp01(0.55F + 2.2F * (here - sunwards))};
+    return {smoothStep(edge, edge + 0.22F, here) * smoothStep(0.01F, 0.15F, d.y),
+            clamp01(0.55F + 2.2F * (here - sunwards))};
 }
 
 /// A disc with its glow.

@@ -1,0 +1,19 @@
+// Mosaic: the effect of that name.
+#pragma once
+
+#include "imaging/Region.h"
+
+namespace lumora {
+
+struct Mosaic {
+    int tileWidth = 10; ///< pixels; clamped to 1 and to the picture
+    int tileHeight = 10;
+};
+
+/// Every tile becomes its mean colour (rounded, halves up; colours weighted with alpha, so that what is invisible does
+/// not show). Tiles are laid from the picture's upper left corner; the last ones are cut short. Only pixels of the area
+/// are written, from means of the whole tiles. Source and target have one size; the area lies within it.
+/// Throws std::bad_alloc when memory for a row of sums is refused.
+void applyMosaic(const Mosaic &parameters, ConstPixelView source, PixelView target, PixelRect area, bool opaque);
+
+} // namespace lumora

@@ -1,0 +1,215 @@
+#include "dialogs/frmSimpleOpen.h"
+
+#include "DialogTest.h"
+#include "dialogs/PhotoList.h"
+
+#include <QLabel>
+#include <QLineEdit>
+
+namespace lumora {
+namespace {
+
+class frmSimpleOpenTest : public DialogTest {
+  protected:
+    frmSimpleOpen::Result open(const std::function<void(QWidget &)> &hand, const QString &form = "frmSimpleOpen") {
+        frmSimpleOpen::Result result{};
+        play(
+            [&] {
+                frmSimpleOpen dialog(context(), form, nullptr);
+                result = dialog.ask();
+            },
+            hand);
+        return result;
+    }
+    static QStringList names(QWidget &window) {
+        QStringList names;
+        const auto *list = control<PhotoList>(window, "File1");
+        for (int row = 0; row < list->count(); ++row) {
+            names += list->item(row)->text();
+        }
+        return names;
+    }
+    static QString text(QWidget &window, const char *name) { return control<QLineEdit>(window, name)->text(); }
+    static void clickRow(QWidget &window, int row, bool twice = false) {
+        auto *list = control<PhotoList>(window, "File1");
+        const QPoint place = list->visualItemRect(list->item(row)).center();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, place);
+        if (twice) {
+            QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, place);
+        }
+    }
+};
+
+TEST_F(frmSimpleOpenTest, ListsThePhotosOfTheFolderAndNothingElse) {
+    for (const char *name : {"photo10.jpg", "photo2.JPG", "Cat.png", "dog.bmp", "tree.GIF", "scan.tif", "notes.txt",
+                             "film.jpeg", "jpg", ".hidden.jpg", "paint.tga"}) {
+        writeFile(QString("photos/") + name, "x");
+    }
+    QDir().mkpath(photos() + "/folder.jpg");
+    open([&](QWidget &window) {
+        EXPECT_EQ(names(window),
+                  (QStringList{"Cat.png", "dog.bmp", "photo2.JPG", "photo10.jpg", "scan.tif", "tree.GIF"}));
+        EXPECT_EQ(text(window, "txtPath"), photos());
+        EXPECT_EQ(control<QLabel>(window, "lblCaption")->text(), "Open - " + photos());
+    });
+}
+
+TEST_F(frmSimpleOpenTest, StartsWhereTheSettingsSay) {
+    qputenv("HOME", m_folder.filePath("home").toUtf8());
+    const std::pair<const char *, QString> rows[] = {
+        {"0", photos()}, {"1", GetSpecialFolderPath(5)}, {nullptr, GetSpecialFolderPath(5)}};
+    for (const auto &[value, folder] : rows) {
+        const QByteArray myDocs = value ? QByteArray("[MyDocs]\nValue=") + value + "\n" : QByteArray();
+        writeFile("program/Lumora.ini", myDocs + "[Working Directory]\nPath=" + photos().toUtf8() + "\n");
+        open([&](QWidget &window) { EXPECT_EQ(text(window, "txtPath"), folder); });
+    }
+}
+
+TEST_F(frmSimpleOpenTest, EveryWayToAnEnd) {
+    using Result = frmSimpleOpen::Result;
+    writePhoto("photos/one.png");
+    writePhoto("photos/two.png");
+    struct Row {
+        const char *name;
+        std::function<void(QWidget &)> hand;
+        Result result;
+        QString path;
+    };
+    const QString one = photos() + "/one.png";
+    const QString two = photos() + "/two.png";
+    const Row rows[] = {
+        {"click and Open", [](QWidget &w) { clickRow(w, 1), click(w, "cmdOK"); }, Result::Open, two},
+        {"double click", [](QWidget &w) { clickRow(w, 0, true); }, Result::Open, one},
+        {"typed name", [](QWidget &w) { QTest::keyClicks(control<QLineEdit>(w, "txtFile"), "x y"), click(w, "cmdOK"); },
+         Result::Open, photos() + "/x y"},
+        {"typed name and Enter",
+         [](QWidget &w) {
+             QTest::keyClicks(control<QLineEdit>(w, "txtFile"), "one.png");
+             QTest::keyClick(control<QLineEdit>(w, "txtFile"), Qt::Key_Return);
+         },
+         Result::Open, one},
+        {"arrow keys and Enter",
+         [](QWidget &w) {
+             auto *list = control<PhotoList>(w, "File1");
+             list->setFocus();
+             QTest::keyClick(list, Qt::Key_Right);
+             QTest::keyClick(list, Qt::Key_Return);
+         },
+         Result::Open, two},
+        {"Open without a name", [](QWidget &w) { click(w, "cmdOK"); }, Result::Cancelled, {}},
+        {"Cancel", [](QWidget &w) { clickRow(w, 0), click(w, "cmdCancel"); }, Result::Cancelled, {}},
+        {"Esc", [](QWidget &w) { clickRow(w, 0), QTest::keyClick(&w, Qt::Key_Escape); }, Result::Cancelled, {}},
+        {"More...", [](QWidget &w) { clickRow(w, 0), click(w, "cmdAdvCMDLG"); }, Result::More, {}},
+    };
+    for (const Row &row : rows) {
+        for (const char *form : {"frmSimpleOpen", "frmSimpleOpen2"}) {
+            context().fields.txtSimplePath.clear();
+            context().photo.CurrentFileName = "before";
+            const Result result = open(
+                [&](QWidget &window) {
+                    EXPECT_EQ(window.objectName(), form);
+                    row.hand(window);
+                },
+                form);
+            EXPECT_EQ(result, row.result) << row.name;
+            EXPECT_EQ(context().fields.txtSimplePath, row.path) << row.name;
+            EXPECT_EQ(context().photo.CurrentFileName, row.result == Result::More ? photos() : QString("before"));
+        }
+    }
+}
+
+TEST_F(frmSimpleOpenTest, OpenIsEnabledWhileThereIsAName) {
+    open([&](QWidget &window) {
+        auto *txtFile = control<QLineEdit>(window, "txtFile");
+        const auto *cmdOK = control<QAbstractButton>(window, "cmdOK");
+        EXPECT_FALSE(cmdOK->isEnabled());
+        QTest::keyClicks(txtFile, "a");
+        EXPECT_TRUE(cmdOK->isEnabled());
+        QTest::keyClick(txtFile, Qt::Key_Backspace);
+        EXPECT_FALSE(cmdOK->isEnabled());
+    });
+}
+
+TEST_F(frmSimpleOpenTest, SampleGroupsLeadToTheirFolders) {
+    const char *folders[] = {"animals", "backgrounds for stories", "geographical features", "machines",
+                             "old buildings"};
+    for (const char *folder : folders) {
+        writePhoto(QString("program/My Photos/%1/in %1.png").arg(folder));
+    }
+    open([&](QWidget &window) {
+        for (int n = 1; n <= 5; ++n) {
+            click(window, qPrintable(QString("cmdGrp%1").arg(n)));
+            EXPECT_EQ(text(window, "txtPath"), samples() + '/' + folders[n - 1]);
+            EXPECT_EQ(names(window), QStringList(QString("in %1.png").arg(folders[n - 1])));
+        }
+    });
+}
+
+TEST_F(frmSimpleOpenTest, AMissingSampleFolderIsSaidTwiceAndChangesNothing) {
+    writePhoto("photos/mine.png");
+    open([&](QWidget &window) {
+        const QStringList messages = messagesDuring([&] { click(window, "cmdGrp4"); });
+        ASSERT_EQ(messages.size(), 2);
+        EXPECT_TRUE(messages[0].startsWith("critical/Error/" + samples() + "/machines")) << messages[0].toStdString();
+        EXPECT_EQ(messages[1], "critical/Error/Please reinstall this software.");
+        EXPECT_EQ(names(window), QStringList("mine.png"));
+        EXPECT_EQ(text(window, "txtPath"), photos());
+    });
+}
+
+TEST_F(frmSimpleOpenTest, AMissingFolderAtTheStartIsSaidOnceAndTheDialogStays) {
+    QDir(photos()).removeRecursively();
+    bool shown = false;
+    const QStringList messages = messagesDuring([&] {
+        QTimer closer; // the hand of open() would be given the message box
+        QObject::connect(&closer, &QTimer::timeout, [&] {
+            auto *window = qobject_cast<frmSimpleOpen *>(QApplication::activeModalWidget());
+            if (window) {
+                shown = true;
+                window->close();
+            }
+        });
+        closer.start(5);
+        frmSimpleOpen dialog(context(), "frmSimpleOpen", nullptr);
+        EXPECT_EQ(dialog.ask(), frmSimpleOpen::Result::Cancelled);
+    });
+    ASSERT_EQ(messages.size(), 1);
+    EXPECT_TRUE(messages[0].startsWith("critical/Error/" + photos()));
+    EXPECT_TRUE(shown);
+}
+
+TEST_F(frmSimpleOpenTest, AFileThatIsNoPictureCannotBeChosen) {
+    writeFile("photos/broken.jpg", "no picture at all");
+    writePhoto("photos/whole.png");
+    open([&](QWidget &window) {
+        auto *list = control<PhotoList>(window, "File1");
+        clickRow(window, 0); // chosen before its thumbnail was tried
+        EXPECT_EQ(text(window, "txtFile"), "broken.jpg");
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !list->thumbnail("whole.png").isNull(); }));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return list->isUnreadable("broken.jpg"); }));
+        EXPECT_EQ(text(window, "txtFile"), "");
+        clickRow(window, 0);
+        EXPECT_EQ(text(window, "txtFile"), "");
+        EXPECT_FALSE(control<QAbstractButton>(window, "cmdOK")->isEnabled());
+        clickRow(window, 1);
+        EXPECT_EQ(text(window, "txtFile"), "whole.png");
+    });
+}
+
+TEST_F(frmSimpleOpenTest, OnlyThumbnailsInViewAreMade) {
+    for (int n = 0; n < 300; ++n) {
+        writePhoto(QString("photos/%1.bmp").arg(n));
+    }
+    open([&](QWidget &window) {
+        auto *list = control<PhotoList>(window, "File1");
+        ASSERT_EQ(list->count(), 300);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !list->thumbnail("0.bmp").isNull(); }));
+        EXPECT_TRUE(list->thumbnail("299.bmp").isNull());
+        list->scrollToBottom();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !list->thumbnail("299.bmp").isNull(); }));
+        EXPECT_TRUE(list->thumbnail("150.bmp").isNull());
+    });
+}
+
+} // namespace
+} // namespace lumora

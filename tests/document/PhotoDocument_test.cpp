@@ -1,0 +1,260 @@
+// The document's own rules: zoom, copies, status line, opening and saving, undo and redo as commands.
+#include "document/PhotoDocument.h"
+
+#include "support/TestPictures.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace lumora;
+using test::firstDifference;
+using test::photoLike;
+
+namespace {
+
+const QPoint nowhere(-1, -1);
+using Route = PhotoDocument::OpenRoute;
+
+struct Document : testing::Test {
+    Document() {
+        QObject::connect(&photo, &PhotoDocument::changed, [this](PhotoChanges what) {
+            heard |= what;
+            ++signalCount;
+        });
+    }
+    void open(const QImage &picture, Route route = Route::LoadPhoto) {
+        ASSERT_EQ(photo.openPicture({picture, PictureError::None, {}}, route), PictureError::None);
+    }
+    PhotoChanges takeHeard() {
+        signalCount = 0;
+        return std::exchange(heard, PhotoChanges());
+    }
+
+    ToolFlags flags;
+    PhotoDocument photo{flags};
+    PhotoChanges heard;
+    int signalCount = 0;
+};
+
+QImage plain(int width, int height, QRgb colour = qRgb(10, 20, 30)) {
+    QImage picture(width, height, QImage::Format_RGB32);
+    picture.fill(colour);
+    return picture;
+}
+
+} // namespace
+
+TEST_F(Document, fitsTheWholePhotoIntoTheCanvas) {
+    struct Row {
+        QSize photo, canvas;
+        int zoom;
+    };
+    const Row rows[] = {
+        {{3000, 1000}, {600, 400}, 20}, // wide
+        {{300, 200}, {600, 400}, 100},  // exactly 1.5 is not wide; both sides would enlarge
+        {{1000, 700}, {500, 400}, 57},  // not wide: by height, though the width then does not fit
+        {{400, 300}, {300, 600}, 75},   // by height 200, so by width
+        {{700, 400}, {1400, 300}, 75},  // wide, by width 200, so by height
+        {{3002, 2000}, {600, 400}, 20}, // just wide
+        {{200, 200}, {201, 201}, 100},  // 100.5 rounds to the even 100
+        {{200, 200}, {203, 203}, 100},  // 101.5 rounds to 102, capped
+        {{200, 1000}, {500, 25}, 2},    // 2.5 rounds to the even 2
+        {{200, 1000}, {500, 35}, 4},    // 3.5 rounds to the even 4
+        {{10, 3000}, {100, 10}, 1},     // never 0
+    };
+    for (const Row &row : rows) {
+        open(plain(row.photo.width(), row.photo.height()));
+        photo.fitPhoto(row.canvas);
+        EXPECT_EQ(photo.zoom(), row.zoom) << row.photo.width() << " x " << row.photo.height();
+        EXPECT_TRUE(takeHeard().testFlag(PhotoChange::Zoom));
+    }
+    photo.setZoom(70);
+    for (const QSize canvas : {QSize(0, 100), QSize(100, 0), QSize()}) {
+        photo.fitPhoto(canvas);
+        EXPECT_EQ(photo.zoom(), 70);
+    }
+}
+
+TEST_F(Document, fitsNothingWithoutAPicture) {
+    photo.fitPhoto({600, 400});
+    EXPECT_FALSE(photo.PhotoLoaded());
+    EXPECT_EQ(signalCount, 0);
+}
+
+TEST_F(Document, zoomsInSteps) {
+    enum Step { In, Out };
+    struct Row {
+        int from;
+        Step step;
+        int to;
+        bool magnify;
+        DrawingMode mode;
+    };
+    const Row rows[] = {
+        {35, Out, 30, false, DrawingMode::Smooth}, {30, Out, 30, false, DrawingMode::Smooth},
+        {95, In, 105, true, DrawingMode::Squares}, {105, Out, 95, true, DrawingMode::Squares},
+        {90, In, 100, false, DrawingMode::Smooth}, {91, In, 101, true, DrawingMode::Squares},
+        {5, Out, 30, false, DrawingMode::Smooth},  {9990, In, 10000, true, DrawingMode::Squares},
+    };
+    for (const Row &row : rows) {
+        photo.setZoom(row.from);
+        row.step == In ? photo.PerformZoomIn() : photo.PerformZoomOut();
+        EXPECT_EQ(photo.zoom(), row.to) << "from " << row.from;
+        EXPECT_EQ(photo.magnify(), row.magnify) << "from " << row.from;
+        EXPECT_EQ(photo.drawingMode(), row.mode) << "from " << row.from;
+    }
+    photo.setZoom(-5);
+    EXPECT_EQ(photo.zoom(), 1);
+    photo.setZoom(400);
+    photo.ResizePicCanvas();
+    EXPECT_EQ(photo.zoom(), 400);
+    EXPECT_EQ(photo.drawingMode(), DrawingMode::Smooth);
+    EXPECT_EQ(photo.layoutValue(), 5);
+}
+
+TEST_F(Document, makesTheReducedCopyOf480Pixels) {
+    struct Row {
+        QSize photo, reduced;
+    };
+    const Row rows[] = {{{1000, 600}, {480, 288}}, {{600, 1000}, {288, 480}}, {{480, 480}, {480, 480}},
+                        {{960, 960}, {480, 480}},  {{96, 48}, {480, 240}},    {{3000, 2}, {480, 1}}};
+    for (const Row &row : rows) {
+        open(plain(row.photo.width(), row.photo.height()));
+        EXPECT_EQ(photo.pic2nd().size(), row.reduced);
+        EXPECT_EQ(photo.pic2nd().pixel(0, 0), qRgb(10, 20, 30));
+    }
+    photo.picCM(4) = plain(3, 3);
+    ASSERT_TRUE(photo.changePhoto(plain(600, 500, qRgb(200, 0, 0))));
+    EXPECT_TRUE(photo.picCM(4).isNull());
+    EXPECT_EQ(photo.pic2nd().pixel(5, 5), qRgb(200, 0, 0));
+}
+
+TEST_F(Document, describesThePhotoInTheStatusLine) {
+    const QString blanks(20, ' ');
+    EXPECT_EQ(photo.statusLine("Lumora", "1.0.3", 96), "Lumora" + blanks + " - Version 1.0.3");
+    open(plain(640, 480));
+    EXPECT_EQ(photo.statusLine("Lumora", "1.0.3", 96),
+              "Lumora" + blanks + " - Version 1.0.3 - (640 x 480 pixels - 169 x 127 millimetres)");
+    EXPECT_TRUE(photo.statusLine({}, "2.0.0", 72).endsWith("(640 x 480 pixels - 226 x 169 millimetres)"));
+}
+
+TEST_F(Document, opensWithAllCopiesSharedAndSaysSoOnce) {
+    flags.FreeResizeActive = true;
+    for (const Route route : {Route::LoadPhoto, Route::TmrLoadPhoto}) {
+        photo.setPhotoModified(true);
+        photo.setZoom(300);
+        takeHeard();
+        const QImage picture = photoLike(60, 40);
+        ASSERT_EQ(photo.openPicture({picture, PictureError::None, {}}, route), PictureError::None);
+        EXPECT_TRUE(photo.PhotoLoaded());
+        EXPECT_EQ(photo.PhotoModified(), route == Route::TmrLoadPhoto);
+        EXPECT_EQ(photo.drawingMode(), DrawingMode::Smooth);
+        for (const QImage *copy : {&photo.picCanvas(), &photo.picBuffer(), &photo.picThumb()}) {
+            EXPECT_EQ(copy->constBits(), picture.constBits());
+        }
+        EXPECT_TRUE(heard.testFlag(PhotoChange::Loaded) && heard.testFlag(PhotoChange::Pixels));
+    }
+    EXPECT_EQ(photo.history().undoSteps(), 1); // none for the empty canvas
+}
+
+TEST_F(Document, keepsThePhotoAndTheRedoStepsWhenAFileCannotBeRead) {
+    const QTemporaryDir folder;
+    QFile broken(folder.filePath("broken.png"));
+    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
+    broken.write("no picture at all");
+    broken.close();
+    open(plain(30, 20));
+    ASSERT_TRUE(photo.changePhoto(plain(30, 20, qRgb(1, 1, 1))));
+    photo.PerformUndo();
+    const QImage before = photo.picCanvas();
+    for (const QString &name : {QStringLiteral("broken.png"), QStringLiteral("nothing.png")}) {
+        EXPECT_NE(photo.openFile(folder.filePath(name), Route::LoadPhoto), PictureError::None);
+        EXPECT_EQ(photo.picCanvas().cacheKey(), before.cacheKey());
+        EXPECT_TRUE(photo.PhotoModified() && photo.PhotoLoaded());
+    }
+    photo.PerformUndo(); // the point of the failed opening: the same picture
+    EXPECT_EQ(firstDifference(photo.picCanvas(), before), nowhere);
+    photo.PerformRedo();
+    photo.PerformRedo();
+    photo.PerformRedo();
+    EXPECT_EQ(photo.picCanvas().pixel(0, 0), qRgb(1, 1, 1));
+}
+
+TEST_F(Document, savesAndOpensAgain) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("photo.png");
+    EXPECT_FALSE(photo.saveFile(path).ok());
+    EXPECT_FALSE(QFile::exists(path));
+    const QImage picture = photoLike(50, 70);
+    open(picture);
+    photo.setPhotoModified(true);
+    EXPECT_FALSE(photo.saveFile(folder.filePath("no/such/folder.png")).ok());
+    EXPECT_TRUE(photo.PhotoModified());
+    ASSERT_TRUE(photo.saveFile(path).ok());
+    EXPECT_FALSE(photo.PhotoModified());
+    ASSERT_TRUE(photo.changePhoto(plain(5, 5)));
+    ASSERT_EQ(photo.openFile(path, Route::LoadPhoto), PictureError::None);
+    EXPECT_EQ(firstDifference(photo.picCanvas(), picture), nowhere);
+    photo.PerformUndo();
+    EXPECT_EQ(photo.picCanvas().size(), QSize(5, 5));
+    EXPECT_TRUE(photo.statusLine({}, {}, 96).contains("(5 x 5 pixels"));
+}
+
+TEST_F(Document, changesThePhotoInOneWay) {
+    open(plain(30, 20));
+    takeHeard();
+    ASSERT_TRUE(photo.changePhoto(plain(20, 30)));
+    EXPECT_EQ(signalCount, 1);
+    EXPECT_TRUE(heard.testFlag(PhotoChange::Size) && heard.testFlag(PhotoChange::Modified));
+    EXPECT_TRUE(photo.PhotoModified());
+    EXPECT_EQ(photo.picThumb().constBits(), photo.picCanvas().constBits());
+    EXPECT_EQ(photo.picBuffer().size(), QSize(30, 20));
+
+    takeHeard();
+    EXPECT_FALSE(photo.changePhoto(QImage()));
+    EXPECT_EQ(signalCount, 0);
+    EXPECT_EQ(photo.history().undoSteps(), 1);
+
+    photo.setPhotoModified(false);
+    ASSERT_TRUE(photo.changePhoto(plain(20, 30, qRgb(9, 9, 9)), {false, true, false}));
+    EXPECT_FALSE(photo.PhotoModified());
+    EXPECT_EQ(photo.history().undoSteps(), 1);
+    ASSERT_TRUE(photo.changePhoto(plain(4, 4).convertToFormat(QImage::Format_RGB888)));
+    EXPECT_EQ(photo.picCanvas().format(), QImage::Format_RGB32);
+}
+
+TEST_F(Document, undoesAndRedoes) {
+    photo.PerformUndo();
+    EXPECT_EQ(signalCount, 0); // nothing is loaded
+    const QImage first = photoLike(30, 20);
+    open(first);
+    ASSERT_TRUE(photo.changePhoto(photoLike(20, 30)));
+    photo.PerformUndo();
+    EXPECT_EQ(firstDifference(photo.picCanvas(), first), nowhere);
+    EXPECT_EQ(photo.picThumb().constBits(), photo.picCanvas().constBits());
+    EXPECT_EQ(photo.pic2nd().size(), QSize(480, 320));
+    EXPECT_TRUE(photo.PhotoModified());
+    takeHeard();
+    photo.PerformUndo(); // nothing left: the rest of the sequence still runs
+    EXPECT_EQ(photo.picCanvas().size(), QSize(30, 20));
+    EXPECT_TRUE(heard.testFlag(PhotoChange::Pixels));
+    EXPECT_FALSE(heard.testFlag(PhotoChange::Selection));
+    flags.FreeResizeActive = true;
+    photo.PerformRedo();
+    EXPECT_EQ(photo.picCanvas().size(), QSize(20, 30));
+    EXPECT_TRUE(heard.testFlag(PhotoChange::Selection)); // the frame is given back
+    EXPECT_TRUE(photo.PhotoModified());
+}
+
+TEST_F(Document, keepsOneSnapshotInMemory) {
+    photo.SavePhotoToMemory();
+    photo.OpenPhotoFromMemory();
+    EXPECT_TRUE(photo.MemoryPhoto().isEmpty() && photo.picBuffer().isNull());
+    open(plain(240, 100));
+    photo.SavePhotoToMemory();
+    EXPECT_EQ(QImage::fromData(QByteArray::fromBase64(photo.MemoryPhoto()), "JPG").size(), QSize(240, 100));
+    photo.OpenPhotoFromMemory();
+    EXPECT_EQ(photo.picBuffer().size(), QSize(120, 50));
+    EXPECT_EQ(photo.picCanvas().size(), QSize(240, 100));
+}

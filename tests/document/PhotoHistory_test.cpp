@@ -1,0 +1,331 @@
+// Undo and redo against a plain list of whole pictures, under budgets that keep everything, spill and drop.
+#include "document/PhotoHistory.h"
+
+#include "document/PackedPicture.h"
+#include "document/PictureDifference.h"
+#include "imaging/Picture.h"
+#include "support/TestPictures.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTemporaryFile>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <random>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+using namespace lumora;
+using test::firstDifference;
+using test::photoLike;
+
+namespace {
+
+const QPoint nowhere(-1, -1);
+constexpr qint64 plenty = qint64{1} << 30;
+
+QImage withDot(const QImage &picture, int x, int y, QRgb colour = qRgb(1, 2, 3)) {
+    QImage copy = picture.copy();
+    copy.setPixel(x, y, colour);
+    return copy;
+}
+
+/// Some change such as tools make: a dot, a patch, everything, nothing, another size, transparency.
+QImage someChange(const QImage &picture, std::minstd_rand &random) {
+    const auto below = [&random](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+    QImage next = picture.copy();
+    const QRgb colour = qRgb(below(256), below(256), below(256));
+    switch (below(6)) {
+    case 0:
+        return picture;
+    case 1:
+        next.setPixel(below(next.width()), below(next.height()), colour);
+        return next;
+    case 2:
+        for (int i = 0; i < 9; ++i) {
+            next.setPixel((next.width() - 1) / 2 + i % 3 % next.width(), i / 3 % next.height(), colour);
+        }
+        return next;
+    case 3:
+        next.invertPixels();
+        return next;
+    case 4:
+        return photoLike(20 + below(60), 20 + below(60), below(2) == 1);
+    default:
+        next.fill(colour);
+        return next;
+    }
+}
+
+QStringList spilledFiles(const QString &folder) {
+    QStringList files;
+    const QDir top(folder);
+    for (const QString &name : top.entryList({"lumora-history-*"}, QDir::Dirs)) {
+        const QDir inside(top.filePath(name));
+        for (const QString &file : inside.entryList(QDir::Files)) {
+            files += inside.filePath(file);
+        }
+    }
+    return files;
+}
+
+/// A history with its picture, changed as PhotoDocument does it.
+struct Editing {
+    explicit Editing(const PhotoHistory::Limits &limits) : history(limits) {}
+    void change(const QImage &next) {
+        history.record();
+        ASSERT_TRUE(history.replaced(picture, next));
+        picture = next;
+    }
+    PhotoHistory history;
+    QImage picture = photoLike(64, 48);
+};
+
+} // namespace
+
+TEST(PhotoHistory, walksLikeAListOfWholePictures) {
+    const QTemporaryDir folder;
+    struct Row {
+        qint64 memory;
+        const char *what;
+    };
+    for (const Row &row : {Row{plenty, "all in memory"}, Row{20'000, "some on the disk"}, Row{0, "all on the disk"}}) {
+        SCOPED_TRACE(row.what);
+        std::minstd_rand random(4711);
+        Editing editing({row.memory, plenty, folder.path()});
+        std::vector<QImage> undo;
+        std::vector<QImage> redo;
+        QImage now = editing.picture;
+        for (int i = 0; i < 600; ++i) {
+            const auto what = random() % 10;
+            if (what < 4) { // a change, now and then without its point
+                const QImage next = someChange(now, random);
+                if (random() % 8 != 0) {
+                    editing.history.record();
+                    undo.push_back(now);
+                }
+                ASSERT_TRUE(editing.history.replaced(editing.picture, next));
+                editing.picture = next;
+                now = next;
+                redo.clear();
+            } else if (what == 4) { // a point after which nothing changes
+                editing.history.record();
+                undo.push_back(now);
+            } else {
+                const bool back = what < 8;
+                auto &from = back ? undo : redo;
+                ASSERT_EQ(back ? editing.history.undo(editing.picture) : editing.history.redo(editing.picture),
+                          !from.empty());
+                if (!from.empty()) {
+                    (back ? redo : undo).push_back(now);
+                    now = from.back();
+                    from.pop_back();
+                }
+            }
+            ASSERT_EQ(firstDifference(editing.picture, now), nowhere) << "step " << i;
+            ASSERT_EQ(editing.picture.format(), now.format());
+            ASSERT_EQ(editing.history.undoSteps(), static_cast<int>(undo.size()));
+            ASSERT_EQ(editing.history.redoSteps(), static_cast<int>(redo.size()));
+        }
+        editing.history.waitForWriter();
+        EXPECT_EQ(editing.history.diskBytes() > 0, row.memory != plenty);
+    }
+    EXPECT_TRUE(QDir(folder.path()).isEmpty()); // the private folders are gone with their histories
+}
+
+TEST(PhotoHistory, costsWhatAStepChanged) {
+    const QTemporaryDir folder;
+    Editing editing({plenty, plenty, folder.path()});
+    const qint64 whole = editing.picture.sizeInBytes();
+    editing.change(withDot(editing.picture, 10, 10));
+    EXPECT_EQ(editing.history.memoryBytes(), 4);
+    editing.change(editing.picture.copy());
+    EXPECT_EQ(editing.history.memoryBytes(), 4);
+    QImage inverted = editing.picture.copy();
+    inverted.invertPixels();
+    editing.change(inverted);
+    EXPECT_EQ(editing.history.memoryBytes(), 4 + whole);
+    while (editing.history.undo(editing.picture)) {
+    }
+    EXPECT_EQ(editing.history.memoryBytes(), 4 + whole);
+    EXPECT_TRUE(spilledFiles(folder.path()).isEmpty());
+}
+
+TEST(PhotoHistory, dropsTheOldestStepsBeyondTheDiskBudget) {
+    const QTemporaryDir folder;
+    Editing editing({30'000, 60'000, folder.path()});
+    std::vector<QImage> pictures;
+    for (int i = 0; i < 40; ++i) {
+        pictures.push_back(editing.picture);
+        editing.change(photoLike(60 + i, 48));
+    }
+    editing.history.waitForWriter();
+    EXPECT_LE(editing.history.diskBytes(), 60'000);
+    EXPECT_LE(editing.history.memoryBytes(), 30'000);
+    const int left = editing.history.undoSteps();
+    EXPECT_GT(left, 4);
+    EXPECT_LT(left, 40);
+    for (int i = 0; i < left; ++i) {
+        ASSERT_TRUE(editing.history.undo(editing.picture));
+        ASSERT_EQ(firstDifference(editing.picture, pictures[pictures.size() - 1 - i]), nowhere);
+    }
+    EXPECT_FALSE(editing.history.undo(editing.picture));
+    for (int i = 0; i < left; ++i) {
+        ASSERT_TRUE(editing.history.redo(editing.picture));
+    }
+    EXPECT_EQ(editing.picture.width(), 60 + 39);
+}
+
+TEST(PhotoHistory, costsOnlyOldStepsWhenTheDiskIsFull) {
+    const QTemporaryDir folder;
+    if (::mount("tmpfs", folder.path().toLocal8Bit().constData(), "tmpfs", 0, "size=64k") != 0) {
+        GTEST_SKIP() << "only root can mount a disk small enough to be full";
+    }
+    {
+        Editing editing({30'000, plenty, folder.path()});
+        for (int i = 0; i < 40; ++i) {
+            const QImage before = editing.picture;
+            editing.change(photoLike(60 + i, 48));
+            ASSERT_TRUE(editing.history.undo(editing.picture));
+            ASSERT_EQ(firstDifference(editing.picture, before), nowhere) << "step " << i;
+            ASSERT_TRUE(editing.history.redo(editing.picture));
+            ASSERT_EQ(editing.picture.width(), 60 + i);
+        }
+        EXPECT_GT(editing.history.undoSteps(), 1);
+        EXPECT_LT(editing.history.undoSteps(), 40);
+    }
+    ::umount(folder.path().toLocal8Bit().constData());
+}
+
+TEST(PhotoHistory, keepsTheLastStepWhenNothingCanBeWritten) {
+    Editing editing({0, plenty, "/nonexistent/folder"});
+    for (int i = 0; i < 5; ++i) {
+        editing.change(photoLike(70 + i, 48));
+    }
+    ASSERT_TRUE(editing.history.undo(editing.picture));
+    EXPECT_EQ(editing.picture.width(), 73);
+    ASSERT_TRUE(editing.history.redo(editing.picture));
+    EXPECT_EQ(editing.picture.width(), 74);
+}
+
+TEST(PhotoHistory, leavesOutStepsWhoseFilesAreGoneOrBroken) {
+    for (const bool gone : {true, false}) {
+        const QTemporaryDir folder;
+        Editing editing({0, plenty, folder.path()});
+        const QImage first = editing.picture;
+        editing.change(photoLike(50, 50));
+        editing.history.waitForWriter();
+        const QStringList kept = spilledFiles(folder.path());
+        editing.change(withDot(editing.picture, 3, 3));
+        editing.change(withDot(editing.picture, 4, 4));
+        const QImage last = editing.picture;
+        editing.history.waitForWriter();
+        for (const QString &file : spilledFiles(folder.path())) {
+            if (!kept.contains(file)) {
+                ASSERT_TRUE(gone ? QFile::remove(file) : QFile::resize(file, 9));
+            }
+        }
+        // Both dots are lost; the step before them leads back all the same, and forward again to what was last seen.
+        ASSERT_TRUE(editing.history.undo(editing.picture));
+        EXPECT_EQ(firstDifference(editing.picture, first), nowhere);
+        EXPECT_EQ(editing.history.undoSteps(), 0);
+        ASSERT_TRUE(editing.history.redo(editing.picture));
+        EXPECT_EQ(firstDifference(editing.picture, last), nowhere);
+        EXPECT_FALSE(editing.history.redo(editing.picture));
+    }
+}
+
+TEST(PhotoHistory, goesOnWhenItsFolderIsDeleted) {
+    const QTemporaryDir folder;
+    Editing editing({0, plenty, folder.path()});
+    editing.change(photoLike(50, 50));
+    editing.change(photoLike(40, 50));
+    editing.history.waitForWriter();
+    for (const QString &name : QDir(folder.path()).entryList({"lumora-history-*"}, QDir::Dirs)) {
+        QDir(folder.filePath(name)).removeRecursively();
+    }
+    const QImage before = editing.picture;
+    EXPECT_FALSE(editing.history.undo(editing.picture));
+    EXPECT_EQ(editing.picture.cacheKey(), before.cacheKey());
+    editing.change(photoLike(30, 50));
+    editing.change(photoLike(20, 50));
+    editing.history.waitForWriter();
+    EXPECT_FALSE(spilledFiles(folder.path()).isEmpty());
+    ASSERT_TRUE(editing.history.undo(editing.picture));
+    ASSERT_TRUE(editing.history.undo(editing.picture));
+    EXPECT_EQ(firstDifference(editing.picture, before), nowhere);
+}
+
+#ifndef __SANITIZE_ADDRESS__
+namespace {
+
+/// Runs in a process of its own: 0 when a refused undo changed nothing and the same undo works with memory again.
+int undoWithoutMemory() {
+    PhotoHistory history;
+    const QImage before = photoLike(2500, 2500);
+    QImage picture = withDot(before, 7, 7);
+    history.record();
+    if (!history.replaced(before, picture)) {
+        return 2;
+    }
+    releaseKeptBuffers();
+    long pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    rlimit limit{};
+    ::getrlimit(RLIMIT_AS, &limit);
+    const rlimit none{static_cast<rlim_t>(pages * ::sysconf(_SC_PAGESIZE) + (4 << 20)), limit.rlim_max};
+    ::setrlimit(RLIMIT_AS, &none);
+    const qint64 key = picture.cacheKey();
+    const bool refused = !history.undo(picture) && picture.cacheKey() == key && history.undoSteps() == 1;
+    ::setrlimit(RLIMIT_AS, &limit);
+    return refused && history.undo(picture) && firstDifference(picture, before) == nowhere ? 0 : 1;
+}
+
+} // namespace
+
+TEST(PhotoHistoryDeathTest, changesNothingWhenMemoryIsRefused) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(::_exit(undoWithoutMemory()), testing::ExitedWithCode(0), "");
+}
+#endif
+
+TEST(PictureDifference, findsTheSmallestRectangle) {
+    const QImage picture = photoLike(37, 29);
+    EXPECT_TRUE(differingRect(picture, picture).isEmpty());
+    EXPECT_TRUE(differingRect(picture, picture.copy()).isEmpty());
+    std::minstd_rand random(99);
+    for (int i = 0; i < 300; ++i) {
+        QImage other = picture.copy();
+        QRect expected;
+        for (unsigned dots = 1 + random() % 4; dots > 0; --dots) {
+            const QPoint at(static_cast<int>(random() % 37), static_cast<int>(random() % 29));
+            other.setPixel(at, picture.pixel(at) ^ 1);
+            expected |= QRect(at, QSize(1, 1));
+        }
+        ASSERT_EQ(differingRect(picture, other), expected) << "case " << i;
+    }
+}
+
+TEST(PackedPicture, comesBackPixelForPixelOrNotAtAll) {
+    for (const QSize size : {QSize(1, 1), QSize(301, 900), QSize(5000, 70)}) {
+        for (const int variant : {0, 1, 2, 3}) {
+            const bool pack = (variant & 1) != 0;
+            const QImage picture = photoLike(size.width(), size.height(), (variant & 2) != 0);
+            QTemporaryFile file;
+            ASSERT_TRUE(file.open());
+            const qint64 written = writePacked(file.handle(), picture, pack, plenty, {});
+            ASSERT_EQ(written, QFile(file.fileName()).size());
+            QImage back = newPicture(size.width(), size.height(), picture.format() == QImage::Format_RGB32);
+            file.seek(0);
+            ASSERT_TRUE(readPacked(file.handle(), back));
+            EXPECT_EQ(firstDifference(picture, back), nowhere);
+            file.resize(written - 1);
+            file.seek(0);
+            EXPECT_FALSE(readPacked(file.handle(), back));
+            file.seek(0);
+            EXPECT_EQ(writePacked(file.handle(), picture, pack, written - 1, {}), -1);
+        }
+    }
+}

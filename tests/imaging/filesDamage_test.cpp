@@ -1,0 +1,258 @@
+// Broken, cut-off and lying files: refused or shown as far as they go, never a crash, a hang or a flood of memory.
+#include "imaging/Picture.h"
+#include "imaging/PictureFile.h"
+#include "imaging/filesMakers.h"
+#include "support/TestPictures.h"
+
+#include <QTemporaryDir>
+#include <QtEndian>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <png.h>
+#include <random>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <tiffio.h>
+#include <unistd.h>
+#include <zlib.h>
+
+using namespace lumora;
+using namespace lumora::test;
+
+namespace {
+
+struct File {
+    const char *name;
+    QByteArray bytes;
+};
+
+int noise(int x, int y, int channel) {
+    return static_cast<int>(static_cast<unsigned>(x * 1709 + y * 5711 + channel * 9973) * 2654435761U >> 24);
+}
+
+// A file of each format and of the arrangements that decode by ways of their own.
+std::vector<File> everyKind() {
+    constexpr int width = 48;
+    constexpr int height = 40;
+    std::vector<QRgb> palette;
+    for (int i = 0; i < 256; ++i) {
+        palette.push_back(qRgb(i, 255 - i, 7 * i));
+    }
+    std::vector<std::uint8_t> indices;
+    for (int i = 0; i < width * height; ++i) {
+        indices.push_back(static_cast<std::uint8_t>(noise(i % width, i / width, 0)));
+    }
+    const QImage photo = photoLike(width, height);
+    std::vector<File> files{
+        {"JPEG", makeJpeg(width, height, {}, noise)},
+        {"progressive JPEG", makeJpeg(width, height, {.progressive = true}, noise)},
+        {"CMYK JPEG", makeJpeg(width, height, {.components = 4}, noise)},
+        {"PNG", makePng(width, height, 8, PNG_COLOR_TYPE_RGB, false, noise, exifWithOrientation(6))},
+        {"interlaced PNG", makePng(width, height, 8, PNG_COLOR_TYPE_RGB_ALPHA, true, noise)},
+        {"TIFF", makeTiff(width, height, {}, noise)},
+        {"LZW TIFF", makeTiff(width, height, {.compression = COMPRESSION_LZW, .predictor = 2}, noise)},
+        {"tiled TIFF", makeTiff(width, height, {.compression = COMPRESSION_ADOBE_DEFLATE, .tiled = true}, noise)},
+        {"JPEG TIFF", makeTiff(width, height, {.compression = COMPRESSION_JPEG}, noise)},
+        {"GIF", makeGif(width, height, palette, 3, false, {indices})},
+        {"interlaced GIF", makeGif(width, height, palette, -1, true, {indices, indices})},
+        {"BMP", makeBmp(width, height, 24, false, false, noise)},
+        {"palette BMP", makeBmp(width, height, 8, true, false, noise, palette)},
+        {"WebP", makeWebP(photo, exifWithOrientation(3))},
+    };
+    if (const QByteArray heif = makeHeif(photoLike(64, 64), 1, exifWithOrientation(1)); !heif.isEmpty()) {
+        files.push_back({"HEIF", heif});
+    }
+    return files;
+}
+
+// Whatever comes out is a whole answer: a picture, or an error with its reason.
+void expectAnswer(const PictureRead &read) {
+    EXPECT_EQ(read.picture.isNull(), read.error != PictureError::None);
+    EXPECT_TRUE(read.error == PictureError::None || !read.reason.isEmpty());
+}
+
+qint64 peakKilobytes() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+void put(QByteArray &bytes, qsizetype at, const QByteArray &what) {
+    ASSERT_GE(at, 0);
+    bytes.replace(at, what.size(), what);
+}
+
+template <typename Value> QByteArray big(Value value) {
+    value = qToBigEndian(value);
+    return {reinterpret_cast<const char *>(&value), sizeof(value)};
+}
+
+template <typename Value> QByteArray little(Value value) {
+    value = qToLittleEndian(value);
+    return {reinterpret_cast<const char *>(&value), sizeof(value)};
+}
+
+// The file with another size in its header, 16 bits a side.
+QByteArray withSize(const File &file, int width, int height) {
+    QByteArray bytes = file.bytes;
+    const QByteArray name(file.name);
+    if (name.endsWith("JPEG")) {
+        const qsizetype frame = std::max(bytes.indexOf("\xFF\xC0"), bytes.indexOf("\xFF\xC2"));
+        put(bytes, frame + 5, big<quint16>(height) + big<quint16>(width));
+    } else if (name.endsWith("PNG")) {
+        put(bytes, 16, big<quint32>(width) + big<quint32>(height));
+        put(bytes, 29, big<quint32>(crc32(0, reinterpret_cast<const Bytef *>(bytes.constData()) + 12, 17)));
+    } else if (name.endsWith("TIFF")) {
+        for (const auto &[tag, value] :
+             {std::pair<int, int>{TIFFTAG_IMAGEWIDTH, width}, {TIFFTAG_IMAGELENGTH, height}}) {
+            const qsizetype directory = qFromLittleEndian<quint32>(bytes.constData() + 4);
+            const int entries = qFromLittleEndian<quint16>(bytes.constData() + directory);
+            for (int i = 0; i < entries; ++i) {
+                const qsizetype entry = directory + 2 + i * 12;
+                if (qFromLittleEndian<quint16>(bytes.constData() + entry) == tag) {
+                    put(bytes, entry + 2, little<quint16>(TIFF_LONG) + little<quint32>(1) + little<quint32>(value));
+                }
+            }
+        }
+    } else if (name.endsWith("GIF")) {
+        put(bytes, 6, little<quint16>(width) + little<quint16>(height));
+    } else if (name.endsWith("BMP")) {
+        put(bytes, 18, little<qint32>(width) + little<qint32>(height));
+    } else if (name == "WebP") {
+        const QByteArray canvas = little<quint32>(width - 1).left(3) + little<quint32>(height - 1).left(3);
+        put(bytes, bytes.indexOf("VP8X") + 12, canvas);
+        put(bytes, bytes.indexOf("VP8L") + 9, little<quint32>((width - 1) | (height - 1) << 14 | 1 << 28));
+    } else {
+        put(bytes, bytes.indexOf("ispe") + 8, big<quint32>(width) + big<quint32>(height));
+    }
+    return bytes;
+}
+
+} // namespace
+
+TEST(FilesDamage, HeadersThatLieCostNothing) {
+    const std::vector<File> files = everyKind();
+    readPictureFromData(files.front().bytes); // the libraries' own tables
+    for (const File &file : files) {
+        SCOPED_TRACE(file.name);
+        const QByteArray lie = withSize(file, 13'000, 14'000); // 182 megapixels
+        const qint64 before = peakKilobytes();
+        const PictureRead read = readPictureFromData(lie);
+        EXPECT_NE(read.error, PictureError::None);
+        EXPECT_NE(read.error, PictureError::TooLarge);
+        expectAnswer(read);
+        EXPECT_LT(peakKilobytes() - before, 64 * 1024);
+    }
+}
+
+TEST(FilesDamage, MoreThan200MegapixelsAreRefused) {
+    for (const File &file : everyKind()) {
+        SCOPED_TRACE(file.name);
+        if (QByteArray(file.name) == "WebP") {
+            continue; // ends at 16383 pixels a side
+        }
+        EXPECT_EQ(readPictureFromData(withSize(file, 20'000, 10'001)).error, PictureError::TooLarge);
+        EXPECT_NE(readPictureFromData(withSize(file, 20'000, 10'000)).error, PictureError::TooLarge);
+        EXPECT_EQ(readPictureFromData(withSize(file, 0, 40)).error, PictureError::Damaged);
+    }
+}
+
+TEST(FilesDamage, CutOffAnywhere) {
+    for (const File &file : everyKind()) {
+        SCOPED_TRACE(file.name);
+        ASSERT_EQ(readPictureFromData(file.bytes).error, PictureError::None);
+        for (qsizetype length = 0; length < file.bytes.size(); length += 1 + length / 40) {
+            SCOPED_TRACE(length);
+            const PictureRead read = readPictureFromData(file.bytes.left(length));
+            expectAnswer(read);
+            EXPECT_EQ(read.picture, readPictureFromData(file.bytes.left(length)).picture)
+                << "the same bytes, the same pixels";
+        }
+        EXPECT_NE(readPictureFromData(file.bytes.left(16)).error, PictureError::None);
+    }
+}
+
+TEST(FilesDamage, CutOffLateShowsTheRest) {
+    QTemporaryDir folder;
+    const QImage photo = toPicture(photoLike(640, 480));
+    for (const char *name : {"a.jpg", "a.png", "a.bmp", "a.gif", "a.webp"}) {
+        SCOPED_TRACE(name);
+        QByteArray bytes;
+        if (QByteArray(name) == "a.webp") {
+            bytes = makeWebP(photo);
+        } else {
+            const QString path = folder.filePath(QLatin1String(name));
+            ASSERT_TRUE(writePicture(photo, path).ok());
+            QFile file(path);
+            ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+            bytes = file.readAll();
+        }
+        const PictureRead whole = readPictureFromData(bytes);
+        const PictureRead cut = readPictureFromData(bytes.left(bytes.size() * 4 / 5));
+        ASSERT_EQ(cut.error, PictureError::None) << cut.reason.toStdString();
+        ASSERT_EQ(cut.picture.size(), photo.size());
+        const bool fromBottom = QByteArray(name) == "a.bmp";
+        const QRect kept(0, fromBottom ? 240 : 0, 640, 240);
+        EXPECT_EQ(cut.picture.copy(kept), whole.picture.copy(kept));
+    }
+}
+
+TEST(FilesDamage, GarbageInside) {
+    std::minstd_rand random(4711);
+    for (const File &file : everyKind()) {
+        SCOPED_TRACE(file.name);
+        for (int round = 0; round < 150; ++round) {
+            QByteArray bytes = file.bytes;
+            const int changes = 1 + static_cast<int>(random() % 8);
+            for (int i = 0; i < changes; ++i) {
+                // Most of them in the head, where the sizes and offsets are.
+                const auto range =
+                    static_cast<unsigned>(round % 3 == 0 ? bytes.size() : std::min<qsizetype>(200, bytes.size()));
+                bytes[static_cast<qsizetype>(random() % range)] = static_cast<char>(random() % 256);
+            }
+            expectAnswer(readPictureFromData(bytes));
+        }
+    }
+}
+
+TEST(FilesDamage, NothingIsPrinted) {
+    testing::internal::CaptureStderr();
+    for (const File &file : everyKind()) {
+        readPictureFromData(file.bytes.left(file.bytes.size() / 2));
+        QByteArray bytes = file.bytes;
+        for (qsizetype i = 40; i < bytes.size(); i += 37) {
+            bytes[i] = static_cast<char>(bytes[i] ^ 0x55);
+        }
+        readPictureFromData(bytes);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(FilesDamage, WhatIsNoPicture) {
+    QTemporaryDir folder;
+    const QString text = folder.filePath(QStringLiteral("letter.jpg"));
+    QFile file(text);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("BMW is what this text begins with, and it goes on for a while.");
+    file.close();
+    const QString pipe = folder.filePath(QStringLiteral("pipe"));
+    ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    const struct {
+        QString path;
+        PictureError error;
+    } rows[] = {
+        {folder.filePath(QStringLiteral("missing.png")), PictureError::NotFound},
+        {folder.path(), PictureError::NotFound},
+        {pipe, PictureError::NotFound}, // opening it would wait for ever
+        {QStringLiteral("/dev/zero"), PictureError::NotFound},
+        {QString(), PictureError::NotFound},
+        {text, PictureError::NotAPicture},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.path.toStdString());
+        EXPECT_EQ(readPicture(row.path).error, row.error);
+        EXPECT_EQ(readPictureHeader(row.path).error, row.error);
+        EXPECT_EQ(readThumbnail(row.path, 100).error, row.error);
+    }
+    EXPECT_EQ(readPictureFromData({}).error, PictureError::NotAPicture);
+}

@@ -1,0 +1,380 @@
+#include "imaging/filesMakers.h"
+
+#include <QBuffer>
+#include <QtEndian>
+#include <cgif.h>
+#include <cstdio>
+#include <cstring>
+#include <jpeglib.h>
+#include <libheif/heif.h>
+#include <png.h>
+#include <tiffio.h>
+#include <webp/encode.h>
+
+namespace lumora::test {
+
+namespace {
+
+tsize_t tiffRead(thandle_t device, void *to, tsize_t count) {
+    return static_cast<QBuffer *>(device)->read(static_cast<char *>(to), count);
+}
+tsize_t tiffWrite(thandle_t device, void *from, tsize_t count) {
+    return static_cast<QBuffer *>(device)->write(static_cast<const char *>(from), count);
+}
+toff_t tiffSeek(thandle_t device, toff_t offset, int from) {
+    auto *buffer = static_cast<QBuffer *>(device);
+    const qint64 base = from == SEEK_CUR ? buffer->pos() : from == SEEK_END ? buffer->size() : 0;
+    buffer->seek(base + static_cast<qint64>(offset));
+    return static_cast<toff_t>(buffer->pos());
+}
+
+// Packs samples of any depth; 16 bits and more in this machine's order.
+std::vector<std::uint8_t> packRow(const std::vector<int> &values, int bits) {
+    std::vector<std::uint8_t> row((values.size() * bits + 7) / 8);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (bits == 32) {
+            const auto value = static_cast<std::uint32_t>(values[i]) * 0x01010101U;
+            std::memcpy(&row[i * 4], &value, 4);
+        } else if (bits == 16) {
+            const auto value = static_cast<std::uint16_t>(values[i]);
+            std::memcpy(&row[i * 2], &value, 2);
+        } else {
+            row[i * bits / 8] |= static_cast<std::uint8_t>(values[i] << (8 - bits - i * bits % 8));
+        }
+    }
+    return row;
+}
+
+std::vector<int> samplesOf(const Sampler &sample, int x0, int width, int y, int firstChannel, int channels) {
+    std::vector<int> values;
+    for (int x = x0; x < x0 + width; ++x) {
+        for (int channel = firstChannel; channel < firstChannel + channels; ++channel) {
+            values.push_back(sample(x, y, channel));
+        }
+    }
+    return values;
+}
+
+void describePage(TIFF *tiff, int width, int height, const TiffKind &kind) {
+    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, width);
+    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, height);
+    TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, kind.bits);
+    TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, kind.samples);
+    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, kind.photometric);
+    TIFFSetField(tiff, TIFFTAG_COMPRESSION, kind.compression);
+    TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, kind.separate ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
+    if (kind.predictor > 1) {
+        TIFFSetField(tiff, TIFFTAG_PREDICTOR, kind.predictor);
+    }
+    if (kind.alphaKind != 0) {
+        const auto extra = static_cast<uint16_t>(kind.alphaKind);
+        TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &extra);
+    }
+    if (kind.orientation != 0) {
+        TIFFSetField(tiff, TIFFTAG_ORIENTATION, kind.orientation);
+    }
+    if (kind.photometric == PHOTOMETRIC_PALETTE) {
+        std::vector<uint16_t> columns[3];
+        for (int i = 0; i < 1 << kind.bits; ++i) {
+            columns[0].push_back(static_cast<uint16_t>(i * 257));
+            columns[1].push_back(static_cast<uint16_t>((255 - i) * 257));
+            columns[2].push_back(static_cast<uint16_t>((i ^ 85) * 257));
+        }
+        TIFFSetField(tiff, TIFFTAG_COLORMAP, columns[0].data(), columns[1].data(), columns[2].data());
+    }
+    if (kind.tiled) {
+        TIFFSetField(tiff, TIFFTAG_TILEWIDTH, 16);
+        TIFFSetField(tiff, TIFFTAG_TILELENGTH, 16);
+    } else {
+        TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, 8);
+    }
+}
+
+void writePage(TIFF *tiff, int width, int height, const TiffKind &kind, const Sampler &sample) {
+    const int planes = kind.separate ? kind.samples : 1;
+    const int channels = kind.separate ? 1 : kind.samples;
+    const auto bounded = [&](int x, int y, int channel) {
+        return sample(std::min(x, width - 1), std::min(y, height - 1), channel);
+    };
+    for (int plane = 0; plane < planes; ++plane) {
+        for (int y = 0; !kind.tiled && y < height; ++y) {
+            auto row = packRow(samplesOf(sample, 0, width, y, plane, channels), kind.bits);
+            TIFFWriteScanline(tiff, row.data(), static_cast<uint32_t>(y), static_cast<uint16_t>(plane));
+        }
+        for (int y = 0; kind.tiled && y < height; y += 16) {
+            for (int x = 0; x < width; x += 16) {
+                std::vector<std::uint8_t> tile;
+                for (int row = y; row < y + 16; ++row) {
+                    const auto packed = packRow(samplesOf(bounded, x, 16, row, plane, channels), kind.bits);
+                    tile.insert(tile.end(), packed.begin(), packed.end());
+                }
+                TIFFWriteTile(tiff, tile.data(), static_cast<uint32_t>(x), static_cast<uint32_t>(y), 0,
+                              static_cast<uint16_t>(plane));
+            }
+        }
+    }
+}
+
+} // namespace
+
+QByteArray makeTiff(int width, int height, const TiffKind &kind, const Sampler &sample) {
+    QBuffer buffer;
+    buffer.open(QIODevice::ReadWrite);
+    TIFF *tiff = TIFFClientOpen(
+        "made", kind.mode, &buffer, tiffRead, tiffWrite, tiffSeek, [](thandle_t) { return 0; },
+        [](thandle_t device) { return static_cast<toff_t>(static_cast<QBuffer *>(device)->size()); },
+        [](thandle_t, void **, toff_t *) { return 0; }, [](thandle_t, void *, toff_t) {});
+    for (int page = 0; page < kind.pages; ++page) {
+        describePage(tiff, width, height, kind);
+        writePage(tiff, width, height, kind,
+                  [&](int x, int y, int channel) { return page == 0 ? sample(x, y, channel) : 0; });
+        TIFFWriteDirectory(tiff);
+    }
+    TIFFClose(tiff);
+    return buffer.data();
+}
+
+QByteArray makePng(int width, int height, int bits, int colourType, bool interlaced, const Sampler &sample,
+                   const QByteArray &exif, const QByteArray &profile) {
+    QByteArray bytes;
+    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+    png_infop info = png_create_info_struct(png);
+    png_set_write_fn(
+        png, &bytes,
+        [](png_structp writer, png_bytep data, std::size_t count) {
+            static_cast<QByteArray *>(png_get_io_ptr(writer))
+                ->append(reinterpret_cast<const char *>(data), static_cast<qsizetype>(count));
+        },
+        nullptr);
+    png_set_IHDR(png, info, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), bits, colourType,
+                 interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
+                 PNG_FILTER_TYPE_DEFAULT);
+    if (colourType == PNG_COLOR_TYPE_PALETTE) {
+        std::vector<png_color> colours;
+        for (int i = 0; i < 1 << bits; ++i) {
+            colours.push_back(
+                {static_cast<png_byte>(i), static_cast<png_byte>(255 - i), static_cast<png_byte>(i ^ 85)});
+        }
+        png_set_PLTE(png, info, colours.data(), static_cast<int>(colours.size()));
+        png_byte alpha[2] = {0, 128}; // the first two colours are see-through
+        png_set_tRNS(png, info, alpha, 2, nullptr);
+    }
+    QByteArray exifBytes = exif;
+    if (!exif.isEmpty()) {
+        png_set_eXIf_1(png, info, static_cast<png_uint_32>(exif.size()), reinterpret_cast<png_bytep>(exifBytes.data()));
+    }
+    if (!profile.isEmpty()) {
+        png_set_iCCP(png, info, "made", PNG_COMPRESSION_TYPE_BASE, reinterpret_cast<png_const_bytep>(profile.data()),
+                     static_cast<png_uint_32>(profile.size()));
+    }
+    png_write_info(png, info);
+    png_set_swap(png);
+    constexpr int channels[7] = {1, 0, 3, 1, 2, 0, 4};
+    const int passes = png_set_interlace_handling(png);
+    for (int pass = 0; pass < passes; ++pass) {
+        for (int y = 0; y < height; ++y) {
+            const auto row = packRow(samplesOf(sample, 0, width, y, 0, channels[colourType]), bits);
+            png_write_row(png, row.data());
+        }
+    }
+    png_write_end(png, nullptr);
+    png_destroy_write_struct(&png, &info);
+    return bytes;
+}
+
+QByteArray makeJpeg(int width, int height, const JpegKind &kind, const Sampler &sample) {
+    jpeg_compress_struct codec{};
+    jpeg_error_mgr errors{};
+    codec.err = jpeg_std_error(&errors);
+    jpeg_create_compress(&codec);
+    unsigned char *memory = nullptr;
+    unsigned long size = 0;
+    jpeg_mem_dest(&codec, &memory, &size);
+    codec.image_width = static_cast<JDIMENSION>(width);
+    codec.image_height = static_cast<JDIMENSION>(height);
+    codec.input_components = kind.components;
+    codec.in_color_space = kind.components == 1 ? JCS_GRAYSCALE : kind.components == 3 ? JCS_RGB : JCS_CMYK;
+    jpeg_set_defaults(&codec);
+    if (kind.mixed) {
+        jpeg_set_colorspace(&codec, JCS_YCCK);
+    }
+    jpeg_set_quality(&codec, 98, TRUE);
+    if (kind.progressive) {
+        jpeg_simple_progression(&codec);
+    }
+    jpeg_start_compress(&codec, TRUE);
+    if (!kind.exif.isEmpty()) {
+        jpeg_write_marker(&codec, JPEG_APP0 + 1, reinterpret_cast<const JOCTET *>(kind.exif.constData()),
+                          static_cast<unsigned>(kind.exif.size()));
+    }
+    if (!kind.profile.isEmpty()) {
+        jpeg_write_icc_profile(&codec, reinterpret_cast<const JOCTET *>(kind.profile.constData()),
+                               static_cast<unsigned>(kind.profile.size()));
+    }
+    for (int y = 0; y < height; ++y) {
+        auto row = packRow(samplesOf(sample, 0, width, y, 0, kind.components), 8);
+        JSAMPROW rows = row.data();
+        jpeg_write_scanlines(&codec, &rows, 1);
+    }
+    jpeg_finish_compress(&codec);
+    QByteArray bytes(reinterpret_cast<const char *>(memory), static_cast<qsizetype>(size));
+    jpeg_destroy_compress(&codec);
+    std::free(memory);
+    return bytes;
+}
+
+QByteArray makeBmp(int width, int height, int bits, bool fromTop, bool masks, const Sampler &sample,
+                   const std::vector<QRgb> &palette) {
+    const int headerBytes = masks && bits == 32 ? 108 : 40;
+    const int maskBytes = masks && bits == 16 ? 12 : 0;
+    const int rowBytes = (width * bits + 31) / 32 * 4;
+    const auto pixelsAt = static_cast<quint32>(14 + headerBytes + maskBytes + palette.size() * 4);
+    QByteArray bytes(pixelsAt, '\0');
+    const auto put16 = [&](int at, int value) { qToLittleEndian(static_cast<quint16>(value), bytes.data() + at); };
+    const auto put32 = [&](int at, quint32 value) { qToLittleEndian(value, bytes.data() + at); };
+    bytes.replace(0, 2, "BM");
+    put32(2, pixelsAt + static_cast<quint32>(rowBytes * height));
+    put32(10, pixelsAt);
+    put32(14, static_cast<quint32>(headerBytes));
+    put32(18, static_cast<quint32>(width));
+    put32(22, static_cast<quint32>(fromTop ? -height : height));
+    put16(26, 1);
+    put16(28, bits);
+    put32(30, masks ? 3 : 0);
+    put32(46, static_cast<quint32>(palette.size()));
+    if (masks) {
+        const bool small = bits == 16;
+        put32(54, small ? 0xF800 : 0xFF000000);
+        put32(58, small ? 0x07E0 : 0x00FF0000);
+        put32(62, small ? 0x001F : 0x0000FF00);
+        if (!small) {
+            put32(66, 0x000000FF);
+        }
+    }
+    for (std::size_t i = 0; i < palette.size(); ++i) {
+        put32(static_cast<int>(pixelsAt - palette.size() * 4 + i * 4), palette[i] & 0xFFFFFF);
+    }
+    for (int row = 0; row < height; ++row) {
+        const int y = fromTop ? row : height - 1 - row;
+        QByteArray packed;
+        for (int x = 0; bits > 8 && x < width; ++x) {
+            const int r = sample(x, y, 0);
+            const int g = sample(x, y, 1);
+            const int b = sample(x, y, 2);
+            quint32 value = bits == 16
+                                ? (masks ? r >> 3 << 11 | g >> 2 << 5 | b >> 3 : r >> 3 << 10 | g >> 3 << 5 | b >> 3)
+                                : r << 16 | g << 8 | b;
+            if (bits == 32 && masks) {
+                value = value << 8 | sample(x, y, 3);
+            }
+            value = qToLittleEndian(value);
+            packed.append(reinterpret_cast<const char *>(&value), bits / 8);
+        }
+        if (bits <= 8) {
+            const auto indices = packRow(samplesOf(sample, 0, width, y, 0, 1), bits);
+            packed = QByteArray(reinterpret_cast<const char *>(indices.data()), static_cast<qsizetype>(indices.size()));
+        }
+        bytes += packed.leftJustified(rowBytes, '\0');
+    }
+    return bytes;
+}
+
+QByteArray makeGif(int width, int height, const std::vector<QRgb> &palette, int transparent, bool interlaced,
+                   const std::vector<std::vector<std::uint8_t>> &frames) {
+    std::vector<std::uint8_t> colours;
+    for (const QRgb colour : palette) {
+        colours.insert(colours.end(),
+                       {static_cast<std::uint8_t>(qRed(colour)), static_cast<std::uint8_t>(qGreen(colour)),
+                        static_cast<std::uint8_t>(qBlue(colour))});
+    }
+    QByteArray bytes;
+    CGIF_Config config{};
+    config.attrFlags = frames.size() > 1 || transparent >= 0 ? CGIF_ATTR_IS_ANIMATED : 0;
+    config.width = static_cast<uint16_t>(width);
+    config.height = static_cast<uint16_t>(height);
+    config.pGlobalPalette = colours.data();
+    config.numGlobalPaletteEntries = static_cast<uint16_t>(palette.size());
+    config.pContext = &bytes;
+    config.pWriteFn = [](void *to, const uint8_t *data, const std::size_t count) {
+        static_cast<QByteArray *>(to)->append(reinterpret_cast<const char *>(data), static_cast<qsizetype>(count));
+        return 0;
+    };
+    CGIF *gif = cgif_newgif(&config);
+    for (const auto &indices : frames) {
+        CGIF_FrameConfig frame{};
+        auto copy = indices;
+        frame.pImageData = copy.data();
+        frame.attrFlags =
+            (transparent >= 0 ? CGIF_FRAME_ATTR_HAS_ALPHA : 0) | (interlaced ? CGIF_FRAME_ATTR_INTERLACED : 0);
+        frame.transIndex = static_cast<uint8_t>(std::max(0, transparent));
+        cgif_addframe(gif, &frame);
+    }
+    cgif_close(gif);
+    return bytes;
+}
+
+QByteArray makeWebP(const QImage &picture, const QByteArray &exif) {
+    uint8_t *memory = nullptr;
+    const std::size_t size = WebPEncodeLosslessBGRA(picture.constBits(), picture.width(), picture.height(),
+                                                    static_cast<int>(picture.bytesPerLine()), &memory);
+    QByteArray bytes(reinterpret_cast<const char *>(memory), static_cast<qsizetype>(size));
+    WebPFree(memory);
+    if (exif.isEmpty()) {
+        return bytes;
+    }
+    // Into the extended form: RIFF, VP8X with the EXIF flag and the canvas less one, the pixels, EXIF.
+    const auto number = [](quint32 value, int count) {
+        value = qToLittleEndian(value);
+        return QByteArray(reinterpret_cast<const char *>(&value), count);
+    };
+    const char flags = static_cast<char>(0x08 | (picture.hasAlphaChannel() ? 0x10 : 0));
+    const QByteArray padded = exif.size() % 2 ? exif + '\0' : exif;
+    const QByteArray body = QByteArray("WEBPVP8X") + number(10, 4) + flags + QByteArray(3, '\0') +
+                            number(static_cast<quint32>(picture.width() - 1), 3) +
+                            number(static_cast<quint32>(picture.height() - 1), 3) + bytes.mid(12) + "EXIF" +
+                            number(static_cast<quint32>(exif.size()), 4) + padded;
+    return "RIFF" + number(static_cast<quint32>(body.size()), 4) + body;
+}
+
+QByteArray makeHeif(const QImage &picture, int orientation, const QByteArray &exif) {
+    heif_context *context = heif_context_alloc();
+    heif_encoder *encoder = nullptr;
+    QByteArray bytes;
+    if (heif_context_get_encoder_for_format(context, heif_compression_HEVC, &encoder).code == heif_error_Ok) {
+        heif_encoder_set_lossy_quality(encoder, 95);
+        heif_image *image = nullptr;
+        heif_image_create(picture.width(), picture.height(), heif_colorspace_RGB, heif_chroma_interleaved_RGB, &image);
+        heif_image_add_plane(image, heif_channel_interleaved, picture.width(), picture.height(), 8);
+        int stride = 0;
+        uint8_t *plane = heif_image_get_plane(image, heif_channel_interleaved, &stride);
+        const QImage rgb = picture.convertToFormat(QImage::Format_RGB888);
+        for (int y = 0; y < rgb.height(); ++y) {
+            std::memcpy(plane + y * stride, rgb.constScanLine(y), static_cast<std::size_t>(rgb.width()) * 3);
+        }
+        heif_encoding_options *options = heif_encoding_options_alloc();
+        options->image_orientation = static_cast<heif_orientation>(orientation);
+        heif_image_handle *handle = nullptr;
+        heif_context_encode_image(context, image, encoder, options, &handle);
+        heif_context_add_exif_metadata(context, handle, exif.constData(), static_cast<int>(exif.size()));
+        heif_writer writer{1, [](heif_context *, const void *data, std::size_t count, void *to) {
+                               static_cast<QByteArray *>(to)->append(static_cast<const char *>(data),
+                                                                     static_cast<qsizetype>(count));
+                               return heif_error{heif_error_Ok, heif_suberror_Unspecified, ""};
+                           }};
+        heif_context_write(context, &writer, &bytes);
+        heif_image_handle_release(handle);
+        heif_encoding_options_free(options);
+        heif_image_release(image);
+        heif_encoder_release(encoder);
+    }
+    heif_context_free(context);
+    return bytes;
+}
+
+QByteArray exifWithOrientation(int orientation) {
+    QByteArray bytes("MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\0\0\0\0\0\0\0", 26);
+    bytes[19] = static_cast<char>(orientation);
+    return bytes;
+}
+
+} // namespace lumora::test

@@ -1,0 +1,55 @@
+// Makes picture files for the tests of reading, with the codecs' own libraries or byte by byte: in every arrangement
+// that the program itself never writes.
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+#include <functional>
+#include <vector>
+
+namespace lumora::test {
+
+/// A value for each pixel and channel, from 0 to `most`.
+using Sampler = std::function<int(int x, int y, int channel)>;
+
+struct TiffKind {
+    int bits = 8;
+    int samples = 3;
+    int photometric = 2;
+    int compression = 1;
+    int predictor = 1;
+    bool tiled = false;
+    bool separate = false;
+    int alphaKind = 0; ///< EXTRASAMPLE_..., with one sample more than the colours
+    int orientation = 0;
+    int pages = 1;
+    const char *mode = "w";
+};
+
+struct JpegKind {
+    int components = 3; ///< 1 grey, 3 YCbCr, 4 inks
+    bool progressive = false;
+    bool mixed = false;   ///< four components as YCCK
+    QByteArray exif = {}; ///< with its "Exif\0\0"
+    QByteArray profile = {};
+};
+
+QByteArray makeTiff(int width, int height, const TiffKind &kind, const Sampler &sample);
+QByteArray makePng(int width, int height, int bits, int colourType, bool interlaced, const Sampler &sample,
+                   const QByteArray &exif = {}, const QByteArray &profile = {});
+QByteArray makeJpeg(int width, int height, const JpegKind &kind, const Sampler &sample);
+/// `bits` 1, 4, 8 with `palette`; 16 with 5-6-5 masks when `masks`, else 5-5-5; 24; 32, with alpha when `masks`.
+QByteArray makeBmp(int width, int height, int bits, bool fromTop, bool masks, const Sampler &sample,
+                   const std::vector<QRgb> &palette = {});
+/// Frames of indices into the palette.
+QByteArray makeGif(int width, int height, const std::vector<QRgb> &palette, int transparent, bool interlaced,
+                   const std::vector<std::vector<std::uint8_t>> &frames);
+QByteArray makeWebP(const QImage &picture, const QByteArray &exif = {});
+/// Empty where the library cannot encode HEVC.
+QByteArray makeHeif(const QImage &picture, int orientation, const QByteArray &exif);
+
+/// EXIF data that hold an orientation and nothing else, from the TIFF header on.
+QByteArray exifWithOrientation(int orientation);
+
+} // namespace lumora::test

@@ -1,0 +1,212 @@
+// Pictures open upright, once, and in the right colours.
+#include "imaging/PictureFile.h"
+#include "imaging/filesMakers.h"
+
+#include <QTemporaryDir>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <lcms2.h>
+#include <png.h>
+#include <tiffio.h>
+
+using namespace lumora;
+using namespace lumora::test;
+
+namespace {
+
+constexpr int block = 16; // so that JPEG keeps the colours of the middle apart
+constexpr int columns = 4;
+constexpr int rows = 3;
+
+QRgb colourOf(int column, int row) {
+    return qRgb(40 + column * 60, 40 + row * 80, (column + row) % 2 ? 200 : 60);
+}
+
+// Where the stored row 0 and column 0 lie in the upright picture, from the definition of EXIF tag 0x0112.
+struct Sides {
+    char row;
+    char column;
+};
+constexpr Sides sides[9] = {{},         {'t', 'l'}, {'t', 'r'}, {'b', 'r'}, {'b', 'l'},
+                            {'l', 't'}, {'r', 't'}, {'r', 'b'}, {'l', 'b'}};
+
+// The colour of a stored pixel, for an orientation.
+QRgb storedPixel(int orientation, int x, int y) {
+    const Sides side = sides[orientation];
+    const int across = columns * block;
+    const int down = rows * block;
+    int uprightX = 0;
+    int uprightY = 0;
+    if (orientation <= 4) {
+        uprightX = side.column == 'l' ? x : across - 1 - x;
+        uprightY = side.row == 't' ? y : down - 1 - y;
+    } else {
+        uprightX = side.row == 'l' ? y : across - 1 - y;
+        uprightY = side.column == 't' ? x : down - 1 - x;
+    }
+    return colourOf(uprightX / block, uprightY / block);
+}
+
+Sampler stored(int orientation) {
+    return [orientation](int x, int y, int channel) {
+        const QRgb colour = storedPixel(orientation, x, y);
+        return channel == 0 ? qRed(colour) : channel == 1 ? qGreen(colour) : qBlue(colour);
+    };
+}
+
+void expectUpright(const QImage &picture) {
+    ASSERT_EQ(picture.size(), QSize(columns * block, rows * block));
+    for (int row = 0; row < rows; ++row) {
+        for (int column = 0; column < columns; ++column) {
+            const QRgb is = picture.pixel(column * block + block / 2, row * block + block / 2);
+            const QRgb should = colourOf(column, row);
+            const int worst = std::max({std::abs(qRed(is) - qRed(should)), std::abs(qGreen(is) - qGreen(should)),
+                                        std::abs(qBlue(is) - qBlue(should))});
+            EXPECT_LE(worst, 12) << "column " << column << ", row " << row;
+        }
+    }
+}
+
+QByteArray savedProfile(cmsHPROFILE profile) {
+    cmsUInt32Number size = 0;
+    cmsSaveProfileToMem(profile, nullptr, &size);
+    QByteArray bytes(size, '\0');
+    cmsSaveProfileToMem(profile, bytes.data(), &size);
+    cmsCloseProfile(profile);
+    return bytes;
+}
+
+QByteArray rgbProfile(double gamma) {
+    const cmsCIExyY white{0.3127, 0.3290, 1};
+    const cmsCIExyYTRIPLE primaries{{0.64, 0.33, 1}, {0.30, 0.60, 1}, {0.15, 0.06, 1}};
+    cmsToneCurve *curve = cmsBuildGamma(nullptr, gamma);
+    cmsToneCurve *curves[3] = {curve, curve, curve};
+    const QByteArray bytes = savedProfile(cmsCreateRGBProfile(&white, &primaries, curves));
+    cmsFreeToneCurve(curve);
+    return bytes;
+}
+
+// Inks of a made-up press that prints nothing but its black.
+QByteArray inkProfile() {
+    cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
+    cmsSetDeviceClass(profile, cmsSigOutputClass);
+    cmsSetColorSpace(profile, cmsSigCmykData);
+    cmsSetPCS(profile, cmsSigLabData);
+    cmsPipeline *pipeline = cmsPipelineAlloc(nullptr, 4, 3);
+    cmsStage *table = cmsStageAllocCLut16bit(nullptr, 5, 4, 3, nullptr);
+    cmsStageSampleCLut16bit(
+        table,
+        [](const cmsUInt16Number in[], cmsUInt16Number out[], void *) {
+            out[0] = static_cast<cmsUInt16Number>(0xFFFF - in[3]);
+            out[1] = out[2] = 0x8080;
+            return 1;
+        },
+        nullptr, 0);
+    cmsPipelineInsertStage(pipeline, cmsAT_END, table);
+    cmsWriteTag(profile, cmsSigAToB0Tag, pipeline);
+    cmsPipelineFree(pipeline);
+    return savedProfile(profile);
+}
+
+// The sRGB byte of a linear light of 0 to 1: IEC 61966-2-1.
+int srgbByte(double light) {
+    const double value = light <= 0.0031308 ? light * 12.92 : 1.055 * std::pow(light, 1 / 2.4) - 0.055;
+    return static_cast<int>(std::lround(value * 255));
+}
+
+} // namespace
+
+TEST(FilesUpright, EveryOrientationOfEveryFormat) {
+    QTemporaryDir folder;
+    for (int orientation = 1; orientation <= 8; ++orientation) {
+        const int width = (orientation >= 5 ? rows : columns) * block;
+        const int height = (orientation >= 5 ? columns : rows) * block;
+        const QByteArray exif = exifWithOrientation(orientation);
+        QImage picture(width, height, QImage::Format_RGB32);
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                picture.setPixel(x, y, storedPixel(orientation, x, y));
+            }
+        }
+        const JpegKind jpeg{.exif = QByteArray("Exif\0\0", 6) + exif};
+        const struct {
+            const char *name;
+            QByteArray file;
+        } files[] = {
+            {"JPEG", makeJpeg(width, height, jpeg, stored(orientation))},
+            {"PNG", makePng(width, height, 8, PNG_COLOR_TYPE_RGB, false, stored(orientation), exif)},
+            {"TIFF", makeTiff(width, height, {.orientation = orientation}, stored(orientation))},
+            {"WebP", makeWebP(picture, exif)},
+            {"HEIF", makeHeif(picture, orientation, exif)}, // says it twice, to be turned once
+        };
+        for (const auto &file : files) {
+            SCOPED_TRACE(testing::Message() << file.name << ", orientation " << orientation);
+            if (file.file.isEmpty()) {
+                continue; // no encoder for it on this machine
+            }
+            const QString path = folder.filePath(QStringLiteral("stored"));
+            QFile target(path);
+            ASSERT_TRUE(target.open(QIODevice::WriteOnly));
+            target.write(file.file);
+            target.close();
+            const PictureRead read = readPicture(path);
+            ASSERT_EQ(read.error, PictureError::None) << read.reason.toStdString();
+            expectUpright(read.picture);
+            const PictureHeader header = readPictureHeader(path);
+            EXPECT_EQ(QSize(header.width, header.height), read.picture.size());
+            EXPECT_EQ(header.format, QLatin1String(file.name));
+            EXPECT_EQ(readThumbnail(path, columns * block / 2).picture.size(), read.picture.size() / 2);
+            // What is written holds no orientation that would turn it again.
+            for (const char *extension : {"jpg", "png", "tif"}) {
+                const QString again = folder.filePath(QStringLiteral("again.") + QLatin1String(extension));
+                ASSERT_TRUE(writePicture(read.picture, again).ok());
+                expectUpright(readPicture(again).picture);
+            }
+        }
+    }
+}
+
+TEST(FilesUpright, ProfilesBecomeSrgb) {
+    // A linear profile: the middle value is half the light.
+    const auto grey = [](int, int, int) { return 128; };
+    const int expected = srgbByte(128 / 255.0);
+    const QByteArray linear = rgbProfile(1);
+    const QByteArray png = makePng(8, 8, 8, PNG_COLOR_TYPE_RGB, false, grey, {}, linear);
+    EXPECT_NEAR(qGreen(readPictureFromData(png).picture.pixel(3, 3)), expected, 1);
+    const JpegKind kind{.profile = linear};
+    EXPECT_NEAR(qGreen(readPictureFromData(makeJpeg(8, 8, kind, grey)).picture.pixel(3, 3)), expected, 2);
+
+    cmsToneCurve *curve = cmsBuildGamma(nullptr, 1);
+    const QByteArray greyProfile = savedProfile(cmsCreateGrayProfile(cmsD50_xyY(), curve));
+    cmsFreeToneCurve(curve);
+    const QByteArray greyPng = makePng(8, 8, 8, PNG_COLOR_TYPE_GRAY, false, grey, {}, greyProfile);
+    const QRgb pixel = readPictureFromData(greyPng).picture.pixel(3, 3);
+    EXPECT_NEAR(qRed(pixel), expected, 2);
+    EXPECT_EQ(qRed(pixel), qGreen(pixel));
+    EXPECT_EQ(qRed(pixel), qBlue(pixel));
+}
+
+TEST(FilesUpright, InksMeetTheirProfile) {
+    // Inverted, as Adobe stores it: black lies at 255 - 153 of 255, the colours count for nothing in this profile.
+    const JpegKind kind{.components = 4, .profile = inkProfile()};
+    const auto inks = [](int, int, int channel) { return channel == 3 ? 153 : 10; };
+    const QRgb pixel = readPictureFromData(makeJpeg(16, 16, kind, inks)).picture.pixel(8, 8);
+    // L* of 60 is a light of 0.2812 (CIE 1976).
+    EXPECT_NEAR(qRed(pixel), srgbByte(std::pow((60.0 + 16) / 116, 3)), 4);
+    EXPECT_NEAR(qBlue(pixel), qRed(pixel), 4);
+    EXPECT_EQ(qAlpha(pixel), 255);
+}
+
+TEST(FilesUpright, SrgbIsLeftAlone) {
+    const auto ramp = [](int x, int y, int channel) {
+        return channel == 0 ? x * 16 : channel == 1 ? y * 16 : 255 - x * 16;
+    };
+    const QByteArray plain = makePng(16, 16, 8, PNG_COLOR_TYPE_RGB, false, ramp);
+    const QByteArray named =
+        makePng(16, 16, 8, PNG_COLOR_TYPE_RGB, false, ramp, {}, savedProfile(cmsCreate_sRGBProfile()));
+    EXPECT_EQ(readPictureFromData(named).picture, readPictureFromData(plain).picture);
+    const JpegKind broken{.profile = rgbProfile(1.8).replace("mntr", "????").left(300)};
+    EXPECT_EQ(readPictureFromData(makeJpeg(16, 16, broken, ramp)).picture,
+              readPictureFromData(makeJpeg(16, 16, {}, ramp)).picture)
+        << "a broken profile is ignored";
+}

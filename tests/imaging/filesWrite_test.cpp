@@ -1,0 +1,296 @@
+// Writing: what is written comes back, and a file is replaced whole or not at all.
+#include "imaging/Picture.h"
+#include "imaging/PictureFile.h"
+#include "imaging/files/ReplaceFile.h"
+#include "support/TestPictures.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace lumora;
+using namespace lumora::test;
+
+namespace {
+
+QByteArray contents(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void fill(const QString &path, const QByteArray &bytes) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_EQ(file.write(bytes), bytes.size());
+}
+
+QStringList entries(const QString &folder) {
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+int modeOf(const QString &path) {
+    struct stat status {};
+    return stat(path.toLocal8Bit().constData(), &status) == 0 ? static_cast<int>(status.st_mode & 07777) : -1;
+}
+
+QImage ontoWhite(const QImage &picture) {
+    QImage result(picture.size(), QImage::Format_RGB32);
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            const QRgb pixel = picture.pixel(x, y);
+            const auto lay = [&](int value) {
+                return qRound((value * qAlpha(pixel) + 255.0 * (255 - qAlpha(pixel))) / 255);
+            };
+            result.setPixel(x, y, qRgb(lay(qRed(pixel)), lay(qGreen(pixel)), lay(qBlue(pixel))));
+        }
+    }
+    return result;
+}
+
+double meanDifference(const QImage &a, const QImage &b) {
+    double sum = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            const QRgb p = a.pixel(x, y);
+            const QRgb q = b.pixel(x, y);
+            sum += std::abs(qRed(p) - qRed(q)) + std::abs(qGreen(p) - qGreen(q)) + std::abs(qBlue(p) - qBlue(q));
+        }
+    }
+    return sum / (3.0 * a.width() * a.height());
+}
+
+// Reads TGA by its specification alone, in any of the arrangements of true colour without packing.
+QImage readTga(const QByteArray &bytes) {
+    const auto byte = [&](qsizetype at) { return static_cast<int>(static_cast<uchar>(bytes[at])); };
+    if (bytes.size() < 18 || byte(1) != 0 || byte(2) != 2 || (byte(16) != 24 && byte(16) != 32)) {
+        return {};
+    }
+    const int width = byte(12) | byte(13) << 8;
+    const int height = byte(14) | byte(15) << 8;
+    const int channels = byte(16) / 8;
+    const bool alpha = (byte(17) & 15) == 8;
+    qsizetype at = 18 + byte(0);
+    if (bytes.size() < at + qsizetype{channels} * width * height) {
+        return {};
+    }
+    QImage picture(width, height, alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    for (int row = 0; row < height; ++row) {
+        const int y = (byte(17) & 0x20) ? row : height - 1 - row;
+        for (int x = 0; x < width; ++x, at += channels) {
+            picture.setPixel(x, y, qRgba(byte(at + 2), byte(at + 1), byte(at), alpha ? byte(at + 3) : 255));
+        }
+    }
+    return picture;
+}
+
+} // namespace
+
+TEST(FilesWrite, ComesBackAsItWas) {
+    QTemporaryDir folder;
+    for (const QSize size : {QSize(1, 1), QSize(3, 700), QSize(501, 333), QSize(1500, 1001)}) {
+        for (const bool transparent : {false, true}) {
+            const QImage picture = toPicture(photoLike(size.width(), size.height(), transparent));
+            for (const char *extension : {"png", "PNG", "tif", "tiff", "bmp"}) {
+                SCOPED_TRACE(testing::Message() << extension << ", " << size.width() << " x " << size.height()
+                                                << ", transparent " << transparent);
+                const QString path = folder.filePath(QStringLiteral("picture.") + QLatin1String(extension));
+                const PictureWritten written = writePicture(picture, path);
+                ASSERT_TRUE(written.ok()) << written.reason.toStdString();
+                const PictureRead read = readPicture(path);
+                ASSERT_EQ(read.error, PictureError::None) << read.reason.toStdString();
+                EXPECT_EQ(read.reason, QString());
+                const bool keepsAlpha = QByteArray(extension) != "bmp";
+                EXPECT_EQ(firstDifference(read.picture, keepsAlpha ? picture : ontoWhite(picture)), QPoint(-1, -1));
+                // And to eyes other than ours.
+                EXPECT_EQ(QImage(path).size(), size);
+                EXPECT_EQ(entries(folder.path()).size(), 1);
+                QFile::remove(path);
+            }
+        }
+    }
+}
+
+TEST(FilesWrite, OthersReadThePng) {
+    QTemporaryDir folder;
+    const QImage picture = toPicture(photoLike(1201, 901, true)); // several strips
+    const QString path = folder.filePath(QStringLiteral("a.png"));
+    ASSERT_TRUE(writePicture(picture, path).ok());
+    EXPECT_EQ(firstDifference(QImage(path).convertToFormat(QImage::Format_ARGB32), picture), QPoint(-1, -1));
+}
+
+TEST(FilesWrite, Jpeg) {
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a.JPEG"));
+    const QImage picture = toPicture(photoLike(640, 480, true));
+    ASSERT_TRUE(writePicture(picture, path).ok());
+    const PictureRead read = readPicture(path);
+    EXPECT_EQ(read.picture.format(), QImage::Format_RGB32);
+    EXPECT_LT(meanDifference(read.picture, ontoWhite(picture)), 5);
+    const QByteArray small = encodeJpeg(picture, 30);
+    EXPECT_LT(small.size(), QFileInfo(path).size() / 2);
+    EXPECT_EQ(readPictureFromData(small).picture.size(), picture.size());
+    EXPECT_TRUE(encodeJpeg(QImage()).isEmpty());
+}
+
+TEST(FilesWrite, GifKeepsColoursAndTransparency) {
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a.gif"));
+    const QImage photo = toPicture(photoLike(400, 300, true));
+    ASSERT_TRUE(writePicture(photo, path).ok());
+    const QImage read = readPicture(path).picture;
+    ASSERT_EQ(read.size(), photo.size());
+    double sum = 0;
+    for (int x = 0; x < photo.width(); ++x) {
+        EXPECT_EQ(qAlpha(read.pixel(x, 150)), qAlpha(photo.pixel(x, 150)) < 128 ? 0 : 255) << "column " << x;
+        sum += std::abs(qGreen(read.pixel(399 - x / 4, 150)) - qGreen(photo.pixel(399 - x / 4, 150)));
+    }
+    EXPECT_LT(sum / photo.width(), 12);
+    // Few colours come back exactly.
+    QImage drawing(64, 64, QImage::Format_RGB32);
+    for (int i = 0; i < 64 * 64; ++i) {
+        drawing.setPixel(i % 64, i / 64, qRgb(i / 512 * 36, 255 - i / 512 * 30, 90));
+    }
+    ASSERT_TRUE(writePicture(drawing, path).ok());
+    EXPECT_EQ(firstDifference(readPicture(path).picture, drawing), QPoint(-1, -1));
+}
+
+TEST(FilesWrite, TgaByItsSpecification) {
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a.tga"));
+    for (const bool transparent : {false, true}) {
+        const QImage picture = toPicture(photoLike(123, 45, transparent));
+        ASSERT_TRUE(writePicture(picture, path).ok());
+        EXPECT_EQ(firstDifference(readTga(contents(path)), picture), QPoint(-1, -1));
+    }
+}
+
+TEST(FilesWrite, WhatCannotBeWritten) {
+    QTemporaryDir folder;
+    const QImage picture = toPicture(photoLike(20, 20));
+    QDir(folder.path()).mkdir(QStringLiteral("folder.png"));
+    const QString pipe = folder.filePath(QStringLiteral("pipe.png"));
+    ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    ASSERT_EQ(symlink("loop.png", folder.filePath(QStringLiteral("loop.png")).toLocal8Bit().constData()), 0);
+    const QStringList before = entries(folder.path());
+    const struct {
+        QString path;
+        PictureError error;
+    } rows[] = {
+        {folder.filePath(QStringLiteral("a.xyz")), PictureError::UnknownType},
+        {folder.filePath(QStringLiteral("png")), PictureError::UnknownType},
+        {folder.filePath(QStringLiteral("no-such/a.png")), PictureError::NotWritable},
+        {folder.filePath(QStringLiteral("folder.png")), PictureError::NotWritable},
+        {folder.filePath(QStringLiteral("loop.png")), PictureError::NotWritable},
+        {pipe, PictureError::NotWritable},
+        {folder.filePath(QString(300, QLatin1Char('n')) + QStringLiteral(".png")), PictureError::NotWritable},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.path.toStdString());
+        const PictureWritten written = writePicture(picture, row.path);
+        EXPECT_EQ(written.error, row.error);
+        EXPECT_FALSE(written.reason.isEmpty());
+        EXPECT_EQ(entries(folder.path()), before);
+    }
+    EXPECT_FALSE(writePicture(QImage(), folder.filePath(QStringLiteral("null.png"))).ok());
+    EXPECT_EQ(entries(folder.path()), before);
+}
+
+TEST(FilesWrite, LinksStayLinksAndModesStay) {
+    QTemporaryDir folder;
+    const QImage picture = toPicture(photoLike(20, 20));
+    QDir(folder.path()).mkdir(QStringLiteral("album"));
+    const QString real = folder.filePath(QStringLiteral("album/real.png"));
+    const QString link = folder.filePath(QStringLiteral("link.png"));
+    const QString second = folder.filePath(QStringLiteral("second.png"));
+    fill(real, "old");
+    ASSERT_EQ(chmod(real.toLocal8Bit().constData(), 0640), 0);
+    ASSERT_EQ(symlink("album/real.png", link.toLocal8Bit().constData()), 0);
+    ASSERT_EQ(symlink("link.png", second.toLocal8Bit().constData()), 0);
+    ASSERT_TRUE(writePicture(picture, second).ok());
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+    EXPECT_TRUE(QFileInfo(second).isSymLink());
+    EXPECT_FALSE(QFileInfo(real).isSymLink());
+    EXPECT_EQ(modeOf(real), 0640);
+    EXPECT_EQ(readPicture(real).picture, picture);
+    EXPECT_EQ(entries(folder.filePath(QStringLiteral("album"))), QStringList{QStringLiteral("real.png")});
+    // A link to nothing yet: the file comes into being where it points.
+    const QString dangling = folder.filePath(QStringLiteral("dangling.png"));
+    ASSERT_EQ(symlink("album/new.png", dangling.toLocal8Bit().constData()), 0);
+    ASSERT_TRUE(writePicture(picture, dangling).ok());
+    EXPECT_TRUE(QFileInfo(dangling).isSymLink());
+    EXPECT_EQ(readPicture(folder.filePath(QStringLiteral("album/new.png"))).picture, picture);
+    const mode_t mask = umask(022);
+    ASSERT_TRUE(writePicture(picture, folder.filePath(QStringLiteral("fresh.png"))).ok());
+    umask(mask);
+    EXPECT_EQ(modeOf(folder.filePath(QStringLiteral("fresh.png"))), 0644);
+}
+
+TEST(FilesWrite, ReadOnlyFolderAndFile) {
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "the superuser may write everywhere";
+    }
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a.png"));
+    fill(path, "old");
+    for (const bool wholeFolder : {false, true}) {
+        const QByteArray name = (wholeFolder ? folder.path() : path).toLocal8Bit();
+        ASSERT_EQ(chmod(name.constData(), wholeFolder ? 0555 : 0444), 0);
+        EXPECT_EQ(writePicture(photoLike(9, 9), path).error, PictureError::NotWritable);
+        ASSERT_EQ(chmod(name.constData(), 0755), 0);
+        EXPECT_EQ(contents(path), "old");
+        EXPECT_EQ(entries(folder.path()), QStringList{QStringLiteral("a.png")});
+    }
+}
+
+// The largest file that may be written is made small: writing fails as on a full disk.
+TEST(FilesWrite, FullDiskLeavesTheOldFile) {
+    QTemporaryDir folder;
+    const QImage picture = toPicture(photoLike(700, 500));
+    rlimit old{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &old), 0);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    for (const char *extension : {"jpg", "png", "tif", "bmp", "gif", "tga"}) {
+        for (const rlim_t room : {rlim_t{0}, rlim_t{5}, rlim_t{7000}}) {
+            SCOPED_TRACE(testing::Message() << extension << ", room for " << room << " bytes");
+            const QString path = folder.filePath(QStringLiteral("a.") + QLatin1String(extension));
+            fill(path, "old");
+            const rlimit small{room, old.rlim_max};
+            ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+            const PictureWritten written = writePicture(picture, path);
+            ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &old), 0);
+            EXPECT_EQ(written.error, PictureError::NotWritable);
+            EXPECT_FALSE(written.reason.isEmpty());
+            EXPECT_EQ(contents(path), "old");
+            EXPECT_EQ(entries(folder.path()).size(), 1);
+            QFile::remove(path);
+        }
+    }
+    std::signal(SIGXFSZ, handler);
+}
+
+TEST(FilesWrite, ReplaceFileTellsWhatFailed) {
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("settings.ini"));
+    fill(path, "old");
+    const auto failure = replaceFile(path, [](QIODevice &target) {
+        target.write("half of the new");
+        return false;
+    });
+    EXPECT_TRUE(failure.has_value());
+    EXPECT_EQ(contents(path), "old");
+    // Until the last moment readers see the old file.
+    EXPECT_FALSE(replaceFile(path, [&](QIODevice &target) {
+                     target.write("new");
+                     EXPECT_EQ(contents(path), "old");
+                     return true;
+                 }).has_value());
+    EXPECT_EQ(contents(path), "new");
+    EXPECT_EQ(entries(folder.path()), QStringList{QStringLiteral("settings.ini")});
+}
