@@ -54,9 +54,13 @@ basMain::~basMain() {
     delete m_splash.data();
 }
 
-frmSplash *basMain::splash() const { return m_splash; }
+frmSplash *basMain::splash() const {
+    return m_splash;
+}
 
-frmLauncher *basMain::launcher() const { return m_launcher; }
+frmLauncher *basMain::launcher() const {
+    return m_launcher;
+}
 
 frmMain *basMain::mainWindow() const {
     return m_desk == nullptr ? nullptr : m_desk->window.data();
@@ -106,7 +110,7 @@ void basMain::StartAdvancedMode(const QString &photo) {
 void basMain::showSplash() {
     m_splash = new frmSplash(m_context);
     connect(m_splash, &frmSplash::launcherWanted, this, &basMain::showLauncher);
-    connect(m_splash, &QObject::destroyed, this, &basMain::endWithoutWindows);
+    connect(m_splash, &QObject::destroyed, this, &basMain::endWithoutWindows, Qt::QueuedConnection);
     m_splash->show();
 }
 
@@ -117,7 +121,7 @@ void basMain::loadLauncher() {
     m_launcher = new frmLauncher(m_context);
     connect(m_launcher, &frmLauncher::simpleModeWanted, this, &basMain::simpleModeFromLauncher);
     connect(m_launcher, &frmLauncher::advancedModeWanted, this, &basMain::advancedModeFromLauncher);
-    connect(m_launcher, &QObject::destroyed, this, &basMain::endWithoutWindows);
+    connect(m_launcher, &QObject::destroyed, this, &basMain::endWithoutWindows, Qt::QueuedConnection);
 }
 
 void basMain::showLauncher() {

@@ -119,8 +119,8 @@ PictureButton *frmLauncher::modeButton(const QString &name, const QString &icon,
     font.setPointSizeF(16);
     font.setBold(true);
     button->setFont(font);
-    button->setPictureSize(QSize(160, 196)); // the drawing is square: the rest is air above and below it
-    button->setFixedSize(256, 292);
+    button->setPictureSize(QSize(160, 178)); // the drawing is square: the rest is air above and below it
+    button->setFixedSize(256, 270);
     return button;
 }
 

@@ -243,10 +243,10 @@ void frmMain::runToolbarCommand(const QString &key) {
         m_ctx.photo.PerformZoomIn();
     } else if (key == "keyZoomout") {
         m_ctx.photo.PerformZoomOut();
-    } else if (key == "keyUndo") {
-        m_ctx.photo.PerformUndo();
-    } else if (key == "keyRedo") {
-        m_ctx.photo.PerformRedo();
+    } else if (key == "keyUndo" || key == "keyRedo") {
+        if (!(key == "keyUndo" ? m_ctx.photo.PerformUndo() : m_ctx.photo.PerformRedo())) {
+            showMessage(plainWords(m_ctx.texts, PictureError::NoMemory));
+        }
     } else if (key == "keyHelp") {
         Q_EMIT helpWanted();
     }

@@ -50,12 +50,15 @@ DeviceSearch::DeviceSearch(QString helper, QObject *parent) : QObject(parent), m
             }
         });
         connect(&search.process, &QProcess::finished, this, [this, kind] { finish(kind); });
-        connect(&search.process, &QProcess::errorOccurred, this, [this, kind](QProcess::ProcessError error) {
-            if (error == QProcess::FailedToStart) { // every other error is followed by finished()
-                QMetaObject::invokeMethod(
-                    this, [this, kind] { finish(kind); }, Qt::QueuedConnection);
-            }
-        });
+        // Queued: a program that is missing is told of while start() still runs.
+        connect(
+            &search.process, &QProcess::errorOccurred, this,
+            [this, kind](QProcess::ProcessError error) {
+                if (error == QProcess::FailedToStart) { // every other error is followed by finished()
+                    finish(kind);
+                }
+            },
+            Qt::QueuedConnection);
         connect(&search.limit, &QTimer::timeout, &search.process, &QProcess::kill);
     }
 }

@@ -5,6 +5,7 @@
 #include <QCollator>
 #include <QDir>
 #include <QPainter>
+#include <QScreen>
 #include <QStyledItemDelegate>
 #include <filesystem>
 
@@ -102,6 +103,12 @@ PhotoList::PhotoList(QWidget *parent)
     m_settle.setInterval(settleTime);
     connect(&m_settle, &QTimer::timeout, this, &PhotoList::wantVisible);
     connect(&m_thumbnails, &Thumbnails::made, this, &PhotoList::take);
+}
+
+QSize PhotoList::sizeHint() const {
+    const QSize aroundList(340, 330); // pixels that the rest of the dialog and a rim of the screen take
+    const QSize room = screen()->availableSize() - aroundList;
+    return room.boundedTo({1010, 620}).expandedTo(minimumSizeHint());
 }
 
 QString PhotoList::showFolder(const QString &folder, const QStringList &patterns) {

@@ -29,7 +29,8 @@ class PhotoList : public QListWidget {
     QPixmap thumbnail(const QString &name) const;
     bool isUnreadable(const QString &name) const { return m_unreadable.contains(name); }
 
-    QSize sizeHint() const override { return {680, 440}; }
+    /// Four photos beside each other on a small screen, six on a large one.
+    QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {360, 200}; }
 
   Q_SIGNALS:

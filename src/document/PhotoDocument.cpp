@@ -175,24 +175,20 @@ bool PhotoDocument::changePhoto(const QImage &next, ChangeSteps steps) {
     return true;
 }
 
-void PhotoDocument::PerformUndo() {
-    stepThroughHistory(true);
+bool PhotoDocument::PerformUndo() {
+    return stepThroughHistory(true);
 }
 
-void PhotoDocument::PerformRedo() {
-    stepThroughHistory(false);
+bool PhotoDocument::PerformRedo() {
+    return stepThroughHistory(false);
 }
 
-void PhotoDocument::stepThroughHistory(bool back) {
+bool PhotoDocument::stepThroughHistory(bool back) {
     if (!m_loaded) {
-        return;
+        return true;
     }
     const QSize sizeBefore = m_canvas.size();
-    if (back) {
-        m_history.undo(m_canvas);
-    } else {
-        m_history.redo(m_canvas);
-    }
+    const bool stepped = back ? m_history.undo(m_canvas) : m_history.redo(m_canvas);
     m_thumb = m_canvas;
     CreateDummyPicture();
     PhotoChanges what = PhotoChange::Pixels | PhotoChange::History;
@@ -201,6 +197,7 @@ void PhotoDocument::stepThroughHistory(bool back) {
     // The free-resize frame goes back to its stored rectangle.
     what.setFlag(PhotoChange::Selection, m_flags.FreeResizeActive);
     Q_EMIT changed(what);
+    return stepped || (back ? m_history.undoSteps() : m_history.redoSteps()) == 0;
 }
 
 PictureError PhotoDocument::openFile(const QString &path, OpenRoute route) {

@@ -83,8 +83,10 @@ class PhotoDocument : public QObject {
     bool changePhoto(const QImage &next);
     bool changePhoto(const QImage &next, ChangeSteps steps);
 
-    void PerformUndo();
-    void PerformRedo();
+    /// One step back or forward. Without a photo nothing happens; with nothing to step to the picture stays. False
+    /// only when there was a step and memory for it was refused: the picture and the history are as before.
+    bool PerformUndo();
+    bool PerformRedo();
     const PhotoHistory &history() const { return m_history; }
 
     // Files.
@@ -113,7 +115,7 @@ class PhotoDocument : public QObject {
   private:
     bool restoreDisplay();
     bool replaceCanvas(const QImage &next);
-    void stepThroughHistory(bool back);
+    bool stepThroughHistory(bool back);
     PictureError fillFrom(const PictureRead &read, OpenRoute route);
 
     ToolFlags &m_flags;

@@ -4,6 +4,7 @@
 #include "imaging/Picture.h"
 
 #include <algorithm>
+#include <new>
 #include <unistd.h>
 #include <utility>
 
@@ -54,16 +55,19 @@ StepStore::Reading StepStore::read(const Pixels &pixels, QImage &picture) const 
         return Reading::Lost;
     }
     QImage target = newPicture(pixels->size.width(), pixels->size.height(), pixels->opaque);
-    const bool whole = !target.isNull() && readPacked(file, target);
+    Reading reading = Reading::NoMemory;
+    try {
+        if (!target.isNull()) {
+            reading = readPacked(file, target) ? Reading::Done : Reading::Lost;
+        }
+    } catch (const std::bad_alloc &) {
+        reading = Reading::NoMemory;
+    }
     ::close(file);
-    if (target.isNull()) {
-        return Reading::NoMemory;
+    if (reading == Reading::Done) {
+        picture = target;
     }
-    if (!whole) {
-        return Reading::Lost;
-    }
-    picture = target;
-    return Reading::Done;
+    return reading;
 }
 
 void StepStore::spill(const Pixels &pixels) {
@@ -152,7 +156,12 @@ qint64 StepStore::write(const std::string &name, const QImage &picture, bool pac
     if (file < 0) {
         return -1;
     }
-    qint64 written = writePacked(file, picture, pack, limit, stop);
+    qint64 written = -1;
+    try {
+        written = writePacked(file, picture, pack, limit, stop);
+    } catch (const std::bad_alloc &) {
+        written = -1; // as if the disk were full
+    }
     if (::close(file) != 0) {
         written = -1;
     }

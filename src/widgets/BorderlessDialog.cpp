@@ -56,7 +56,9 @@ void BorderlessDialog::settle() {
     const QWidget *owner = parentWidget() ? parentWidget()->window() : nullptr;
     const bool ownerShown = owner && owner->isVisible() && !owner->isMinimized();
     const QScreen *screen = ownerShown ? owner->screen() : QGuiApplication::primaryScreen();
-    const QRect room = screen->availableGeometry();
+    // The shadow may leave the screen, the surface may not.
+    const int shade = m_translucent ? shadowMargin : 0;
+    const QRect room = screen->availableGeometry().adjusted(-shade, -shade, shade, shade);
     QRect place({}, sizeHint().boundedTo(room.size()).expandedTo(minimumSize()).boundedTo(maximumSize()));
     place.moveCenter(ownerShown ? owner->frameGeometry().center() : room.center());
     place.moveLeft(qBound(room.left(), place.left(), room.right() + 1 - place.width()));

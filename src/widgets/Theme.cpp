@@ -9,6 +9,7 @@
 #include <QPalette>
 #include <QPixmapCache>
 #include <QSvgRenderer>
+#include <memory>
 
 namespace lumora {
 
@@ -146,7 +147,7 @@ QProgressBar::chunk { background: @sun; border-radius: 8px; }
 } // namespace
 
 void applyTheme(QApplication &application) {
-    application.setStyle(new ThemeStyle);
+    application.setStyle(std::make_unique<ThemeStyle>().release()); // the application owns it
     application.setPalette(warmPalette());
     QFont font("Andika");
     font.setPointSizeF(11);

@@ -57,7 +57,8 @@ TEST_F(Launcher, ButtonsTakeTheirColourFromThePointer) {
         SCOPED_TRACE(name);
         PictureButton *one = button(launcher, name);
         // Between the edge and the picture, where nothing but the surface is painted.
-        const auto surface = [one] { return QColor(one->grab().toImage().pixel(one->width() / 2, 5)); };
+        const QPoint bare = one->mapTo(launcher, QPoint(one->width() / 2, 5));
+        const auto surface = [&] { return QColor(launcher->grab().toImage().pixel(bare)); };
         EXPECT_EQ(surface(), QColor(236, 233, 216));
         QTest::mouseMove(one);
         EXPECT_TRUE(QTest::qWaitFor([&] { return surface() == QColor(255, 128, 255); }));

@@ -77,7 +77,7 @@ TEST_F(Welcome, RingFlashesAroundTheFolderAndLetsClicksThrough) {
     test::tick(*m_bubble, "tmrBlinker");
     EXPECT_TRUE(ring->isVisible());
 
-    m_folderButton.move(300, 100);
+    m_folderButton.move(600, 40);
     EXPECT_TRUE(ring->geometry().contains(m_folderButton.geometry()));
     QSignalSpy clicked(&m_folderButton, &QPushButton::clicked);
     QTest::mouseClick(m_window.windowHandle(), Qt::LeftButton, {}, m_folderButton.geometry().center());

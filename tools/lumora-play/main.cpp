@@ -89,7 +89,7 @@ QHash<QString, QString> variablesOf(const Stage &stage) {
     };
 }
 
-int play(QApplication &application, const Options &options, Script script, const Stage &stage) {
+int playScript(QApplication &application, const Options &options, Script script, const Stage &stage) {
     std::atomic<int> line = 0;
     Watchdog watchdog(std::chrono::seconds(options.watchdog), stage.path().toStdString(),
                       [&] { complain(QString("%1:%2: the program hangs").arg(options.script).arg(line.load())); });
@@ -145,5 +145,5 @@ int main(int argc, char **argv) {
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     QApplication application(argc, argv);
     setUpApplication(application);
-    return play(application, options, std::move(script), stage);
+    return playScript(application, options, std::move(script), stage);
 }

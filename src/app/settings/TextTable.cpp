@@ -284,6 +284,8 @@ constexpr TextRow kTexts[] = {
 
 } // namespace
 
-std::span<const TextRow> allTexts() { return kTexts; }
+std::span<const TextRow> allTexts() {
+    return kTexts;
+}
 
 } // namespace lumora

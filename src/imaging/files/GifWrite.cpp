@@ -34,9 +34,8 @@ void giveRow(liq_color *to, int y, int width, void *view) {
 }
 
 bool quantise(ConstPixelView view, Indexed &indexed) {
-    // Speed 1 to 10: the slow ones gain nothing that dithering leaves visible, and a photo of 24 megapixels has to
-    // be written while a child waits.
-    constexpr int speed = 8;
+    // Of 1 to 10: the slower ones gain nothing that dithering leaves visible, and from 8 on the colours lose a bit.
+    constexpr int speed = 7;
     const Attributes attributes(liq_attr_create(), liq_attr_destroy);
     if (!attributes || liq_set_speed(attributes.get(), speed) != LIQ_OK) {
         return false;

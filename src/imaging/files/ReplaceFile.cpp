@@ -121,7 +121,7 @@ std::optional<QString> replaceFile(const QString &path, const std::function<bool
     if (exists && !S_ISREG(old.st_mode)) {
         return QStringLiteral("the target is not a plain file");
     }
-    if (exists && ::access(real.c_str(), W_OK) != 0) {
+    if (exists && ::faccessat(AT_FDCWD, real.c_str(), W_OK, AT_EACCESS) != 0) {
         return systemError("the file may not be written");
     }
     const std::filesystem::path folder = real.has_parent_path() ? real.parent_path() : ".";
@@ -129,7 +129,7 @@ std::optional<QString> replaceFile(const QString &path, const std::function<bool
     if (temporary.descriptor() < 0) {
         return systemError("cannot write in the folder");
     }
-    if (const auto failure = fill(temporary.descriptor(), write)) {
+    if (auto failure = fill(temporary.descriptor(), write)) {
         return failure;
     }
     if (exists) {
