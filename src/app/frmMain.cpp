@@ -233,7 +233,8 @@ void frmMain::showEvent(QShowEvent *event) {
 }
 
 void frmMain::showWelcome() {
-    (new frmWelcome(m_ctx, this))->showAt(m_commands->cmdOpen());
+    m_welcome = new frmWelcome(m_ctx, this);
+    m_welcome->showAt(m_commands->cmdOpen());
 }
 
 // --- Commands -------------------------------------------------------------------------------------------------------
@@ -307,7 +308,11 @@ void frmMain::ExitApp() {
 }
 
 void frmMain::fitPhoto() {
-    m_ctx.photo.fitPhoto(m_view->canvasSize());
+    // The room on the table that has the photo's own shape: fitted by either side the whole photo is in view, and the
+    // margin takes up what rounding to a whole per cent adds.
+    const QSize room = m_view->canvasSize() - QSize(2 * tableMargin, 2 * tableMargin);
+    m_ctx.photo.fitPhoto(m_ctx.photo.picCanvas().size().scaled(room, Qt::KeepAspectRatio));
+    m_fittedZoom = m_ctx.photo.zoom();
 }
 
 void frmMain::showZoomMenu() {
@@ -368,6 +373,10 @@ void frmMain::showCanvas() {
 // --- Window ---------------------------------------------------------------------------------------------------------
 
 bool frmMain::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == m_view && event->type() == QEvent::Resize && m_ctx.photo.zoom() == m_fittedZoom) {
+        // A photo that was fitted stays so when the window changes; after the view has taken its new size.
+        QTimer::singleShot(0, this, &frmMain::fitPhoto);
+    }
     const bool pressed = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress;
     if (pressed && watched->isWidgetType()) {
         m_status->clearMessage(); // a message stands until the next action

@@ -94,6 +94,7 @@ class frmMain : public QWidget {
     QString m_startupPhotoPath;
     std::shared_future<PictureRead> m_startupPicture;
     bool m_isSetUp = false;
+    int m_fittedZoom = 0; ///< per cent that fitPhoto chose last
 
     MainBar *m_bar = nullptr;
     CommandRow *m_commands = nullptr;

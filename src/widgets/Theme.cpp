@@ -9,7 +9,6 @@
 #include <QPalette>
 #include <QPixmapCache>
 #include <QSvgRenderer>
-#include <memory>
 
 namespace lumora {
 
@@ -147,7 +146,9 @@ QProgressBar::chunk { background: @sun; border-radius: 8px; }
 } // namespace
 
 void applyTheme(QApplication &application) {
-    application.setStyle(std::make_unique<ThemeStyle>().release()); // the application owns it
+    auto *style = new ThemeStyle;
+    style->setParent(&application);
+    QApplication::setStyle(style);
     application.setPalette(warmPalette());
     QFont font("Andika");
     font.setPointSizeF(11);

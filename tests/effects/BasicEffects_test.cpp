@@ -16,7 +16,7 @@ class BasicEffectsTest : public testing::Test {
     BasicEffects effects{ctx};
     const QImage photo = test::photoLike(64, 40);
 
-    void open() { ctx.photo.openPicture({.picture = photo}, PhotoDocument::OpenRoute::LoadPhoto); }
+    void open() { ctx.photo.openPicture({.picture = photo, .reason = {}}, PhotoDocument::OpenRoute::LoadPhoto); }
 };
 
 TEST_F(BasicEffectsTest, EachChangesTheWholePhotoAsOneUndoStep) {

@@ -11,7 +11,7 @@ namespace lumora::samples {
 
 namespace {
 
-enum Material { Land, Boulder, Fir, Flower };
+enum Material { Land, Boulder, Flower };
 
 class MountainLake : public Scene {
   public:
@@ -45,11 +45,6 @@ class MountainLake : public Scene {
             const float top = 1.5F + 9.0F * smoothStep(6, 24, p.z);
             hit.join(p.y > top + 1 ? (p.y - top) * 1.5F : p.y - farLand(p.x, p.z), Land);
         }
-        if (p.z < 1.5F) {
-            hit.join(fir(p - Vec3{-2.35F, 0.1F, -0.2F}, 3.3F, 0.8F, 0.3F), Fir);
-            hit.join(fir(p - Vec3{-3.3F, 0.1F, 0.7F}, 4.1F, 1.0F, 0.7F), Fir);
-            hit.join(fir(p - Vec3{3.1F, 0.05F, 0.5F}, 2.3F, 0.62F, 0.5F), Fir);
-        }
         if (p.z < 2.5F && p.y < 0.8F) {
             hit.join(boulders(p), Boulder);
         }
@@ -63,10 +58,6 @@ class MountainLake : public Scene {
             stone = mix(stone, colour(0x6F7F3A), smoothStep(0.55F, 0.9F, n.y) * smoothStep(0.45F, 0.6F, fbm(p * 9, 3)));
             return {.colour = stone * mix(0.35F, 1.0F, smoothStep(-0.01F, 0.06F, p.y)),
                     .shine = p.y < 0.05F ? 0.5F : 0.03F};
-        }
-        if (material == Fir) {
-            const float tip = noise(p * 12);
-            return {.colour = mix(colour(0x123018), colour(0x4F7F36), tip), .sheer = 0.15F};
         }
         if (material == Flower) {
             const Cell flower = flowerAt(p);
