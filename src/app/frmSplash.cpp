@@ -169,7 +169,8 @@ void frmSplash::showEvent(QShowEvent *event) {
     BorderlessDialog::showEvent(event);
     if (!m_wentOn) {
         m_wentOn = true;
-        QTimer::singleShot(0, this, &frmSplash::goOn); // the splash is seen before anything stands over it
+        // Queued, so that the splash is seen before anything stands over it.
+        QMetaObject::invokeMethod(this, "goOn", Qt::QueuedConnection);
     }
 }
 

@@ -41,7 +41,7 @@ class frmSplash : public BorderlessDialog {
     void build();
     void recordInstallation() const;
     QSize screenPixels() const;
-    void goOn();
+    Q_INVOKABLE void goOn();
     void showNotice();
     void nextPicture();
     void showLauncher();

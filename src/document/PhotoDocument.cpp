@@ -241,7 +241,7 @@ PictureWritten PhotoDocument::saveFile(const QString &path) {
     if (m_canvas.isNull()) {
         return {PictureError::NotAPicture, QStringLiteral("there is no photo to save")};
     }
-    const PictureWritten written = writePicture(m_canvas, path);
+    PictureWritten written = writePicture(m_canvas, path);
     if (written.ok()) {
         setPhotoModified(false);
     }

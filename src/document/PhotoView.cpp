@@ -23,7 +23,7 @@ constexpr int scrollStep = 40; // a notch of the wheel is three of these
 constexpr int wheelNotch = 120;
 
 int toInt(double value) {
-    constexpr double farthest = std::numeric_limits<int>::max() / 4;
+    constexpr double farthest = std::numeric_limits<int>::max() / 4.0;
     return static_cast<int>(std::clamp(value, -farthest, farthest));
 }
 

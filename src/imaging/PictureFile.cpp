@@ -50,12 +50,15 @@ void checkSize(FileHeader &header) {
     const QString size = QStringLiteral("%1 x %2 pixels").arg(header.width).arg(header.height);
     if (header.width <= 0 || header.height <= 0) {
         header = refusedHeader(PictureError::Damaged, size);
-    } else if (static_cast<qint64>(header.width) * header.height > maxPicturePixels) {
+        return;
+    }
+    if (static_cast<qint64>(header.width) * header.height > maxPicturePixels) {
         header = refusedHeader(PictureError::TooLarge, size);
-    } else if (header.packedBytes < std::max(1.0, leastPackedBytes(header.packing, header.unpackedBytes))) {
-        header =
-            refusedHeader(PictureError::Damaged,
-                          QStringLiteral("%1 do not fit into %2 bytes").arg(size).arg(header.packedBytes, 0, 'f', 0));
+        return;
+    }
+    if (header.packedBytes < std::max(1.0, leastPackedBytes(header.packing, header.unpackedBytes))) {
+        const QString bytes = QString::number(header.packedBytes, 'f', 0);
+        header = refusedHeader(PictureError::Damaged, QStringLiteral("%1 do not fit into %2 bytes").arg(size, bytes));
     }
 }
 

@@ -1,6 +1,7 @@
 // What each command line opens, and when the program ends.
 #include "app/basMain.h"
 
+#include "ShellCheck.h"
 #include "app/frmLauncher.h"
 #include "app/frmMain.h"
 #include "app/frmSplash.h"
@@ -201,6 +202,8 @@ TEST_F(Start, TheSplashLeadsToTheLauncher) {
     QSignalSpy ended(&program, &basMain::ended);
     program.context().writeSetting("Display Message", "Value", "0");
     ASSERT_TRUE(program.Main(""));
+    QTest::qWait(20);
+    test::tick(*program.splash(), "tmrLoader");
     EXPECT_TRUE(QTest::qWaitFor([&] { return program.splash() == nullptr; }));
     ASSERT_NE(program.launcher(), nullptr);
     EXPECT_TRUE(program.launcher()->isVisible());

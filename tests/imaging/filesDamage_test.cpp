@@ -35,10 +35,12 @@ std::vector<File> everyKind() {
     constexpr int width = 48;
     constexpr int height = 40;
     std::vector<QRgb> palette;
+    palette.reserve(256);
     for (int i = 0; i < 256; ++i) {
         palette.push_back(qRgb(i, 255 - i, 7 * i));
     }
     std::vector<std::uint8_t> indices;
+    indices.reserve(static_cast<std::size_t>(width) * height);
     for (int i = 0; i < width * height; ++i) {
         indices.push_back(static_cast<std::uint8_t>(noise(i % width, i / width, 0)));
     }

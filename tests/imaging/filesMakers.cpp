@@ -159,6 +159,7 @@ QByteArray makePng(int width, int height, int bits, int colourType, bool interla
                  PNG_FILTER_TYPE_DEFAULT);
     if (colourType == PNG_COLOR_TYPE_PALETTE) {
         std::vector<png_color> colours;
+        colours.reserve(std::size_t{1} << bits);
         for (int i = 0; i < 1 << bits; ++i) {
             colours.push_back(
                 {static_cast<png_byte>(i), static_cast<png_byte>(255 - i), static_cast<png_byte>(i ^ 85)});

@@ -72,6 +72,14 @@ QRgb paletteColour(int index) {
     return qRgb(index, 255 - index, index ^ 85);
 }
 
+std::vector<QRgb> paletteOf(int count) {
+    std::vector<QRgb> palette(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        palette[static_cast<std::size_t>(i)] = paletteColour(i);
+    }
+    return palette;
+}
+
 } // namespace
 
 TEST(FilesRead, Png) {
@@ -184,10 +192,7 @@ TEST(FilesRead, Bmp) {
     for (const bool fromTop : {false, true}) {
         SCOPED_TRACE(fromTop ? "from the top" : "from the bottom");
         for (const int bits : {1, 4, 8}) {
-            std::vector<QRgb> palette;
-            for (int i = 0; i < 1 << bits; ++i) {
-                palette.push_back(paletteColour(i));
-            }
+            const std::vector<QRgb> palette = paletteOf(1 << bits);
             const QByteArray file = makeBmp(width, height, bits, fromTop, false, patternOf(bits), palette);
             EXPECT_TRUE(
                 shows(readPictureFromData(file), [&](int x, int y) { return paletteColour(pattern(x, y, 0, bits)); }))
@@ -220,10 +225,7 @@ TEST(FilesRead, Bmp) {
 TEST(FilesRead, BmpRunLengths) {
     // Runs, literals with and without padding, a jump, an end of line, the end; written out by hand.
     const auto file = [](int bits, const QByteArray &packed) {
-        std::vector<QRgb> palette;
-        for (int i = 0; i < 1 << bits; ++i) {
-            palette.push_back(paletteColour(i));
-        }
+        const std::vector<QRgb> palette = paletteOf(1 << bits);
         QByteArray bytes = makeBmp(
             6, 3, bits, false, false, [](int, int, int) { return 0; }, palette);
         bytes[30] = static_cast<char>(bits == 8 ? 1 : 2);
@@ -231,6 +233,7 @@ TEST(FilesRead, BmpRunLengths) {
     };
     const auto rowOf = [](const PictureRead &read, int y) {
         std::vector<int> row;
+        row.reserve(static_cast<std::size_t>(read.picture.width()));
         for (int x = 0; x < read.picture.width(); ++x) {
             row.push_back(qRed(read.picture.pixel(x, y)));
         }
@@ -261,11 +264,9 @@ TEST(FilesRead, BmpRunLengths) {
 }
 
 TEST(FilesRead, Gif) {
-    std::vector<QRgb> palette;
-    for (int i = 0; i < 64; ++i) {
-        palette.push_back(paletteColour(i));
-    }
+    const std::vector<QRgb> palette = paletteOf(64);
     std::vector<std::uint8_t> first;
+    first.reserve(static_cast<std::size_t>(width) * height);
     for (int i = 0; i < width * height; ++i) {
         first.push_back(static_cast<std::uint8_t>(pattern(i % width, i / width, 0, 6)));
     }

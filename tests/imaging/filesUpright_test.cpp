@@ -81,7 +81,7 @@ QByteArray rgbProfile(double gamma) {
     const cmsCIExyYTRIPLE primaries{{0.64, 0.33, 1}, {0.30, 0.60, 1}, {0.15, 0.06, 1}};
     cmsToneCurve *curve = cmsBuildGamma(nullptr, gamma);
     cmsToneCurve *curves[3] = {curve, curve, curve};
-    const QByteArray bytes = savedProfile(cmsCreateRGBProfile(&white, &primaries, curves));
+    QByteArray bytes = savedProfile(cmsCreateRGBProfile(&white, &primaries, curves));
     cmsFreeToneCurve(curve);
     return bytes;
 }

@@ -10,6 +10,7 @@ namespace lumora::play {
 namespace {
 
 constexpr int tickTime = 10;     // milliseconds
+constexpr int inputTime = 1;     // between the events of one movement; 0 would keep the loop from ever waiting
 constexpr int settleTime = 20;   // before the next action
 constexpr int observeTime = 150; // before looking at the outcome: one-shot timers of the program have run by then
 
@@ -37,7 +38,7 @@ void Player::begin() {
 
 void Player::orderTick() {
     // A timer of its own for each tick: one that is still in its slot would not fire in a nested event loop.
-    QTimer::singleShot(m_hand.isBusy() ? 0 : tickTime, this, &Player::tick);
+    QTimer::singleShot(m_hand.isBusy() ? inputTime : tickTime, this, &Player::tick);
 }
 
 void Player::programEnded() {

@@ -95,10 +95,5 @@ inline Vec3 turnZ(Vec3 p, float a) {
     const float s = std::sin(a);
     return {c * p.x + s * p.y, c * p.y - s * p.x, p.z};
 }
-inline Vec3 turnX(Vec3 p, float a) {
-    const float c = std::cos(a);
-    const float s = std::sin(a);
-    return {p.x, c * p.y + s * p.z, c * p.z - s * p.y};
-}
 
 } // namespace lumora::samples

@@ -23,7 +23,7 @@ double leastPackedBytes(Packing packing, double unpackedBytes) {
         // 64 pixels take at least the one bit of their DC coefficient.
         return unpackedBytes / 64 / 8;
     case Packing::WebPLossy:
-        // RFC 6386: 256 pixels take three fixed-probability choices of together 3.4 bits at least.
+        // RFC 6386: 256 pixels take three choices of fixed probability, 3.4 bits at least.
         return unpackedBytes / 640;
     case Packing::WebPExact:
         // No floor: a picture of one colour can take 38 bytes at any size. With anything on it, 12 megapixels have

@@ -12,7 +12,7 @@ enum class Packing {
     Lzw,        ///< GIF, TIFF
     FaxRows,    ///< CCITT in TIFF; unpacked bytes: one for each row
     JpegBlocks, ///< Huffman-coded JPEG; unpacked bytes: one for each pixel
-    WebPLossy,  ///< unpacked bytes: one for each pixel
+    WebPLossy,  ///< the first partition of lossy WebP; unpacked bytes: one for each pixel
     WebPExact,  ///< lossless WebP; unpacked bytes: one for each pixel
     Modern,     ///< adaptive arithmetic coders: HEIF, some JPEG; unpacked bytes: one for each pixel
     Dictionary, ///< LZMA and Zstandard in TIFF

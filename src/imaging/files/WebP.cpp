@@ -17,6 +17,7 @@ struct Parts {
     QByteArray profile;
     QByteArray firstFrame; ///< of an animation: its place and size, then its chunks
     qint64 pixelBytes = 0;
+    qint64 modeBytes = -1; ///< of a lossy picture: its first partition, which says how each block is coded
 };
 
 int threeBytes(const QByteArray &bytes, int at) {
@@ -41,6 +42,9 @@ Parts readParts(Source &source) {
             parts.profile = source.bytes(at + 8, length);
         } else if (lead.startsWith("ANMF") && parts.firstFrame.isEmpty()) {
             parts.firstFrame = source.bytes(at + 8, length);
+        }
+        if (const QByteArray tag = source.bytes(at + 8, 3); lead.startsWith("VP8 ") && tag.size() == 3) {
+            parts.modeBytes = threeBytes(tag, 0) >> 5; // RFC 6386, 9.1
         }
         if (lead.startsWith("VP8") || lead.startsWith("ALPH") || lead.startsWith("ANMF")) {
             parts.pixelBytes += std::min(length, source.size() - at - 8);
@@ -157,7 +161,7 @@ FileHeader readWebPHeader(Source &source) {
     constexpr int lossy = 1; // as WebPBitstreamFeatures counts; an animation may be mixed
     header.packing = features.format == lossy ? Packing::WebPLossy : Packing::WebPExact;
     header.unpackedBytes = static_cast<double>(header.width) * header.height;
-    header.packedBytes = static_cast<double>(parts.pixelBytes);
+    header.packedBytes = static_cast<double>(features.format == lossy ? parts.modeBytes : parts.pixelBytes);
     return header;
 }
 
