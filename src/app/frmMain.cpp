@@ -39,6 +39,17 @@ constexpr int previewSize = 120;                                   // pixels
 constexpr int tableMargin = 24;                                    // pixels of table left round a fitted photo
 constexpr int statusHeight = 28;
 
+/// Keys that press a button of Toolbar1.
+struct ShortcutRow {
+    const char *keys;
+    const char *command;
+};
+const ShortcutRow shortcuts[] = {
+    {"Ctrl+Z", "keyUndo"},  {"Ctrl+Y", "keyRedo"},    {"Ctrl+Shift+Z", "keyRedo"}, {"Ctrl+C", "keyCopy"},
+    {"Ctrl+V", "keyPaste"}, {"+", "keyZoomin"},       {"Ctrl++", "keyZoomin"},     {"Ctrl+=", "keyZoomin"},
+    {"-", "keyZoomout"},    {"Ctrl+-", "keyZoomout"}, {"F1", "keyHelp"},
+};
+
 /// The first picture file among what is dragged over the window.
 QString droppedFile(const QMimeData &data) {
     for (const QUrl &url : data.urls()) {
@@ -135,34 +146,22 @@ void frmMain::connectCommands() {
 }
 
 void frmMain::makeShortcuts() {
-    const auto press = [this](const QKeySequence &keys, auto action) {
-        connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
+    const auto press = [this](const char *keys, auto action) {
+        connect(new QShortcut(QKeySequence(QString(keys)), this), &QShortcut::activated, this, action);
     };
-    const auto command = [this](const char *key) {
-        return [this, key] {
+    for (const ShortcutRow &row : shortcuts) {
+        press(row.keys, [this, key = row.command] {
             const PictureButton *button = m_commands->Toolbar1()->button(key);
             if (button->isVisible() && button->isEnabled()) {
                 runToolbarCommand(key);
             }
-        };
-    };
-    press(QKeySequence::Open, [this] { m_commands->cmdOpen()->click(); });
-    press(QKeySequence::Save, [this] { m_commands->cmdSave()->click(); });
-    press(QKeySequence::Print, [this] { m_commands->cmdPrint()->click(); });
-    press(QKeySequence::Undo, command("keyUndo"));
-    press(QKeySequence::Redo, command("keyRedo"));
-    press(QKeySequence(Qt::CTRL | Qt::Key_Y), command("keyRedo"));
-    press(QKeySequence::Copy, command("keyCopy"));
-    press(QKeySequence::Paste, command("keyPaste"));
-    for (const QKeySequence &keys : {QKeySequence("+"), QKeySequence("Ctrl++"), QKeySequence("Ctrl+=")}) {
-        press(keys, command("keyZoomin"));
+        });
     }
-    for (const QKeySequence &keys : {QKeySequence("-"), QKeySequence("Ctrl+-")}) {
-        press(keys, command("keyZoomout"));
-    }
-    press(QKeySequence("Ctrl+0"), [this] { fitPhoto(); });
-    press(QKeySequence("F1"), command("keyHelp"));
-    press(QKeySequence("Esc"), [this] { HideFloatingToolbars(); });
+    press("Ctrl+O", [this] { m_commands->cmdOpen()->click(); });
+    press("Ctrl+S", [this] { m_commands->cmdSave()->click(); });
+    press("Ctrl+P", [this] { m_commands->cmdPrint()->click(); });
+    press("Ctrl+0", [this] { fitPhoto(); });
+    press("Esc", [this] { HideFloatingToolbars(); });
 }
 
 // --- Start ----------------------------------------------------------------------------------------------------------
@@ -173,11 +172,9 @@ void frmMain::SetMeUp() {
     m_devices->LoadScanners();
     m_devices->GetPrinters();
     LoadSettingsFromINIFile(m_ctx);
-    m_commands->Toolbar1()->setButtonEnabled("keyEmail", false);
-    m_commands->Toolbar1()->setButtonEnabled("keyCopy", false);
-    m_commands->Toolbar1()->setButtonEnabled("keyPaste", false);
-    m_commands->Toolbar1()->setButtonEnabled("keySlideShow", false);
-    m_commands->Toolbar1()->setButtonEnabled("keyIdeas", false);
+    for (const char *key : {"keyEmail", "keyCopy", "keyPaste", "keySlideShow", "keyIdeas"}) {
+        m_commands->Toolbar1()->setButtonEnabled(key, false); // they have no behaviour yet
+    }
     m_commands->cmdScan()->setEnabled(false);
     m_commands->cmdPrint()->setEnabled(false);
     m_ctx.fields.txtWelcome = m_ctx.setting("Welcome", "Show", "1");

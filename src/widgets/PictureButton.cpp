@@ -162,10 +162,11 @@ PictureButton::Places PictureButton::places() const {
 }
 
 QStringList PictureButton::captionLines(int width) const {
-    const QString caption = plainCaption(text());
-    if (m_captionPlace == CaptionPlace::Beside) {
-        return {fontMetrics().elidedText(caption, Qt::ElideRight, width)};
+    QString caption = plainCaption(text());
+    if (m_captionPlace == CaptionPlace::Beside && fontMetrics().horizontalAdvance(caption) <= width) {
+        return {caption};
     }
+    caption.replace('/', QStringLiteral("/\u200B")); // a line may end after a stroke
     QTextLayout layout(caption, font());
     QStringList lines;
     layout.beginLayout();
@@ -173,7 +174,7 @@ QStringList PictureButton::captionLines(int width) const {
         line.setLineWidth(width);
         const bool last = lines.size() + 1 == mostCaptionLines;
         const QString rest = caption.mid(line.textStart(), last ? -1 : line.textLength()).trimmed();
-        lines += fontMetrics().elidedText(rest, Qt::ElideRight, width);
+        lines += fontMetrics().elidedText(QString(rest).remove(u'\u200B'), Qt::ElideRight, width);
         if (last) {
             break;
         }
@@ -226,7 +227,8 @@ void PictureButton::paintSurface(QPainter &painter) const {
 void PictureButton::paintCaption(QPainter &painter, const QRect &place) const {
     painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
     const QStringList lines = captionLines(place.width());
-    const int height = fontMetrics().height();
+    // Beside a picture two lines move together until they fit the button.
+    const int height = qMin(fontMetrics().height(), place.height() / static_cast<int>(lines.size()));
     int top = place.top() + (place.height() - height * static_cast<int>(lines.size())) / 2;
     const auto across = m_captionPlace == CaptionPlace::Beside
                             ? QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft)

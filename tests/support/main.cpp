@@ -3,6 +3,11 @@
 #include <QStandardPaths>
 #include <gtest/gtest.h>
 
+/// Qt keeps one gesture recogniser a scroller for the life of the program.
+extern "C" const char *__lsan_default_suppressions() {
+    return "leak:QScroller::grabGesture\n";
+}
+
 int main(int argc, char **argv) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");

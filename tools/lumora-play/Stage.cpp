@@ -13,6 +13,11 @@ QString ownFolder() {
     return QFileInfo(QFile::symLinkTarget("/proc/self/exe")).path();
 }
 
+bool hasScreen() {
+    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qEnvironmentVariableIsSet("DISPLAY") ||
+           qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+}
+
 bool isText(const QFileInfo &entry) {
     return entry.suffix().compare("ini", Qt::CaseInsensitive) == 0;
 }
@@ -29,6 +34,9 @@ Stage::Stage(const QString &folder, QSize screen)
         copyProgramFolder();
     }
     redirectEnvironment();
+    if (!hasScreen()) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     if (qEnvironmentVariable("QT_QPA_PLATFORM") == "offscreen") {
         makeScreen(screen);
     }

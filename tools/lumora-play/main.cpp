@@ -104,7 +104,8 @@ int playScript(QApplication &application, const Options &options, Script script,
         line = step.line;
         watchdog.feed();
     };
-    QObject::connect(&player, &Player::finished, &application, &QApplication::quit);
+    // Not quit(), which would close the windows first: a window may ask whether to save.
+    QObject::connect(&player, &Player::finished, &application, [] { QCoreApplication::exit(); });
     QObject::connect(&program.main(), &basMain::ended, &player, &Player::programEnded);
     player.begin();
     QApplication::exec();
