@@ -20,6 +20,7 @@ EmptyTable::EmptyTable(QWidget *parent)
     m_folder->setObjectName("cmdOpenFirst");
     m_folder->setPictureSize(pictureSize);
     m_folder->resize(folderSize, folderSize);
+    setFocusProxy(m_folder);
     connect(m_folder, &PictureButton::clicked, this, &EmptyTable::openWanted);
 }
 

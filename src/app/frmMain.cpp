@@ -78,11 +78,11 @@ frmMain::frmMain(AppContext &ctx, QWidget *parent)
 frmMain::~frmMain() = default;
 
 void frmMain::build() {
-    m_bar = new MainBar(this);
     m_commands = new CommandRow(this);
     m_tools = new ToolColumn(this);
     m_view = new PhotoView(m_ctx.photo, this);
     m_emptyTable = new EmptyTable(this);
+    m_bar = new MainBar(this); // last for the keyboard, which walks in the order of making
     m_status = new StatusLine("SBar", this);
     m_photo = new PhotoCommands(m_ctx, this);
     m_devices = new DeviceLists(m_ctx, {}, this);
@@ -104,6 +104,7 @@ void frmMain::build() {
     rows->addLayout(middle, 1);
     rows->addWidget(m_status);
     m_status->setFixedHeight(statusHeight);
+    m_emptyTable->setFocus();
     m_tools->hide();
     m_view->hide();
 }
@@ -365,6 +366,7 @@ void frmMain::showCanvas() {
     m_emptyTable->hide();
     m_tools->show();
     m_view->show();
+    m_view->setFocus();
 }
 
 // --- Window ---------------------------------------------------------------------------------------------------------

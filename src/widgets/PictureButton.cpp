@@ -234,8 +234,8 @@ void PictureButton::paintCaption(QPainter &painter, const QRect &place) const {
                             ? QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft)
                             : Qt::Alignment(Qt::AlignHCenter);
     for (const QString &line : lines) {
-        painter.drawText(QRect(place.left(), top, place.width(), height), static_cast<int>(across | Qt::AlignVCenter),
-                         line);
+        painter.drawText(QRect(place.left(), top, place.width(), height),
+                         static_cast<int>(across | Qt::AlignVCenter) | Qt::TextDontClip, line);
         top += height;
     }
 }

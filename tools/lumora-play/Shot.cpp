@@ -18,7 +18,10 @@ QImage takeShot() {
     shot.fill(QColor(108, 120, 134));
     QPainter painter(&shot);
     for (QWidget *window : openWindows()) {
-        painter.drawPixmap(window->mapToGlobal(QPoint(0, 0)) - place.topLeft(), window->grab());
+        const QPoint corner = window->mapToGlobal(QPoint(0, 0)) - place.topLeft();
+        painter.setClipping(!window->mask().isEmpty()); // grab() takes what a mask hides on the screen
+        painter.setClipRegion(window->mask().translated(corner), painter.hasClipping() ? Qt::ReplaceClip : Qt::NoClip);
+        painter.drawPixmap(corner, window->grab());
     }
     return shot;
 }

@@ -57,8 +57,10 @@ void Stage::copyProgramFolder() const {
 }
 
 void Stage::redirectEnvironment() const {
-    for (const char *name : {"home/Documents", "home/Pictures", "home/Desktop", "config", "cache", "data", "tmp"}) {
+    for (const char *name :
+         {"home/Documents", "home/Pictures", "home/Desktop", "config", "cache", "data", "tmp", "run"}) {
         QDir(m_folder.path()).mkpath(name);
+        QFile::setPermissions(m_folder.filePath(name), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
     const auto set = [this](const char *variable, const char *name) {
         qputenv(variable, QFile::encodeName(m_folder.filePath(name)));
@@ -68,6 +70,9 @@ void Stage::redirectEnvironment() const {
     set("XDG_CACHE_HOME", "cache");
     set("XDG_DATA_HOME", "data");
     set("TMPDIR", "tmp");
+    if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) {
+        set("XDG_RUNTIME_DIR", "run");
+    }
 }
 
 void Stage::makeScreen(QSize screen) const {
