@@ -117,10 +117,13 @@ void PhotoCommands::loadInto(const PictureRead &read, bool simpleRoute) {
     Q_EMIT canvasWanted();
     using Route = PhotoDocument::OpenRoute;
     const PictureError error = m_ctx.photo.openPicture(read, simpleRoute ? Route::TmrLoadPhoto : Route::LoadPhoto);
-    if (error == PictureError::None) {
-        Q_EMIT opened();
-    } else {
+    if (error != PictureError::None) {
         say(error);
+        return;
+    }
+    Q_EMIT opened();
+    if (!read.reason.isEmpty()) {
+        Q_EMIT failed(m_ctx.texts.text("StatusNotWhole"));
     }
 }
 
@@ -206,7 +209,7 @@ PhotoCommands::Saved PhotoCommands::saveTo(const QString &path) {
         say(written.error);
         return Saved::No;
     }
-    Q_EMIT message(m_ctx.texts.text("StatusSaved") + " " + QFileInfo(path).fileName());
+    Q_EMIT done(m_ctx.texts.text("StatusSaved") + " " + QFileInfo(path).fileName());
     return Saved::Yes;
 }
 
@@ -264,7 +267,7 @@ void PhotoCommands::leaveEditor() {
 }
 
 void PhotoCommands::say(PictureError error) {
-    Q_EMIT message(plainWords(m_ctx.texts, error));
+    Q_EMIT failed(plainWords(m_ctx.texts, error));
 }
 
 } // namespace lumora

@@ -52,8 +52,9 @@ class PhotoCommands : public QObject {
     /// A photo has come into the canvas.
     void opened();
     void buttonsToRefresh();
-    /// Plain words for the status line.
-    void message(const QString &text);
+    /// Plain words for the status line: what has been done, and what could not be.
+    void done(const QString &text);
+    void failed(const QString &text);
     /// The editor is left: close the main window, show the launcher.
     void leave();
 

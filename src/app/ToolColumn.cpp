@@ -20,6 +20,7 @@ constexpr int margin = 6;
 constexpr int gap = 4;
 constexpr int buttonHeight = 50;
 constexpr int pictureSize = 38;
+constexpr int loneSize = 42; ///< of a button that shares its row
 } // namespace
 
 ToolColumn::ToolColumn(QWidget *parent) : QWidget(parent), m_column(new QWidget) {
@@ -72,6 +73,10 @@ void ToolColumn::placeAll() {
         const int each = (width - (count - 1) * gap) / count;
         int left = margin;
         for (PictureButton *button : buttons) {
+            if (count > 1) { // no room for words beside the picture: it stands alone and large
+                button->setCaptionPlace(PictureButton::CaptionPlace::None);
+                button->setPictureSize(loneSize);
+            }
             button->setGeometry(left, top, each, buttonHeight);
             left += each + gap;
         }

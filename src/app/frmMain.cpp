@@ -139,7 +139,10 @@ void frmMain::connectCommands() {
     connect(m_photo, &PhotoCommands::canvasWanted, this, &frmMain::showCanvas);
     connect(m_photo, &PhotoCommands::opened, this, &frmMain::fitPhoto);
     connect(m_photo, &PhotoCommands::buttonsToRefresh, this, &frmMain::chkPSButtons);
-    connect(m_photo, &PhotoCommands::message, this, &frmMain::showMessage);
+    connect(m_photo, &PhotoCommands::done, this,
+            [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Good); });
+    connect(m_photo, &PhotoCommands::failed, this,
+            [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Problem); });
     connect(m_photo, &PhotoCommands::leave, this, &frmMain::leave);
 
     connect(&m_ctx.photo, &PhotoDocument::changed, this, &frmMain::photoChanged);
@@ -244,7 +247,7 @@ void frmMain::runToolbarCommand(const QString &key) {
         m_ctx.photo.PerformZoomOut();
     } else if (key == "keyUndo" || key == "keyRedo") {
         if (!(key == "keyUndo" ? m_ctx.photo.PerformUndo() : m_ctx.photo.PerformRedo())) {
-            showMessage(plainWords(m_ctx.texts, PictureError::NoMemory));
+            m_status->showMessage(plainWords(m_ctx.texts, PictureError::NoMemory));
         }
     } else if (key == "keyHelp") {
         Q_EMIT helpWanted();
@@ -278,8 +281,9 @@ void frmMain::showEffectPreviews() {
 
 void frmMain::runBarItem(const QString &bar, const QString &key) {
     HideFloatingToolbars();
+    m_view->setFocus(); // the item that had it is gone
     if (bar == "FT3" && !m_basicEffects.apply(key)) {
-        showMessage(plainWords(m_ctx.texts, PictureError::NoMemory));
+        m_status->showMessage(plainWords(m_ctx.texts, PictureError::NoMemory));
     }
     ResetTools();
 }
@@ -356,10 +360,6 @@ void frmMain::refreshZoom() {
 
 void frmMain::refreshStatus() {
     m_status->setBaseText(m_ctx.photo.statusLine(m_ctx.texts.text("Statusbar"), versionNumber(), logicalDpiX()));
-}
-
-void frmMain::showMessage(const QString &text) {
-    m_status->showMessage(text);
 }
 
 void frmMain::showCanvas() {

@@ -59,7 +59,6 @@ class frmMain : public QWidget {
     void ExitApp();
     /// The whole photo in view.
     void fitPhoto();
-    void showMessage(const QString &text);
 
   Q_SIGNALS:
     void helpWanted();

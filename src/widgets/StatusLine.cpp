@@ -13,13 +13,18 @@ namespace {
 constexpr int sideMargin = 14; // pixels
 constexpr int signSize = 20;   // pixels
 
-void paintSign(QPainter &painter, const QRectF &place) {
+void paintSign(QPainter &painter, const QRectF &place, bool good) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(colours::ink, 1.5));
-    painter.setBrush(colours::sun);
+    painter.setBrush(good ? colours::leaf : colours::sun);
     painter.drawEllipse(place);
     const QPointF centre = place.center();
-    painter.setPen(QPen(colours::ink, 2.4, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(good ? Qt::white : colours::ink, 2.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    if (good) {
+        painter.drawPolyline(
+            QPolygonF({centre + QPointF(-4, 0), centre + QPointF(-1, 3.5), centre + QPointF(4.5, -3.5)}));
+        return;
+    }
     painter.drawLine(centre + QPointF(0, -4.5), centre + QPointF(0, 1));
     painter.drawPoint(centre + QPointF(0, 5));
 }
@@ -29,7 +34,7 @@ void paintSign(QPainter &painter, const QRectF &place) {
 StatusLine::StatusLine(const QString &name, QWidget *parent) : ElidedLabel(Qt::ElideMiddle, parent) {
     setObjectName(name);
     setContentsMargins(sideMargin, 4, sideMargin, 4);
-    setMinimumHeight(34);
+    setMinimumHeight(28);
 }
 
 void StatusLine::setBaseText(const QString &text) {
@@ -37,8 +42,9 @@ void StatusLine::setBaseText(const QString &text) {
     refresh();
 }
 
-void StatusLine::showMessage(const QString &message) {
+void StatusLine::showMessage(const QString &message, Tone tone) {
     m_message = message;
+    m_tone = tone;
     refresh();
 }
 
@@ -63,7 +69,7 @@ void StatusLine::paintEvent(QPaintEvent *) {
     if (!m_message.isEmpty()) {
         QRect sign(place.left(), 0, signSize, signSize);
         sign.moveCenter({sign.center().x(), place.center().y()});
-        paintSign(painter, QStyle::visualRect(layoutDirection(), rect(), sign));
+        paintSign(painter, QStyle::visualRect(layoutDirection(), rect(), sign), m_tone == Tone::Good);
         place = QStyle::visualRect(layoutDirection(), rect(), place.adjusted(signSize + 8, 0, 0, 0));
     }
     paintText(painter, place, text());

@@ -11,12 +11,15 @@ class StatusLine : public ElidedLabel {
     Q_OBJECT
 
   public:
+    /// What stands before a message: a tick where something has worked, an exclamation mark where it has not.
+    enum class Tone { Good, Problem };
+
     explicit StatusLine(const QString &name, QWidget *parent = nullptr);
 
     void setBaseText(const QString &text);
     const QString &baseText() const { return m_base; }
     /// Says what happened; an empty message is the same as clearMessage().
-    void showMessage(const QString &message);
+    void showMessage(const QString &message, Tone tone = Tone::Problem);
     void clearMessage();
     const QString &message() const { return m_message; }
 
@@ -28,6 +31,7 @@ class StatusLine : public ElidedLabel {
 
     QString m_base;
     QString m_message;
+    Tone m_tone = Tone::Problem;
 };
 
 } // namespace lumora

@@ -156,6 +156,7 @@ constexpr TextRow kTexts[] = {
     {"frmMain", "StatusNotAPicture", "This is not a picture that Lumora knows.", "-", ""},
     {"frmMain", "StatusTooLarge", "This picture is too big for Lumora.", "-", ""},
     {"frmMain", "StatusDamaged", "This picture is damaged. Lumora cannot open it.", "-", ""},
+    {"frmMain", "StatusNotWhole", "A part of this picture is missing. Lumora shows what is there.", "-", ""},
     {"frmMain", "StatusNoMemory", "The computer has not enough memory for this. Your photo is as it was.", "-", ""},
     {"frmMain", "StatusUnknownType", "Lumora cannot save a picture of this type. Try .jpg or .png.", "-", ""},
     {"frmMain", "StatusNotWritable", "Your photo could not be saved there. Try another folder.", "-", ""},
