@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 /// Qt keeps one gesture recogniser a scroller for the life of the program.
-extern "C" const char *__lsan_default_suppressions() {
+extern "C" const char *__lsan_default_suppressions() { // NOLINT(bugprone-reserved-identifier) the sanitizer asks for it
     return "leak:QScroller::grabGesture\n";
 }
 

@@ -59,7 +59,7 @@ QString misread(const Step &step, const Verb &verb, bool started) {
     if (started && (step.verb == "start" || step.verb == "setting")) {
         return "the program is started already";
     }
-    const QString how = QString("write it so: %1").arg(verb.usage);
+    QString how = QString("write it so: %1").arg(verb.usage);
     if (step.words.size() < verb.least || step.words.size() > verb.most) {
         return how;
     }

@@ -310,10 +310,10 @@ Outcome Player::choose(const Step &step) {
     if (m_phase >= clicked && dialog != m_fileDialog) {
         return Outcome::done(); // it has closed, or asks whether to replace the file
     }
-    auto *name = dialog == nullptr ? nullptr : dialog->findChild<QLineEdit *>("fileNameEdit");
-    if (name == nullptr) {
+    if (dialog == nullptr) {
         return Outcome::notYet("no file dialog is open");
     }
+    auto *name = dialog->findChild<QLineEdit *>("fileNameEdit");
     const QString path = QDir::current().absoluteFilePath(step.word(0));
     QWidget *completions = QApplication::activePopupWidget();
     if (m_phase >= 2 && completions != nullptr) {
