@@ -255,7 +255,10 @@ Outcome Player::onPicture(const Step &step) {
         return Outcome::done();
     }
     QWidget *canvas = m_program.canvas();
-    const QString problem = canvas == nullptr ? QString("there is no photo") : reach(*canvas);
+    if (canvas == nullptr) {
+        return Outcome::notYet("there is no photo");
+    }
+    const QString problem = reach(*canvas);
     if (!problem.isEmpty()) {
         return Outcome::notYet(problem);
     }
