@@ -31,15 +31,6 @@ void addImagingRows() {
     addEffect("Invert", [](EffectEngine &engine) { return engine.invert(true, true, true, false); });
     addEffect("Solarise", [](EffectEngine &engine) { return engine.solarise(180, 180, 180, true, false); });
     addEffect("Colourise", [](EffectEngine &engine) { return engine.colourise(255, 0, 0, false); });
-    addEffect("Brightness", [](EffectEngine &engine) { return engine.brightness(false, 50); });
-    addEffect("Contrast", [](EffectEngine &engine) { return engine.contrast(false, 50); });
-    addEffect("Saturation", [](EffectEngine &engine) { return engine.saturation(false, 50); });
-    addEffect("Convolution", [](EffectEngine &engine) {
-        return engine.convolve({1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, false);
-    });
-    addEffect("ColourEmboss", [](EffectEngine &engine) { return engine.colourEmboss(1, false); });
-    addEffect("HighPassSharpen", [](EffectEngine &engine) { return engine.highPassSharpen(0, false); });
-    addEffect("Sharpen", [](EffectEngine &engine) { return engine.sharpen(false); });
     addEffect("Mosaic", [](EffectEngine &engine) { return engine.mosaic(10, 10, false); });
     addEffect("BlurRadius3", [](EffectEngine &engine) { return engine.blur(3, false); });
     addEffect("BlurRadius30", [](EffectEngine &engine) { return engine.blur(30, false); });

@@ -4,7 +4,6 @@
 #include "imaging/Region.h"
 
 #include <QImage>
-#include <array>
 
 namespace lumora {
 
@@ -35,21 +34,8 @@ class EffectEngine {
     bool solarise(int red, int green, int blue, bool above, bool limitToRegion);
     /// Shades of one colour, from black through the colour to white. Channels 0 to 255, clamped.
     bool colourise(int red, int green, int blue, bool limitToRegion);
-    /// Adds levels, -255 to 255, clamped. The three adjustments of colour take the flag first.
-    bool brightness(bool limitToRegion, int amount);
-    /// Percent, -100 (middle grey) to 100 (twice as much), clamped.
-    bool contrast(bool limitToRegion, int amount);
-    /// Percent, -100 (greyscale) to 100 (twice as much), clamped.
-    bool saturation(bool limitToRegion, int amount);
     /// Tiles of one colour each, laid from the upper left corner. Sides in pixels, clamped to 1 and to the picture.
     bool mosaic(int tileWidth, int tileHeight, bool limitToRegion);
-    /// Strength 0 (already clear to see) to 100, clamped.
-    bool highPassSharpen(int strength, bool limitToRegion);
-    bool sharpen(bool limitToRegion);
-    /// A relief in colour, -10 to 10, clamped; below 0 the light comes from the other side.
-    bool colourEmboss(int depth, bool limitToRegion);
-    /// Coefficients row by row, clamped to 16 bits, refused unless finite; the offset is in levels.
-    bool convolve(const std::array<float, 9> &coefficients, int offset, bool limitToRegion);
     /// Gaussian look, the amount is the radius in pixels, 0 to 100, clamped.
     bool blur(int amount, bool limitToRegion);
 
