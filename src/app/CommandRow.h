@@ -14,6 +14,8 @@ class CommandRow : public QWidget {
     Q_OBJECT
 
   public:
+    static constexpr int emailButton = 10; ///< its number in Toolbar1
+
     explicit CommandRow(QWidget *parent = nullptr);
 
     PictureButton *cmdOpen() const { return m_open; }

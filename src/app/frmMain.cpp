@@ -350,6 +350,9 @@ void frmMain::chkPSButtons() {
     toolbar->setButtonEnabled("keyZoomout", loaded);
     toolbar->setButtonEnabled("keyUndo", loaded && photo.history().undoSteps() > 0);
     toolbar->setButtonEnabled("keyRedo", loaded && photo.history().redoSteps() > 0);
+    if (m_ctx.fields.txtEmail == "0" || m_ctx.fields.txtEmail == "1") { // any other value leaves it
+        toolbar->setButtonOn(CommandRow::emailButton, m_ctx.fields.txtEmail == "1");
+    }
     m_commands->cmdSave()->setEnabled(loaded);
     m_commands->cmdSetZoom()->setEnabled(loaded);
 }

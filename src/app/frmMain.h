@@ -54,7 +54,7 @@ class frmMain : public QWidget {
     void HideBoxes();
     /// Makes the Arrow tool current.
     void ResetTools();
-    /// Refreshes the buttons that depend on the photo.
+    /// Refreshes the buttons that depend on the photo and on the settings.
     void chkPSButtons();
     void ExitApp();
     /// The whole photo in view.

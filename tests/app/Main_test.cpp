@@ -161,6 +161,15 @@ TEST_F(Main, ButtonsFollowThePhoto) {
     EXPECT_EQ(context.photo.picCanvas().size(), QSize(300, 200));
 }
 
+TEST_F(Main, TheEMailButtonShowsWhereTheSettingSaysSo) {
+    for (const auto &[value, shown] : {std::pair("0", false), std::pair("1", true), std::pair("maybe", true)}) {
+        context.writeSetting("E-mail", "Value", value);
+        frmMain window(context);
+        window.SetMeUp();
+        EXPECT_EQ(window.findChild<CommandBar *>("Toolbar1")->isButtonOn(10), shown) << value;
+    }
+}
+
 TEST_F(Main, FitShowsTheWholePhotoWhateverItsShape) {
     frmMain window(context);
     window.setStartupPhotoPath("/no/such/photo.jpg");
