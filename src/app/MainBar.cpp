@@ -5,6 +5,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
 
 namespace lumora {
 
@@ -33,6 +34,10 @@ MainBar::MainBar(QWidget *parent) : TitleStrip(parent) {
     };
     addButton("cmdMin", "minimise", &MainBar::minimiseWanted);
     addButton("cmdExit", "exit", &MainBar::exitWanted);
+}
+
+void MainBar::paintEvent(QPaintEvent *) {
+    QPainter(this).fillRect(QRect(0, height() - 1, width(), 1), colours::line); // from edge to edge
 }
 
 void MainBar::mouseDoubleClickEvent(QMouseEvent *) {

@@ -17,6 +17,7 @@ class MainBar : public TitleStrip {
     void exitWanted();
 
   protected:
+    void paintEvent(QPaintEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
 };
 

@@ -13,8 +13,8 @@ namespace lumora {
 
 namespace {
 
-constexpr QSize tileSize(160, 164);    // pixels
-constexpr QSize pictureRoom(132, 112); // pixels
+constexpr QSize tileSize(184, 172);    // pixels
+constexpr QSize pictureRoom(156, 120); // pixels
 constexpr int tileGap = 5;             // pixels around each tile
 constexpr int keptThumbnails = 300;
 constexpr int settleTime = 40; // milliseconds without scrolling before thumbnails are asked for

@@ -19,8 +19,11 @@ QImage takeShot() {
     QPainter painter(&shot);
     for (QWidget *window : openWindows()) {
         const QPoint corner = window->mapToGlobal(QPoint(0, 0)) - place.topLeft();
-        painter.setClipping(!window->mask().isEmpty()); // grab() takes what a mask hides on the screen
-        painter.setClipRegion(window->mask().translated(corner), painter.hasClipping() ? Qt::ReplaceClip : Qt::NoClip);
+        if (window->mask().isEmpty()) {
+            painter.setClipping(false);
+        } else { // grab() takes what a mask hides on the screen
+            painter.setClipRegion(window->mask().translated(corner));
+        }
         painter.drawPixmap(corner, window->grab());
     }
     return shot;
