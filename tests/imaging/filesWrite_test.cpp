@@ -65,7 +65,7 @@ double meanDifference(const QImage &a, const QImage &b) {
     return sum / (3.0 * a.width() * a.height());
 }
 
-// Reads TGA by its specification alone, in any of the arrangements of true colour without packing.
+// Reads TGA by the format's description alone, in any of the arrangements of true colour without packing.
 QImage readTga(const QByteArray &bytes) {
     const auto byte = [&](qsizetype at) { return static_cast<int>(static_cast<uchar>(bytes[at])); };
     if (bytes.size() < 18 || byte(1) != 0 || byte(2) != 2 || (byte(16) != 24 && byte(16) != 32)) {

@@ -47,7 +47,7 @@ const Field kFields[] = {
     {"Printer", "Timed", &MainFields::txtPrintTimer, "0"},
     {"Printer", "Timer", &MainFields::txtCountDown, "1"},
     {"Printer", "Device", &MainFields::txtPrinter, ""},
-    {"Sender", "Address", &MainFields::txtYourEmail, kPlaceholderAddress},
+    {"Sender", "Address", &MainFields::txtYourEmail, placeholderAddress},
     {"Tips", "Crop", &MainFields::txtCropTip, "0"},
 };
 

@@ -14,9 +14,9 @@
 namespace lumora {
 namespace {
 
-constexpr qsizetype kLongestValue = 900;            // UTF-16 units
-constexpr qint64 kLargestFile = 64LL * 1024 * 1024; // bytes; what is larger is no settings file
-constexpr qint64 kClockGrain = 10'000'000;          // nanoseconds between two ticks of a file system's clock
+constexpr qsizetype longestValue = 900;            // UTF-16 units
+constexpr qint64 largestFile = 64LL * 1024 * 1024; // bytes; what is larger is no settings file
+constexpr qint64 clockGrain = 10'000'000;          // nanoseconds between two ticks of a file system's clock
 
 /// What tells one state of a file from another.
 struct Stamp {
@@ -34,7 +34,7 @@ qint64 nanoseconds(const timespec &time) {
 Stamp stampOf(const QString &file) {
     struct stat status = {};
     if (::stat(QFile::encodeName(file).constData(), &status) != 0 || !S_ISREG(status.st_mode) ||
-        status.st_size > kLargestFile) {
+        status.st_size > largestFile) {
         return {};
     }
     return {
@@ -46,7 +46,7 @@ bool isSettled(const Stamp &stamp) {
     timespec now = {};
     clock_gettime(CLOCK_REALTIME, &now);
     const qint64 age = nanoseconds(now) - stamp.changed;
-    return age < 0 || age > kClockGrain;
+    return age < 0 || age > clockGrain;
 }
 
 /// Whether a new version of the file can take its place: it, or where it would be, can be written.
@@ -118,8 +118,8 @@ QString IniFiles::ReadIniValue(const QString &file, const QString &section, cons
     if (!value) {
         return defaultValue;
     }
-    if (value->size() > kLongestValue) {
-        value->truncate(value->at(kLongestValue - 1).isHighSurrogate() ? kLongestValue - 1 : kLongestValue);
+    if (value->size() > longestValue) {
+        value->truncate(value->at(longestValue - 1).isHighSurrogate() ? longestValue - 1 : longestValue);
     }
     return *value;
 }

@@ -24,15 +24,15 @@ void LoadSettingsFromINIFile(AppContext &context) {
     fields.txtPrintTimer = context.setting("Printer", "Timed", "0");
     fields.txtCountDown = context.setting("Printer", "Timer", "1");
     fields.txtPrinter = context.setting("Printer", "Device", "");
-    fields.txtYourEmail = context.setting("Sender", "Address", kPlaceholderAddress);
+    fields.txtYourEmail = context.setting("Sender", "Address", placeholderAddress);
     fields.txtCropTip = context.setting("Tips", "Crop", "0");
 }
 
 void ApplySimpleSettings(AppContext &context) {
-    static const std::pair<const char *, const char *> kSimpleSettings[] = {
+    static const std::pair<const char *, const char *> simpleSettings[] = {
         {"Dialogs", "Style"}, {"SFX", "Advanced"},  {"Resize", "Advanced"}, {"Grid", "Value"},
         {"E-mail", "Value"},  {"Printer", "Timed"}, {"Tips", "Crop"}};
-    for (const auto &[section, key] : kSimpleSettings) {
+    for (const auto &[section, key] : simpleSettings) {
         context.writeSetting(section, key, "0");
     }
 }

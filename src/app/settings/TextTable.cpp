@@ -5,7 +5,7 @@ namespace lumora {
 namespace {
 
 // clang-format off
-constexpr TextRow kTexts[] = {
+constexpr TextRow textRows[] = {
     // Shared by several windows and procedures: title of message boxes, start of the status line.
     {"", "ApplicationName", "Lumora", "-", ""},
     {"", "Statusbar", "Lumora", "-", ""},
@@ -286,7 +286,7 @@ constexpr TextRow kTexts[] = {
 } // namespace
 
 std::span<const TextRow> allTexts() {
-    return kTexts;
+    return textRows;
 }
 
 } // namespace lumora
