@@ -15,6 +15,8 @@ void DoEvents() {
     --depth;
 }
 
-bool isInDoEvents() { return depth > 0; }
+bool isInDoEvents() {
+    return depth > 0;
+}
 
 } // namespace lumora

@@ -6,16 +6,16 @@
 namespace lumora {
 
 struct ToolFlags {
-    bool SimpleModeOn = false;       ///< start-up and launcher write; everything that differs between the modes reads
-    bool SelectionActive = false;    ///< the selection tools set it, every other tool clears it; effects read
-    int SelectionKind = 0;           ///< 1 rectangle, 2 ellipse, 3 lasso; the selection tools write, effects read
-    bool FreeResizeActive = false;   ///< the resize tool sets it, other tools clear it; undo and redo read
-    QRect ResizeFrame;               ///< picture pixels; the resize tool writes it, undo and redo give it back to the view
-    bool EffectChosen = false;       ///< set whenever an effect is picked; read by the effects panel
-    bool ToolPanelShown = false;     ///< a tool panel is up; its animation sets it, HideBoxes clears it
-    bool ExitPending = false;        ///< ExitApp sets it before it asks; the save route reads it
-    bool SaveThenLeave = false;      ///< the save prompt's Yes sets it; the save dialogs read it
-    bool ScanNow = false;            ///< a scan sets it, the start of either mode clears it
+    bool SimpleModeOn = false;     ///< start-up and launcher write; everything that differs between the modes reads
+    bool SelectionActive = false;  ///< the selection tools set it, every other tool clears it; effects read
+    int SelectionKind = 0;         ///< 1 rectangle, 2 ellipse, 3 lasso; the selection tools write, effects read
+    bool FreeResizeActive = false; ///< the resize tool sets it, other tools clear it; undo and redo read
+    QRect ResizeFrame;           ///< picture pixels; the resize tool writes it, undo and redo give it back to the view
+    bool EffectChosen = false;   ///< set whenever an effect is picked; read by the effects panel
+    bool ToolPanelShown = false; ///< a tool panel is up; its animation sets it, HideBoxes clears it
+    bool ExitPending = false;    ///< ExitApp sets it before it asks; the save route reads it
+    bool SaveThenLeave = false;  ///< the save prompt's Yes sets it; the save dialogs read it
+    bool ScanNow = false;        ///< a scan sets it, the start of either mode clears it
 };
 
 } // namespace lumora

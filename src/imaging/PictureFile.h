@@ -8,13 +8,13 @@ namespace lumora {
 
 enum class PictureError {
     None,
-    NotFound,     ///< no such file, or it may not be read
-    NotAPicture,  ///< none of the formats known here
-    TooLarge,     ///< more than 200 megapixels
-    Damaged,      ///< the header promises what the file cannot hold, or the data are broken from the start
-    NoMemory,     ///< memory for the pixels was refused
-    UnknownType,  ///< writing: an extension that names no format
-    NotWritable,  ///< writing: folder gone, read-only, disk full
+    NotFound,    ///< no such file, or it may not be read
+    NotAPicture, ///< none of the formats known here
+    TooLarge,    ///< more than 200 megapixels
+    Damaged,     ///< the header promises what the file cannot hold, or the data are broken from the start
+    NoMemory,    ///< memory for the pixels was refused
+    UnknownType, ///< writing: an extension that names no format
+    NotWritable, ///< writing: folder gone, read-only, disk full
 };
 
 struct PictureRead {
@@ -24,9 +24,9 @@ struct PictureRead {
 };
 
 struct PictureHeader {
-    QString format;      ///< "JPEG", "PNG", "GIF", "BMP", "TIFF", "WebP", "HEIF"
-    int width = 0;       ///< pixels, upright
-    int height = 0;      ///< pixels, upright
+    QString format; ///< "JPEG", "PNG", "GIF", "BMP", "TIFF", "WebP", "HEIF"
+    int width = 0;  ///< pixels, upright
+    int height = 0; ///< pixels, upright
     PictureError error = PictureError::None;
     QString reason;
 };
