@@ -4,6 +4,7 @@
 namespace lumora {
 
 void addImagingRows();
+void addTransformRows();
 void addFileRows();
 
 } // namespace lumora

@@ -31,6 +31,29 @@ void addImagingRows() {
     addEffect("Invert", [](EffectEngine &engine) { return engine.invert(true, true, true, false); });
     addEffect("Solarise", [](EffectEngine &engine) { return engine.solarise(180, 180, 180, true, false); });
     addEffect("Colourise", [](EffectEngine &engine) { return engine.colourise(255, 0, 0, false); });
+    addEffect("Brightness", [](EffectEngine &engine) { return engine.brightness(false, 50); });
+    addEffect("Contrast", [](EffectEngine &engine) { return engine.contrast(false, 50); });
+    addEffect("Saturation", [](EffectEngine &engine) { return engine.saturation(false, 50); });
+    addEffect("Convolution", [](EffectEngine &engine) {
+        return engine.convolve({1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, false);
+    });
+    addEffect("ColourEmboss", [](EffectEngine &engine) { return engine.colourEmboss(1, false); });
+    addEffect("HighPassSharpen", [](EffectEngine &engine) { return engine.highPassSharpen(0, false); });
+    addEffect("Sharpen", [](EffectEngine &engine) { return engine.sharpen(false); });
+    addEffect("Texture", [](EffectEngine &engine) {
+        engine.setTexture(benchPicture(1).copy(0, 0, 256, 256));
+        return engine.texture(0, 0, false);
+    });
+    addEffect("Tile", [](EffectEngine &engine) {
+        return engine.tile(engine.picture().width() / 5, engine.picture().height() / 5);
+    });
+    addEffect("ReflectionTable", [](EffectEngine &engine) { return engine.reflection(1); });
+    addEffect("ReflectionWater", [](EffectEngine &engine) { return engine.reflection(2); });
+    addEffect("ReflectionBeside", [](EffectEngine &engine) { return engine.reflection(3); });
+    addEffect("ReflectionFourWays", [](EffectEngine &engine) { return engine.reflection(4); });
+    addEffect("Perspective", [](EffectEngine &engine) { return engine.perspective(-30, 255, 255, 255); });
+    addEffect("OilPaintingRadius3", [](EffectEngine &engine) { return engine.oilPainting(3, false); });
+    addEffect("OilPaintingRadius30", [](EffectEngine &engine) { return engine.oilPainting(30, false); });
     addEffect("Mosaic", [](EffectEngine &engine) { return engine.mosaic(10, 10, false); });
     addEffect("BlurRadius3", [](EffectEngine &engine) { return engine.blur(3, false); });
     addEffect("BlurRadius30", [](EffectEngine &engine) { return engine.blur(30, false); });

@@ -13,6 +13,7 @@ int main(int argc, char **argv) {
     }
     benchmark::AddCustomContext("kernels", lumora::chosenKernelTarget());
     lumora::addImagingRows();
+    lumora::addTransformRows();
     lumora::addFileRows();
     benchmark::RunSpecifiedBenchmarks();
     return 0;

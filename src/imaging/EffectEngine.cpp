@@ -3,13 +3,25 @@
 #include "imaging/Picture.h"
 #include "imaging/effects/BlackAndWhite.h"
 #include "imaging/effects/Blur.h"
+#include "imaging/effects/Brightness.h"
+#include "imaging/effects/ColourEmboss.h"
 #include "imaging/effects/Colourise.h"
+#include "imaging/effects/Contrast.h"
+#include "imaging/effects/Convolution.h"
 #include "imaging/effects/Greyscale.h"
+#include "imaging/effects/HighPassSharpen.h"
 #include "imaging/effects/Invert.h"
 #include "imaging/effects/Mosaic.h"
+#include "imaging/effects/OilPainting.h"
+#include "imaging/effects/Perspective.h"
+#include "imaging/effects/Reflection.h"
 #include "imaging/effects/RowBands.h"
+#include "imaging/effects/Saturation.h"
 #include "imaging/effects/Sepia.h"
+#include "imaging/effects/Sharpen.h"
 #include "imaging/effects/Solarise.h"
+#include "imaging/effects/Texture.h"
+#include "imaging/effects/Tile.h"
 
 #include <cstring>
 #include <new>
@@ -122,8 +134,70 @@ bool EffectEngine::colourise(int red, int green, int blue, bool limitToRegion) {
     return run([&](auto... pixels) { applyColourise({red, green, blue}, pixels...); }, limitToRegion);
 }
 
+bool EffectEngine::brightness(bool limitToRegion, int amount) {
+    return run([&](auto... pixels) { applyBrightness({amount}, pixels...); }, limitToRegion);
+}
+
+bool EffectEngine::contrast(bool limitToRegion, int amount) {
+    return run([&](auto... pixels) { applyContrast({amount}, pixels...); }, limitToRegion);
+}
+
+bool EffectEngine::saturation(bool limitToRegion, int amount) {
+    return run([&](auto... pixels) { applySaturation({amount}, pixels...); }, limitToRegion);
+}
+
 bool EffectEngine::mosaic(int tileWidth, int tileHeight, bool limitToRegion) {
     return run([&](auto... pixels) { applyMosaic({tileWidth, tileHeight}, pixels..., isOpaque()); }, limitToRegion);
+}
+
+bool EffectEngine::highPassSharpen(int strength, bool limitToRegion) {
+    return run([&](auto... pixels) { return applyHighPassSharpen({strength}, pixels..., isOpaque()); }, limitToRegion);
+}
+
+bool EffectEngine::sharpen(bool limitToRegion) {
+    return run([&](auto... pixels) { return applySharpen(pixels..., isOpaque()); }, limitToRegion);
+}
+
+bool EffectEngine::colourEmboss(int depth, bool limitToRegion) {
+    return run([&](auto... pixels) { return applyColourEmboss({depth}, pixels..., isOpaque()); }, limitToRegion);
+}
+
+bool EffectEngine::convolve(const std::array<float, 9> &coefficients, int offset, bool limitToRegion) {
+    return run(
+        [&](auto... pixels) {
+            return applyConvolution({coefficients, offset}, pixels..., isOpaque());
+        },
+        limitToRegion);
+}
+
+bool EffectEngine::texture(int fade, int layout, bool limitToRegion) {
+    const ConstPixelView texture = readView(m_texture);
+    return layout == 0 && !texture.isEmpty() &&
+           run(
+               [&](auto... pixels) {
+                   applyTexture({texture, fade}, pixels...);
+               },
+               limitToRegion);
+}
+
+bool EffectEngine::tile(int tileWidth, int tileHeight) {
+    return run([&](auto... pixels) { applyTile({tileWidth, tileHeight}, pixels...); }, false);
+}
+
+bool EffectEngine::reflection(int style) {
+    return run([&](auto... pixels) { return applyReflection(style, pixels...); }, false);
+}
+
+bool EffectEngine::perspective(int angle, int red, int green, int blue) {
+    return run(
+        [&](auto... pixels) {
+            return applyPerspective({angle, red, green, blue}, pixels..., isOpaque());
+        },
+        false);
+}
+
+bool EffectEngine::oilPainting(int brush, bool limitToRegion) {
+    return run([&](auto... pixels) { return applyOilPainting({brush}, pixels..., isOpaque()); }, limitToRegion);
 }
 
 bool EffectEngine::blur(int amount, bool limitToRegion) {

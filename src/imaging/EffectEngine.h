@@ -4,6 +4,7 @@
 #include "imaging/Region.h"
 
 #include <QImage>
+#include <array>
 
 namespace lumora {
 
@@ -34,8 +35,35 @@ class EffectEngine {
     bool solarise(int red, int green, int blue, bool above, bool limitToRegion);
     /// Shades of one colour, from black through the colour to white. Channels 0 to 255, clamped.
     bool colourise(int red, int green, int blue, bool limitToRegion);
+    /// Adds levels, -255 to 255, clamped. The three adjustments of colour take the flag first.
+    bool brightness(bool limitToRegion, int amount);
+    /// Percent, -100 (middle grey) to 100 (twice as much), clamped.
+    bool contrast(bool limitToRegion, int amount);
+    /// Percent, -100 (greyscale) to 100 (twice as much), clamped.
+    bool saturation(bool limitToRegion, int amount);
     /// Tiles of one colour each, laid from the upper left corner. Sides in pixels, clamped to 1 and to the picture.
     bool mosaic(int tileWidth, int tileHeight, bool limitToRegion);
+    /// Strength 0 (already clear to see) to 100, clamped.
+    bool highPassSharpen(int strength, bool limitToRegion);
+    bool sharpen(bool limitToRegion);
+    /// A relief in colour, -10 to 10, clamped; below 0 the light comes from the other side.
+    bool colourEmboss(int depth, bool limitToRegion);
+    /// Coefficients row by row, clamped to 16 bits, refused unless finite; the offset is in levels.
+    bool convolve(const std::array<float, 9> &coefficients, int offset, bool limitToRegion);
+    /// The picture that texture() repeats over the picture; it stays until another one is set.
+    void setTexture(const QImage &picture) { m_texture = picture; }
+    /// Fade in percent, 0 (the texture in full) to 100 (nothing of it), clamped. Layout 0 is tiled; others are refused,
+    /// and so is an engine without a texture.
+    bool texture(int fade, int layout, bool limitToRegion);
+    /// A wall of tiles over the whole picture. Sides in pixels, clamped to 1 and to the picture.
+    bool tile(int tileWidth, int tileHeight);
+    /// Style 1 to 4 (ReflectionStyle) over the whole picture; others are refused.
+    bool reflection(int style);
+    /// Turns the whole picture about its vertical axis before a background. Degrees, -60 to 60, above 0 with the right
+    /// side away; channels 0 to 255; all clamped.
+    bool perspective(int angle, int red, int green, int blue);
+    /// The brush's radius in pixels, 0 to 100, clamped.
+    bool oilPainting(int brush, bool limitToRegion);
     /// Gaussian look, the amount is the radius in pixels, 0 to 100, clamped.
     bool blur(int amount, bool limitToRegion);
 
@@ -47,6 +75,7 @@ class EffectEngine {
     template <typename Operation> bool run(const Operation &operation, bool limitToRegion);
 
     QImage m_picture;
+    QImage m_texture;
     Shape m_shape = Shape::None;
     PixelRect m_box; ///< of the region's shape, as it was given
 };

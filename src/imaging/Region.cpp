@@ -2,19 +2,67 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <utility>
 
 namespace lumora {
 
-void Region::addRow(int y, Span span) {
+namespace {
+
+/// A side of a lasso's line over the pixel rows whose centres it passes.
+struct Edge {
+    double x;     ///< where it meets the centre of row 0
+    double slope; ///< pixels to the right for each row down
+    int firstRow;
+    int endRow;
+    int direction; ///< 1 where the line goes down, -1 where it goes up
+};
+
+/// Far outside every picture, and small enough to reckon with.
+constexpr double farthest = 1e9;
+
+/// The first of the `count` pixels of a line whose centre does not lie before the position; `count` when all do.
+int pixelFrom(double position, int count) {
+    return static_cast<int>(std::clamp(std::ceil(position - 0.5), 0.0, double(count)));
+}
+
+std::vector<Edge> edgesOf(std::span<const PicturePoint> points, int pictureHeight) {
+    std::vector<PicturePoint> corners;
+    corners.reserve(points.size());
+    for (const PicturePoint &point : points) {
+        if (!std::isnan(point.x) && !std::isnan(point.y)) {
+            corners.push_back({std::clamp(point.x, -farthest, farthest), std::clamp(point.y, -farthest, farthest)});
+        }
+    }
+    std::vector<Edge> edges;
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const PicturePoint from = corners[i];
+        const PicturePoint to = corners[(i + 1) % corners.size()];
+        const int firstRow = pixelFrom(std::min(from.y, to.y), pictureHeight);
+        const int endRow = pixelFrom(std::max(from.y, to.y), pictureHeight);
+        if (firstRow < endRow) {
+            const double slope = (to.x - from.x) / (to.y - from.y);
+            edges.push_back({from.x + (0.5 - from.y) * slope, slope, firstRow, endRow, to.y > from.y ? 1 : -1});
+        }
+    }
+    std::ranges::sort(edges, {}, &Edge::firstRow);
+    return edges;
+}
+
+} // namespace
+
+void Region::addSpan(int y, Span span) {
     if (m_rowStarts.empty()) {
         m_bounds = {span.begin, y, span.end, y};
         m_rowStarts.push_back(0);
     }
+    for (; m_bounds.bottom <= y; ++m_bounds.bottom) {
+        m_rowStarts.push_back(m_spans.size());
+    }
     m_bounds.left = std::min(m_bounds.left, span.begin);
     m_bounds.right = std::max(m_bounds.right, span.end);
-    m_bounds.bottom = y + 1;
     m_spans.push_back(span);
-    m_rowStarts.push_back(m_spans.size());
+    m_rowStarts.back() = m_spans.size();
 }
 
 Region Region::rectangle(int pictureWidth, int pictureHeight, int left, int top, int right, int bottom) {
@@ -23,7 +71,7 @@ Region Region::rectangle(int pictureWidth, int pictureHeight, int left, int top,
     const int endRow = std::min(std::max(top, bottom), pictureHeight);
     Region region;
     for (int y = firstRow; y < endRow && columns.begin < columns.end; ++y) {
-        region.addRow(y, columns);
+        region.addSpan(y, columns);
     }
     return region;
 }
@@ -43,7 +91,45 @@ Region Region::ellipse(int pictureWidth, int pictureHeight, int x1, int y1, int 
         const double begin = std::clamp(std::ceil(centreX - half - 0.5), 0.0, double(pictureWidth));
         const double end = std::clamp(std::floor(centreX + half - 0.5) + 1, 0.0, double(pictureWidth));
         if (begin < end) {
-            region.addRow(y, {int(begin), int(end)});
+            region.addSpan(y, {int(begin), int(end)});
+        }
+    }
+    return region;
+}
+
+Region Region::lasso(int pictureWidth, int pictureHeight, std::span<const PicturePoint> points) {
+    const std::vector<Edge> edges = edgesOf(points, pictureHeight);
+    Region region;
+    if (edges.empty() || pictureWidth < 1) {
+        return region;
+    }
+    std::vector<const Edge *> crossing;
+    // What the winding number changes by at each column of the row: no sorting, however often the line crosses it.
+    std::vector<int> changes(std::size_t(pictureWidth) + 1);
+    auto next = edges.begin();
+    for (int y = edges.front().firstRow; next != edges.end() || !crossing.empty(); ++y) {
+        std::erase_if(crossing, [y](const Edge *edge) { return edge->endRow <= y; });
+        for (; next != edges.end() && next->firstRow == y; ++next) {
+            crossing.push_back(&*next);
+        }
+        int first = pictureWidth;
+        int last = 0;
+        for (const Edge *edge : crossing) {
+            const int column = pixelFrom(edge->x + edge->slope * y, pictureWidth);
+            changes[std::size_t(column)] += edge->direction;
+            first = std::min(first, column);
+            last = std::max(last, column);
+        }
+        int winding = 0;
+        int begin = first;
+        for (int column = first; column <= last; ++column) {
+            const int change = std::exchange(changes[std::size_t(column)], 0);
+            if (winding == 0 && change != 0) {
+                begin = column;
+            } else if (winding != 0 && winding + change == 0) {
+                region.addSpan(y, {begin, column});
+            }
+            winding += change;
         }
     }
     return region;
@@ -58,7 +144,9 @@ std::span<const Region::Span> Region::row(int y) const {
 }
 
 bool Region::contains(int x, int y) const {
-    return std::ranges::any_of(row(y), [x](Span span) { return x >= span.begin && x < span.end; });
+    const std::span<const Span> spans = row(y);
+    const auto after = std::ranges::upper_bound(spans, x, {}, &Span::begin);
+    return after != spans.begin() && x < std::prev(after)->end;
 }
 
 } // namespace lumora

@@ -3,8 +3,41 @@
 #include "imaging/Picture.h"
 #include "imaging/effects/AreaAverage.h"
 #include "imaging/effects/BoxReduce.h"
+#include "imaging/effects/Premultiply.h"
+#include "imaging/effects/ScratchPicture.h"
+#include "imaging/transforms/Resample.h"
+
+#include <new>
 
 namespace lumora {
+
+namespace {
+
+/// By cubic convolution alone. May throw std::bad_alloc.
+QImage convolved(const QImage &picture, int width, int height) {
+    const ConstPixelView source = readView(picture);
+    const bool opaque = picture.format() == QImage::Format_RGB32;
+    QImage result = newPicture(width, height, opaque);
+    const PixelView target = writeView(result);
+    if (target.isEmpty()) {
+        return {};
+    }
+    if (opaque) {
+        resample(source, target);
+        return result;
+    }
+    const ScratchPicture scratch(source.width, source.height);
+    const PixelView weighted = scratch.view();
+    if (weighted.isEmpty()) {
+        return {};
+    }
+    premultiply(source, weighted);
+    resample({weighted.data, weighted.width, weighted.height, weighted.stride}, target);
+    unpremultiply(target);
+    return result;
+}
+
+} // namespace
 
 QImage scaleByAveraging(const QImage &picture, int width, int height) {
     const ConstPixelView source = readView(picture);
@@ -15,6 +48,23 @@ QImage scaleByAveraging(const QImage &picture, int width, int height) {
     QImage result = newPicture(width, height, opaque);
     const PixelView target = writeView(result);
     return !target.isEmpty() && averageArea(source, target, opaque) ? result : QImage();
+}
+
+QImage scaled(const QImage &picture, int width, int height) {
+    if (readView(picture).isEmpty() || width < 1 || height < 1) {
+        return {};
+    }
+    const auto averaged = [](int from, int to) { return to <= from / 2 ? to : from; };
+    const QSize between(averaged(picture.width(), width), averaged(picture.height(), height));
+    QImage reduced = between == picture.size() ? picture : scaleByAveraging(picture, between.width(), between.height());
+    if (reduced.isNull() || reduced.size() == QSize(width, height)) {
+        return reduced;
+    }
+    try {
+        return convolved(reduced, width, height);
+    } catch (const std::bad_alloc &) { // also from a worker: the loop hands it on
+        return {};
+    }
 }
 
 QImage boxReduced(const QImage &picture, int factor) {

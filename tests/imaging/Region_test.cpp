@@ -3,6 +3,9 @@
 #include <climits>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
+#include <random>
+#include <vector>
 
 namespace lumora {
 namespace {
@@ -72,6 +75,86 @@ TEST(Region, anEllipseHoldsThePixelsWhoseCentresLieInIt) {
     }
     EXPECT_FALSE(Region::ellipse(30, 20, INT_MIN, INT_MIN, INT_MAX, INT_MAX).isEmpty());
     EXPECT_TRUE(Region::ellipse(30, 20, 40, 40, 90, 90).isEmpty());
+}
+
+/// How often the closed line goes round the point (Sunday's winding number), in plain fractions of doubles.
+int windings(const std::vector<PicturePoint> &line, double x, double y) {
+    int count = 0;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        const PicturePoint from = line[i];
+        const PicturePoint to = line[(i + 1) % line.size()];
+        const double side = (to.x - from.x) * (y - from.y) - (x - from.x) * (to.y - from.y);
+        if (from.y <= y && to.y > y && side > 0) {
+            ++count;
+        } else if (from.y > y && to.y <= y && side < 0) {
+            --count;
+        }
+    }
+    return count;
+}
+
+TEST(Region, aLassoHoldsWhatItsLineGoesRound) {
+    std::vector<PicturePoint> star; // crosses itself, goes round its middle twice
+    std::vector<PicturePoint> scribble;
+    std::minstd_rand random(5);
+    for (int i = 0; i < 5; ++i) {
+        star.push_back({20.3 + 17 * std::cos(i * 4 * M_PI / 5), 14.1 + 13 * std::sin(i * 4 * M_PI / 5)});
+    }
+    for (int i = 0; i < 60; ++i) { // far outside the picture as well
+        scribble.push_back({double(random() % 1000) / 10 - 30.03, double(random() % 800) / 10 - 25.07});
+    }
+    const std::vector<std::vector<PicturePoint>> lines = {
+        {{2, 3}, {9, 3}, {9, 8}, {2, 8}},
+        {{2, 8}, {9, 8}, {9, 3}, {2, 3}}, // the other way round
+        {{5.2, 1.1}, {30.7, 4.4}, {11.9, 26.3}},
+        {{-50, -50}, {90, -50}, {90, 90}, {-50, 90}},     // the whole picture
+        {{0, 2}, {40, 2.2}, {0, 2.4}, {40, 12}, {0, 27}}, // a thin part without pixels
+        {{4, 4}, {20, 20}, {20, 4}, {4, 20}},             // a figure of eight
+        {{3, 3}, {33, 3}, {33, 23}, {3, 23}, {3, 3}, {13, 8}, {23, 8}, {23, 18}, {13, 18}, {13, 8}}, // round twice
+        star,
+        scribble,
+    };
+    for (const auto &line : lines) {
+        const Region region = Region::lasso(40, 30, line);
+        int inside = 0;
+        for (int y = 0; y < 30; ++y) {
+            for (int x = 0; x < 40; ++x) {
+                ASSERT_EQ(region.contains(x, y), windings(line, x + 0.5, y + 0.5) != 0)
+                    << x << ' ' << y << " of line " << &line - lines.data();
+                inside += region.contains(x, y) ? 1 : 0;
+            }
+        }
+        EXPECT_GT(inside, 0);
+        EXPECT_EQ(pixelsIn(region), inside) << "rows and look-up agree";
+        const PixelRect bounds = region.bounds();
+        EXPECT_TRUE(bounds.left >= 0 && bounds.top >= 0 && bounds.right <= 40 && bounds.bottom <= 30);
+    }
+}
+
+TEST(Region, aLassoTakesAnyPoints) {
+    const double infinite = std::numeric_limits<double>::infinity();
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    const std::vector<PicturePoint> empty[] = {{},
+                                               {{3, 3}},
+                                               {{3, 3}, {9, 9}},
+                                               {{5, 5}, {5, 5}, {5, 5}},
+                                               {{1, 4}, {9, 4}, {5, 4}},
+                                               {{none, 1}, {2, none}, {9, 9}},
+                                               {{50, 50}, {90, 50}, {90, 90}},
+                                               {{-9, 0}, {-1, 0}, {-5, 8}}};
+    for (const auto &line : empty) {
+        EXPECT_TRUE(Region::lasso(20, 15, line).isEmpty()) << line.size();
+    }
+    const std::vector<PicturePoint> everything = {
+        {-infinite, -infinite}, {infinite, -infinite}, {none, 3}, {infinite, infinite}, {-infinite, infinite}};
+    EXPECT_EQ(pixelsIn(Region::lasso(20, 15, everything)), 20 * 15);
+    std::vector<PicturePoint> zigzag; // a hand that never lifts: every side passes every row
+    for (int i = 0; i < 30'000; ++i) {
+        zigzag.push_back({i / 100.0, i % 2 == 0 ? -1.0 : 200.0});
+    }
+    const Region region = Region::lasso(300, 150, zigzag);
+    EXPECT_TRUE(region.contains(150, 75));
+    EXPECT_FALSE(region.contains(-1, 75));
 }
 
 } // namespace

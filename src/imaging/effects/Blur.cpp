@@ -1,5 +1,6 @@
 #include "imaging/effects/Blur.h"
 
+#include "imaging/effects/PartOf.h"
 #include "imaging/effects/Premultiply.h"
 #include "imaging/effects/RowBands.h"
 #include "imaging/effects/ScratchPicture.h"
@@ -205,29 +206,19 @@ void blurColumns(ConstPixelView source, PixelView target, int radius) {
     }
 }
 
-/// The part of a view in a rectangle.
-template <typename Byte> BasicPixelView<Byte> part(const BasicPixelView<Byte> &view, PixelRect rect) {
-    return {view.row(rect.top) + std::ptrdiff_t(4) * rect.left, rect.width(), rect.height(), view.stride};
-}
-
-ConstPixelView readOnly(PixelView view) {
-    return {view.data, view.width, view.height, view.stride};
-}
-
 } // namespace
 
 bool applyBlur(const Blur &parameters, ConstPixelView source, PixelView target, PixelRect area, bool opaque) {
     const int radius = std::clamp(parameters.amount, 0, largestAmount);
     // A pixel depends on those up to three radii away: the area with such a margin is a picture of its own.
     const int margin = 3 * radius;
-    const PixelRect needed{std::max(area.left - margin, 0), std::max(area.top - margin, 0),
-                           std::min(area.right + margin, source.width), std::min(area.bottom + margin, source.height)};
+    const PixelRect needed = withMargin(area, margin, source);
     const ScratchPicture scratch(needed.width(), needed.height());
     if (scratch.view().isEmpty()) {
         return false;
     }
-    const ConstPixelView from = part(source, needed);
-    const PixelView to = part(target, needed);
+    const ConstPixelView from = partOf(source, needed);
+    const PixelView to = partOf(target, needed);
     if (opaque) {
         blurRows(from, scratch.view(), radius);
         blurColumns(readOnly(scratch.view()), to, radius);

@@ -1,0 +1,49 @@
+#include "imaging/effects/Brightness.h"
+
+#include "imaging/effects/PointOperation.h"
+#include "imaging/effects/Targets.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "imaging/effects/Brightness.cpp"
+#include <hwy/foreach_target.h> // must come before highway.h
+
+#include "imaging/effects/PointOperation-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace lumora::HWY_NAMESPACE {
+
+struct BrightnessOperation {
+    explicit BrightnessOperation(int amount)
+        : up(static_cast<std::uint32_t>(std::clamp(amount, 0, 255)) * 0x00010101U),
+          down(static_cast<std::uint32_t>(-std::clamp(amount, -255, 0)) * 0x00010101U) {}
+
+    PixelVector operator()(PixelVector pixels) const {
+        const Pixels d;
+        const hn::Repartition<std::uint8_t, Pixels> d8;
+        const auto brighter = hn::SaturatedAdd(hn::BitCast(d8, pixels), hn::BitCast(d8, hn::Set(d, up)));
+        return hn::BitCast(d, hn::SaturatedSub(brighter, hn::BitCast(d8, hn::Set(d, down))));
+    }
+
+    std::uint32_t up; ///< what each byte gains; one of the two is 0
+    std::uint32_t down;
+};
+
+void brightnessRows(const Brightness &parameters, ConstPixelView source, PixelView target, PixelRect area,
+                    bool pastCache) {
+    mapPixels(BrightnessOperation(parameters.amount), source, target, area, pastCache);
+}
+
+} // namespace lumora::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace lumora {
+
+HWY_EXPORT(brightnessRows);
+
+void applyBrightness(const Brightness &parameters, ConstPixelView source, PixelView target, PixelRect area) {
+    runPointKernel(HWY_DYNAMIC_DISPATCH(brightnessRows), parameters, source, target, area);
+}
+
+} // namespace lumora
+#endif

@@ -1,0 +1,24 @@
+// Convolution with a kernel of 3 x 3: an effect, and what sharpening and embossing are made of.
+#pragma once
+
+#include "imaging/Region.h"
+
+#include <array>
+
+namespace lumora {
+
+struct Convolution {
+    std::array<float, 9> coefficients{0, 0, 0, 0, 1, 0, 0, 0, 0}; ///< row by row; clamped to -32767 to 32767
+    int offset = 0; ///< levels, added at the end; -32767 to 32767; clamped
+};
+
+/// Each channel becomes the sum of the nine pixels around it, each times its coefficient, plus the offset; rounded, cut
+/// at 0 and 255. Coefficients are taken as 16-bit fixed point with as many bits after the point (14 at most) as the
+/// largest leaves. Beyond the border the outermost pixel goes on. Alpha is kept; pictures that are not opaque are
+/// computed with colours and offset multiplied by alpha. Source and target have one size; the area lies within it.
+/// False, and nothing done, when a coefficient is not a number or infinite, or when memory is refused (a transparent
+/// picture takes that of one more).
+bool applyConvolution(const Convolution &parameters, ConstPixelView source, PixelView target, PixelRect area,
+                      bool opaque);
+
+} // namespace lumora

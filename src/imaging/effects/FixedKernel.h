@@ -1,0 +1,16 @@
+// What Convolution.cpp hands to its kernels.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace lumora {
+
+struct FixedKernel {
+    std::array<std::int16_t, 10> weights; ///< the last is 0: weights are taken in pairs
+    int bits;                             ///< after the point
+    int start;                            ///< the offset and half a level, with those bits
+    int startPerAlpha;                    ///< the offset / 255
+};
+
+} // namespace lumora

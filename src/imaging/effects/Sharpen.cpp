@@ -1,0 +1,11 @@
+#include "imaging/effects/Sharpen.h"
+
+#include "imaging/effects/Convolution.h"
+
+namespace lumora {
+
+bool applySharpen(ConstPixelView source, PixelView target, PixelRect area, bool opaque) {
+    return applyConvolution({{0, -1, 0, -1, 5, -1, 0, -1, 0}}, source, target, area, opaque);
+}
+
+} // namespace lumora

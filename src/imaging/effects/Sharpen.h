@@ -1,0 +1,12 @@
+// Sharpening without a setting: what the box of the effect "Sharpen" applies.
+#pragma once
+
+#include "imaging/Region.h"
+
+namespace lumora {
+
+/// The picture less its Laplacian: 0 -1 0 / -1 5 -1 / 0 -1 0 (Gonzalez and Woods, "Digital Image Processing", on
+/// spatial sharpening). Edges, alpha and the answer as in Convolution.h.
+bool applySharpen(ConstPixelView source, PixelView target, PixelRect area, bool opaque);
+
+} // namespace lumora

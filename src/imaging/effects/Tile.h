@@ -1,0 +1,20 @@
+// Tile: the effect of that name.
+#pragma once
+
+#include "imaging/Region.h"
+
+namespace lumora {
+
+struct Tile {
+    int width = 100; ///< pixels; clamped to 1 and to the picture
+    int height = 100;
+};
+
+/// The picture on a wall of glazed tiles: light joints around every tile, and slanted edges that are lit from the upper
+/// left. Joints take a 48th of the tile's shorter side on each of its sides, edges a 16th; of tiles under 16 pixels
+/// nothing shows. Tiles are laid from the upper left corner; the last ones are cut short. Alpha is kept. Source and
+/// target have one size; the area lies within it. Throws std::bad_alloc when memory for the pattern (at most a quarter
+/// of the picture's) is refused.
+void applyTile(const Tile &parameters, ConstPixelView source, PixelView target, PixelRect area);
+
+} // namespace lumora

@@ -1,0 +1,13 @@
+// One row of pixels laid over another. Called by the frame overlay.
+#pragma once
+
+#include <cstdint>
+
+namespace lumora {
+
+/// to = over + under * (255 - alpha of over) / 255, rounded and cut at 255, for each byte. Colours of both are
+/// multiplied by alpha, which is 255 in opaque pictures; one of `over` that exceeds its alpha counts as that. `to` may
+/// be `under`.
+void layOver(const std::uint8_t *over, const std::uint8_t *under, std::uint8_t *to, int pixels);
+
+} // namespace lumora

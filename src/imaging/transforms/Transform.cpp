@@ -1,0 +1,109 @@
+#include "imaging/transforms/Transform.h"
+
+#include "imaging/Picture.h"
+#include "imaging/effects/Premultiply.h"
+#include "imaging/effects/ScratchPicture.h"
+#include "imaging/transforms/Rotate.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace lumora {
+
+QImage turned(const QImage &picture, Turn turn) {
+    const ConstPixelView source = readView(picture);
+    if (source.isEmpty()) {
+        return {};
+    }
+    const bool opaque = picture.format() == QImage::Format_RGB32;
+    QImage result = turn.swapAxes ? newPicture(source.height, source.width, opaque)
+                                  : newPicture(source.width, source.height, opaque);
+    const PixelView target = writeView(result);
+    if (!target.isEmpty()) {
+        movePixels(source, target, turn);
+    }
+    return result;
+}
+
+QImage quarterTurnedClockwise(const QImage &picture) {
+    return turned(picture, {.swapAxes = true, .mirrorX = true});
+}
+
+QImage quarterTurnedAnticlockwise(const QImage &picture) {
+    return turned(picture, {.swapAxes = true, .mirrorY = true});
+}
+
+QImage halfTurned(const QImage &picture) {
+    return turned(picture, {.mirrorX = true, .mirrorY = true});
+}
+
+QImage flippedVertically(const QImage &picture) {
+    return turned(picture, {.mirrorY = true});
+}
+
+QImage mirrored(const QImage &picture) {
+    return turned(picture, {.mirrorX = true});
+}
+
+QImage rotated(const QImage &picture, double degrees) {
+    const ConstPixelView source = readView(picture);
+    if (source.isEmpty() || !std::isfinite(degrees)) {
+        return {};
+    }
+    const double angle = std::remainder(degrees, 360.0);
+    if (std::remainder(angle, 90.0) == 0) {
+        const QImage half = std::abs(angle) == 180 ? halfTurned(picture) : picture;
+        return angle == 90    ? quarterTurnedClockwise(picture)
+               : angle == -90 ? quarterTurnedAnticlockwise(picture)
+                              : half;
+    }
+    const double sine = std::sin(angle * std::numbers::pi / 180);
+    const double cosine = std::cos(angle * std::numbers::pi / 180);
+    // What exceeds a whole pixel by less than that is the sine's own rounding.
+    const auto side = [&](double along, double across) {
+        return std::ceil(std::abs(along * cosine) + std::abs(across * sine) - 1e-6);
+    };
+    const double width = side(source.width, source.height);
+    const double height = side(source.height, source.width);
+    const bool opaque = picture.format() == QImage::Format_RGB32;
+    QImage result = width * height <= double(maxPicturePixels) ? newPicture(int(width), int(height), opaque) : QImage();
+    const PixelView target = writeView(result);
+    if (target.isEmpty()) {
+        return {};
+    }
+    if (opaque) {
+        rotatePixels(source, target, sine, cosine);
+        return result;
+    }
+    const ScratchPicture scratch(source.width, source.height);
+    const PixelView weighted = scratch.view();
+    if (weighted.isEmpty()) {
+        return {};
+    }
+    premultiply(source, weighted);
+    rotatePixels({weighted.data, weighted.width, weighted.height, weighted.stride}, target, sine, cosine);
+    unpremultiply(target);
+    return result;
+}
+
+QImage cropped(const QImage &picture, PixelRect rectangle) {
+    const ConstPixelView source = readView(picture);
+    const PixelRect part{std::max(rectangle.left, 0), std::max(rectangle.top, 0),
+                         std::min(rectangle.right, source.width), std::min(rectangle.bottom, source.height)};
+    if (source.isEmpty() || part.right <= part.left || part.bottom <= part.top) {
+        return {};
+    }
+    if (part.width() == source.width && part.height() == source.height) {
+        return picture;
+    }
+    QImage result = newPicture(part.width(), part.height(), picture.format() == QImage::Format_RGB32);
+    const PixelView target = writeView(result);
+    if (!target.isEmpty()) {
+        movePixels({source.row(part.top) + std::ptrdiff_t(4) * part.left, part.width(), part.height(), source.stride},
+                   target, {});
+    }
+    return result;
+}
+
+} // namespace lumora

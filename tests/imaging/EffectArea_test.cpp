@@ -1,0 +1,496 @@
+#include "imaging/EffectEngine.h"
+#include "imaging/EffectReference.h"
+#include "imaging/Picture.h"
+#include "imaging/Region.h"
+#include "imaging/TargetsForTest.h"
+#include "support/TestPictures.h"
+
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <cmath>
+#include <functional>
+#include <gtest/gtest.h>
+#include <limits>
+#include <string>
+
+namespace lumora {
+namespace {
+
+using test::firstDifference;
+using test::forEachTarget;
+using test::luma;
+using test::photoLike;
+using test::withAlphaOf;
+
+// The operations that look at neighbours or at places, as anybody would write them down.
+
+QImage mosaicSlowly(const QImage &picture, int tileWidth, int tileHeight) {
+    QImage result = picture.copy();
+    for (int top = 0; top < picture.height(); top += tileHeight) {
+        for (int left = 0; left < picture.width(); left += tileWidth) {
+            const QRect tile = QRect(left, top, tileWidth, tileHeight) & picture.rect();
+            std::array<std::int64_t, 4> sum{};
+            for (int i = 0; i < tile.width() * tile.height(); ++i) {
+                const QRgb p = picture.pixel(left + i % tile.width(), top + i / tile.width());
+                sum[0] += qRed(p) * qAlpha(p);
+                sum[1] += qGreen(p) * qAlpha(p);
+                sum[2] += qBlue(p) * qAlpha(p);
+                sum[3] += qAlpha(p);
+            }
+            const auto level = [&](int c) { return sum[3] == 0 ? 0 : int((sum[c] + sum[3] / 2) / sum[3]); };
+            const std::int64_t count = tile.width() * tile.height();
+            const QRgb mean = qRgba(level(0), level(1), level(2), int((sum[3] + count / 2) / count));
+            for (int i = 0; i < count; ++i) {
+                reinterpret_cast<QRgb *>(result.scanLine(top + int(i / tile.width())))[left + i % tile.width()] = mean;
+            }
+        }
+    }
+    return result;
+}
+
+/// Three means along a line of bytes, its ends going on for ever, rounded once.
+std::vector<int> blurredLine(const std::vector<int> &line, int radius) {
+    std::vector<double> kernel = {1};
+    for (int pass = 0; pass < 3; ++pass) {
+        std::vector<double> wider(kernel.size() + 2 * std::size_t(radius), 0);
+        for (std::size_t i = 0; i < kernel.size(); ++i) {
+            for (int k = 0; k <= 2 * radius; ++k) {
+                wider[i + std::size_t(k)] += kernel[i];
+            }
+        }
+        kernel = wider;
+    }
+    const float scale = 1.0F / float((2 * radius + 1) * (2 * radius + 1) * (2 * radius + 1));
+    std::vector<int> result;
+    for (int x = 0; x < int(line.size()); ++x) {
+        double sum = 0;
+        for (int k = -3 * radius; k <= 3 * radius; ++k) {
+            sum += kernel[std::size_t(k + 3 * radius)] * line[std::size_t(std::clamp(x + k, 0, int(line.size()) - 1))];
+        }
+        result.push_back(int(std::nearbyintf(float(sum) * scale)));
+    }
+    return result;
+}
+
+QImage blurredSlowly(const QImage &picture, int radius) {
+    const bool opaque = picture.format() == QImage::Format_RGB32;
+    QImage result = picture.copy();
+    const auto byte = [&](int x, int y, int c) -> uchar & { return result.scanLine(y)[4 * x + c]; };
+    const auto everyPixel = [&](const auto &change) {
+        for (int y = 0; y < result.height() && !opaque; ++y) {
+            for (int x = 0; x < result.width(); ++x) {
+                for (int c = 0; c < 3; ++c) {
+                    byte(x, y, c) = uchar(change(byte(x, y, c), byte(x, y, 3)));
+                }
+            }
+        }
+    };
+    const auto blurLines = [&](int lines, int length, const auto &at) {
+        for (int i = 0; i < lines * 4; ++i) {
+            std::vector<int> line;
+            for (int n = 0; n < length; ++n) {
+                line.push_back(at(i / 4, n, i % 4));
+            }
+            line = blurredLine(line, radius);
+            for (int n = 0; n < length; ++n) {
+                at(i / 4, n, i % 4) = uchar(line[std::size_t(n)]);
+            }
+        }
+    };
+    everyPixel([](int level, int alpha) { return (level * alpha + 127) / 255; });
+    blurLines(result.height(), result.width(), [&](int y, int x, int c) -> uchar & { return byte(x, y, c); });
+    blurLines(result.width(), result.height(), byte);
+    everyPixel([](int level, int alpha) { return alpha == 0 ? 0 : std::min(255, (level * 255 + alpha / 2) / alpha); });
+    return result;
+}
+
+QRgb multiplied(QRgb p) {
+    const auto channel = [&](int value) { return (value * qAlpha(p) + 127) / 255; };
+    return withAlphaOf(p, channel(qRed(p)), channel(qGreen(p)), channel(qBlue(p)));
+}
+
+QRgb divided(QRgb p) {
+    const int alpha = qAlpha(p);
+    const auto channel = [&](int value) { return alpha == 0 ? 0 : std::min(255, (value * 255 + alpha / 2) / alpha); };
+    return withAlphaOf(p, channel(qRed(p)), channel(qGreen(p)), channel(qBlue(p)));
+}
+
+QRgb clampedPixel(const QImage &picture, int x, int y) {
+    return picture.pixel(std::clamp(x, 0, picture.width() - 1), std::clamp(y, 0, picture.height() - 1));
+}
+
+/// For coefficients that are whole multiples of 2^-bits.
+QImage convolvedSlowly(const QImage &picture, std::array<double, 9> coefficients, int offset, int bits) {
+    QImage result = picture.copy();
+    const bool opaque = picture.format() == QImage::Format_RGB32;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            const QRgb middle = picture.pixel(x, y);
+            const int one = 1 << bits;
+            const std::int64_t start =
+                opaque ? std::int64_t(offset) * one : std::int64_t(offset * one / 255) * qAlpha(middle);
+            std::array<std::int64_t, 3> sum{start, start, start};
+            for (int n = 0; n < 9; ++n) {
+                const QRgb p = multiplied(clampedPixel(picture, x - 1 + n % 3, y - 1 + n / 3));
+                const auto weight = std::int64_t(coefficients[std::size_t(n)] * one);
+                sum[0] += weight * qRed(p);
+                sum[1] += weight * qGreen(p);
+                sum[2] += weight * qBlue(p);
+            }
+            const auto level = [&](std::size_t c) {
+                return int(std::clamp<std::int64_t>((sum[c] + one / 2) >> bits, 0, qAlpha(middle)));
+            };
+            reinterpret_cast<QRgb *>(result.scanLine(y))[x] =
+                divided(withAlphaOf(middle, level(0), level(1), level(2)));
+        }
+    }
+    return result;
+}
+
+QRgb towards(QRgb p, int grey, int share) {
+    const auto channel = [&](int value) { return (value * (256 - share) + grey * share + 128) / 256; };
+    return withAlphaOf(p, channel(qRed(p)), channel(qGreen(p)), channel(qBlue(p)));
+}
+
+/// Every pixel of the result by its place.
+template <typename Pixel> QImage placed(const QImage &picture, const Pixel &pixelAt) {
+    QImage result = picture.copy();
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            reinterpret_cast<QRgb *>(result.scanLine(y))[x] = pixelAt(x, y);
+        }
+    }
+    return result;
+}
+
+QImage texturedSlowly(const QImage &picture, const QImage &texture, int strength) {
+    return placed(picture, [&](int x, int y) {
+        const QRgb t = texture.pixel(x % texture.width(), y % texture.height());
+        const int level = 128 + int((luma(t) - 128) * qAlpha(t) * strength / 25500);
+        return level < 128 ? towards(picture.pixel(x, y), 0, 256 - 2 * level)
+                           : towards(picture.pixel(x, y), 255, 2 * level - 256);
+    });
+}
+
+QImage tiledSlowly(const QImage &picture, int width, int height) {
+    const int joint = std::min(width, height) / 48;
+    const int edge = joint + std::min(width, height) / 16;
+    return placed(picture, [&](int x, int y) {
+        const QRgb p = picture.pixel(x, y);
+        const int lit = std::min(x % width, y % height);
+        const int dark = std::min(width - 1 - x % width, height - 1 - y % height);
+        if (std::min(lit, dark) < joint) {
+            return towards(p, 232, 256);
+        }
+        if (std::min(lit, dark) >= edge) {
+            return p;
+        }
+        return lit <= dark ? towards(p, 255, 100) : towards(p, 0, 90);
+    });
+}
+
+QImage reflectedSlowly(const QImage &picture, int style) {
+    const int width = picture.width();
+    const int height = picture.height();
+    const auto fade = [](int distance, int depth) { return 96 + 160 * (distance + 1) / depth; };
+    if (style == 1) {
+        const int line = (2 * height + 2) / 3;
+        return placed(picture, [&](int x, int y) {
+            return y < line ? picture.pixel(x, y)
+                            : towards(picture.pixel(x, 2 * line - 1 - y), 255, fade(y - line, height - line));
+        });
+    }
+    if (style == 2) {
+        const int line = (height + 1) / 2;
+        return placed(picture, [&](int x, int y) {
+            const double near = double(y - line + 1) / (height - line);
+            const double swing = y < line ? 0 : std::sin(28 * std::acos(-1.0) * std::sqrt(near));
+            const int from = x - int(std::lround(width * 0.012 * near * swing));
+            return y < line ? picture.pixel(x, y)
+                            : towards(clampedPixel(picture, from, 2 * line - 1 - y), 24, 56 + int(40 * near));
+        });
+    }
+    if (style == 3) {
+        const int line = (2 * width + 2) / 3;
+        return placed(picture, [&](int x, int y) {
+            return x < line ? picture.pixel(x, y)
+                            : towards(picture.pixel(2 * line - 1 - x, y), 255, fade(x - line, width - line));
+        });
+    }
+    return placed(picture, [&](int x, int y) {
+        return picture.pixel(std::min(x, 2 * ((width + 1) / 2) - 1 - x), std::min(y, 2 * ((height + 1) / 2) - 1 - y));
+    });
+}
+
+QRgb mixed(QRgb a, QRgb b, int ofB) {
+    const auto channel = [&](int x, int y) { return (x * (256 - ofB) + y * ofB + 128) / 256; };
+    return qRgba(channel(qRed(a), qRed(b)), channel(qGreen(a), qGreen(b)), channel(qBlue(a), qBlue(b)),
+                 channel(qAlpha(a), qAlpha(b)));
+}
+
+QImage inPerspectiveSlowly(const QImage &picture, int angle, QRgb background) {
+    const double sine = std::sin(angle * std::acos(-1.0) / 180);
+    const double cosine = std::cos(angle * std::acos(-1.0) / 180);
+    const double half = picture.width() / 2.0;
+    const double eye = 3 * half;
+    const double near = eye - half * std::abs(sine);
+    const auto projected = [&](double x) { return x * cosine * near / (eye + x * sine); };
+    const auto at = [&](int x, int y) {
+        return picture.rect().contains(x, y) ? multiplied(picture.pixel(x, y)) : background;
+    };
+    return placed(picture, [&](int x, int y) {
+        const double u = x + 0.5 - half + (projected(half) + projected(-half)) / 2;
+        const double from = u * eye / (near * cosine - u * sine);
+        const double column = std::floor((from + half - 0.5) * 256 + 0.5) / 256;
+        if (column <= -1 || column >= picture.width()) {
+            return background;
+        }
+        const double step = std::round((eye + from * sine) / near * (1 << 20)) / (1 << 20);
+        const double row = (2.0 * y + 1 - picture.height()) / 2 * step + (picture.height() - 1) / 2.0;
+        const int left = int(std::floor(column));
+        const int top = int(std::floor(row));
+        const int across = int((column - left) * 256);
+        return divided(mixed(mixed(at(left, top), at(left + 1, top), across),
+                             mixed(at(left, top + 1), at(left + 1, top + 1), across), int((row - top) * 256)));
+    });
+}
+
+QImage paintedSlowly(const QImage &picture, int radius) {
+    return placed(picture, [&](int x, int y) {
+        std::array<std::array<int, 5>, 16> classes{};
+        const QRect brush = QRect(x - radius, y - radius, 2 * radius + 1, 2 * radius + 1) & picture.rect();
+        for (int i = 0; i < brush.width() * brush.height(); ++i) {
+            const QRgb p = multiplied(picture.pixel(brush.left() + i % brush.width(), brush.top() + i / brush.width()));
+            std::array<int, 5> &sums = classes[std::size_t(luma(p) / 16)];
+            const int values[] = {1, qRed(p), qGreen(p), qBlue(p), qAlpha(p)};
+            for (std::size_t n = 0; n < 5; ++n) {
+                sums[n] += values[n];
+            }
+        }
+        const auto most = *std::ranges::max_element(classes, {}, [](const auto &sums) { return sums[0]; });
+        const auto mean = [&](std::size_t n) { return (most[n] + most[0] / 2) / most[0]; };
+        return divided(qRgba(mean(1), mean(2), mean(3), mean(4)));
+    });
+}
+
+struct AreaEffect {
+    const char *name;
+    std::function<bool(EffectEngine &, bool limitToRegion)> run;
+    std::function<QImage(const QImage &)> reference;
+};
+
+const std::vector<AreaEffect> &areaEffects() {
+    const auto mosaic = [](int width, int height) {
+        return AreaEffect{"mosaic", [=](EffectEngine &e, bool r) { return e.mosaic(width, height, r); },
+                          [=](const QImage &p) {
+                              return mosaicSlowly(p, std::clamp(width, 1, p.width()),
+                                                  std::clamp(height, 1, p.height()));
+                          }};
+    };
+    const auto blur = [](int asked, int used) {
+        return AreaEffect{"blur", [=](EffectEngine &e, bool r) { return e.blur(asked, r); },
+                          [=](const QImage &p) { return blurredSlowly(p, used); }};
+    };
+    const auto convolution = [](std::array<float, 9> asked, int offset, std::array<double, 9> used, int usedOffset,
+                                int bits) {
+        return AreaEffect{"convolve", [=](EffectEngine &e, bool r) { return e.convolve(asked, offset, r); },
+                          [=](const QImage &p) { return convolvedSlowly(p, used, usedOffset, bits); }};
+    };
+    const auto emboss = [](int asked, int used) {
+        return AreaEffect{"colourEmboss", [=](EffectEngine &e, bool r) { return e.colourEmboss(asked, r); },
+                          [=](const QImage &p) {
+                              const double d = used;
+                              return convolvedSlowly(p, {-2 * d, -d, 0, -d, 1, d, 0, d, 2 * d}, 0, 10);
+                          }};
+    };
+    const auto highPass = [](int asked, int used) {
+        return AreaEffect{"highPassSharpen", [=](EffectEngine &e, bool r) { return e.highPassSharpen(asked, r); },
+                          [=](const QImage &p) {
+                              const double c = -(2 + used / 32.0) / 16;
+                              return convolvedSlowly(p, {c, 2 * c, c, 2 * c, 1 - 12 * c, 2 * c, c, 2 * c, c}, 0, 9);
+                          }};
+    };
+    const auto oil = [](int asked, int used) {
+        return AreaEffect{"oilPainting", [=](EffectEngine &e, bool r) { return e.oilPainting(asked, r); },
+                          [=](const QImage &p) { return paintedSlowly(p, used); }};
+    };
+    const auto texture = [](QSize size, bool transparent, int asked, int strength) {
+        const QImage picture = photoLike(size.width(), size.height(), transparent);
+        return AreaEffect{"texture",
+                          [=](EffectEngine &e, bool r) {
+                              e.setTexture(picture);
+                              return e.texture(asked, 0, r);
+                          },
+                          [=](const QImage &p) { return texturedSlowly(p, picture, strength); }};
+    };
+    static const std::vector<AreaEffect> effects = {
+        mosaic(10, 10),
+        mosaic(1, 1),
+        mosaic(3, 50),
+        mosaic(INT_MAX, 2),
+        mosaic(INT_MIN, 0),
+        blur(0, 0),
+        blur(1, 1),
+        blur(6, 6),
+        blur(INT_MAX, 100),
+        blur(INT_MIN, 0),
+        convolution({1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, {1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, 12),
+        convolution({.5F, 0, 0, 0, -.25F, 0, 0, 0, -.125F}, 100, {.5, 0, 0, 0, -.25, 0, 0, 0, -.125}, 100, 14),
+        convolution({1e9F, 0, -1e9F, 0, 1, 0, 0, 0, 0}, INT_MIN, {32767, 0, -32767, 0, 1, 0, 0, 0, 0}, -32767, 0),
+        emboss(1, 1),
+        emboss(-3, -3),
+        emboss(INT_MAX, 10),
+        emboss(INT_MIN, -10),
+        highPass(0, 0),
+        highPass(33, 33),
+        highPass(INT_MAX, 100),
+        highPass(INT_MIN, 0),
+        oil(0, 0),
+        oil(1, 1),
+        oil(6, 6),
+        oil(INT_MAX, 100),
+        oil(INT_MIN, 0),
+        texture({7, 5}, false, 0, 100),
+        texture({1100, 9}, true, 50, 50),
+        texture({1, 1}, false, INT_MIN, 100),
+        texture({64, 64}, true, INT_MAX, 0),
+        {"sharpen", [](EffectEngine &e, bool r) { return e.sharpen(r); },
+         [](const QImage &p) {
+             return convolvedSlowly(p, {0, -1, 0, -1, 5, -1, 0, -1, 0}, 0, 12);
+         }},
+    };
+    return effects;
+}
+
+/// Those that always take the whole picture.
+const std::vector<AreaEffect> &wholeEffects() {
+    const auto tile = [](int width, int height) {
+        return AreaEffect{"tile", [=](EffectEngine &e, bool) { return e.tile(width, height); },
+                          [=](const QImage &p) {
+                              return tiledSlowly(p, std::clamp(width, 1, p.width()), std::clamp(height, 1, p.height()));
+                          }};
+    };
+    const auto reflection = [](int style) {
+        return AreaEffect{"reflection", [=](EffectEngine &e, bool) { return e.reflection(style); },
+                          [=](const QImage &p) { return reflectedSlowly(p, style); }};
+    };
+    const auto perspective = [](std::array<int, 4> asked, int angle, QRgb background) {
+        return AreaEffect{"perspective",
+                          [=](EffectEngine &e, bool) { return e.perspective(asked[0], asked[1], asked[2], asked[3]); },
+                          [=](const QImage &p) { return inPerspectiveSlowly(p, angle, background); }};
+    };
+    static const std::vector<AreaEffect> effects = {
+        perspective({-30, 255, 255, 255}, -30, qRgb(255, 255, 255)),
+        perspective({0, 9, 8, 7}, 0, qRgb(9, 8, 7)),
+        perspective({INT_MAX, INT_MAX, 40, INT_MIN}, 60, qRgb(255, 40, 0)),
+        perspective({INT_MIN, 1, 2, 3}, -60, qRgb(1, 2, 3)),
+        tile(27, 14),
+        tile(64, 50),
+        tile(INT_MAX, INT_MAX),
+        tile(INT_MIN, 0),
+        tile(48, 400),
+        reflection(1),
+        reflection(2),
+        reflection(3),
+        reflection(4),
+    };
+    return effects;
+}
+
+TEST(EffectArea, neighboursCountAsInTheReferenceInEveryVersion) {
+    const QSize sizes[] = {{1, 1}, {2, 3}, {3, 2}, {5, 17}, {63, 7}, {1, 600}, {135, 70}};
+    std::vector<AreaEffect> effects = areaEffects();
+    effects.insert(effects.end(), wholeEffects().begin(), wholeEffects().end());
+    for (const AreaEffect &effect : effects) {
+        for (const QSize size : sizes) {
+            for (const bool transparent : {false, true}) {
+                const QImage picture = photoLike(size.width(), size.height(), transparent);
+                const QImage before = picture.copy();
+                const QImage expected = effect.reference(picture);
+                forEachTarget([&] {
+                    EffectEngine engine;
+                    engine.setPicture(picture);
+                    ASSERT_TRUE(effect.run(engine, false)) << effect.name;
+                    ASSERT_EQ(engine.picture().format(), picture.format());
+                    ASSERT_EQ(firstDifference(engine.picture(), expected), QPoint(-1, -1))
+                        << effect.name << ' ' << size.width() << " x " << size.height() << ' ' << transparent;
+                });
+                ASSERT_EQ(firstDifference(picture, before), QPoint(-1, -1)) << effect.name << " wrote to its source";
+            }
+        }
+    }
+}
+
+// What goes to work in several blocks, strips or bands must not show where they meet.
+TEST(EffectArea, largePicturesShowNoSeams) {
+    const QImage picture = photoLike(1201, 1037);
+    for (const AreaEffect &effect : areaEffects()) {
+        if (std::string(effect.name) != "blur" && std::string(effect.name) != "oilPainting") {
+            EffectEngine engine;
+            engine.setPicture(picture);
+            ASSERT_TRUE(effect.run(engine, false));
+            EXPECT_EQ(firstDifference(engine.picture(), effect.reference(picture)), QPoint(-1, -1)) << effect.name;
+        }
+    }
+    EffectEngine engine;
+    engine.setPicture(picture);
+    ASSERT_TRUE(engine.oilPainting(2, false));
+    EXPECT_EQ(firstDifference(engine.picture(), paintedSlowly(picture, 2)), QPoint(-1, -1));
+}
+
+TEST(EffectArea, neighboursOutsideTheRegionCountButDoNotChange) {
+    for (const bool transparent : {false, true}) {
+        const QImage picture = photoLike(141, 90, transparent);
+        for (const AreaEffect &effect : areaEffects()) {
+            const QImage whole = effect.reference(picture);
+            for (const bool ellipse : {false, true}) {
+                for (const QRect box : {QRect(60, 30, 33, 21), QRect(-9, -9, 40, 300), QRect(139, 0, 1, 90)}) {
+                    EffectEngine engine;
+                    engine.setPicture(picture);
+                    const auto make = ellipse ? &Region::ellipse : &Region::rectangle;
+                    const int right = box.left() + box.width();
+                    const int bottom = box.top() + box.height();
+                    (engine.*(ellipse ? &EffectEngine::setEllipticalRegion : &EffectEngine::setRectangularRegion))(
+                        box.left(), box.top(), right, bottom);
+                    ASSERT_TRUE(effect.run(engine, true));
+                    const Region region = make(141, 90, box.left(), box.top(), right, bottom);
+                    QImage expected = picture.copy();
+                    for (int i = 0; i < 141 * 90; ++i) {
+                        if (region.contains(i % 141, i / 141)) {
+                            reinterpret_cast<QRgb *>(expected.scanLine(i / 141))[i % 141] =
+                                whole.pixel(i % 141, i / 141);
+                        }
+                    }
+                    ASSERT_EQ(firstDifference(engine.picture(), expected), QPoint(-1, -1)) << effect.name << ellipse;
+                }
+            }
+        }
+    }
+}
+
+TEST(EffectArea, whatCannotBeDoneIsRefusedAndLeavesThePicture) {
+    EffectEngine engine;
+    for (const auto &effects : {areaEffects(), wholeEffects()}) {
+        for (const AreaEffect &effect : effects) {
+            EXPECT_FALSE(effect.run(engine, false)) << effect.name << " without a picture";
+        }
+    }
+    const QImage picture = photoLike(9, 9);
+    engine.setPicture(picture);
+    for (const int style : {INT_MIN, 0, 5, INT_MAX}) {
+        EXPECT_FALSE(engine.reflection(style));
+    }
+    EffectEngine bare;
+    bare.setPicture(picture);
+    EXPECT_FALSE(bare.texture(0, 0, false)) << "no texture";
+    engine.setTexture(picture);
+    EXPECT_FALSE(engine.texture(0, 1, false)) << "no such layout";
+    for (const float bad : {std::nanf(""), std::numeric_limits<float>::infinity()}) {
+        EXPECT_FALSE(engine.convolve({0, 0, 0, 0, 1, 0, 0, bad, 0}, 0, false));
+    }
+    EXPECT_EQ(engine.picture().constBits(), picture.constBits());
+}
+
+} // namespace
+} // namespace lumora

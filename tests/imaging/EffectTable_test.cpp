@@ -1,0 +1,130 @@
+// What holds for every operation, and one stored picture of each that somebody has looked at.
+#include "imaging/EffectEngine.h"
+#include "imaging/Picture.h"
+#include "support/TestPictures.h"
+
+#include <QDir>
+#include <gtest/gtest.h>
+
+namespace lumora {
+namespace {
+
+using test::firstDifference;
+using test::photoLike;
+
+enum Traits {
+    Plain = 0,
+    KeepsAlpha = 1,     ///< each pixel its own
+    TakesTheRegion = 2, ///< others always take the whole picture
+    PointLike = KeepsAlpha | TakesTheRegion,
+};
+
+struct Operation {
+    const char *name; ///< and of the file
+    int traits;
+    bool (*run)(EffectEngine &engine, bool limitToRegion);
+};
+
+/// With the values that a click applies.
+const Operation operations[] = {
+    {"black-and-white", PointLike, [](EffectEngine &e, bool r) { return e.blackAndWhite(127, r); }},
+    {"greyscale", PointLike, [](EffectEngine &e, bool r) { return e.greyscale(0, r); }},
+    {"sepia", PointLike, [](EffectEngine &e, bool r) { return e.sepia(r); }},
+    {"invert", PointLike, [](EffectEngine &e, bool r) { return e.invert(true, true, true, r); }},
+    {"solarise", PointLike, [](EffectEngine &e, bool r) { return e.solarise(180, 180, 180, true, r); }},
+    {"colourise", PointLike, [](EffectEngine &e, bool r) { return e.colourise(255, 0, 0, r); }},
+    {"brightness", PointLike, [](EffectEngine &e, bool r) { return e.brightness(r, 50); }},
+    {"contrast", PointLike, [](EffectEngine &e, bool r) { return e.contrast(r, 50); }},
+    {"saturation", PointLike, [](EffectEngine &e, bool r) { return e.saturation(r, 50); }},
+    {"high-pass-sharpen", PointLike, [](EffectEngine &e, bool r) { return e.highPassSharpen(0, r); }},
+    {"sharpen", PointLike, [](EffectEngine &e, bool r) { return e.sharpen(r); }},
+    {"mosaic", TakesTheRegion, [](EffectEngine &e, bool r) { return e.mosaic(10, 10, r); }},
+    {"oil-painting", TakesTheRegion, [](EffectEngine &e, bool r) { return e.oilPainting(6, r); }},
+    {"blur", TakesTheRegion, [](EffectEngine &e, bool r) { return e.blur(6, r); }},
+    {"texture", PointLike,
+     [](EffectEngine &e, bool r) {
+         e.setTexture(photoLike(37, 23));
+         return e.texture(0, 0, r);
+     }},
+    {"tile", KeepsAlpha,
+     [](EffectEngine &e, bool) { return e.tile(e.picture().width() / 5, e.picture().height() / 5); }},
+    {"colour-emboss", PointLike, [](EffectEngine &e, bool r) { return e.colourEmboss(1, r); }},
+    {"tracing", PointLike,
+     [](EffectEngine &e, bool r) {
+         return e.convolve({1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, r);
+     }},
+    {"perspective", Plain, [](EffectEngine &e, bool) { return e.perspective(-30, 255, 255, 255); }},
+    {"reflection-table", Plain, [](EffectEngine &e, bool) { return e.reflection(1); }},
+    {"reflection-water", Plain, [](EffectEngine &e, bool) { return e.reflection(2); }},
+    {"reflection-beside", Plain, [](EffectEngine &e, bool) { return e.reflection(3); }},
+    {"reflection-four-ways", Plain, [](EffectEngine &e, bool) { return e.reflection(4); }},
+};
+
+QImage alphaOf(const QImage &picture) {
+    return picture.convertToFormat(QImage::Format_ARGB32).convertToFormat(QImage::Format_Alpha8);
+}
+
+TEST(EffectTable, sizeFormatSourceAndTransparencyAreKept) {
+    for (const Operation &operation : operations) {
+        for (const QSize size : {QSize(1, 1), QSize(1, 5000), QSize(5000, 1), QSize(4, 3), QSize(310, 170)}) {
+            for (const bool transparent : {false, true}) {
+                SCOPED_TRACE(testing::Message() << operation.name << ' ' << size.width() << " x " << size.height()
+                                                << (transparent ? " transparent" : ""));
+                const QImage picture = photoLike(size.width(), size.height(), transparent);
+                const QImage before = picture.copy();
+                EffectEngine engine;
+                engine.setPicture(picture);
+                ASSERT_TRUE(operation.run(engine, false));
+                EXPECT_EQ(engine.picture().size(), size);
+                EXPECT_EQ(engine.picture().format(), picture.format());
+                EXPECT_EQ(firstDifference(picture, before), QPoint(-1, -1)) << "wrote to its source";
+                if (!transparent || (operation.traits & KeepsAlpha) != 0) {
+                    EXPECT_EQ(alphaOf(engine.picture()), alphaOf(picture));
+                }
+            }
+        }
+    }
+}
+
+TEST(EffectTable, whatMayBeLimitedIsAndTheRestIgnoresTheRegion) {
+    const QImage picture = photoLike(120, 90);
+    for (const Operation &operation : operations) {
+        for (const bool ellipse : {false, true}) {
+            EffectEngine whole;
+            whole.setPicture(picture);
+            EffectEngine limited;
+            limited.setPicture(picture);
+            ellipse ? limited.setEllipticalRegion(31, 22, 88, 67) : limited.setRectangularRegion(31, 22, 88, 67);
+            ASSERT_TRUE(operation.run(whole, true) && operation.run(limited, true));
+            const Region region =
+                ellipse ? Region::ellipse(120, 90, 31, 22, 88, 67) : Region::rectangle(120, 90, 31, 22, 88, 67);
+            QImage expected = whole.picture().copy();
+            for (int i = 0; i < 120 * 90 && (operation.traits & TakesTheRegion) != 0; ++i) {
+                if (!region.contains(i % 120, i / 120)) {
+                    expected.setPixel(i % 120, i / 120, picture.pixel(i % 120, i / 120));
+                }
+            }
+            EXPECT_EQ(firstDifference(limited.picture(), expected), QPoint(-1, -1)) << operation.name << ellipse;
+        }
+    }
+}
+
+/// The pictures in tests/imaging/golden. After a change that is meant, run with LUMORA_WRITE_GOLDEN=1 and look at each
+/// before it is stored.
+TEST(EffectTable, everyOperationLooksAsWhenSomebodyLooked) {
+    const QDir folder(qEnvironmentVariable("LUMORA_SOURCE") + "/tests/imaging/golden");
+    const QImage picture = photoLike(192, 128);
+    for (const Operation &operation : operations) {
+        EffectEngine engine;
+        engine.setPicture(picture);
+        ASSERT_TRUE(operation.run(engine, false)) << operation.name;
+        const QString file = folder.filePath(QString::fromLatin1(operation.name) + ".png");
+        if (qEnvironmentVariableIsSet("LUMORA_WRITE_GOLDEN")) {
+            ASSERT_TRUE(engine.picture().save(file));
+        }
+        EXPECT_EQ(firstDifference(toPicture(QImage(file)), engine.picture()), QPoint(-1, -1)) << operation.name;
+    }
+}
+
+} // namespace
+} // namespace lumora
