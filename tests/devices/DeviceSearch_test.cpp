@@ -32,7 +32,7 @@ std::optional<DeviceAnswer> ask(DeviceSearch &search, DeviceKind kind) {
 class DeviceSearchTest : public testing::Test {
   protected:
     QString script(const QByteArray &lines) {
-        const QString path = m_folder.filePath("helper" + QString::number(++m_scripts));
+        QString path = m_folder.filePath("helper" + QString::number(++m_scripts));
         QFile file(path);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write("#!/bin/sh\n" + lines);

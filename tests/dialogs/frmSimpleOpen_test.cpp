@@ -61,7 +61,7 @@ TEST_F(frmSimpleOpenTest, StartsWhereTheSettingsSay) {
     for (const auto &[value, folder] : rows) {
         const QByteArray myDocs = value ? QByteArray("[MyDocs]\nValue=") + value + "\n" : QByteArray();
         writeFile("program/Lumora.ini", myDocs + "[Working Directory]\nPath=" + photos().toUtf8() + "\n");
-        open([&](QWidget &window) { EXPECT_EQ(text(window, "txtPath"), folder); });
+        open([&, expected = folder](QWidget &window) { EXPECT_EQ(text(window, "txtPath"), expected); });
     }
 }
 
