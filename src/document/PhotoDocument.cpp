@@ -63,6 +63,11 @@ QImage &PhotoDocument::picCM(int n) {
     return m_cm[static_cast<size_t>(std::clamp(n, 1, 4) - 1)];
 }
 
+void PhotoDocument::setSelection(const PhotoSelection &selection) {
+    m_selection = selection;
+    Q_EMIT changed(PhotoChange::Selection);
+}
+
 void PhotoDocument::setPhotoModified(bool modified) {
     if (m_modified != modified) {
         m_modified = modified;
@@ -164,7 +169,8 @@ bool PhotoDocument::changePhoto(const QImage &next, ChangeSteps steps) {
         CreateDummyPicture();
     }
     if (resized) {
-        what |= PhotoChange::Size;
+        m_selection.hide();
+        what |= PhotoChange::Size | PhotoChange::Selection;
         what.setFlag(PhotoChange::Zoom, restoreDisplay());
     }
     if (steps.modified && !m_modified) {
@@ -194,8 +200,9 @@ bool PhotoDocument::stepThroughHistory(bool back) {
     PhotoChanges what = PhotoChange::Pixels | PhotoChange::History;
     what.setFlag(PhotoChange::Size, m_canvas.size() != sizeBefore);
     what.setFlag(PhotoChange::Zoom, restoreDisplay());
-    // The free-resize frame goes back to its stored rectangle.
-    what.setFlag(PhotoChange::Selection, m_flags.FreeResizeActive);
+    // The marked region was one of another picture; the free-resize frame goes back to its stored rectangle.
+    m_selection.hide();
+    what |= PhotoChange::Selection;
     Q_EMIT changed(what);
     return stepped || (back ? m_history.undoSteps() : m_history.redoSteps()) == 0;
 }
@@ -223,12 +230,13 @@ PictureError PhotoDocument::fillFrom(const PictureRead &read, OpenRoute route) {
         return PictureError::NoMemory;
     }
     restoreDisplay();
+    m_selection.hide();
     m_loaded = true;
     m_buffer = m_canvas;
     m_thumb = m_canvas;
     CreateDummyPicture();
     PhotoChanges what = PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Zoom | PhotoChange::Loaded;
-    what |= PhotoChange::History;
+    what |= PhotoChange::History | PhotoChange::Selection;
     if (route == OpenRoute::LoadPhoto && m_modified) {
         m_modified = false;
         what |= PhotoChange::Modified;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "document/PhotoHistory.h"
+#include "document/PhotoSelection.h"
 #include "document/ToolFlags.h"
 #include "imaging/PictureFile.h"
 
@@ -43,6 +44,10 @@ class PhotoDocument : public QObject {
     /// The reduced copy, longer side 480 pixels. Made when first asked for after CreateDummyPicture.
     const QImage &pic2nd() const;
     QImage &picCM(int n); ///< colour-focus preview n, 1 to 4
+
+    /// The marked region; lost when another photo comes, after undo and redo and when the size changes.
+    const PhotoSelection &selection() const { return m_selection; }
+    void setSelection(const PhotoSelection &selection);
 
     bool PhotoLoaded() const { return m_loaded; }
     bool PhotoModified() const { return m_modified; }
@@ -120,6 +125,7 @@ class PhotoDocument : public QObject {
 
     ToolFlags &m_flags;
     PhotoHistory m_history;
+    PhotoSelection m_selection;
     QImage m_canvas, m_buffer, m_thumb;
     mutable QImage m_2nd;
     mutable bool m_2ndStale = false;

@@ -76,6 +76,9 @@ void PhotoView::followDocument(PhotoChanges what) {
     const bool other = what.testAnyFlags(PhotoChange::Size | PhotoChange::Loaded);
     const Anchor anchor = other ? photoCentre() : m_anchor.value_or(centre());
     m_anchor.reset();
+    if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Loaded)) {
+        m_standIn = QImage(); // it was made from another picture
+    }
     if (other || what.testFlag(PhotoChange::Zoom)) {
         layOut(anchor);
     }
@@ -109,6 +112,38 @@ void PhotoView::layOut(const Anchor &anchor) {
     horizontalScrollBar()->setValue(toInt(std::round(scroll.x())));
     verticalScrollBar()->setValue(toInt(std::round(scroll.y())));
     placeOrigin();
+    Q_EMIT visiblePartChanged();
+}
+
+QRect PhotoView::visiblePart() const {
+    const QRectF inPicture(toPicture({0, 0}), toPicture(QPointF(viewport()->width(), viewport()->height())));
+    return inPicture.toAlignedRect().intersected(m_document.picCanvas().rect());
+}
+
+PhotoLevels::Level PhotoView::visibleLevel() {
+    return m_levels.forScale(m_document.picCanvas(), m_scale);
+}
+
+void PhotoView::showStandIn(const QImage &picture, const QRect &part) {
+    m_standIn = picture;
+    m_standInPart = part;
+    viewport()->update();
+}
+
+void PhotoView::clearStandIn() {
+    showStandIn({}, {});
+}
+
+void PhotoView::setPhotoHidden(bool hidden) {
+    if (m_photoHidden != hidden) {
+        m_photoHidden = hidden;
+        viewport()->update();
+    }
+}
+
+void PhotoView::setToolCursor(const QCursor &cursor) {
+    m_toolCursor = cursor;
+    showHand();
 }
 
 /// Centred where there is room, else where the scroll bars say.
@@ -138,6 +173,7 @@ void PhotoView::scrollContentsBy(int, int) {
     } else {
         viewport()->update(); // pixels cannot be moved by a part of one
     }
+    Q_EMIT visiblePartChanged();
 }
 
 bool PhotoView::viewportEvent(QEvent *event) {
@@ -156,10 +192,13 @@ bool PhotoView::viewportEvent(QEvent *event) {
 
 void PhotoView::paintEvent(QPaintEvent *event) {
     QPainter painter(viewport());
-    const QRectF photo = m_size.isEmpty() ? QRectF() : photoRect();
+    const QRectF photo = m_size.isEmpty() || m_photoHidden ? QRectF() : photoRect();
     for (const QRect &exposed : event->region()) {
         m_table.paintTable(painter, exposed, photo, QPointF(m_origin) / devicePixelRatioF(), devicePixelRatioF());
-        paintPhoto(painter, exposed);
+        if (!m_photoHidden) {
+            paintPhoto(painter, exposed);
+            paintStandIn(painter, exposed);
+        }
     }
     Q_EMIT paintOverlay(painter);
 }
@@ -186,6 +225,24 @@ void PhotoView::paintPhoto(QPainter &painter, const QRect &exposed) {
                             devicePixels);
     }
     painter.drawImage(at, pixels);
+}
+
+void PhotoView::paintStandIn(QPainter &painter, const QRect &exposed) {
+    const QRectF place(
+        toView(m_standInPart.topLeft()),
+        toView(QPointF(m_standInPart.topLeft() + QPoint(m_standInPart.width(), m_standInPart.height()))));
+    if (m_standIn.isNull() || !place.intersects(exposed)) {
+        return;
+    }
+    painter.save();
+    painter.setClipRect(exposed);
+    if (m_standIn.hasAlphaChannel()) {
+        m_table.paintChecks(painter, place, QPointF(m_origin) / devicePixelRatioF(), devicePixelRatioF());
+    }
+    painter.setRenderHint(QPainter::SmoothPixmapTransform,
+                          m_document.zoom() <= 100 || m_document.drawingMode() == DrawingMode::Smooth);
+    painter.drawImage(place, m_standIn);
+    painter.restore();
 }
 
 void PhotoView::wheelEvent(QWheelEvent *event) {
@@ -329,7 +386,7 @@ void PhotoView::showHand() {
     } else if (m_spaceDown) {
         viewport()->setCursor(Qt::OpenHandCursor);
     } else {
-        viewport()->unsetCursor();
+        viewport()->setCursor(m_toolCursor);
     }
 }
 

@@ -7,6 +7,7 @@
 #include "document/PhotoTable.h"
 
 #include <QAbstractScrollArea>
+#include <QCursor>
 #include <optional>
 
 class QGestureEvent;
@@ -47,7 +48,22 @@ class PhotoView : public QAbstractScrollArea {
     /// Sets the zoom in percent so that the picture stays where it is under that point of the view.
     void zoomAbout(QPointF viewPoint, int percent);
 
+    /// The photo's pixels that are in view, cut to the photo, and the picture (the photo or a reduced copy of it) that
+    /// the view paints them from.
+    QRect visiblePart() const;
+    PhotoLevels::Level visibleLevel();
+    /// Paints `picture` in place of the photo's pixels in `part` (picture pixels), stretched to it, until cleared or
+    /// until the photo itself changes. What a tool shows of a change that has not been made.
+    void showStandIn(const QImage &picture, const QRect &part);
+    void clearStandIn();
+    /// Leaves the photo itself unpainted, for a tool that draws it in another shape on the overlay.
+    void setPhotoHidden(bool hidden);
+    /// The cursor over the table while nobody pans.
+    void setToolCursor(const QCursor &cursor);
+
   Q_SIGNALS:
+    /// Another part of the photo is in view, or at another size.
+    void visiblePartChanged();
     /// Mouse over the table: what tools listen to.
     void pointer(const lumora::PointerEvent &event);
     /// After the photo is painted: selections and grids draw on top, in view coordinates.
@@ -80,6 +96,7 @@ class PhotoView : public QAbstractScrollArea {
     void layOut(const Anchor &anchor);
     void placeOrigin();
     void paintPhoto(QPainter &painter, const QRect &exposed);
+    void paintStandIn(QPainter &painter, const QRect &exposed);
     bool pinch(QGestureEvent &event);
     bool nativeGesture(const QNativeGestureEvent &event);
     void zoomByWheel(const QWheelEvent &event);
@@ -90,6 +107,11 @@ class PhotoView : public QAbstractScrollArea {
     PhotoDocument &m_document;
     PhotoLevels m_levels;
     PhotoTable m_table;
+
+    QImage m_standIn;
+    QRect m_standInPart; ///< picture pixels
+    bool m_photoHidden = false;
+    QCursor m_toolCursor;
 
     // How the photo lies now, in device pixels.
     double m_scale = 1.0; ///< device pixels to a picture pixel
