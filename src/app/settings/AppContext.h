@@ -5,6 +5,7 @@
 #include "app/settings/MainFields.h"
 #include "app/settings/Texts.h"
 #include "app/settings/basMisc.h"
+#include "document/LongWork.h"
 #include "document/PhotoDocument.h"
 #include "document/ToolFlags.h"
 
@@ -20,6 +21,7 @@ struct AppContext {
     MainFields fields;
     ToolFlags flags;
     PhotoDocument photo;
+    LongWork longWork; ///< the main window shows its progress
 
     /// A value of the settings file, with the reader's own default.
     QString setting(const QString &section, const QString &key, const QString &defaultValue) {
