@@ -59,7 +59,13 @@ void addTransformRows() {
     addTransform("ScaleToFiveSixths", [](const QImage &picture) {
         return scaled(picture, picture.width() * 5 / 6, picture.height() * 5 / 6);
     });
-    addTransform("FrameOverlay", [](const QImage &picture) { return framed(picture, benchFrame()); });
+    addRows("FrameOverlay", [frame = QImage()](const QImage &picture) mutable {
+        if (frame.size() != picture.size()) {
+            frame = scaled(benchFrame(), picture.width(), picture.height());
+        }
+        benchmark::DoNotOptimize(framed(picture, frame).constBits());
+    });
+    addTransform("FrameOverlayScaled", [](const QImage &picture) { return framed(picture, benchFrame()); });
     addTransform("ColourFocus", [](const QImage &picture) {
         QImage result = newPicture(picture.width(), picture.height());
         const PixelView target = writeView(result);

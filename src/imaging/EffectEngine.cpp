@@ -22,6 +22,9 @@
 #include "imaging/effects/Solarise.h"
 #include "imaging/effects/Texture.h"
 #include "imaging/effects/Tile.h"
+#include "imaging/transforms/ColourFocus.h"
+#include "imaging/transforms/FrameOverlay.h"
+#include "imaging/transforms/Transform.h"
 
 #include <cstring>
 #include <new>
@@ -80,7 +83,24 @@ bool EffectEngine::setEllipticalRegion(int x1, int y1, int x2, int y2) {
     return true;
 }
 
+bool EffectEngine::setLassoRegion(std::vector<PicturePoint> points) {
+    m_shape = Shape::Lasso;
+    m_lasso = std::move(points);
+    return true;
+}
+
+/// The picture that an operation on all of it has given; null where it refused.
+bool EffectEngine::take(const QImage &result) {
+    if (!result.isNull()) {
+        m_picture = result;
+    }
+    return !result.isNull();
+}
+
 Region EffectEngine::currentRegion() const {
+    if (m_shape == Shape::Lasso) {
+        return Region::lasso(m_picture.width(), m_picture.height(), m_lasso);
+    }
     const auto make = m_shape == Shape::Ellipse ? &Region::ellipse : &Region::rectangle;
     return make(m_picture.width(), m_picture.height(), m_box.left, m_box.top, m_box.right, m_box.bottom);
 }
@@ -202,6 +222,26 @@ bool EffectEngine::oilPainting(int brush, bool limitToRegion) {
 
 bool EffectEngine::blur(int amount, bool limitToRegion) {
     return run([&](auto... pixels) { return applyBlur({amount}, pixels..., isOpaque()); }, limitToRegion);
+}
+
+bool EffectEngine::colourFocus(int red, int green, int blue, int tolerance, bool limitToRegion) {
+    return run([&](auto... pixels) { applyColourFocus({red, green, blue, tolerance}, pixels...); }, limitToRegion);
+}
+
+bool EffectEngine::quarterTurn(bool clockwise) {
+    return take(clockwise ? quarterTurnedClockwise(m_picture) : quarterTurnedAnticlockwise(m_picture));
+}
+
+bool EffectEngine::flip() {
+    return take(flippedVertically(m_picture));
+}
+
+bool EffectEngine::frameOverlay(bool limitToRegion) {
+    QImage result = framed(m_picture, m_overlay);
+    if (!result.isNull() && limitToRegion && m_shape != Shape::None) {
+        copyOutside(readView(m_picture), writeView(result), currentRegion());
+    }
+    return take(result);
 }
 
 } // namespace lumora

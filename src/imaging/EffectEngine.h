@@ -5,6 +5,7 @@
 
 #include <QImage>
 #include <array>
+#include <vector>
 
 namespace lumora {
 
@@ -23,6 +24,8 @@ class EffectEngine {
     bool setRectangularRegion(int left, int top, int right, int bottom);
     /// The ellipse that fills the box between two opposite corners in picture pixels.
     bool setEllipticalRegion(int x1, int y1, int x2, int y2);
+    /// What the closed line through these picture points goes round, see Region::lasso.
+    bool setLassoRegion(std::vector<PicturePoint> points);
 
     /// White where the luma (ITU-R BT.601) lies above threshold, else black. Threshold 0 to 255, clamped.
     bool blackAndWhite(int threshold, bool limitToRegion);
@@ -66,18 +69,33 @@ class EffectEngine {
     bool oilPainting(int brush, bool limitToRegion);
     /// Gaussian look, the amount is the radius in pixels, 0 to 100, clamped.
     bool blur(int amount, bool limitToRegion);
+    /// Keeps colours near the given one and turns the others grey, see ColourFocus.h. Channels 0 to 255, tolerance 0 to
+    /// 180 degrees of hue, all clamped.
+    bool colourFocus(int red, int green, int blue, int tolerance, bool limitToRegion);
+
+    /// A quarter turn of the whole picture: its sides are exchanged.
+    bool quarterTurn(bool clockwise);
+    /// Top to bottom.
+    bool flip();
+    /// The frame that frameOverlay() lays over the picture; it stays until another one is set.
+    void setOverlay(const QImage &picture) { m_overlay = picture; }
+    /// Lays the frame, stretched to the picture, over it; refused without one.
+    bool frameOverlay(bool limitToRegion);
 
   private:
-    enum class Shape { None, Rectangle, Ellipse };
+    enum class Shape { None, Rectangle, Ellipse, Lasso };
 
+    bool take(const QImage &result);
     bool isOpaque() const { return m_picture.format() == QImage::Format_RGB32; }
     Region currentRegion() const;
     template <typename Operation> bool run(const Operation &operation, bool limitToRegion);
 
     QImage m_picture;
     QImage m_texture;
+    QImage m_overlay;
     Shape m_shape = Shape::None;
-    PixelRect m_box; ///< of the region's shape, as it was given
+    PixelRect m_box; ///< of a rectangle or an ellipse, as it was given
+    std::vector<PicturePoint> m_lasso;
 };
 
 } // namespace lumora

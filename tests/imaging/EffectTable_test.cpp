@@ -16,6 +16,7 @@ enum Traits {
     Plain = 0,
     KeepsAlpha = 1,     ///< each pixel its own
     TakesTheRegion = 2, ///< others always take the whole picture
+    SwapsSides = 4,
     PointLike = KeepsAlpha | TakesTheRegion,
 };
 
@@ -24,6 +25,18 @@ struct Operation {
     int traits;
     bool (*run)(EffectEngine &engine, bool limitToRegion);
 };
+
+/// A soft green rim around a transparent middle.
+QImage rim(int width, int height) {
+    QImage frame(width, height, QImage::Format_ARGB32);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const int near = std::min({x, y, width - 1 - x, height - 1 - y});
+            frame.setPixel(x, y, qRgba(52, 178, 123, std::clamp(255 - 20 * near, 0, 255)));
+        }
+    }
+    return frame;
+}
 
 /// With the values that a click applies.
 const Operation operations[] = {
@@ -58,6 +71,15 @@ const Operation operations[] = {
     {"reflection-water", Plain, [](EffectEngine &e, bool) { return e.reflection(2); }},
     {"reflection-beside", Plain, [](EffectEngine &e, bool) { return e.reflection(3); }},
     {"reflection-four-ways", Plain, [](EffectEngine &e, bool) { return e.reflection(4); }},
+    {"colour-focus", PointLike, [](EffectEngine &e, bool r) { return e.colourFocus(200, 90, 40, 20, r); }},
+    {"frame-overlay", TakesTheRegion,
+     [](EffectEngine &e, bool r) {
+         e.setOverlay(rim(48, 32));
+         return e.frameOverlay(r);
+     }},
+    {"quarter-turn-left", SwapsSides, [](EffectEngine &e, bool) { return e.quarterTurn(false); }},
+    {"quarter-turn-right", SwapsSides, [](EffectEngine &e, bool) { return e.quarterTurn(true); }},
+    {"flip", Plain, [](EffectEngine &e, bool) { return e.flip(); }},
 };
 
 QImage alphaOf(const QImage &picture) {
@@ -75,10 +97,10 @@ TEST(EffectTable, sizeFormatSourceAndTransparencyAreKept) {
                 EffectEngine engine;
                 engine.setPicture(picture);
                 ASSERT_TRUE(operation.run(engine, false));
-                EXPECT_EQ(engine.picture().size(), size);
+                EXPECT_EQ(engine.picture().size(), (operation.traits & SwapsSides) != 0 ? size.transposed() : size);
                 EXPECT_EQ(engine.picture().format(), picture.format());
                 EXPECT_EQ(firstDifference(picture, before), QPoint(-1, -1)) << "wrote to its source";
-                if (!transparent || (operation.traits & KeepsAlpha) != 0) {
+                if ((!transparent && (operation.traits & SwapsSides) == 0) || (operation.traits & KeepsAlpha) != 0) {
                     EXPECT_EQ(alphaOf(engine.picture()), alphaOf(picture));
                 }
             }
@@ -87,24 +109,41 @@ TEST(EffectTable, sizeFormatSourceAndTransparencyAreKept) {
 }
 
 TEST(EffectTable, whatMayBeLimitedIsAndTheRestIgnoresTheRegion) {
+    struct Shape {
+        const char *name;
+        void (*set)(EffectEngine &engine);
+        Region region;
+    };
+    // A bow tie that goes off the picture, as hands draw them.
+    static const std::vector<PicturePoint> line{{20, 10}, {110.5, 80}, {140, 4}, {25, 71.25}, {60, 95}};
+    const Shape shapes[] = {
+        {"rectangle", [](EffectEngine &e) { e.setRectangularRegion(31, 22, 88, 67); },
+         Region::rectangle(120, 90, 31, 22, 88, 67)},
+        {"ellipse", [](EffectEngine &e) { e.setEllipticalRegion(31, 22, 88, 67); },
+         Region::ellipse(120, 90, 31, 22, 88, 67)},
+        {"lasso", [](EffectEngine &e) { e.setLassoRegion(line); }, Region::lasso(120, 90, line)},
+        {"beside",
+         [](EffectEngine &e) {
+             e.setLassoRegion({{200, 0}, {300, 0}, {250, 80}});
+         },
+         Region()},
+    };
     const QImage picture = photoLike(120, 90);
     for (const Operation &operation : operations) {
-        for (const bool ellipse : {false, true}) {
+        for (const Shape &shape : shapes) {
             EffectEngine whole;
             whole.setPicture(picture);
             EffectEngine limited;
             limited.setPicture(picture);
-            ellipse ? limited.setEllipticalRegion(31, 22, 88, 67) : limited.setRectangularRegion(31, 22, 88, 67);
+            shape.set(limited);
             ASSERT_TRUE(operation.run(whole, true) && operation.run(limited, true));
-            const Region region =
-                ellipse ? Region::ellipse(120, 90, 31, 22, 88, 67) : Region::rectangle(120, 90, 31, 22, 88, 67);
             QImage expected = whole.picture().copy();
             for (int i = 0; i < 120 * 90 && (operation.traits & TakesTheRegion) != 0; ++i) {
-                if (!region.contains(i % 120, i / 120)) {
+                if (!shape.region.contains(i % 120, i / 120)) {
                     expected.setPixel(i % 120, i / 120, picture.pixel(i % 120, i / 120));
                 }
             }
-            EXPECT_EQ(firstDifference(limited.picture(), expected), QPoint(-1, -1)) << operation.name << ellipse;
+            EXPECT_EQ(firstDifference(limited.picture(), expected), QPoint(-1, -1)) << operation.name << shape.name;
         }
     }
 }

@@ -1,6 +1,7 @@
 #include "imaging/effects/Blur.h"
 
 #include "imaging/effects/PartOf.h"
+#include "imaging/effects/PastCache.h"
 #include "imaging/effects/Premultiply.h"
 #include "imaging/effects/RowBands.h"
 #include "imaging/effects/ScratchPicture.h"
@@ -11,8 +12,16 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/effects/Blur.cpp"
+#include <hwy/cache_control.h>
 #include <hwy/foreach_target.h> // must come before highway.h
 #include <hwy/highway.h>
+
+#ifndef LUMORA_BLUR_STRIP
+#define LUMORA_BLUR_STRIP
+namespace lumora {
+constexpr int stripPixels = 128; // columns go in strips as wide as this
+}
+#endif
 
 HWY_BEFORE_NAMESPACE();
 namespace lumora::HWY_NAMESPACE {
@@ -24,94 +33,129 @@ namespace hn = hwy::HWY_NAMESPACE;
 // (a cascaded integrator-comb filter, Hogenauer 1981), delayed by 3 (w - 1) / 2 samples. Along a line that begins with
 // one value for ever the first two sums are 0 and the third is w * w * w times the value. All in 32-bit integers.
 using Sums = hn::CappedTag<std::int32_t, 16>;
+using Words = hn::Rebind<std::int16_t, Sums>;
 using Bytes = hn::Rebind<std::uint8_t, Sums>;
 
 struct Taps {
     const std::uint8_t *now, *one, *two, *three; ///< at n, n - w, n - 2w and n - 3w
 };
 
-/// One step along the line for one vector of bytes; `sums` are the three integrators.
+HWY_INLINE hn::Vec<Words> load(const std::uint8_t *from) {
+    return hn::PromoteTo(Words(), hn::LoadU(Bytes(), from));
+}
+
+/// One step along the line for one vector of bytes; `sums` are the three integrators. Four taps fit 16 bits.
 HWY_INLINE void step(hn::Vec<Sums> *sums, const Taps &taps, std::size_t i) {
-    const Sums d;
-    const Bytes d8;
-    const auto outer =
-        hn::Sub(hn::PromoteTo(d, hn::LoadU(d8, taps.now + i)), hn::PromoteTo(d, hn::LoadU(d8, taps.three + i)));
-    const auto inner =
-        hn::Sub(hn::PromoteTo(d, hn::LoadU(d8, taps.two + i)), hn::PromoteTo(d, hn::LoadU(d8, taps.one + i)));
-    sums[0] = hn::Add(sums[0], hn::Add(outer, hn::Add(inner, hn::Add(inner, inner))));
+    const auto outer = hn::Sub(load(taps.now + i), load(taps.three + i));
+    const auto inner = hn::Sub(load(taps.two + i), load(taps.one + i));
+    const auto all = hn::Add(hn::Add(outer, inner), hn::Add(inner, inner));
+    sums[0] = hn::Add(sums[0], hn::PromoteTo(Sums(), all));
     sums[1] = hn::Add(sums[1], sums[0]);
     sums[2] = hn::Add(sums[2], sums[1]);
 }
 
-HWY_INLINE void storeMean(hn::Vec<Sums> sum, float scale, std::uint8_t *to) {
+HWY_INLINE hn::Vec<Bytes> mean(hn::Vec<Sums> sum, float scale) {
     const hn::Rebind<float, Sums> df;
     // Rounded as a product alone: an addition could be fused with it on some processors and not on others.
-    hn::StoreU(hn::DemoteTo(Bytes(), hn::NearestInt(hn::Mul(hn::ConvertTo(df, sum), hn::Set(df, scale)))), Bytes(), to);
+    return hn::DemoteTo(Bytes(), hn::NearestInt(hn::Mul(hn::ConvertTo(df, sum), hn::Set(df, scale))));
 }
 
-/// Lines of 16 bytes a sample, one sample after the other: `samples` in, as many out.
+/// Lines of 16 bytes a sample, one sample after the other: `samples` in, as many out. Before `from` its first sample
+/// stands 3 (2 radius + 1) times more, after its end the last one 3 radius times.
 void blurLine(const std::uint8_t *from, std::uint8_t *to, int samples, int radius) {
     const Sums d;
     const int w = 2 * radius + 1;
     const float scale = 1.0F / static_cast<float>(w * w * w);
-    const auto at = [&](int n) { return from + std::ptrdiff_t(16) * std::clamp(n, 0, samples - 1); };
+    const std::ptrdiff_t back = std::ptrdiff_t(16) * w;
     for (std::size_t i = 0; i < 16; i += hn::Lanes(d)) {
         const auto first = hn::PromoteTo(d, hn::LoadU(Bytes(), from + i));
         hn::Vec<Sums> sums[3] = {hn::Zero(d), hn::Zero(d), hn::Mul(first, hn::Set(d, w * w * w))};
-        for (int n = 0; n < samples + 3 * radius; ++n) {
-            step(sums, {at(n), at(n - w), at(n - 2 * w), at(n - 3 * w)}, i);
-            if (n >= 3 * radius) {
-                storeMean(sums[2], scale, to + std::ptrdiff_t(16) * (n - 3 * radius) + i);
-            }
+        const std::uint8_t *now = from;
+        for (int n = 0; n < 3 * radius; ++n, now += 16) {
+            step(sums, {now, now - back, now - 2 * back, now - 3 * back}, i);
+        }
+        std::uint8_t *result = to + i;
+        for (int n = 0; n < samples; ++n, now += 16, result += 16) {
+            step(sums, {now, now - back, now - 2 * back, now - 3 * back}, i);
+            hn::StoreU(mean(sums[2], scale), Bytes(), result);
         }
     }
 }
 
-/// Four rows of pixels as one line of 16 bytes a sample, and back.
+using FourPixels = hn::Full128<std::uint32_t>;
+using Four = hn::Vec<FourPixels>;
+
+/// Exchanges rows and columns of four vectors of four pixels.
+HWY_INLINE void transpose(Four &a, Four &b, Four &c, Four &d) {
+    const FourPixels d32;
+    const hn::Full128<std::uint64_t> d64;
+    const auto pairs = [&](auto half, Four x, Four y) { return hn::BitCast(d64, half(x, y)); };
+    const auto lower = [&](Four x, Four y) { return hn::InterleaveLower(d32, x, y); };
+    const auto upper = [&](Four x, Four y) { return hn::InterleaveUpper(d32, x, y); };
+    const auto ab = pairs(lower, a, b);
+    const auto cd = pairs(lower, c, d);
+    const auto abUpper = pairs(upper, a, b);
+    const auto cdUpper = pairs(upper, c, d);
+    a = hn::BitCast(d32, hn::InterleaveLower(d64, ab, cd));
+    b = hn::BitCast(d32, hn::InterleaveUpper(d64, ab, cd));
+    c = hn::BitCast(d32, hn::InterleaveLower(d64, abUpper, cdUpper));
+    d = hn::BitCast(d32, hn::InterleaveUpper(d64, abUpper, cdUpper));
+}
+
+/// Four rows of pixels as one line of 16 bytes a sample, and back; rows that are given back are aligned to 16 bytes.
 void interleaveRows(const std::uint8_t *const *rows, int width, std::uint8_t *line) {
-    const hn::ScalableTag<std::uint32_t> d;
+    const FourPixels d;
     const auto *const *pixels = reinterpret_cast<const std::uint32_t *const *>(rows);
     auto *to = reinterpret_cast<std::uint32_t *>(line);
-    const int lanes = static_cast<int>(hn::Lanes(d));
     int x = 0;
-    for (; x + lanes <= width; x += lanes) {
-        hn::StoreInterleaved4(hn::LoadU(d, pixels[0] + x), hn::LoadU(d, pixels[1] + x), hn::LoadU(d, pixels[2] + x),
-                              hn::LoadU(d, pixels[3] + x), d, to + std::ptrdiff_t(4) * x);
+    for (; x + 4 <= width; x += 4, to += 16) {
+        Four v0 = hn::LoadU(d, pixels[0] + x);
+        Four v1 = hn::LoadU(d, pixels[1] + x);
+        Four v2 = hn::LoadU(d, pixels[2] + x);
+        Four v3 = hn::LoadU(d, pixels[3] + x);
+        transpose(v0, v1, v2, v3);
+        hn::StoreU(v0, d, to);
+        hn::StoreU(v1, d, to + 4);
+        hn::StoreU(v2, d, to + 8);
+        hn::StoreU(v3, d, to + 12);
     }
     for (; x < width; ++x) {
         for (int row = 0; row < 4; ++row) {
-            to[4 * x + row] = pixels[row][x];
+            *to++ = pixels[row][x];
         }
     }
 }
 
 void separateRows(const std::uint8_t *line, int width, std::uint8_t *const *rows) {
-    const hn::ScalableTag<std::uint32_t> d;
+    const FourPixels d;
     auto *const *pixels = reinterpret_cast<std::uint32_t *const *>(rows);
     const auto *from = reinterpret_cast<const std::uint32_t *>(line);
-    const int lanes = static_cast<int>(hn::Lanes(d));
     int x = 0;
-    for (; x + lanes <= width; x += lanes) {
-        hn::Vec<decltype(d)> v0;
-        hn::Vec<decltype(d)> v1;
-        hn::Vec<decltype(d)> v2;
-        hn::Vec<decltype(d)> v3;
-        hn::LoadInterleaved4(d, from + std::ptrdiff_t(4) * x, v0, v1, v2, v3);
-        hn::StoreU(v0, d, pixels[0] + x);
-        hn::StoreU(v1, d, pixels[1] + x);
-        hn::StoreU(v2, d, pixels[2] + x);
-        hn::StoreU(v3, d, pixels[3] + x);
+    for (; x + 4 <= width; x += 4, from += 16) {
+        Four v0 = hn::LoadU(d, from);
+        Four v1 = hn::LoadU(d, from + 4);
+        Four v2 = hn::LoadU(d, from + 8);
+        Four v3 = hn::LoadU(d, from + 12);
+        transpose(v0, v1, v2, v3);
+        hn::Stream(v0, d, pixels[0] + x);
+        hn::Stream(v1, d, pixels[1] + x);
+        hn::Stream(v2, d, pixels[2] + x);
+        hn::Stream(v3, d, pixels[3] + x);
     }
     for (; x < width; ++x) {
         for (int row = 0; row < 4; ++row) {
-            pixels[row][x] = from[4 * x + row];
+            pixels[row][x] = *from++;
         }
     }
+    hwy::FlushStream();
 }
 
-/// Down a strip of `bytes` bytes, whole vectors of them; `state` keeps three sums for each byte.
+/// Down a strip of `bytes` bytes, whole vectors of them; `state` keeps three sums for each byte. Rows go in blocks, so
+/// that the sums stay in registers for a while and the block's pixels in the first-level cache.
 void blurStrip(ConstPixelView source, PixelView target, std::ptrdiff_t offset, std::size_t bytes, int radius,
                std::int32_t *state) {
+    constexpr int blockRows = 16;
+    HWY_ALIGN std::uint8_t means[std::size_t(blockRows) * stripPixels * 4];
     const Sums d;
     const std::size_t lanes = hn::Lanes(d);
     const int w = 2 * radius + 1;
@@ -123,21 +167,36 @@ void blurStrip(ConstPixelView source, PixelView target, std::ptrdiff_t offset, s
         const auto first = hn::PromoteTo(d, hn::LoadU(Bytes(), at(0) + i));
         hn::StoreU(hn::Mul(first, hn::Set(d, w * w * w)), d, state + 3 * i + 2 * lanes);
     }
-    for (int n = 0; n < source.height + 3 * radius; ++n) {
-        const Taps taps{at(n), at(n - w), at(n - 2 * w), at(n - 3 * w)};
-        const int y = n - 3 * radius;
+    const int steps = source.height + 3 * radius;
+    for (int block = 0; block < steps; block += blockRows) {
+        const int rows = std::min(blockRows, steps - block);
+        Taps taps[blockRows];
+        for (int row = 0; row < rows; ++row) {
+            const int n = block + row;
+            taps[row] = {at(n), at(n - w), at(n - 2 * w), at(n - 3 * w)};
+        }
         for (std::size_t i = 0; i < bytes; i += lanes) {
             std::int32_t *kept = state + 3 * i;
             hn::Vec<Sums> sums[3] = {hn::LoadU(d, kept), hn::LoadU(d, kept + lanes), hn::LoadU(d, kept + 2 * lanes)};
-            step(sums, taps, i);
+            for (int row = 0; row < rows; ++row) {
+                step(sums, taps[row], i);
+                const int y = block + row - 3 * radius;
+                if (y >= 0) {
+                    hn::StoreU(mean(sums[2], scale), Bytes(), means + std::size_t(row) * bytes + i);
+                }
+            }
             hn::StoreU(sums[0], d, kept);
             hn::StoreU(sums[1], d, kept + lanes);
             hn::StoreU(sums[2], d, kept + 2 * lanes);
+        }
+        for (int row = 0; row < rows; ++row) {
+            const int y = block + row - 3 * radius;
             if (y >= 0) {
-                storeMean(sums[2], scale, target.row(y) + offset + static_cast<std::ptrdiff_t>(i));
+                copyPastCache(means + std::size_t(row) * bytes, target.row(y) + offset, bytes);
             }
         }
     }
+    hwy::FlushStream();
 }
 
 } // namespace lumora::HWY_NAMESPACE
@@ -156,12 +215,37 @@ namespace {
 constexpr int largestAmount = 100; // 255 * 201 * 201 * 201 is the last that fits 31 bits
 constexpr int rowsInLine = 4;
 
+/// A line of 16-byte samples with room for what blurLine wants before and after it.
+class PaddedLine {
+  public:
+    PaddedLine(int samples, int radius)
+        : m_before(3 * (2 * radius + 1)), m_after(3 * radius), m_samples(samples),
+          m_bytes(std::size_t(m_before + samples + m_after) * 16) {}
+
+    std::uint8_t *samples() { return m_bytes.data() + std::ptrdiff_t(16) * m_before; }
+    /// The first and the last sample go on beyond the ends.
+    void extend() {
+        std::uint8_t *first = samples();
+        for (int n = 1; n <= m_before; ++n) {
+            std::memcpy(first - std::ptrdiff_t(16) * n, first, 16);
+        }
+        std::uint8_t *last = first + std::ptrdiff_t(16) * (m_samples - 1);
+        for (int n = 1; n <= m_after; ++n) {
+            std::memcpy(last + std::ptrdiff_t(16) * n, last, 16);
+        }
+    }
+
+  private:
+    int m_before, m_after, m_samples;
+    std::vector<std::uint8_t> m_bytes;
+};
+
 /// Along the rows, four at a time; a last group of fewer takes its last row several times.
 void blurRows(ConstPixelView source, PixelView target, int radius) {
     const int groups = (source.height + rowsInLine - 1) / rowsInLine;
     forRowBands(groups, std::int64_t(source.width) * rowsInLine, [&](int first, int end) {
-        std::vector<std::uint8_t> line(std::size_t(source.width) * 16);
-        std::vector<std::uint8_t> blurred(line.size());
+        PaddedLine line(source.width, radius);
+        std::vector<std::uint8_t> blurred(std::size_t(source.width) * 16);
         for (int group = first; group < end; ++group) {
             const std::uint8_t *from[rowsInLine];
             std::uint8_t *to[rowsInLine];
@@ -170,8 +254,9 @@ void blurRows(ConstPixelView source, PixelView target, int radius) {
                 from[i] = source.row(y);
                 to[i] = target.row(y);
             }
-            HWY_DYNAMIC_DISPATCH(interleaveRows)(from, source.width, line.data());
-            HWY_DYNAMIC_DISPATCH(blurLine)(line.data(), blurred.data(), source.width, radius);
+            HWY_DYNAMIC_DISPATCH(interleaveRows)(from, source.width, line.samples());
+            line.extend();
+            HWY_DYNAMIC_DISPATCH(blurLine)(line.samples(), blurred.data(), source.width, radius);
             HWY_DYNAMIC_DISPATCH(separateRows)(blurred.data(), source.width, to);
         }
     });
@@ -179,7 +264,6 @@ void blurRows(ConstPixelView source, PixelView target, int radius) {
 
 /// Along the columns, in strips; what is left beside the last whole vector goes through a line of its own.
 void blurColumns(ConstPixelView source, PixelView target, int radius) {
-    constexpr int stripPixels = 128;
     constexpr int vectorPixels = 4;
     const int wholeColumns = source.width / vectorPixels * vectorPixels;
     const int strips = (wholeColumns + stripPixels - 1) / stripPixels;
@@ -193,12 +277,14 @@ void blurColumns(ConstPixelView source, PixelView target, int radius) {
     });
     if (wholeColumns < source.width) {
         const std::size_t bytes = std::size_t(source.width - wholeColumns) * 4;
-        std::vector<std::uint8_t> line(std::size_t(source.height) * 16);
-        std::vector<std::uint8_t> blurred(line.size());
+        PaddedLine line(source.height, radius);
+        std::vector<std::uint8_t> blurred(std::size_t(source.height) * 16);
         for (int y = 0; y < source.height; ++y) {
-            std::memcpy(line.data() + std::ptrdiff_t(16) * y, source.row(y) + std::ptrdiff_t(4) * wholeColumns, bytes);
+            std::memcpy(line.samples() + std::ptrdiff_t(16) * y, source.row(y) + std::ptrdiff_t(4) * wholeColumns,
+                        bytes);
         }
-        HWY_DYNAMIC_DISPATCH(blurLine)(line.data(), blurred.data(), source.height, radius);
+        line.extend();
+        HWY_DYNAMIC_DISPATCH(blurLine)(line.samples(), blurred.data(), source.height, radius);
         for (int y = 0; y < source.height; ++y) {
             std::memcpy(target.row(y) + std::ptrdiff_t(4) * wholeColumns, blurred.data() + std::ptrdiff_t(16) * y,
                         bytes);

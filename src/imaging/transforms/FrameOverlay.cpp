@@ -97,11 +97,18 @@ QImage framed(const QImage &photo, const QImage &frame) {
     if (source.isEmpty() || readView(frame).isEmpty()) {
         return {};
     }
+    const bool opaque = photo.format() == QImage::Format_RGB32;
+    if (opaque && frame.size() == photo.size()) {
+        QImage result = newPicture(source.width, source.height);
+        if (const PixelView target = writeView(result); !target.isEmpty()) {
+            layPictureOver(readView(frame), source, target);
+        }
+        return result;
+    }
     const auto averaged = [](int from, int to) { return to <= from / 2 ? to : from; };
     QImage own = scaled(frame, averaged(frame.width(), source.width), averaged(frame.height(), source.height));
     QImage weighted = newPicture(own.width(), own.height(), false);
     const PixelView overlaid = writeView(weighted);
-    const bool opaque = photo.format() == QImage::Format_RGB32;
     QImage result = newPicture(source.width, source.height, opaque);
     const PixelView target = writeView(result);
     if (overlaid.isEmpty() || target.isEmpty()) {

@@ -1,11 +1,13 @@
 #include "imaging/transforms/Over.h"
 
+#include "imaging/effects/PointOperation.h"
 #include "imaging/effects/Targets.h"
 
 #include <cstring>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/transforms/Over.cpp"
+#include <hwy/cache_control.h>
 #include <hwy/foreach_target.h> // must come before highway.h
 #include <hwy/highway.h>
 
@@ -53,6 +55,65 @@ void layRowOver(const std::uint8_t *over, const std::uint8_t *under, std::uint8_
     }
 }
 
+using Pixels = hn::ScalableTag<std::uint32_t>;
+
+HWY_INLINE hn::Vec<Pixels> laid(hn::Vec<Pixels> over, hn::Vec<Pixels> under) {
+    const Pixels d;
+    const hn::Repartition<std::uint16_t, Pixels> d16;
+    const auto lowBytes = hn::Set(d, 0x00FF00FFU);
+    const auto alpha = hn::ShiftRight<24>(over);
+    const auto shares = hn::BitCast(d16, hn::Or(alpha, hn::ShiftLeft<16>(alpha)));
+    const auto rest = hn::Sub(hn::Set(d16, 255), shares);
+    // n / 255, rounded, as (m + (m >> 8)) >> 8 with m = n + 128: exact for n up to 255 * 255.
+    const auto mix = [&](auto a, auto b) {
+        const auto m = hn::Add(hn::Add(hn::Mul(hn::BitCast(d16, hn::And(a, lowBytes)), shares), hn::Set(d16, 128)),
+                               hn::Mul(hn::BitCast(d16, hn::And(b, lowBytes)), rest));
+        return hn::BitCast(d, hn::ShiftRight<8>(hn::Add(m, hn::ShiftRight<8>(m))));
+    };
+    const auto low = mix(over, under);
+    const auto high = mix(hn::ShiftRight<8>(over), hn::ShiftRight<8>(under));
+    return hn::Or(hn::Or(low, hn::ShiftLeft<8>(high)), hn::Set(d, 0xFF000000U));
+}
+
+/// The rest of a row, shorter than a vector.
+void layFew(const std::uint32_t *over, const std::uint32_t *under, std::uint32_t *to, std::size_t count) {
+    const Pixels d;
+    HWY_ALIGN std::uint32_t upper[HWY_LANES(std::uint32_t)] = {};
+    HWY_ALIGN std::uint32_t lower[HWY_LANES(std::uint32_t)] = {};
+    std::memcpy(upper, over, count * 4);
+    std::memcpy(lower, under, count * 4);
+    hn::Store(laid(hn::Load(d, upper), hn::Load(d, lower)), d, upper);
+    std::memcpy(to, upper, count * 4);
+}
+
+/// `pastCache`: straight to memory, for results that no cache could hold.
+void layRow(const std::uint8_t *over, const std::uint8_t *under, std::uint8_t *to, std::size_t pixels, bool pastCache) {
+    const Pixels d;
+    const std::size_t lanes = hn::Lanes(d);
+    const auto *overPixels = reinterpret_cast<const std::uint32_t *>(over);
+    const auto *underPixels = reinterpret_cast<const std::uint32_t *>(under);
+    auto *toPixels = reinterpret_cast<std::uint32_t *>(to);
+    std::size_t x = 0;
+    if (pastCache) {
+        const std::size_t offset = reinterpret_cast<std::uintptr_t>(to) / 4 % lanes;
+        if (offset != 0 && pixels >= lanes) {
+            x = lanes - offset;
+            layFew(overPixels, underPixels, toPixels, x);
+        }
+        for (; x + lanes <= pixels; x += lanes) {
+            hn::Stream(laid(hn::LoadU(d, overPixels + x), hn::LoadU(d, underPixels + x)), d, toPixels + x);
+        }
+        hwy::FlushStream();
+    } else {
+        for (; x + lanes <= pixels; x += lanes) {
+            hn::StoreU(laid(hn::LoadU(d, overPixels + x), hn::LoadU(d, underPixels + x)), d, toPixels + x);
+        }
+    }
+    if (x < pixels) {
+        layFew(overPixels + x, underPixels + x, toPixels + x, pixels - x);
+    }
+}
+
 } // namespace lumora::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
@@ -60,9 +121,20 @@ HWY_AFTER_NAMESPACE();
 namespace lumora {
 
 HWY_EXPORT(layRowOver);
+HWY_EXPORT(layRow);
 
 void layOver(const std::uint8_t *over, const std::uint8_t *under, std::uint8_t *to, int pixels) {
     HWY_DYNAMIC_DISPATCH(layRowOver)(over, under, to, pixels);
+}
+
+void layPictureOver(ConstPixelView over, ConstPixelView under, PixelView target) {
+    const bool pastCache = leavesCache(wholeOf(target));
+    forRowBands(target.height, target.width, [&](int first, int end) {
+        for (int y = first; y < end; ++y) {
+            HWY_DYNAMIC_DISPATCH(layRow)
+            (over.row(y), under.row(y), target.row(y), std::size_t(target.width), pastCache);
+        }
+    });
 }
 
 } // namespace lumora

@@ -1,5 +1,7 @@
-// One row of pixels laid over another. Called by the frame overlay.
+// Pixels laid over others. Called by the frame overlay.
 #pragma once
+
+#include "imaging/PixelView.h"
 
 #include <cstdint>
 
@@ -9,5 +11,9 @@ namespace lumora {
 /// multiplied by alpha, which is 255 in opaque pictures; one of `over` that exceeds its alpha counts as that. `to` may
 /// be `under`.
 void layOver(const std::uint8_t *over, const std::uint8_t *under, std::uint8_t *to, int pixels);
+
+/// target = (over * alpha + under * (255 - alpha)) / 255, rounded, for each channel, and opaque; alpha is that of
+/// `over`, whose colours are not multiplied by it. `under` is opaque. All three have one size.
+void layPictureOver(ConstPixelView over, ConstPixelView under, PixelView target);
 
 } // namespace lumora

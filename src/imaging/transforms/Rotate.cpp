@@ -1,5 +1,6 @@
 #include "imaging/transforms/Rotate.h"
 
+#include "imaging/effects/PastCache.h"
 #include "imaging/effects/RowBands.h"
 #include "imaging/effects/Targets.h"
 
@@ -181,7 +182,8 @@ std::uint32_t sampleRim(ConstPixelView source, const SourceLine &at) {
     return mixed;
 }
 
-void fillTileRow(ConstPixelView source, const RowPlan &plan, std::uint32_t *row, Columns tile) {
+/// Pixels of the tile's columns of a target row to `to`.
+void fillTileRow(ConstPixelView source, const RowPlan &plan, std::uint32_t *to, Columns tile) {
     const auto cut = [&](Columns columns) {
         const int begin = std::clamp(columns.begin, tile.begin, tile.end);
         return Columns{begin, std::clamp(columns.end, begin, tile.end)};
@@ -189,15 +191,16 @@ void fillTileRow(ConstPixelView source, const RowPlan &plan, std::uint32_t *row,
     const Columns touching = cut(plan.touching);
     const Columns inside =
         plan.inside.begin < plan.inside.end ? cut(plan.inside) : Columns{touching.begin, touching.begin};
-    std::fill(row + tile.begin, row + touching.begin, white);
-    std::fill(row + touching.end, row + tile.end, white);
+    const auto at = [&](int x) { return to + (x - tile.begin); };
+    std::fill(to, at(touching.begin), white);
+    std::fill(at(touching.end), at(tile.end), white);
     for (int x = touching.begin; x < touching.end; ++x) {
         if (x == inside.begin && inside.begin < inside.end) {
             HWY_DYNAMIC_DISPATCH(sampleInside)
-            (source, advanced(plan.line, x), row + x, inside.end - inside.begin);
+            (source, advanced(plan.line, x), at(x), inside.end - inside.begin);
             x = inside.end - 1;
         } else {
-            row[x] = sampleRim(source, advanced(plan.line, x));
+            *at(x) = sampleRim(source, advanced(plan.line, x));
         }
     }
 }
@@ -216,10 +219,15 @@ void rotatePixels(ConstPixelView source, PixelView target, double sine, double c
             for (int left = 0; left < target.width; left += tileWidth) {
                 const Columns tile{left, std::min(left + tileWidth, target.width)};
                 for (int y = 0; y < rows; ++y) {
-                    fillTileRow(source, plans[y], reinterpret_cast<std::uint32_t *>(target.row(top + y)), tile);
+                    std::uint32_t tileRow[tileWidth];
+                    fillTileRow(source, plans[y], tileRow, tile);
+                    copyPastCache(reinterpret_cast<const std::uint8_t *>(tileRow),
+                                  target.row(top + y) + std::ptrdiff_t(4) * left,
+                                  std::size_t(tile.end - tile.begin) * 4);
                 }
             }
         }
+        flushPastCache();
     });
 }
 
