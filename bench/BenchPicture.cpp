@@ -66,19 +66,22 @@ template <typename Work> double secondsOf(const Work &work) {
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-void runRow(benchmark::State &state, const std::function<void(const QImage &)> &work) {
+void runRow(benchmark::State &state, const std::function<void(const QImage &)> &work,
+            const std::function<void()> &afterwards) {
     const QImage &picture = benchPicture(static_cast<int>(state.range(0)));
     QImage copyOfIt = newPicture(picture.width(), picture.height());
     uchar *target = copyOfIt.bits();
     const auto copy = [&] { std::memcpy(target, picture.constBits(), std::size_t(picture.sizeInBytes())); };
     copy();        // touches the pages
     work(picture); // warms the kept buffers and the worker threads
+    afterwards();
     // A copy beside every round and the medians of both: what else the machine does then weighs on both alike.
     std::vector<double> rounds;
     std::vector<double> copies;
     for (auto step : state) {
         rounds.push_back(secondsOf([&] { work(picture); }));
         state.PauseTiming();
+        afterwards();
         copies.push_back(secondsOf(copy));
         state.ResumeTiming();
     }
@@ -90,8 +93,9 @@ void runRow(benchmark::State &state, const std::function<void(const QImage &)> &
 
 } // namespace
 
-void addRows(const char *name, std::function<void(const QImage &picture)> work) {
-    benchmark::RegisterBenchmark(name, [work = std::move(work)](benchmark::State &state) { runRow(state, work); })
+void addRows(const char *name, std::function<void(const QImage &picture)> work, std::function<void()> afterwards) {
+    benchmark::RegisterBenchmark(name, [work = std::move(work), afterwards = std::move(afterwards)](
+                                           benchmark::State &state) { runRow(state, work, afterwards); })
         ->Arg(1)
         ->Arg(24)
         ->Arg(96)

@@ -6,5 +6,6 @@ namespace lumora {
 void addImagingRows();
 void addTransformRows();
 void addFileRows();
+void addClickRows();
 
 } // namespace lumora

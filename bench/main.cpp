@@ -15,6 +15,7 @@ int main(int argc, char **argv) {
     lumora::addImagingRows();
     lumora::addTransformRows();
     lumora::addFileRows();
+    lumora::addClickRows();
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }

@@ -138,6 +138,21 @@ TEST(FilesWrite, Jpeg) {
     EXPECT_TRUE(encodeJpeg(QImage()).isEmpty());
 }
 
+TEST(FilesWrite, JpegStripsJoinWithoutSeam) {
+    // Coded on several cores, in eleven strips: more than the eight numbers of restart markers.
+    const QImage picture = toPicture(photoLike(3000, 3500, false));
+    const QByteArray file = encodeJpeg(picture, 90);
+    const QImage whole = readPictureFromData(file).picture;
+    ASSERT_EQ(whole.size(), picture.size());
+    EXPECT_EQ(QImage::fromData(file, "JPG").size(), picture.size()) << "only the own reader takes it";
+    // A part that lies across a seam, coded as a picture of its own: the same pixels but for the rows at its ends,
+    // whose chroma is mixed with what follows.
+    for (const int top : {0, 304, 1312, 3424}) {
+        const QImage part = readPictureFromData(encodeJpeg(picture.copy(0, top, 3000, 64), 90)).picture;
+        EXPECT_EQ(firstDifference(part.copy(0, 2, 3000, 60), whole.copy(0, top + 2, 3000, 60)), QPoint(-1, -1)) << top;
+    }
+}
+
 TEST(FilesWrite, GifKeepsColoursAndTransparency) {
     QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("a.gif"));

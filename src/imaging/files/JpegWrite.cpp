@@ -1,8 +1,12 @@
-// Writing JPEG with libjpeg-turbo.
+// Writing JPEG with libjpeg-turbo. Strips of rows are coded on all cores as pictures of their own; their coded data,
+// joined by restart markers (ITU-T T.81, B.2.1), make the scan of the whole.
 #include "imaging/Picture.h"
 #include "imaging/files/Flatten.h"
 #include "imaging/files/Format.h"
+#include "imaging/files/Strips.h"
 
+#include <QBuffer>
+#include <QtEndian>
 #include <array>
 #include <csetjmp>
 #include <cstdio>
@@ -80,8 +84,9 @@ class Encoder {
     Encoder &operator=(const Encoder &) = delete;
     ~Encoder() { jpeg_destroy_compress(&m_codec); }
 
-    // `spare` holds a row, for those that must be laid onto white first.
-    bool write(const ConstPixelView &view, int quality, std::uint8_t *spare) {
+    // `spare` holds a row, for those that must be laid onto white first; `interval` counts 16 x 16 blocks between
+    // restart markers, 0 for none.
+    bool write(const ConstPixelView &view, int quality, unsigned interval, std::uint8_t *spare) {
         if (setjmp(m_failure.back) != 0) { // NOLINT(cert-err52-cpp)
             return false;
         }
@@ -93,6 +98,7 @@ class Encoder {
         m_codec.in_color_space = JCS_EXT_BGRX;
         jpeg_set_defaults(&m_codec); // chroma at half size both ways
         jpeg_set_quality(&m_codec, quality, TRUE);
+        m_codec.restart_interval = interval;
         jpeg_start_compress(&m_codec, TRUE);
         while (m_codec.next_scanline < m_codec.image_height) {
             const std::uint8_t *pixels = view.row(static_cast<int>(m_codec.next_scanline));
@@ -114,14 +120,92 @@ class Encoder {
     Drain m_drain;
 };
 
+constexpr int block = 16; // rows and columns that are coded together, with chroma at half size
+constexpr int startOfFrame = 0xC0;
+constexpr int startOfScan = 0xDA;
+
+/// About a million pixels, in whole blocks; all of a small picture and of one too high for the format, which then says
+/// so.
+int rowsOfStrip(const ConstPixelView &view) {
+    constexpr int pixels = 1 << 20;
+    const int rows = std::max(1, pixels / view.width / block) * block;
+    return view.height <= 2 * rows || view.height > JPEG_MAX_DIMENSION ? view.height : rows;
+}
+
+struct CodedStrip {
+    QByteArray file; ///< a JPEG file of these rows
+    QString error;
+};
+
+CodedStrip coded(const ConstPixelView &rows, int quality, unsigned interval, bool hasAlpha) {
+    CodedStrip strip;
+    QBuffer buffer(&strip.file);
+    buffer.open(QIODevice::WriteOnly);
+    const auto encoder = std::make_unique<Encoder>(buffer);
+    std::vector<std::uint8_t> spare(hasAlpha ? static_cast<std::size_t>(rows.width) * 4 : 0);
+    if (!encoder->write(rows, quality, interval, spare.empty() ? nullptr : spare.data())) {
+        strip.error = encoder->text();
+    }
+    return strip;
+}
+
+/// Where the segment after that marker begins, in a file that libjpeg has just written.
+qsizetype segmentOf(const QByteArray &file, int marker) {
+    qsizetype at = 2;
+    while (static_cast<uchar>(file[at + 1]) != marker) {
+        at += 2 + qFromBigEndian<quint16>(file.constData() + at + 2);
+    }
+    return at + 2;
+}
+
+void setHeight(QByteArray &file, int height) {
+    qToBigEndian(static_cast<quint16>(height), file.data() + segmentOf(file, startOfFrame) + 3);
+}
+
+/// What the strip adds to the whole file: the first one its header, all their coded data, each but the last a restart
+/// marker, the last the end of the file.
+QByteArray part(const QByteArray &file, int number, bool last) {
+    const qsizetype scan = segmentOf(file, startOfScan);
+    const qsizetype begin = number == 0 ? 0 : scan + qFromBigEndian<quint16>(file.constData() + scan);
+    if (last) {
+        return file.mid(begin);
+    }
+    const QByteArray restart{"\xFF" + QByteArray(1, static_cast<char>(0xD0 + number % 8))};
+    return file.mid(begin, file.size() - 2 - begin) + restart;
+}
+
 } // namespace
 
 QString writeJpeg(const QImage &picture, QIODevice &target, int quality) {
-    const auto encoder = std::make_unique<Encoder>(target);
-    std::vector<std::uint8_t> spare(picture.hasAlphaChannel() ? picture.width() * 4 : 0);
-    const bool written =
-        encoder->write(readView(picture), std::clamp(quality, 1, 100), spare.empty() ? nullptr : spare.data());
-    return written ? QString() : encoder->text();
+    const ConstPixelView view = readView(picture);
+    const int stripRows = rowsOfStrip(view);
+    const unsigned blocksAcross = (static_cast<unsigned>(view.width) + block - 1) / block;
+    const unsigned interval = stripRows < view.height ? blocksAcross * static_cast<unsigned>(stripRows / block) : 0;
+    QString error;
+    int strips = 0;
+    packStrips<CodedStrip>(
+        view.height, stripRows,
+        [&](int firstRow, int endRow) {
+            const ConstPixelView rows{view.row(firstRow), view.width, endRow - firstRow, view.stride};
+            return coded(rows, std::clamp(quality, 1, 100), interval, picture.hasAlphaChannel());
+        },
+        [&](CodedStrip strip) {
+            error = strip.error;
+            if (!error.isEmpty()) {
+                return false;
+            }
+            if (strips == 0 && interval > 0) {
+                setHeight(strip.file, view.height);
+            }
+            const bool last = (strips + 1) * qint64(stripRows) >= view.height;
+            const QByteArray bytes = part(strip.file, strips, last);
+            if (target.write(bytes) != bytes.size()) {
+                error = QStringLiteral("cannot write: %1").arg(target.errorString());
+            }
+            ++strips;
+            return error.isEmpty();
+        });
+    return error;
 }
 
 QString writeJpeg(const QImage &picture, QIODevice &target) {

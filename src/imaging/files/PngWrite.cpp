@@ -1,6 +1,7 @@
 // Writing PNG. Strips of rows are filtered and deflated on all cores; their deflate streams, each ended on a byte
 // boundary, make one stream when joined (RFC 1951, as pigz does it).
 #include "imaging/Picture.h"
+#include "imaging/files/Deflate.h"
 #include "imaging/files/Format.h"
 #include "imaging/files/Strips.h"
 
@@ -15,20 +16,20 @@ namespace {
 constexpr char upFilter = 2;
 
 // The rows as PNG wants them: a byte for the filter, then red, green, blue (and alpha), each less the byte above.
-std::vector<Bytef> filtered(const ConstPixelView &view, int channels, int firstRow, int endRow) {
-    std::vector<Bytef> raw((static_cast<std::size_t>(view.width) * channels + 1) * (endRow - firstRow));
+std::vector<std::uint8_t> filtered(const ConstPixelView &view, int channels, int firstRow, int endRow) {
+    std::vector<std::uint8_t> raw((static_cast<std::size_t>(view.width) * channels + 1) * (endRow - firstRow));
     const std::vector<std::uint8_t> nothing(static_cast<std::size_t>(view.width) * 4);
-    Bytef *to = raw.data();
+    std::uint8_t *to = raw.data();
     for (int y = firstRow; y < endRow; ++y) {
         const std::uint8_t *pixel = view.row(y);
         const std::uint8_t *above = y > 0 ? view.row(y - 1) : nothing.data();
         *to++ = upFilter;
         for (int x = 0; x < view.width; ++x, pixel += 4, above += 4, to += channels) {
-            to[0] = static_cast<Bytef>(pixel[2] - above[2]);
-            to[1] = static_cast<Bytef>(pixel[1] - above[1]);
-            to[2] = static_cast<Bytef>(pixel[0] - above[0]);
+            to[0] = static_cast<std::uint8_t>(pixel[2] - above[2]);
+            to[1] = static_cast<std::uint8_t>(pixel[1] - above[1]);
+            to[2] = static_cast<std::uint8_t>(pixel[0] - above[0]);
             if (channels == 4) {
-                to[3] = static_cast<Bytef>(pixel[3] - above[3]);
+                to[3] = static_cast<std::uint8_t>(pixel[3] - above[3]);
             }
         }
     }
@@ -45,23 +46,6 @@ QByteArray chunk(const char *type, const QByteArray &data) {
     return result;
 }
 
-QByteArray deflated(const std::vector<Bytef> &raw, bool last) {
-    z_stream stream{};
-    if (deflateInit2(&stream, deflateLevel, Z_DEFLATED, -MAX_WBITS, 9, Z_DEFAULT_STRATEGY) != Z_OK) {
-        return {};
-    }
-    constexpr uLong syncBytes = 16; // more than the marker that ends a strip
-    QByteArray result(deflateBound(&stream, raw.size()) + syncBytes, Qt::Uninitialized);
-    stream.next_in = const_cast<Bytef *>(raw.data());
-    stream.avail_in = static_cast<uInt>(raw.size());
-    stream.next_out = reinterpret_cast<Bytef *>(result.data());
-    stream.avail_out = static_cast<uInt>(result.size());
-    deflate(&stream, last ? Z_FINISH : Z_SYNC_FLUSH);
-    result.resize(static_cast<qsizetype>(stream.total_out));
-    deflateEnd(&stream);
-    return result;
-}
-
 struct Strip {
     QByteArray chunk; ///< empty when memory was refused
     uLong check = 0;
@@ -70,8 +54,8 @@ struct Strip {
 
 Strip packed(const ConstPixelView &view, int channels, int firstRow, int endRow) {
     static const QByteArray zlibHeader("\x78\x01", 2);
-    const std::vector<Bytef> raw = filtered(view, channels, firstRow, endRow);
-    const QByteArray data = deflated(raw, endRow == view.height);
+    const std::vector<std::uint8_t> raw = filtered(view, channels, firstRow, endRow);
+    const QByteArray data = deflated(raw, endRow == view.height ? DeflateWrap::LastPart : DeflateWrap::Part);
     Strip strip;
     strip.rawBytes = raw.size();
     strip.check = adler32(1, raw.data(), static_cast<uInt>(raw.size()));

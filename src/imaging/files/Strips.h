@@ -1,16 +1,13 @@
-// Packing a picture's rows on all cores while the strips are written in their order. Used by the PNG and TIFF writers.
+// Packing a picture's rows on all cores while the strips are written in their order. Used by the JPEG, PNG and TIFF
+// writers.
 #pragma once
 
 #include <QByteArray>
 #include <algorithm>
 #include <tbb/parallel_pipeline.h>
 #include <vector>
-#include <zlib.h>
 
 namespace lumora {
-
-/// The fastest level of zlib: on filtered photographs the others take several times as long for a few per cent.
-inline constexpr int deflateLevel = 1;
 
 /// Rows in a strip of about a megabyte, enough for the compressor to find its feet.
 inline int rowsInStrip(int width, int height, int channels) {

@@ -1,5 +1,6 @@
 // Writing TIFF with libtiff: Deflate with horizontal differences, the strips packed on all cores.
 #include "imaging/Picture.h"
+#include "imaging/files/Deflate.h"
 #include "imaging/files/Format.h"
 #include "imaging/files/Strips.h"
 #include "imaging/files/TiffFile.h"
@@ -9,31 +10,21 @@ namespace lumora {
 namespace {
 
 // Red, green, blue (and alpha), each less the pixel to the left: predictor 2 of TIFF 6.0, section 14.
-std::vector<Bytef> differences(const ConstPixelView &view, int channels, int firstRow, int endRow) {
-    std::vector<Bytef> raw(static_cast<std::size_t>(view.width) * channels * (endRow - firstRow));
+std::vector<std::uint8_t> differences(const ConstPixelView &view, int channels, int firstRow, int endRow) {
+    std::vector<std::uint8_t> raw(static_cast<std::size_t>(view.width) * channels * (endRow - firstRow));
     constexpr int order[4] = {2, 1, 0, 3};
-    Bytef *to = raw.data();
+    std::uint8_t *to = raw.data();
     for (int y = firstRow; y < endRow; ++y) {
         const std::uint8_t nothing[4] = {};
         const std::uint8_t *left = nothing;
         const std::uint8_t *pixel = view.row(y);
         for (int x = 0; x < view.width; ++x, left = pixel, pixel += 4) {
             for (int channel = 0; channel < channels; ++channel) {
-                *to++ = static_cast<Bytef>(pixel[order[channel]] - left[order[channel]]);
+                *to++ = static_cast<std::uint8_t>(pixel[order[channel]] - left[order[channel]]);
             }
         }
     }
     return raw;
-}
-
-QByteArray deflated(const std::vector<Bytef> &raw) {
-    uLongf size = compressBound(raw.size());
-    QByteArray result(static_cast<qsizetype>(size), Qt::Uninitialized);
-    if (compress2(reinterpret_cast<Bytef *>(result.data()), &size, raw.data(), raw.size(), deflateLevel) != Z_OK) {
-        return {};
-    }
-    result.resize(static_cast<qsizetype>(size));
-    return result;
 }
 
 bool describe(TIFF *tiff, const ConstPixelView &view, int channels, int stripRows) {
@@ -63,7 +54,9 @@ QString writeTiff(const QImage &picture, QIODevice &target) {
     uint32_t strip = 0;
     packStrips<QByteArray>(
         good ? view.height : 0, stripRows,
-        [&](int firstRow, int endRow) { return deflated(differences(view, channels, firstRow, endRow)); },
+        [&](int firstRow, int endRow) {
+            return deflated(differences(view, channels, firstRow, endRow), DeflateWrap::Zlib);
+        },
         [&](QByteArray data) {
             good = good && !data.isEmpty() &&
                    TIFFWriteRawStrip(file.handle(), strip, data.data(), data.size()) == data.size();
