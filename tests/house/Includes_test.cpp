@@ -101,8 +101,14 @@ TEST(House, IncludesKeepToTheTable) {
 
 /// Kernels may reach Qt through a header as well; no header that they take in may include any.
 TEST(House, KernelsReachNoQtThroughHeaders) {
-    const QStringList kernels = filesBelow("src/imaging/effects", {"*.h", "*.cpp"});
-    ASSERT_FALSE(kernels.isEmpty());
+    QStringList kernels = filesBelow("src/imaging/effects", {"*.h", "*.cpp"});
+    for (const QString &path : filesBelow("src/imaging/transforms", {"*.cpp"})) {
+        if (contents(root() + '/' + path).contains("hwy/highway.h")) {
+            kernels << path;
+        }
+    }
+    ASSERT_TRUE(kernels.contains("src/imaging/effects/Blur.cpp") &&
+                kernels.contains("src/imaging/transforms/Rotate.cpp"));
     for (const QString &path : kernels) {
         QStringList open = {path.mid(4)};
         QSet<QString> seen;
