@@ -52,20 +52,27 @@ class Pool {
         return best != nullptr ? std::exchange(*best, nullptr) : nullptr;
     }
 
-    /// Keeps it and returns what has to leave instead; null when nothing has to.
-    KeptBuffer *keep(KeptBuffer *buffer) noexcept {
-        const std::scoped_lock lock(m_mutex);
-        if (idleBytes() + buffer->bytes > idleBytesAtMost) {
-            return buffer;
+    using Leaving = std::array<KeptBuffer *, idleBuffersAtMost>;
+
+    /// Keeps it and returns what has to leave instead: itself when it is too large, else the oldest, because the size
+    /// worked with now is the one that will be asked for.
+    Leaving keep(KeptBuffer *buffer) noexcept {
+        Leaving leaving{};
+        if (buffer->bytes > idleBytesAtMost) {
+            leaving[0] = buffer;
+            return leaving;
         }
-        // The newest replaces the oldest: the size worked with now is the one that will be asked for.
+        const std::scoped_lock lock(m_mutex);
+        std::size_t count = 0;
         auto hole = std::find(m_idle.begin(), m_idle.end(), nullptr);
         if (hole == m_idle.end()) {
-            --hole;
+            leaving[count++] = *--hole;
         }
-        KeptBuffer *leaving = *hole;
         std::move_backward(m_idle.begin(), hole, hole + 1);
         m_idle.front() = buffer;
+        for (std::size_t oldest = m_idle.size() - 1; idleBytes() > idleBytesAtMost; --oldest) {
+            leaving[count++] = std::exchange(m_idle[oldest], nullptr);
+        }
         return leaving;
     }
 
@@ -127,8 +134,10 @@ KeptBuffer *takeBuffer(std::size_t bytes) noexcept {
 }
 
 void giveBufferBack(KeptBuffer *buffer) noexcept {
-    if (KeptBuffer *leaving = pool().keep(buffer)) {
-        unmap(leaving);
+    for (KeptBuffer *leaving : pool().keep(buffer)) {
+        if (leaving != nullptr) {
+            unmap(leaving);
+        }
     }
 }
 

@@ -59,6 +59,10 @@ TEST(Picture, onlyAFewBuffersStayIdle) {
     EXPECT_LE(idleBufferBytes(), 2 * std::size_t(16) << 20);
     { const QImage huge = newPicture(16000, 12000); } // 768 MB, never touched
     EXPECT_LE(idleBufferBytes(), std::size_t(512) << 20);
+    { const QImage older[2] = {newPicture(6000, 4000), newPicture(6000, 4000)}; }
+    { const QImage newer = newPicture(12000, 8000); }
+    EXPECT_LE(idleBufferBytes(), std::size_t(512) << 20);
+    EXPECT_GE(idleBufferBytes(), std::size_t(384'000'000)) << "a larger photo has no use for the smaller one's buffers";
     releaseKeptBuffers();
 }
 
