@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace lumora {
@@ -19,14 +20,16 @@ void PhotoSelection::mark(Shape shape, const QRect &box) {
 }
 
 void PhotoSelection::markLasso(std::vector<PicturePoint> points) {
-    if (points.empty()) {
+    std::erase_if(points, [](const PicturePoint &at) { return !std::isfinite(at.x) || !std::isfinite(at.y); });
+    if (points.size() < 3) {
         clear();
         return;
     }
     const auto [left, right] = std::ranges::minmax(points, {}, &PicturePoint::x);
     const auto [top, bottom] = std::ranges::minmax(points, {}, &PicturePoint::y);
-    const auto down = [](double value) { return static_cast<int>(std::floor(value)); };
-    const auto up = [](double value) { return static_cast<int>(std::ceil(value)); };
+    const auto whole = [](double value) { return static_cast<int>(std::clamp(value, -1e9, 1e9)); };
+    const auto down = [whole](double value) { return whole(std::floor(value)); };
+    const auto up = [whole](double value) { return whole(std::ceil(value)); };
     mark(Shape::Lasso, QRect(QPoint(down(left.x), down(top.y)), QPoint(up(right.x) - 1, up(bottom.y) - 1)));
     if (!isEmpty()) {
         m_points = std::move(points);
@@ -41,8 +44,12 @@ void PhotoSelection::hide() {
 
 const Region &PhotoSelection::region(QSize picture) const {
     if (m_region == nullptr || m_regionFor != picture) {
-        const int right = m_box.x() + m_box.width();
-        const int bottom = m_box.y() + m_box.height();
+        // A box may end beyond what a whole number holds; no picture reaches that far.
+        const auto end = [](int first, int length) {
+            return static_cast<int>(std::min<qint64>(qint64(first) + length, std::numeric_limits<int>::max()));
+        };
+        const int right = end(m_box.x(), m_box.width());
+        const int bottom = end(m_box.y(), m_box.height());
         const auto of = [&](auto make) {
             return make(picture.width(), picture.height(), m_box.x(), m_box.y(), right, bottom);
         };

@@ -82,8 +82,7 @@ void PhotoView::followDocument(PhotoChanges what) {
     if (other || what.testFlag(PhotoChange::Zoom)) {
         layOut(anchor);
     }
-    if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Zoom | PhotoChange::Loaded |
-                          PhotoChange::Selection)) {
+    if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Zoom | PhotoChange::Loaded)) {
         viewport()->update();
     }
 }
@@ -125,7 +124,10 @@ PhotoLevels::Level PhotoView::visibleLevel() {
 }
 
 void PhotoView::showStandIn(const QImage &picture, const QRect &part) {
-    m_standIn = picture;
+    if (picture.isNull() && m_standIn.isNull()) {
+        return;
+    }
+    m_standIn = part.isEmpty() ? QImage() : picture;
     m_standInPart = part;
     viewport()->update();
 }
@@ -142,8 +144,10 @@ void PhotoView::setPhotoHidden(bool hidden) {
 }
 
 void PhotoView::setToolCursor(const QCursor &cursor) {
-    m_toolCursor = cursor;
-    showHand();
+    if (m_toolCursor != cursor) { // tools set it with every move of the mouse
+        m_toolCursor = cursor;
+        showHand();
+    }
 }
 
 /// Centred where there is room, else where the scroll bars say.
@@ -176,6 +180,15 @@ void PhotoView::scrollContentsBy(int, int) {
     Q_EMIT visiblePartChanged();
 }
 
+bool PhotoView::event(QEvent *event) {
+    if (event->type() != QEvent::ShortcutOverride) {
+        return QAbstractScrollArea::event(event);
+    }
+    event->ignore(); // what nobody wants goes on to the shortcuts
+    Q_EMIT key(*static_cast<QKeyEvent *>(event));
+    return event->isAccepted();
+}
+
 bool PhotoView::viewportEvent(QEvent *event) {
     switch (event->type()) {
     case QEvent::Gesture:
@@ -203,21 +216,52 @@ void PhotoView::paintEvent(QPaintEvent *event) {
     Q_EMIT paintOverlay(painter);
 }
 
-void PhotoView::paintPhoto(QPainter &painter, const QRect &exposed) {
+/// The exposed part of the photo in device pixels from its top left corner.
+QRect PhotoView::inDevice(const QRect &exposed) const {
     const qreal devicePixels = devicePixelRatioF();
-    const QRectF inDevice(QPointF(exposed.topLeft()) * devicePixels - QPointF(m_origin),
-                          QSizeF(exposed.size()) * devicePixels);
-    const QRect part = inDevice.toAlignedRect().intersected(QRect(QPoint(), m_size));
+    const QRectF part(QPointF(exposed.topLeft()) * devicePixels - QPointF(m_origin),
+                      QSizeF(exposed.size()) * devicePixels);
+    return part.toAlignedRect().intersected(QRect(QPoint(), m_size));
+}
+
+Sampling PhotoView::sampling() const {
+    const bool squares = m_document.zoom() > 100 && m_document.drawingMode() == DrawingMode::Squares;
+    return squares ? Sampling::Nearest : Sampling::Bilinear;
+}
+
+void PhotoView::paintPhoto(QPainter &painter, const QRect &exposed) {
+    const QRect part = inDevice(exposed);
+    if (!part.isEmpty()) {
+        const PhotoLevels::Level level = m_levels.forScale(m_document.picCanvas(), m_scale);
+        paintPixels(painter, sampled(level.picture, m_scale * level.factor, part, sampling()), part);
+    }
+}
+
+/// Pixel for pixel what paintPhoto would paint were the stand-in a part of the photo or of one of its reduced copies.
+void PhotoView::paintStandIn(QPainter &painter, const QRect &exposed) {
+    if (m_standIn.isNull()) {
+        return;
+    }
+    const auto edge = [this](int pixel) { return toInt(std::round(pixel * m_scale)); };
+    const QPoint first(edge(m_standInPart.left()), edge(m_standInPart.top()));
+    const QPoint end(edge(m_standInPart.left() + m_standInPart.width()),
+                     edge(m_standInPart.top() + m_standInPart.height()));
+    const QRect part = inDevice(exposed).intersected(QRect(first, end - QPoint(1, 1)));
     if (part.isEmpty()) {
         return;
     }
-    const PhotoLevels::Level level = m_levels.forScale(m_document.picCanvas(), m_scale);
-    const bool squares = m_document.zoom() > 100 && m_document.drawingMode() == DrawingMode::Squares;
-    QImage pixels =
-        sampled(level.picture, m_scale * level.factor, part, squares ? Sampling::Nearest : Sampling::Bilinear);
+    const double factorX = double(m_standInPart.width()) / m_standIn.width(); // photo pixels to one of the stand-in
+    const double factorY = double(m_standInPart.height()) / m_standIn.height();
+    const QPointF origin(m_standInPart.left() / factorX, m_standInPart.top() / factorY);
+    paintPixels(painter, sampled(m_standIn, {m_scale * factorX, m_scale * factorY}, origin, part, sampling()), part);
+}
+
+/// `part` counts device pixels from the photo's top left corner.
+void PhotoView::paintPixels(QPainter &painter, QImage pixels, const QRect &part) {
     if (pixels.isNull()) {
         return;
     }
+    const qreal devicePixels = devicePixelRatioF();
     pixels.setDevicePixelRatio(devicePixels);
     const QPointF at = QPointF(m_origin + part.topLeft()) / devicePixels;
     if (pixels.hasAlphaChannel()) {
@@ -225,24 +269,6 @@ void PhotoView::paintPhoto(QPainter &painter, const QRect &exposed) {
                             devicePixels);
     }
     painter.drawImage(at, pixels);
-}
-
-void PhotoView::paintStandIn(QPainter &painter, const QRect &exposed) {
-    const QRectF place(
-        toView(m_standInPart.topLeft()),
-        toView(QPointF(m_standInPart.topLeft() + QPoint(m_standInPart.width(), m_standInPart.height()))));
-    if (m_standIn.isNull() || !place.intersects(exposed)) {
-        return;
-    }
-    painter.save();
-    painter.setClipRect(exposed);
-    if (m_standIn.hasAlphaChannel()) {
-        m_table.paintChecks(painter, place, QPointF(m_origin) / devicePixelRatioF(), devicePixelRatioF());
-    }
-    painter.setRenderHint(QPainter::SmoothPixmapTransform,
-                          m_document.zoom() <= 100 || m_document.drawingMode() == DrawingMode::Smooth);
-    painter.drawImage(place, m_standIn);
-    painter.restore();
 }
 
 void PhotoView::wheelEvent(QWheelEvent *event) {
@@ -351,6 +377,12 @@ void PhotoView::mouseReleaseEvent(QMouseEvent *event) {
 }
 
 void PhotoView::keyPressEvent(QKeyEvent *event) {
+    event->ignore();
+    Q_EMIT key(*event);
+    if (event->isAccepted()) {
+        return;
+    }
+    event->accept();
     if (event->key() != Qt::Key_Space) {
         QAbstractScrollArea::keyPressEvent(event);
         return;

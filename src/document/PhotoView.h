@@ -11,10 +11,12 @@
 #include <optional>
 
 class QGestureEvent;
+class QKeyEvent;
 class QNativeGestureEvent;
-class QPinchGesture;
 
 namespace lumora {
+
+enum class Sampling;
 
 /// A mouse event over the photo's table that was not used for panning.
 struct PointerEvent {
@@ -52,8 +54,9 @@ class PhotoView : public QAbstractScrollArea {
     /// the view paints them from.
     QRect visiblePart() const;
     PhotoLevels::Level visibleLevel();
-    /// Paints `picture` in place of the photo's pixels in `part` (picture pixels), stretched to it, until cleared or
-    /// until the photo itself changes. What a tool shows of a change that has not been made.
+    /// Paints `picture` in place of the photo's pixels in `part` (picture pixels; what of it lies outside the photo is
+    /// not painted), stretched to it just as the photo is, until cleared or until the photo itself changes. What a tool
+    /// shows of a change that has not been made. A null picture or an empty part clears.
     void showStandIn(const QImage &picture, const QRect &part);
     void clearStandIn();
     /// Leaves the photo itself unpainted, for a tool that draws it in another shape on the overlay.
@@ -66,10 +69,14 @@ class PhotoView : public QAbstractScrollArea {
     void visiblePartChanged();
     /// Mouse over the table: what tools listen to.
     void pointer(const lumora::PointerEvent &event);
+    /// A key, before the view or a shortcut of the window has it: QEvent::ShortcutOverride asks, QEvent::KeyPress is
+    /// it. Whoever wants the key accepts both.
+    void key(QKeyEvent &event);
     /// After the photo is painted: selections and grids draw on top, in view coordinates.
     void paintOverlay(QPainter &painter);
 
   protected:
+    bool event(QEvent *event) override;
     bool viewportEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -95,8 +102,11 @@ class PhotoView : public QAbstractScrollArea {
     Anchor photoCentre() const;
     void layOut(const Anchor &anchor);
     void placeOrigin();
+    QRect inDevice(const QRect &exposed) const;
+    Sampling sampling() const;
     void paintPhoto(QPainter &painter, const QRect &exposed);
     void paintStandIn(QPainter &painter, const QRect &exposed);
+    void paintPixels(QPainter &painter, QImage pixels, const QRect &part);
     bool pinch(QGestureEvent &event);
     bool nativeGesture(const QNativeGestureEvent &event);
     void zoomByWheel(const QWheelEvent &event);

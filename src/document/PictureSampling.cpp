@@ -16,11 +16,11 @@ struct Tap {
     quint32 weight = 0;
 };
 
-std::vector<Tap> tapsAlong(int from, int count, int length, double scale, Sampling sampling) {
+std::vector<Tap> tapsAlong(int from, int count, int length, double scale, double origin, Sampling sampling) {
     std::vector<Tap> taps(static_cast<size_t>(count));
     const auto inside = [length](double at) { return static_cast<int>(std::clamp<double>(at, 0, length - 1)); };
     for (int i = 0; i < count; ++i) {
-        const double at = (from + i + 0.5) / scale;
+        const double at = (from + i + 0.5) / scale - origin;
         if (sampling == Sampling::Nearest) {
             taps[static_cast<size_t>(i)] = {inside(std::floor(at)), inside(std::floor(at)), 0};
             continue;
@@ -54,13 +54,17 @@ void blendRows(const QRgb *a, const QRgb *b, quint32 weight, QRgb *out, int coun
 } // namespace
 
 QImage sampled(const QImage &picture, double scale, const QRect &part, Sampling sampling) {
+    return sampled(picture, {scale, scale}, {}, part, sampling);
+}
+
+QImage sampled(const QImage &picture, QSizeF scale, QPointF origin, const QRect &part, Sampling sampling) {
     const bool opaque = picture.format() == QImage::Format_RGB32;
     QImage result(part.size(), opaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
     if (result.isNull()) {
         return {};
     }
-    std::vector<Tap> across = tapsAlong(part.x(), part.width(), picture.width(), scale, sampling);
-    std::vector<Tap> down = tapsAlong(part.y(), part.height(), picture.height(), scale, sampling);
+    std::vector<Tap> across = tapsAlong(part.x(), part.width(), picture.width(), scale.width(), origin.x(), sampling);
+    std::vector<Tap> down = tapsAlong(part.y(), part.height(), picture.height(), scale.height(), origin.y(), sampling);
     // Only this part of the source is looked at; colours of transparent pixels must not bleed, so they are
     // premultiplied first.
     const QRect needed(QPoint(across.front().first, down.front().first),

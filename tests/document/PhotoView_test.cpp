@@ -265,6 +265,109 @@ TEST_F(View, tellsToolsOfThePointerInPicturePixels) {
     EXPECT_EQ(heard[2].picture, QPointF(35, 23));
 }
 
+TEST_F(View, showsAStandInJustAsThePhotoWouldLook) {
+    const QImage before = photoLike(700, 500);
+    const QImage after = before.mirrored(); // other pixels everywhere
+    struct Row {
+        int zoom;
+        QRect part;
+        int factor; // picture pixels to one of the stand-in
+    };
+    const Row rows[] = {
+        {100, {0, 0, 700, 500}, 1}, {100, {100, 50, 200, 150}, 1}, {130, {120, 80, 64, 40}, 1},
+        {230, {33, 41, 90, 70}, 1}, {400, {10, 12, 60, 50}, 1},    {50, {64, 32, 320, 224}, 2},
+        {37, {0, 0, 700, 500}, 2},  {25, {128, 64, 320, 224}, 4},
+    };
+    for (const Row &row : rows) {
+        for (const double along : {0.0, 0.37, 1.0}) {
+            SCOPED_TRACE(testing::Message() << row.zoom << " % at " << along);
+            open(before, row.zoom);
+            QCoreApplication::processEvents(); // scroll bars come and go with the next events
+            view.horizontalScrollBar()->setValue(int(view.horizontalScrollBar()->maximum() * along));
+            view.verticalScrollBar()->setValue(int(view.verticalScrollBar()->maximum() * along));
+            const QImage plain = painted();
+            const QRect small(row.part.topLeft() / row.factor, row.part.size() / row.factor);
+            view.showStandIn((row.factor == 1 ? after : boxReduced(after, row.factor)).copy(small), row.part);
+            const QImage shown = painted();
+            view.clearStandIn();
+            EXPECT_EQ(painted(), plain);
+
+            // What the photo looks like when it is changed; at the part's border pixels blend with their neighbours.
+            const QRectF place(view.toView(row.part.topLeft()),
+                               view.toView(row.part.topLeft() + QPoint(row.part.width(), row.part.height())));
+            const QRect inside = place.toAlignedRect().adjusted(5, 5, -5, -5);
+            const QRect around = place.toAlignedRect().adjusted(-1, -1, 1, 1);
+            ASSERT_TRUE(photo.changePhoto(after));
+            const QImage changed = painted();
+            int wrongInside = 0;
+            int wrongOutside = 0;
+            for (int y = 0; y < shown.height(); ++y) {
+                for (int x = 0; x < shown.width(); ++x) {
+                    wrongInside += inside.contains(x, y) && shown.pixel(x, y) != changed.pixel(x, y) ? 1 : 0;
+                    wrongOutside += !around.contains(x, y) && shown.pixel(x, y) != plain.pixel(x, y) ? 1 : 0;
+                }
+            }
+            EXPECT_EQ(wrongInside, 0);
+            EXPECT_EQ(wrongOutside, 0);
+        }
+    }
+}
+
+TEST_F(View, aStandInStaysWithinThePhotoAndGoesWithIt) {
+    QImage red(81, 61, QImage::Format_RGB32);
+    red.fill(qRgb(255, 0, 0));
+    QImage blue(11, 8, QImage::Format_RGB32);
+    blue.fill(qRgb(0, 0, 255));
+    open(red);
+    const QImage plain = painted();
+    const QRect where = photoOnView();
+    const auto show = [&] { view.showStandIn(blue, {0, 0, 88, 64}); }; // whole squares of 8 reach beyond the photo
+    show();
+    QImage expected = plain;
+    QPainter(&expected).fillRect(where, qRgb(0, 0, 255));
+    EXPECT_EQ(firstDifference(painted(), expected), nowhere);
+    QImage halfClear(11, 8, QImage::Format_ARGB32);
+    halfClear.fill(Qt::transparent);
+    view.showStandIn(halfClear, {0, 0, 88, 64}); // over checks, not over the photo
+    EXPECT_NE(painted().pixel(where.center()), qRgb(255, 0, 0));
+    for (const QRect &part : {QRect(-50, -50, 20, 20), QRect(200, 0, 5, 5), QRect(3, 3, 0, 0)}) {
+        view.showStandIn(blue, part);
+        EXPECT_EQ(painted(), plain);
+    }
+    show();
+    photo.setZoom(150); // the photo has not changed
+    EXPECT_EQ(painted().pixel(photoOnView().center()), qRgb(0, 0, 255));
+    photo.setZoom(100);
+    ASSERT_TRUE(photo.changePhoto(red.copy()));
+    EXPECT_EQ(painted(), plain);
+    show();
+    photo.PerformUndo();
+    EXPECT_EQ(painted(), plain);
+    show();
+    open(red);
+    EXPECT_EQ(painted(), plain);
+
+    show();
+    view.setPhotoHidden(true);
+    EXPECT_NE(painted().pixel(where.center()), qRgb(0, 0, 255));
+    EXPECT_NE(painted().pixel(where.center()), qRgb(255, 0, 0));
+    EXPECT_EQ(painted().pixel(where.topLeft() - QPoint(1, 1)), painted().pixel(where.topLeft() + QPoint(15, 15)));
+    view.setPhotoHidden(false);
+    EXPECT_EQ(painted().pixel(where.center()), qRgb(0, 0, 255));
+}
+
+TEST_F(View, showsTheToolsPointerWhileNobodyPans) {
+    open(photoLike(3000, 2000));
+    const auto shape = [this] { return view.viewport()->cursor().shape(); };
+    view.setToolCursor(Qt::CrossCursor);
+    EXPECT_EQ(shape(), Qt::CrossCursor);
+    QTest::keyPress(&view, Qt::Key_Space);
+    view.setToolCursor(Qt::IBeamCursor);
+    EXPECT_EQ(shape(), Qt::OpenHandCursor);
+    QTest::keyRelease(&view, Qt::Key_Space);
+    EXPECT_EQ(shape(), Qt::IBeamCursor);
+}
+
 TEST_F(View, letsOverlaysPaintOnTop) {
     open(photoLike(100, 80), 200);
     QObject::connect(&view, &PhotoView::paintOverlay, [this](QPainter &painter) {
