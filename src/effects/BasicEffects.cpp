@@ -1,11 +1,9 @@
 #include "effects/BasicEffects.h"
 
 #include "app/settings/AppContext.h"
-#include "document/DoEvents.h"
 #include "imaging/Scale.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace lumora {
 
@@ -34,18 +32,8 @@ bool BasicEffects::apply(const QString &key) {
         return true;
     }
     m_ctx.flags.EffectChosen = true;
-    m_engine.setPicture(m_ctx.photo.picCanvas());
-    const bool done = effect->apply(m_engine, false);
-    DoEvents();
-    const QImage result = m_engine.picture();
-    m_engine.setPicture({}); // gives the buffer back: the engine keeps no second photo alive
-    const bool changed = done && m_ctx.photo.changePhoto(result);
-    if (!changed) {
-        m_ctx.photo.CreateDummyPicture();
-        m_ctx.photo.setPhotoModified(true);
-    }
-    m_ctx.flags.SelectionActive = false;
-    return changed;
+    m_ctx.flags.RDMode = false;
+    return m_flow.apply(effect->apply) != EffectOutcome::Refused;
 }
 
 QImage BasicEffects::preview(const BasicEffect &effect, int longerSide) const {

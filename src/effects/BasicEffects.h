@@ -1,7 +1,7 @@
 // The four basic effects: black and white, greyscale, sepia, invert. The main window's list FT3 calls them.
 #pragma once
 
-#include "imaging/EffectEngine.h"
+#include "effects/SelectionFlow.h"
 
 #include <QImage>
 #include <QString>
@@ -22,15 +22,17 @@ std::span<const BasicEffect> basicEffects();
 
 class BasicEffects {
   public:
-    explicit BasicEffects(AppContext &ctx) : m_ctx(ctx) {}
+    explicit BasicEffects(AppContext &ctx) : m_ctx(ctx), m_flow(ctx) {}
+
+    const SelectionFlow &flow() const { return m_flow; }
 
     void ApplyBW() { apply("keyBW"); }
     void ApplyGS() { apply("keyGS"); }
     void ApplySepia() { apply("keySepia"); }
     void ApplyInvert() { apply("keyInvert"); }
 
-    /// Applies the effect of that FT3 key to the whole photo, as one undo step. Nothing happens without a photo or for
-    /// an unknown key. Where the engine refuses (no memory) the photo keeps its pixels.
+    /// Applies the effect of that FT3 key to what is marked, or to the whole photo, as one undo step. Nothing happens
+    /// without a photo or for an unknown key. Where the engine refuses (no memory) the photo keeps its pixels.
     /// Returns false when the photo could not be changed although there is one.
     bool apply(const QString &key);
 
@@ -39,7 +41,7 @@ class BasicEffects {
 
   private:
     AppContext &m_ctx;
-    EffectEngine m_engine;
+    SelectionFlow m_flow;
 };
 
 } // namespace lumora

@@ -24,14 +24,12 @@ TEST_F(BasicEffectsTest, EachChangesTheWholePhotoAsOneUndoStep) {
     for (const BasicEffect &effect : basicEffects()) {
         SCOPED_TRACE(effect.key);
         ctx.photo.setPhotoModified(false);
-        ctx.flags.SelectionActive = true;
         EXPECT_TRUE(effects.apply(effect.key));
         EXPECT_NE(ctx.photo.picCanvas(), photo);
         EXPECT_EQ(ctx.photo.picThumb(), ctx.photo.picCanvas());
         EXPECT_EQ(ctx.photo.pic2nd().width(), 480);
         EXPECT_TRUE(ctx.photo.PhotoModified());
         EXPECT_TRUE(ctx.flags.EffectChosen);
-        EXPECT_FALSE(ctx.flags.SelectionActive) << "the selection is dropped";
         ctx.photo.PerformUndo();
         EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), photo), QPoint(-1, -1));
     }

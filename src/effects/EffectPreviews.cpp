@@ -1,0 +1,114 @@
+#include "effects/EffectPreviews.h"
+
+#include "app/settings/AppContext.h"
+#include "effects/BasicEffects.h"
+#include "effects/SpecialEffects.h"
+#include "imaging/Scale.h"
+#include "widgets/FloatingToolbar.h"
+
+namespace lumora {
+
+namespace {
+
+constexpr int longerSide = 240; // pixels of picSFX: tiles and brushes of ten pixels still show the photo
+
+/// A picture made smaller to fit a square of that many pixels.
+QImage fitted(const QImage &picture, int side) {
+    const QSize size = picture.size().scaled(side, side, Qt::KeepAspectRatio).expandedTo({1, 1});
+    return scaled(picture, size.width(), size.height());
+}
+
+/// What the effect makes of the picture, for the item of that key; the icon stays where the engine refuses. `small`:
+/// made small before the effect, for one that changes single pixels, else after it.
+void makePicture(FloatingToolbar *bar, const QString &key, const QImage &source, const EffectOperation &operation,
+                 bool small) {
+    const PictureButton *item = bar->item(key);
+    if (item == nullptr) {
+        return;
+    }
+    const int side = qRound(item->pictureSize().width() * item->devicePixelRatioF());
+    EffectEngine engine;
+    engine.setPicture(small ? fitted(source, side) : source);
+    if (operation(engine, false)) {
+        bar->setItemPicture(key, QPixmap::fromImage(fitted(engine.picture(), side)));
+    }
+}
+
+} // namespace
+
+EffectPreviews::EffectPreviews(AppContext &ctx, FloatingToolbar *FT3, FloatingToolbar *FT4, QObject *parent)
+    : QObject(parent), m_ctx(ctx), m_FT3(FT3), m_FT4(FT4) {
+    tmrLoadFX.setSingleShot(true);
+    tmrLoadFX.setInterval(delay);
+    connect(&tmrLoadFX, &QTimer::timeout, this, &EffectPreviews::SetupFoto4FX);
+    connect(&m_turn, &QTimer::timeout, this, &EffectPreviews::next);
+    connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
+        if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
+            m_jobs.clear();
+            tmrLoadFX.start();
+        }
+    });
+}
+
+void EffectPreviews::SetupFoto4FX() {
+    m_ctx.flags.EffectChosen = true;
+    CreateThumbnailSFX();
+    if (m_jobs.empty()) {
+        return; // there is no photo
+    }
+    for (const auto &maker :
+         {makers.CreateCMSFX, makers.CreateTHMRorationSFX, makers.CreateBCSSFX, makers.CreateFrameThumbnails}) {
+        if (maker) {
+            m_jobs.push_back(maker);
+        }
+    }
+}
+
+void EffectPreviews::CreateThumbnailSFX() {
+    m_jobs.clear();
+    tmrLoadFX.stop();
+    if (m_ctx.photo.picCanvas().isNull()) {
+        return;
+    }
+    m_jobs.push_back([this] {
+        // From the canvas itself: the reduced copy does not follow every change.
+        const QImage &photo = m_ctx.photo.picCanvas();
+        picSFX = fitted(photo, longerSide);
+    });
+    addSpecial();
+    addBasic();
+    m_turn.start(0);
+}
+
+void EffectPreviews::addSpecial() {
+    for (const SpecialEffect &effect : specialEffects()) {
+        m_jobs.push_back([this, &effect] {
+            const QString key = QStringLiteral("key") + QLatin1StringView(effect.text);
+            const auto operation = [&effect](EffectEngine &engine, bool region) {
+                return runEffect(effect, false, effect.basic, engine, region);
+            };
+            makePicture(m_FT4, key, picSFX, operation, effect.looksAtNeighbours);
+        });
+    }
+}
+
+void EffectPreviews::addBasic() {
+    for (const BasicEffect &effect : basicEffects()) {
+        m_jobs.push_back([this, &effect] { makePicture(m_FT3, effect.key, picSFX, effect.apply, false); });
+    }
+}
+
+void EffectPreviews::next() {
+    if (!m_jobs.empty()) {
+        const std::function<void()> job = std::move(m_jobs.front());
+        m_jobs.pop_front();
+        job();
+    }
+    if (m_jobs.empty()) {
+        m_turn.stop();
+        picSFX = {};
+        Q_EMIT done();
+    }
+}
+
+} // namespace lumora

@@ -1,0 +1,59 @@
+// The small pictures of the effects on the user's own photo in the lists FT3 and FT4, made anew after every change.
+#pragma once
+
+#include <QImage>
+#include <QObject>
+#include <QTimer>
+#include <deque>
+#include <functional>
+
+namespace lumora {
+
+struct AppContext;
+class FloatingToolbar;
+
+/// What other tools make their small pictures with. Each is called in a turn of the event loop of its own, after the
+/// effects; empty ones are passed over.
+struct PreviewMakers {
+    std::function<void()> CreateCMSFX;           ///< colour focus
+    std::function<void()> CreateTHMRorationSFX;  ///< rotation
+    std::function<void()> CreateBCSSFX;          ///< brightness, contrast, saturation
+    std::function<void()> CreateFrameThumbnails; ///< frames
+};
+
+class EffectPreviews : public QObject {
+    Q_OBJECT
+
+  public:
+    static constexpr int delay = 60; ///< milliseconds after a change: the photo is shown first
+
+    /// Sets the pictures of the items of both lists, keySFX1 to keySFX12 and those of the basic effects.
+    EffectPreviews(AppContext &ctx, FloatingToolbar *FT3, FloatingToolbar *FT4, QObject *parent = nullptr);
+
+    PreviewMakers makers;
+
+    /// Begins to make all small pictures of the photo as it is now, one a turn of the event loop. What was still to be
+    /// made of an earlier photo is dropped.
+    void SetupFoto4FX();
+    /// The twelve special effects alone.
+    void CreateThumbnailSFX();
+    bool isDone() const { return m_jobs.empty() && !tmrLoadFX.isActive(); }
+
+  Q_SIGNALS:
+    void done();
+
+  private:
+    void addBasic();
+    void addSpecial();
+    void next();
+
+    AppContext &m_ctx;
+    FloatingToolbar *m_FT3;
+    FloatingToolbar *m_FT4;
+    QImage picSFX; ///< the small copy of the photo that the effects run on
+    std::deque<std::function<void()>> m_jobs;
+    QTimer tmrLoadFX;
+    QTimer m_turn;
+};
+
+} // namespace lumora

@@ -1,0 +1,50 @@
+// panelSFX: the settings of the special effects, one box for each, with the effect shown live on the photo.
+#pragma once
+
+#include "effects/EffectBoxes.h"
+#include "effects/LivePreview.h"
+#include "effects/SpecialEffects.h"
+#include "widgets/SlidingPanel.h"
+
+#include <array>
+
+namespace lumora {
+
+class BasicEffects;
+
+class EffectsPanel : public SlidingPanel {
+    Q_OBJECT
+
+  public:
+    EffectsPanel(AppContext &ctx, SpecialEffects &effects, PhotoView &view, QWidget *window);
+
+    /// An item of FT4 was picked: "keySFX1" to "keySFX12"; other keys do nothing. Applies the effect at once, or opens
+    /// its box where advanced settings are on.
+    void pick(const QString &key);
+    const LivePreview &livePreview() const { return m_live; }
+
+  Q_SIGNALS:
+    /// The floating tool bars are to close.
+    void hideFloatingToolbars();
+    /// cmdTool2 can be used again.
+    void selectionToolWanted();
+    /// An effect was run, at once or by the Apply button.
+    void applied(lumora::EffectOutcome outcome);
+
+  protected:
+    void moveEvent(QMoveEvent *event) override;
+
+  private:
+    void showBox(int number);
+    void showPhoto();
+    void apply();
+    void close();
+    void showLive();
+
+    AppContext &m_ctx;
+    SpecialEffects &m_effects;
+    LivePreview m_live;
+    std::array<EffectBox *, 12> m_boxes{};
+};
+
+} // namespace lumora

@@ -1,0 +1,89 @@
+#include "effects/Frames.h"
+
+#include "app/settings/AppContext.h"
+#include "imaging/EffectEngine.h"
+#include "imaging/Scale.h"
+#include "widgets/FloatingToolbar.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace lumora {
+
+namespace {
+
+constexpr int iconLongerSide = 120; // pixels
+
+QString keyOf(int n) {
+    return QStringLiteral("keyFrame%1").arg(n);
+}
+
+bool isFrame(int n) {
+    return n >= 1 && n <= frameCount;
+}
+
+QImage icon(const QImage &picture) {
+    const auto following = [](int side, int other) {
+        return std::max(1, static_cast<int>(std::lround(static_cast<double>(side) * iconLongerSide / other)));
+    };
+    const int width = picture.width();
+    const int height = picture.height();
+    return height <= width ? scaled(picture, iconLongerSide, following(height, width))
+                           : scaled(picture, following(width, height), iconLongerSide);
+}
+
+} // namespace
+
+Frames::Frames(AppContext &ctx, FloatingToolbar *FT5, QObject *parent) : QObject(parent), m_ctx(ctx), m_FT5(FT5) {}
+
+bool Frames::pick(const QString &key) {
+    m_ctx.flags.RDMode = false;
+    for (int n = 1; n <= frameCount; ++n) {
+        if (key == keyOf(n)) {
+            return fFramePicture(n);
+        }
+    }
+    return false;
+}
+
+QImage Frames::inFrame(int n, const QImage &photo) {
+    EffectEngine PixTwix1;
+    PixTwix1.setPicture(photo);
+    PixTwix1.setOverlay(m_artwork.picture(n, photo.size()));
+    return PixTwix1.frameOverlay(false) ? PixTwix1.picture() : QImage();
+}
+
+bool Frames::fFramePicture(int n) {
+    if (!isFrame(n) || m_ctx.photo.picCanvas().isNull()) {
+        return true;
+    }
+    m_ctx.flags.EffectChosen = true;
+    Q_EMIT hideFloatingToolbars();
+    QImage picFrame1;
+    m_ctx.longWork.run([&] { picFrame1 = inFrame(n, m_ctx.photo.picThumb()); });
+    const bool changed = m_ctx.photo.changePhoto(picFrame1);
+    m_ctx.photo.ResizePicCanvas();
+    m_ctx.photo.setPhotoModified(true);
+    return changed;
+}
+
+QImage Frames::fFrameThumbnail(int n) {
+    const QImage photo = m_ctx.photo.pic2nd();
+    if (!isFrame(n) || photo.isNull()) {
+        return {};
+    }
+    m_ctx.flags.EffectChosen = true;
+    Q_EMIT hideFloatingToolbars();
+    const QImage picFrame1 = inFrame(n, photo);
+    const QImage shown = icon(picFrame1.isNull() ? photo : picFrame1);
+    m_FT5->setItemPicture(keyOf(n), QPixmap::fromImage(shown));
+    return shown;
+}
+
+void Frames::CreateFrameThumbnails() {
+    for (int n = 1; n <= frameCount; ++n) {
+        fFrameThumbnail(n);
+    }
+}
+
+} // namespace lumora

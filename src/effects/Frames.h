@@ -1,0 +1,50 @@
+// The eight frames of the list FT5: around the photo, and around the small copies of it that the list shows. The main
+// window hands the list's clicks here.
+#pragma once
+
+#include "effects/FrameArtwork.h"
+
+#include <QImage>
+#include <QObject>
+#include <QString>
+
+namespace lumora {
+
+struct AppContext;
+class FloatingToolbar;
+
+class Frames : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Sets the pictures of the items keyFrame1 to keyFrame8 of FT5.
+    Frames(AppContext &ctx, FloatingToolbar *FT5, QObject *parent = nullptr);
+
+    /// An item of FT5 was picked: switches red-eye removal off and frames the photo. False for an unknown key and where
+    /// fFramePicture says so.
+    bool pick(const QString &key);
+
+    /// Puts frame n (1 to 8) around the whole photo as one undo step; the photo keeps its size, the selection stays.
+    /// Nothing happens without a photo or for other numbers. False when memory was refused: the photo then keeps its
+    /// pixels.
+    bool fFramePicture(int n);
+
+    /// The icon of frame n (1 to 8): the reduced photo in that frame, unframed when memory is refused, with a longer
+    /// side of 120 pixels. Shows it in FT5 and answers it; null without a photo and for other numbers.
+    QImage fFrameThumbnail(int n);
+    /// All eight icons.
+    void CreateFrameThumbnails();
+
+  Q_SIGNALS:
+    /// The floating tool bars are to close.
+    void hideFloatingToolbars();
+
+  private:
+    QImage inFrame(int n, const QImage &photo);
+
+    AppContext &m_ctx;
+    FloatingToolbar *m_FT5;
+    FrameArtwork m_artwork; ///< PF1 to PF8
+};
+
+} // namespace lumora

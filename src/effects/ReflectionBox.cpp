@@ -1,0 +1,51 @@
+#include "effects/ReflectionBox.h"
+
+#include "widgets/PictureButton.h"
+
+#include <QButtonGroup>
+#include <QHBoxLayout>
+
+namespace lumora {
+
+namespace {
+
+constexpr int number = 12;
+constexpr int styles = 4;
+constexpr int sentenceWidth = 120;
+constexpr QSize stylePicture(96, 72);
+
+} // namespace
+
+ReflectionBox::ReflectionBox(QWidget *parent) : EffectBox(number, parent), m_styles(new QButtonGroup(this)) {
+    addSentence("lblReflection", sentenceWidth);
+    row()->setSpacing(12);
+    for (int style = 1; style <= styles; ++style) {
+        auto *button = new PictureButton("tool10", PictureButton::CaptionPlace::None, this);
+        button->setObjectName(QStringLiteral("optReflection%1").arg(style));
+        button->setPictureSize(stylePicture);
+        button->setCheckable(true);
+        m_styles->addButton(button, style);
+        row()->addWidget(button);
+    }
+    row()->addStretch(1);
+    connect(m_styles, &QButtonGroup::idClicked, this, [this](int style) { Q_EMIT valueChanged(0, style); });
+    setValues(specialEffect(number)->advanced);
+}
+
+void ReflectionBox::setValues(const EffectValues &values) {
+    if (QAbstractButton *button = m_styles->button(values[0])) {
+        button->setChecked(true);
+    }
+}
+
+void ReflectionBox::setPhoto(const QImage &photo) {
+    for (int style = 1; style <= styles; ++style) {
+        EffectEngine engine;
+        engine.setPicture(photo);
+        const bool done = engine.reflection(style);
+        static_cast<PictureButton *>(m_styles->button(style))
+            ->setPicture(done ? QPixmap::fromImage(engine.picture()) : QPixmap());
+    }
+}
+
+} // namespace lumora

@@ -1,0 +1,151 @@
+#include "effects/SelectionFlow.h"
+
+#include "app/settings/AppContext.h"
+#include "document/DoEvents.h"
+#include "imaging/Picture.h"
+#include "imaging/transforms/Canvas.h"
+
+#include <QtNumeric>
+#include <cstring>
+#include <new>
+
+namespace lumora {
+
+namespace {
+
+constexpr int rectangleKind = 1;
+constexpr int ellipseKind = 2;
+constexpr int lassoKind = 3;
+constexpr int fullStrength = 100; // per cent of a paste
+
+/// A picture with pixels of its own, on a kept buffer: copying into one takes a sixth of what a fresh one takes.
+QImage copied(const QImage &picture) {
+    QImage copy = newPicture(picture.width(), picture.height(), picture.format() == QImage::Format_RGB32);
+    const PixelView to = writeView(copy);
+    const ConstPixelView from = readView(picture);
+    for (int y = 0; y < to.height; ++y) {
+        std::memcpy(to.row(y), from.row(y), size_t(to.width) * 4);
+    }
+    return copy;
+}
+
+} // namespace
+
+EffectOutcome SelectionFlow::apply(const EffectOperation &operation, const EffectOperation &throughLasso) {
+    if (m_ctx.photo.picCanvas().isNull()) {
+        return EffectOutcome::Nothing;
+    }
+    if (!m_ctx.flags.SelectionActive) {
+        return applyToWholePhoto(operation, true);
+    }
+    const EffectOutcome outcome = applyToMarked(operation, throughLasso ? throughLasso : operation);
+    if (outcome != EffectOutcome::NoRegion) {
+        hideSelection();
+        m_ctx.flags.SelectionActive = false;
+    }
+    return outcome;
+}
+
+EffectOutcome SelectionFlow::applyToMarked(const EffectOperation &operation, const EffectOperation &throughLasso) {
+    const int kind = m_ctx.flags.SelectionKind;
+    if (kind < rectangleKind || kind > lassoKind) {
+        return EffectOutcome::Nothing;
+    }
+    SelectionBounds bounds;
+    if (!readBounds(bounds) || !marksPixels()) {
+        Q_EMIT tipWanted();
+        return EffectOutcome::NoRegion;
+    }
+    if (kind == lassoKind) {
+        return applyThroughLasso(throughLasso);
+    }
+    m_engine.setPicture(m_ctx.photo.picCanvas());
+    m_engine.clearRegion();
+    const auto setRegion = kind == rectangleKind ? &EffectEngine::setRectangularRegion //
+                                                 : &EffectEngine::setEllipticalRegion;
+    (m_engine.*setRegion)(bounds.SelLeft, bounds.SelTop, bounds.SelRight, bounds.SelBottom);
+    return take(compute(operation, true) ? m_engine.picture() : QImage(), true);
+}
+
+EffectOutcome SelectionFlow::applyThroughLasso(const EffectOperation &operation) {
+    if (m_ctx.photo.picCanvas().isNull() || !marksPixels()) {
+        return EffectOutcome::Nothing;
+    }
+    m_engine.setPicture(m_ctx.photo.picCanvas());
+    // Nothing but what lies in the box around the lasso will be pasted, so nothing else is computed.
+    SelectionBounds bounds;
+    readBounds(bounds);
+    m_engine.setRectangularRegion(bounds.SelLeft, bounds.SelTop, bounds.SelRight, bounds.SelBottom);
+    const bool done = compute(operation, true);
+    const EffectOutcome outcome = take(done ? pastedThroughLasso(m_engine.picture()) : QImage(), true);
+    PhotoSelection selection = m_ctx.photo.selection();
+    selection.setDrawn(0);
+    m_ctx.photo.setSelection(selection);
+    return outcome;
+}
+
+EffectOutcome SelectionFlow::applyToWholePhoto(const EffectOperation &operation, bool dummyPicture) {
+    if (m_ctx.photo.picCanvas().isNull()) {
+        return EffectOutcome::Nothing;
+    }
+    m_engine.setPicture(m_ctx.photo.picCanvas());
+    m_engine.clearRegion();
+    return take(compute(operation, false) ? m_engine.picture() : QImage(), dummyPicture);
+}
+
+void SelectionFlow::hideSelection() {
+    PhotoSelection selection = m_ctx.photo.selection();
+    selection.hide();
+    m_ctx.photo.setSelection(selection);
+}
+
+/// False where the sums do not fit their integers: such a box lies outside every photo.
+bool SelectionFlow::readBounds(SelectionBounds &bounds) const {
+    const QRect &box = m_ctx.photo.selection().box();
+    bounds.SelLeft = box.x();
+    bounds.SelTop = box.y();
+    return !qAddOverflow(box.x(), box.width(), &bounds.SelRight) &&
+           !qAddOverflow(box.y(), box.height(), &bounds.SelBottom);
+}
+
+bool SelectionFlow::marksPixels() const {
+    const PhotoSelection &selection = m_ctx.photo.selection();
+    SelectionBounds bounds;
+    const bool shaped = m_ctx.flags.SelectionKind != lassoKind || selection.shape() == PhotoSelection::Shape::Lasso;
+    return shaped && readBounds(bounds) && !selection.region(m_ctx.photo.picCanvas().size()).isEmpty();
+}
+
+bool SelectionFlow::compute(const EffectOperation &operation, bool limitToRegion) {
+    bool done = false;
+    m_ctx.longWork.run([&] {
+        try {
+            done = operation(m_engine, limitToRegion);
+        } catch (const std::bad_alloc &) {
+            done = false;
+        }
+    });
+    DoEvents();
+    return done;
+}
+
+QImage SelectionFlow::pastedThroughLasso(const QImage &changed) const {
+    const QImage &photo = m_ctx.photo.picCanvas();
+    QImage next = copied(photo);
+    const Region &region = m_ctx.photo.selection().region(photo.size());
+    return pasteThrough(next, changed, region, 0, 0, fullStrength) ? next : QImage();
+}
+
+/// A null picture says that the engine refused: the photo stays, what is said about it follows nevertheless.
+EffectOutcome SelectionFlow::take(const QImage &next, bool dummyPicture) {
+    m_engine.setPicture({}); // gives the buffer back: the engine keeps no second photo alive
+    if (!next.isNull() && m_ctx.photo.changePhoto(next, {.dummyPicture = dummyPicture})) {
+        return EffectOutcome::Done;
+    }
+    if (dummyPicture) {
+        m_ctx.photo.CreateDummyPicture();
+    }
+    m_ctx.photo.setPhotoModified(true);
+    return EffectOutcome::Refused;
+}
+
+} // namespace lumora

@@ -1,0 +1,63 @@
+// How an operation of the engine changes the photo: what is marked of it, or the whole. Effects and the adjustments of
+// colour call this and know nothing of regions, undo points or copies of the photo.
+#pragma once
+
+#include "imaging/EffectEngine.h"
+
+#include <QObject>
+#include <functional>
+
+namespace lumora {
+
+struct AppContext;
+
+/// One run of the engine, which holds the photo; false where the engine refuses.
+using EffectOperation = std::function<bool(EffectEngine &engine, bool limitToRegion)>;
+
+enum class EffectOutcome {
+    Done,     ///< the photo has changed, as one undo step
+    Nothing,  ///< there was nothing to do: no photo, an unknown effect, a value that ends it
+    NoRegion, ///< a selection tool is current but marks nothing of the photo; nothing changed
+    Refused,  ///< the engine or the memory refused; the photo keeps its pixels
+};
+
+class SelectionFlow : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit SelectionFlow(AppContext &ctx, QObject *parent = nullptr) : QObject(parent), m_ctx(ctx) {}
+
+    /// Changes what the rectangle, the ellipse or the lasso marks, and the whole photo while no selection tool is
+    /// current; then drops the selection. `throughLasso` is the operation for a lasso where it differs. When the tool
+    /// marks nothing of the photo the tip is wanted, and photo and selection stay.
+    EffectOutcome apply(const EffectOperation &operation, const EffectOperation &throughLasso = {});
+    /// The lasso's share of it: pastes the changed photo through the outline. Leaves SelectionActive as it is.
+    EffectOutcome applyThroughLasso(const EffectOperation &operation);
+    /// Changes the whole photo whatever is marked. `dummyPicture`: whether the reduced copies follow.
+    EffectOutcome applyToWholePhoto(const EffectOperation &operation, bool dummyPicture);
+
+    /// Drawn value 0, the rectangle 0, 0, 0, 0, not visible.
+    void hideSelection();
+
+  Q_SIGNALS:
+    /// The tip that a selection has to be made first: picTip.
+    void tipWanted();
+
+  private:
+    /// The marked box as the engine takes it: picture pixels, right and bottom outside.
+    struct SelectionBounds {
+        int SelLeft = 0, SelTop = 0, SelRight = 0, SelBottom = 0;
+    };
+
+    EffectOutcome applyToMarked(const EffectOperation &operation, const EffectOperation &throughLasso);
+    bool readBounds(SelectionBounds &bounds) const;
+    bool marksPixels() const;
+    bool compute(const EffectOperation &operation, bool limitToRegion);
+    QImage pastedThroughLasso(const QImage &changed) const;
+    EffectOutcome take(const QImage &next, bool dummyPicture);
+
+    AppContext &m_ctx;
+    EffectEngine m_engine;
+};
+
+} // namespace lumora

@@ -1,0 +1,373 @@
+#include "effects/SpecialEffects.h"
+
+#include "app/settings/AppContext.h"
+#include "effects/BasicEffects.h"
+#include "effects/ColourAdjustments.h"
+#include "imaging/Picture.h"
+#include "support/TestPictures.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <climits>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <new>
+
+#if defined(__SANITIZE_ADDRESS__)
+#define LUMORA_SANITIZED
+#endif
+#ifndef LUMORA_SANITIZED
+#include <sys/resource.h>
+#include <unistd.h>
+#endif
+
+namespace lumora {
+namespace {
+
+constexpr QPoint nowhere(-1, -1);
+
+/// Marks a part of a photo of 200 x 180 pixels as the selection tool of that kind does.
+PhotoSelection marked(int kind) {
+    PhotoSelection selection;
+    switch (kind) {
+    case 1:
+        selection.markRectangle({10, 8, 40, 30});
+        break;
+    case 2:
+        selection.markEllipse({10, 8, 40, 30});
+        break;
+    default:
+        selection.markLasso({{10, 8}, {60, 20}, {30, 25}, {50, 60}, {12, 50}});
+    }
+    return selection;
+}
+
+class SpecialEffectsTest : public testing::Test {
+  protected:
+    SpecialEffectsTest() { open(photo); }
+
+    void open(const QImage &picture) {
+        ctx.photo.openPicture({.picture = picture, .reason = {}}, PhotoDocument::OpenRoute::LoadPhoto);
+    }
+    void select(int kind, const PhotoSelection &selection) {
+        ctx.flags.SelectionActive = true;
+        ctx.flags.SelectionKind = kind;
+        ctx.photo.setSelection(selection);
+    }
+    EffectOutcome run(int n, bool advanced) {
+        return advanced ? effects.ApplyAdvancedSFX(n) : effects.ApplyBasicSFX(n);
+    }
+    void undoAndCompare() {
+        ctx.photo.PerformUndo();
+        EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), photo), nowhere);
+        EXPECT_EQ(ctx.photo.history().undoSteps(), 0) << "one step for one effect";
+    }
+
+    QTemporaryDir folder;
+    AppContext ctx{Installation{folder.path()}};
+    SpecialEffects effects{ctx};
+    BasicEffects basic{ctx};
+    SelectionFlow flow{ctx};
+    const QImage photo = test::photoLike(200, 180);
+};
+
+/// Every change of the common flow that the program can make: what it runs and what the engine makes of a whole photo.
+struct Change {
+    std::string name;
+    std::function<EffectOutcome(SpecialEffects &, BasicEffects &, SelectionFlow &)> run;
+    EffectOperation onMarked;
+    EffectOperation throughLasso;
+};
+
+std::vector<Change> commonChanges() {
+    std::vector<Change> changes;
+    for (const SpecialEffect &effect : specialEffects()) {
+        for (const bool advanced : {false, true}) {
+            const EffectValues values = advanced ? effect.advanced : effect.basic;
+            const auto with = [&effect, values](bool settings) -> EffectOperation {
+                return [&effect, values, settings](EffectEngine &engine, bool region) {
+                    return runEffect(effect, settings, values, engine, region);
+                };
+            };
+            if (!effect.wholePhoto) {
+                changes.push_back(
+                    {effect.text + std::string(advanced ? " advanced" : " basic"),
+                     [n = effect.number, advanced](SpecialEffects &special, BasicEffects &, SelectionFlow &) {
+                         return advanced ? special.ApplyAdvancedSFX(n) : special.ApplyBasicSFX(n);
+                     },
+                     with(advanced), with(false)});
+            }
+        }
+    }
+    for (const BasicEffect &effect : basicEffects()) {
+        changes.push_back({effect.key,
+                           [key = effect.key](SpecialEffects &, BasicEffects &four, SelectionFlow &) {
+                               return four.apply(key) ? EffectOutcome::Done : EffectOutcome::Refused;
+                           },
+                           effect.apply, effect.apply});
+    }
+    for (const ColourAdjustment &adjustment : colourAdjustments()) {
+        const auto by = [apply = adjustment.apply](int amount) -> EffectOperation {
+            return [=](EffectEngine &engine, bool region) { return (engine.*apply)(region, amount); };
+        };
+        changes.push_back({adjustment.key,
+                           [by](SpecialEffects &, BasicEffects &, SelectionFlow &tool) {
+                               return tool.apply(by(-30), by(simpleLassoAmount));
+                           },
+                           by(-30), by(simpleLassoAmount)});
+    }
+    return changes;
+}
+
+TEST_F(SpecialEffectsTest, WithoutASelectionTheWholePhotoChangesAsOneUndoStep) {
+    for (const bool advanced : {false, true}) {
+        for (int n = 1; n <= 12; ++n) {
+            SCOPED_TRACE(testing::Message() << n << (advanced ? " advanced" : " basic"));
+            ctx.photo.setPhotoModified(false);
+            ASSERT_EQ(run(n, advanced), EffectOutcome::Done);
+            EXPECT_NE(ctx.photo.picCanvas(), photo);
+            EXPECT_EQ(ctx.photo.picThumb(), ctx.photo.picCanvas());
+            EXPECT_TRUE(ctx.photo.PhotoModified());
+            undoAndCompare();
+        }
+    }
+}
+
+TEST_F(SpecialEffectsTest, OnlyWhatIsMarkedChangesAndTheSelectionIsDropped) {
+    for (const Change &change : commonChanges()) {
+        for (int kind = 1; kind <= 3; ++kind) {
+            SCOPED_TRACE(change.name + " in a selection of kind " + std::to_string(kind));
+            EffectEngine engine;
+            engine.setPicture(photo);
+            ASSERT_TRUE((kind == 3 ? change.throughLasso : change.onMarked)(engine, false));
+            QImage expected = photo.copy();
+            const Region region = marked(kind).region(photo.size());
+            for (int y = 0; y < photo.height(); ++y) {
+                for (int x = 0; x < photo.width(); ++x) {
+                    if (region.contains(x, y)) {
+                        expected.setPixel(x, y, engine.picture().pixel(x, y));
+                    }
+                }
+            }
+            select(kind, marked(kind));
+            EXPECT_EQ(change.run(effects, basic, flow), EffectOutcome::Done);
+            EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), expected), nowhere);
+            EXPECT_FALSE(ctx.flags.SelectionActive);
+            EXPECT_TRUE(ctx.photo.selection().isEmpty());
+            EXPECT_FALSE(ctx.photo.selection().isShown());
+            undoAndCompare();
+        }
+    }
+}
+
+TEST_F(SpecialEffectsTest, EffectsOfTheWholePhotoOnlyHideTheSelection) {
+    const struct {
+        int n;
+        bool advanced;
+        bool boxStays;
+        bool copiesFollow;
+    } cases[] = {{8, false, true, false},  {8, true, false, true},    {11, false, false, false},
+                 {11, true, false, false}, {12, false, false, false}, {12, true, false, false}};
+    for (const auto &[n, advanced, boxStays, copiesFollow] : cases) {
+        SCOPED_TRACE(testing::Message() << n << (advanced ? " advanced" : " basic"));
+        select(2, marked(2));
+        const QImage before = ctx.photo.pic2nd();
+        EXPECT_EQ(run(n, advanced), EffectOutcome::Done);
+        const QRect beside(60, 0, 140, 180); // of the selection
+        EXPECT_NE(ctx.photo.picCanvas().copy(beside), photo.copy(beside));
+        EXPECT_TRUE(ctx.flags.SelectionActive);
+        EXPECT_FALSE(ctx.photo.selection().isShown());
+        EXPECT_EQ(!ctx.photo.selection().isEmpty(), boxStays);
+        EXPECT_EQ(ctx.photo.pic2nd() != before, copiesFollow);
+        EXPECT_EQ(ctx.flags.SFXPanelOpening, advanced);
+        ctx.flags.SFXPanelOpening = false;
+        undoAndCompare();
+    }
+}
+
+TEST_F(SpecialEffectsTest, ASelectionWithoutPixelsOfThePhotoAsksForOne) {
+    const auto of = [](auto mark) {
+        PhotoSelection selection;
+        mark(selection);
+        return selection;
+    };
+    const std::pair<int, PhotoSelection> cases[] = {
+        {1, {}},
+        {2, {}},
+        {3, {}},
+        {1, of([](PhotoSelection &s) {
+             s.markRectangle({200, 10, 20, 20});
+         })},
+        {1, of([](PhotoSelection &s) {
+             s.markRectangle({-50, -50, 50, 50});
+         })},
+        {1, of([](PhotoSelection &s) {
+             s.markRectangle({INT_MAX - 5, 10, 5, 20});
+         })},
+        {2, of([](PhotoSelection &s) {
+             s.markEllipse({195, 175, 400, 400});
+         })}, // only a corner of its box
+        {3, of([](PhotoSelection &s) {
+             s.markLasso({{200, 10}, {220, 10}, {210, 40}});
+         })},
+        {3, of([](PhotoSelection &s) {
+             s.markLasso({{10, 10}, {40, 40}});
+         })},
+        {3, marked(1)}, // the tool was changed since
+    };
+    QSignalSpy tip(&effects.flow(), &SelectionFlow::tipWanted);
+    const qint64 key = ctx.photo.picCanvas().cacheKey();
+    for (const auto &[kind, selection] : cases) {
+        for (const int n : {1, 6}) {
+            SCOPED_TRACE(testing::Message() << kind << " " << selection.box().x() << " effect " << n);
+            select(kind, selection);
+            tip.clear();
+            EXPECT_EQ(run(n, n == 6), EffectOutcome::NoRegion);
+            EXPECT_EQ(tip.count(), 1);
+            EXPECT_EQ(ctx.photo.picCanvas().cacheKey(), key);
+            EXPECT_EQ(ctx.photo.selection().box(), selection.box());
+        }
+    }
+    EXPECT_TRUE(ctx.flags.SelectionActive);
+    EXPECT_FALSE(ctx.photo.PhotoModified());
+    EXPECT_EQ(ctx.photo.history().undoSteps(), 0);
+}
+
+TEST_F(SpecialEffectsTest, WhatCannotRunChangesNothing) {
+    const qint64 key = ctx.photo.picCanvas().cacheKey();
+    for (const int n : {-1, 0, 13}) {
+        EXPECT_EQ(run(n, false), EffectOutcome::Nothing) << n;
+        EXPECT_EQ(run(n, true), EffectOutcome::Nothing) << n;
+    }
+    for (const int index : {0, 1}) { // no tiles across, none down
+        select(1, marked(1));
+        effects.restoreAdvancedValues();
+        effects.setAdvancedValue(8, index, 0);
+        EXPECT_EQ(run(8, true), EffectOutcome::Nothing);
+        EXPECT_FALSE(ctx.photo.selection().isShown()) << "hidden before it ended";
+    }
+    select(7, marked(1)); // a kind that no tool has
+    EXPECT_EQ(run(1, false), EffectOutcome::Nothing);
+    EXPECT_FALSE(ctx.flags.SelectionActive);
+    EXPECT_EQ(ctx.photo.picCanvas().cacheKey(), key);
+    EXPECT_FALSE(ctx.photo.PhotoModified());
+    EXPECT_EQ(ctx.photo.history().undoSteps(), 0);
+
+    AppContext empty{Installation{folder.path()}};
+    SpecialEffects without(empty);
+    for (int n = 1; n <= 12; ++n) {
+        EXPECT_EQ(without.ApplyBasicSFX(n), EffectOutcome::Nothing) << "no photo";
+        EXPECT_EQ(without.ApplyAdvancedSFX(n), EffectOutcome::Nothing) << "no photo";
+    }
+}
+
+TEST_F(SpecialEffectsTest, ARefusingEngineCostsNeitherPhotoNorHistory) {
+    const EffectOperation refusals[] = {
+        [](EffectEngine &, bool) { return false; },
+        [](EffectEngine &, bool) -> bool { throw std::bad_alloc(); },
+    };
+    const qint64 key = ctx.photo.picCanvas().cacheKey();
+    for (const EffectOperation &refusal : refusals) {
+        for (int kind = 0; kind <= 3; ++kind) {
+            SCOPED_TRACE(kind);
+            select(kind, marked(kind));
+            ctx.flags.SelectionActive = kind > 0;
+            ctx.photo.setPhotoModified(false);
+            EXPECT_EQ(flow.apply(refusal), EffectOutcome::Refused);
+            EXPECT_EQ(ctx.photo.picCanvas().cacheKey(), key);
+            EXPECT_EQ(ctx.photo.history().undoSteps(), 0);
+            EXPECT_TRUE(ctx.photo.PhotoModified());
+            EXPECT_FALSE(ctx.flags.SelectionActive);
+        }
+    }
+    EXPECT_EQ(run(1, false), EffectOutcome::Done) << "the next click works";
+}
+
+#ifndef LUMORA_SANITIZED
+/// In a process of its own: 0 when effects without memory left photo and history alone and worked again afterwards.
+int effectsWithoutMemory() {
+    QTemporaryDir folder;
+    AppContext ctx{Installation{folder.path()}};
+    SpecialEffects effects{ctx};
+    ctx.photo.openPicture({.picture = test::photoLike(3000, 2000), .reason = {}}, PhotoDocument::OpenRoute::LoadPhoto);
+    PhotoSelection lasso;
+    lasso.markLasso({{100, 100}, {2900, 300}, {1500, 1900}});
+    releaseKeptBuffers();
+    long pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    rlimit limit{};
+    ::getrlimit(RLIMIT_AS, &limit);
+    const rlimit tight{static_cast<rlim_t>(pages * ::sysconf(_SC_PAGESIZE) + (4 << 20)), limit.rlim_max};
+    ::setrlimit(RLIMIT_AS, &tight);
+    const qint64 key = ctx.photo.picCanvas().cacheKey();
+    bool asBefore = true;
+    for (const bool active : {false, true}) {
+        for (int n = 1; n <= 12; ++n) {
+            ctx.photo.setSelection(lasso);
+            ctx.flags.SelectionKind = 3;
+            ctx.flags.SelectionActive = active;
+            asBefore = asBefore && effects.ApplyBasicSFX(n) == EffectOutcome::Refused &&
+                       ctx.photo.picCanvas().cacheKey() == key && ctx.photo.history().undoSteps() == 0;
+        }
+    }
+    ::setrlimit(RLIMIT_AS, &limit);
+    ctx.flags.SelectionActive = false;
+    return asBefore && effects.ApplyBasicSFX(1) == EffectOutcome::Done ? 0 : 1;
+}
+
+TEST(SpecialEffectsDeathTest, WithoutMemoryNothingIsLost) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(::_exit(effectsWithoutMemory()), testing::ExitedWithCode(0), "");
+}
+#endif
+
+TEST_F(SpecialEffectsTest, TilesAreCountedNotMeasured) {
+    const struct {
+        bool advanced;
+        int across, down;  // of the settings box
+        int width, height; // pixels of a tile of this photo of 200 x 180
+    } cases[] = {{false, 3, 3, 40, 36}, {true, 4, 2, 50, 90}, {true, 7, 11, 28, 16}};
+    for (const auto &[advanced, across, down, width, height] : cases) {
+        effects.setAdvancedValue(8, 0, across);
+        effects.setAdvancedValue(8, 1, down);
+        EffectEngine engine;
+        engine.setPicture(photo);
+        ASSERT_TRUE(engine.tile(width, height));
+        EXPECT_EQ(run(8, advanced), EffectOutcome::Done);
+        EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), engine.picture()), nowhere) << across;
+        ctx.photo.PerformUndo();
+    }
+}
+
+TEST_F(SpecialEffectsTest, SomeGiveTheSelectionToolBack) {
+    for (int n = 1; n <= 12; ++n) {
+        for (const bool advanced : {false, true}) {
+            QSignalSpy wanted(&effects, &SpecialEffects::selectionToolWanted);
+            run(n, advanced);
+            EXPECT_EQ(wanted.count(), n == 6 || n == 10 ? 1 : 0) << n;
+        }
+    }
+}
+
+TEST(EffectValuesAtScale, LengthsFollowTheReducedPhotoCountsAndLevelsDoNot) {
+    const struct {
+        int n;
+        EffectValues values;
+        EffectValues atEighth;
+    } cases[] = {
+        {1, {127, 80, 255}, {127, 80, 255}},
+        {4, {16, 41}, {2, 5}},
+        {5, {6}, {1}},
+        {6, {100}, {13}},
+        {7, {50}, {50}},
+        {8, {10, 4}, {10, 4}},
+        {11, {-30, 255, 0, 9}, {-30, 255, 0, 9}},
+    };
+    for (const auto &[n, values, atEighth] : cases) {
+        EXPECT_EQ(valuesAtScale(*specialEffect(n), values, 8), atEighth) << n;
+        EXPECT_EQ(valuesAtScale(*specialEffect(n), values, 1), values) << n;
+    }
+}
+
+} // namespace
+} // namespace lumora
