@@ -7,6 +7,7 @@
 #include "app/PhotoCommands.h"
 #include "app/PlainWords.h"
 #include "app/ToolColumn.h"
+#include "app/ToolSet.h"
 #include "app/frmWelcome.h"
 #include "app/settings/AppContext.h"
 #include "app/settings/LoadSettings.h"
@@ -15,6 +16,8 @@
 #include "widgets/CommandBar.h"
 #include "widgets/FloatingToolbar.h"
 #include "widgets/PictureButton.h"
+#include "widgets/ProgressPanel.h"
+#include "widgets/SlidingPanel.h"
 #include "widgets/StatusLine.h"
 #include "widgets/Theme.h"
 
@@ -35,7 +38,6 @@ namespace {
 
 constexpr int welcomeDelay = 700; // milliseconds until the bubble: long enough to see the window first
 constexpr int zoomSteps[] = {25, 50, 75, 100, 150, 200, 300, 400}; // percent
-constexpr int previewSize = 120;                                   // pixels
 constexpr int tableMargin = 24;                                    // pixels of table left round a fitted photo
 constexpr int statusHeight = 28;
 
@@ -62,8 +64,7 @@ QString droppedFile(const QMimeData &data) {
 
 } // namespace
 
-frmMain::frmMain(AppContext &ctx, QWidget *parent)
-    : QWidget(parent, Qt::Window | Qt::FramelessWindowHint), m_ctx(ctx), m_basicEffects(ctx) {
+frmMain::frmMain(AppContext &ctx, QWidget *parent) : QWidget(parent, Qt::Window | Qt::FramelessWindowHint), m_ctx(ctx) {
     setObjectName("frmMain");
     setAcceptDrops(true);
     build();
@@ -75,26 +76,37 @@ frmMain::frmMain(AppContext &ctx, QWidget *parent)
     qApp->installEventFilter(this);
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain() {
+    delete m_toolSet; // before the view that its tools are on
+}
 
 void frmMain::build() {
     m_commands = new CommandRow(this);
     m_tools = new ToolColumn(this);
-    m_view = new PhotoView(m_ctx.photo, this);
+    m_photoRoom = new QWidget(this);
+    m_view = new PhotoView(m_ctx.photo, m_photoRoom);
+    m_panelRoom = new QWidget(m_photoRoom);
     m_emptyTable = new EmptyTable(this);
     m_bar = new MainBar(this); // last for the keyboard, which walks in the order of making
     m_status = new StatusLine("SBar", this);
     m_photo = new PhotoCommands(m_ctx, this);
     m_devices = new DeviceLists(m_ctx, {}, this);
     m_bars = new FloatingBarSet(this);
+    m_toolSet = new ToolSet(m_ctx, *m_view, *m_tools, *m_bars, this);
+    m_progress = new ProgressPanel(this);
     tmrWelcome = new QTimer(this);
     tmrWelcome->setSingleShot(true);
     tmrWelcome->setInterval(welcomeDelay);
 
+    auto *photoRows = new QVBoxLayout(m_photoRoom);
+    photoRows->setContentsMargins(0, 0, 0, 0);
+    photoRows->setSpacing(0);
+    photoRows->addWidget(m_view, 1);
+    photoRows->addWidget(m_panelRoom);
     auto *middle = new QHBoxLayout;
     middle->setSpacing(0);
     middle->addWidget(m_tools);
-    middle->addWidget(m_view, 1);
+    middle->addWidget(m_photoRoom, 1);
     middle->addWidget(m_emptyTable, 1);
     auto *rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
@@ -106,7 +118,9 @@ void frmMain::build() {
     m_status->setFixedHeight(statusHeight);
     m_emptyTable->setFocus();
     m_tools->hide();
-    m_view->hide();
+    m_photoRoom->hide();
+    m_panelRoom->hide();
+    m_photoRoom->installEventFilter(this);
 }
 
 void frmMain::connectCommands() {
@@ -131,8 +145,12 @@ void frmMain::connectCommands() {
         ResetTools();
     });
 
-    connect(m_tools, &ToolColumn::pressed, this, &frmMain::pressTool);
-    connect(m_bars, &FloatingBarSet::itemClicked, this, &frmMain::runBarItem);
+    const auto problem = [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Problem); };
+    connect(m_toolSet, &ToolSet::message, this, problem);
+    connect(m_toolSet, &ToolSet::buttonsToRefresh, this, &frmMain::chkPSButtons);
+    connect(m_toolSet, &ToolSet::panelChanged, this, &frmMain::makeRoomForPanel);
+    connect(&m_ctx.longWork, &LongWork::began, m_progress, &ProgressPanel::begin);
+    connect(&m_ctx.longWork, &LongWork::ended, m_progress, &ProgressPanel::end);
 
     connect(m_photo, &PhotoCommands::firstToolWanted, this, &frmMain::ResetTools);
     connect(m_photo, &PhotoCommands::toolsEnabled, m_tools, &ToolColumn::EnableToolbars);
@@ -141,8 +159,7 @@ void frmMain::connectCommands() {
     connect(m_photo, &PhotoCommands::buttonsToRefresh, this, &frmMain::chkPSButtons);
     connect(m_photo, &PhotoCommands::done, this,
             [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Good); });
-    connect(m_photo, &PhotoCommands::failed, this,
-            [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Problem); });
+    connect(m_photo, &PhotoCommands::failed, this, problem);
     connect(m_photo, &PhotoCommands::leave, this, &frmMain::leave);
 
     connect(&m_ctx.photo, &PhotoDocument::changed, this, &frmMain::photoChanged);
@@ -165,7 +182,7 @@ void frmMain::makeShortcuts() {
     press("Ctrl+S", [this] { m_commands->cmdSave()->click(); });
     press("Ctrl+P", [this] { m_commands->cmdPrint()->click(); });
     press("Ctrl+0", [this] { fitPhoto(); });
-    press("Esc", [this] { HideFloatingToolbars(); });
+    press("Esc", [this] { m_toolSet->escape(); });
 }
 
 // --- Start ----------------------------------------------------------------------------------------------------------
@@ -255,52 +272,16 @@ void frmMain::runToolbarCommand(const QString &key) {
     HideFloatingToolbars();
 }
 
-void frmMain::pressTool(const QString &control) {
-    if (!m_ctx.photo.PhotoLoaded()) {
-        ResetTools();
-        return;
-    }
-    FloatingToolbar *bar = m_bars->barOfTool(control);
-    const bool wasOpen = bar != nullptr && bar->isVisible();
-    HideFloatingToolbars();
-    if (bar == nullptr || wasOpen) {
-        ResetTools();
-        return;
-    }
-    m_tools->setCurrent(control);
-    showEffectPreviews();
-    bar->showBeside(m_tools->button(control));
-}
-
-void frmMain::showEffectPreviews() {
-    FloatingToolbar *FT3 = m_bars->bar("FT3");
-    for (const BasicEffect &effect : basicEffects()) {
-        FT3->setItemPicture(effect.key, QPixmap::fromImage(m_basicEffects.preview(effect, previewSize)));
-    }
-}
-
-void frmMain::runBarItem(const QString &bar, const QString &key) {
-    HideFloatingToolbars();
-    m_view->setFocus(); // the item that had it is gone
-    if (bar == "FT3" && !m_basicEffects.apply(key)) {
-        m_status->showMessage(plainWords(m_ctx.texts, PictureError::NoMemory));
-    }
-    ResetTools();
-}
-
 void frmMain::HideFloatingToolbars() {
-    m_bars->HideFloatingToolbars();
+    m_toolSet->HideFloatingToolbars();
 }
 
 void frmMain::HideBoxes() {
-    HideFloatingToolbars();
-    m_ctx.flags.ToolPanelShown = false;
+    m_toolSet->HideBoxes();
 }
 
 void frmMain::ResetTools() {
-    m_ctx.flags.SelectionActive = false;
-    m_ctx.flags.FreeResizeActive = false;
-    m_tools->setCurrent("cmdTool1");
+    m_toolSet->ResetTools();
 }
 
 void frmMain::ExitApp() {
@@ -328,6 +309,19 @@ void frmMain::showZoomMenu() {
     }
     const PictureButton *button = m_commands->cmdSetZoom();
     menu.exec(button->mapToGlobal(QPoint(0, button->height())));
+}
+
+/// The photo keeps to what an open panel leaves of the table.
+void frmMain::makeRoomForPanel() {
+    const SlidingPanel *panel = m_toolSet->openPanel();
+    m_panelRoom->setVisible(panel != nullptr);
+    if (panel != nullptr) {
+        m_panelRoom->setFixedHeight(panel->height() - shadowMargin);
+    }
+}
+
+void frmMain::placePanels() {
+    m_toolSet->setArea(m_photoRoom->geometry());
 }
 
 // --- What the photo says --------------------------------------------------------------------------------------------
@@ -368,7 +362,7 @@ void frmMain::refreshStatus() {
 void frmMain::showCanvas() {
     m_emptyTable->hide();
     m_tools->show();
-    m_view->show();
+    m_photoRoom->show();
     m_view->setFocus();
 }
 
@@ -378,6 +372,9 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event) {
     if (watched == m_view && event->type() == QEvent::Resize && m_ctx.photo.zoom() == m_fittedZoom) {
         // A photo that was fitted stays so when the window changes; after the view has taken its new size.
         QTimer::singleShot(0, this, &frmMain::fitPhoto);
+    }
+    if (watched == m_photoRoom && event->type() == QEvent::Resize) {
+        placePanels();
     }
     const bool pressed = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress;
     if (pressed && watched->isWidgetType()) {

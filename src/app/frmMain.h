@@ -3,7 +3,6 @@
 #pragma once
 
 #include "document/PhotoDocument.h"
-#include "effects/BasicEffects.h"
 #include "imaging/PictureFile.h"
 
 #include <QPointer>
@@ -23,8 +22,10 @@ class FloatingBarSet;
 class MainBar;
 class PhotoCommands;
 class PhotoView;
+class ProgressPanel;
 class StatusLine;
 class ToolColumn;
+class ToolSet;
 class frmWelcome;
 
 /// From where Simple mode was started; the two differ in a few buttons.
@@ -78,9 +79,8 @@ class frmMain : public QWidget {
     void makeShortcuts();
     void photoChanged(PhotoChanges what);
     void runToolbarCommand(const QString &key);
-    void pressTool(const QString &control);
-    void showEffectPreviews();
-    void runBarItem(const QString &bar, const QString &key);
+    void makeRoomForPanel();
+    void placePanels();
     void showCanvas();
     void showZoomMenu();
     void refreshZoom();
@@ -89,7 +89,6 @@ class frmMain : public QWidget {
     void openStartupPhoto();
 
     AppContext &m_ctx;
-    BasicEffects m_basicEffects;
     QString m_startupPhotoPath;
     std::shared_future<PictureRead> m_startupPicture;
     bool m_isSetUp = false;
@@ -102,6 +101,10 @@ class frmMain : public QWidget {
     EmptyTable *m_emptyTable = nullptr;
     StatusLine *m_status = nullptr;
     FloatingBarSet *m_bars = nullptr;
+    ToolSet *m_toolSet = nullptr;
+    ProgressPanel *m_progress = nullptr;
+    QWidget *m_photoRoom = nullptr; ///< the view, and below it what an open panel covers
+    QWidget *m_panelRoom = nullptr;
     PhotoCommands *m_photo = nullptr;
     DeviceLists *m_devices = nullptr;
     QTimer *tmrWelcome = nullptr;

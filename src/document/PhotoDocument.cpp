@@ -162,6 +162,9 @@ bool PhotoDocument::changePhoto(const QImage &next, ChangeSteps steps) {
         m_history.record();
     }
     if (!replaceCanvas(picture)) {
+        if (steps.recordUndo && !m_canvas.isNull()) {
+            m_history.forgetRecord();
+        }
         return false;
     }
     m_thumb = m_canvas;

@@ -20,6 +20,12 @@ void PhotoHistory::record() {
     ++m_position;
 }
 
+void PhotoHistory::forgetRecord() {
+    if (m_position > 0 && m_steps[m_position - 1].pixels == nullptr) {
+        m_steps.erase(m_steps.begin() + --m_position);
+    }
+}
+
 bool PhotoHistory::replaced(const QImage &before, const QImage &after) {
     bool reachable = true;
     while (m_position > 0 && !m_steps[m_position - 1].isWhole()) {

@@ -24,6 +24,8 @@ class PhotoHistory {
 
     /// Records an undo point: the picture as it is now. What can be redone stays until the picture is replaced.
     void record();
+    /// Takes the point back that record() has just made, when the picture could not be replaced.
+    void forgetRecord();
     /// Says that the picture was replaced: the latest recorded point keeps leading back to the picture it was recorded
     /// with, and nothing can be redone any more. False, and nothing changed, when memory is refused.
     bool replaced(const QImage &before, const QImage &after);

@@ -1,7 +1,6 @@
 #include "effects/BasicEffects.h"
 
 #include "app/settings/AppContext.h"
-#include "imaging/Scale.h"
 
 #include <algorithm>
 
@@ -26,26 +25,14 @@ std::span<const BasicEffect> basicEffects() {
     return rows;
 }
 
-bool BasicEffects::apply(const QString &key) {
+EffectOutcome BasicEffects::apply(const QString &key) {
     const auto effect = std::ranges::find_if(rows, [&](const BasicEffect &row) { return key == row.key; });
     if (effect == std::end(rows) || m_ctx.photo.picCanvas().isNull()) {
-        return true;
+        return EffectOutcome::Nothing;
     }
     m_ctx.flags.EffectChosen = true;
     m_ctx.flags.RDMode = false;
-    return m_flow.apply(effect->apply) != EffectOutcome::Refused;
-}
-
-QImage BasicEffects::preview(const BasicEffect &effect, int longerSide) const {
-    const QImage &source = m_ctx.photo.pic2nd();
-    if (source.isNull()) {
-        return {};
-    }
-    const QSize size = source.size().scaled(longerSide, longerSide, Qt::KeepAspectRatio).expandedTo({1, 1});
-    EffectEngine engine;
-    engine.setPicture(
-        scaleByAveraging(source, std::min(size.width(), source.width()), std::min(size.height(), source.height())));
-    return effect.apply(engine, false) ? engine.picture() : QImage();
+    return m_flow.apply(effect->apply);
 }
 
 } // namespace lumora

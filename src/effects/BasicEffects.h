@@ -3,7 +3,6 @@
 
 #include "effects/SelectionFlow.h"
 
-#include <QImage>
 #include <QString>
 #include <span>
 
@@ -33,11 +32,7 @@ class BasicEffects {
 
     /// Applies the effect of that FT3 key to what is marked, or to the whole photo, as one undo step. Nothing happens
     /// without a photo or for an unknown key. Where the engine refuses (no memory) the photo keeps its pixels.
-    /// Returns false when the photo could not be changed although there is one.
-    bool apply(const QString &key);
-
-    /// A small picture of the effect on the current photo, longer side `longerSide` pixels; null without a photo.
-    QImage preview(const BasicEffect &effect, int longerSide) const;
+    EffectOutcome apply(const QString &key);
 
   private:
     AppContext &m_ctx;

@@ -100,11 +100,10 @@ std::vector<Change> commonChanges() {
         }
     }
     for (const BasicEffect &effect : basicEffects()) {
-        changes.push_back({effect.key,
-                           [key = effect.key](SpecialEffects &, BasicEffects &four, SelectionFlow &) {
-                               return four.apply(key) ? EffectOutcome::Done : EffectOutcome::Refused;
-                           },
-                           effect.apply, effect.apply});
+        changes.push_back(
+            {effect.key,
+             [key = effect.key](SpecialEffects &, BasicEffects &four, SelectionFlow &) { return four.apply(key); },
+             effect.apply, effect.apply});
     }
     for (const ColourAdjustment &adjustment : colourAdjustments()) {
         const auto by = [apply = adjustment.apply](int amount) -> EffectOperation {

@@ -158,7 +158,7 @@ TEST(TextTable, RowsAreWellFormed) {
         const bool message = string(row.control) == "-";
         EXPECT_EQ(property.isEmpty(), message) << row.identifier;
         EXPECT_TRUE(message || QStringList({"text", "toolTip", "title", "windowTitle", "append"}).contains(property) ||
-                    property.startsWith("item:key") || property.startsWith("itemText:key"))
+                    property.startsWith("item:") || property.startsWith("itemText:"))
             << row.identifier << ": " << row.property;
         EXPECT_NE(qstrlen(row.defaultText), 0U) << row.identifier;
         for (const QString &window : string(row.window).split(' ')) {
