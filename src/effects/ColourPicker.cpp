@@ -25,7 +25,8 @@ const SwatchRow rows[] = {
     {"green", QColor(40, 160, 80)},   {"sky", QColor(120, 205, 255)},   {"blue", QColor(30, 80, 200)},
 };
 constexpr int columns = 6;
-constexpr int swatchSize = 32; // pixels, in a button of 48
+constexpr int swatchSize = 30;    // pixels
+constexpr QSize cellSize(46, 42); // of a button; twelve of them fit the smallest screen
 
 QPixmap swatch(const QColor &colour) {
     constexpr int twice = 2 * swatchSize; // sharp on screens of double density
@@ -51,6 +52,7 @@ ColourPicker::ColourPicker(const QString &name, QWidget *parent) : QWidget(paren
         button->setProperty("key", QLatin1StringView(rows[i].key));
         button->setAccessibleName(QLatin1StringView(rows[i].key));
         button->setPictureSize(swatchSize);
+        button->setFixedSize(cellSize);
         button->setPicture(swatch(rows[i].colour));
         button->setCheckable(true);
         m_swatches->addButton(button, i);

@@ -10,6 +10,7 @@
 #include <QRegularExpressionValidator>
 #include <QSignalBlocker>
 #include <QSlider>
+#include <QVBoxLayout>
 
 #include <cstdlib>
 
@@ -20,7 +21,6 @@ namespace {
 constexpr int number = 11;
 constexpr int mostDegrees = 60;
 constexpr int styleDegrees = 30; // of the pictures, and of a style chosen while the angle is 0
-constexpr int sentenceWidth = 136;
 constexpr QSize stylePicture(64, 48);
 
 } // namespace
@@ -29,9 +29,16 @@ PerspectiveBox::PerspectiveBox(QWidget *parent) : EffectBox(number, parent), m_v
     row()->setSpacing(12);
     row()->addWidget(makeAngle(), 1);
     addStyles();
-    addSentence("lblPerspective", sentenceWidth);
     CP1 = new ColourPicker("CP1", this);
-    row()->addWidget(CP1);
+    auto *sentence = new QLabel(this);
+    sentence->setObjectName("lblPerspective");
+    sentence->setWordWrap(true);
+    sentence->setFixedWidth(CP1->sizeHint().width());
+    auto *colours = new QVBoxLayout;
+    colours->setSpacing(4);
+    colours->addWidget(sentence);
+    colours->addWidget(CP1);
+    row()->addLayout(colours);
     connect(CP1, &ColourPicker::chosen, this, &PerspectiveBox::setColour);
     setValues(m_values);
 }
