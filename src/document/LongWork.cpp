@@ -2,6 +2,7 @@
 
 #include "document/DoEvents.h"
 
+#include <QElapsedTimer>
 #include <chrono>
 #include <future>
 #include <system_error>
@@ -26,15 +27,20 @@ void LongWork::run(const std::function<void()> &work) {
         return;
     }
     m_running = true;
-    const bool slow = done.wait_for(std::chrono::milliseconds(quietTime)) != std::future_status::ready;
-    if (slow) {
-        Q_EMIT began();
-        do {
-            DoEvents();
-        } while (done.wait_for(frame) != std::future_status::ready);
-        Q_EMIT ended();
+    QElapsedTimer clock;
+    clock.start();
+    bool told = false;
+    while (done.wait_for(frame) != std::future_status::ready) {
+        if (!told && clock.hasExpired(quietTime)) {
+            told = true;
+            Q_EMIT began();
+        }
+        DoEvents();
     }
     m_running = false;
+    if (told) {
+        Q_EMIT ended();
+    }
     done.get();
 }
 
