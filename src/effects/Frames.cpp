@@ -75,7 +75,7 @@ QImage Frames::fFrameThumbnail(int n) {
     m_ctx.flags.EffectChosen = true;
     Q_EMIT hideFloatingToolbars();
     const QImage picFrame1 = inFrame(n, photo);
-    const QImage shown = icon(picFrame1.isNull() ? photo : picFrame1);
+    QImage shown = icon(picFrame1.isNull() ? photo : picFrame1);
     m_FT5->setItemPicture(keyOf(n), QPixmap::fromImage(shown));
     return shown;
 }
