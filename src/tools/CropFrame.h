@@ -1,0 +1,36 @@
+// The crop frame: what a finger or the mouse takes hold of, what becomes of the frame, and how it is drawn. Used by the
+// crop tool.
+#pragma once
+
+#include <QRectF>
+#include <QString>
+#include <Qt>
+
+class QPainter;
+
+namespace lumora {
+
+/// What of the frame is held: its inside, or one or two edges. Nothing beside it.
+struct CropGrip {
+    bool inside = false;
+    Qt::Edges edges;
+
+    bool isNothing() const { return !inside && !edges; }
+    bool operator==(const CropGrip &) const = default;
+};
+
+/// What a press at that point takes hold of; all in the view's pixels. The zones reach 24 pixels beyond the edges and
+/// up to as far inside, and a third of a small frame always moves it.
+CropGrip cropGripAt(QPointF point, const QRectF &frame);
+
+/// The frame after what is held has been dragged so far, in picture pixels. An edge that passes the opposite one
+/// changes places with it; the frame is never smaller than 1 x 1. What is moved as a whole keeps a pixel on a picture
+/// of that size, or comes no farther from it than it was.
+QRect draggedCropFrame(const QRect &frame, CropGrip grip, QPoint by, QSize picture);
+
+/// Dims the photo outside the frame and draws the frame, its eight handles and its size in words, which keeps inside
+/// `view`. All in the view's pixels; `held` while it is being dragged, which shows the lines of the thirds.
+void paintCropFrame(QPainter &painter, const QRectF &frame, const QRectF &photo, const QRectF &view,
+                    const QString &size, bool held);
+
+} // namespace lumora
