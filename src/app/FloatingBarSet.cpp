@@ -3,6 +3,8 @@
 #include "tools/FloatingBars.h"
 #include "widgets/FloatingToolbar.h"
 
+#include <algorithm>
+
 namespace lumora {
 
 FloatingBarSet::FloatingBarSet(QWidget *window) : QObject(window) {
@@ -34,6 +36,10 @@ void FloatingBarSet::setSimple(bool fromLauncher) {
             m_bars[row.bar]->setWidthTwips(row.simpleWidth);
         }
     }
+}
+
+bool FloatingBarSet::isAnyOpen() const {
+    return std::ranges::any_of(m_bars, &QWidget::isVisible);
 }
 
 void FloatingBarSet::HideFloatingToolbars() {

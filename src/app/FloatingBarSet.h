@@ -24,6 +24,7 @@ class FloatingBarSet : public QObject {
     /// The widths that Simple mode gives them.
     void setSimple(bool fromLauncher);
     void HideFloatingToolbars();
+    bool isAnyOpen() const;
 
   Q_SIGNALS:
     void itemClicked(const QString &bar, const QString &key);

@@ -3,21 +3,29 @@
 #pragma once
 
 #include "effects/BasicEffects.h"
-#include "effects/EffectsPanel.h"
 #include "effects/SpecialEffects.h"
 
 #include <QObject>
 
 namespace lumora {
 
+class AdjustTool;
 class Bubble;
 class CanvasMouse;
+class ColourFocusTool;
+class CropTool;
+class CutOutTool;
 class EffectPreviews;
+class EffectsPanel;
 class FloatingBarSet;
 class Frames;
 class PhotoView;
+class RedEyeTool;
+class ResizeTool;
+class RotateTool;
 class SelectionOutline;
 class SelectionTool;
+class SlidingPanel;
 class ToolColumn;
 
 class ToolSet : public QObject {
@@ -34,9 +42,9 @@ class ToolSet : public QObject {
     void pick(const QString &bar, const QString &key);
 
     void HideFloatingToolbars();
-    /// Closes an open slide-up panel.
+    /// Closes an open slide-up panel and the tool that it belongs to.
     void HideBoxes();
-    /// Makes the Arrow tool current; what is marked is marked no more.
+    /// Makes the Arrow tool current: whatever tool is at work ends, and what is marked is marked no more.
     void ResetTools();
     /// Esc: closes what is open, one thing at a time.
     void escape();
@@ -47,8 +55,12 @@ class ToolSet : public QObject {
     SlidingPanel *openPanel() const;
 
   Q_SIGNALS:
-    /// Something to say in the status line.
-    void message(const QString &text);
+    /// Something to say in the status line, and whether it is good news.
+    void message(const QString &text, bool good);
+    /// The status line's own text, where a tool words it.
+    void statusText(const QString &text);
+    /// To be answered in a message box before the signal returns.
+    void noticeWanted(const QString &text);
     /// What depends on the photo and the settings is to be refreshed.
     void buttonsToRefresh();
     /// A panel stands at its place or has gone.
@@ -57,11 +69,16 @@ class ToolSet : public QObject {
   private:
     void connectSelection();
     void connectEffects();
+    void connectPreviews();
+    template <typename Tool> void connectTool(Tool &tool);
     void connectPanel(SlidingPanel &panel);
+    void openTool(const QString &control);
+    void endTools(const SlidingPanel *butFor = nullptr);
+    void enableTools(bool enabled);
+    void toggleBar(const QString &control);
     void tellOutcome(EffectOutcome outcome);
     void showTip();
     void showCurrent();
-    void toggleBar(const QString &control);
 
     AppContext &m_ctx;
     PhotoView &m_view;
@@ -73,9 +90,19 @@ class ToolSet : public QObject {
     CanvasMouse *m_mouse;
     SelectionTool *m_selection;
     EffectsPanel *m_panelSFX;
-    EffectPreviews *m_previews;
     Frames *m_frames;
+    CropTool *m_crop;
+    CutOutTool *m_cutOut;
+    RotateTool *m_rotate;
+    ResizeTool *m_resize;
+    AdjustTool *m_adjust;
+    RedEyeTool *m_redEye;
+    ColourFocusTool *m_focus;
+    EffectPreviews *m_previews;
     Bubble *picTip;
+    QList<SlidingPanel *> m_panels;
+    QString m_current = QStringLiteral("cmdTool1"); ///< of the column
+    bool m_ending = false;                          ///< tools are being ended and tell so
 };
 
 } // namespace lumora

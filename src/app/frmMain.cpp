@@ -27,6 +27,7 @@
 #include <QDropEvent>
 #include <QLabel>
 #include <QMenu>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QScreen>
 #include <QShortcut>
@@ -146,7 +147,12 @@ void frmMain::connectCommands() {
     });
 
     const auto problem = [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Problem); };
-    connect(m_toolSet, &ToolSet::message, this, problem);
+    connect(m_toolSet, &ToolSet::message, this, [this](const QString &text, bool good) {
+        m_status->showMessage(text, good ? StatusLine::Tone::Good : StatusLine::Tone::Problem);
+    });
+    connect(m_toolSet, &ToolSet::statusText, m_status, &StatusLine::setBaseText);
+    connect(m_toolSet, &ToolSet::noticeWanted, this,
+            [this](const QString &text) { QMessageBox::warning(this, "Notice", text); });
     connect(m_toolSet, &ToolSet::buttonsToRefresh, this, &frmMain::chkPSButtons);
     connect(m_toolSet, &ToolSet::panelChanged, this, &frmMain::makeRoomForPanel);
     connect(&m_ctx.longWork, &LongWork::began, m_progress, &ProgressPanel::begin);
@@ -329,6 +335,9 @@ void frmMain::placePanels() {
 void frmMain::photoChanged(PhotoChanges what) {
     if (what & (PhotoChanges(PhotoChange::Pixels) | PhotoChange::Size | PhotoChange::Loaded)) {
         refreshStatus();
+    }
+    if (what.testFlag(PhotoChange::Size) && m_ctx.photo.zoom() == m_fittedZoom) {
+        QTimer::singleShot(0, this, &frmMain::fitPhoto); // a turned photo stays wholly in view
     }
     if (what & PhotoChange::Zoom) {
         refreshZoom();

@@ -6,7 +6,7 @@ namespace {
 
 const FloatingBarRow bars[] = {
     {"FT1", "cmdTool2", 64, 8130, true},    {"FT2", "cmdTool5", 96, 11400, false}, {"FT3", "cmdTool8", 120, 0, false},
-    {"FT4", "cmdTool10", 96, 18300, false}, {"FT5", "cmdTool7", 120, 0, false},    {"FT6", "cmdTool9", 64, 0, false},
+    {"FT4", "cmdTool10", 96, 18300, false}, {"FT5", "cmdTool7", 120, 0, false},    {"FT6", "cmdTool9", 120, 0, false},
 };
 
 const FloatingItemRow items[] = {

@@ -1,0 +1,18 @@
+#include "tools/SmallPhoto.h"
+
+#include "document/PhotoView.h"
+#include "imaging/Scale.h"
+
+namespace lumora {
+
+QImage smallPhoto(PhotoView &view, QSize room) {
+    const QImage photo = view.visibleLevel().picture;
+    if (photo.isNull()) {
+        return {};
+    }
+    const QSize device = (QSizeF(room) * view.devicePixelRatioF()).toSize();
+    const QSize size = photo.size().scaled(device, Qt::KeepAspectRatio).expandedTo({1, 1});
+    return scaled(photo, size.width(), size.height());
+}
+
+} // namespace lumora

@@ -1,0 +1,14 @@
+// A small copy of the photo for the previews in the tools' panels.
+#pragma once
+
+#include <QImage>
+
+namespace lumora {
+
+class PhotoView;
+
+/// The photo fitted into a room in the view's pixels, sharp on its screen; made from what the view paints from, so that
+/// a large photo costs no more than a small one. Null without a photo.
+QImage smallPhoto(PhotoView &view, QSize room);
+
+} // namespace lumora
