@@ -31,7 +31,9 @@ MainBar::MainBar(QWidget *parent) : TitleStrip(parent) {
         button->setFixedSize(buttonWidth, barHeight - 2);
         connect(button, &PictureButton::clicked, this, wanted);
         row()->addWidget(button);
+        return button;
     };
+    m_options = addButton("cmdOptions", "options", &MainBar::optionsWanted);
     addButton("cmdMin", "minimise", &MainBar::minimiseWanted);
     addButton("cmdExit", "exit", &MainBar::exitWanted);
 }

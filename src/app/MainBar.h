@@ -5,20 +5,29 @@
 
 namespace lumora {
 
-/// A title strip with cmdMin and cmdExit; a double click on the strip switches between the whole screen and a window.
+class PictureButton;
+
+/// A title strip with cmdOptions, cmdMin and cmdExit; a double click on the strip switches between the whole screen and a window.
 class MainBar : public TitleStrip {
     Q_OBJECT
 
   public:
     explicit MainBar(QWidget *parent = nullptr);
 
+    /// Not for children: Simple mode does without it.
+    PictureButton *cmdOptions() const { return m_options; }
+
   Q_SIGNALS:
+    void optionsWanted();
     void minimiseWanted();
     void exitWanted();
 
   protected:
     void paintEvent(QPaintEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
+
+  private:
+    PictureButton *m_options;
 };
 
 } // namespace lumora

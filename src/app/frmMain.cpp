@@ -8,6 +8,7 @@
 #include "app/PlainWords.h"
 #include "app/ToolColumn.h"
 #include "app/ToolSet.h"
+#include "app/frmOptions.h"
 #include "app/frmWelcome.h"
 #include "app/settings/AppContext.h"
 #include "app/settings/LoadSettings.h"
@@ -127,6 +128,7 @@ void frmMain::build() {
 void frmMain::connectCommands() {
     connect(m_bar, &MainBar::minimiseWanted, this, &QWidget::showMinimized);
     connect(m_bar, &MainBar::exitWanted, this, &frmMain::ExitApp);
+    connect(m_bar, &MainBar::optionsWanted, this, &frmMain::showOptions);
 
     const auto open = [this] {
         delete m_welcome; // it has said what it had to say
@@ -237,6 +239,7 @@ void frmMain::applySimpleLayout(SimpleStart how) {
     m_tools->setSimple(fromLauncher);
     m_bars->setSimple(fromLauncher);
     m_commands->cmdScan()->hide();
+    m_bar->cmdOptions()->hide();
     CommandBar *toolbar = m_commands->Toolbar1();
     toolbar->setButtonOn(9, true);
     for (int number = 10; number <= 17; ++number) {
@@ -302,6 +305,14 @@ void frmMain::fitPhoto() {
     const QSize room = m_view->canvasSize() - QSize(2 * tableMargin, 2 * tableMargin);
     m_ctx.photo.fitPhoto(m_ctx.photo.picCanvas().size().scaled(room, Qt::KeepAspectRatio));
     m_fittedZoom = m_ctx.photo.zoom();
+}
+
+void frmMain::showOptions() {
+    HideBoxes();
+    connect(frmOptions::showModal(m_ctx, this), &QDialog::accepted, this, [this] {
+        chkPSButtons();
+        m_devices->GetPrinters();
+    });
 }
 
 void frmMain::showZoomMenu() {

@@ -82,6 +82,7 @@ class frmMain : public QWidget {
     void makeRoomForPanel();
     void placePanels();
     void showCanvas();
+    void showOptions();
     void showZoomMenu();
     void refreshZoom();
     void showWelcome();

@@ -11,6 +11,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace lumora {
 
@@ -61,8 +62,9 @@ void BorderlessDialog::settle() {
     const QRect room = screen->availableGeometry().adjusted(-shade, -shade, shade, shade);
     QRect place({}, sizeHint().boundedTo(room.size()).expandedTo(minimumSize()).boundedTo(maximumSize()));
     place.moveCenter(ownerShown ? owner->frameGeometry().center() : room.center());
-    place.moveLeft(qBound(room.left(), place.left(), room.right() + 1 - place.width()));
-    place.moveTop(qBound(room.top(), place.top(), room.bottom() + 1 - place.height()));
+    // What is larger than the screen keeps its title strip on it.
+    place.moveLeft(std::max(room.left(), std::min(place.left(), room.right() + 1 - place.width())));
+    place.moveTop(std::max(room.top(), std::min(place.top(), room.bottom() + 1 - place.height())));
     setGeometry(place);
 }
 

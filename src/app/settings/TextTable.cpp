@@ -32,6 +32,7 @@ constexpr TextRow textRows[] = {
     {"frmMain", "Print", "Print", "cmdPrint", "toolTip"},
     {"frmMain", "Minimise", "Minimise", "cmdMin", "toolTip"},
     {"frmMain", "Exit", "Exit", "cmdExit", "toolTip"},
+    {"frmMain", "DlgOptionsTitle", "Options", "cmdOptions", "toolTip"},
     {"frmMain", "SetZoom", "Set Zoom Level", "cmdSetZoom", "toolTip"},
     {"frmMain", "ZoomIn", "Zoom In", "Toolbar1", "item:keyZoomin"},
     {"frmMain", "ZoomOut", "Zoom Out", "Toolbar1", "item:keyZoomout"},
@@ -266,6 +267,13 @@ constexpr TextRow textRows[] = {
     {"frmOptions", "DlgOptionsBrowse", "Choose the default location:", "-", ""},
     {"frmOptions", "DlgOptionsNoAddress", "Please enter a valid e-mail address or switch this option off", "-", ""},
     {"frmOptions", "DlgOptionsReset", "All warnings and reminders reset", "-", ""},
+    {"frmOptions", "OptionsAddress", "E-mail Address", "lblAddress", "text"},
+    {"frmOptions", "OptionsSearching", "Looking...", "-", ""},
+    {"frmOptions", "OptionsNoScanner", "No scanner found", "-", ""},
+    {"frmOptions", "OptionsChooseScanner", "Choose a scanner", "-", ""},
+    {"frmOptions", "OptionsNoPrinter", "No printer found", "-", ""},
+    {"frmOptions", "OptionsUsualPrinter", "The computer's usual printer", "-", ""},
+    {"frmOptions", "OptionsPrinterAway", "%1 (not connected now)", "-", ""},
 
     // Simple open dialogs. The title is followed by the folder on the title strip.
     {"frmSimpleOpen frmSimpleOpen2", "DlgOpenTitle", "Open", "", "windowTitle"},
