@@ -10,6 +10,7 @@ struct ToolFlags {
     bool SelectionActive = false;  ///< the selection tools set it, every other tool clears it; effects read
     int SelectionKind = 0;         ///< 1 rectangle, 2 ellipse, 3 lasso; the selection tools write, effects read
     bool FreeResizeActive = false; ///< the resize tool sets it, other tools clear it; undo and redo read
+    bool FreeRotateActive = false; ///< free rotation sets and clears it; checks of the tools read
     QRect ResizeFrame;            ///< picture pixels; the resize tool writes it, undo and redo give it back to the view
     bool CropToolActive = false;  ///< the crop and cut-out tools set it, other tools clear it; the mouse dispatch reads
     bool ColorPickerMode = false; ///< colour focus sets it, every tool's start clears it; the mouse dispatch reads

@@ -53,8 +53,12 @@ QImage previewOf(const QImage &photo, int longer) {
 
 RotateTool::RotateTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QObject *parent)
     : QObject(parent), m_ctx(ctx), m_mouse(mouse), m_grid(view), m_byHand(ctx, view) {
-    connect(&m_byHand, &RotateByHand::started, this, [this] { Q_EMIT toolsEnabled(false); });
+    connect(&m_byHand, &RotateByHand::started, this, [this] {
+        m_ctx.flags.FreeRotateActive = true;
+        Q_EMIT toolsEnabled(false);
+    });
     connect(&m_byHand, &RotateByHand::ended, this, [this] {
+        m_ctx.flags.FreeRotateActive = false;
         m_grid.HideGrid();
         Q_EMIT toolsEnabled(true);
     });

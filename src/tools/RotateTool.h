@@ -33,7 +33,7 @@ class RotateTool : public QObject {
     void RotatePic270();
 
     /// True from "Free Rotation" until another tool is current.
-    bool FreeRotateActive() const { return m_byHand.isActive(); }
+    bool FreeRotateActive() const { return m_byHand.isActive(); } ///< in the shared flags too
     const RotateByHand &byHand() const { return m_byHand; }
     const GridOverlay &grid() const { return m_grid; }
     /// Ends free rotation; a drag that is under way is dropped.
