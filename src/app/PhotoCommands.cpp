@@ -1,5 +1,6 @@
 #include "app/PhotoCommands.h"
 
+#include "app/Clipboard.h"
 #include "app/PlainWords.h"
 #include "app/SystemDialogs.h"
 #include "app/settings/AppContext.h"
@@ -236,6 +237,30 @@ void PhotoCommands::saveBefore(const std::function<void()> &then) {
         break;
     case Answer::Cancelled:
         break;
+    }
+}
+
+void PhotoCommands::PastePhoto() {
+    // First the picture: while a question is open the other program may end or change its mind.
+    const PictureRead read = readClipboardPicture();
+    if (read.error != PictureError::None) {
+        say(read.error);
+        return;
+    }
+    const auto paste = [this, read] {
+        Q_EMIT canvasWanted();
+        const PictureError error = m_ctx.photo.pastePicture(read);
+        if (error != PictureError::None) {
+            say(error);
+            return;
+        }
+        Q_EMIT toolsEnabled();
+        Q_EMIT opened();
+    };
+    if (m_ctx.photo.PhotoModified()) {
+        saveBefore(paste);
+    } else {
+        paste();
     }
 }
 

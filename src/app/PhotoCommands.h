@@ -42,6 +42,8 @@ class PhotoCommands : public QObject {
     void SaveMySimplePhoto();
     void SaveMySimplePhoto2();
     void SaveBeforeOpen();
+    /// Replaces the photo by the clipboard's picture; asks first when there are unsaved changes.
+    void PastePhoto();
 
   Q_SIGNALS:
     /// The Arrow tool is to be current.

@@ -1,10 +1,12 @@
 #include "app/basMain.h"
 
+#include "app/ClosingSignals.h"
 #include "app/frmHelp.h"
 #include "app/frmLauncher.h"
 #include "app/frmMain.h"
 #include "app/frmSplash.h"
 #include "app/settings/LoadSettings.h"
+#include "document/RecoveryFolder.h"
 #include "widgets/Theme.h"
 
 #include <QApplication>
@@ -197,7 +199,8 @@ void setUpApplication(QApplication &application) {
 int runLumora(int argc, char **argv) {
     QApplication application(argc, argv);
     setUpApplication(application);
-    basMain program(Installation{QApplication::applicationDirPath()});
+    const ClosingSignals closingSignals;
+    basMain program(Installation{QApplication::applicationDirPath(), RecoveryFolder::usualParent()});
     QObject::connect(&program, &basMain::ended, &application, &QApplication::quit);
     const QString commandLine = commandLineAsTyped(QApplication::arguments().mid(1));
     return program.Main(commandLine) ? QApplication::exec() : 0;

@@ -1,11 +1,13 @@
 #include "app/frmMain.h"
 
+#include "app/Clipboard.h"
 #include "app/CommandRow.h"
 #include "app/EmptyTable.h"
 #include "app/FloatingBarSet.h"
 #include "app/MainBar.h"
 #include "app/PhotoCommands.h"
 #include "app/PlainWords.h"
+#include "app/RecoveryOffer.h"
 #include "app/ToolColumn.h"
 #include "app/ToolSet.h"
 #include "app/frmOptions.h"
@@ -13,6 +15,7 @@
 #include "app/settings/AppContext.h"
 #include "app/settings/LoadSettings.h"
 #include "document/PhotoView.h"
+#include "document/Recovery.h"
 #include "output/DeviceLists.h"
 #include "widgets/CommandBar.h"
 #include "widgets/FloatingToolbar.h"
@@ -24,6 +27,7 @@
 
 #include <QApplication>
 #include <QBoxLayout>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QDropEvent>
 #include <QLabel>
@@ -93,6 +97,7 @@ void frmMain::build() {
     m_status = new StatusLine("SBar", this);
     m_photo = new PhotoCommands(m_ctx, this);
     m_devices = new DeviceLists(m_ctx, {}, this);
+    m_recovery = new Recovery(m_ctx.photo, m_ctx.installation.recoveryFolder, this);
     m_bars = new FloatingBarSet(this);
     m_toolSet = new ToolSet(m_ctx, *m_view, *m_tools, *m_bars, this);
     m_progress = new ProgressPanel(this);
@@ -171,6 +176,7 @@ void frmMain::connectCommands() {
     connect(m_photo, &PhotoCommands::leave, this, &frmMain::leave);
 
     connect(&m_ctx.photo, &PhotoDocument::changed, this, &frmMain::photoChanged);
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &frmMain::refreshPaste);
     connect(tmrWelcome, &QTimer::timeout, this, &frmMain::showWelcome);
 }
 
@@ -201,7 +207,7 @@ void frmMain::SetMeUp() {
     m_devices->LoadScanners();
     m_devices->GetPrinters();
     LoadSettingsFromINIFile(m_ctx);
-    for (const char *key : {"keyEmail", "keyCopy", "keyPaste", "keySlideShow", "keyIdeas"}) {
+    for (const char *key : {"keyEmail", "keySlideShow", "keyIdeas"}) {
         m_commands->Toolbar1()->setButtonEnabled(key, false); // they have no behaviour yet
     }
     m_commands->cmdScan()->setEnabled(false);
@@ -210,12 +216,25 @@ void frmMain::SetMeUp() {
     if (m_ctx.fields.txtWelcome == "1") {
         tmrWelcome->start();
     }
-    chkPSButtons();
+    refreshPaste();
     refreshZoom();
     refreshStatus();
     if (!m_startupPhotoPath.isEmpty()) {
         openStartupPhoto();
     }
+    offerRecovery();
+}
+
+void frmMain::offerRecovery() {
+    auto *offer = new RecoveryOffer(m_ctx, *m_recovery, this);
+    connect(offer, &RecoveryOffer::asking, this, [this] {
+        tmrWelcome->stop();
+        delete m_welcome;
+    });
+    connect(offer, &RecoveryOffer::canvasWanted, m_tools, &ToolColumn::EnableToolbars);
+    connect(offer, &RecoveryOffer::canvasWanted, this, &frmMain::showCanvas);
+    connect(offer, &RecoveryOffer::opened, this, &frmMain::fitPhoto);
+    connect(offer, &RecoveryOffer::failed, m_status, [this](const QString &text) { m_status->showMessage(text); });
 }
 
 void frmMain::LoadLanguage() {
@@ -275,6 +294,11 @@ void frmMain::runToolbarCommand(const QString &key) {
         if (!(key == "keyUndo" ? m_ctx.photo.PerformUndo() : m_ctx.photo.PerformRedo())) {
             m_status->showMessage(plainWords(m_ctx.texts, PictureError::NoMemory));
         }
+    } else if (key == "keyCopy") {
+        CopyPhoto(m_ctx.photo.picCanvas());
+    } else if (key == "keyPaste") {
+        HideBoxes();
+        m_photo->PastePhoto();
     } else if (key == "keyHelp") {
         Q_EMIT helpWanted();
     }
@@ -367,8 +391,16 @@ void frmMain::chkPSButtons() {
     if (m_ctx.fields.txtEmail == "0" || m_ctx.fields.txtEmail == "1") { // any other value leaves it
         toolbar->setButtonOn(CommandRow::emailButton, m_ctx.fields.txtEmail == "1");
     }
+    toolbar->setButtonEnabled("keyCopy", loaded);
+    toolbar->setButtonEnabled("keyPaste", m_canPaste);
     m_commands->cmdSave()->setEnabled(loaded);
     m_commands->cmdSetZoom()->setEnabled(loaded);
+}
+
+/// Asked only when the clipboard changes: the answer may have to come from another program.
+void frmMain::refreshPaste() {
+    m_canPaste = clipboardHasPicture();
+    chkPSButtons();
 }
 
 void frmMain::refreshZoom() {

@@ -23,6 +23,7 @@ class MainBar;
 class PhotoCommands;
 class PhotoView;
 class ProgressPanel;
+class Recovery;
 class StatusLine;
 class ToolColumn;
 class ToolSet;
@@ -88,11 +89,14 @@ class frmMain : public QWidget {
     void showWelcome();
     void refreshStatus();
     void openStartupPhoto();
+    void offerRecovery();
+    void refreshPaste();
 
     AppContext &m_ctx;
     QString m_startupPhotoPath;
     std::shared_future<PictureRead> m_startupPicture;
     bool m_isSetUp = false;
+    bool m_canPaste = false;
     int m_fittedZoom = 0; ///< per cent that fitPhoto chose last
 
     MainBar *m_bar = nullptr;
@@ -108,6 +112,7 @@ class frmMain : public QWidget {
     QWidget *m_panelRoom = nullptr;
     PhotoCommands *m_photo = nullptr;
     DeviceLists *m_devices = nullptr;
+    Recovery *m_recovery = nullptr;
     QTimer *tmrWelcome = nullptr;
     QPointer<frmWelcome> m_welcome;
 };

@@ -221,6 +221,10 @@ PictureError PhotoDocument::openPicture(const PictureRead &read, OpenRoute route
     return fillFrom(read, route);
 }
 
+PictureError PhotoDocument::pastePicture(const PictureRead &read) {
+    return fillFrom(read, OpenRoute::LoadPhoto);
+}
+
 PictureError PhotoDocument::fillFrom(const PictureRead &read, OpenRoute route) {
     if (read.error != PictureError::None) {
         return read.error;

@@ -102,6 +102,9 @@ class PhotoDocument : public QObject {
     PictureError openFile(const QString &path, OpenRoute route);
     /// The same for a picture already read (start-up reads it while the window is built).
     PictureError openPicture(const PictureRead &read, OpenRoute route);
+    /// Puts a picture from the clipboard in the photo's place the way a loaded file does, but without an undo point;
+    /// clears PhotoModified. With an error nothing changes.
+    PictureError pastePicture(const PictureRead &read);
     /// Writes the canvas to the path; clears PhotoModified when the file stands.
     PictureWritten saveFile(const QString &path);
 

@@ -63,7 +63,7 @@ QRect DashedLine::lineTo(QPointF devicePoint) {
     const double end = flat ? m_pixels.width() : m_pixels.height();
     const double acrossEnd = flat ? m_pixels.height() : m_pixels.width();
     const double base = std::floor(across(from)); // kept apart: halves round the same wherever the line lies
-    const auto [low, high] = std::minmax(across(from), across(m_at));
+    const auto [low, high] = std::minmax({across(from), across(m_at)});
     const double begin = direction > 0 ? before + 1 - first : first - end + 1;
     const double last = direction > 0 ? end - 1 - first : first - before - 1;
     QRect touched;
@@ -84,6 +84,9 @@ QRect DashedLine::lineTo(QPointF devicePoint) {
 
 void DashedLine::stamp(int x, int y, int place) {
     const QRect square = QRect(x, y, m_thickness, m_thickness) & m_pixels.rect();
+    if (square.isEmpty()) {
+        return;
+    }
     for (int row = square.top(); row <= square.bottom(); ++row) {
         std::memset(m_pixels.scanLine(row) + square.left(), place, static_cast<size_t>(square.width()));
     }

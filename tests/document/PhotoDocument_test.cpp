@@ -43,6 +43,35 @@ QImage plain(int width, int height, QRgb colour = qRgb(10, 20, 30)) {
     return picture;
 }
 
+TEST(PhotoDocument, aPasteComesAsALoadedFileWithoutAnUndoPoint) {
+    ToolFlags flags;
+    PhotoDocument photo(flags);
+    const QImage loaded = photoLike(60, 40);
+    const QImage changed = photoLike(30, 20);
+    const QImage pasted = photoLike(50, 80, true);
+    ASSERT_EQ(photo.openPicture({loaded, PictureError::None, {}}, PhotoDocument::OpenRoute::LoadPhoto),
+              PictureError::None);
+    ASSERT_TRUE(photo.changePhoto(changed));
+    PictureRead broken;
+    broken.error = PictureError::NotAPicture;
+    EXPECT_EQ(photo.pastePicture(broken), PictureError::NotAPicture);
+    EXPECT_EQ(photo.picCanvas(), changed);
+    EXPECT_TRUE(photo.PhotoModified());
+    ASSERT_EQ(photo.pastePicture({pasted, PictureError::None, {}}), PictureError::None);
+    for (const QImage &holder : {photo.picCanvas(), photo.picBuffer(), photo.picThumb()}) {
+        EXPECT_EQ(holder, pasted);
+    }
+    EXPECT_EQ(photo.pic2nd().size(), QSize(300, 480));
+    EXPECT_FALSE(photo.PhotoModified());
+    EXPECT_EQ(photo.history().undoSteps(), 1);
+    EXPECT_TRUE(photo.PerformUndo());
+    EXPECT_EQ(photo.picCanvas(), loaded);
+    PhotoDocument empty(flags);
+    ASSERT_EQ(empty.pastePicture({pasted, PictureError::None, {}}), PictureError::None);
+    EXPECT_TRUE(empty.PhotoLoaded());
+    EXPECT_EQ(empty.history().undoSteps(), 0);
+}
+
 } // namespace
 
 TEST_F(Document, fitsTheWholePhotoIntoTheCanvas) {

@@ -60,7 +60,12 @@ SmallWindow::SmallWindow() {
     canvas = new Canvas(diary, this);
     layout()->addWidget(canvas);
     auto *undo = new QShortcut(QKeySequence("Ctrl+Z"), this);
-    connect(undo, &QShortcut::activated, this, [this] { diary << "undone"; });
+    connect(undo, &QShortcut::activated, this, [this] {
+        diary << "undone";
+        undoSteps = qMax(0, undoSteps - 1);
+    });
+    auto *escape = new QShortcut(QKeySequence("Esc"), this);
+    connect(escape, &QShortcut::activated, this, [this] { diary << "escaped"; });
 }
 
 QPushButton *SmallWindow::button(const QString &name, const std::function<void()> &act) {
@@ -181,6 +186,18 @@ QImage SmallProgram::picture() const {
     picture.setPixel(0, 0, 0xff010203);
     picture.setPixel(1, 0, 0xff040506);
     return picture;
+}
+
+QImage SmallProgram::marked() const {
+    return window.marked;
+}
+
+Program::State SmallProgram::state() const {
+    return {{"started", window.diary.value(0)}, {"status", "a b"}, {"undo", QString::number(window.undoSteps)}};
+}
+
+std::function<QString()> SmallProgram::orderCheck() const {
+    return [this] { return window.diary.contains(window.broken) ? QString("the order is gone") : QString(); };
 }
 
 } // namespace lumora::play::test

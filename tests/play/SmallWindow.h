@@ -37,6 +37,9 @@ class SmallWindow : public QWidget {
     SmallWindow();
     QStringList diary;
     Canvas *canvas = nullptr;
+    QImage marked;  ///< of the photo
+    QString broken; ///< the entry of the diary that breaks the order
+    int undoSteps = 3;
 
   private:
     QPushButton *button(const QString &name, const std::function<void()> &act);
@@ -59,7 +62,13 @@ class SmallProgram : public Program {
     QWidget *canvas() const override { return window.canvas; }
     QPoint onCanvas(QPoint pixel) const override { return pixel * Canvas::scale + QPoint(2, 2); }
     QImage picture() const override;
-    State state() const override { return {{"started", window.diary.value(0)}, {"status", "a b"}}; }
+    QImage marked() const override;
+    State state() const override;
+    /// cmdOpen is the one that a walk must not touch.
+    bool isLeftAlone(const QWidget &widget) const override { return widget.objectName() == "cmdOpen"; }
+    bool isMoving() const override { return false; }
+    bool isAtRest() const override { return window.diary.last() == "escaped"; }
+    std::function<QString()> orderCheck() const override;
 };
 
 } // namespace lumora::play::test

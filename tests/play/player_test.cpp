@@ -1,12 +1,9 @@
 // The player on a small window: real input reaches the controls, modal windows are played through, and what cannot be
 // done ends the run with its line and reason.
-#include "Player.h"
-#include "SmallWindow.h"
+#include "Playing.h"
 
 #include <QApplication>
 #include <QCryptographicHash>
-#include <QDir>
-#include <QEventLoop>
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,31 +11,8 @@
 namespace lumora::play {
 namespace {
 
-using test::SmallProgram;
-
-struct Played {
-    QStringList diary;
-    QStringList printed;
-    QString problem;
-    int line = 0;
-};
-
-Played playScript(const QString &text, int patience = 400) {
-    Played run;
-    SmallProgram program;
-    const Script script = readScript(text);
-    EXPECT_EQ(script.problemLine, 0) << script.problem.toStdString();
-    Player player(program, script, patience);
-    player.print = [&](const QString &line) { run.printed << line; };
-    player.variables["TMP"] = QDir::tempPath();
-    QObject::connect(&player, &Player::finished, qApp, [] { QCoreApplication::exit(); });
-    player.begin();
-    QApplication::exec();
-    run.diary = program.window.diary.mid(1);
-    run.problem = player.problem();
-    run.line = player.problemLine();
-    return run;
-}
+using test::Played;
+using test::playScript;
 
 struct Case {
     const char *script;
@@ -62,6 +36,7 @@ TEST(Player, WorksEveryKindOfControlWithRealInput) {
         {"expect SBar a status *\nexpect SBar a status line\nexpect-not SBar a status\nexpect frmSmall Small", {}},
         {"press 3 4", {"over 3,4", "over 3,4", "down 3,4", "up 3,4"}},
         {"expect state.started start advanced", {}},
+        {"click cmdHover\nundo all\nexpect state.undo 0\nundo all", {"entered", "undone", "undone", "undone"}},
     };
     for (const Case &one : cases) {
         const Played run = playScript(QString("start advanced\n%1\nquit").arg(one.script), 3000);
@@ -128,6 +103,8 @@ TEST(Player, EndsWithLineAndReasonWhenAStepCannotBeDone) {
         {"start\nexpect SBar other", 2, "it is \"a status   line\""},
         {"start\nexpect-not SBar a*", 2, "it is just that"},
         {"start\nexpect state.none 1", 2, "state has no none"},
+        {"start\nmask pet", 2, "nothing is marked"},
+        {"start\nhash outside pet", 2, "there is no mask pet"},
         {"start\nshot /nowhere/x.png", 2, "/nowhere/x.png cannot be written"},
         {"start advanced nothing", 1, "it opens no window"},
     };
@@ -145,11 +122,24 @@ TEST(Player, PrintsStateHashAndShot) {
         playScript("start simple\nstate\nhash before\nexpect hash $before\nexpect-not hash 1x1*\nshot " + file);
     ASSERT_EQ(run.problem, "") << run.line;
     ASSERT_EQ(run.printed.size(), 3);
-    EXPECT_EQ(run.printed[0], "started=\"start simple\" status=\"a b\" windows=frmSmall");
+    EXPECT_EQ(run.printed[0], "started=\"start simple\" status=\"a b\" undo=3 windows=frmSmall");
     const QByteArray pixels("\x01\x02\x03\xff\x04\x05\x06\xff", 8);
     const QByteArray sum = QCryptographicHash::hash(pixels, QCryptographicHash::Sha256).toHex();
     EXPECT_EQ(run.printed[1], "2x1 " + QString::fromLatin1(sum));
     EXPECT_GT(QImage(file).width(), 300);
+}
+
+TEST(Player, HashesWhatLiesOutsideAMask) {
+    const Played run = playScript("start\nmask pet\nhash outside pet before\nexpect outside.pet $before", 400,
+                                  [](test::SmallWindow &window) {
+                                      window.marked = QImage(2, 1, QImage::Format_Grayscale8);
+                                      window.marked.fill(0);
+                                      window.marked.scanLine(0)[0] = 255;
+                                  });
+    ASSERT_EQ(run.problem, "") << run.line;
+    const QByteArray pixels("\0\0\0\0\x04\x05\x06\xff", 8);
+    const QByteArray sum = QCryptographicHash::hash(pixels, QCryptographicHash::Sha256).toHex();
+    EXPECT_EQ(run.printed.value(0), "2x1 " + QString::fromLatin1(sum));
 }
 
 } // namespace

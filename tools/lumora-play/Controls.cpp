@@ -171,6 +171,27 @@ bool findClickPoint(const QWidget &widget, QPoint &point) {
     return true;
 }
 
+QWidget *keyboardWindow() {
+    if (QWidget *popup = QApplication::activePopupWidget()) {
+        return popup;
+    }
+    if (QWidget *modal = QApplication::activeModalWidget()) {
+        return modal;
+    }
+    if (QWidget *active = QApplication::activeWindow()) {
+        return active;
+    }
+    const QList<QWidget *> windows = openWindows();
+    return windows.isEmpty() ? nullptr : windows.last();
+}
+
+void activate(const QWidget &window) {
+    QWindow *handle = window.windowHandle();
+    if (handle != nullptr && !window.isActiveWindow() && window.windowType() != Qt::Popup) {
+        handle->requestActivate();
+    }
+}
+
 QString obstacle(QWidget &widget) {
     if (!widget.isVisible()) {
         return "it is hidden";

@@ -27,6 +27,12 @@ QString nameOf(const QWidget &widget);
 /// is preferred to a hidden one.
 FoundControl findControl(const QString &name);
 
+/// The window that keys go to: an open pop-up, the modal window, the one with the keyboard, the one in front.
+QWidget *keyboardWindow();
+
+/// Gives the window the keyboard: where there is no window manager nobody else hands it to a window that is clicked.
+void activate(const QWidget &window);
+
 /// Why a person could not click this control now: "it is hidden", "it is disabled", "the window frmSave is in front of
 /// it", ...; empty when they could. Scrolls the areas it lies in so that it comes into view.
 QString obstacle(QWidget &widget);

@@ -1,7 +1,9 @@
 #include "Hand.h"
 
+#include <QCoreApplication>
 #include <QPointer>
 #include <QTest>
+#include <QWheelEvent>
 #include <QWidget>
 #include <QWindow>
 
@@ -21,17 +23,19 @@ void Hand::act() {
     next();
 }
 
-void Hand::mouse(QWidget &widget, QPoint point, QEvent::Type type) {
+void Hand::mouse(QWidget &widget, QPoint point, QEvent::Type type, Grip grip) {
     const QPointer<QWindow> window = widget.window()->windowHandle();
     const QPoint inWindow = widget.mapTo(widget.window(), point);
     const QPoint onScreen = widget.mapToGlobal(point);
     const bool isMove = type == QEvent::MouseMove;
     m_clock += betweenEvents;
-    m_pressed = isMove ? m_pressed : type == QEvent::MouseButtonPress;
-    m_planned.emplace_back([window, inWindow, onScreen, type, isMove, pressed = m_pressed, time = m_clock] {
+    if (!isMove) {
+        m_held = type == QEvent::MouseButtonPress ? grip.button : Qt::NoButton;
+    }
+    m_planned.emplace_back([window, inWindow, onScreen, type, isMove, grip, held = m_held, time = m_clock] {
         if (window) {
-            qt_handleMouseEvent(window, inWindow, onScreen, pressed ? Qt::LeftButton : Qt::NoButton,
-                                isMove ? Qt::NoButton : Qt::LeftButton, type, Qt::NoModifier, time);
+            qt_handleMouseEvent(window, inWindow, onScreen, held, isMove ? Qt::NoButton : grip.button, type,
+                                grip.modifiers, time);
         }
     });
 }
@@ -42,34 +46,60 @@ void Hand::moveTo(QWidget &widget, QPoint point) {
     mouse(widget, point, QEvent::MouseMove);
 }
 
-void Hand::click(QWidget &widget, QPoint point) {
-    m_clock += betweenClicks;
-    moveTo(widget, point);
-    mouse(widget, point, QEvent::MouseButtonPress);
-    mouse(widget, point, QEvent::MouseButtonRelease);
+void Hand::pressAndRelease(QWidget &widget, QPoint point, Grip grip) {
+    mouse(widget, point, QEvent::MouseButtonPress, grip);
+    mouse(widget, point, QEvent::MouseButtonRelease, grip);
 }
 
-void Hand::drag(QWidget &widget, const std::vector<QPoint> &points) {
+void Hand::click(QWidget &widget, QPoint point, Grip grip) {
+    m_clock += betweenClicks;
+    moveTo(widget, point);
+    pressAndRelease(widget, point, grip);
+}
+
+void Hand::doubleClick(QWidget &widget, QPoint point) {
+    click(widget, point);
+    pressAndRelease(widget, point, {});
+}
+
+void Hand::drag(QWidget &widget, const std::vector<QPoint> &points, Grip grip) {
     m_clock += betweenClicks;
     moveTo(widget, points.front());
-    mouse(widget, points.front(), QEvent::MouseButtonPress);
+    mouse(widget, points.front(), QEvent::MouseButtonPress, grip);
     for (std::size_t index = 1; index < points.size(); ++index) {
         const QPointF way = points[index] - points[index - 1];
         for (int step = 1; step <= stepsOfADrag; ++step) {
-            mouse(widget, points[index - 1] + (way * step / stepsOfADrag).toPoint(), QEvent::MouseMove);
+            mouse(widget, points[index - 1] + (way * step / stepsOfADrag).toPoint(), QEvent::MouseMove, grip);
         }
     }
-    mouse(widget, points.back(), QEvent::MouseButtonRelease);
+    mouse(widget, points.back(), QEvent::MouseButtonRelease, grip);
+}
+
+void Hand::wheel(QWidget &widget, QPoint point, int notches, Qt::KeyboardModifiers modifiers) {
+    moveTo(widget, point);
+    const QPointF inWindow = widget.mapTo(widget.window(), point);
+    const QPointF onScreen = widget.mapToGlobal(point);
+    const QPoint turn(0, notches * QWheelEvent::DefaultDeltasPerStep);
+    m_planned.emplace_back(
+        [window = QPointer<QWindow>(widget.window()->windowHandle()), inWindow, onScreen, turn, modifiers] {
+            if (window) {
+                QWheelEvent event(inWindow, onScreen, {}, turn, Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
+                QCoreApplication::sendEvent(window, &event); // Qt's test support has no way in for wheels
+            }
+        });
+}
+
+void Hand::keyEvent(QWidget &window, QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString &text) {
+    m_planned.emplace_back([target = QPointer<QWindow>(window.windowHandle()), type, key, modifiers, text] {
+        if (target) {
+            qt_handleKeyEvent(target, type, key, modifiers, text);
+        }
+    });
 }
 
 void Hand::key(QWidget &window, int key, Qt::KeyboardModifiers modifiers, const QString &text) {
-    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        m_planned.emplace_back([target = QPointer<QWindow>(window.windowHandle()), type, key, modifiers, text] {
-            if (target) {
-                qt_handleKeyEvent(target, type, key, modifiers, text);
-            }
-        });
-    }
+    keyEvent(window, QEvent::KeyPress, key, modifiers, text);
+    keyEvent(window, QEvent::KeyRelease, key, modifiers, text);
 }
 
 void Hand::type(QWidget &window, const QString &text) {

@@ -13,15 +13,27 @@ class QWidget;
 
 namespace lumora::play {
 
+/// Which mouse button the hand uses, and the keys that it holds meanwhile.
+struct Grip {
+    Qt::MouseButton button = Qt::LeftButton;
+    Qt::KeyboardModifiers modifiers = Qt::NoModifier;
+};
+
 class Hand {
   public:
-    /// A click of the left button at a point of the widget, in its pixels. Two clicks never make a double click.
-    void click(QWidget &widget, QPoint point);
+    /// A click at a point of the widget, in its pixels. Two clicks never make a double click.
+    void click(QWidget &widget, QPoint point, Grip grip = {});
+    void doubleClick(QWidget &widget, QPoint point);
     /// Press at the first point, move over the others, release at the last.
-    void drag(QWidget &widget, const std::vector<QPoint> &points);
+    void drag(QWidget &widget, const std::vector<QPoint> &points, Grip grip = {});
+    /// Turns the wheel by so many notches, away from the user where positive.
+    void wheel(QWidget &widget, QPoint point, int notches, Qt::KeyboardModifiers modifiers);
     /// Types into whatever has the keyboard in that window.
     void type(QWidget &window, const QString &text);
     void press(QWidget &window, QKeyCombination keys);
+    /// Presses a key until letGo.
+    void hold(QWidget &window, Qt::Key key) { keyEvent(window, QEvent::KeyPress, key, Qt::NoModifier, {}); }
+    void letGo(QWidget &window, Qt::Key key) { keyEvent(window, QEvent::KeyRelease, key, Qt::NoModifier, {}); }
 
     /// True while planned events wait for their turn.
     bool isBusy() const { return !m_planned.empty(); }
@@ -30,13 +42,15 @@ class Hand {
     void act();
 
   private:
-    void mouse(QWidget &widget, QPoint point, QEvent::Type type);
+    void mouse(QWidget &widget, QPoint point, QEvent::Type type, Grip grip = {});
     void moveTo(QWidget &widget, QPoint point);
+    void pressAndRelease(QWidget &widget, QPoint point, Grip grip);
+    void keyEvent(QWidget &window, QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString &text);
     void key(QWidget &window, int key, Qt::KeyboardModifiers modifiers, const QString &text);
 
     std::deque<std::function<void()>> m_planned;
     int m_clock = 0; ///< milliseconds, the events' own time
-    bool m_pressed = false;
+    Qt::MouseButton m_held = Qt::NoButton;
 };
 
 } // namespace lumora::play

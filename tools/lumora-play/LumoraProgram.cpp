@@ -1,9 +1,12 @@
 #include "LumoraProgram.h"
 
+#include "LumoraOrder.h"
 #include "app/frmMain.h"
 #include "document/DoEvents.h"
 #include "document/PhotoView.h"
 #include "widgets/StatusLine.h"
+
+#include <algorithm>
 
 namespace lumora::play {
 
@@ -47,6 +50,41 @@ QPoint LumoraProgram::onCanvas(QPoint picturePixel) const {
 
 QImage LumoraProgram::picture() const {
     return m_main.context().photo.picCanvas();
+}
+
+QImage LumoraProgram::marked() const {
+    const PhotoSelection &selection = m_main.context().photo.selection();
+    if (selection.isEmpty()) {
+        return {};
+    }
+    QImage mask(picture().size(), QImage::Format_Grayscale8);
+    mask.fill(0);
+    const Region &region = selection.region(mask.size());
+    for (int y = 0; y < mask.height(); ++y) {
+        for (const Region::Span &span : region.row(y)) {
+            std::fill(mask.scanLine(y) + span.begin, mask.scanLine(y) + span.end, uchar{255});
+        }
+    }
+    return mask;
+}
+
+bool LumoraProgram::isLeftAlone(const QWidget &widget) const {
+    return leavesOrReplaces(widget);
+}
+
+bool LumoraProgram::isMoving() const {
+    const frmMain *window = m_main.mainWindow();
+    return window != nullptr && isPanelSliding(*window);
+}
+
+bool LumoraProgram::isAtRest() const {
+    const frmMain *window = m_main.mainWindow();
+    return window != nullptr && hasArrowOnly(*window);
+}
+
+std::function<QString()> LumoraProgram::orderCheck() const {
+    const frmMain *window = m_main.mainWindow();
+    return window == nullptr ? [] { return QString("there is no main window"); } : orderOf(*window, m_main.context());
 }
 
 Program::State LumoraProgram::state() const {

@@ -18,7 +18,12 @@ class LumoraProgram : public Program {
     QWidget *canvas() const override;
     QPoint onCanvas(QPoint picturePixel) const override;
     QImage picture() const override;
+    QImage marked() const override;
     State state() const override;
+    bool isLeftAlone(const QWidget &widget) const override;
+    bool isMoving() const override;
+    bool isAtRest() const override;
+    std::function<QString()> orderCheck() const override;
 
   private:
     mutable basMain m_main;

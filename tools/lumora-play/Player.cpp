@@ -43,7 +43,11 @@ void Player::orderTick() {
 
 void Player::programEnded() {
     m_ended = true;
-    // The step that ended it is done; nothing else can be.
+    // The step that ended it is done; nothing else can be. A monkey is to leave the program on.
+    if (m_monkey != nullptr) {
+        finish(m_monkey->report("the program has ended"));
+        return;
+    }
     if (m_phase > 0) {
         ++m_next;
         m_phase = 0;
@@ -105,8 +109,16 @@ void Player::attempt(const Step &step) {
         ++m_next;
         m_phase = 0;
         m_lastWidget = nullptr;
+        m_undoSteps.clear();
         m_stepClock.start();
         return;
+    }
+}
+
+void Player::goOn(const Step &step) {
+    m_stepClock.start();
+    if (beforeStep) {
+        beforeStep(step);
     }
 }
 

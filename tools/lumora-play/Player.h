@@ -4,6 +4,7 @@
 #pragma once
 
 #include "Hand.h"
+#include "Monkey.h"
 #include "Program.h"
 #include "Script.h"
 
@@ -11,6 +12,7 @@
 #include <QHash>
 #include <QObject>
 #include <functional>
+#include <memory>
 
 class QComboBox;
 
@@ -36,8 +38,9 @@ class Player : public QObject {
     Player(Program &program, Script script, int patience, QObject *parent = nullptr);
 
     QHash<QString, QString> variables;
-    std::function<void(const QString &)> print; ///< what state, hash and shot say
-    std::function<void(const Step &)> beforeStep;
+    std::function<void(const QString &)> print;   ///< what state, hash and shot say
+    std::function<void(const Step &)> beforeStep; ///< and again before each action of a step that takes many
+    std::function<void(const QString &)> log;     ///< the actions of a monkey, where anybody wants to hear of them
 
     /// Plays from the next turn of the event loop on.
     void begin();
@@ -60,9 +63,12 @@ class Player : public QObject {
     void orderTick();
     bool isQuiet(const Step &step) const;
     void attempt(const Step &step);
+    /// A step that takes many actions begins another one: patience begins anew.
+    void goOn(const Step &step);
     void finish(const QString &problem = {});
 
-    // Steps.cpp: one function a verb; m_phase counts how often it has said goes().
+    // Steps.cpp and, for what only looks, Looking.cpp: one function a verb; m_phase counts how often it has said
+    // goes().
     Outcome setting(const Step &step);
     Outcome start(const Step &step);
     Outcome click(const Step &step);
@@ -72,12 +78,15 @@ class Player : public QObject {
     Outcome press(const Step &step);
     Outcome drag(const Step &step);
     Outcome key(const Step &step);
+    Outcome undo(const Step &step);
     Outcome choose(const Step &step);
+    Outcome monkey(const Step &step);
     Outcome wait(const Step &step);
     Outcome expect(const Step &step);
     Outcome expectNot(const Step &step);
     Outcome state(const Step &step);
     Outcome hash(const Step &step);
+    Outcome mask(const Step &step);
     Outcome shot(const Step &step);
     Outcome quit(const Step &step);
 
@@ -87,11 +96,10 @@ class Player : public QObject {
     Outcome typeInto(QWidget &widget, const QString &text);
     Outcome setCombo(QComboBox &combo, const QString &value);
     Outcome onPicture(const Step &step);
-    /// The value that expect compares: a control's, "hash", or "state.NAME". False with the reason in `problem`.
+    /// The value that expect compares: a control's, "hash", "outside.MASK" or "state.NAME". False with the reason in
+    /// `problem`.
     bool observed(const QString &what, QString &value, QString &problem) const;
     static QString windowNames();
-    /// Size and SHA-256 of the photo's RGBA rows.
-    QString picturePrint() const;
 
     Program &m_program;
     Script m_script;
@@ -107,6 +115,9 @@ class Player : public QObject {
     const void *m_fileDialog = nullptr; ///< the one that choose answers
     QElapsedTimer m_stepClock;          ///< since the step became the next
     QElapsedTimer m_inputClock;         ///< since the hand last moved
+    QString m_undoSteps;                ///< before undo pressed its keys last
+    QHash<QString, QImage> m_masks;
+    std::unique_ptr<Monkey> m_monkey; ///< while it walks
     QString m_problem;
     int m_problemLine = 0;
 };

@@ -5,6 +5,7 @@
 #include <QPoint>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -31,10 +32,22 @@ class Program {
     /// Where a pixel of the photo (its centre) is in the canvas widget, in the widget's pixels.
     virtual QPoint onCanvas(QPoint picturePixel) const = 0;
     virtual QImage picture() const = 0;
+    /// What is marked of the photo: a grey picture of its size, 255 where a pixel is marked; null when nothing is.
+    virtual QImage marked() const = 0;
 
     using State = std::vector<std::pair<QString, QString>>;
     /// Flags, zoom, status line, selection: names and values, in the order in which "state" prints them.
     virtual State state() const = 0;
+    /// Something slides to its place; what can be reached is known when it has come to a stop.
+    virtual bool isMoving() const = 0;
+
+    // For a random walk.
+    /// Whether the walk has to leave this control (and all in it) alone.
+    virtual bool isLeftAlone(const QWidget &widget) const = 0;
+    /// Nothing is open, no tool is at work.
+    virtual bool isAtRest() const = 0;
+    /// A check that remembers how things are now and says later what is out of order; an empty text when nothing is.
+    virtual std::function<QString()> orderCheck() const = 0;
 };
 
 } // namespace lumora::play

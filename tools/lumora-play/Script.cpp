@@ -26,12 +26,15 @@ const Verb verbs[] = {
     {"press", 1, 1, "press X Y"},
     {"drag", 1, 1, "drag X Y X Y ..."},
     {"key", 1, 1, "key KEYS"},
+    {"undo", 1, 1, "undo all"},
     {"choose", 1, 1, "choose FILE"},
+    {"monkey", 2, 2, "monkey SEED COUNT"},
     {"wait", 1, 1, "wait MILLISECONDS"},
     {"expect", 2, 2, "expect CONTROL TEXT"},
     {"expect-not", 2, 2, "expect-not CONTROL TEXT"},
     {"state", 0, 0, "state"},
-    {"hash", 0, 1, "hash [NAME]"},
+    {"hash", 0, 3, "hash [NAME] | hash outside MASK [NAME]"},
+    {"mask", 1, 1, "mask NAME"},
     {"shot", 1, 1, "shot FILE"},
     {"quit", 0, 0, "quit"},
 };
@@ -50,6 +53,11 @@ QStringList wordsOf(QString rest, int most) {
         rest = rest.mid(blank).trimmed();
     }
     return words;
+}
+
+bool isCount(const QString &word) {
+    bool isNumber = false;
+    return word.toInt(&isNumber) >= 0 && isNumber;
 }
 
 QString misread(const Step &step, const Verb &verb, bool started) {
@@ -72,14 +80,13 @@ QString misread(const Step &step, const Verb &verb, bool started) {
     if (step.verb == "setting" && !assignment.match(step.word(0)).hasMatch()) {
         return how;
     }
-    bool isNumber = true;
-    if (step.verb == "wait") {
-        step.word(0).toInt(&isNumber);
-    }
-    if (!isNumber || (step.verb == "press" && numbers != 2) || (step.verb == "drag" && numbers < 4)) {
-        return how;
-    }
-    return {};
+    const bool outside = step.word(0) == "outside";
+    const bool wrong = (step.verb == "wait" && !isCount(step.word(0))) ||
+                       (step.verb == "monkey" && !(isCount(step.word(0)) && isCount(step.word(1)))) ||
+                       (step.verb == "undo" && step.word(0) != "all") ||
+                       (step.verb == "hash" && (outside ? step.words.size() < 2 : step.words.size() > 1)) ||
+                       (step.verb == "press" && numbers != 2) || (step.verb == "drag" && numbers < 4);
+    return wrong ? how : QString();
 }
 
 } // namespace

@@ -2,22 +2,18 @@
 #include "Controls.h"
 #include "Items.h"
 #include "Player.h"
-#include "Shot.h"
 
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QCryptographicHash>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRegularExpression>
-#include <QWindow>
 #include <algorithm>
 #include <cstdlib>
 
@@ -26,42 +22,6 @@ namespace lumora::play {
 namespace {
 
 const QKeyCombination selectAll = Qt::ControlModifier | Qt::Key_A;
-
-/// "*" stands for any run of characters; runs of blanks count as one.
-bool agrees(const QString &value, const QString &pattern) {
-    const QString expression = QRegularExpression::escape(pattern.simplified()).replace("\\*", ".*");
-    static constexpr auto across = QRegularExpression::DotMatchesEverythingOption;
-    return QRegularExpression(QRegularExpression::anchoredPattern(expression), across)
-        .match(value.simplified())
-        .hasMatch();
-}
-
-QString quoted(const QString &value) {
-    return value.contains(' ') || value.isEmpty() ? '"' + value + '"' : value;
-}
-
-/// The window that keys go to: an open pop-up, the window with the keyboard, the window in front.
-QWidget *keyboardWindow() {
-    if (QWidget *popup = QApplication::activePopupWidget()) {
-        return popup;
-    }
-    if (QWidget *modal = QApplication::activeModalWidget()) {
-        return modal;
-    }
-    if (QWidget *active = QApplication::activeWindow()) {
-        return active;
-    }
-    const QList<QWidget *> windows = openWindows();
-    return windows.isEmpty() ? nullptr : windows.last();
-}
-
-/// Where there is no window manager nobody else hands the keyboard to a window that is clicked.
-void activate(const QWidget &window) {
-    QWindow *handle = window.windowHandle();
-    if (handle != nullptr && !window.isActiveWindow() && window.windowType() != Qt::Popup) {
-        handle->requestActivate();
-    }
-}
 
 /// The key presses that bring a slider from its value to another one.
 void moveSlider(Hand &hand, QWidget &window, const QAbstractSlider &slider, int value) {
@@ -81,23 +41,13 @@ void moveSlider(Hand &hand, QWidget &window, const QAbstractSlider &slider, int 
 
 Player::Performer Player::performerOf(const QString &verb) {
     static const QHash<QString, Performer> performers = {
-        {"setting", &Player::setting},
-        {"start", &Player::start},
-        {"click", &Player::click},
-        {"item", &Player::item},
-        {"type", &Player::type},
-        {"set", &Player::set},
-        {"press", &Player::press},
-        {"drag", &Player::drag},
-        {"key", &Player::key},
-        {"choose", &Player::choose},
-        {"wait", &Player::wait},
-        {"expect", &Player::expect},
-        {"expect-not", &Player::expectNot},
-        {"state", &Player::state},
-        {"hash", &Player::hash},
-        {"shot", &Player::shot},
-        {"quit", &Player::quit},
+        {"setting", &Player::setting}, {"start", &Player::start},   {"click", &Player::click},
+        {"item", &Player::item},       {"type", &Player::type},     {"set", &Player::set},
+        {"press", &Player::press},     {"drag", &Player::drag},     {"key", &Player::key},
+        {"undo", &Player::undo},       {"choose", &Player::choose}, {"monkey", &Player::monkey},
+        {"wait", &Player::wait},       {"expect", &Player::expect}, {"expect-not", &Player::expectNot},
+        {"state", &Player::state},     {"hash", &Player::hash},     {"mask", &Player::mask},
+        {"shot", &Player::shot},       {"quit", &Player::quit},
     };
     return performers.value(verb);
 }
@@ -120,10 +70,10 @@ Outcome Player::start(const Step &step) {
 }
 
 QString Player::reach(QWidget &widget) {
-    QString problem = obstacle(widget);
+    QString problem = m_program.isMoving() ? "something is still moving" : obstacle(widget);
     QPoint point;
     if (problem.isEmpty() && findClickPoint(widget, point)) {
-        // Twice at the same place: panels slide in.
+        // Twice at the same place: a layout may be about to move it.
         const QPoint place = widget.mapToGlobal(point);
         if (m_lastWidget != &widget || m_lastPlace != place) {
             problem = "it is still moving";
@@ -307,6 +257,43 @@ Outcome Player::key(const Step &step) {
     return Outcome::goes();
 }
 
+Outcome Player::undo(const Step &step) {
+    QString steps;
+    QString problem;
+    if (!observed("state.undo", steps, problem) || steps == "0") {
+        return problem.isEmpty() ? Outcome::done() : Outcome::notYet(problem);
+    }
+    QWidget *window = keyboardWindow();
+    if (steps == m_undoSteps || window == nullptr) {
+        return Outcome::notYet(QString("it does not undo; %1 steps are left").arg(steps));
+    }
+    m_undoSteps = steps;
+    activate(*window);
+    m_hand.press(*window, Qt::ControlModifier | Qt::Key_Z);
+    goOn(step);
+    return Outcome::goes();
+}
+
+Outcome Player::monkey(const Step &step) {
+    if (m_monkey == nullptr) {
+        m_monkey = std::make_unique<Monkey>(m_program, m_hand, step.word(0).toUInt(), step.word(1).toInt());
+    }
+    const QString problem = m_monkey->problem();
+    if (!problem.isEmpty()) {
+        return Outcome::notYet(problem);
+    }
+    if (m_monkey->isDone()) {
+        m_monkey.reset();
+        return Outcome::done();
+    }
+    const QString action = m_monkey->act();
+    if (log) {
+        log(action);
+    }
+    goOn(step);
+    return Outcome::goes();
+}
+
 Outcome Player::choose(const Step &step) {
     constexpr int clicked = 3; // the phase after the dialog's Open or Save was clicked
     auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
@@ -344,97 +331,6 @@ Outcome Player::wait(const Step &step) {
         return Outcome::done();
     }
     return Outcome::goes();
-}
-
-QString Player::picturePrint() const {
-    const QImage picture = m_program.picture().convertToFormat(QImage::Format_RGBA8888);
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    for (int y = 0; y < picture.height(); ++y) {
-        const auto *row = reinterpret_cast<const char *>(picture.constScanLine(y));
-        hash.addData(QByteArrayView(row, qsizetype(picture.width()) * 4));
-    }
-    return QString("%1x%2 %3").arg(picture.width()).arg(picture.height()).arg(QLatin1String(hash.result().toHex()));
-}
-
-bool Player::observed(const QString &what, QString &value, QString &problem) const {
-    if (what == "hash") {
-        value = picturePrint();
-        return true;
-    }
-    if (what == "state.windows") {
-        value = windowNames();
-        return true;
-    }
-    if (what.startsWith("state.")) {
-        for (const auto &[name, current] : m_program.state()) {
-            if (what.mid(6) == name) {
-                value = current;
-                return true;
-            }
-        }
-        problem = QString("state has no %1").arg(what.mid(6));
-        return false;
-    }
-    const FoundControl found = findControl(what.section('@', 0, 0));
-    problem = found.problem;
-    if (found.widget != nullptr) {
-        value = valueOf(*found.widget, what.section('@', 1));
-    }
-    return found.widget != nullptr;
-}
-
-Outcome Player::expect(const Step &step) {
-    QString value;
-    QString problem;
-    if (!observed(step.word(0), value, problem)) {
-        return Outcome::notYet(problem);
-    }
-    return agrees(value, step.word(1)) ? Outcome::done() : Outcome::notYet(QString("it is \"%1\"").arg(value));
-}
-
-Outcome Player::expectNot(const Step &step) {
-    QString value;
-    QString problem;
-    if (!observed(step.word(0), value, problem)) {
-        return Outcome::notYet(problem);
-    }
-    return agrees(value, step.word(1)) ? Outcome::notYet("it is just that") : Outcome::done();
-}
-
-QString Player::windowNames() {
-    QStringList names;
-    for (const QWidget *window : openWindows()) {
-        names << nameOf(*window);
-    }
-    return names.join(',');
-}
-
-Outcome Player::state(const Step &) {
-    QStringList words;
-    for (const auto &[name, value] : m_program.state()) {
-        words << name + '=' + quoted(value);
-    }
-    print((words << "windows=" + quoted(windowNames())).join(' '));
-    return Outcome::done();
-}
-
-Outcome Player::hash(const Step &step) {
-    const QString value = picturePrint();
-    print(value);
-    if (!step.words.isEmpty()) {
-        variables[step.word(0)] = value;
-    }
-    return Outcome::done();
-}
-
-Outcome Player::shot(const Step &step) {
-    const QString path = QDir::current().absoluteFilePath(step.word(0));
-    if (!takeShot().save(path)) {
-        finish(QString("%1 cannot be written").arg(path));
-        return Outcome::done();
-    }
-    print(path);
-    return Outcome::done();
 }
 
 Outcome Player::quit(const Step &) {

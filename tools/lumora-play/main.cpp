@@ -8,6 +8,7 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTextStream>
 #include <atomic>
 #include <cstdio>
@@ -79,8 +80,9 @@ bool readFile(const QString &name, QString &text) {
     return isOpen;
 }
 
-QHash<QString, QString> variablesOf(const Stage &stage) {
+QHash<QString, QString> variablesOf(const Options &options, const Stage &stage) {
     return {
+        {"HERE", QFileInfo(options.script).absolutePath()},
         {"SAMPLES", stage.programFolder() + "/My Photos"},
         {"PROGRAM", stage.programFolder()},
         {"OUT", QDir(qEnvironmentVariable("LUMORA_PLAY_OUT", QDir::currentPath())).absolutePath()},
@@ -95,8 +97,11 @@ int playScript(QApplication &application, const Options &options, Script script,
                       [&] { complain(QString("%1:%2: the program hangs").arg(options.script).arg(line.load())); });
     LumoraProgram program(stage.programFolder());
     Player player(program, std::move(script), options.patience);
-    player.variables = variablesOf(stage);
+    player.variables = variablesOf(options, stage);
     player.print = say;
+    if (options.verbose) {
+        player.log = say;
+    }
     player.beforeStep = [&](const Step &step) {
         if (options.verbose && line != step.line) {
             say(QString("%1: %2 %3").arg(step.line).arg(step.verb, step.words.join(' ')));

@@ -298,6 +298,11 @@ constexpr TextRow textRows[] = {
     {"frmSimpleSave frmSimpleSave2", "AdvDlg", "More...", "cmdAdvCMDLG", "text"},
 
     // Prompts.
+    {"frmRecover", "DlgRecoverTitle", "Welcome back", "", "windowTitle"},
+    {"frmRecover", "DlgRecoverTitle", "Welcome back", "lblCaption", "text"},
+    {"frmRecover", "DlgRecoverPrompt", "Lumora still has your picture. Do you want it back?", "lblPrompt", "text"},
+    {"frmRecover", "DlgRecoverBtnYes", "Yes", "cmdYes", "text"},
+    {"frmRecover", "DlgRecoverBtnNo", "No", "cmdNo", "text"},
     {"frmExit", "DlgExitTitle", "Exit", "", "windowTitle"},
     {"frmExit", "DlgExitTitle", "Exit", "lblCaption", "text"},
     {"frmExit", "DlgExitPrompt", "Exit ?", "lblPrompt", "text"},

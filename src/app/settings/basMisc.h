@@ -7,7 +7,8 @@ namespace lumora {
 
 /// Where this installation keeps its things. "/" separates folders.
 struct Installation {
-    QString programFolder; ///< the folder that holds the program file
+    QString programFolder;       ///< the folder that holds the program file
+    QString recoveryFolder = {}; ///< where copies of unsaved photos are kept; empty: nowhere
     QString settingsFile() const { return programFolder + "/Lumora.ini"; }
     /// language.ini in the program's folder, its name matched without regard to case.
     QString languageFile() const;

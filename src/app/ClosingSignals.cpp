@@ -1,0 +1,64 @@
+#include "app/ClosingSignals.h"
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+#include <utility>
+
+namespace lumora {
+
+namespace {
+
+constexpr std::array closingSignals{SIGTERM, SIGINT, SIGHUP};
+std::array<int, 2> pipeEnds{-1, -1}; // read, write: all that a signal handler may touch is a descriptor
+
+void tellThePipe(int) {
+    const int before = errno;
+    const char byte = 0;
+    [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], &byte, 1); // a full pipe has told already
+    errno = before;
+}
+
+} // namespace
+
+ClosingSignals::ClosingSignals(QObject *parent) : QObject(parent) {
+    if (::pipe2(pipeEnds.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+        return; // then a signal ends the program as it always does
+    }
+    auto *notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [notifier] {
+        notifier->setEnabled(false);
+        QCoreApplication::exit(0); // quit() would ask the windows, and they the user
+    });
+    for (const int number : closingSignals) {
+        struct sigaction action {};
+        ::sigaction(number, nullptr, &action);
+        if (action.sa_handler == SIG_DFL) {
+            action.sa_handler = tellThePipe;
+            action.sa_flags = SA_RESTART;
+            ::sigaction(number, &action, nullptr);
+        }
+    }
+}
+
+ClosingSignals::~ClosingSignals() {
+    for (const int number : closingSignals) {
+        struct sigaction action {};
+        ::sigaction(number, nullptr, &action);
+        if (action.sa_handler == tellThePipe) {
+            action.sa_handler = SIG_DFL;
+            ::sigaction(number, &action, nullptr);
+        }
+    }
+    for (int &end : pipeEnds) {
+        if (end >= 0) {
+            ::close(std::exchange(end, -1));
+        }
+    }
+}
+
+} // namespace lumora

@@ -1,0 +1,91 @@
+#include "document/RecoveryCopy.h"
+
+#include "document/PackedPicture.h"
+#include "imaging/Picture.h"
+
+#include <QCryptographicHash>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <new>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace lumora {
+
+namespace {
+
+constexpr std::array<char, 8> mark{'L', 'u', 'm', 'o', 'r', 'a', 'R', '1'};
+constexpr auto checksumMethod = QCryptographicHash::Blake2b_256;
+constexpr int checksumBytes = 32;
+
+struct Header {
+    std::array<char, 8> magic = mark;
+    qint32 width = 0;
+    qint32 height = 0;
+    qint32 opaque = 0;
+    qint32 unused = 0;
+    std::array<char, checksumBytes> checksum{}; ///< of the fields above and of all pixels
+};
+static_assert(sizeof(Header) == 24 + checksumBytes, "no holes, which would hold chance bytes");
+
+std::array<char, checksumBytes> checksumOf(const Header &header, const QImage &picture) {
+    QCryptographicHash hash(checksumMethod);
+    hash.addData(QByteArrayView(reinterpret_cast<const char *>(&header), offsetof(Header, checksum)));
+    for (int y = 0; y < picture.height(); ++y) {
+        hash.addData(QByteArrayView(picture.constScanLine(y), qsizetype{4} * picture.width()));
+    }
+    std::array<char, checksumBytes> checksum{};
+    std::memcpy(checksum.data(), hash.result().constData(), checksumBytes);
+    return checksum;
+}
+
+/// More than pixels that cannot be squeezed take, with the heads of their strips.
+qint64 largestFile(const Header &header) {
+    const qint64 pixels = qint64{header.width} * header.height;
+    return qint64{sizeof(Header)} + 4 * pixels + pixels / 16 + qint64{1024} * header.height + 65536;
+}
+
+bool isPlausible(const Header &header, qint64 fileBytes) {
+    return header.magic == mark && header.width > 0 && header.height > 0 &&
+           qint64{header.width} * header.height <= maxPicturePixels && (header.opaque == 0 || header.opaque == 1) &&
+           fileBytes <= largestFile(header);
+}
+
+} // namespace
+
+bool writeRecoveryCopy(int file, const QImage &picture, qint64 limit, const std::stop_token &stop) {
+    Header header;
+    header.width = picture.width();
+    header.height = picture.height();
+    header.opaque = picture.format() == QImage::Format_RGB32 ? 1 : 0;
+    header.checksum = checksumOf(header, picture);
+    return ::write(file, &header, sizeof header) == ssize_t{sizeof header} &&
+           writePacked(file, picture, true, limit, stop) >= 0;
+}
+
+CopyRead readRecoveryCopy(int file, QImage &picture) {
+    struct stat status {};
+    Header header;
+    if (::fstat(file, &status) != 0 || ::read(file, &header, sizeof header) != ssize_t{sizeof header} ||
+        !isPlausible(header, status.st_size)) {
+        return CopyRead::Damaged;
+    }
+    try {
+        QImage target = newPicture(header.width, header.height, header.opaque == 1);
+        if (target.isNull()) {
+            return CopyRead::NotNow;
+        }
+        char more = 0;
+        errno = 0;
+        if (!readPacked(file, target) || ::read(file, &more, 1) != 0 || checksumOf(header, target) != header.checksum) {
+            return errno == EIO || errno == ESTALE ? CopyRead::NotNow : CopyRead::Damaged;
+        }
+        picture = target;
+    } catch (const std::bad_alloc &) {
+        return CopyRead::NotNow;
+    }
+    return CopyRead::Done;
+}
+
+} // namespace lumora

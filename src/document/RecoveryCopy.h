@@ -1,0 +1,23 @@
+// A picture as a recovery copy: what a crash leaves of unsaved work. Written and read by RecoveryFolder.
+#pragma once
+
+#include <QImage>
+#include <stop_token>
+
+namespace lumora {
+
+enum class CopyRead {
+    Done,
+    Damaged, ///< cut off, changed, of another program, or larger than a picture may be
+    NotNow,  ///< memory was refused or the disk does not answer: the copy may be good
+};
+
+/// Writes a header with a checksum and the pixels, without loss. False when the disk is full, more than `limit` bytes
+/// would be needed or a stop is asked for; throws std::bad_alloc.
+bool writeRecoveryCopy(int file, const QImage &picture, qint64 limit, const std::stop_token &stop);
+
+/// Reads what writeRecoveryCopy wrote, to the bit. The size is checked against maxPicturePixels and against the
+/// file's own before memory for pixels is taken. The picture stays as it is unless the answer is Done.
+CopyRead readRecoveryCopy(int file, QImage &picture);
+
+} // namespace lumora

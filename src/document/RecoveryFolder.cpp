@@ -1,0 +1,202 @@
+#include "document/RecoveryFolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QStandardPaths>
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <new>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace lumora {
+
+namespace {
+
+constexpr const char *folderPrefix = "photo-";
+constexpr const char *copyName = "copy";
+constexpr const char *nextName = "copy.new";
+constexpr const char *lockName = "lock"; // a file: network file systems lock no folders
+constexpr int openFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+
+bool isOwn(int folder) {
+    struct stat status {};
+    return ::fstat(folder, &status) == 0 && status.st_uid == ::geteuid() && status.st_nlink > 0;
+}
+
+/// Descriptor of the parent folder, private from now on; -1 when it is not there or not this user's.
+int openParent(const QString &path) {
+    const int parent = ::open(QFile::encodeName(path).constData(), openFolder);
+    if (parent >= 0 && !(isOwn(parent) && ::fchmod(parent, 0700) == 0)) {
+        ::close(parent);
+        return -1;
+    }
+    return parent;
+}
+
+int makeParent(const QString &path) {
+    QDir().mkpath(QFileInfo(path).path());
+    ::mkdir(QFile::encodeName(path).constData(), 0700);
+    return openParent(path);
+}
+
+qint64 halfOfFreeBytes(int folder) {
+    struct statvfs space {};
+    return ::fstatvfs(folder, &space) == 0
+               ? static_cast<qint64>(space.f_bavail) * static_cast<qint64>(space.f_frsize) / 2
+               : 0;
+}
+
+} // namespace
+
+RecoveryFolder::RecoveryFolder(const QString &parent) : m_parentPath(parent) {}
+
+RecoveryFolder::~RecoveryFolder() {
+    close();
+}
+
+void RecoveryFolder::close() {
+    for (int *descriptor : {&m_folder, &m_parent, &m_lock}) {
+        if (*descriptor >= 0) {
+            ::close(std::exchange(*descriptor, -1));
+        }
+    }
+}
+
+QString RecoveryFolder::usualParent() {
+    return QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) + QStringLiteral("/recovery");
+}
+
+/// Opens and locks that folder; false when it is another user's, in use, no folder or gone.
+bool RecoveryFolder::enter(int parent, const std::string &name) {
+    const int folder = ::openat(parent, name.c_str(), openFolder);
+    if (folder < 0) {
+        return false;
+    }
+    const int lock = isOwn(folder) ? ::openat(folder, lockName, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600) : -1;
+    // Another program may have removed the folder before the lock was had: then it has no name any more.
+    if (lock < 0 || ::flock(lock, LOCK_EX | LOCK_NB) != 0 || !isOwn(folder)) {
+        ::close(folder);
+        if (lock >= 0) {
+            ::close(lock);
+        }
+        return false;
+    }
+    close();
+    m_folder = folder;
+    m_lock = lock;
+    m_parent = ::fcntl(parent, F_DUPFD_CLOEXEC, 0);
+    m_name = name;
+    return true;
+}
+
+bool RecoveryFolder::make() {
+    if (m_folder >= 0 && isOwn(m_folder)) {
+        return true;
+    }
+    close();
+    const int parent = makeParent(m_parentPath);
+    bool made = false;
+    for (int attempt = 0; attempt < 3 && !made && parent >= 0; ++attempt) {
+        const std::string name = folderPrefix + std::to_string(QRandomGenerator::system()->generate64());
+        if (::mkdirat(parent, name.c_str(), 0700) != 0) {
+            break;
+        }
+        made = enter(parent, name);
+        if (!made) { // a program that starts at this moment took it for an empty one, or nothing can be locked here
+            ::unlinkat(parent, (name + '/' + lockName).c_str(), 0);
+            ::unlinkat(parent, name.c_str(), AT_REMOVEDIR);
+        }
+    }
+    if (parent >= 0) {
+        ::close(parent);
+    }
+    return made;
+}
+
+bool RecoveryFolder::write(const QImage &picture, const std::stop_token &stop) {
+    if (!make()) {
+        return false;
+    }
+    ::unlinkat(m_folder, nextName, 0);
+    const int file = ::openat(m_folder, nextName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+    if (file < 0) {
+        return false;
+    }
+    bool whole = false;
+    try {
+        whole = writeRecoveryCopy(file, picture, halfOfFreeBytes(m_folder), stop) && ::fsync(file) == 0;
+    } catch (const std::bad_alloc &) {
+        whole = false;
+    }
+    whole = ::close(file) == 0 && whole && ::renameat(m_folder, nextName, m_folder, copyName) == 0;
+    if (whole) {
+        ::fsync(m_folder); // the new name lasts through a power cut
+    } else {
+        ::unlinkat(m_folder, nextName, 0);
+    }
+    return whole;
+}
+
+void RecoveryFolder::clear() {
+    if (m_folder >= 0) {
+        ::unlinkat(m_folder, copyName, 0);
+        ::unlinkat(m_folder, nextName, 0);
+        ::unlinkat(m_folder, lockName, 0);
+        ::unlinkat(m_parent, m_name.c_str(), AT_REMOVEDIR);
+        close();
+    }
+}
+
+CopyRead RecoveryFolder::readCopy(QImage &picture) const {
+    // A pipe of that name would keep the program waiting without O_NONBLOCK.
+    const int file = ::openat(m_folder, copyName, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (file < 0) {
+        return errno == ENOENT || errno == ELOOP ? CopyRead::Damaged : CopyRead::NotNow;
+    }
+    struct stat status {};
+    const bool good = ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == ::geteuid();
+    const CopyRead read = good ? readRecoveryCopy(file, picture) : CopyRead::Damaged;
+    ::close(file);
+    return read;
+}
+
+std::unique_ptr<RecoveryFolder> RecoveryFolder::findNewest(const QString &parent, QImage &picture) {
+    using Time = std::pair<qint64, qint64>; // seconds, nanoseconds
+    std::vector<std::pair<Time, std::unique_ptr<RecoveryFolder>>> left;
+    const int top = openParent(parent);
+    if (top < 0) {
+        return nullptr;
+    }
+    const QStringList names = QDir(parent).entryList({QLatin1String(folderPrefix) + QLatin1Char('*')}, QDir::Dirs);
+    for (const QString &name : names) {
+        auto folder = std::make_unique<RecoveryFolder>(parent);
+        if (!folder->enter(top, QFile::encodeName(name).toStdString())) {
+            continue;
+        }
+        struct stat status {};
+        ::fstatat(folder->m_folder, copyName, &status, AT_SYMLINK_NOFOLLOW);
+        left.emplace_back(Time(status.st_mtim.tv_sec, status.st_mtim.tv_nsec), std::move(folder));
+    }
+    ::close(top);
+    std::sort(left.begin(), left.end(), [](const auto &a, const auto &b) { return a.first > b.first; });
+    for (auto &[time, folder] : left) {
+        const CopyRead read = folder->readCopy(picture);
+        if (read == CopyRead::Done) {
+            return std::move(folder);
+        }
+        if (read == CopyRead::Damaged) {
+            folder->clear();
+        }
+    }
+    return nullptr;
+}
+
+} // namespace lumora

@@ -1,0 +1,53 @@
+// Where a running program keeps the recovery copy of its photo: a private folder that outlives a crash and a restart
+// of the computer. Recovery writes into it; the next program that starts finds what was left behind.
+#pragma once
+
+#include "document/RecoveryCopy.h"
+
+#include <QImage>
+#include <QString>
+#include <memory>
+#include <stop_token>
+#include <string>
+
+namespace lumora {
+
+/// One folder (mode 0700) below `parent` for each program that has a photo to keep, made with the first copy and
+/// locked as long as the object lives, so that programs do not disturb each other. Links and what belongs to other
+/// users are never followed. One thread at a time.
+class RecoveryFolder {
+  public:
+    explicit RecoveryFolder(const QString &parent);
+    /// Lets go of the lock; a copy stays where it is.
+    ~RecoveryFolder();
+    RecoveryFolder(const RecoveryFolder &) = delete;
+    RecoveryFolder &operator=(const RecoveryFolder &) = delete;
+
+    /// Puts a copy of the picture in the place of the last one, whole or not at all, flushed to the disk. False, and
+    /// the last one stands, when the disk is full (half of what is free is left to others), the folder cannot be made
+    /// or a stop is asked for.
+    bool write(const QImage &picture, const std::stop_token &stop = {});
+    /// Removes the copy and the folder; the next write makes them anew.
+    void clear();
+
+    /// The newest copy below `parent` that no running program holds, read into `picture`; null when there is none.
+    /// Damaged ones are removed on the way, older ones stay for the next time.
+    static std::unique_ptr<RecoveryFolder> findNewest(const QString &parent, QImage &picture);
+
+    /// The folder below which the program itself looks: in the user's own data, not among temporary files.
+    static QString usualParent();
+
+  private:
+    bool make();
+    bool enter(int parent, const std::string &name);
+    CopyRead readCopy(QImage &picture) const;
+    void close();
+
+    const QString m_parentPath;
+    int m_parent = -1;
+    int m_folder = -1;
+    int m_lock = -1; ///< a file in it, locked: what others see as in use
+    std::string m_name;
+};
+
+} // namespace lumora

@@ -1,0 +1,20 @@
+// Plays a script on the small window and tells what came of it.
+#pragma once
+
+#include "Player.h"
+#include "SmallWindow.h"
+
+namespace lumora::play::test {
+
+struct Played {
+    QStringList diary; ///< after the start
+    QStringList printed;
+    QStringList actions; ///< of a monkey
+    QString problem;
+    int line = 0;
+};
+
+/// `prepare` sees the window before the script begins.
+Played playScript(const QString &text, int patience = 400, const std::function<void(SmallWindow &)> &prepare = {});
+
+} // namespace lumora::play::test
