@@ -34,6 +34,9 @@ TEST(PhotoSelection, marksBoxesAndWhatOfThemLiesInThePicture) {
         QRect kept;
         int inRectangle, inEllipse; // pixels
     };
+    // Its end is one more than a whole number holds.
+    const int most = std::numeric_limits<int>::max();
+    const QRect farthest(QPoint(most - 5, 0), QPoint(most, 5));
     const Row rows[] = {
         {{10, 10, 8, 6}, {10, 10, 8, 6}, 48, 36},
         {{0, 0, 1, 1}, {0, 0, 1, 1}, 1, 1},
@@ -42,7 +45,7 @@ TEST(PhotoSelection, marksBoxesAndWhatOfThemLiesInThePicture) {
         {{100, 100, 500, 500}, {100, 100, 500, 500}, 0, 0},
         {{10, 10, 0, 6}, nothing, 0, 0},
         {{10, 10, 6, 0}, nothing, 0, 0},
-        {{std::numeric_limits<int>::max() - 5, 0, 6, 6}, {std::numeric_limits<int>::max() - 5, 0, 6, 6}, 0, 0},
+        {farthest, farthest, 0, 0},
     };
     for (const Row &row : rows) {
         SCOPED_TRACE(testing::Message() << row.box.x() << " " << row.box.width());
