@@ -10,6 +10,7 @@
 #include "dialogs/frmSimpleSave.h"
 #include "document/DoEvents.h"
 
+#include <QApplication>
 #include <QFileInfo>
 #include <utility>
 
@@ -36,6 +37,9 @@ void PhotoCommands::save() {
 }
 
 void PhotoCommands::openDropped(const QString &path) {
+    if (QApplication::activeModalWidget() != nullptr) {
+        return; // the window system lets a drop through to a window that waits for an answer
+    }
     const auto load = [this, path] {
         Q_EMIT firstToolWanted();
         Q_EMIT toolsEnabled();
@@ -175,9 +179,8 @@ void PhotoCommands::SaveMySimplePhoto2() {
     if (result == frmSimpleSave::Result::Save) {
         path = dialog.path();
     } else if (result == frmSimpleSave::Result::More) {
-        path =
-            askWhereToSave(m_ctx, m_owner,
-                           {.initialName = m_ctx.photo.CurrentFileName, .suffix = "png", .workingDirectoryOnly = true});
+        // CurrentFileName is the dialog's folder now and no name: offering it would lead away from the working folder.
+        path = askWhereToSave(m_ctx, m_owner, {.initialName = {}, .suffix = "png", .workingDirectoryOnly = true});
     }
     if (path.isEmpty()) {
         return;

@@ -23,7 +23,8 @@ class PhotoCommands : public QObject {
     /// The Open and Save buttons.
     void open();
     void save();
-    /// Opens that file the way of the Open button: asks first when there are unsaved changes.
+    /// Opens that file the way of the Open button: asks first when there are unsaved changes. Does nothing
+    /// while a modal window waits for an answer.
     void openDropped(const QString &path);
     /// Asks as ExitApp does and leaves the editor when the answer allows it.
     void leaveEditor();

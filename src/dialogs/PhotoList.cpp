@@ -6,15 +6,17 @@
 #include <QDir>
 #include <QPainter>
 #include <QScreen>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <algorithm>
 #include <filesystem>
 
 namespace lumora {
 
 namespace {
 
-constexpr QSize tileSize(184, 172);    // pixels
-constexpr QSize pictureRoom(156, 120); // pixels
+constexpr QSize tileSize(156, 158);    // pixels, the least: what is left of a row widens its tiles
+constexpr QSize pictureRoom(136, 106); // pixels
 constexpr int tileGap = 5;             // pixels around each tile
 constexpr int keptThumbnails = 300;
 constexpr int settleTime = 40; // milliseconds without scrolling before thumbnails are asked for
@@ -24,7 +26,9 @@ class CardDelegate : public QStyledItemDelegate {
   public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    QSize sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const override { return tileSize; }
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &) const override {
+        return static_cast<const QListView *>(option.widget)->gridSize();
+    }
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override {
         const auto *list = static_cast<const PhotoList *>(option.widget);
@@ -144,6 +148,10 @@ QListWidgetItem *PhotoList::itemOf(const QString &name) const {
 }
 
 void PhotoList::resizeEvent(QResizeEvent *event) {
+    // The view leaves the scroll bar's place free when it is hidden too; the last pixel would break the row.
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, verticalScrollBar());
+    const int room = maximumViewportSize().width() - bar - 1;
+    setGridSize({room / std::max(1, room / tileSize.width()), tileSize.height()});
     QListWidget::resizeEvent(event);
     m_settle.start();
 }

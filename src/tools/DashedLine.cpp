@@ -91,7 +91,8 @@ void DashedLine::stamp(int x, int y, int place) {
         std::memset(m_pixels.scanLine(row) + square.left(), place, static_cast<size_t>(square.width()));
     }
     for (const QPoint corner : {square.topLeft(), square.topRight(), square.bottomLeft(), square.bottomRight()}) {
-        m_tiles[static_cast<size_t>(corner.y() / tile * m_grid.width() + corner.x() / tile)] = true;
+        m_tiles[static_cast<size_t>(corner.y() / tile) * static_cast<size_t>(m_grid.width()) +
+                static_cast<size_t>(corner.x() / tile)] = true;
     }
 }
 
