@@ -10,7 +10,11 @@
 #include "widgets/PictureButton.h"
 #include "widgets/StatusLine.h"
 
+#include <QAbstractSpinBox>
+#include <QAccessible>
+#include <QLineEdit>
 #include <QMimeData>
+#include <QSlider>
 #include <QTest>
 
 namespace lumora {
@@ -187,6 +191,27 @@ TEST_F(Main, ADroppedPictureOpens) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return context.photo.PhotoLoaded(); }));
     EXPECT_EQ(context.photo.picCanvas().size(), QSize(40, 30));
     EXPECT_FALSE(context.photo.PhotoModified());
+}
+
+TEST_F(Main, EveryControlHasANameForScreenReaders) {
+    frmMain window(context);
+    window.LoadLanguage();
+    QStringList nameless;
+    for (QWidget *widget : window.findChildren<QWidget *>()) {
+        // Parts of another control, and the photo's own scroll bars, are reached through what they belong to.
+        const bool isControl = qobject_cast<QAbstractButton *>(widget) != nullptr ||
+                               qobject_cast<QSlider *>(widget) != nullptr ||
+                               (qobject_cast<QLineEdit *>(widget) != nullptr &&
+                                qobject_cast<QAbstractSpinBox *>(widget->parentWidget()) == nullptr);
+        if (!isControl || widget->focusPolicy() == Qt::NoFocus) {
+            continue;
+        }
+        const QAccessibleInterface *seen = QAccessible::queryAccessibleInterface(widget);
+        if (seen == nullptr || seen->text(QAccessible::Name).isEmpty()) {
+            nameless << widget->objectName();
+        }
+    }
+    EXPECT_EQ(nameless, QStringList());
 }
 
 } // namespace

@@ -157,8 +157,10 @@ TEST(TextTable, RowsAreWellFormed) {
         const QString property = string(row.property);
         const bool message = string(row.control) == "-";
         EXPECT_EQ(property.isEmpty(), message) << row.identifier;
-        EXPECT_TRUE(message || QStringList({"text", "toolTip", "title", "windowTitle", "append"}).contains(property) ||
-                    property.startsWith("item:") || property.startsWith("itemText:"))
+        EXPECT_TRUE(
+            message ||
+            QStringList({"text", "toolTip", "title", "windowTitle", "append", "accessibleName"}).contains(property) ||
+            property.startsWith("item:") || property.startsWith("itemText:"))
             << row.identifier << ": " << row.property;
         EXPECT_NE(qstrlen(row.defaultText), 0U) << row.identifier;
         for (const QString &window : string(row.window).split(' ')) {

@@ -188,6 +188,11 @@ constexpr TextRow textRows[] = {
     {"frmMain", "FocusNoColour", "Click on a colour in the photo first.", "-", ""},
     {"frmMain", "FocusGrey", "That is almost grey. A bright colour works better.", "-", ""},
     {"frmMain", "BtnApplySFX", "Apply", "cmdApplyCMNow", "text"},
+    {"frmMain", "Brightness", "Brightness", "sldSFX9_1", "accessibleName"},
+    {"frmMain", "Contrast", "Contrast", "sldSFX9_2", "accessibleName"},
+    {"frmMain", "Saturation", "Saturation", "sldSFX9_3", "accessibleName"},
+    {"frmMain", "LblAngle", "Angle", "sldAngle", "accessibleName"},
+    {"frmMain", "AdjustCompare", "Hold to see the photo as it was", "picAJP2", "toolTip"},
 
     // Main window: messages, and titles that a tool sets when it opens its panel.
     {"frmMain", "MsgInvalidSize", "Invalid Size! Maximum size allowed is 5000 x 5000", "-", ""},
