@@ -35,24 +35,24 @@ OptionsDevices::OptionsDevices(AppContext &ctx, const QString &helper, QWidget *
     });
 }
 
-QComboBox *OptionsDevices::list(const QString &name, QLabel *caption) {
+QComboBox *OptionsDevices::addList(QVBoxLayout *sheet, const char *icon, const char *caption, const char *name) {
     auto *box = new QComboBox(this);
     box->setObjectName(name);
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     box->setMinimumContentsLength(12);
     sayInstead(*box, m_ctx.texts.text("OptionsSearching"));
-    caption->setBuddy(box);
+    QLabel *before = label(caption);
+    before->setBuddy(box);
+    QHBoxLayout *row = addRow(sheet);
+    row->addWidget(picture(icon));
+    row->addWidget(before);
+    row->addWidget(box, 1);
     return box;
 }
 
 void OptionsDevices::addScanners() {
     QVBoxLayout *sheet = addSheet();
-    QHBoxLayout *row = addRow(sheet);
-    QLabel *caption = label("lblScanners");
-    cboScanners = list("cboScanners", caption);
-    row->addWidget(picture("scan"));
-    row->addWidget(caption);
-    row->addWidget(cboScanners, 1);
+    cboScanners = addList(sheet, "scan", "lblScanners", "cboScanners");
     chkScan = tickBox("chkScan");
     chkDisScanner = tickBox("chkDisScanner");
     sheet->addWidget(chkScan);
@@ -61,12 +61,7 @@ void OptionsDevices::addScanners() {
 
 void OptionsDevices::addPrinters() {
     QVBoxLayout *sheet = addSheet();
-    QHBoxLayout *row = addRow(sheet);
-    QLabel *caption = label("lblPrinters");
-    cboPrinters = list("cboPrinters", caption);
-    row->addWidget(picture("print"));
-    row->addWidget(caption);
-    row->addWidget(cboPrinters, 1);
+    cboPrinters = addList(sheet, "print", "lblPrinters", "cboPrinters");
     chkDisPrinter = tickBox("chkDisPrinter");
     sheet->addWidget(chkDisPrinter);
     addPrintLock(sheet);

@@ -29,7 +29,7 @@ class OptionsDevices : public OptionsPage {
     void addScanners();
     void addPrinters();
     void addPrintLock(QVBoxLayout *sheet);
-    QComboBox *list(const QString &name, QLabel *caption);
+    QComboBox *addList(QVBoxLayout *sheet, const char *icon, const char *caption, const char *name);
     void fillScanners(const DeviceAnswer &answer);
     void fillPrinters(const DeviceAnswer &answer);
 

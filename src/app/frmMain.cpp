@@ -216,7 +216,8 @@ void frmMain::SetMeUp() {
     if (m_ctx.fields.txtWelcome == "1") {
         tmrWelcome->start();
     }
-    refreshPaste();
+    chkPSButtons();
+    QTimer::singleShot(0, this, &frmMain::refreshPaste); // other programs answer when the window is up
     refreshZoom();
     refreshStatus();
     if (!m_startupPhotoPath.isEmpty()) {

@@ -2,11 +2,9 @@
 
 #include "app/settings/AppContext.h"
 #include "document/DoEvents.h"
-#include "imaging/Picture.h"
 #include "imaging/transforms/Canvas.h"
 
 #include <QtNumeric>
-#include <cstring>
 #include <new>
 
 namespace lumora {
@@ -17,17 +15,6 @@ constexpr int rectangleKind = 1;
 constexpr int ellipseKind = 2;
 constexpr int lassoKind = 3;
 constexpr int fullStrength = 100; // per cent of a paste
-
-/// A picture with pixels of its own, on a kept buffer: copying into one takes a sixth of what a fresh one takes.
-QImage copied(const QImage &picture) {
-    QImage copy = newPicture(picture.width(), picture.height(), picture.format() == QImage::Format_RGB32);
-    const PixelView to = writeView(copy);
-    const ConstPixelView from = readView(picture);
-    for (int y = 0; y < to.height; ++y) {
-        std::memcpy(to.row(y), from.row(y), size_t(to.width) * 4);
-    }
-    return copy;
-}
 
 } // namespace
 
@@ -130,7 +117,7 @@ bool SelectionFlow::compute(const EffectOperation &operation, bool limitToRegion
 
 QImage SelectionFlow::pastedThroughLasso(const QImage &changed) const {
     const QImage &photo = m_ctx.photo.picCanvas();
-    QImage next = copied(photo);
+    QImage next = photo; // its own pixels as soon as they are written to
     const Region &region = m_ctx.photo.selection().region(photo.size());
     return pasteThrough(next, changed, region, 0, 0, fullStrength) ? next : QImage();
 }

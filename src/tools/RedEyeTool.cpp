@@ -1,7 +1,6 @@
 #include "tools/RedEyeTool.h"
 
 #include "app/settings/AppContext.h"
-#include "imaging/Picture.h"
 #include "imaging/transforms/Canvas.h"
 #include "tools/CanvasMouse.h"
 #include "tools/RedEyePanel.h"
@@ -12,7 +11,6 @@
 #include <QPainter>
 #include <QPixmap>
 #include <cmath>
-#include <cstring>
 
 namespace lumora {
 
@@ -50,17 +48,6 @@ QCursor ringCursor(qreal radius, qreal scale) {
     drawRing(painter, QPointF(half + 0.5, half + 0.5), radius);
     painter.end();
     return QCursor(picture, half, half);
-}
-
-/// The picture with pixels of its own, on a kept buffer.
-QImage copied(const QImage &picture) {
-    QImage copy = newPicture(picture.width(), picture.height(), picture.format() == QImage::Format_RGB32);
-    const ConstPixelView from = readView(picture);
-    const PixelView to = writeView(copy);
-    for (int y = 0; y < to.height; ++y) {
-        std::memcpy(to.row(y), from.row(y), size_t(to.width) * 4);
-    }
-    return copy;
 }
 
 } // namespace
@@ -148,7 +135,7 @@ void RedEyeTool::click(QPoint pixel) {
     if (redEyeBounds(photo.width(), photo.height(), pixel.x(), pixel.y(), radius).isEmpty()) {
         return;
     }
-    QImage next = copied(photo);
+    QImage next = photo; // its own pixels as soon as they are written to
     if (!removeRedEye(next, pixel.x(), pixel.y(), radius) || !m_ctx.photo.changePhoto(next)) {
         Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
     }
