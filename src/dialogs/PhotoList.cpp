@@ -132,6 +132,33 @@ QString PhotoList::showFolder(const QString &folder, const QStringList &patterns
     return {};
 }
 
+void PhotoList::setEmptyHint(const QString &text, const QString &icon) {
+    m_emptyHint = text;
+    m_emptyIcon = icon;
+    setAccessibleDescription(text);
+    viewport()->update();
+}
+
+void PhotoList::paintEvent(QPaintEvent *event) {
+    QListWidget::paintEvent(event);
+    if (count() > 0 || m_emptyHint.isEmpty()) {
+        return;
+    }
+    constexpr int iconSize = 56; // pixels
+    constexpr int space = 10;
+    QPainter painter(viewport());
+    painter.setPen(colours::ink);
+    QFont font = painter.font();
+    font.setPointSizeF(14);
+    painter.setFont(font);
+    const QRect room = viewport()->rect().adjusted(32, 16, -32, -16);
+    QRect words = painter.boundingRect(room, Qt::AlignHCenter | Qt::TextWordWrap, m_emptyHint);
+    words.moveTop(room.center().y() - words.height() / 2 + (iconSize + space) / 2);
+    const QPixmap icon = iconPixmap(m_emptyIcon, iconSize, devicePixelRatioF());
+    painter.drawPixmap(room.center().x() - iconSize / 2, words.top() - space - iconSize, icon);
+    painter.drawText(words, Qt::AlignHCenter | Qt::TextWordWrap, m_emptyHint);
+}
+
 QString PhotoList::chosenName() const {
     const QList<QListWidgetItem *> chosen = selectedItems();
     return chosen.isEmpty() ? QString() : chosen.first()->text();

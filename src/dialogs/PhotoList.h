@@ -23,6 +23,9 @@ class PhotoList : public QListWidget {
     /// was.
     QString showFolder(const QString &folder, const QStringList &patterns);
 
+    /// What an empty list says, with an icon before it (":/icons/NAME.svg"); nothing when it is not set.
+    void setEmptyHint(const QString &text, const QString &icon);
+
     /// The name of the chosen file, or an empty text.
     QString chosenName() const;
     /// The thumbnail of that row's file; null while it is not made or when it cannot be.
@@ -39,6 +42,7 @@ class PhotoList : public QListWidget {
 
   protected:
     void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
 
   private:
@@ -47,6 +51,8 @@ class PhotoList : public QListWidget {
     QListWidgetItem *itemOf(const QString &name) const;
 
     QString m_folder;
+    QString m_emptyHint;
+    QString m_emptyIcon;
     Thumbnails m_thumbnails;
     mutable QCache<QString, QPixmap> m_kept;
     QSet<QString> m_unreadable;

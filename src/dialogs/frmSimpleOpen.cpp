@@ -44,6 +44,7 @@ frmSimpleOpen::frmSimpleOpen(AppContext &ctx, const QString &name, QWidget *owne
     lblSelectedFile->setObjectName("lblSelectedFile");
     lblSelectedFile->setBuddy(txtFile);
     File1->setObjectName("File1");
+    File1->setEmptyHint(ctx.texts.text("NoPhotosHere"), layoutDirection() == Qt::RightToLeft ? "right" : "left");
     layOut();
     m_ctx.texts.LoadLanguage(*this);
     const auto takeName = [this] {

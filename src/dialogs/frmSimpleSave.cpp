@@ -12,6 +12,7 @@
 #include <QGridLayout>
 #include <QLineEdit>
 #include <QPainter>
+#include <QSet>
 #include <QValidator>
 #include <cstring>
 
@@ -81,6 +82,18 @@ QString simpleSaveName(const QString &typed, int type) {
     return known && !typed.isEmpty() ? typed + types[type].extension : QString();
 }
 
+QString freeSaveName(const QString &folder, const QString &base) {
+    QSet<QString> taken;
+    for (const QFileInfo &file : QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)) {
+        taken += file.completeBaseName().toCaseFolded();
+    }
+    QString name = base;
+    for (int number = 2; taken.contains(name.toCaseFolded()); ++number) {
+        name = base + ' ' + QString::number(number);
+    }
+    return name;
+}
+
 frmSimpleSave::frmSimpleSave(AppContext &ctx, const QString &name, QWidget *owner)
     : SimpleFileDialog(ctx, name, owner, "save"), lblFile(new QLabel(this)), lblFileType(new QLabel(this)),
       cboFilter(new QComboBox(this)), m_badge(new QLabel(this)), lblResult(new ElidedLabel(Qt::ElideMiddle, this)) {
@@ -128,6 +141,7 @@ void frmSimpleSave::layOut() {
     fields->setColumnMinimumWidth(1, 420);
     auto *result = new QHBoxLayout;
     result->setSpacing(10);
+    result->addWidget(photoLabel());
     result->addWidget(m_badge);
     result->addWidget(lblResult, 1);
     auto *buttons = new QHBoxLayout;
@@ -143,6 +157,20 @@ void frmSimpleSave::layOut() {
     setTabOrder(cboFilter, cmdAdvCMDLG);
     setTabOrder(cmdAdvCMDLG, cmdOK);
     setTabOrder(cmdOK, cmdCancel);
+}
+
+/// What is going to be saved, small.
+QLabel *frmSimpleSave::photoLabel() {
+    constexpr QSize room(112, 84); // pixels
+    const qreal ratio = devicePixelRatioF();
+    auto *label = new QLabel(this);
+    if (const QImage photo = m_ctx.photo.pic2nd(); !photo.isNull()) {
+        auto pixmap = QPixmap::fromImage(photo.scaled(room * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+        pixmap.setDevicePixelRatio(ratio);
+        label->setPixmap(pixmap);
+    }
+    label->setFixedHeight(room.height());
+    return label;
 }
 
 void frmSimpleSave::showName() {
@@ -170,6 +198,8 @@ bool frmSimpleSave::takeChoice() {
 
 frmSimpleSave::Result frmSimpleSave::ask() {
     setFolder(photoFolder(m_ctx));
+    txtFile->setText(freeSaveName(folder(), m_ctx.texts.text("MyPicture")));
+    txtFile->selectAll();
     switch (run()) {
     case Ending::OK:
         return Result::Save;

@@ -13,6 +13,10 @@ namespace lumora {
 /// 1 JPEG, 2 PNG, 3 GIF, 4 TIFF, 5 TGA), always appended. Empty for another position or without a name.
 QString simpleSaveName(const QString &typed, int type);
 
+/// A name to begin with: `base`, or with the first number from 2 that makes it new in the folder, whatever the type of
+/// the files there. So whoever cannot write yet can save too, and never over another picture.
+QString freeSaveName(const QString &folder, const QString &base);
+
 class frmSimpleSave : public SimpleFileDialog {
     Q_OBJECT
 
@@ -34,6 +38,7 @@ class frmSimpleSave : public SimpleFileDialog {
   private:
     void fillTypes();
     void layOut();
+    QLabel *photoLabel();
     void showName();
 
     QLabel *lblFile;

@@ -244,4 +244,8 @@ bool EffectEngine::frameOverlay(bool limitToRegion) {
     return take(result);
 }
 
+bool EffectEngine::popArtRow(const PopArtPairs &pairs) {
+    return take(lumora::popArtRow(m_picture, pairs));
+}
+
 } // namespace lumora

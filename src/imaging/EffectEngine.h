@@ -2,6 +2,7 @@
 #pragma once
 
 #include "imaging/Region.h"
+#include "imaging/transforms/PopArtRow.h"
 
 #include <QImage>
 #include <array>
@@ -81,6 +82,8 @@ class EffectEngine {
     void setOverlay(const QImage &picture) { m_overlay = picture; }
     /// Lays the frame, stretched to the picture, over it; refused without one.
     bool frameOverlay(bool limitToRegion);
+    /// Four prints side by side of the whole picture, see PopArtRow.h. The sides change.
+    bool popArtRow(const PopArtPairs &pairs);
 
   private:
     enum class Shape { None, Rectangle, Ellipse, Lasso };

@@ -67,19 +67,31 @@ TEST_F(frmSimpleSaveTest, TheTypeAlwaysAppendsItsExtension) {
     EXPECT_EQ(simpleSaveName("trip", 6), "");
 }
 
-TEST_F(frmSimpleSaveTest, BeginsAsAJpegWithoutAName) {
-    save([&](QWidget &window) {
-        EXPECT_EQ(control<QComboBox>(window, "cboFilter")->currentIndex(), 1);
-        EXPECT_EQ(control<QLabel>(window, "lblCaption")->text(), "Save As - " + photos());
-        EXPECT_EQ(control<QLineEdit>(window, "txtPath")->text(), photos());
-        EXPECT_EQ(control<QLabel>(window, "lblResult")->text(), "");
-        auto *cmdOK = control<QAbstractButton>(window, "cmdOK");
-        EXPECT_FALSE(cmdOK->isEnabled());
-        type(window, "a");
-        EXPECT_TRUE(cmdOK->isEnabled());
-        QTest::keyClick(control<QLineEdit>(window, "txtFile"), Qt::Key_Backspace);
-        EXPECT_FALSE(cmdOK->isEnabled());
-    });
+TEST_F(frmSimpleSaveTest, BeginsAsAJpegWithANameThatIsNew) {
+    const auto look = [&](const QString &name) {
+        save([&](QWidget &window) {
+            auto *txtFile = control<QLineEdit>(window, "txtFile");
+            EXPECT_EQ(control<QComboBox>(window, "cboFilter")->currentIndex(), 1);
+            EXPECT_EQ(control<QLabel>(window, "lblCaption")->text(), "Save As - " + photos());
+            EXPECT_EQ(control<QLineEdit>(window, "txtPath")->text(), photos());
+            EXPECT_EQ(txtFile->text(), name);
+            EXPECT_EQ(control<QLabel>(window, "lblResult")->text(), name + ".jpg");
+            auto *cmdOK = control<QAbstractButton>(window, "cmdOK");
+            EXPECT_TRUE(cmdOK->isEnabled());
+            type(window, "a");
+            EXPECT_EQ(txtFile->text(), "a") << "typing replaces it";
+            QTest::keyClick(txtFile, Qt::Key_Backspace);
+            EXPECT_FALSE(cmdOK->isEnabled());
+        });
+    };
+    look("my picture");
+    // Taken by a file of any type, and in any spelling.
+    for (const char *taken : {"My Picture.png", "my picture 2.JPG", "my picture 4.jpg"}) {
+        QFile file(photos() + '/' + taken);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    look("my picture 3");
+    EXPECT_EQ(freeSaveName(photos() + "/nowhere", "my picture"), "my picture");
 }
 
 TEST_F(frmSimpleSaveTest, OtherWaysToAnEnd) {

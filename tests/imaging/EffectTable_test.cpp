@@ -17,6 +17,7 @@ enum Traits {
     KeepsAlpha = 1,     ///< each pixel its own
     TakesTheRegion = 2, ///< others always take the whole picture
     SwapsSides = 4,
+    MakesARow = 8, ///< four times half the width, once half the height
     PointLike = KeepsAlpha | TakesTheRegion,
 };
 
@@ -80,7 +81,17 @@ const Operation operations[] = {
     {"quarter-turn-left", SwapsSides, [](EffectEngine &e, bool) { return e.quarterTurn(false); }},
     {"quarter-turn-right", SwapsSides, [](EffectEngine &e, bool) { return e.quarterTurn(true); }},
     {"flip", Plain, [](EffectEngine &e, bool) { return e.flip(); }},
+    {"pop-art-row", MakesARow,
+     [](EffectEngine &e, bool) {
+         return e.popArtRow({{{0x2A1A8A, 0xFFD91A}, {0xC8104F, 0x7FE9E0}, {0x00695F, 0xFF9EC4}, {0x7A1FD0, 0xFF9D1E}}});
+     }},
 };
+
+QSize resultSize(const Operation &operation, QSize size) {
+    return (operation.traits & SwapsSides) != 0  ? size.transposed()
+           : (operation.traits & MakesARow) != 0 ? QSize((size.width() + 1) / 2 * 4, (size.height() + 1) / 2)
+                                                 : size;
+}
 
 QImage alphaOf(const QImage &picture) {
     return picture.convertToFormat(QImage::Format_ARGB32).convertToFormat(QImage::Format_Alpha8);
@@ -97,10 +108,10 @@ TEST(EffectTable, sizeFormatSourceAndTransparencyAreKept) {
                 EffectEngine engine;
                 engine.setPicture(picture);
                 ASSERT_TRUE(operation.run(engine, false));
-                EXPECT_EQ(engine.picture().size(), (operation.traits & SwapsSides) != 0 ? size.transposed() : size);
+                EXPECT_EQ(engine.picture().size(), resultSize(operation, size));
                 EXPECT_EQ(engine.picture().format(), picture.format());
                 EXPECT_EQ(firstDifference(picture, before), QPoint(-1, -1)) << "wrote to its source";
-                if ((!transparent && (operation.traits & SwapsSides) == 0) || (operation.traits & KeepsAlpha) != 0) {
+                if ((!transparent && resultSize(operation, size) == size) || (operation.traits & KeepsAlpha) != 0) {
                     EXPECT_EQ(alphaOf(engine.picture()), alphaOf(picture));
                 }
             }

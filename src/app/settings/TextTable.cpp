@@ -193,6 +193,8 @@ constexpr TextRow textRows[] = {
     {"frmMain", "Saturation", "Saturation", "sldSFX9_3", "accessibleName"},
     {"frmMain", "LblAngle", "Angle", "sldAngle", "accessibleName"},
     {"frmMain", "AdjustCompare", "Hold to see the photo as it was", "picAJP2", "toolTip"},
+    {"frmMain", "MyPicture", "my picture", "-", ""},
+    {"frmMain", "NoPhotosHere", "There are no pictures in this folder yet. The buttons beside have some for you!", "-", ""},
 
     // Main window: messages, and titles that a tool sets when it opens its panel.
     {"frmMain", "MsgInvalidSize", "Invalid Size! Maximum size allowed is 5000 x 5000", "-", ""},
