@@ -8,12 +8,13 @@ namespace lumora::samples {
 
 std::span<const Sample> gallery() {
     static constexpr std::array rows{
-        Sample{"animals", "ladybird", ladybird},
         Sample{"animals", "clownfish", reef},
+        Sample{"animals", "ladybird", ladybird},
+        Sample{"animals", "tree frog", treeFrog},
         Sample{"backgrounds for stories", "mushroom house", mushroomHouse},
         Sample{"geographical features", "mountain lake", mountainLake},
-        Sample{"machines", "steam locomotive", locomotive},
         Sample{"machines", "hot-air balloons", balloons},
+        Sample{"machines", "steam locomotive", locomotive},
         Sample{"old buildings", "windmill", windmill},
     };
     return rows;

@@ -13,6 +13,7 @@ std::unique_ptr<Scene> locomotive();
 std::unique_ptr<Scene> mountainLake();
 std::unique_ptr<Scene> mushroomHouse();
 std::unique_ptr<Scene> reef();
+std::unique_ptr<Scene> treeFrog();
 std::unique_ptr<Scene> windmill();
 
 } // namespace lumora::samples
