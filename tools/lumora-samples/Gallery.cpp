@@ -9,6 +9,7 @@ namespace lumora::samples {
 std::span<const Sample> gallery() {
     static constexpr std::array rows{
         Sample{"animals", "clownfish", reef},
+        Sample{"animals", "elephants", elephants},
         Sample{"animals", "ladybird", ladybird},
         Sample{"animals", "tree frog", treeFrog},
         Sample{"backgrounds for stories", "mushroom house", mushroomHouse},

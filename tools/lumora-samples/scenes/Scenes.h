@@ -8,6 +8,7 @@
 namespace lumora::samples {
 
 std::unique_ptr<Scene> balloons();
+std::unique_ptr<Scene> elephants();
 std::unique_ptr<Scene> ladybird();
 std::unique_ptr<Scene> locomotive();
 std::unique_ptr<Scene> mountainLake();
