@@ -11,10 +11,13 @@ std::span<const Sample> gallery() {
         Sample{"animals", "clownfish", reef},
         Sample{"animals", "elephants", elephants},
         Sample{"animals", "ladybird", ladybird},
+        Sample{"animals", "owl", owl},
+        Sample{"animals", "penguins", penguins},
         Sample{"animals", "tree frog", treeFrog},
         Sample{"backgrounds for stories", "mushroom house", mushroomHouse},
         Sample{"geographical features", "mountain lake", mountainLake},
         Sample{"machines", "hot-air balloons", balloons},
+        Sample{"machines", "red biplane", biplane},
         Sample{"machines", "steam locomotive", locomotive},
         Sample{"old buildings", "windmill", windmill},
     };
