@@ -51,6 +51,7 @@ void addImagingRows() {
     addEffect("ReflectionWater", [](EffectEngine &engine) { return engine.reflection(2); });
     addEffect("ReflectionBeside", [](EffectEngine &engine) { return engine.reflection(3); });
     addEffect("ReflectionFourWays", [](EffectEngine &engine) { return engine.reflection(4); });
+    addEffect("PopArtRow", [](EffectEngine &engine) { return engine.popArtRow({}); });
     addEffect("Perspective", [](EffectEngine &engine) { return engine.perspective(-30, 255, 255, 255); });
     addEffect("OilPaintingRadius3", [](EffectEngine &engine) { return engine.oilPainting(3, false); });
     addEffect("OilPaintingRadius30", [](EffectEngine &engine) { return engine.oilPainting(30, false); });

@@ -27,8 +27,8 @@ WHOLE = {
         (0, 0, 0, 1, 1), (0, 0, 10, 0.98, 0.98), (0, 0, 16, 0.95, 0.95), (0, 0, 10, 0.98, 0.98),
         (0, 0, 0, 1.02, 1.02), (0, 0, -10, 0.98, 0.98), (0, 0, -16, 0.95, 0.95), (0, 0, -10, 0.98, 0.98)]),
     "hand": ((34, 60), 0.84, [
-        (0, 0, 0, 1, 1), (0, 0, 12, 1, 1), (-3, 0, 17, 1, 1), (-1, 0, 10, 1, 1),
-        (0, 0, -4, 1, 1), (2, 0, -14, 1, 1), (3, 0, -18, 1, 1), (1, 0, -10, 1, 1)]),
+        (0, 0, 0, 1, 1), (-1.5, 0, 12, 1, 1), (-3, 0, 17, 1, 1), (-1.5, 0, 12, 1, 1),
+        (0, 0, 0, 1, 1), (1.5, 0, -12, 1, 1), (3, 0, -17, 1, 1), (1.5, 0, -12, 1, 1)]),
 }
 
 
@@ -37,17 +37,25 @@ def slide(*steps):
     return [f"translate({x} {y})" for x, y in steps]
 
 
+SWELL = [(1 - math.cos(frame * math.pi / 4)) / 2 for frame in FRAMES]  # from 0 to 1 and back, slow at both ends
+
 # Drawings whose named parts move by themselves: a transform for every frame.
 PARTS = {
     "open": {
-        "picture": [f"translate(0 {y}) rotate({turn} 32 30)" for y, turn in
-                    ((0, 0), (-1, 1), (-2.5, 3), (-3.5, 6), (-3.5, 8), (-2.5, 6), (-1, 3), (0, 1))],
-        "front": [f"translate(0 58) skewX({lean}) scale(1 {height}) translate(0 -58)" for lean, height in
-                  ((0, 1), (0, 0.97), (-0.5, 0.92), (-1, 0.87), (-1, 0.85), (-1, 0.88), (-0.5, 0.93), (0, 0.98))],
+        "picture": [f"translate(0 {-3.5 * out:.2f}) rotate({8 * out:.2f} 32 30)" for out in SWELL],
+        "front": [f"translate(0 58) skewX({-out:.2f}) scale(1 {1 - 0.15 * out:.3f}) translate(0 -58)" for out in SWELL],
     },
     "save": {
-        "shutter": slide((0, 0), (-2, 0), (-4, 0), (-4, 0), (-3, 0), (2, 0), (3, 0), (1, 0)),
-        "label": slide((0, 0), (0, 1), (0, -2), (0, -5), (0, -6), (0, -4), (0, 1), (0, 0)),
+        "shutter": slide((0, 0), (-2, 0), (-3, 0), (-2, 0), (0, 0), (2, 0), (3, 0), (2, 0)),
+        "label": slide((0, 0), (0, -1), (0, -3), (0, -5), (0, -6), (0, -5), (0, -3), (0, -1)),
+    },
+    "simple-mode": {  # the crayon sways on its tip while it draws
+        "crayon": [f"translate({x} {y}) rotate({turn} 24 58)" for x, y, turn in
+                   ((0, 0, 0), (1, -0.5, 4), (1.5, -1, 6), (1, -0.5, 4),
+                    (0, 0, 0), (-1, -0.5, -4), (-1.5, -1, -6), (-1, -0.5, -4))],
+    },
+    "advanced-mode": {  # the brush dips into the paint
+        "brush": [f"translate({-2.6 * dip:.2f} {3.9 * dip:.2f}) rotate({-5.2 * dip:.2f} 40 32)" for dip in SWELL],
     },
 }
 

@@ -1,13 +1,17 @@
-// What the main window shows before the first photo: the empty table and one big folder to begin with.
+// What the main window shows before the first photo: the empty table, on it the place of the photo to come, drawn by a
+// crayon, and one big folder to begin with.
 #pragma once
 
 #include "document/PhotoTable.h"
 
 #include <QWidget>
 
+class QLabel;
+
 namespace lumora {
 
 class PictureButton;
+class ScenePicture;
 
 class EmptyTable : public QWidget {
     Q_OBJECT
@@ -25,6 +29,8 @@ class EmptyTable : public QWidget {
     void resizeEvent(QResizeEvent *event) override;
 
   private:
+    ScenePicture *m_place;
+    QLabel *m_crayon;
     PictureButton *m_folder;
     PhotoTable m_table;
 };

@@ -14,6 +14,7 @@
 #include "tools/CropPanel.h"
 #include "tools/CropTool.h"
 #include "tools/CutOutTool.h"
+#include "tools/PopArtTool.h"
 #include "tools/RedEyeTool.h"
 #include "tools/ResizeTool.h"
 #include "tools/RotateTool.h"
@@ -40,10 +41,11 @@ ToolSet::ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingB
       m_cutOut(new CutOutTool(ctx, view, *m_mouse, *m_crop->panel(), *m_selection, this)),
       m_rotate(new RotateTool(ctx, view, *m_mouse, this)), m_resize(new ResizeTool(ctx, view, *m_mouse, window)),
       m_adjust(new AdjustTool(ctx, view, *m_mouse, window)), m_redEye(new RedEyeTool(ctx, view, *m_mouse, window)),
-      m_focus(new ColourFocusTool(ctx, view, *m_mouse, window)),
+      m_focus(new ColourFocusTool(ctx, view, *m_mouse, window)), m_popArt(new PopArtTool(ctx, view, *m_mouse, window)),
       m_previews(new EffectPreviews(ctx, bars.bar("FT3"), bars.bar("FT4"), this)),
       picTip(new Bubble("picTip", window)), m_panels{m_panelSFX,        m_crop->panel(),   m_resize->panel(),
-                                                     m_adjust->panel(), m_redEye->panel(), m_focus->panel()} {
+                                                     m_adjust->panel(), m_redEye->panel(), m_focus->panel(),
+                                                     m_popArt->panel()} {
     picTip->label()->setObjectName("lblBubble");
     connectSelection();
     connectEffects();
@@ -53,6 +55,8 @@ ToolSet::ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingB
     connectTool(*m_adjust);
     connectTool(*m_redEye);
     connectTool(*m_focus);
+    connectTool(*m_popArt);
+    connect(m_popArt, &PopArtTool::fitWanted, this, &ToolSet::fitWanted);
     connect(m_resize, &ResizeTool::current, this, [this] { // from its panel to the frame by hand
         m_current = "cmdTool4";
         showCurrent();
@@ -212,6 +216,11 @@ void ToolSet::pick(const QString &bar, const QString &key) {
     showCurrent();
 }
 
+void ToolSet::openPopArt() {
+    ResetTools();
+    m_popArt->open();
+}
+
 void ToolSet::tellOutcome(EffectOutcome outcome) {
     if (outcome == EffectOutcome::Refused) {
         Q_EMIT message(plainWords(m_ctx.texts, PictureError::NoMemory), false);
@@ -258,6 +267,7 @@ void ToolSet::endTools(const SlidingPanel *butFor) {
     m_resize->close();
     m_redEye->close();
     m_focus->close();
+    m_popArt->close();
     m_ctx.flags.ToolPanelShown = butFor != nullptr && butFor->isOpen();
     m_ctx.flags.FreeResizeActive = false;
     enableTools(true);

@@ -20,6 +20,7 @@ class EffectsPanel;
 class FloatingBarSet;
 class Frames;
 class PhotoView;
+class PopArtTool;
 class RedEyeTool;
 class ResizeTool;
 class RotateTool;
@@ -40,6 +41,8 @@ class ToolSet : public QObject {
     void press(const QString &control);
     /// An item of a floating bar was picked.
     void pick(const QString &bar, const QString &key);
+    /// The photo as a pop-art row: at once, or by its panel.
+    void openPopArt();
 
     void HideFloatingToolbars();
     /// Closes an open slide-up panel and the tool that it belongs to.
@@ -65,6 +68,8 @@ class ToolSet : public QObject {
     void buttonsToRefresh();
     /// A panel stands at its place or has gone.
     void panelChanged();
+    /// The whole photo is to be in view.
+    void fitWanted();
 
   private:
     void connectSelection();
@@ -98,6 +103,7 @@ class ToolSet : public QObject {
     AdjustTool *m_adjust;
     RedEyeTool *m_redEye;
     ColourFocusTool *m_focus;
+    PopArtTool *m_popArt;
     EffectPreviews *m_previews;
     Bubble *picTip;
     QList<SlidingPanel *> m_panels;

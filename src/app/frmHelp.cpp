@@ -88,7 +88,8 @@ void frmHelp::accept() {
 void frmHelp::launchVideos() {
     const QDir videos(m_context.installation.videosFolder());
     if (videos.exists() && !videos.isEmpty()) {
-        OpenWithShell(videos.path());
+        // A page that shows the films, where there is one; else the desktop shows the folder.
+        OpenWithShell(videos.exists("index.html") ? videos.filePath("index.html") : videos.path());
         return;
     }
     auto *box = new QMessageBox(QMessageBox::NoIcon, m_context.texts.text("ApplicationName"),

@@ -1,5 +1,6 @@
 #include "app/frmLauncher.h"
 
+#include "app/ScenePicture.h"
 #include "app/frmHelp.h"
 #include "app/settings/AppContext.h"
 #include "app/settings/LoadSettings.h"
@@ -18,16 +19,19 @@ namespace lumora {
 
 namespace {
 
-constexpr int handSize = 64; // pixels
+constexpr int handSize = 64;     // pixels
+constexpr int sceneHeight = 112; // pixels
 constexpr QColor entered(255, 128, 255);
 constexpr QColor left(236, 233, 216);
 
 /// A button that shows its edges at rest, is filled with its hover colour, entered or left, and sets its picture off
 /// against a disc of its own colour.
-class ModeButton : public PictureButton {
+class ModeButton : public AnimatedButton {
   public:
-    ModeButton(const QString &icon, QColor disc, QWidget *parent)
-        : PictureButton(icon, CaptionPlace::Below, parent), m_disc(disc) {}
+    ModeButton(const QString &loop, QColor disc, QWidget *parent)
+        : AnimatedButton(loop, CaptionPlace::Below, parent), m_disc(disc) {
+        setLoop(loop);
+    }
 
   protected:
     void paintEvent(QPaintEvent *event) override {
@@ -39,7 +43,7 @@ class ModeButton : public PictureButton {
         const qreal radius = 0.54 * pictureSize().width();
         painter.drawEllipse(QPointF(width() / 2.0, 8 + pictureSize().height() / 2.0), radius, radius);
         painter.end();
-        PictureButton::paintEvent(event);
+        AnimatedButton::paintEvent(event);
     }
 
   private:
@@ -63,10 +67,11 @@ frmLauncher::frmLauncher(AppContext &context)
     connect(cmdAdvMode, &QAbstractButton::clicked, this, &frmLauncher::advancedModeWanted);
     connect(cmdVideos, &QAbstractButton::clicked, this, &frmLauncher::showHelp);
     connect(cmdExit, &QAbstractButton::clicked, this, &QWidget::close);
-    for (PictureButton *button : {cmdSimpleMode, cmdAdvMode, cmdVideos}) {
+    for (PictureButton *button : std::initializer_list<PictureButton *>{cmdSimpleMode, cmdAdvMode, cmdVideos}) {
         button->setHoverColour(left);
         button->installEventFilter(this);
     }
+    tmrHand.setObjectName("tmrHand");
     connect(&tmrHand, &QTimer::timeout, this, &frmLauncher::wave);
     cmdSimpleMode->setFocus();
 }
@@ -91,7 +96,11 @@ void frmLauncher::build() {
     HR1->setFixedHeight(2);
     HR1->setStyleSheet("background: " + colours::line.name());
 
-    auto *title = new QHBoxLayout;
+    auto *scene = new ScenePicture("launcher", buttonCorner, this);
+    scene->setFixedHeight(sceneHeight);
+    WindowDragger::install(scene);
+    auto *title = new QHBoxLayout(scene);
+    title->setContentsMargins(0, 0, 0, 24); // the text stands above the hills
     title->addStretch(1);
     title->addWidget(picHand);
     title->addWidget(lblTitle);
@@ -106,14 +115,14 @@ void frmLauncher::build() {
     foot->addWidget(cmdExit);
     body()->setContentsMargins(28, 10, 28, 20);
     body()->setSpacing(16);
-    body()->addLayout(title);
+    body()->addWidget(scene);
     body()->addLayout(modes);
     body()->addWidget(HR1);
     body()->addLayout(foot);
 }
 
-PictureButton *frmLauncher::modeButton(const QString &name, const QString &icon, const QColor &disc) {
-    auto *button = new ModeButton(icon, disc, this);
+AnimatedButton *frmLauncher::modeButton(const QString &name, const QString &loop, const QColor &disc) {
+    auto *button = new ModeButton(loop, disc, this);
     button->setObjectName(name);
     QFont font = button->font();
     font.setPointSizeF(16);
@@ -143,6 +152,10 @@ void frmLauncher::SetupSimpleMode() {
 void frmLauncher::wave() {
     m_handFrame = AnimatedButton::nextFrame(m_handFrame);
     picHand->setPixmap(iconPixmap(QString(":/loops/hand-%1.svg").arg(m_handFrame), handSize, devicePixelRatioF()));
+    for (AnimatedButton *button : {cmdSimpleMode, cmdAdvMode}) { // the one that Enter or a click would press moves
+        const bool chosen = button->hasFocus() || button->underMouse();
+        button->setFrame(chosen ? AnimatedButton::nextFrame(button->frame()) : 1);
+    }
 }
 
 void frmLauncher::showEvent(QShowEvent *event) {

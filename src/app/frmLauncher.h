@@ -11,6 +11,7 @@ class QLabel;
 
 namespace lumora {
 
+class AnimatedButton;
 struct AppContext;
 class PictureButton;
 
@@ -36,7 +37,7 @@ class frmLauncher : public BorderlessDialog {
 
   private:
     void build();
-    PictureButton *modeButton(const QString &name, const QString &icon, const QColor &disc);
+    AnimatedButton *modeButton(const QString &name, const QString &loop, const QColor &disc);
     PictureButton *footButton(const QString &name, const QString &icon);
     void wave();
     void showHelp();
@@ -46,11 +47,11 @@ class frmLauncher : public BorderlessDialog {
     QLabel *lblVersion;
     QLabel *picHand; ///< waves beside the title
     QFrame *HR1;
-    PictureButton *cmdSimpleMode;
-    PictureButton *cmdAdvMode;
+    AnimatedButton *cmdSimpleMode;
+    AnimatedButton *cmdAdvMode;
     PictureButton *cmdVideos;
     PictureButton *cmdExit;
-    QTimer tmrHand;
+    QTimer tmrHand{this};
     int m_handFrame = 8; ///< 1 to 8
 };
 

@@ -1,5 +1,6 @@
 #include "app/frmSplash.h"
 
+#include "app/ScenePicture.h"
 #include "app/frmMessage.h"
 #include "app/settings/AppContext.h"
 #include "widgets/AnimatedButton.h"
@@ -8,8 +9,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPainter>
-#include <QPainterPath>
 #include <QScreen>
 #include <QSettings>
 #include <QVBoxLayout>
@@ -18,58 +17,11 @@ namespace lumora {
 
 namespace {
 
-constexpr int sceneWidth = 580;   // pixels
-constexpr int sceneHeight = 340;  // pixels
-constexpr int throbberSize = 200; // pixels
-constexpr int hillHeight = 84;    // pixels
-
-/// The drawing behind the name: morning sky, a crayon rainbow, two green hills.
-class Scene : public QFrame {
-  public:
-    using QFrame::QFrame;
-
-  protected:
-    void paintEvent(QPaintEvent *) override {
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        QPainterPath card;
-        card.addRoundedRect(rect(), panelCorner - 2, panelCorner - 2);
-        painter.setClipPath(card);
-        QLinearGradient sky(0, 0, 0, height());
-        sky.setColorAt(0, QColor(205, 227, 255));
-        sky.setColorAt(0.75, QColor(250, 247, 232));
-        painter.fillRect(rect(), sky);
-        paintRainbow(painter);
-        paintHill(painter, QColor(140, 212, 174), -60, 0.55, 54);
-        paintHill(painter, colours::leaf, 0, 1.1, 26);
-    }
-
-  private:
-    void paintRainbow(QPainter &painter) const {
-        const QPointF foot(width() - 160, height() + 66);
-        qreal radius = 218;
-        painter.setBrush(Qt::NoBrush);
-        for (QColor crayon : {colours::coral, colours::sun, colours::leaf, colours::sky, colours::plum}) {
-            crayon.setAlphaF(0.42F);
-            painter.setPen(QPen(crayon, 13, Qt::SolidLine, Qt::RoundCap));
-            painter.drawEllipse(foot, radius, radius);
-            radius -= 14;
-        }
-    }
-
-    /// One rounded hill across the whole width; its top lies at that fraction of the width.
-    void paintHill(QPainter &painter, const QColor &colour, qreal left, qreal top, qreal lowest) const {
-        const qreal base = height() - lowest;
-        QPainterPath hill(QPointF(left, height() + 10));
-        hill.lineTo(left, base);
-        hill.quadTo(QPointF(width() * top * 0.5, base - hillHeight), QPointF(width() * top, base - 14));
-        hill.quadTo(QPointF(width() * (top + 1) * 0.5, base + 26), QPointF(width() + 20, base - 30));
-        hill.lineTo(width() + 20, height() + 10);
-        painter.setPen(QPen(colours::ink, 4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        painter.setBrush(colour);
-        painter.drawPath(hill);
-    }
-};
+constexpr int sceneWidth = 580;                  // pixels
+constexpr int sceneHeight = 340;                 // pixels
+constexpr int throbberSize = 200;                // pixels
+constexpr int hillHeight = 84;                   // pixels
+constexpr QRect crayonPlace(442, 206, 112, 112); ///< on the hill
 
 QLabel *paintedLabel(const QString &name, double points, bool bold, const QColor &colour, QWidget *parent) {
     auto *label = new QLabel(parent);
@@ -126,7 +78,7 @@ void frmSplash::build() {
     picTBar()->hide();
     picTBar()->lblCaption()->setObjectName("lblStripCaption"); // the splash has a lblCaption of its own
     body()->setContentsMargins(0, 0, 0, 0);
-    Frame1 = new Scene(this);
+    Frame1 = new ScenePicture("splash", panelCorner - 2, this);
     Frame1->setObjectName("Frame1");
     Frame1->setFixedSize(sceneWidth, sceneHeight);
     body()->addWidget(Frame1);
@@ -143,6 +95,10 @@ void frmSplash::build() {
     picThrobber->setObjectName("picThrobber");
     picThrobber->setFixedSize(throbberSize, throbberSize);
     picThrobber->setPixmap(m_pictures.front()->pixmap());
+    picCrayon = new QLabel(Frame1);
+    picCrayon->setObjectName("picCrayon");
+    picCrayon->setGeometry(crayonPlace);
+    nextCrayon();
     lblCaption = paintedLabel("lblCaption", 46, true, colours::ink, Frame1);
     lblVersion = paintedLabel("lblVersion", 12, false, colours::ink, Frame1);
 
@@ -201,6 +157,12 @@ void frmSplash::showNotice() {
 void frmSplash::nextPicture() {
     m_throbber = AnimatedButton::nextFrame(m_throbber);
     picThrobber->setPixmap(m_pictures[static_cast<size_t>(m_throbber) - 1]->pixmap());
+    nextCrayon();
+}
+
+void frmSplash::nextCrayon() {
+    const QString frame = QString(":/loops/simple-mode-%1.svg").arg(m_throbber);
+    picCrayon->setPixmap(iconPixmap(frame, crayonPlace.width(), devicePixelRatioF()));
 }
 
 void frmSplash::showLauncher() {

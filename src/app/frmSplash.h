@@ -44,6 +44,7 @@ class frmSplash : public BorderlessDialog {
     Q_INVOKABLE void goOn();
     void showNotice();
     void nextPicture();
+    void nextCrayon();
     void showLauncher();
 
     AppContext &m_context;
@@ -52,6 +53,7 @@ class frmSplash : public BorderlessDialog {
     QLabel *lblCaption = nullptr;
     QLabel *lblVersion = nullptr;
     QLabel *picThrobber = nullptr;
+    QLabel *picCrayon = nullptr;           ///< draws on the hill, in step with the throbber
     std::array<QLabel *, 12> m_pictures{}; ///< Pic1 to Pic12; the throbber uses the first eight
     int m_throbber = 1;
     bool m_wentOn = false;

@@ -18,6 +18,7 @@ namespace {
 
 constexpr int blinkInterval = 450; // milliseconds: slow enough for sensitive eyes
 constexpr int ringRoom = 9;        // pixels around the button
+constexpr int crayonSize = 76;     // pixels
 
 /// A ring drawn around one button of a window; clicks go through it.
 class Ring : public QWidget {
@@ -58,22 +59,25 @@ class Ring : public QWidget {
 
 frmWelcome::frmWelcome(AppContext &context, QWidget *window)
     : Bubble("frmWelcome", window), m_context(context), chkShow(new QCheckBox(this)), cmdOK(answer("cmdOK", "yes")),
-      cmdCancel(answer("cmdCancel", "cancel")) {
+      cmdCancel(answer("cmdCancel", "cancel")), picCrayon(new QLabel(this)) {
     setAttribute(Qt::WA_DeleteOnClose);
     label()->setObjectName("lblDesc");
     chkShow->setObjectName("chkShow");
     auto *answers = new QHBoxLayout;
+    answers->addWidget(picCrayon);
     answers->addStretch(1);
     answers->addWidget(cmdOK);
     answers->addWidget(cmdCancel);
     body()->addWidget(chkShow);
     body()->addLayout(answers);
+    picCrayon->setObjectName("picCrayon");
+    showFrame(1);
     LoadLanguage();
 
     connect(chkShow, &QCheckBox::toggled, this, [this](bool ticked) { txtShow = ticked ? "0" : "1"; });
     connect(cmdOK, &QAbstractButton::clicked, this, &frmWelcome::keepAnswer);
     connect(cmdCancel, &QAbstractButton::clicked, this, &QWidget::close);
-    connect(&tmrYes, &QTimer::timeout, this, &frmWelcome::nextFrame);
+    connect(&tmrYes, &QTimer::timeout, this, [this] { showFrame(AnimatedButton::nextFrame(cmdOK->frame())); });
     connect(&tmrBlinker, &QTimer::timeout, this, [this] { picRing->setVisible(!picRing->isVisible()); });
     tmrYes.setObjectName("tmrYes");
     tmrBlinker.setObjectName("tmrBlinker");
@@ -116,10 +120,11 @@ void frmWelcome::keepAnswer() {
     close();
 }
 
-void frmWelcome::nextFrame() {
-    const int frame = AnimatedButton::nextFrame(cmdOK->frame());
+void frmWelcome::showFrame(int frame) {
     cmdOK->setFrame(frame);
     cmdCancel->setFrame(frame);
+    const QString crayon = QString(":/loops/simple-mode-%1.svg").arg(cmdOK->frame());
+    picCrayon->setPixmap(iconPixmap(crayon, crayonSize, devicePixelRatioF()));
 }
 
 void frmWelcome::keyPressEvent(QKeyEvent *event) {

@@ -7,6 +7,7 @@
 #include <QTimer>
 
 class QCheckBox;
+class QLabel;
 
 namespace lumora {
 
@@ -31,13 +32,14 @@ class frmWelcome : public Bubble {
   private:
     AnimatedButton *answer(const QString &name, const QString &loop);
     void keepAnswer();
-    void nextFrame();
+    void showFrame(int frame);
 
     AppContext &m_context;
     QString txtShow = "1"; ///< what OK writes: "0" when the bubble is not wanted again
     QCheckBox *chkShow;
     AnimatedButton *cmdOK;
     AnimatedButton *cmdCancel;
+    QLabel *picCrayon; ///< greets in step with the answers
     QPointer<QWidget> picRing;
     QTimer tmrYes{this};
     QTimer tmrBlinker{this};

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <functional>
+#include <tbb/parallel_for.h>
 
 namespace lumora {
 
@@ -33,6 +35,9 @@ const FrameRow rows[frameCount] = {
     {"polaroid", {240, 240, 240, 240}, {100, 105, 95, 235}, 2},
     {"comic", {280, 280, 280, 280}, {205, 210, 200, 200}, 2},
 };
+
+/// Smaller frames are drawn sooner than a second thread has read their drawing.
+constexpr qint64 worthThreads = 1'000'000; // pixels
 
 /// A corner and the pattern beside it, drawn together so that each drawing is gone through only four times.
 struct Part {
@@ -166,12 +171,19 @@ QImage FrameArtwork::picture(int n, QSize size) {
     if (!drawing) {
         drawing = std::make_unique<FrameDrawing>(QStringLiteral(":/frames/%1.svg").arg(QLatin1String(row.drawing)));
     }
-    for (const Part &part : partsOf(row, size)) {
-        if (!part.corner.isEmpty() && !draw(*drawing, part, pixels)) {
-            return {};
+    const auto parts = partsOf(row, size); // they lie beside each other in the frame
+    std::array<bool, 4> drawn{};
+    const auto drawPart = [&](std::size_t i) {
+        drawn[i] = parts[i].corner.isEmpty() || draw(*drawing, parts[i], pixels);
+    };
+    if (qint64(size.width()) * size.height() >= worthThreads) {
+        tbb::parallel_for(std::size_t(0), parts.size(), drawPart);
+    } else {
+        for (std::size_t i = 0; i < parts.size(); ++i) {
+            drawPart(i);
         }
     }
-    return frame;
+    return std::ranges::all_of(drawn, std::identity()) ? frame : QImage();
 }
 
 } // namespace lumora

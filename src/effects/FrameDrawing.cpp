@@ -30,23 +30,12 @@ QRectF placeOf(const QRectF &area, const QRectF &shown, const QRectF &target) {
             area.height() * y};
 }
 
-} // namespace
-
-FrameDrawing::FrameDrawing(const QString &file) : m_renderer(file) {
-    for (int number = 1;; ++number) {
-        const QString name = QStringLiteral("layer%1").arg(number);
-        if (!m_renderer.elementExists(name)) {
-            break;
-        }
-        m_layers.push_back({name, shadowOf(name)});
-    }
+void drawLayer(QSvgRenderer &drawing, const QString &name, QPainter &painter, const QRectF &shown,
+               const QRectF &target) {
+    drawing.render(&painter, name, placeOf(drawing.boundsOnElement(name), shown, target));
 }
 
-void FrameDrawing::drawLayer(const QString &name, QPainter &painter, const QRectF &shown, const QRectF &target) {
-    m_renderer.render(&painter, name, placeOf(m_renderer.boundsOnElement(name), shown, target));
-}
-
-QImage FrameDrawing::shadowOf(const QString &name) {
+QImage shadowOf(QSvgRenderer &drawing, const QString &name) {
     QImage shadow((shadowed.size() * shadowScale).toSize(), QImage::Format_ARGB32_Premultiplied);
     if (shadow.isNull()) {
         return {};
@@ -55,7 +44,7 @@ QImage FrameDrawing::shadowOf(const QString &name) {
     {
         QPainter painter(&shadow);
         painter.setRenderHint(QPainter::Antialiasing);
-        drawLayer(name, painter, shadowed, shadow.rect());
+        drawLayer(drawing, name, painter, shadowed, shadow.rect());
         painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
         painter.fillRect(shadow.rect(), shadowColour);
     }
@@ -65,12 +54,44 @@ QImage FrameDrawing::shadowOf(const QString &name) {
     return engine.picture().convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
+} // namespace
+
+FrameDrawing::FrameDrawing(const QString &file) : m_file(file) {
+    auto drawing = takeRenderer();
+    for (int number = 1;; ++number) {
+        const QString name = QStringLiteral("layer%1").arg(number);
+        if (!drawing->elementExists(name)) {
+            break;
+        }
+        m_layers.push_back({name, shadowOf(*drawing, name)});
+    }
+    giveBack(std::move(drawing));
+}
+
+std::unique_ptr<QSvgRenderer> FrameDrawing::takeRenderer() {
+    {
+        const std::scoped_lock lock(m_mutex);
+        if (!m_idle.empty()) {
+            auto renderer = std::move(m_idle.back());
+            m_idle.pop_back();
+            return renderer;
+        }
+    }
+    return std::make_unique<QSvgRenderer>(m_file);
+}
+
+void FrameDrawing::giveBack(std::unique_ptr<QSvgRenderer> renderer) {
+    const std::scoped_lock lock(m_mutex);
+    m_idle.push_back(std::move(renderer));
+}
+
 QImage FrameDrawing::part(const QRectF &shown, QSize size) {
     QImage part = newPicture(size.width(), size.height(), false);
     if (part.isNull() || !part.reinterpretAsFormat(QImage::Format_ARGB32_Premultiplied)) {
         return {};
     }
     part.fill(Qt::transparent);
+    auto drawing = takeRenderer();
     {
         QPainter painter(&part);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
@@ -78,9 +99,10 @@ QImage FrameDrawing::part(const QRectF &shown, QSize size) {
             painter.setOpacity(shadowOpacity);
             painter.drawImage(placeOf(shadowed.translated(shadowOffset), shown, part.rect()), layer.shadow);
             painter.setOpacity(1);
-            drawLayer(layer.name, painter, shown, part.rect());
+            drawLayer(*drawing, layer.name, painter, shown, part.rect());
         }
     }
+    giveBack(std::move(drawing));
     return std::move(part).convertToFormat(QImage::Format_ARGB32);
 }
 

@@ -6,6 +6,8 @@
 #include <QSize>
 #include <QString>
 #include <QSvgRenderer>
+#include <memory>
+#include <mutex>
 #include <vector>
 
 namespace lumora {
@@ -19,7 +21,7 @@ class FrameDrawing {
     explicit FrameDrawing(const QString &file);
 
     /// What lies within `shown` (units) at that size in pixels: straight alpha, transparent where nothing is. A null
-    /// picture when memory is refused. One thread at a time.
+    /// picture when memory is refused. Several threads may ask at once.
     QImage part(const QRectF &shown, QSize size);
 
   private:
@@ -27,10 +29,13 @@ class FrameDrawing {
         QString name;
         QImage shadow;
     };
-    void drawLayer(const QString &name, QPainter &painter, const QRectF &shown, const QRectF &target);
-    QImage shadowOf(const QString &name);
+    /// The drawing, read from its file, for one thread: a renderer that nobody uses now, or a new one.
+    std::unique_ptr<QSvgRenderer> takeRenderer();
+    void giveBack(std::unique_ptr<QSvgRenderer> renderer);
 
-    QSvgRenderer m_renderer;
+    QString m_file;
+    std::mutex m_mutex;
+    std::vector<std::unique_ptr<QSvgRenderer>> m_idle; ///< guarded by m_mutex
     std::vector<Layer> m_layers;
 };
 

@@ -90,10 +90,6 @@ void ColourFocusPanel::resetLevel() {
     setLevel(levelOf(usualStrength));
 }
 
-void ColourFocusPanel::setSliderShown(bool shown) {
-    m_slider->setVisible(shown);
-}
-
 void ColourFocusPanel::setColour(const QColor &colour) {
     picChosenColour->setColour(colour);
 }

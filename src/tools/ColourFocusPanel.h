@@ -1,5 +1,5 @@
-// The panel of the colour focus: the chosen colour, four strengths on the user's own photo, in Advanced mode a slider
-// for those between them, and Apply.
+// The panel of the colour focus: the chosen colour, four strengths on the user's own photo, a slider for those
+// between them, and Apply.
 #pragma once
 
 #include "widgets/SlidingPanel.h"
@@ -31,7 +31,6 @@ class ColourFocusPanel : public SlidingPanel {
     void setLevel(int level);
     /// Back to the strength that a beginner starts with.
     void resetLevel();
-    void setSliderShown(bool shown);
 
     /// An invalid colour is none.
     void setColour(const QColor &colour);

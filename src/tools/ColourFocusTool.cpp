@@ -62,7 +62,6 @@ void ColourFocusTool::open() {
     Q_EMIT hideFloatingToolbars();
     m_mouse.setTool(this);
     m_panel->setAccessibleName(m_panel->titleLabel()->text());
-    m_panel->setSliderShown(!m_ctx.flags.SimpleModeOn || m_ctx.fields.txtAndyStyle == "1");
     CreateCMSFX();
     m_ctx.flags.ToolPanelShown = true;
     m_panel->slideIn();

@@ -4,7 +4,7 @@
 #include "ShellCheck.h"
 #include "app/frmHelp.h"
 #include "support/TextCheck.h"
-#include "widgets/PictureButton.h"
+#include "widgets/AnimatedButton.h"
 
 #include <QApplication>
 #include <QFile>
@@ -100,6 +100,25 @@ TEST_F(Launcher, EveryButtonIsReachedAndPressedByKeyboard) {
     EXPECT_EQ(reached, QStringList({"cmdSimpleMode", "cmdAdvMode", "cmdVideos", "cmdExit"}));
     EXPECT_EQ(simple.count(), 1);
     EXPECT_EQ(advanced.count(), 1);
+    delete launcher;
+}
+
+TEST_F(Launcher, TheModeThatEnterWouldStartMoves) {
+    frmLauncher *launcher = shown();
+    QTest::mouseMove(launcher, QPoint(launcher->width() / 2, 60));
+    auto *simple = launcher->findChild<AnimatedButton *>("cmdSimpleMode");
+    auto *advanced = launcher->findChild<AnimatedButton *>("cmdAdvMode");
+    launcher->findChild<QTimer *>("tmrHand")->setInterval(100000); // only this test lets it tick
+    const int before = simple->frame();
+    for (int i = 1; i <= 2; ++i) {
+        test::tick(*launcher, "tmrHand");
+        EXPECT_EQ(simple->frame(), (before + i - 1) % AnimatedButton::frames + 1);
+        EXPECT_EQ(advanced->frame(), 1);
+    }
+    advanced->setFocus();
+    test::tick(*launcher, "tmrHand");
+    EXPECT_EQ(simple->frame(), 1) << "at rest";
+    EXPECT_EQ(advanced->frame(), 2);
     delete launcher;
 }
 

@@ -14,7 +14,6 @@ namespace {
 
 using test::firstDifference;
 using test::forEachTarget;
-using test::luma;
 using test::photoLike;
 
 const PopArtPairs pairs{{{0x102030, 0xF0E0D0}, {0xFF0000, 0x00FF00}, {0xFFFFFF, 0x000000}, {0x7F7F80, 0x7F8180}}};
@@ -25,8 +24,12 @@ QImage printed(const QImage &picture, const PopArt &print) {
     return result;
 }
 
+int lightness(QRgb pixel) {
+    return (3277 * qBlue(pixel) + 13107 * qGreen(pixel) + 16384 * qRed(pixel) + 16384) / 32768;
+}
+
 QRgb reference(QRgb pixel, const PopArt &print) {
-    const auto share = [&](int level) { return std::clamp(20 * (luma(pixel) - level) + 128, 0, 255); };
+    const auto share = [&](int level) { return std::clamp(20 * (lightness(pixel) - level) + 128, 0, 255); };
     const int light = share(print.levels.light);
     const int highlight = share(print.levels.highlight);
     const auto channel = [&](int (*of)(QRgb)) {

@@ -4,6 +4,9 @@
 
 #include <QApplication>
 #include <QCryptographicHash>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -34,6 +37,8 @@ TEST(Player, WorksEveryKindOfControlWithRealInput) {
         {"set cboFilter PNG\nexpect cboFilter PNG\nset cboFilter BMP\nexpect cboFilter BMP", {}},
         {"item File1 picture 40\nexpect File1 picture 40", {}},
         {"expect SBar a status *\nexpect SBar a status line\nexpect-not SBar a status\nexpect frmSmall Small", {}},
+        {"point cmdHover", {"entered"}},
+        {"point 3 4", {"over 3,4", "over 3,4"}},
         {"press 3 4", {"over 3,4", "over 3,4", "down 3,4", "up 3,4"}},
         {"expect state.started start advanced", {}},
         {"click cmdHover\nundo all\nexpect state.undo 0\nundo all", {"entered", "undone", "undone", "undone"}},
@@ -105,6 +110,12 @@ TEST(Player, EndsWithLineAndReasonWhenAStepCannotBeDone) {
         {"start\nexpect state.none 1", 2, "state has no none"},
         {"start\nmask pet", 2, "nothing is marked"},
         {"start\nhash outside pet", 2, "there is no mask pet"},
+        {"start\npoint cmdOff", 2, "it is disabled"},
+        {"start\npoint 400 1", 2, "pixel 400, 1 is not in view"},
+        {"start\nfilm /nowhere/x.raw 10", 2, "/nowhere/x.raw cannot be written"},
+        {"start\nfilm /dev/full 20\nwait 500\nfilm end", 4, "the film could not be written"},
+        {"start\nfilm end", 2, "no film is being made"},
+        {"start\nshot /nowhere/y.png cmdHidden", 2, "cmdHidden is hidden"},
         {"start\nshot /nowhere/x.png", 2, "/nowhere/x.png cannot be written"},
         {"start advanced nothing", 1, "it opens no window"},
     };
@@ -127,6 +138,55 @@ TEST(Player, PrintsStateHashAndShot) {
     const QByteArray sum = QCryptographicHash::hash(pixels, QCryptographicHash::Sha256).toHex();
     EXPECT_EQ(run.printed[1], "2x1 " + QString::fromLatin1(sum));
     EXPECT_GT(QImage(file).width(), 300);
+}
+
+TEST(Player, ShowsAPartOfTheScreenAndThePointer) {
+    QTemporaryDir folder;
+    const auto picture = [&folder](const char *name) { return QImage(folder.filePath(QString(name) + ".png")); };
+    const Played run = playScript(QString("start\npoint cmdHover\nshot %1/bar.png Toolbar1\n"
+                                          "shot %1/both.png cmdAsk cmdWork\nshot %1/plain.png cmdHover\n"
+                                          "pointer on\nshot %1/pointed.png cmdHover\npointer off\n"
+                                          "shot %1/again.png cmdHover")
+                                      .arg(folder.path()));
+    ASSERT_EQ(run.problem, "") << run.line;
+    EXPECT_GT(picture("both").height(), picture("bar").height());
+    EXPECT_LT(picture("both").height(), 200);
+    // The pointer's tip is at the place, the rest to the right of it and below; nothing else has changed.
+    const QImage plain = picture("plain");
+    const QImage pointed = picture("pointed");
+    ASSERT_EQ(plain.size(), pointed.size());
+    const QPoint tip = plain.rect().center();
+    EXPECT_NE(plain.pixel(tip + QPoint(3, 10)), pointed.pixel(tip + QPoint(3, 10)));
+    EXPECT_EQ(plain.pixel(tip - QPoint(20, 0)), pointed.pixel(tip - QPoint(20, 0)));
+    EXPECT_EQ(plain, picture("again"));
+}
+
+TEST(Player, FilmsWhatItDoesAtACalmPace) {
+    QTemporaryDir folder;
+    const QString file = folder.filePath("film.raw");
+    const Played run =
+        playScript("start\nshot " + file + ".png\nfilm " + file +
+                       " 50\npress 3 4\nset sldValue 60\nexpect sldValue 60\nwait 200\nfilm end\npress 1 1",
+                   3000);
+    ASSERT_EQ(run.problem, "") << run.line;
+    // It glides over the photo, presses once, and goes on quickly once the film has ended.
+    EXPECT_EQ(run.diary.count("down 3,4"), 1);
+    EXPECT_GT(run.diary.indexOf("down 3,4"), 0);
+    EXPECT_EQ(run.diary.mid(run.diary.size() - 4), QStringList({"over 1,1", "over 1,1", "down 1,1", "up 1,1"}));
+
+    const QImage screen(file + ".png");
+    const qint64 bytes = QFileInfo(file).size();
+    const qint64 frame = qint64(screen.width()) * screen.height() * 4;
+    EXPECT_EQ(bytes % frame, 0);
+    EXPECT_GT(bytes / frame, 40) << "the pauses alone are more";
+    EXPECT_EQ(run.printed.last(), QString("%1 frames").arg(bytes / frame));
+    // Whole rows of blue, green, red, 255: the corner shows the screen's own ground.
+    QFile film(file);
+    ASSERT_TRUE(film.open(QIODevice::ReadOnly));
+    film.seek(bytes - 4);
+    const QRgb corner = screen.pixel(screen.width() - 1, screen.height() - 1);
+    const char expected[] = {char(qBlue(corner)), char(qGreen(corner)), char(qRed(corner)), char(255)};
+    EXPECT_EQ(film.read(4), QByteArray(expected, 4));
 }
 
 TEST(Player, HashesWhatLiesOutsideAMask) {

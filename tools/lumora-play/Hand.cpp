@@ -6,6 +6,8 @@
 #include <QWheelEvent>
 #include <QWidget>
 #include <QWindow>
+#include <algorithm>
+#include <cmath>
 
 namespace lumora::play {
 
@@ -14,6 +16,17 @@ namespace {
 constexpr int betweenEvents = 8;    // milliseconds of the events' own time
 constexpr int betweenClicks = 2000; // more than any desktop's double-click time
 constexpr int stepsOfADrag = 8;     // moves between two points, as a hand makes many
+
+// Of the calm pace: pixels a frame at most, and milliseconds.
+constexpr double glideSpeed = 64;
+constexpr double dragSpeed = 24;
+constexpr int beforePress = 350;
+constexpr int whilePressed = 300;
+constexpr int afterRelease = 600;
+
+double distance(QPointF way) {
+    return std::hypot(way.x(), way.y());
+}
 
 } // namespace
 
@@ -32,7 +45,10 @@ void Hand::mouse(QWidget &widget, QPoint point, QEvent::Type type, Grip grip) {
     if (!isMove) {
         m_held = type == QEvent::MouseButtonPress ? grip.button : Qt::NoButton;
     }
-    m_planned.emplace_back([window, inWindow, onScreen, type, isMove, grip, held = m_held, time = m_clock] {
+    m_plannedPlace = onScreen;
+    m_planned.emplace_back([this, window, inWindow, onScreen, type, isMove, grip, held = m_held, time = m_clock] {
+        m_place = onScreen;
+        m_holds = held != Qt::NoButton;
         if (window) {
             qt_handleMouseEvent(window, inWindow, onScreen, held, isMove ? Qt::NoButton : grip.button, type,
                                 grip.modifiers, time);
@@ -40,15 +56,44 @@ void Hand::mouse(QWidget &widget, QPoint point, QEvent::Type type, Grip grip) {
     });
 }
 
+void Hand::rest(int milliseconds) {
+    for (int frames = milliseconds * m_framesPerSecond / 1000; frames > 0; --frames) {
+        m_planned.emplace_back([] {});
+    }
+}
+
+/// Starts and ends slowly, as a hand does.
+void Hand::glideTo(QWidget &widget, QPoint point) {
+    const QPointF start = m_plannedPlace;
+    const QPointF way = widget.mapToGlobal(point) - start;
+    const int frames = std::max(5, static_cast<int>(distance(way) / glideSpeed) + 3);
+    for (int frame = 1; frame < frames; ++frame) {
+        const double time = static_cast<double>(frame) / frames;
+        const QPointF place = start + way * (time * time * (3 - 2 * time));
+        mouse(widget, widget.mapFromGlobal(place.toPoint()), QEvent::MouseMove);
+    }
+}
+
+void Hand::point(QWidget &widget, QPoint place) {
+    moveTo(widget, place);
+    rest(beforePress);
+}
+
 void Hand::moveTo(QWidget &widget, QPoint point) {
+    if (isCalm()) {
+        glideTo(widget, point);
+    }
     // The first move brings the pointer into the window, the second onto the control: hover needs both.
     mouse(widget, point + QPoint(1, 0), QEvent::MouseMove);
     mouse(widget, point, QEvent::MouseMove);
 }
 
 void Hand::pressAndRelease(QWidget &widget, QPoint point, Grip grip) {
+    rest(beforePress);
     mouse(widget, point, QEvent::MouseButtonPress, grip);
+    rest(whilePressed);
     mouse(widget, point, QEvent::MouseButtonRelease, grip);
+    rest(afterRelease);
 }
 
 void Hand::click(QWidget &widget, QPoint point, Grip grip) {
@@ -65,14 +110,18 @@ void Hand::doubleClick(QWidget &widget, QPoint point) {
 void Hand::drag(QWidget &widget, const std::vector<QPoint> &points, Grip grip) {
     m_clock += betweenClicks;
     moveTo(widget, points.front());
+    rest(beforePress);
     mouse(widget, points.front(), QEvent::MouseButtonPress, grip);
+    rest(whilePressed);
     for (std::size_t index = 1; index < points.size(); ++index) {
         const QPointF way = points[index] - points[index - 1];
-        for (int step = 1; step <= stepsOfADrag; ++step) {
-            mouse(widget, points[index - 1] + (way * step / stepsOfADrag).toPoint(), QEvent::MouseMove, grip);
+        const int steps = isCalm() ? static_cast<int>(distance(way) / dragSpeed) + 1 : stepsOfADrag;
+        for (int step = 1; step <= steps; ++step) {
+            mouse(widget, points[index - 1] + (way * step / steps).toPoint(), QEvent::MouseMove, grip);
         }
     }
     mouse(widget, points.back(), QEvent::MouseButtonRelease, grip);
+    rest(afterRelease);
 }
 
 void Hand::wheel(QWidget &widget, QPoint point, int notches, Qt::KeyboardModifiers modifiers) {

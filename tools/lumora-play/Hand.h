@@ -35,6 +35,18 @@ class Hand {
     void hold(QWidget &window, Qt::Key key) { keyEvent(window, QEvent::KeyPress, key, Qt::NoModifier, {}); }
     void letGo(QWidget &window, Qt::Key key) { keyEvent(window, QEvent::KeyRelease, key, Qt::NoModifier, {}); }
 
+    /// Moves the pointer there and presses nothing.
+    void point(QWidget &widget, QPoint place);
+    /// Does nothing for that time; needs a calm pace, without one it takes no time.
+    void rest(int milliseconds);
+    /// A pace that a child can follow: the pointer glides, rests before a click and after it. One planned event is one
+    /// frame then, and it is for the caller to give the next one a frame later. 0 is the quick pace again.
+    void setPace(int framesPerSecond) { m_framesPerSecond = framesPerSecond; }
+
+    /// The pointer's place on the screen, and whether it holds a button down.
+    QPoint place() const { return m_place; }
+    bool isHolding() const { return m_holds; }
+
     /// True while planned events wait for their turn.
     bool isBusy() const { return !m_planned.empty(); }
     /// Gives the next event to its window; returns only when whatever it opened (a modal window) has closed again. An
@@ -44,6 +56,8 @@ class Hand {
   private:
     void mouse(QWidget &widget, QPoint point, QEvent::Type type, Grip grip = {});
     void moveTo(QWidget &widget, QPoint point);
+    void glideTo(QWidget &widget, QPoint point);
+    bool isCalm() const { return m_framesPerSecond > 0; }
     void pressAndRelease(QWidget &widget, QPoint point, Grip grip);
     void keyEvent(QWidget &window, QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString &text);
     void key(QWidget &window, int key, Qt::KeyboardModifiers modifiers, const QString &text);
@@ -51,6 +65,10 @@ class Hand {
     std::deque<std::function<void()>> m_planned;
     int m_clock = 0; ///< milliseconds, the events' own time
     Qt::MouseButton m_held = Qt::NoButton;
+    int m_framesPerSecond = 0; ///< of the calm pace
+    QPoint m_plannedPlace;     ///< where the last planned event leaves the pointer
+    QPoint m_place;
+    bool m_holds = false;
 };
 
 } // namespace lumora::play

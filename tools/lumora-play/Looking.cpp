@@ -138,11 +138,52 @@ Outcome Player::mask(const Step &step) {
 
 Outcome Player::shot(const Step &step) {
     const QString path = QDir::current().absoluteFilePath(step.word(0));
-    if (!takeShot().save(path)) {
+    QRect part;
+    for (const QString &name : step.word(1).split(' ', Qt::SkipEmptyParts)) {
+        const FoundControl found = findControl(name);
+        if (found.widget == nullptr || !found.widget->isVisible() || m_program.isMoving()) {
+            return Outcome::notYet(found.widget == nullptr     ? found.problem
+                                   : found.widget->isVisible() ? QString("something is still moving")
+                                                               : QString("%1 is hidden").arg(name));
+        }
+        part |= QRect(found.widget->mapToGlobal(QPoint(0, 0)), found.widget->size());
+    }
+    const QImage picture = takeShot(m_pointerShown ? &m_hand : nullptr);
+    if (!(part.isNull() ? picture : partOf(picture, part)).save(path)) {
         finish(QString("%1 cannot be written").arg(path));
         return Outcome::done();
     }
     print(path);
+    return Outcome::done();
+}
+
+Outcome Player::pointer(const Step &step) {
+    m_pointerShown = step.word(0) == "on";
+    return Outcome::done();
+}
+
+Outcome Player::film(const Step &step) {
+    if (step.word(0) != "end") {
+        const int framesPerSecond = step.word(1).toInt();
+        m_film = std::make_unique<Film>(QDir::current().absoluteFilePath(step.word(0)), framesPerSecond,
+                                        [this] { return takeShot(&m_hand); });
+        m_filmBeat = 1000 / framesPerSecond;
+        m_hand.setPace(framesPerSecond);
+        if (!m_film->isWell()) {
+            finish(QString("%1 cannot be written").arg(step.word(0)));
+        }
+        return Outcome::done();
+    }
+    if (m_film == nullptr) {
+        finish("no film is being made");
+        return Outcome::done();
+    }
+    print(QString("%1 frames").arg(m_film->frames()));
+    if (!m_film->end()) {
+        finish("the film could not be written");
+    }
+    m_film.reset();
+    m_hand.setPace(0);
     return Outcome::done();
 }
 

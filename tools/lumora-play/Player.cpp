@@ -38,7 +38,8 @@ void Player::begin() {
 
 void Player::orderTick() {
     // A timer of its own for each tick: one that is still in its slot would not fire in a nested event loop.
-    QTimer::singleShot(m_hand.isBusy() ? inputTime : tickTime, this, &Player::tick);
+    const int quick = m_hand.isBusy() ? inputTime : tickTime;
+    QTimer::singleShot(m_film == nullptr ? quick : m_filmBeat, Qt::PreciseTimer, this, &Player::tick);
 }
 
 void Player::programEnded() {

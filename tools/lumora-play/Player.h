@@ -3,6 +3,7 @@
 // window that it opened: such windows are played through like any other.
 #pragma once
 
+#include "Film.h"
 #include "Hand.h"
 #include "Monkey.h"
 #include "Program.h"
@@ -14,6 +15,7 @@
 #include <functional>
 #include <memory>
 
+class QAbstractSlider;
 class QComboBox;
 
 namespace lumora::play {
@@ -75,6 +77,7 @@ class Player : public QObject {
     Outcome item(const Step &step);
     Outcome type(const Step &step);
     Outcome set(const Step &step);
+    Outcome point(const Step &step);
     Outcome press(const Step &step);
     Outcome drag(const Step &step);
     Outcome key(const Step &step);
@@ -88,6 +91,8 @@ class Player : public QObject {
     Outcome hash(const Step &step);
     Outcome mask(const Step &step);
     Outcome shot(const Step &step);
+    Outcome pointer(const Step &step);
+    Outcome film(const Step &step);
     Outcome quit(const Step &step);
 
     /// Why the widget cannot be clicked now (it may still be sliding into place); empty when it can.
@@ -95,6 +100,10 @@ class Player : public QObject {
     Outcome clickOn(QWidget &widget);
     Outcome typeInto(QWidget &widget, const QString &text);
     Outcome setCombo(QComboBox &combo, const QString &value);
+    /// Moves a slider by keys; while a film is made, by its handle first.
+    Outcome setSlider(QAbstractSlider &slider, int value);
+    /// The places of a step's pixels in the canvas; empty with the reason in `problem`.
+    std::vector<QPoint> placesOnPicture(const Step &step, QString &problem);
     Outcome onPicture(const Step &step);
     /// The value that expect compares: a control's, "hash", "outside.MASK" or "state.NAME". False with the reason in
     /// `problem`.
@@ -115,7 +124,10 @@ class Player : public QObject {
     const void *m_fileDialog = nullptr; ///< the one that choose answers
     QElapsedTimer m_stepClock;          ///< since the step became the next
     QElapsedTimer m_inputClock;         ///< since the hand last moved
-    QString m_undoSteps;                ///< before undo pressed its keys last
+    bool m_pointerShown = false;        ///< in pictures of the screen; films always show it
+    int m_filmBeat = 0;                 ///< milliseconds from frame to frame, while a film is made
+    std::unique_ptr<Film> m_film;
+    QString m_undoSteps; ///< before undo pressed its keys last
     QHash<QString, QImage> m_masks;
     std::unique_ptr<Monkey> m_monkey; ///< while it walks
     QString m_problem;

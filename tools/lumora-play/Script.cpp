@@ -23,6 +23,7 @@ const Verb verbs[] = {
     {"item", 2, 2, "item BAR KEY"},
     {"type", 2, 2, "type CONTROL TEXT"},
     {"set", 2, 2, "set CONTROL VALUE"},
+    {"point", 1, 1, "point CONTROL | point X Y"},
     {"press", 1, 1, "press X Y"},
     {"drag", 1, 1, "drag X Y X Y ..."},
     {"key", 1, 1, "key KEYS"},
@@ -35,7 +36,9 @@ const Verb verbs[] = {
     {"state", 0, 0, "state"},
     {"hash", 0, 3, "hash [NAME] | hash outside MASK [NAME]"},
     {"mask", 1, 1, "mask NAME"},
-    {"shot", 1, 1, "shot FILE"},
+    {"shot", 1, 2, "shot FILE [CONTROL ...]"},
+    {"pointer", 1, 1, "pointer on | pointer off"},
+    {"film", 1, 2, "film FILE FRAMES-PER-SECOND | film end"},
     {"quit", 0, 0, "quit"},
 };
 
@@ -53,6 +56,13 @@ QStringList wordsOf(QString rest, int most) {
         rest = rest.mid(blank).trimmed();
     }
     return words;
+}
+
+constexpr int mostFrames = 60; // a second
+
+bool isFilm(const Step &step) {
+    const int frames = step.word(1).toInt();
+    return step.word(0) == "end" ? step.words.size() == 1 : frames > 0 && frames <= mostFrames;
 }
 
 bool isCount(const QString &word) {
@@ -83,6 +93,8 @@ QString misread(const Step &step, const Verb &verb, bool started) {
     const bool outside = step.word(0) == "outside";
     const bool wrong = (step.verb == "wait" && !isCount(step.word(0))) ||
                        (step.verb == "monkey" && !(isCount(step.word(0)) && isCount(step.word(1)))) ||
+                       (step.verb == "film" && !isFilm(step)) ||
+                       (step.verb == "pointer" && step.word(0) != "on" && step.word(0) != "off") ||
                        (step.verb == "undo" && step.word(0) != "all") ||
                        (step.verb == "hash" && (outside ? step.words.size() < 2 : step.words.size() > 1)) ||
                        (step.verb == "press" && numbers != 2) || (step.verb == "drag" && numbers < 4);

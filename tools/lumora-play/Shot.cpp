@@ -1,6 +1,8 @@
 #include "Shot.h"
 
 #include "Controls.h"
+#include "Hand.h"
+#include "Pointer.h"
 
 #include <QGuiApplication>
 #include <QPainter>
@@ -9,7 +11,7 @@
 
 namespace lumora::play {
 
-QImage takeShot() {
+QImage takeShot(const Hand *hand) {
     const QScreen *screen = QGuiApplication::primaryScreen();
     const QRect place = screen->geometry();
     const qreal scale = screen->devicePixelRatio();
@@ -26,7 +28,18 @@ QImage takeShot() {
         }
         painter.drawPixmap(corner, window->grab());
     }
+    if (hand != nullptr) {
+        painter.setClipping(false);
+        paintPointer(painter, hand->place() - place.topLeft(), hand->isHolding());
+    }
     return shot;
+}
+
+QImage partOf(const QImage &shot, QRect place) {
+    const QPoint corner = QGuiApplication::primaryScreen()->geometry().topLeft();
+    const QRectF wanted = place.translated(-corner);
+    const qreal scale = shot.devicePixelRatio();
+    return shot.copy(QRectF(wanted.topLeft() * scale, wanted.size() * scale).toRect() & shot.rect());
 }
 
 } // namespace lumora::play

@@ -2,11 +2,17 @@
 #pragma once
 
 #include <QImage>
+#include <QRect>
 
 namespace lumora::play {
 
+class Hand;
+
 /// All open windows where they stand, the oldest at the bottom, on a picture of the screen's size. Only the program's
-/// own windows are in it, on every platform alike.
-QImage takeShot();
+/// own windows are in it, on every platform alike, and the pointer of the hand where there is one.
+QImage takeShot(const Hand *hand = nullptr);
+
+/// The part of such a picture that shows this place of the screen (logical pixels).
+QImage partOf(const QImage &shot, QRect place);
 
 } // namespace lumora::play

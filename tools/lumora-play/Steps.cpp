@@ -14,6 +14,7 @@
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyle>
 #include <algorithm>
 #include <cstdlib>
 
@@ -22,6 +23,15 @@ namespace lumora::play {
 namespace {
 
 const QKeyCombination selectAll = Qt::ControlModifier | Qt::Key_A;
+
+/// Where the handle of a slider stands (its middle) when it shows that value, in the slider's pixels.
+QPoint handlePlace(const QAbstractSlider &slider, int value) {
+    const int handle = slider.style()->pixelMetric(QStyle::PM_SliderLength, nullptr, &slider);
+    const bool mirrored = slider.isRightToLeft() != slider.invertedAppearance();
+    const int left =
+        QStyle::sliderPositionFromValue(slider.minimum(), slider.maximum(), value, slider.width() - handle, mirrored);
+    return {left + handle / 2, slider.rect().center().y()};
+}
 
 /// The key presses that bring a slider from its value to another one.
 void moveSlider(Hand &hand, QWidget &window, const QAbstractSlider &slider, int value) {
@@ -41,12 +51,13 @@ void moveSlider(Hand &hand, QWidget &window, const QAbstractSlider &slider, int 
 
 Player::Performer Player::performerOf(const QString &verb) {
     static const QHash<QString, Performer> performers = {
-        {"setting", &Player::setting}, {"start", &Player::start},   {"click", &Player::click},
-        {"item", &Player::item},       {"type", &Player::type},     {"set", &Player::set},
-        {"press", &Player::press},     {"drag", &Player::drag},     {"key", &Player::key},
-        {"undo", &Player::undo},       {"choose", &Player::choose}, {"monkey", &Player::monkey},
-        {"wait", &Player::wait},       {"expect", &Player::expect}, {"expect-not", &Player::expectNot},
-        {"state", &Player::state},     {"hash", &Player::hash},     {"mask", &Player::mask},
+        {"setting", &Player::setting}, {"start", &Player::start},     {"click", &Player::click},
+        {"item", &Player::item},       {"type", &Player::type},       {"set", &Player::set},
+        {"point", &Player::point},     {"pointer", &Player::pointer}, {"film", &Player::film},
+        {"press", &Player::press},     {"drag", &Player::drag},       {"key", &Player::key},
+        {"undo", &Player::undo},       {"choose", &Player::choose},   {"monkey", &Player::monkey},
+        {"wait", &Player::wait},       {"expect", &Player::expect},   {"expect-not", &Player::expectNot},
+        {"state", &Player::state},     {"hash", &Player::hash},       {"mask", &Player::mask},
         {"shot", &Player::shot},       {"quit", &Player::quit},
     };
     return performers.value(verb);
@@ -160,15 +171,7 @@ Outcome Player::set(const Step &step) {
         return m_phase == 0 ? clickOn(*button) : Outcome::notYet("it does not change");
     }
     if (auto *slider = qobject_cast<QAbstractSlider *>(found.widget)) {
-        const QString problem = m_phase == 0 ? reach(*slider) : QString();
-        if (!problem.isEmpty() || m_phase > 0) {
-            const bool stands = m_phase > 0 && slider->value() == value.toInt();
-            return stands ? Outcome::done() : Outcome::notYet(m_phase == 0 ? problem : "it does not take that value");
-        }
-        activate(*slider->window());
-        slider->setFocus(Qt::TabFocusReason);
-        moveSlider(m_hand, *slider->window(), *slider, value.toInt());
-        return Outcome::goes();
+        return setSlider(*slider, value.toInt());
     }
     if (auto *combo = qobject_cast<QComboBox *>(found.widget); combo != nullptr && !combo->isEditable()) {
         return setCombo(*combo, value);
@@ -178,6 +181,26 @@ Outcome Player::set(const Step &step) {
         return Outcome::goes();
     }
     return typeInto(*found.widget, value);
+}
+
+Outcome Player::setSlider(QAbstractSlider &slider, int value) {
+    const int byHand = m_film == nullptr ? -1 : 0; // the phase in which it is drawn
+    const int byKeys = byHand + 1;
+    if (m_phase > byKeys) {
+        return slider.value() == value ? Outcome::done() : Outcome::notYet("it does not take that value");
+    }
+    const QString problem = reach(slider);
+    if (!problem.isEmpty()) {
+        return Outcome::notYet(problem);
+    }
+    activate(*slider.window());
+    if (m_phase == byHand) {
+        m_hand.drag(slider, {handlePlace(slider, slider.value()), handlePlace(slider, value)});
+    } else {
+        slider.setFocus(Qt::TabFocusReason);
+        moveSlider(m_hand, *slider.window(), slider, value);
+    }
+    return Outcome::goes();
 }
 
 Outcome Player::setCombo(QComboBox &combo, const QString &value) {
@@ -200,29 +223,54 @@ Outcome Player::setCombo(QComboBox &combo, const QString &value) {
     return combo.currentIndex() == wanted ? Outcome::done() : Outcome::notYet("its list does not open");
 }
 
+std::vector<QPoint> Player::placesOnPicture(const Step &step, QString &problem) {
+    QWidget *canvas = m_program.canvas();
+    problem = canvas == nullptr ? "there is no photo" : reach(*canvas);
+    std::vector<QPoint> places;
+    const std::vector<int> numbers = coordinates(step.word(0));
+    for (std::size_t index = 0; index + 1 < numbers.size() && problem.isEmpty(); index += 2) {
+        places.push_back(m_program.onCanvas({numbers[index], numbers[index + 1]}));
+        if (!canvas->rect().contains(places.back())) {
+            problem = QString("pixel %1, %2 is not in view").arg(numbers[index]).arg(numbers[index + 1]);
+        }
+    }
+    return problem.isEmpty() ? places : std::vector<QPoint>();
+}
+
 Outcome Player::onPicture(const Step &step) {
     if (m_phase > 0) {
         return Outcome::done();
     }
-    QWidget *canvas = m_program.canvas();
-    if (canvas == nullptr) {
-        return Outcome::notYet("there is no photo");
-    }
-    const QString problem = reach(*canvas);
-    if (!problem.isEmpty()) {
+    QString problem;
+    const std::vector<QPoint> places = placesOnPicture(step, problem);
+    if (places.empty()) {
         return Outcome::notYet(problem);
     }
-    std::vector<QPoint> points;
-    const std::vector<int> numbers = coordinates(step.word(0));
-    for (std::size_t index = 0; index + 1 < numbers.size(); index += 2) {
-        const QPoint point = m_program.onCanvas({numbers[index], numbers[index + 1]});
-        if (!canvas->rect().contains(point)) {
-            return Outcome::notYet(QString("pixel %1, %2 is not in view").arg(numbers[index]).arg(numbers[index + 1]));
-        }
-        points.push_back(point);
+    activate(*m_program.canvas()->window());
+    m_hand.drag(*m_program.canvas(), places);
+    return Outcome::goes();
+}
+
+Outcome Player::point(const Step &step) {
+    if (m_phase > 0) {
+        return Outcome::done();
     }
-    activate(*canvas->window());
-    m_hand.drag(*canvas, points);
+    if (!coordinates(step.word(0)).empty()) {
+        QString problem;
+        const std::vector<QPoint> places = placesOnPicture(step, problem);
+        if (places.empty()) {
+            return Outcome::notYet(problem);
+        }
+        m_hand.point(*m_program.canvas(), places.front());
+        return Outcome::goes();
+    }
+    const FoundControl found = findControl(step.word(0));
+    const QString problem = found.widget == nullptr ? found.problem : reach(*found.widget);
+    QPoint place;
+    if (!problem.isEmpty() || !findClickPoint(*found.widget, place)) {
+        return Outcome::notYet(problem);
+    }
+    m_hand.point(*found.widget, place);
     return Outcome::goes();
 }
 
@@ -327,6 +375,13 @@ Outcome Player::choose(const Step &step) {
 }
 
 Outcome Player::wait(const Step &step) {
+    if (m_film != nullptr && m_phase == 0) { // the film's own time, however slowly it is made
+        m_hand.rest(step.word(0).toInt());
+        return Outcome::goes();
+    }
+    if (m_film != nullptr) {
+        return Outcome::done();
+    }
     if (m_stepClock.elapsed() >= step.word(0).toInt()) {
         return Outcome::done();
     }

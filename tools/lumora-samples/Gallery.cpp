@@ -15,6 +15,7 @@ std::span<const Sample> gallery() {
         Sample{"animals", "penguins", penguins},
         Sample{"animals", "tree frog", treeFrog},
         Sample{"backgrounds for stories", "mushroom house", mushroomHouse},
+        Sample{"backgrounds for stories", "theatre stage", theatreStage},
         Sample{"geographical features", "mountain lake", mountainLake},
         Sample{"machines", "hot-air balloons", balloons},
         Sample{"machines", "red biplane", biplane},

@@ -9,6 +9,17 @@
 
 #include "imaging/effects/PointOperation-inl.h"
 
+#ifndef LUMORA_POP_ART_LIGHTNESS // once, whatever the processor
+#define LUMORA_POP_ART_LIGHTNESS
+namespace lumora {
+/// Shares of the channels in how light a pixel is, in 15-bit fractions.
+struct PopArtLightness {
+    int blue, green, red;
+};
+inline constexpr PopArtLightness lightness{3277, 13107, 16384};
+} // namespace lumora
+#endif
+
 HWY_BEFORE_NAMESPACE();
 namespace lumora::HWY_NAMESPACE {
 
@@ -40,10 +51,10 @@ struct PopArtOperation {
                       hn::Or(hn::ShiftLeft<8>(printed(shares, green)), hn::ShiftLeft<16>(printed(shares, red))));
     }
 
-    /// How much of the next tone, 0 to 255, luma gets about that level.
-    static PixelVector share(hn::VFromD<hn::ScalableTag<std::int32_t>> luma, int level) {
+    /// How much of the next tone, 0 to 255, a lightness gets about that level.
+    static PixelVector share(hn::VFromD<hn::ScalableTag<std::int32_t>> lightness, int level) {
         const hn::ScalableTag<std::int32_t> d32;
-        const auto above = hn::Sub(luma, hn::Set(d32, level));
+        const auto above = hn::Sub(lightness, hn::Set(d32, level));
         const auto steep = hn::Add(hn::ShiftLeft<4>(above), hn::ShiftLeft<2>(above)); // times 20
         const auto ramp = hn::Add(steep, hn::Set(d32, 128));
         return hn::BitCast(Pixels(), hn::Min(hn::Max(ramp, hn::Zero(d32)), hn::Set(d32, 255)));
@@ -67,7 +78,7 @@ struct PopArtOperation {
     Channel blue;
     Channel green;
     Channel red;
-    WeightedSum sum = luma();
+    WeightedSum sum{lightness.blue, lightness.green, lightness.red};
 };
 
 void popArtRows(const PopArt &parameters, ConstPixelView source, PixelView target, PixelRect area, bool pastCache) {
@@ -92,7 +103,7 @@ namespace {
 
 constexpr int levels = 256;
 
-/// How many pixels lie below each level, and what their luma adds up to.
+/// How many pixels lie below each level, and what their levels add up to.
 struct Cumulated {
     std::array<double, levels + 1> count{};
     std::array<double, levels + 1> total{};
@@ -100,8 +111,8 @@ struct Cumulated {
     /// What the levels from one up to another, itself not among them, add to the variance between the classes.
     double between(int from, int to) const {
         const double pixels = count[std::size_t(to)] - count[std::size_t(from)];
-        const double luma = total[std::size_t(to)] - total[std::size_t(from)];
-        return pixels > 0 ? luma * luma / pixels : 0;
+        const double sum = total[std::size_t(to)] - total[std::size_t(from)];
+        return pixels > 0 ? sum * sum / pixels : 0;
     }
     double spread(PopArtLevels at) const {
         return between(0, at.light) + between(at.light, at.highlight) + between(at.highlight, levels);
@@ -113,8 +124,9 @@ Cumulated cumulated(ConstPixelView picture) {
     for (int y = 0; y < picture.height; ++y) {
         const std::uint8_t *pixel = picture.row(y);
         for (int x = 0; x < picture.width; ++x, pixel += 4) {
-            const int luma = (3736 * pixel[0] + 19235 * pixel[1] + 9797 * pixel[2] + 16384) >> 15;
-            histogram[std::size_t(luma)] += pixel[3];
+            const int level =
+                (lightness.blue * pixel[0] + lightness.green * pixel[1] + lightness.red * pixel[2] + 16384) >> 15;
+            histogram[std::size_t(level)] += pixel[3];
         }
     }
     Cumulated sums;

@@ -17,6 +17,7 @@ std::unique_ptr<Scene> mushroomHouse();
 std::unique_ptr<Scene> owl();
 std::unique_ptr<Scene> penguins();
 std::unique_ptr<Scene> reef();
+std::unique_ptr<Scene> theatreStage();
 std::unique_ptr<Scene> treeFrog();
 std::unique_ptr<Scene> windmill();
 

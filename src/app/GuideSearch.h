@@ -1,0 +1,54 @@
+// Finds the pages of the user guide that speak of something. GuideWindow asks it; it knows no window.
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace lumora {
+
+/// The text without accents and in small letters, each character at its old place: "Größe" becomes "große".
+QString foldedForSearch(const QString &text);
+
+/// Where a word that begins like `folded` begins in a folded text, from `from` on; -1 when none does.
+qsizetype findWord(const QString &text, const QString &folded, qsizetype from = 0);
+
+class GuideSearch {
+  public:
+    struct Page {
+        QString file;
+        QString title;
+        QString keywords; ///< further words by which it is to be found
+        QString text;     ///< paragraphs in lines
+    };
+    struct Hit {
+        QString file;
+        QString sentence;  ///< HTML: the best one of the page, the found words bold
+        QStringList words; ///< the beginnings of words, folded, by which the page was found
+    };
+
+    explicit GuideSearch(const QList<Page> &pages);
+    /// Over the whole guide.
+    static GuideSearch overGuide();
+
+    /// The pages on which most of the words of the question stand, the best first: a word in the title counts most, a
+    /// keyword more than one in the text. Words count from their beginning ("rot" finds "rotate"), without regard to
+    /// capitals and accents; one that no page has is taken for a slip of the keyboard and stands for its likes. Little
+    /// words such as "how" do not count beside others. Nothing for a question without a letter or digit.
+    QList<Hit> find(const QString &question) const;
+
+  private:
+    struct Entry {
+        Page page;
+        QString title, keywords, text; ///< folded
+    };
+    /// What to look for in place of a word: itself where it stands anywhere, else its likes.
+    QStringList meant(const QString &word) const;
+    static int score(const Entry &entry, const QStringList &alternatives);
+    static Hit hitOn(const Entry &entry, const QStringList &words);
+
+    QList<Entry> m_entries;
+    QStringList m_vocabulary;
+};
+
+} // namespace lumora
