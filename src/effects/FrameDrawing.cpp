@@ -13,8 +13,7 @@ namespace {
 // The light comes from above and a little from the left. Lengths in units of the drawing.
 constexpr double shadowSoftness = 9; // standard deviation of the blur
 constexpr QPointF shadowOffset(3, 6);
-constexpr double shadowOpacity = 0.5;
-const QColor shadowColour(33, 24, 40);
+const QColor shadowColour(33, 24, 40, 128);
 
 // What is soft needs no detail: shadows are kept small, with some of what lies beyond the edges.
 constexpr int shadowBlur = 3; // pixels
@@ -96,9 +95,7 @@ QImage FrameDrawing::part(const QRectF &shown, QSize size) {
         QPainter painter(&part);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
         for (const Layer &layer : m_layers) {
-            painter.setOpacity(shadowOpacity);
             painter.drawImage(placeOf(shadowed.translated(shadowOffset), shown, part.rect()), layer.shadow);
-            painter.setOpacity(1);
             drawLayer(*drawing, layer.name, painter, shown, part.rect());
         }
     }

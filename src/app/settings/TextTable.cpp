@@ -215,7 +215,7 @@ constexpr TextRow textRows[] = {
     {"frmMain", "PopArtYellow", "Yellow", "popArtPalette", "item:yellow"},
     {"frmMain", "GuideForward", "Forward", "-", ""},
     {"frmMain", "GuideSearch", "Search", "-", ""},
-    {"frmMain", "GuideNothing", ""%1" is not in this guide. Try another word, or look at the pictures on the first page.", "-", ""},
+    {"frmMain", "GuideNothing", "\"%1\" is not in this guide. Try another word, or look at the pictures on the first page.", "-", ""},
 
     // Main window: messages, and titles that a tool sets when it opens its panel.
     {"frmMain", "MsgInvalidSize", "Invalid Size! Maximum size allowed is 5000 x 5000", "-", ""},

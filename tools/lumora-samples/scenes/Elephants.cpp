@@ -127,15 +127,14 @@ class Elephants : public Scene {
             const float c = 1 - std::fabs(2 * v - 1);
             return c * c * c * c;
         };
-        float rough = 0.008F * crease(noise(Vec3{q.x * 5, q.y * 8, q.z * 5} + Vec3{3, 3, 3} * fbm(q * 2, 2))) +
-                      0.006F * crease(noise(Vec3{q.x * 13, q.y * 9, q.z * 13})) + 0.006F * noise(q * 30);
+        float rough = 0.0045F * crease(noise(Vec3{q.x * 7, q.y * 12, q.z * 7} + Vec3{1, 1, 1} * fbm(q * 2, 2))) +
+                      0.0035F * crease(noise(Vec3{q.x * 19, q.y * 13, q.z * 19})) + 0.004F * noise(q * 34);
         if (q.x > 1.9F && std::fabs(q.z) < 0.4F) {
             const OnCurve nose = trunk(q, Animals[material - Skin].calf);
             rough = mix(rough, 0.013F * std::sin(nose.along * 95) + 0.006F * noise(q * 20),
                         smoothStep(0.02F, 0.2F, nose.along));
         }
-        const bool ear = q.x < 1.75F && std::fabs(q.z) > 0.62F && q.y > 1.4F;
-        return rough * Animals[material - Skin].size * (ear ? 0.45F : 1.0F);
+        return rough * Animals[material - Skin].size;
     }
 
     Vec3 waterNormal(Vec3 p, float distance) const override {
@@ -353,14 +352,15 @@ class Elephants : public Scene {
         // Dust on the back, mud at the feet, pink freckles at ear, brow and trunk.
         grey = mix(grey, colour(0xC79A70), 0.4F * smoothStep(0.35F, 0.9F, n.y + 0.5F * blotch - 0.25F));
         grey = mix(grey, colour(0x4A352A), 0.75F * smoothStep(0.55F, 0.1F, q.y + 0.5F * (noise(q * 5) - 0.5F)));
-        const bool ear = q.x < 1.75F && q.x > 0.7F && std::fabs(q.z) > 0.62F && q.y > 1.4F;
-        const float freckles = smoothStep(0.55F, 0.75F, noise(q * 11)) * (ear || q.x > 2.1F ? 0.5F : 0.0F);
+        const float ear = smoothStep(0.5F, 0.75F, std::fabs(q.z)) * smoothStep(1.9F, 1.6F, q.x) *
+                          smoothStep(0.6F, 0.9F, q.x) * smoothStep(1.3F, 1.6F, q.y);
+        const float freckles =
+            smoothStep(0.55F, 0.75F, noise(q * 11)) * 0.5F * std::max(ear, smoothStep(2.0F, 2.3F, q.x));
         grey = mix(grey, colour(0xD39A86), freckles);
         if (q.x < -1.6F && q.y < 1.05F) {
             grey = colour(0x1E1713);
         }
-        return {
-            .colour = number == 0 ? grey : grey * 1.1F, .shine = 0.07F, .sharpness = 14, .sheer = ear ? 0.25F : 0.0F};
+        return {.colour = number == 0 ? grey : grey * 1.1F, .shine = 0.07F, .sharpness = 14, .sheer = 0.25F * ear};
     }
 
     static Surface ground(Vec3 p, Vec3 n) {

@@ -9,16 +9,22 @@ namespace lumora::samples {
 
 std::unique_ptr<Scene> balloons();
 std::unique_ptr<Scene> biplane();
+std::unique_ptr<Scene> canyon();
+std::unique_ptr<Scene> dunes();
 std::unique_ptr<Scene> elephants();
 std::unique_ptr<Scene> ladybird();
 std::unique_ptr<Scene> locomotive();
 std::unique_ptr<Scene> mountainLake();
 std::unique_ptr<Scene> mushroomHouse();
 std::unique_ptr<Scene> owl();
+std::unique_ptr<Scene> parrot();
 std::unique_ptr<Scene> penguins();
 std::unique_ptr<Scene> reef();
+std::unique_ptr<Scene> strangePlanet();
 std::unique_ptr<Scene> theatreStage();
+std::unique_ptr<Scene> tractor();
 std::unique_ptr<Scene> treeFrog();
 std::unique_ptr<Scene> windmill();
+std::unique_ptr<Scene> winterNight();
 
 } // namespace lumora::samples
