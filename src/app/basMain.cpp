@@ -7,11 +7,11 @@
 #include "app/frmSplash.h"
 #include "app/settings/LoadSettings.h"
 #include "document/RecoveryFolder.h"
+#include "widgets/ApplicationIcon.h"
 #include "widgets/Theme.h"
 
 #include <QApplication>
 #include <QFileInfo>
-#include <QIcon>
 
 namespace lumora {
 
@@ -190,10 +190,10 @@ void setUpApplication(QApplication &application) {
     QApplication::setApplicationName("Lumora");
     QApplication::setApplicationVersion(versionNumber());
     QApplication::setDesktopFileName("lumora");
-    QApplication::setWindowIcon(QIcon(":/icons/lumora.svg"));
     // A hidden launcher is a loaded window: the program ends when basMain says so.
     QApplication::setQuitOnLastWindowClosed(false);
     applyTheme(application);
+    QApplication::setWindowIcon(applicationIcon());
 }
 
 int runLumora(int argc, char **argv) {
