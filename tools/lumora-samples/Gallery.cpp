@@ -26,6 +26,7 @@ std::span<const Sample> gallery() {
         Sample{"machines", "hot-air balloons", balloons},
         Sample{"machines", "red biplane", biplane},
         Sample{"machines", "steam locomotive", locomotive},
+        Sample{"machines", "yellow excavator", excavator},
         Sample{"old buildings", "windmill", windmill},
     };
     return rows;

@@ -84,7 +84,7 @@ class Owl : public Scene {
             const float off = std::fabs(repeat(shifted, size)) / size * 2;
             const float tall = 0.035F - 0.075F * r + (0.06F + 0.03F * r) * hash(tree, row) + 0.02F * noise(side * 4, r);
             const float needles = (0.02F + 0.008F * r) * (fbm(side * (70 - 12 * r), up * (95 - 15 * r), 2) - 0.3F);
-            const float top = tall - (0.10F + 0.05F * r) * off + needles;
+            const float top = tall - (0.2F + 0.06F * r) * off + needles;
             const float there = smoothStep(0.0F, 0.006F + 0.003F * r, top - up);
             light = mix(light,
                         mix(colour(0x6A4A9A), colour(0x141238), 0.35F + 0.32F * r) *
@@ -98,17 +98,18 @@ class Owl : public Scene {
     float grain(int material, Vec3 p) const override {
         switch (material) {
         case Bark:
-            return 0.014F * noise(p * 34) + 0.012F * ridged(p.x * 2.2F, p.y * 9 + p.z * 6, 3);
+            return mix(0.012F * ridged(p.x * 2.2F, p.y * 9 + p.z * 6, 3) + 0.006F * noise(p * 34),
+                       0.035F * fbm(p * 26, 3), moss(p));
         case Plumage:
         case Wing: {
             const Vec3 q = local(p);
             const Feather f = material == Wing ? wingFeather(q) : bodyFeather(q);
             return (material == Wing ? 0.026F : 0.016F) * (0.9F - std::min(f.along, 0.9F)) +
-                   0.0035F * std::sin(60 * (std::fabs(f.across) + 0.5F * f.along)) + 0.005F * noise(q * 40);
+                   0.0012F * std::sin(95 * (std::fabs(f.across) + 0.5F * f.along)) + 0.005F * noise(q * 55);
         }
         case Down: {
             const Vec3 q = owletLocal(p);
-            return 0.02F * fbm(Vec3{q.x * 26, q.y * 10, q.z * 26}, 3);
+            return 0.02F * fbm(Vec3{q.x * 58, q.y * 22, q.z * 58}, 3);
         }
         default:
             return 0;
@@ -146,7 +147,7 @@ class Owl : public Scene {
             const float round = std::atan2(t.x, t.z);
             d += p.x > 1.9F ? 0.07F * (ridged(round * 5, p.y * 1.4F, 3) - 0.5F)
                             : 0.04F * (fbm(p.x * 2.5F, y * 9 + z * 7, 3) - 0.4F);
-            d -= moss(p) * (0.03F + 0.06F * noise(p * 13));
+            d -= moss(p) * (0.02F + 0.05F * noise(p * 13) + 0.045F * noise(p * 31));
         }
         hit.join(d * 0.8F, Bark);
     }
@@ -241,7 +242,7 @@ class Owl : public Scene {
         body = blend(body, stick(h, {0.15F, 1.45F, 0.24F}, {0.1F, 1.62F, 0.33F}, 0.07F, 0.02F), 0.08F);
         body = blend(body, ellipsoid(turnX(h - Vec3{-0.02F, 0.6F, 0.5F}, -0.15F), {0.26F, 0.4F, 0.1F}), 0.06F);
         if (body < 0.1F) {
-            body -= 0.035F * (noise(Vec3{q.x * 17, q.y * 8, q.z * 17}) - 0.3F);
+            body -= 0.028F * (noise(Vec3{q.x * 34, q.y * 15, q.z * 34}) - 0.3F);
         }
         hit.join(body * OwletSize * 0.75F, Down);
         hit.join(sphere(h - OwletEyeAt, OwletEyeSize) * OwletSize, OwletEye);
@@ -269,14 +270,15 @@ class Owl : public Scene {
         const float back = smoothStep(0.1F, -0.15F, q.x);
         Vec3 look = mix(colour(0xE8B878), colour(0xA8682E), 0.45F * f.id + 0.3F * back + 0.5F * (fbm(q * 3, 3) - 0.3F));
         const bool head = q.y > 1.3F;
-        const float streak = head ? 0.2F : 0.1F + 0.16F * f.id;
+        const float streak = head ? 0.26F : 0.2F + 0.16F * f.id;
         const float shaft =
             smoothStep(streak, streak - 0.1F, std::fabs(f.across) + 0.25F * f.along) * smoothStep(1.0F, 0.5F, f.along);
         const float bars = 0.22F *
                            smoothStep(0.0F, 0.8F, std::sin((f.along + 0.7F * std::fabs(f.across)) * 11 + 6 * f.id)) *
                            (head ? 0.4F : 1.0F);
         look = mix(look, colour(0x3A2212), std::max(0.9F * shaft, bars));
-        look = look * mix(1.15F, 0.72F, smoothStep(0.1F, 0.8F, f.along));
+        look = look * mix(1.1F, 0.6F, smoothStep(0.1F, 0.8F, f.along)) *
+               (0.75F + 0.5F * noise(f.across * 26 + 40 * f.id, f.along * 4));
         if (q.x > 0.1F && q.y > 1.15F && q.y < 1.98F) {
             // The face: fine rays about each eye, a dark rim, a white bib and white whiskers at the beak.
             const float u = side - EyeAt.z;
@@ -319,7 +321,7 @@ class Owl : public Scene {
     }
 
     static Surface down(Vec3 q) {
-        const float fluff = fbm(Vec3{q.x * 26, q.y * 10, q.z * 26}, 3);
+        const float fluff = 0.5F * fbm(Vec3{q.x * 58, q.y * 22, q.z * 58}, 3) + 0.5F * fbm(q * 9, 2);
         Vec3 look = mix(colour(0x6A5E58), colour(0xD2C6B8), 1.2F * fluff);
         const float bars = smoothStep(0.55F, 0.9F, std::sin(q.y * 32 + 3 * noise(q * 5)));
         look = mix(look, colour(0x8A6A4E), 0.35F * bars);
@@ -337,7 +339,7 @@ class Owl : public Scene {
         switch (material) {
         case Bark: {
             const Vec3 bark = mix(colour(0x2C1E1A), colour(0x84664E), fbm(p.x * 3, p.y * 11 + p.z * 7, 4));
-            const Vec3 green = mix(colour(0x21481A), colour(0x7FA532), noise(p * 15) * 0.6F + 0.4F * grainy);
+            const Vec3 green = mix(colour(0x21481A), colour(0x7FA532), 1.5F * fbm(p * 24, 3) - 0.35F + 0.35F * grainy);
             return {.colour = mix(bark, green, moss(p) * smoothStep(-0.5F, 0.1F, n.y)), .sheer = 0.1F};
         }
         case Cap: {

@@ -12,6 +12,7 @@ std::unique_ptr<Scene> biplane();
 std::unique_ptr<Scene> canyon();
 std::unique_ptr<Scene> dunes();
 std::unique_ptr<Scene> elephants();
+std::unique_ptr<Scene> excavator();
 std::unique_ptr<Scene> ladybird();
 std::unique_ptr<Scene> locomotive();
 std::unique_ptr<Scene> mountainLake();
