@@ -11,6 +11,7 @@
 #include "app/ToolColumn.h"
 #include "app/ToolSet.h"
 #include "app/frmOptions.h"
+#include "app/frmSamples.h"
 #include "app/frmWelcome.h"
 #include "app/settings/AppContext.h"
 #include "app/settings/LoadSettings.h"
@@ -161,6 +162,7 @@ void frmMain::connectCommands() {
     connect(m_toolSet, &ToolSet::noticeWanted, this,
             [this](const QString &text) { QMessageBox::warning(this, "Notice", text); });
     connect(m_toolSet, &ToolSet::buttonsToRefresh, this, &frmMain::chkPSButtons);
+    connect(m_toolSet, &ToolSet::fitWanted, this, &frmMain::fitPhoto);
     connect(m_toolSet, &ToolSet::panelChanged, this, &frmMain::makeRoomForPanel);
     connect(&m_ctx.longWork, &LongWork::began, m_progress, &ProgressPanel::begin);
     connect(&m_ctx.longWork, &LongWork::ended, m_progress, &ProgressPanel::end);
@@ -207,7 +209,7 @@ void frmMain::SetMeUp() {
     m_devices->LoadScanners();
     m_devices->GetPrinters();
     LoadSettingsFromINIFile(m_ctx);
-    for (const char *key : {"keyEmail", "keySlideShow", "keyIdeas"}) {
+    for (const char *key : {"keyEmail", "keySlideShow"}) {
         m_commands->Toolbar1()->setButtonEnabled(key, false); // they have no behaviour yet
     }
     m_commands->cmdScan()->setEnabled(false);
@@ -300,6 +302,9 @@ void frmMain::runToolbarCommand(const QString &key) {
     } else if (key == "keyPaste") {
         HideBoxes();
         m_photo->PastePhoto();
+    } else if (key == "keyIdeas") {
+        HideBoxes();
+        connect(frmSamples::showModal(m_ctx, this), &frmSamples::popArtWanted, m_toolSet, &ToolSet::openPopArt);
     } else if (key == "keyHelp") {
         Q_EMIT helpWanted();
     }

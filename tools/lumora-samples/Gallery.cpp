@@ -23,10 +23,13 @@ std::span<const Sample> gallery() {
         Sample{"geographical features", "mountain lake", mountainLake},
         Sample{"geographical features", "sand dunes", dunes},
         Sample{"machines", "blue tractor", tractor},
+        Sample{"machines", "clockwork", clockwork},
         Sample{"machines", "hot-air balloons", balloons},
         Sample{"machines", "red biplane", biplane},
         Sample{"machines", "steam locomotive", locomotive},
         Sample{"machines", "yellow excavator", excavator},
+        Sample{"old buildings", "lighthouse", lighthouse},
+        Sample{"old buildings", "market square", marketSquare},
         Sample{"old buildings", "windmill", windmill},
     };
     return rows;

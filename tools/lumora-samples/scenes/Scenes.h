@@ -10,11 +10,14 @@ namespace lumora::samples {
 std::unique_ptr<Scene> balloons();
 std::unique_ptr<Scene> biplane();
 std::unique_ptr<Scene> canyon();
+std::unique_ptr<Scene> clockwork();
 std::unique_ptr<Scene> dunes();
 std::unique_ptr<Scene> elephants();
 std::unique_ptr<Scene> excavator();
 std::unique_ptr<Scene> ladybird();
+std::unique_ptr<Scene> lighthouse();
 std::unique_ptr<Scene> locomotive();
+std::unique_ptr<Scene> marketSquare();
 std::unique_ptr<Scene> mountainLake();
 std::unique_ptr<Scene> mushroomHouse();
 std::unique_ptr<Scene> owl();

@@ -3,6 +3,7 @@
 
 #include "Noise.h"
 #include "Shapes.h"
+#include "Worlds.h"
 
 #include <array>
 
@@ -12,7 +13,6 @@ namespace {
 
 enum Material { Sand, Rock, Crystal, Shell, Paint, Steel, Pane };
 
-constexpr Vec3 Night{0.016F, 0.011F, 0.07F}; ///< the sky as it shows before a dark side
 constexpr Vec3 Rocket{2.15F, 0.12F, 4.2F};
 
 struct Prism {
@@ -105,9 +105,9 @@ class StrangePlanet : public Scene {
         }
         const float streak = smoothStep(0.48F, 0.8F, fbm(u * 1.6F + 3, v * 9 + 0.6F * u, 5));
         light = mix(light, mix(colour(0xFF8A78), colour(0xFFD0A0), west), 0.5F * streak * smoothStep(0.5F, 0.1F, up));
-        light = moon(light, d, {0.2F, 0.56F, 1}, 0.05F, colour(0xFFE2C0), 3);
-        light = moon(light, d, {0.56F, 0.44F, 1}, 0.024F, colour(0x9FE0E0), 8);
-        return ringed(light, d);
+        light = moon(light, d, sunDirection, {0.2F, 0.56F, 1}, 0.05F, colour(0xFFE2C0), 3);
+        light = moon(light, d, sunDirection, {0.56F, 0.44F, 1}, 0.024F, colour(0x9FE0E0), 8);
+        return ringedPlanet(light, d, sunDirection, {-0.36F, 0.47F, 1}, 0.155F);
     }
 
     float grain(int material, Vec3 p) const override {
@@ -155,9 +155,9 @@ class StrangePlanet : public Scene {
         for (const float scale : {0.8F, 2.6F}) {
             const Cell one = cells(x * scale + 5, z * scale, 0.4F); // far enough apart not to cut each other
             const float size = one.id > 0.84F ? 0.12F + 0.17F * fraction(one.id * 37) : 0.0F;
-            const float open = scale < 1 && std::fabs(x) < 2.2F && z < 2 ? 0.0F : 1.0F; // keeps the middle free
-            if (one.distance < size) {
-                height += open * 0.75F * std::sqrt(size * size - one.distance * one.distance) / scale;
+            const bool free = scale < 1 && std::fabs(x - one.dx / scale) < 2.2F && z - one.dy / scale < 2; // the middle
+            if (one.distance < size && !free) {
+                height += 0.75F * std::sqrt(size * size - one.distance * one.distance) / scale;
             }
         }
         return height;
@@ -328,62 +328,6 @@ class StrangePlanet : public Scene {
             return {.colour = mix(sand, mix(colour(0x6A3238), colour(0xA8604A), rough), stone)};
         }
         }
-    }
-
-    /// A ball far away, lit by the sun; its dark side is as bright as the sky before it.
-    Vec3 moon(Vec3 light, Vec3 d, Vec3 towards, float size, Vec3 tint, float craters) const {
-        const Vec3 c = normalise(towards);
-        const float b = dot(c, d);
-        const float inside = size * size - (1 - b * b);
-        if (inside <= 0 || b < 0) {
-            return light;
-        }
-        const Vec3 n = (d * (b - std::sqrt(inside)) - c) * (1 / size);
-        const float lit = smoothStep(-0.08F, 0.6F, dot(n, sunDirection));
-        const Vec3 q = n * 1.7F + Vec3{craters, craters, craters};
-        const float pits = mix(0.6F, 1.1F, smoothStep(0.3F, 0.6F, fbm(q * 2, 5)));
-        return mix(light, Night + tint * (1.2F * lit * pits), smoothStep(0, 0.1F, inside / (size * size)));
-    }
-
-    Vec3 ringed(Vec3 light, Vec3 d) const {
-        const Vec3 c = normalise({-0.36F, 0.47F, 1});
-        constexpr float Size = 0.155F;
-        const Vec3 axis = normalise({0.36F, 0.72F, -0.6F});
-        const float b = dot(c, d);
-        const float inside = Size * Size - (1 - b * b);
-        const float toBall = inside > 0 && b > 0 ? b - std::sqrt(inside) : -1;
-        // The ring lies in the plane through the planet's middle.
-        const float toRing = dot(c, axis) / dot(d, axis);
-        const Vec3 at = d * toRing - c;
-        const float r = length(at) / Size;
-        float cover = 0;
-        Vec3 ringLight;
-        if (toRing > 0 && r > 1.3F && r < 2.35F) {
-            const float groove = 0.35F + 0.65F * noise(r * 26, 2) * smoothStep(0.02F, 0.06F, std::fabs(r - 1.93F));
-            cover = smoothStep(1.3F, 1.42F, r) * smoothStep(2.35F, 2.28F, r) * clamp01(groove * 1.1F);
-            // The planet's own shadow falls across it.
-            const float along = dot(at, sunDirection);
-            const float off = length(at - sunDirection * along) / Size;
-            const float free = along < 0 ? smoothStep(0.95F, 1.05F, off) : 1.0F;
-            ringLight = mix(colour(0xC89A8A), colour(0xFFE8C8), noise(r * 13, 5)) * (0.15F + 0.95F * free);
-        }
-        const bool before = toBall < 0 || toRing < toBall;
-        if (!before && toBall > 0) {
-            cover = 0;
-        }
-        if (toBall > 0) {
-            const Vec3 n = (d * toBall - c) * (1 / Size);
-            const float latitude = dot(n, axis);
-            const float swirl = 0.05F * fbm(n * 5, 4) + 0.02F * fbm(n * 14, 3);
-            const float band = noise((latitude + swirl) * 9, 7);
-            Vec3 tint = mix(colour(0xB8643C), colour(0xFFDCA0), band);
-            tint = mix(tint, colour(0x7A3A5A), smoothStep(0.7F, 0.9F, noise((latitude + swirl) * 21, 3)) * 0.7F);
-            const float lit = smoothStep(-0.15F, 0.75F, dot(n, sunDirection));
-            const float rim = std::pow(1 - std::fabs(dot(n, d)), 3.0F);
-            const Vec3 ball = Night + tint * (1.15F * lit) + colour(0xFFB090) * (0.5F * rim * lit);
-            light = mix(light, ball, smoothStep(0, 0.05F, inside / (Size * Size)));
-        }
-        return mix(light, ringLight, cover * 0.85F);
     }
 };
 

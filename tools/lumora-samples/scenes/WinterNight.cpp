@@ -1,6 +1,7 @@
 // A log cabin in the snow at night: warm windows, a chain of coloured lamps, northern lights over a frozen lake.
 #include "Scenes.h"
 
+#include "LogCabin.h"
 #include "Noise.h"
 #include "Shapes.h"
 
@@ -8,7 +9,7 @@ namespace lumora::samples {
 
 namespace {
 
-enum Material { Snow, Fir, Log, Plank, Pane, Door, Shutter, Stone, Wreath, Berry, Bulb, Iron, Ice };
+enum Material { Fir = CabinParts }; // and those of the cabin
 
 struct Place {
     Vec3 foot;
@@ -29,10 +30,6 @@ constexpr Tree Trees[] = {{-5.0F, 1.5F, 4.3F},  {-6.4F, 2.6F, 2.2F},  {-8.0F, 6.
                           {2.7F, 15, 6.6F},     {-2.75F, 1.0F, 0.95F}};
 
 constexpr Vec3 Lanterns[] = {{-0.95F, 1.22F, -1.3F}, {2.5F, 1.25F, 0.7F}};
-constexpr float HalfWidth = 1.75F;
-constexpr float HalfDepth = 1.8F;
-constexpr float Ridge = 3.75F;
-
 class WinterNight : public Scene {
   public:
     WinterNight() {
@@ -60,7 +57,7 @@ class WinterNight : public Scene {
         const float above = p.z > 16 ? 0.5F + 0.5F * (p.z - 13) : 1.1F;
         hit.join(p.y > above + 1 ? (p.y - above) * 0.8F : (p.y - ground(p.x, p.z)) * 0.8F, Snow);
         for (const Place &cabin : Cabins) {
-            house(turnY(p - cabin.foot, cabin.turn) * (1 / cabin.size), cabin.size, hit);
+            logCabin(turnY(p - cabin.foot, cabin.turn) * (1 / cabin.size), cabin.size, hit);
         }
         for (const Tree &tree : Trees) {
             hit.join(fir(p - Vec3{tree.x, 0.05F, tree.z}, tree.height), Fir);
@@ -85,11 +82,11 @@ class WinterNight : public Scene {
         const Vec3 q = turnY(p - home.foot, home.turn);
         const Vec3 m = turnY(n, home.turn);
         for (const float x : {-1.05F, 1.05F}) {
-            const Vec3 to = Vec3{x, 1.2F, -HalfDepth - 0.05F} - q;
+            const Vec3 to = Vec3{x, 1.2F, -CabinDepth - 0.05F} - q;
             const float out = std::max(0.0F, to.z / length(to));
             warm += colour(0xFFA94A) * (2.8F * out * std::max(0.0F, dot(m, normalise(to))) / (0.35F + dot(to, to)));
         }
-        const Vec3 lamp = Vec3{0, 2.05F, -HalfDepth - 0.5F} - q;
+        const Vec3 lamp = Vec3{0, 2.05F, -CabinDepth - 0.5F} - q;
         warm += colour(0xFFB45A) * (0.9F * std::max(0.0F, dot(m, normalise(lamp))) / (0.25F + dot(lamp, lamp)));
         look.glow += look.colour * warm;
         return look;
@@ -218,90 +215,6 @@ class WinterNight : public Scene {
         return std::max((r - radius - needles * smoothStep(0, 0.25F, h - p.y) + 0.07F) * 0.4F, p.y - h);
     }
 
-    static void house(Vec3 p, float size, Hit &hit) {
-        const float near = box(p - Vec3{0, 2.3F, 0}, {2.5F, 2.6F, 2.5F});
-        if (near > 0.4F) {
-            hit.join(near * size, Log);
-            return;
-        }
-        const float x = std::fabs(p.x);
-        const float z = std::fabs(p.z);
-        constexpr float Pitch = 0.27F;
-        const float roofLine = (p.y - Ridge + x) * 0.707F;
-        const float front = std::max(
-            {length(repeat(p.y - 0.13F, Pitch), z - HalfDepth) - 0.145F, x - HalfWidth - 0.27F, roofLine + 0.1F});
-        const float sides =
-            std::max({length(repeat(p.y, Pitch), x - HalfWidth) - 0.145F, z - HalfDepth - 0.27F, p.y - 1.9F});
-        const float inside = std::max({x - HalfWidth, z - HalfDepth, roofLine + 0.05F});
-        hit.join(std::min({front, sides, inside}) * size, Log);
-        // Roof, its snow, icicles and the chain of lamps on the gable's edge.
-        const float along = (x - (p.y - Ridge)) * 0.707F;
-        hit.join(std::max({std::fabs(roofLine - 0.06F) - 0.07F, z - HalfDepth - 0.42F, along - 3.0F}) * size, Plank);
-        const float soft = 0.09F * (noise(p * 1.7F) - 0.5F) + 0.04F * noise(p * 5);
-        hit.join((box({along - 1.4F, roofLine - 0.3F, p.z}, {1.7F, 0.18F, HalfDepth + 0.52F}, 0.17F) + soft) * 0.85F *
-                     size,
-                 Snow);
-        const float edge = p.z + HalfDepth + 0.44F;
-        const float at = std::round(x / 0.19F) * 0.19F;
-        const float drop = 0.14F + 0.3F * hash(static_cast<int>(std::round(p.x / 0.19F)), 3);
-        const float icicle = cone({x - at, p.y - (Ridge - at) + drop, edge}, 0.003F, 0.035F, drop);
-        hit.join(std::max(icicle, x - 2.1F) * size * 0.8F, Ice);
-        const float bulb = std::round((x - 0.16F) / 0.32F) * 0.32F + 0.16F;
-        hit.join(sphere({x - bulb, p.y - (Ridge - bulb) + 0.12F, edge + 0.1F}, bulb < 2.2F ? 0.06F : -1.0F) * size,
-                 Bulb);
-        hit.join(std::max(length(roofLine + 0.05F, edge + 0.08F) - 0.012F, x - 2.1F) * size, Iron);
-        frontWall(p - Vec3{0, 0, -HalfDepth}, size, hit);
-        // Side window and chimney.
-        window({p.z - 0.2F, p.y - 1.2F, HalfWidth - x}, size, hit);
-        const Vec3 chimney = p - Vec3{0.85F, 3.6F, 0.5F};
-        hit.join(box(chimney, {0.27F, 0.75F, 0.27F}, 0.03F) * size, Stone);
-        hit.join(box(chimney - Vec3{0, 0.76F, 0}, {0.34F, 0.07F, 0.34F}, 0.02F) * size, Stone);
-        hit.join(std::max(ellipsoid(chimney - Vec3{0, 0.84F, 0}, {0.37F, 0.16F, 0.37F}),
-                          0.15F - length(chimney.x, chimney.z)) *
-                     size,
-                 Snow);
-    }
-
-    static void frontWall(Vec3 p, float size, Hit &hit) {
-        if (p.z > 0.3F) {
-            return;
-        }
-        hit.join(box(p - Vec3{0, 0.85F, -0.08F}, {0.52F, 0.92F, 0.1F}, 0.03F) * size, Plank);
-        hit.join(box(p - Vec3{0, 0.8F, -0.14F}, {0.42F, 0.82F, 0.08F}, 0.02F) * size, Door);
-        hit.join(sphere(p - Vec3{0.3F, 0.78F, -0.26F}, 0.05F) * size, Iron);
-        const Vec3 ring = p - Vec3{0, 1.18F, -0.26F};
-        hit.join((ringZ(ring, 0.2F, 0.07F) + 0.035F * (noise(p * 26) - 0.3F)) * 0.7F * size, Wreath);
-        const Vec3 slice = slices(ring, 6);
-        hit.join(std::min(sphere(slice - Vec3{0.2F, 0, -0.07F}, 0.03F), sphere(ring - Vec3{0, -0.2F, -0.07F}, 0.05F)) *
-                     size,
-                 Berry);
-        for (const float x : {-1.05F, 1.05F}) {
-            window(p - Vec3{x, 1.2F, 0}, size, hit);
-        }
-        const Vec3 attic = p - Vec3{0, 2.62F, -0.1F};
-        const float r = length(attic.x, attic.y);
-        hit.join(std::max(r - 0.26F, std::fabs(attic.z) - 0.06F) * size, Pane);
-        hit.join(
-            std::max({std::min(std::fabs(r - 0.28F) - 0.05F, std::min(std::fabs(attic.x), std::fabs(attic.y)) - 0.02F),
-                      r - 0.33F, std::fabs(attic.z) - 0.1F}) *
-                size,
-            Plank);
-        // The lamp over the door, and a snowy step.
-        hit.join(sphere(p - Vec3{0, 2.05F, -0.32F}, 0.08F) * size, Bulb);
-        hit.join(cone(p - Vec3{0, 2.08F, -0.32F}, 0.16F, 0.03F, 0.1F) * size, Iron);
-        hit.join(box(p - Vec3{0, 0.05F, -0.5F}, {0.7F, 0.12F, 0.35F}, 0.06F) * size, Snow);
-    }
-
-    /// A window in a wall that faces -z; p = 0 is its middle on the wall.
-    static void window(Vec3 p, float size, Hit &hit) {
-        const float pane = std::max(std::fabs(p.x) - 0.3F, std::fabs(p.y) - 0.34F);
-        hit.join(std::max(pane, std::fabs(p.z + 0.12F) - 0.05F) * size, Pane);
-        const float bars = std::min({std::fabs(pane - 0.03F) - 0.05F, std::fabs(p.x) - 0.02F, std::fabs(p.y) - 0.02F});
-        hit.join(std::max({bars, pane - 0.08F, std::fabs(p.z + 0.15F) - 0.07F}) * size, Plank);
-        hit.join(box({std::fabs(p.x) - 0.52F, p.y, p.z + 0.17F}, {0.13F, 0.4F, 0.03F}, 0.01F) * size, Shutter);
-        hit.join(ellipsoid(p - Vec3{0, -0.4F, -0.24F}, {0.42F, 0.09F, 0.13F}) * size, Snow);
-    }
-
     static void post(Vec3 p, Hit &hit) {
         if (sphere(p + Vec3{0, 0.6F, 0}, 1.1F) > 0.4F) {
             hit.join(sphere(p + Vec3{0, 0.6F, 0}, 1.1F), Iron);
@@ -342,7 +255,7 @@ class WinterNight : public Scene {
         }
         case Log: {
             const Vec3 q = turnY(p - Cabins[0].foot, Cabins[0].turn);
-            const float along = std::fabs(std::fabs(q.x) - HalfWidth) < 0.16F ? q.z : q.x;
+            const float along = std::fabs(std::fabs(q.x) - CabinWidth) < 0.16F ? q.z : q.x;
             return {.colour = mix(colour(0x5E3416), colour(0xA9682F), fbm(along * 1.7F, q.y * 26, 3)) *
                               mix(0.7F, 1.15F, rough)};
         }

@@ -1,0 +1,50 @@
+// The projects that the ideas window shows: one row an idea. Its finished pictures are ":/ideas/ID-1.jpg" and on, made
+// by tools/ideas/make.sh.
+#pragma once
+
+#include <QString>
+#include <array>
+#include <span>
+
+namespace lumora {
+
+struct MainFields;
+struct ToolFlags;
+
+/// How the finished pictures of a project lie on the paper.
+enum class IdeaLayout {
+    Single,  ///< one picture
+    Pieces,  ///< one, cut along its tiles, five by five
+    Seasons, ///< four, a little askew
+    Page,    ///< six panels of a comic: a large one, two beside it, three below
+    Rows,    ///< three long ones, one below the other
+    Cards,   ///< pairs of cards, some face down
+};
+
+/// One thing to do. Every step names what is on the screen by the picture on its button.
+struct IdeaStep {
+    const char *icon = nullptr; ///< null: no step
+    const char *text = nullptr; ///< identifier
+    enum class For { Everybody, AdvancedMode, PopArtPanel } shownTo = For::Everybody;
+};
+
+struct Idea {
+    const char *id;
+    const char *name;  ///< identifier of one short word
+    const char *title; ///< identifier
+    IdeaLayout layout;
+    int pictures;
+    std::array<IdeaStep, 5> steps;
+    const char *then;       ///< identifier: what to do with the saved picture
+    bool canBeMade = false; ///< the window makes it itself with the photo on the table
+};
+
+std::span<const Idea> ideas();
+
+/// The resource of the idea's picture, counted from 1.
+QString ideaPicturePath(const Idea &idea, int number);
+
+/// Whether the tools of the step are on the screen as the program runs now.
+bool isShown(const IdeaStep &step, const ToolFlags &flags, const MainFields &fields);
+
+} // namespace lumora
