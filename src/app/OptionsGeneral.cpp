@@ -15,7 +15,7 @@ namespace lumora {
 
 OptionsGeneral::OptionsGeneral(AppContext &ctx, QWidget *parent)
     : OptionsPage("lblGeneral", parent), m_ctx(ctx), chkAdvSFX(tickBox("chkAdvSFX", "tool10")),
-      chkAdvResize(tickBox("chkAdvResize", "tool4")), chkAdvPopart(tickBox("chkAdvPopart", "tool11")),
+      chkAdvResize(tickBox("chkAdvResize", "tool4")), chkAdvPopart(tickBox("chkAdvPopart", "pop-art")),
       chkGrid(tickBox("chkGrid", "tool5")) {
     QVBoxLayout *tools = addSheet();
     for (QCheckBox *box : {chkAdvSFX, chkAdvResize, chkAdvPopart, chkGrid}) {

@@ -194,6 +194,7 @@ void ToolSet::pick(const QString &bar, const QString &key) {
         endTools(m_panelSFX->isOpen() ? static_cast<SlidingPanel *>(m_panelSFX) : m_adjust->panel());
         m_current = "cmdTool2";
         m_selection->choose(key);
+        Q_EMIT message(m_ctx.texts.text("StatusSelection"), true);
     } else if (bar == "FT2") {
         endTools();
         m_current = "cmdTool5";

@@ -273,6 +273,7 @@ constexpr TextRow textRows[] = {
     {"frmMain", "IdeaPopArtName", "Pop-art", "-", ""},
     {"frmMain", "IdeaPostcardName", "Postcard", "-", ""},
     {"frmMain", "IdeaMemoryName", "Memory", "-", ""},
+    {"frmMain", "StatusSelection", "Drag over the photo. What lies inside the dashed line is marked.", "-", ""},
 
     // Main window: messages, and titles that a tool sets when it opens its panel.
     {"frmMain", "MsgInvalidSize", "Invalid Size! Maximum size allowed is 5000 x 5000", "-", ""},
