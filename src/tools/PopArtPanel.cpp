@@ -28,12 +28,15 @@ PopArtPanel::PopArtPanel(AppContext &ctx, QWidget *window)
     titleLabel()->setObjectName("lblPopArt");
     auto *row = new QHBoxLayout;
     row->setSpacing(gap);
-    auto *prints = new QHBoxLayout;
+    auto *printRow = new QWidget(this);
+    printRow->setLayoutDirection(Qt::LeftToRight); // in the order of the picture, whichever way texts run
+    auto *prints = new QHBoxLayout(printRow);
+    prints->setContentsMargins(0, 0, 0, 0);
     prints->setSpacing(printGap);
     for (int number = 1; number <= static_cast<int>(m_pairs.size()); ++number) {
         prints->addWidget(makePrint(number));
     }
-    row->addLayout(prints);
+    row->addWidget(printRow);
     row->addWidget(m_palette);
     row->addStretch();
     row->addWidget(makeButtons());

@@ -130,7 +130,7 @@ class Biplane : public Coast {
             const Vec3 hole = p - Vec3{x, 0.55F, 0};
             const float opening = length(hole.x / 0.36F, hole.z / 0.3F) - 1;
             skin = std::max(skin, -std::max(opening * 0.28F, -0.45F - hole.y));
-            const float rim = hole.y + 0.02F + 0.35F * hole.z * hole.z - 0.02F;
+            const float rim = hole.y + 0.35F * hole.z * hole.z;
             hit.join(length(opening * 0.3F, rim + 0.02F) - 0.045F, Leather);
             const Vec3 screen = turnZ(hole - Vec3{0.42F, 0.13F, 0}, -0.5F);
             const float glass =
@@ -154,12 +154,10 @@ class Biplane : public Coast {
         const Vec3 s = slices({q.y, q.z, q.x}, 9);
         const float fins = 0.012F * std::cos(s.x * 2 * Pi / 0.045F);
         hit.join((std::max(length(s.y, s.z - 0.1F) - 0.105F - fins, std::fabs(s.x - 0.36F) - 0.16F)) * 0.7F, Metal);
-        hit.join(std::max(rodX(q - Vec3{-0.1F, 0, 0}, 0.56F, 0.04F), -0.3F), Black);
+        hit.join(rodX(q - Vec3{-0.1F, 0, 0}, 0.56F, 0.04F), Black);
         hit.join(std::min(rodX(q - Vec3{0.2F, 0, 0}, 0.22F, 0.15F, 0.05F), rodX(q - Vec3{0.4F, 0, 0}, 0.1F, 0.14F)),
                  Metal);
-        hit.join(std::min(length(s.y - 0.06F, s.z - 0.22F) - 0.014F, 9.0F) +
-                     std::max(std::fabs(s.x - 0.32F) - 0.16F, 0.0F),
-                 Black);
+        hit.join(length(s.y - 0.06F, s.z - 0.22F) - 0.014F + std::max(std::fabs(s.x - 0.32F) - 0.16F, 0.0F), Black);
         hit.join(ellipsoid(p - Vec3{Propeller, 0.05F, 0}, {0.26F, 0.17F, 0.17F}), Cream);
         // Exhausts under the cowling, bolts around it.
         const Vec3 half = bothSides(p);
@@ -218,8 +216,7 @@ class Biplane : public Coast {
         const Vec3 eye = bothSides(head) - Vec3{0.145F, 0.03F, 0.065F};
         hit.join(std::min(std::max(sphere(eye, 0.055F), -eye.x), ringZ({eye.y, eye.z, eye.x}, 0.055F, 0.016F)), Glass);
         hit.join(std::max(std::fabs(sphere(head, 0.185F)) - 0.008F, std::fabs(head.y - 0.04F) - 0.022F), Black);
-        hit.join(blend(ellipsoid(p - Vec3{0, -0.18F, 0}, {0.2F, 0.2F, 0.3F}), sphere(p - Vec3{0, 0, 0}, 0.1F), 0.1F),
-                 Leather);
+        hit.join(blend(ellipsoid(p - Vec3{0, -0.18F, 0}, {0.2F, 0.2F, 0.3F}), sphere(p, 0.1F), 0.1F), Leather);
         // The scarf streams back.
         const float back = -p.x;
         if (back > -0.2F && back < 1.2F) {

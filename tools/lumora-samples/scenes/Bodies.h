@@ -80,11 +80,13 @@ inline Feather feathers(float u, float v) {
     return {};
 }
 
-/// A leaf or a petal, thin and slightly troughed, from its stalk at 0 along x; its upper side looks to z.
+/// A leaf or a petal, thin and slightly troughed, ribbed, from its stalk at 0 along x; its upper side looks to z.
 inline float blade(Vec3 p, float reach, float width, float bend, float lobes = 0) {
     const float t = clamp01(p.x / reach);
     const float half = (width + lobes * std::sin(p.x * 48)) * 2 * std::sqrt(t * (1 - t));
-    const float sheet = std::fabs(p.z - 0.4F * p.y * p.y - bend * p.x * p.x) * 0.8F - 0.008F;
+    const float side = std::fabs(p.y) / width;
+    const float ribs = 0.03F * std::exp(-60 * side * side) + 0.008F * std::cos(28 * (p.x / reach) - 9 * side);
+    const float sheet = std::fabs(p.z - 0.4F * p.y * p.y - bend * p.x * p.x + ribs * width) * 0.8F - 0.008F;
     return std::max({sheet, std::fabs(p.y) - half, p.x - reach, -p.x}) * 0.6F;
 }
 

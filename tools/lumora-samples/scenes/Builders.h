@@ -58,6 +58,11 @@ inline Tile tiles(float along, float down, float wide, float high) {
     return {clamp01(fraction(down / high) + sag), smoothStep(0.07F, 0.02F, std::min(f, 1 - f)), id};
 }
 
+/// An opening under a round arch that springs at y = `spring`; x = 0 is its middle, `half` half its width. No floor.
+inline float archway(float x, float y, float half, float spring) {
+    return y > spring ? length(x, y - spring) - half : std::fabs(x) - half;
+}
+
 /// One side of a gabled roof as a slab: the ridge runs along x at p = 0, the slope falls towards -z by `pitch` radians.
 /// `half` is half the ridge, `slope` the length down, `thick` the slab.
 inline float roofSide(Vec3 p, float pitch, float half, float slope, float thick) {

@@ -163,7 +163,7 @@ class BuildingSite : public Scene {
         const float r = length(one.x, one.y);
         hit.join(std::max(std::fabs(r - 0.45F) - 0.07F, std::fabs(one.z) - 1.3F) * 0.95F, Concrete);
         // Cones, and a barrier.
-        for (const Vec3 at : {Vec3{-1.35F, 0, -5.0F}, Vec3{2.35F, 0, -4.6F}, Vec3{-3.9F, 0, -3.6F}}) {
+        for (const Vec3 at : {Vec3{-1.35F, 0, -5.0F}, Vec3{2.35F, 0, -4.6F}}) {
             const Vec3 q = p - at - Vec3{0, groundRaw(at.x, at.z) > 0 ? 0.04F : 0.0F, 0};
             hit.join(std::min(cone(q, 0.19F, 0.035F, 0.7F), box(q - Vec3{0, 0.02F, 0}, {0.25F, 0.03F, 0.25F}, 0.015F)) *
                          0.9F,

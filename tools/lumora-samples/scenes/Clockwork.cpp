@@ -12,34 +12,6 @@ namespace {
 constexpr Vec3 Balance{0.5F, 0.72F, -2.25F};
 constexpr float BalanceRadius = 1.15F;
 
-/// Seen from above.
-constexpr std::array<Corner, 9> Cock{{{1.0F, -3.95F},
-                                      {1.95F, -3.65F},
-                                      {2.0F, -3.0F},
-                                      {1.3F, -2.75F},
-                                      {0.78F, -2.05F},
-                                      {0.45F, -1.95F},
-                                      {0.24F, -2.2F},
-                                      {0.3F, -2.5F},
-                                      {0.85F, -3.0F}}};
-constexpr std::array<Corner, 9> TrainBridge{{{3.5F, 0.35F},
-                                             {3.3F, 1.7F},
-                                             {2.5F, 2.9F},
-                                             {1.3F, 2.75F},
-                                             {1.0F, 2.1F},
-                                             {1.6F, 1.2F},
-                                             {0.5F, 0.75F},
-                                             {0.5F, 0.15F},
-                                             {1.4F, 0.0F}}};
-constexpr std::array<Corner, 8> BarrelBridge{{{-3.55F, 0.9F},
-                                              {-2.6F, 2.6F},
-                                              {-1.35F, 3.5F},
-                                              {-0.2F, 2.75F},
-                                              {-0.35F, 1.9F},
-                                              {-1.1F, 1.4F},
-                                              {-1.3F, 0.75F},
-                                              {-2.5F, 0.5F}}};
-
 class Clockwork : public WatchBench {
     enum Material { MainPlate = BenchEnd, Bridge, Ruby, Case };
 
@@ -130,7 +102,7 @@ class Clockwork : public WatchBench {
             // Broad polished stripes across the upper faces.
             const float across = p.x * 0.8F + p.z * 0.6F;
             const bool top = std::fabs(p.y - 1.0F) < 0.012F || std::fabs(p.y - 1.26F) < 0.012F;
-            return top ? 0.02F * std::fabs(fraction(across / 0.36F) - 0.5F) + 0.0015F * std::cos(across * 110) : 0.0F;
+            return top ? 0.0032F * std::cos(across * 2 * Pi / 0.34F) + 0.0008F * std::cos(across * 110) : 0.0F;
         }
         default:
             return benchGrain(material, p);
@@ -267,28 +239,38 @@ class Clockwork : public WatchBench {
         hit.join(rodZ(p, 0.06F, 0.45F), Steel);
     }
 
-    static float slab(Vec3 p, std::span<const Corner> corners, float middle, float half) {
-        const float a = outline(p.x, p.z, corners) - (middle > 1 ? 0.12F : 0.22F);
+    /// A bridge whose outline, seen from above, is `flat`; with a bevelled edge.
+    static float slab(Vec3 p, float flat, float middle, float half) {
         const float b = std::fabs(p.y - middle) - half;
-        return std::max({a, b, (a + b + 0.06F) * 0.707F}); // bevelled edge
+        return std::max({flat, b, (flat + b + 0.06F) * 0.707F});
     }
 
     static void bridges(Vec3 p, Hit &hit) {
         const float feet =
-            std::min({rodY(p - Vec3{-2.7F, 0.4F, 1.9F}, 0.45F, 0.45F), rodY(p - Vec3{2.95F, 0.4F, 1.5F}, 0.4F, 0.45F),
+            std::min({rodY(p - Vec3{-2.7F, 0.4F, 1.9F}, 0.45F, 0.45F), rodY(p - Vec3{3.0F, 0.4F, 1.35F}, 0.4F, 0.45F),
                       rodY(p - Vec3{1.5F, 0.5F, -3.4F}, 0.42F, 0.55F)});
         hit.join(feet, Bridge);
         if (p.y > 0.35F) {
-            const float train = slab(p, TrainBridge, 0.88F, 0.12F);
-            const float drum = slab(p, BarrelBridge, 0.88F, 0.12F);
-            const float cock = slab(p, Cock, 1.14F, 0.12F);
+            const Vec3 q{p.x, 0, p.z};
+            const auto above = [](Vec3 at) { return Vec3{at.x, 0, at.z}; };
+            const Vec3 foot{3.0F, 0, 1.3F};
+            float fingers = blend(stick(q, foot, above(Train[1].at), 0.4F, 0.3F),
+                                  stick(q, foot, above(Train[4].at), 0.42F, 0.3F), 0.5F);
+            fingers = blend(fingers, stick(q, foot, above(Train[2].at), 0.4F, 0.24F), 0.5F);
+            const Vec3 end{-2.75F, 0, 1.8F};
+            const float arch =
+                blend(stick(q, end, above(Train[3].at), 0.46F, 0.32F), stick(q, end, {-1.4F, 0, 3.1F}, 0.44F), 0.6F);
+            const float train = slab(p, fingers, 0.88F, 0.12F);
+            const float drum = slab(p, arch, 0.88F, 0.12F);
+            const float cock = slab(p, stick(q, {1.55F, 0, -3.4F}, above(Balance), 0.56F, 0.26F), 1.14F, 0.12F);
             hit.join(std::min({train, drum, cock}), Bridge);
             jewel(p - Vec3{Train[1].at.x, 1.0F, Train[1].at.z}, 0.17F, hit);
             jewel(p - Vec3{Train[3].at.x, 1.0F, Train[3].at.z}, 0.17F, hit);
             jewel(p - Vec3{Train[4].at.x, 1.0F, Train[4].at.z}, 0.15F, hit);
+            jewel(p - Vec3{Train[2].at.x, 1.0F, Train[2].at.z}, 0.13F, hit);
             jewel(p - Vec3{Balance.x, 1.26F, Balance.z}, 0.17F, hit);
-            for (const Vec3 at : {Vec3{2.95F, 1.03F, 1.5F}, Vec3{2.95F, 1.03F, 0.65F}, Vec3{-2.7F, 1.03F, 1.75F},
-                                  Vec3{-1.45F, 1.03F, 2.8F}, Vec3{1.5F, 1.29F, -3.4F}}) {
+            for (const Vec3 at : {Vec3{3.05F, 1.03F, 1.45F}, Vec3{-2.75F, 1.03F, 1.8F}, Vec3{-1.4F, 1.03F, 3.1F},
+                                  Vec3{1.6F, 1.29F, -3.45F}}) {
                 screw(p - at, 0.17F, at.x * 3, hit);
             }
         }

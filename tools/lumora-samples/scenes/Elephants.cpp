@@ -261,9 +261,8 @@ class Elephants : public Scene {
         const Vec3 q = p - Vec3{-0.3F, 0.22F, 0.38F};
         const float u = -0.84F * q.x + 0.54F * q.z;
         const float w = 0.54F * q.x + 0.84F * q.z + 0.16F * u * u + 0.05F * std::sin(q.y * 5 + 1) * clamp01(u) * 1.5F;
-        const float flap =
-            blend(ellipsoid({u - 0.44F - 0.12F * q.y, q.y + 0.12F, w}, {0.6F, 0.6F, 0.06F}),
-                  ellipsoid({u - 0.26F + 0.25F * q.y + 0.1F, q.y + 0.62F, w}, {0.3F, 0.55F, 0.05F}), 0.2F);
+        const float flap = blend(ellipsoid({u - 0.44F - 0.12F * q.y, q.y + 0.12F, w}, {0.6F, 0.6F, 0.06F}),
+                                 ellipsoid({u - 0.16F + 0.25F * q.y, q.y + 0.62F, w}, {0.3F, 0.55F, 0.05F}), 0.2F);
         return flap * 0.8F;
     }
 

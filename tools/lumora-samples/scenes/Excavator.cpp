@@ -172,7 +172,7 @@ class Excavator : public BuildingSite {
                                     stick(rail, {0.4F, 0, 0}, {0.4F, 0.4F, 0}, 0.02F),
                                     stick(rail, {-0.45F, 0.4F, 0}, {0.4F, 0.4F, 0}, 0.02F)});
         hit.join(bow, Black);
-        hit.join(std::min(rodY(p - Vec3{-0.15F, 2.98F, 0.72F}, 0.09F, 0.09F, 0.04F), 9.0F), Lamp);
+        hit.join(rodY(p - Vec3{-0.15F, 2.98F, 0.72F}, 0.09F, 0.09F, 0.04F), Lamp);
         hit.join(stick(half, {0.95F, 1.2F, 1.1F}, {0.95F, 1.75F, 1.1F}, 0.018F), Black);
     }
 
@@ -251,9 +251,9 @@ class Excavator : public BuildingSite {
         const float side = outline(q.x, q.y, Scoop);
         float scoop = plate(side, q.z, 0.55F, 0.03F);
         // Hollow, open along the line from hinge to teeth.
-        const float mouth = (q.x * 0.66F - q.y * 0.75F) * -1.0F + 0.02F;
-        scoop = std::max(scoop, -std::max(plate(side + 0.05F, q.z, 0.5F), -10.0F));
-        scoop = std::max(scoop, std::min(mouth, 9.0F) - 0.06F);
+        const float mouth = 0.75F * q.y - 0.66F * q.x + 0.02F;
+        scoop = std::max(scoop, -plate(side + 0.05F, q.z, 0.5F));
+        scoop = std::max(scoop, mouth - 0.06F);
         scoop = std::min(scoop,
                          plate(std::max(side - 0.02F, std::fabs(side) - 0.04F), std::fabs(q.z) - 0.3F, 0.03F) + 0.02F);
         hit.join(scoop * 0.9F, Dark);

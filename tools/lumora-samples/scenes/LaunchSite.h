@@ -187,7 +187,7 @@ class LaunchSite : public Scene {
             const float scrub = smoothStep(0.43F, 0.52F, fbm(x * 0.05F + 2, z * 0.06F, 3)) * smoothStep(0.5F, 3, shore);
             height += scrub * std::sqrt(std::max(0.0F, 1 - bush.distance * bush.distance * 2.4F)) *
                       (0.8F + 1.8F * bush.id) * (1 + 0.6F * smoothStep(20, 90, z));
-        } else if (z < -8 && shore > -1) {
+        } else if (z < -8 && shore > -1 && out > 8) {
             const Cell tuft = cells(x * 3.4F, z * 3.4F);
             height += smoothStep(0, 1.5F, shore) * (0.15F + 0.5F * noise(x * 0.5F, z * 0.5F)) * tuft.id *
                       std::max(0.0F, 1 - 1.6F * tuft.distance);

@@ -223,7 +223,15 @@ class Lighthouse : public Scene {
         float shaft = std::max({(r - radius) * 0.99F, p.y - 10.5F, -p.y});
         float granite =
             std::min(rodY(p - Vec3{0, 0.2F, 0}, 2.45F, 0.7F, 0.06F), rodY(p - Vec3{0, 0.85F, 0}, 2.2F, 0.2F, 0.08F));
-        // Gallery: corbels, deck, railing.
+        gallery(p, shaft, granite, hit);
+        openings(p, shaft, granite, hit);
+        hit.join(shaft, Tower);
+        hit.join(granite, Granite);
+    }
+
+    /// Corbels, deck and railing, and above them the watch room, the lantern and its dome.
+    static void gallery(Vec3 p, float &shaft, float &granite, Hit &hit) {
+        const float r = length(p.x, p.z);
         const Vec3 slice = slices({p.x, p.z, p.y}, 16);
         granite = std::min(granite, rodY(p - Vec3{0, 10.42F, 0}, 1.42F, 0.12F, 0.05F));
         granite = std::min(granite, box(Vec3{slice.x - 1.55F, p.y - 10.42F - 0.45F * (slice.x - 1.5F), slice.y},
@@ -252,10 +260,13 @@ class Lighthouse : public Scene {
                            rodY(cap - Vec3{0, 0.95F, 0}, 0.13F, 0.12F, 0.03F)});
         hit.join(copper, Copper);
         iron = std::min(iron, stick(cap, {0, 1.2F, 0}, {0, 2.3F, 0}, 0.035F, 0.012F));
-        // Door with steps, windows in their reveals.
+        hit.join(iron, Iron);
+    }
+
+    /// The door with its steps, the windows in their reveals.
+    static void openings(Vec3 p, float &shaft, float &granite, Hit &hit) {
         const Vec3 door = p - Vec3{0.05F, 2.0F, -1.9F};
-        const float arch = std::max(door.y > 0.45F ? length(door.x, door.y - 0.45F) - 0.42F : std::fabs(door.x) - 0.42F,
-                                    -door.y - 1.05F);
+        const float arch = std::max(archway(door.x, door.y, 0.42F, 0.45F), -door.y - 1.05F);
         granite =
             std::min(granite, std::max({std::fabs(arch - 0.08F) - 0.1F, std::fabs(door.z) - 0.22F, -door.y - 1.05F}));
         shaft = std::max(shaft, -std::max(arch, std::fabs(door.z) - 0.4F));
@@ -273,9 +284,6 @@ class Lighthouse : public Scene {
             hit.join(parts.frame, White);
             granite = std::min(granite, parts.sill);
         }
-        hit.join(shaft, Tower);
-        hit.join(granite, Granite);
-        hit.join(iron, Iron);
     }
 
     static void cottage(Vec3 p, Hit &hit) {
@@ -398,6 +406,14 @@ class Lighthouse : public Scene {
         }
         case Pane:
             return {.colour = colour(0x1A2030), .shine = 1, .sharpness = 150, .mirror = 0.35F};
+        default:
+            return landLook(material, p, n, dirt);
+        }
+    }
+
+    /// The cottage and the land around it.
+    static Surface landLook(int material, Vec3 p, Vec3 n, float dirt) {
+        switch (material) {
         case Wall:
             return {.colour = mix(mix(colour(0xCFC6B8), colour(0xF7F0E2), dirt * 1.5F), colour(0x8F8A70),
                                   0.7F * smoothStep(1.2F, 0.1F, p.y - Cottage.y + dirt))};

@@ -130,6 +130,62 @@ class MarketSquare : public Scene {
                               mix(0.75F, 1.1F, dirt),
                     .shine = 0.2F};
         }
+        default:
+            return squareLook(material, p, n, dirt);
+        }
+    }
+
+    Vec3 sky(Vec3 d) const override {
+        const float up = clamp01(d.y * 1.35F);
+        Vec3 light = mix(colour(0xE9E4DA), mix(colour(0x8CB8DE), colour(0x3C74B8), smoothStep(0.3F, 1, up)),
+                         smoothStep(0, 0.4F, up));
+        const Cloud cloud = clouds(d, sunDirection, 0.74F, 0.75F, 22.4F);
+        light = mix(light, mix(colour(0x66728C), colour(0xFFF4E0) * 1.2F, smoothStep(0.1F, 1, cloud.lit)),
+                    cloud.amount * 0.96F);
+        // A rainbow: red outside, violet inside.
+        const float angle = std::acos(std::clamp(dot(d, normalise({0.42F, -0.2F, 0.88F})), -1.0F, 1.0F)) * 180 / Pi;
+        const float band = (angle - 45.0F) / 3.2F;
+        if (band > 0 && band < 1) {
+            const Vec3 hue{smoothStep(0.45F, 0.8F, band) + 0.4F * smoothStep(0.2F, 0.02F, band),
+                           smoothStep(0.2F, 0.45F, band) * smoothStep(0.95F, 0.6F, band),
+                           smoothStep(0.55F, 0.3F, band)};
+            light += hue * (0.34F * smoothStep(0, 0.15F, band) * smoothStep(1, 0.85F, band));
+        }
+        return light;
+    }
+
+    float grain(int material, Vec3 p) const override {
+        switch (material) {
+        case Cobbles:
+            return 0.028F * smoothStep(0, 0.1F, sett(p).joint) * dryness(p) +
+                   0.006F * noise(p.x * 19, p.z * 19) * dryness(p);
+        case Masonry:
+            return -0.02F * jointDepth(block(p), 0.03F) + 0.012F * noise(p * 15);
+        case RoofTiles: {
+            const Tile tile = roofTile(p);
+            return 0.045F * tile.lift - 0.02F * tile.gap;
+        }
+        case Plaster:
+            return 0.012F * fbm(p * 6, 3);
+        case Beam:
+            return 0.012F * noise(Vec3{p.x * 12, p.y * 12, p.z * 4});
+        case Water:
+            return 0.01F * noise(p.x * 9, p.z * 9);
+        default:
+            return 0;
+        }
+    }
+
+    Vec3 air(Vec3 light, Vec3, Vec3 d, float distance) const override {
+        return distance < farthest - 1
+                   ? haze(light, *this, d, std::max(0.0F, distance - 6), 120, colour(0xC4CEDC), colour(0xFFE4C4))
+                   : light;
+    }
+
+  private:
+    /// What stands on the square, and the church.
+    static Surface squareLook(int material, Vec3 p, Vec3 n, float dirt) {
+        switch (material) {
         case Geranium: {
             const float id = leafId(p, 0.105F);
             const float kind = hash(static_cast<int>(std::floor(p.x * 0.9F)), static_cast<int>(std::floor(p.y * 0.5F)));
@@ -189,54 +245,6 @@ class MarketSquare : public Scene {
         }
     }
 
-    Vec3 sky(Vec3 d) const override {
-        const float up = clamp01(d.y * 1.35F);
-        Vec3 light = mix(colour(0xE9E4DA), mix(colour(0x8CB8DE), colour(0x3C74B8), smoothStep(0.3F, 1, up)),
-                         smoothStep(0, 0.4F, up));
-        const Cloud cloud = clouds(d, sunDirection, 0.74F, 0.75F, 22.4F);
-        light = mix(light, mix(colour(0x66728C), colour(0xFFF4E0) * 1.2F, smoothStep(0.1F, 1, cloud.lit)),
-                    cloud.amount * 0.96F);
-        // A rainbow: red outside, violet inside.
-        const float angle = std::acos(std::clamp(dot(d, normalise({0.42F, -0.2F, 0.88F})), -1.0F, 1.0F)) * 180 / Pi;
-        const float band = (angle - 45.0F) / 3.2F;
-        if (band > 0 && band < 1) {
-            const Vec3 hue{smoothStep(0.45F, 0.8F, band) + 0.4F * smoothStep(0.2F, 0.02F, band),
-                           smoothStep(0.2F, 0.45F, band) * smoothStep(0.95F, 0.6F, band),
-                           smoothStep(0.55F, 0.3F, band)};
-            light += hue * (0.34F * smoothStep(0, 0.15F, band) * smoothStep(1, 0.85F, band));
-        }
-        return light;
-    }
-
-    float grain(int material, Vec3 p) const override {
-        switch (material) {
-        case Cobbles:
-            return 0.028F * smoothStep(0, 0.1F, sett(p).joint) * dryness(p) +
-                   0.006F * noise(p.x * 19, p.z * 19) * dryness(p);
-        case Masonry:
-            return -0.02F * jointDepth(block(p), 0.03F) + 0.012F * noise(p * 15);
-        case RoofTiles: {
-            const Tile tile = roofTile(p);
-            return 0.045F * tile.lift - 0.02F * tile.gap;
-        }
-        case Plaster:
-            return 0.012F * fbm(p * 6, 3);
-        case Beam:
-            return 0.012F * noise(Vec3{p.x * 12, p.y * 12, p.z * 4});
-        case Water:
-            return 0.01F * noise(p.x * 9, p.z * 9);
-        default:
-            return 0;
-        }
-    }
-
-    Vec3 air(Vec3 light, Vec3, Vec3 d, float distance) const override {
-        return distance < farthest - 1
-                   ? haze(light, *this, d, std::max(0.0F, distance - 6), 120, colour(0xC4CEDC), colour(0xFFE4C4))
-                   : light;
-    }
-
-  private:
     static const House &houseAt(float x) {
         const House *nearest = Houses;
         for (const House &one : Houses) {
@@ -357,7 +365,7 @@ class MarketSquare : public Scene {
         const float side = index % 2 == 0 ? 1.0F : -1.0F;
         // Door under an arch of stone, one step high.
         const Vec3 door = p - Vec3{-side * one.half * 0.45F, 0.2F, 0};
-        const float arch = door.y > 1.55F ? length(door.x, door.y - 1.55F) - 0.5F : std::fabs(door.x) - 0.5F;
+        const float arch = archway(door.x, door.y, 0.5F, 1.55F);
         wall = std::max(wall, -std::max(arch, std::fabs(door.z) - 0.2F));
         hit.join(std::max({arch, std::fabs(door.z - 0.2F) - 0.05F}), Door);
         hit.join(sphere(door - Vec3{0.34F, 1, 0.1F}, 0.05F), Gold);
@@ -446,7 +454,7 @@ class MarketSquare : public Scene {
         const float along = std::min(std::fabs(p.x), std::fabs(p.z));
         float stone = std::max(side - 1.9F, p.y - 17);
         stone = std::min(stone, std::max(side - 2.05F, std::min(std::fabs(p.y - 13.2F), std::fabs(p.y - 17)) - 0.16F));
-        const float arch = p.y > 12 ? length(along, p.y - 12) - 0.45F : along - 0.45F;
+        const float arch = archway(along, p.y, 0.45F, 12);
         stone = std::max(stone, -std::max({arch, 9.9F - p.y, std::fabs(side - 1.9F) - 0.35F}));
         hit.join(std::max({arch, 9.9F - p.y, std::fabs(side - 1.6F) - 0.05F, std::fabs(repeat(p.y, 0.3F)) - 0.1F}),
                  Beam);

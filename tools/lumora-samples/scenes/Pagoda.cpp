@@ -121,35 +121,10 @@ class Pagoda : public Scene {
             const bool bar = fraction(q.y * 13) < 0.35F;
             return {.colour = bar ? colour(0x2D6B4C) : colour(0x15201C)};
         }
-        case Bark:
-            return {.colour = mix(colour(0x2A1F1C), colour(0x6B5448), fbm(Vec3{p.x * 6, p.y * 3, p.z * 6}, 4))};
-        case Blossom: {
-            const float id = leafId(p, p.z < -6.5F ? 0.17F : 0.21F);
-            return {.colour = mix(mix(colour(0xF585B4), colour(0xFFC4DA), id), colour(0xFFF4F6),
-                                  0.65F * hash(static_cast<int>(id * 9999))),
-                    .sheer = 0.8F};
-        }
-        case Pine:
-            return {.colour = mix(colour(0x12301A), colour(0x4C6E2E), leafId(p, 0.24F)), .sheer = 0.1F};
-        case Azalea: {
-            const float id = leafId(p, 0.15F);
-            return {.colour = id < 0.35F ? mix(colour(0xD8285A), colour(0xFF5C86), id * 3)
-                                         : mix(colour(0x1E4A1E), colour(0x6C8C3A), id),
-                    .sheer = 0.3F};
-        }
-        case Petal:
-            return {.colour = mix(colour(0xF4A0C0), colour(0xFFE6EE), cells(p.x * 6, p.z * 6).id)};
         case Flame:
             return {.colour = colour(0x301806), .glow = colour(0xFFB04A) * 1.6F};
-        case Iris: {
-            const float y = p.y - height(p.x, p.z);
-            const float id = noise(p.x * 2.5F, p.z * 2.5F);
-            return {.colour = y > 0.36F ? mix(colour(0x5A35B8), colour(0xA07BEA), id)
-                                        : mix(colour(0x3C6B2C), colour(0x84A94A), id),
-                    .sheer = 0.4F};
-        }
         default:
-            return land(p, n);
+            return gardenLook(material, p, n);
         }
     }
 
@@ -218,6 +193,39 @@ class Pagoda : public Scene {
     }
 
   private:
+    /// All that grows, and the ground.
+    static Surface gardenLook(int material, Vec3 p, Vec3 n) {
+        switch (material) {
+        case Bark:
+            return {.colour = mix(colour(0x2A1F1C), colour(0x6B5448), fbm(Vec3{p.x * 6, p.y * 3, p.z * 6}, 4))};
+        case Blossom: {
+            const float id = leafId(p, p.z < -6.5F ? 0.17F : 0.21F);
+            return {.colour = mix(mix(colour(0xF585B4), colour(0xFFC4DA), id), colour(0xFFF4F6),
+                                  0.65F * hash(static_cast<int>(id * 9999))),
+                    .sheer = 0.8F};
+        }
+        case Pine:
+            return {.colour = mix(colour(0x12301A), colour(0x4C6E2E), leafId(p, 0.24F)), .sheer = 0.1F};
+        case Azalea: {
+            const float id = leafId(p, 0.15F);
+            return {.colour = id < 0.35F ? mix(colour(0xD8285A), colour(0xFF5C86), id * 3)
+                                         : mix(colour(0x1E4A1E), colour(0x6C8C3A), id),
+                    .sheer = 0.3F};
+        }
+        case Petal:
+            return {.colour = mix(colour(0xF4A0C0), colour(0xFFE6EE), cells(p.x * 6, p.z * 6).id)};
+        case Iris: {
+            const float y = p.y - height(p.x, p.z);
+            const float id = noise(p.x * 2.5F, p.z * 2.5F);
+            return {.colour = y > 0.36F ? mix(colour(0x5A35B8), colour(0xA07BEA), id)
+                                        : mix(colour(0x3C6B2C), colour(0x84A94A), id),
+                    .sheer = 0.4F};
+        }
+        default:
+            return land(p, n);
+        }
+    }
+
     /// Below 0 in the pond and the brook that feeds it, about the distance to their banks.
     static float pond(float x, float z) {
         const float wobble = 0.5F * (noise(x * 0.7F + 5, z * 0.7F) - 0.5F);

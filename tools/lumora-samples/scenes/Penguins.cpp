@@ -102,7 +102,7 @@ class Penguins : public Scene {
             return 0.05F * fbm(p * 3.5F, 4);
         case Down: {
             const Vec3 q = turnY(p - Chick, ChickHeading);
-            return 0.03F * fbm(Vec3{q.x * 30, q.y * 11, q.z * 30}, 3);
+            return 0.02F * fbm(Vec3{q.x * 60, q.y * 22, q.z * 60}, 3);
         }
         default:
             if (material >= Grown) {
@@ -200,7 +200,7 @@ class Penguins : public Scene {
         const Vec3 wing = turnX(h - Vec3{0.04F, 0.63F, 0.3F}, -0.55F) + Vec3{0, 0.2F, 0};
         body = blend(body, ellipsoid(wing, {0.1F, 0.25F, 0.055F}), 0.05F);
         if (body < 0.1F) {
-            body -= 0.022F * (noise(Vec3{q.x * 24, q.y * 10, q.z * 24}) - 0.3F);
+            body -= 0.02F * (noise(Vec3{q.x * 38, q.y * 16, q.z * 38}) - 0.3F);
         }
         const float beak = stick(head, {0.18F, 0.0F, 0}, {0.315F, -0.035F, 0}, 0.048F, 0.014F);
         hit.join(body * 0.8F, Down);
@@ -255,7 +255,7 @@ class Penguins : public Scene {
         const float hood = smoothStep(1.5F, 1.56F, u.y + soft + 0.25F * std::max(0.0F, -u.x) - 0.12F * side);
         look = mix(look, colour(0x15171B), hood);
         // The ear patch: a comma that fades into the breast.
-        const float ex = u.x - 0.0F + 0.1F * (u.y - 1.7F);
+        const float ex = u.x + 0.1F * (u.y - 1.7F);
         const float patch = length(ex / 0.085F, (u.y - 1.665F) / 0.17F) + 6 * soft;
         const float ear = smoothStep(1.06F, 0.9F, patch) * smoothStep(0.06F, 0.1F, side);
         look = mix(look, mix(colour(0xFFD23A), colour(0xFF8A12), smoothStep(1.56F, 1.76F, u.y)), ear);
@@ -271,7 +271,7 @@ class Penguins : public Scene {
     }
 
     static Surface down(Vec3 q, Vec3 n) {
-        const float fluff = fbm(Vec3{q.x * 30, q.y * 11, q.z * 30}, 3);
+        const float fluff = 0.5F * fbm(Vec3{q.x * 60, q.y * 22, q.z * 60}, 3) + 0.5F * fbm(q * 8, 2);
         Vec3 look = mix(colour(0x70757E), colour(0xCDCFD3), 0.7F * fluff + 0.3F * smoothStep(0.1F, 0.7F, q.x + 0.4F));
         const Vec3 head = turnZ(q - Vec3{0.05F, 0.9F, 0}, 0.18F);
         const float soft = 0.05F * (noise(q * 16) - 0.5F);

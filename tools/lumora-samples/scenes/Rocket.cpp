@@ -43,7 +43,7 @@ class Rocket : public LaunchSite {
         case Orange: {
             // Sprayed foam: streaky, with ribs between the tanks and hoar frost over the coldest part.
             const float streak = fbm(Vec3{p.x * 3, p.y * 0.35F, p.z * 3}, 4);
-            Vec3 foam = mix(colour(0xB83204), colour(0xF26012), 0.5F * streak + 0.5F * rough);
+            Vec3 foam = mix(colour(0xA82802), colour(0xF25808), 0.5F * streak + 0.5F * rough);
             const float frost =
                 smoothStep(5.2F, 6.6F, p.y) * smoothStep(13.6F, 11.5F, p.y) * smoothStep(0.48F, 0.72F, streak);
             foam = mix(foam, colour(0xFFF1E4), 0.75F * frost);
@@ -180,9 +180,9 @@ class Rocket : public LaunchSite {
         table = std::min(table, box(Vec3{std::fabs(p.x) - 3.4F, p.y - Deck - 0.4F, std::fabs(p.z) - 1.2F},
                                     {0.3F, 0.5F, 0.3F}, 0.04F));
         hit.join(table, Concrete);
-        const float fence = std::max(std::fabs(box({p.x - 1.2F, p.z, 0}, {6.3F, 3.9F, 1})) - 0.04F,
-                                     std::min(std::fabs(repeat(p.y - Deck - 0.2F, 0.4F)) - 0.03F,
-                                              std::max(std::fabs(repeat(p.x + p.z, 1.2F)) - 0.04F, -1.0F)));
+        const float fence = std::max(
+            std::fabs(box({p.x - 1.2F, p.z, 0}, {6.3F, 3.9F, 1})) - 0.04F,
+            std::min(std::fabs(repeat(p.y - Deck - 0.2F, 0.4F)) - 0.03F, std::fabs(repeat(p.x + p.z, 1.2F)) - 0.04F));
         hit.join(std::max(fence, std::fabs(p.y - Deck - 0.4F) - 0.45F) * 0.7F, Dark);
         const Vec3 t = p - Vec3{6, Deck, 0.8F};
         float truss = tower(t, 1.5F, 24, 2.4F);

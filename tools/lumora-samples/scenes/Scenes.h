@@ -9,6 +9,7 @@ namespace lumora::samples {
 
 std::unique_ptr<Scene> balloons();
 std::unique_ptr<Scene> biplane();
+std::unique_ptr<Scene> candyLand();
 std::unique_ptr<Scene> canyon();
 std::unique_ptr<Scene> clockwork();
 std::unique_ptr<Scene> dunes();
@@ -27,6 +28,7 @@ std::unique_ptr<Scene> reef();
 std::unique_ptr<Scene> strangePlanet();
 std::unique_ptr<Scene> theatreStage();
 std::unique_ptr<Scene> tractor();
+std::unique_ptr<Scene> treasureIsland();
 std::unique_ptr<Scene> treeFrog();
 std::unique_ptr<Scene> windmill();
 std::unique_ptr<Scene> winterNight();

@@ -179,7 +179,7 @@ class Tractor : public WheatField {
         dark = std::min({dark, box(p - Vec3{FrontAxle, 0.5F, 0}, {0.09F, 0.08F, 0.55F}, 0.02F),
                          box(p - Vec3{1.55F, 0.68F, 0}, {0.38F, 0.1F, 0.24F}, 0.02F)});
         hit.join(dark, Dark);
-        float metal = bolts(Vec3{p.x - 0.75F, p.y - 0.8F, half.z - 0.2F} + Vec3{0, 0, 0}, 10, 0.17F, 0.022F);
+        float metal = bolts(half - Vec3{0.75F, 0.8F, 0.2F}, 10, 0.17F, 0.022F);
         metal = std::min(metal, rodY(half - Vec3{0.35F, 0.83F, 0.27F}, 0.065F, 0.12F, 0.02F));
         metal = std::min(metal, rodX(half - Vec3{1.0F, 0.93F, 0.24F}, 0.05F, 0.35F, 0.03F));
         metal = std::min(metal, stick(half, {0.2F, 0.62F, 0.32F}, {FrontAxle - 0.15F, 0.5F, 0.5F}, 0.022F));

@@ -81,10 +81,11 @@ class WatchBench : public Scene {
             screw(p - at, 0.17F, at.z * 2, hit);
         }
         // The watchmaker's loupe.
-        const Vec3 loupe = p - Vec3{5.7F, 0, 5.3F};
-        hit.join(std::max(std::fabs(cone(loupe + Vec3{0, 0.55F, 0}, 0.95F, 0.7F, 1.3F)) - 0.06F, loupe.y - 0.7F),
-                 Black);
-        hit.join(std::max(ellipsoid(loupe - Vec3{0, 0.4F, 0}, {0.7F, 0.25F, 0.7F}), loupe.y - 0.8F), Lens);
+        const Vec3 loupe = p - Vec3{5.7F, -0.54F, 5.3F};
+        hit.join(
+            std::min(cone(loupe, 0.95F, 0.72F, 1.2F), length(length(loupe.x, loupe.z) - 0.7F, loupe.y - 1.2F) - 0.07F),
+            Black);
+        hit.join(ellipsoid(loupe - Vec3{0, 1.2F, 0}, {0.66F, 0.16F, 0.66F}), Lens);
     }
     /// All but the wheels of Gold and Rose, which the scene turns. `rough` is noise from 0 to 1 about the place.
     static Surface benchLook(int material, Vec3 p, float rough) {
@@ -99,13 +100,13 @@ class WatchBench : public Scene {
         }
         case Wood: {
             const float ring = fbm(Vec3{p.x * 0.5F, p.y, p.z * 5}, 4);
-            return {.colour = mix(colour(0x4A2814), colour(0x8C532A), fraction(ring * 3)) * 0.8F,
+            return {.colour = mix(colour(0x4A2814), colour(0x8C532A), 0.5F + 0.35F * std::sin(ring * 26)) * 0.8F,
                     .shine = 0.5F,
                     .sharpness = 40,
                     .mirror = 0.03F};
         }
         case Steel:
-            return metal(colour(0x8C929C), colour(0xE6EAF2), rough, 0.5F);
+            return metal(colour(0x8C929C), colour(0xCDD2DC), rough, 0.5F);
         case Blued:
             return {.colour = colour(0x1233B8) * 0.7F,
                     .shine = 1.8F,

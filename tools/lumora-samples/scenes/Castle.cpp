@@ -1,0 +1,510 @@
+// A castle on a crag above a river at noon: blue roofs, flags in the wind, an arched bridge, poppies in front.
+#include "Scenes.h"
+
+#include "Builders.h"
+#include "Skies.h"
+
+namespace lumora::samples {
+
+namespace {
+
+enum Material { Ground, Crag, Masonry, Slate, Opening, Timber, Gold, Flag, Ivy, Bark, Leaf, Flower, Grass };
+
+constexpr Vec3 Yard{3.5F, 7.5F, 7}; ///< the castle's courtyard, on top of the crag
+
+struct RoundTower {
+    float x;
+    float z;
+    float radius;
+    float high;
+    float roof; ///< height of the pointed roof, 0: battlements
+    bool flag;
+};
+constexpr RoundTower Towers[] = {{-4.7F, -2.4F, 1.25F, 4.5F, 2.9F, true},  {5.1F, -2.0F, 1.5F, 4.9F, 0, true},
+                                 {-1.2F, -3.6F, 0.85F, 4.6F, 2.3F, false}, {1.35F, -3.6F, 0.85F, 4.6F, 2.3F, false},
+                                 {-1.9F, 2.2F, 1.6F, 9.4F, 4.2F, true},    {0.55F, 0.1F, 0.55F, 7.7F, 1.7F, false},
+                                 {4.05F, 0.1F, 0.55F, 7.7F, 1.7F, false},  {4.05F, 3.4F, 0.55F, 7.7F, 1.7F, false},
+                                 {6.6F, 3.2F, 1.05F, 6.2F, 2.9F, true}};
+
+struct Stretch {
+    Vec3 from; ///< y: height of the top
+    Vec3 to;
+    float half;
+    bool battlements;
+};
+constexpr Stretch Walls[] = {{{-4.7F, 3.0F, -2.4F}, {-1.2F, 3.0F, -3.6F}, 0.45F, true},
+                             {{-1.2F, 3.9F, -3.6F}, {1.35F, 3.9F, -3.6F}, 0.6F, true},
+                             {{1.35F, 3.0F, -3.6F}, {5.1F, 3.0F, -2.0F}, 0.45F, true},
+                             {{5.1F, 3.2F, -2.0F}, {6.6F, 3.2F, 3.2F}, 0.45F, true},
+                             {{-4.7F, 3.0F, -2.4F}, {-5.0F, 3.0F, 3.5F}, 0.45F, true},
+                             {{0.1F, 0.1F, -4.1F}, {-3.6F, -2.0F, -6.6F}, 0.75F, false},
+                             {{-3.6F, -2.0F, -6.6F}, {-9.2F, -5.7F, -5.4F}, 0.75F, false}};
+
+constexpr Vec3 Trees[] = {{-4.6F, 0.9F, 15.5F}, {-16.6F, 0.9F, 4.0F}, {13.6F, 1.2F, 3.5F},
+                          {15.6F, 1.2F, 9.0F},  {11.4F, 1.2F, -1.4F}, {-18, 0.9F, 12}};
+
+class Castle : public Scene {
+  public:
+    Castle() {
+        camera = {{-7.6F, 3.5F, -20}, {-0.6F, 7.9F, 6}, 1.46F};
+        sunDirection = normalise({-0.62F, 0.6F, -0.5F});
+        sunColour = {3.4F, 3.0F, 2.4F};
+        skyLight = {0.34F, 0.44F, 0.66F};
+        groundLight = {0.15F, 0.14F, 0.09F};
+        farthest = 220;
+        ceiling = 24;
+        caution = 0.85F;
+        steps = 230;
+        shadowReach = 13;
+        shadowSoftness = 18;
+        creviceSize = 0.4F;
+        waterLevel = 0;
+        waterColour = {0.012F, 0.05F, 0.05F};
+        exposure = 0.8F;
+    }
+
+    Hit map(Vec3 p) const override {
+        Hit hit;
+        landscape(p, hit);
+        castle(p - Yard, hit);
+        bridge(p, hit);
+        for (int i = 0; i < 6; ++i) {
+            const TreeParts tree = broadTree(p - Trees[i], 1.0F + 0.35F * hash(i, 4), static_cast<float>(i) * 1.9F);
+            hit.join(tree.bark, Bark);
+            hit.join(leaves(p, tree.crown, 0.24F, 0.9F), Leaf);
+        }
+        return hit;
+    }
+
+    Surface surface(int material, Vec3 p, Vec3 n, Vec3) const override {
+        const float dirt = fbm(p * 2.7F, 4);
+        switch (material) {
+        case Masonry: {
+            const Stone stone = block(p);
+            Vec3 lime = mix(colour(0xA8926A), colour(0xE2D2AC), stone.id) * mix(0.75F, 1.15F, fbm(p * 8, 3) * 1.3F);
+            lime = lime * mix(1.0F, 0.5F, jointDepth(stone, 0.03F));
+            // Rain streaks under the battlements, moss near the foot.
+            const float streak = noise(alongWall(p) * 3.5F, p.y * 0.35F) * smoothStep(0.35F, 0.6F, dirt);
+            lime = mix(lime, colour(0x6B6252), 0.6F * smoothStep(0.25F, 0.55F, streak));
+            const float damp = smoothStep(p.x < -6.5F ? 1.0F : 8.6F, p.x < -6.5F ? 0.2F : 7.0F, p.y + dirt);
+            return {.colour = mix(lime, colour(0x66743A), 0.6F * damp * smoothStep(0.4F, 0.55F, dirt)), .shine = 0.03F};
+        }
+        case Slate: {
+            const Stone tile = slate(p);
+            Vec3 blue = mix(colour(0x1F3F7A), colour(0x4A7CC0), tile.id) * mix(0.7F, 1.1F, dirt * 1.4F);
+            blue = mix(blue, colour(0x7A8A5A), 0.45F * smoothStep(0.55F, 0.66F, fbm(p * 1.7F, 4)));
+            return {.colour = blue * mix(1.0F, 0.45F, jointDepth(tile, 0.03F)), .shine = 0.35F, .sharpness = 25};
+        }
+        case Opening:
+            return {.colour = colour(0x1A1714)};
+        case Timber:
+            return {.colour = mix(colour(0x3B2617), colour(0x7A5230), noise(Vec3{p.x * 16, p.y * 2, p.z * 16}))};
+        case Gold:
+            return {
+                .colour = colour(0xB98524), .shine = 1.1F, .sharpness = 50, .mirror = 0.25F, .tint = colour(0xFFD070)};
+        case Flag: {
+            const Vec3 q = p - Yard;
+            const bool band = std::fabs(fraction(p.y * 0.9F + 0.15F) - 0.5F) < 0.13F;
+            const bool blue = q.x > 4;
+            const bool gold = q.x < -4;
+            const Vec3 cloth = gold ? colour(0xF2B81E) : blue ? colour(0xE5261C) : colour(0xD81E28);
+            return {.colour = band ? (gold ? colour(0xC81E1E) : colour(0xFFD23C)) : cloth, .sheer = 0.6F};
+        }
+        case Crag:
+            return cragLook(p, n, dirt);
+        default:
+            return plantLook(material, p, n, dirt);
+        }
+    }
+
+    Vec3 sky(Vec3 d) const override {
+        const float up = clamp01(d.y * 1.5F);
+        Vec3 light = mix(colour(0xDCEBF6), mix(colour(0x7FBBEA), colour(0x1F63B8), smoothStep(0.3F, 1, up)),
+                         smoothStep(0, 0.4F, up));
+        const Cloud cloud = clouds(d, sunDirection, 0.5F, 0.62F, 12.6F);
+        light = mix(light, mix(colour(0xA9B8D2), colour(0xFFFBF0) * 1.35F, cloud.lit), cloud.amount * 0.95F);
+        const float a = std::atan2(d.x, d.z); // blue hills on the horizon
+        for (int i = 0; i < 2; ++i) {
+            const auto k = static_cast<float>(i);
+            const float ridge = 0.12F - 0.045F * k + 0.12F * (fbm(a * (2.4F + k) + 3.7F + 5 * k, 1, 5) - 0.5F);
+            light =
+                mix(light, mix(colour(0xA9C6E2), colour(0x86A9C4), k), 0.9F * smoothStep(-0.001F, 0.003F, ridge - d.y));
+        }
+        return light;
+    }
+
+    float grain(int material, Vec3 p) const override {
+        switch (material) {
+        case Masonry:
+            return -0.035F * jointDepth(block(p), 0.045F) + 0.02F * noise(p * 9) + 0.015F * noise(p * 21);
+        case Slate:
+            return -0.02F * jointDepth(slate(p), 0.04F);
+        case Crag:
+            return 0.16F * ridged(p.x * 1.3F + p.y * 0.5F, p.z * 1.3F + p.y * 1.4F, 5);
+        case Ground:
+            return p.z < 30 ? 0.03F * fbm(p.x * 9, p.z * 9, 3) : 0;
+        case Bark:
+            return 0.03F * fbm(Vec3{p.x * 9, p.y * 3, p.z * 9}, 3);
+        default:
+            return 0;
+        }
+    }
+
+    Vec3 waterNormal(Vec3 p, float distance) const override {
+        const float ripple = 0.06F / (1 + 0.05F * distance);
+        return normalise(
+            {ripple * (fbm(p.x * 2, p.z * 3, 3) - 0.45F) * 0.6F, 1, ripple * (fbm(p.x * 2 + 9, p.z * 3, 3) - 0.45F)});
+    }
+
+    Vec3 air(Vec3 light, Vec3, Vec3 d, float distance) const override {
+        return distance < farthest - 1 ? haze(light, *this, d, distance, 260, colour(0xBAD3EA), colour(0xFFF0D6))
+                                       : light;
+    }
+
+  private:
+    /// All that grows, and the ground.
+    static Surface plantLook(int material, Vec3 p, Vec3 n, float dirt) {
+        switch (material) {
+        case Ivy:
+            return {.colour = mix(colour(0x2E5A1E), colour(0x7FA03A), leafId(p, 0.15F)) * 0.9F, .sheer = 0.25F};
+        case Bark:
+            return {.colour = mix(colour(0x3A2C22), colour(0x7A6450), fbm(Vec3{p.x * 7, p.y * 2, p.z * 7}, 3))};
+        case Leaf:
+            return {.colour = mix(colour(0x2C5A1A), colour(0x8FB03E), leafId(p, 0.24F)), .sheer = 0.4F};
+        case Flower:
+            return flowerLook(p);
+        case Grass: {
+            const float tip = clamp01((p.y - land(p.x, p.z)) * 4);
+            const Vec3 green = mix(colour(0x3A6A1C), colour(0x8FAE3C), noise(p.x * 0.8F, p.z * 0.8F));
+            return {.colour = mix(green * 0.55F, mix(green, colour(0xC9BE6A), 0.4F * noise(p.x * 9, p.z * 9)), tip),
+                    .sheer = 0.35F};
+        }
+        default:
+            return landLook(p, n, dirt);
+        }
+    }
+
+    /// Positive on land: distance to the river's bank.
+    static float bank(float x, float z) {
+        const float middle = -9.6F - 1.5F * std::sin(z * 0.17F + 0.9F) + 9 * smoothStep(14, 60, z) -
+                             0.02F * std::max(0.0F, z) * z * 0.1F;
+        return std::fabs(x - middle) - 2.7F - 0.7F * (noise(x * 0.5F, z * 0.5F) - 0.5F);
+    }
+
+    static float land(float x, float z) {
+        const float side = bank(x, z);
+        float high = -0.8F + 1.45F * smoothStep(-0.7F, 0.9F, side) +
+                     1.1F * smoothStep(0.5F, 7, side) * (0.3F + fbm(x * 0.25F, z * 0.25F, 3));
+        high += smoothStep(24, 110, z + 0.5F * std::fabs(x)) * 15 * fbm(x * 0.022F + 4, z * 0.022F, 3) *
+                smoothStep(0, 10, side);
+        return high;
+    }
+
+    /// Share of wood at a place far away, and the round tops of its trees.
+    static float woods(float x, float z) {
+        return smoothStep(22, 30, z) * smoothStep(0.46F, 0.52F, fbm(x * 0.05F + 2, z * 0.06F, 3)) *
+               smoothStep(0.4F, 2, bank(x, z));
+    }
+
+    static void landscape(Vec3 p, Hit &hit) {
+        const Vec3 q = p - Vec3{4, 0, 7.2F};
+        const float r = length(q.x * 0.88F, q.z * 1.02F);
+        float face = r - 9.3F + 0.22F * p.y;
+        float rock = std::max(face * 0.9F, p.y - Yard.y - 0.3F);
+        if (rock < 2.2F) {
+            const float angle = std::atan2(q.z, q.x);
+            face += 2.6F * (0.5F - ridged(angle * 2.3F, p.y * 0.11F + 3, 3)) -
+                    1.9F * (fbm(Vec3{p.x * 0.6F, p.y * 0.9F, p.z * 0.6F}, 4) - 0.45F);
+            rock = std::max(face * 0.65F, p.y - Yard.y - 0.25F * noise(p.x, p.z)) * 0.8F;
+        } else {
+            rock -= 1.4F;
+        }
+        hit.join(rock, Crag);
+        if (p.y > 19) {
+            hit.join(p.y - 17, Ground);
+            return;
+        }
+        float high = land(p.x, p.z);
+        if (p.z > 20) {
+            const float wood = woods(p.x, p.z);
+            if (wood > 0) {
+                const Cell tree = cells(p.x * 0.6F, p.z * 0.6F);
+                high += wood * std::sqrt(std::max(0.0F, 1 - 2.6F * tree.distance * tree.distance)) *
+                        (1.0F + 1.3F * tree.id + 0.7F * fbm(p * 2.2F, 3));
+            }
+        }
+        hit.join((p.y - high) * (p.z > 20 ? 0.5F : 0.75F), Ground);
+        if (p.z < -3 && p.y < high + 0.9F && p.y > 0) {
+            const float side = bank(p.x, p.z);
+            const float lush = smoothStep(0.25F, 0.8F, side);
+            if (lush > 0 && p.z < -6) {
+                hit.join(grassBlades(p, high, 0.08F, lush * (0.12F + 0.26F * noise(p.x * 1.1F, p.z * 1.1F))), Grass);
+            }
+            if (side > 0.9F) {
+                hit.join(wildFlowers(p, high, 0.4F, 0.5F,
+                                     0.85F * smoothStep(0.42F, 0.62F, noise(p.x * 0.45F + 6, p.z * 0.45F)))
+                             .distance,
+                         Flower);
+            }
+        }
+    }
+
+    static Surface flowerLook(Vec3 p) {
+        const WildFlower flower = wildFlowers(p, land(p.x, p.z), 0.4F, 0.5F, 1);
+        if (flower.petal < 0) {
+            return {.colour = mix(colour(0x4A7A2A), colour(0x7FA04A), flower.id), .sheer = 0.3F};
+        }
+        const Vec3 kinds[] = {colour(0xE32413), colour(0xE8321A), colour(0xF04A22),
+                              colour(0x3E62E0), colour(0xFFF6EA), colour(0xFFC928)};
+        const int kind = static_cast<int>(flower.id * 97) % 6;
+        return {.colour = flower.petal > 1.5F ? (kind < 3 ? colour(0x1E1420) : colour(0xE0A81E)) : kinds[kind],
+                .sheer = 0.6F};
+    }
+
+    static Surface landLook(Vec3 p, Vec3 n, float dirt) {
+        const float big = fbm(p.x * 0.2F, p.z * 0.2F, 4);
+        Vec3 green = mix(colour(0x4A7A24), colour(0x9FB448), smoothStep(0.3F, 0.65F, big)) *
+                     (0.6F + 0.7F * noise(p.x * 6, p.z * 6));
+        if (p.z > 22) {
+            const Vec3 fields[] = {colour(0x7FA63A), colour(0xD2C25A), colour(0x93B548), colour(0xB9BE58),
+                                   colour(0x5E9038)};
+            green = fields[static_cast<int>(cells(p.x * 0.07F, p.z * 0.05F, 0.9F).id * 89) % 5] *
+                    (0.75F + 0.4F * noise(p.x, p.z * 0.5F));
+            green = mix(green, mix(colour(0x1F4A1E), colour(0x6F9036), noise(p * 2.5F)), woods(p.x, p.z));
+        }
+        const float earth = smoothStep(0.42F, 0.12F, p.y + 0.2F * (dirt - 0.5F));
+        const Vec3 mud = mix(colour(0x6A563C), colour(0xA89370), cells(p.x * 5, p.z * 5).id) *
+                         mix(0.5F, 1.0F, smoothStep(0, 0.2F, p.y));
+        return {.colour = mix(green, mud, earth) * mix(0.85F, 1.0F, n.y), .sheer = 0.1F};
+    }
+
+    static Surface cragLook(Vec3 p, Vec3 n, float dirt) {
+        const float layer = noise(p.y * 1.9F + 2 * fbm(p * 0.35F, 2), 3);
+        Vec3 stone = mix(colour(0x5E544C), colour(0xB8A284), mix(layer, dirt, 0.55F));
+        stone = mix(stone, colour(0x4A443E),
+                    0.6F * smoothStep(0.52F, 0.64F, noise(Vec3{p.x * 1.9F, p.y * 0.25F, p.z * 1.9F})));
+        stone = mix(stone, colour(0xC8A24A), 0.4F * smoothStep(0.55F, 0.64F, fbm(p * 1.7F + Vec3{9, 0, 0}, 4)));
+        const float grass = smoothStep(0.62F, 0.85F, n.y + 0.45F * (fbm(p * 1.3F, 3) - 0.45F));
+        return {.colour = mix(
+                    stone, mix(colour(0x44701F), colour(0x97A84A), dirt * 1.2F) * (0.7F + 0.5F * noise(p * 8)), grass)};
+    }
+
+    static Stone block(Vec3 p) {
+        const Vec3 q = p - Yard;
+        for (const RoundTower &tower : Towers) {
+            const float x = q.x - tower.x;
+            const float z = q.z - tower.z;
+            if (length(x, z) < tower.radius + 0.3F) {
+                return courses(std::atan2(x, z) * tower.radius, p.y, 0.55F, 0.27F);
+            }
+        }
+        return courses(alongWall(p) * 0.8F, p.y, 0.6F, 0.27F);
+    }
+    static Stone slate(Vec3 p) {
+        const Vec3 q = p - Yard;
+        for (const RoundTower &tower : Towers) {
+            const float x = q.x - tower.x;
+            const float z = q.z - tower.z;
+            if (tower.roof > 0 && length(x, z) < tower.radius + 0.4F && q.y > tower.high - 0.5F) {
+                return courses(std::atan2(x, z) * tower.radius, p.y, 0.26F, 0.2F);
+            }
+        }
+        return courses(p.z, p.y, 0.26F, 0.18F);
+    }
+
+    static void castle(Vec3 p, Hit &hit) {
+        const float near = box(p - Vec3{0.4F, 5, 0}, {7.6F, 10.6F, 5.5F});
+        if (near > 1) {
+            hit.join(near, Masonry);
+            castleRamp(p, hit);
+            return;
+        }
+        for (int i = 0; i < 9; ++i) {
+            tower(p, i, hit);
+        }
+        for (int i = 0; i < 5; ++i) {
+            hit.join(stretch(p, Walls[i]), Masonry);
+        }
+        castleRamp(p, hit);
+        // Gate: an arch with its portcullis.
+        const Vec3 gate = p - Vec3{0.08F, 1.1F, -4.2F};
+        const float arch = archway(gate.x, gate.y, 0.62F, 0.5F);
+        hit.join(std::max(arch, std::fabs(gate.z) - 0.03F), Opening);
+        hit.join(std::max({std::fabs(arch - 0.09F) - 0.1F, std::fabs(gate.z) - 0.09F}), Masonry);
+        const float bars = std::min(std::fabs(repeat(gate.x, 0.25F)), std::fabs(repeat(gate.y, 0.3F))) - 0.03F;
+        hit.join(std::max({arch, bars, std::fabs(gate.z + 0.03F) - 0.04F, -gate.y - 0.1F}), Timber);
+        // Shield above the gate.
+        const Vec3 shield = p - Vec3{0.08F, 3.05F, -4.22F};
+        hit.join(std::max({std::fabs(shield.x) - 0.3F, shield.y - 0.3F, length(shield.x, shield.y - 0.1F) - 0.48F,
+                           std::fabs(shield.z) - 0.05F}),
+                 Flag);
+        keep(p - Vec3{2.3F, 0, 1.75F}, hit);
+        hall(p - Vec3{-3.3F, 0, 0.2F}, hit);
+    }
+
+    static void castleRamp(Vec3 p, Hit &hit) {
+        hit.join(std::min(stretch(p, Walls[5]), stretch(p, Walls[6])), Masonry);
+    }
+
+    /// A wall between two points, its top falling or level, deep enough to reach into the rock.
+    static float stretch(Vec3 p, const Stretch &wall) {
+        const Vec3 along{wall.to.x - wall.from.x, 0, wall.to.z - wall.from.z};
+        const float reach = length(along);
+        const Vec3 u = along * (1 / reach);
+        const Vec3 q = p - wall.from;
+        const float s = dot(q, u);
+        const float across = std::fabs(q.x * u.z - q.z * u.x);
+        const float high = q.y - (wall.to.y - wall.from.y) * clamp01(s / reach);
+        const float within = std::fabs(s - reach / 2) - reach / 2;
+        const float near = std::max({across - wall.half - 0.3F, within, high - 0.8F});
+        if (near > 0.8F) {
+            return near;
+        }
+        const float body =
+            std::max({across - wall.half - 0.06F * std::max(0.0F, -high - 2), within, high, -high - 7.5F});
+        float parapet = std::max({std::fabs(across - wall.half) - 0.14F, within, high - 0.35F, -high - 0.12F});
+        if (wall.battlements) {
+            parapet = std::min(parapet, std::max({std::fabs(across - wall.half) - 0.14F,
+                                                  std::fabs(repeat(s, 0.9F)) - 0.27F, within, high - 0.85F, -high}));
+            const float corbels = std::max({across - wall.half - 0.13F, std::fabs(repeat(s, 0.36F)) - 0.09F, within,
+                                            std::fabs(high + 0.22F) - 0.13F});
+            parapet = std::min(parapet, corbels);
+        }
+        return std::min(body, parapet);
+    }
+
+    static void tower(Vec3 p, int index, Hit &hit) {
+        const RoundTower &one = Towers[index];
+        const Vec3 q = p - Vec3{one.x, 0, one.z};
+        const float r = length(q.x, q.z);
+        const float tall = one.high + one.roof + (one.flag ? 2.4F : 0.6F);
+        const float near = std::max(r - one.radius - (one.flag && q.y > one.high + 0.8F ? 1.9F : 0.5F), q.y - tall);
+        if (near > 0.6F) {
+            hit.join(near, Masonry);
+            return;
+        }
+        const bool turret = one.radius < 0.6F;
+        const float radius = one.radius + 0.05F * std::max(0.0F, 1.2F - q.y);
+        float stone = std::max({r - radius, q.y - one.high, turret ? 4.6F - q.y - 0.9F * (one.radius - r) : -q.y - 5});
+        stone = std::min(stone, std::max(r - one.radius - 0.08F, std::fabs(q.y - one.high * 0.62F) - 0.08F));
+        const Vec3 corbel = slices({q.x, q.z, q.y}, turret ? 10 : 18);
+        if (q.y > one.high - 1.2F && q.y < one.high + 1.4F) {
+            stone = std::min(stone, std::max({corbel.x - one.radius - 0.2F, std::fabs(corbel.y) - 0.075F,
+                                              std::fabs(q.y - one.high + 0.16F) - 0.14F}));
+            stone = std::min(stone, std::max({r - one.radius - 0.24F, std::fabs(q.y - one.high - 0.2F) - 0.2F}));
+            if (one.roof <= 0) {
+                const Vec3 merlon = slices({q.x, q.z, q.y}, 9);
+                stone = std::max(stone, -std::max(r - one.radius + 0.12F, std::fabs(q.y - one.high - 0.3F) - 0.4F));
+                stone = std::min(stone, std::max({std::fabs(r - one.radius - 0.06F) - 0.18F,
+                                                  std::fabs(merlon.y) - 0.3F * one.radius * 0.68F,
+                                                  std::fabs(q.y - one.high - 0.55F) - 0.36F}));
+            }
+        }
+        for (int k = 0; k < (turret ? 1 : 2); ++k) { // on the side that is seen
+            const float angle = -0.25F + 0.7F * (hash(index, k, 2) - 0.3F);
+            const float y = one.high * (k == 0 ? 0.8F : 0.42F);
+            archedWindow(turnY(q, -angle) - Vec3{0, y, -one.radius}, 0.15F, stone, hit);
+        }
+        hit.join(stone, Masonry);
+        if (index < 2 && q.y < one.high - 0.6F) {
+            const float patch = 0.35F * (noise(p * 0.9F + Vec3{3, 0, index == 0 ? 4.0F : 1.0F}) - 0.40F - 0.075F * q.y);
+            hit.join(leaves(p, std::max(r - one.radius - 0.14F, -patch * 1.5F), 0.15F, 1.6F), Ivy);
+        }
+        const float top = one.high + (one.roof > 0 ? 0.35F : 0.3F);
+        if (one.roof > 0) {
+            const float t = clamp01((q.y - top) / one.roof);
+            const float wide = mix(one.radius + 0.3F, 0.03F, t) + 0.16F * (1 - t) * (1 - t) * (1 - t) * (1 - t);
+            hit.join(std::max({(r - wide) * 0.85F, top - q.y, q.y - top - one.roof}) * 0.9F, Slate);
+            hit.join(sphere(q - Vec3{0, top + one.roof, 0}, 0.1F), Gold);
+        }
+        if (one.flag) {
+            flag(q - Vec3{0, top + one.roof, 0}, index, hit);
+        }
+    }
+
+    /// A window under a round arch in a wall that looks towards -z.
+    static void archedWindow(Vec3 q, float half, float &stone, Hit &hit) {
+        const float arch = std::max(archway(q.x, q.y, half, 0.2F), -q.y - 1.85F * half);
+        stone = std::min(stone, std::max(std::fabs(arch - 0.05F) - 0.06F, std::fabs(q.z) - 0.07F));
+        stone = std::max(stone, -std::max(arch, std::fabs(q.z) - 0.25F));
+        hit.join(std::max(arch, std::fabs(q.z - 0.16F) - 0.05F), Opening);
+        hit.join(
+            std::max({arch, std::min(std::fabs(q.x), std::fabs(q.y + 0.05F)) - 0.02F, std::fabs(q.z - 0.1F) - 0.02F}),
+            Timber);
+    }
+
+    /// The pole stands at 0; the wind blows towards x.
+    static void flag(Vec3 pole, int index, Hit &hit) {
+        hit.join(stick(pole, {0, -0.3F, 0}, {0, 2.0F, 0}, 0.035F), Timber);
+        const float x = pole.x - 0.03F;
+        const float wave = 0.13F * std::sin(3.6F * x + static_cast<float>(index)) * clamp01(x * 1.5F);
+        const float cloth = std::max(
+            {std::fabs(x - 0.75F) - 0.75F, std::fabs(pole.y - 1.55F - 0.08F * std::sin(2.6F * x)) - 0.4F,
+             std::fabs(pole.z - wave + 0.25F * x) - 0.015F, 1.25F * x - 1.55F - 0.9F * std::fabs(pole.y - 1.55F)});
+        hit.join(cloth * 0.75F, Flag);
+    }
+
+    static void keep(Vec3 p, Hit &hit) {
+        float stone = box(p - Vec3{0, 2.4F, 0}, {1.75F, 4.2F, 1.75F});
+        const float side = std::max(std::fabs(p.x), std::fabs(p.z));
+        const float along = std::min(std::fabs(p.x), std::fabs(p.z));
+        stone = std::min(stone, std::max(std::fabs(side - 1.8F) - 0.16F, std::fabs(p.y - 6.55F) - 0.25F));
+        stone = std::min(stone, std::max({std::fabs(side - 1.8F) - 0.16F, std::fabs(repeat(along, 0.8F)) - 0.24F,
+                                          std::fabs(p.y - 6.9F) - 0.34F}));
+        stone = std::min(
+            stone, std::max({side - 1.93F, std::fabs(repeat(along, 0.34F)) - 0.08F, std::fabs(p.y - 6.2F) - 0.13F}));
+        for (const Vec3 at : {Vec3{-0.6F, 5.2F, -1.75F}, Vec3{0.6F, 5.2F, -1.75F}, Vec3{0, 3.7F, -1.75F}}) {
+            archedWindow(p - at, 0.22F, stone, hit);
+        }
+        hit.join(stone, Masonry);
+    }
+
+    static void hall(Vec3 p, Hit &hit) {
+        float stone = box(p - Vec3{0, 1.7F, 0}, {1.15F, 2.6F, 1.9F});
+        stone = std::min(stone,
+                         std::max({std::fabs(p.z) - 1.9F, 4.0F - p.y, (p.y - 5.75F + 1.4F * std::fabs(p.x)) * 0.58F}));
+        for (const float y : {2.35F, 3.6F}) {
+            const WindowParts parts = window(p - Vec3{0, y, -1.9F}, 0.28F, 0.36F, 0.12F, 2);
+            stone = std::max(stone, -parts.reveal);
+            hit.join(parts.pane, Opening);
+            hit.join(parts.frame, Timber);
+            stone = std::min(stone, parts.sill);
+        }
+        hit.join(stone, Masonry);
+        hit.join(roofSide({p.z, p.y - 5.9F, -std::fabs(p.x)}, 0.95F, 2.1F, 2.55F, 0.08F), Slate);
+    }
+
+    static void bridge(Vec3 p, Hit &hit) {
+        const Vec3 q = p - Vec3{-10.9F, 0, 9.5F};
+        const float near = box(q - Vec3{0, 0.8F, 0}, {5.6F, 2.0F, 1.4F});
+        if (near > 0.5F) {
+            hit.join(near, Masonry);
+            return;
+        }
+        const float road = 1.55F + 0.35F * (1 - q.x * q.x / 25);
+        const float y = q.y - road;
+        float stone = std::max({std::fabs(q.z) - 0.95F, y, std::fabs(q.x) - 5.4F});
+        const float x = repeat(q.x, 2.3F);
+        const float arch = archway(x, q.y, 0.86F, 0.2F);
+        const float span = std::max(arch, std::fabs(q.x) - 3.45F);
+        stone = std::max(stone, -span);
+        stone = std::min(stone, std::max({std::fabs(span - 0.1F) - 0.1F, std::fabs(q.z) - 1.0F, -q.y + 0.1F}));
+        stone = std::min(
+            stone, std::max({std::fabs(std::fabs(q.z) - 0.87F) - 0.12F, y - 0.5F, -y - 0.1F, std::fabs(q.x) - 5.4F}));
+        stone =
+            std::min(stone, std::max({std::fabs(q.z) - 1.03F, std::fabs(y + 0.02F) - 0.05F, std::fabs(q.x) - 5.4F}));
+        // Pointed piers that part the water.
+        const float pier = std::fabs(repeat(q.x - 1.15F, 2.3F));
+        stone = std::min(stone, std::max({pier * 0.8F + (std::max(std::fabs(q.z), 0.95F) - 1.45F) * 0.6F,
+                                          q.y - 0.75F + (std::fabs(q.z) - 0.95F), std::fabs(q.x) - 4}));
+        hit.join(stone * 0.9F, Masonry);
+    }
+};
+
+} // namespace
+
+std::unique_ptr<Scene> castle() {
+    return std::make_unique<Castle>();
+}
+
+} // namespace lumora::samples
