@@ -35,9 +35,9 @@ struct PopArt {
 /// Alpha is kept. Source and target have one size; the area lies within it.
 void applyPopArt(const PopArt &parameters, ConstPixelView source, PixelView target, PixelRect area);
 
-/// The levels that part the picture's pixels by lightness into the three classes that differ least within themselves (N. Otsu, "A
-/// threshold selection method from gray-level histograms", IEEE Transactions on Systems, Man, and Cybernetics 9, 1979).
-/// Pixels count as much as they are opaque. The usual levels where all are equally light.
+/// The levels that part the picture's pixels by lightness into the three classes that differ least within themselves
+/// (N. Otsu, "A threshold selection method from gray-level histograms", IEEE Transactions on Systems, Man, and
+/// Cybernetics 9, 1979). Pixels count as much as they are opaque. The usual levels where all are equally light.
 PopArtLevels popArtLevels(ConstPixelView picture);
 
 } // namespace lumora
