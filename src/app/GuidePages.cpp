@@ -18,7 +18,7 @@ const GuidePage pages[] = {
     {"copy.html", "Copy and paste", "copy", ""},
     // The slideshow.
     {"ideas.html", "Ideas", "ideas", ""},
-    {"pop-art.html", "Pop art", "pop-art", ""},
+    {"pop-art.html", "Pop-art", "pop-art", ""},
     {"help.html", "Help", "help", ""},
     {"exit.html", "Exit", "exit", ""},
 

@@ -94,6 +94,32 @@ TEST_F(Help, VideosOpenTheirFolderOrAreMissedKindly) {
     EXPECT_EQ(m_owner.findChild<QMessageBox *>(), nullptr);
 }
 
+/// The films of the installation: each script has its film, and the page shows all of them.
+TEST(Films, ArePackedAndShown) {
+    const QDir root(qEnvironmentVariable("LUMORA_SOURCE"));
+    const QDir videos(root.filePath("resources/installed/Videos"));
+    QFile file(videos.filePath("index.html"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString page = QString::fromUtf8(file.readAll());
+    const QStringList scripts = QDir(root.filePath("tools/films")).entryList({"*.play"});
+    EXPECT_GE(scripts.size(), 12);
+    EXPECT_EQ(videos.entryList({"*.webm"}).size(), scripts.size());
+    qint64 bytes = 0;
+    for (const QString &script : scripts) {
+        const QString film = script.chopped(5) + ".webm";
+        const QString still = "posters/" + script.chopped(5) + ".jpg";
+        EXPECT_TRUE(page.contains("src=\"" + film + '"') && page.contains("poster=\"" + still + '"'))
+            << qPrintable(film);
+        QFile in(videos.filePath(film));
+        ASSERT_TRUE(in.open(QIODevice::ReadOnly)) << qPrintable(film);
+        EXPECT_EQ(in.read(4).toHex(), "1a45dfa3") << qPrintable(film); // how every WebM file begins
+        EXPECT_TRUE(QFile::exists(videos.filePath(still))) << qPrintable(still);
+        bytes += in.size();
+    }
+    EXPECT_LT(bytes, 6'000'000) << "every installation carries them";
+    EXPECT_FALSE(page.contains("http")) << "it works without the web";
+}
+
 TEST_F(Help, ShowsItsTexts) {
     ASSERT_TRUE(test::writeChangedLanguageFile(m_folder.filePath("language.ini")));
     frmHelp help(context, nullptr);

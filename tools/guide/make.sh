@@ -10,7 +10,7 @@ play=$(readlink -f "${1:-$root/build/release/bin/lumora-play}")
 command -v convert >/dev/null || { echo "ImageMagick is missing: apt-get install imagemagick" >&2; exit 1; }
 
 # The folder is seen in the windows for opening and saving: a short name looks best.
-stage=/tmp/lumora
+stage=/tmp/school
 mkdir "$stage" 2>/dev/null || stage=$(mktemp -d)
 trap 'rm -rf "$stage"' EXIT
 mkdir "$stage/My Photos"
@@ -25,10 +25,10 @@ for script in "$here"/*.play; do
 done
 
 # Shown at half their pixels: at most 560 x 380 on the page, sharp on a screen of double density.
-pack() { convert "$1" -resize '1120x760>' -strip -sampling-factor 4:2:0 -quality "$2" "$3"; }
+pack() { convert "$1" -resize '1120x760>' -strip -sampling-factor 4:2:0 "${@:3}" "$2"; }
 for shot in "$stage"/*.png; do
     packed=$root/resources/guide/$(basename "$shot" .png).jpg
-    pack "$shot" 72 "$packed"
-    [ "$(stat -c %s "$packed")" -lt 100000 ] || pack "$shot" 60 "$packed"
+    pack "$shot" "$packed" -quality 72
+    [ "$(stat -c %s "$packed")" -lt 100000 ] || pack "$shot" "$packed" -define jpeg:extent=96kB
 done
 du -ch "$root"/resources/guide/*.jpg | tail -1

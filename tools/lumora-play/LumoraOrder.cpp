@@ -4,6 +4,7 @@
 #include "app/CommandRow.h"
 #include "app/ToolColumn.h"
 #include "app/frmMain.h"
+#include "app/frmSamples.h"
 #include "app/settings/AppContext.h"
 #include "document/PhotoView.h"
 #include "widgets/CommandBar.h"
@@ -35,7 +36,6 @@ const char *const leftAlone[] = {
     "keyEmail",     // opens the mail window
     "keyPaste",     // replaces the photo by what the desktop holds
     "keySlideShow", // fills the screen with other photos
-    "keyIdeas",     // opens a window of its own
     "keyHelp",      // opens the guide or the desktop's player
 };
 
@@ -70,8 +70,8 @@ QString strangerAmong(const QList<QWidget *> &windows, const frmMain &main) {
         const bool isMessage = box != nullptr && std::any_of(std::begin(messages), std::end(messages), [&](auto *text) {
                                    return box->text().startsWith(QLatin1String(text));
                                });
-        if (open != &main && !isMessage && qobject_cast<const QMenu *>(open) == nullptr &&
-            !open->inherits("QComboBoxPrivateContainer")) {
+        if (open != &main && !isMessage && qobject_cast<const frmSamples *>(open) == nullptr &&
+            qobject_cast<const QMenu *>(open) == nullptr && !open->inherits("QComboBoxPrivateContainer")) {
             return QString("the window %1 is open %2").arg(nameOf(*open), box == nullptr ? "" : box->text()).trimmed();
         }
     }

@@ -38,8 +38,9 @@ void Player::begin() {
 
 void Player::orderTick() {
     // A timer of its own for each tick: one that is still in its slot would not fire in a nested event loop.
-    const int quick = m_hand.isBusy() ? inputTime : tickTime;
-    QTimer::singleShot(m_film == nullptr ? quick : m_filmBeat, Qt::PreciseTimer, this, &Player::tick);
+    // While a film is made each movement is a frame of it.
+    const int movement = m_film == nullptr ? inputTime : m_filmBeat;
+    QTimer::singleShot(m_hand.isBusy() ? movement : tickTime, Qt::PreciseTimer, this, &Player::tick);
 }
 
 void Player::programEnded() {

@@ -8,6 +8,7 @@ namespace lumora::samples {
 
 std::span<const Sample> gallery() {
     static constexpr std::array rows{
+        Sample{"animals", "butterfly", butterfly},
         Sample{"animals", "clownfish", reef},
         Sample{"animals", "elephants", elephants},
         Sample{"animals", "ladybird", ladybird},
@@ -19,11 +20,15 @@ std::span<const Sample> gallery() {
         Sample{"backgrounds for stories", "mushroom house", mushroomHouse},
         Sample{"backgrounds for stories", "strange planet", strangePlanet},
         Sample{"backgrounds for stories", "theatre stage", theatreStage},
+        Sample{"backgrounds for stories", "throne hall", throneHall},
         Sample{"backgrounds for stories", "treasure island", treasureIsland},
         Sample{"backgrounds for stories", "winter night", winterNight},
         Sample{"geographical features", "canyon", canyon},
+        Sample{"geographical features", "icebergs", icebergs},
         Sample{"geographical features", "mountain lake", mountainLake},
         Sample{"geographical features", "sand dunes", dunes},
+        Sample{"geographical features", "sea arch", chalkCoast},
+        Sample{"geographical features", "volcano", volcano},
         Sample{"machines", "blue tractor", tractor},
         Sample{"machines", "clockwork", clockwork},
         Sample{"machines", "hot-air balloons", balloons},

@@ -4,7 +4,6 @@
 #include "Landforms.h"
 #include "Noise.h"
 #include "Shapes.h"
-#include "Skies.h"
 
 namespace lumora::samples {
 

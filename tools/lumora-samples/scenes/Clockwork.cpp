@@ -101,7 +101,7 @@ class Clockwork : public WatchBench {
         case Bridge: {
             // Broad polished stripes across the upper faces.
             const float across = p.x * 0.8F + p.z * 0.6F;
-            const bool top = std::fabs(p.y - 1.0F) < 0.012F || std::fabs(p.y - 1.26F) < 0.012F;
+            const bool top = std::fabs(p.y - 1.0F) < 0.035F || std::fabs(p.y - 1.26F) < 0.035F;
             return top ? 0.0032F * std::cos(across * 2 * Pi / 0.34F) + 0.0008F * std::cos(across * 110) : 0.0F;
         }
         default:

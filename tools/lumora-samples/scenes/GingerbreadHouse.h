@@ -34,8 +34,8 @@ inline void gingerbreadFront(Vec3 p, Hit &hit) {
     sugarWindow(p - Vec3{-0.92F, 1.0F, 0}, hit);
     // A heart in the gable, and sugar buttons about the door.
     const Vec3 heart{std::fabs(p.x), p.y - 2.12F, p.z};
-    const float lobes = std::min(length(heart.x - 0.13F, heart.y - 0.1F) - 0.16F,
-                                 (heart.x + std::fabs(heart.y + 0.03F) - 0.29F) * 0.707F);
+    const float lobes =
+        std::min(length(heart.x - 0.13F, heart.y - 0.13F) - 0.184F, (heart.x + std::fabs(heart.y) - 0.26F) * 0.707F);
     hit.join(std::max(lobes, std::fabs(p.z) - 0.06F) * 0.85F - 0.02F, Cherry);
     const Vec3 ring = slices({p.x, p.y - 0.95F, p.z}, 14);
     hit.join(ellipsoid(ring - Vec3{0.6F, 0, 0}, {0.07F, 0.07F, 0.05F}) + (p.y < 0.85F ? 0.3F : 0.0F), Button);
@@ -59,8 +59,8 @@ inline void gingerbreadHouse(Vec3 p, Hit &hit) {
     const float front = std::max({std::fabs(z - HouseDepth - 0.31F) - 0.05F,
                                   std::fabs(roofLine - 0.1F + drip / 2) - drip / 2 - 0.06F, along - 2.47F});
     hit.join((front - 0.03F) * 0.6F, Icing);
-    const float eaves = std::max({std::fabs(along - 2.44F) - 0.05F, z - HouseDepth - 0.3F,
-                                  std::fabs(p.y - 0.93F) - 0.08F - 0.14F * noise(p.z * 5, 3)});
+    const float eaves = std::max({std::fabs(along - 2.46F) - 0.05F, z - HouseDepth - 0.3F,
+                                  std::fabs(roofLine - 0.03F) - 0.08F - 0.12F * noise(p.z * 5, 3)});
     hit.join((eaves - 0.03F) * 0.6F, Icing);
     hit.join((length(x * 0.8F, p.y - HouseRidge - 0.13F) - 0.13F - 0.03F * std::sin(p.z * 9) +
               (z > HouseDepth + 0.32F ? 1.0F : 0.0F)) *

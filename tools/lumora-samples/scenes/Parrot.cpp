@@ -88,7 +88,7 @@ class Parrot : public Scene {
         }
         case Green: {
             const float tone = noise(p * 3.1F);
-            return {.colour = mix(colour(0x1C6A24), colour(0x63B83A), 0.7F * tone + 0.3F * noise(p * 24)),
+            return {.colour = mix(colour(0x1C6A24), colour(0x63B83A), 0.5F * tone + 0.5F * fbm(p * 14, 3)),
                     .shine = 0.4F,
                     .sharpness = 36,
                     .mirror = 0.015F,
@@ -120,13 +120,16 @@ class Parrot : public Scene {
         if (up < 0) { // the sea: deep far out, turquoise towards the beach, glittering
             light = mix(colour(0x1272C4), colour(0x22C8D0), smoothStep(-0.02F, -0.17F, up));
             light = mix(light, colour(0x8AF0DC), smoothStep(-0.16F, -0.31F, up + 0.03F * std::sin(side * 5)));
-            light = light * (0.88F + 0.25F * fbm(side * 22, 1.4F / (0.03F - up), 3) * 1.2F);
+            light = light * (0.78F + 0.45F * fbm(side * 22, 1.4F / (0.03F - up), 3) * 1.2F);
             const Cell glint = cells(side * 26, up * 70, 0.9F);
             light += Vec3{1, 1, 0.95F} *
                      (0.55F * smoothStep(0.2F, 0.05F, glint.distance) * smoothStep(0.75F, 1.0F, glint.id));
             const float sand = -0.315F + 0.05F * std::sin(side * 3.4F + 0.6F);
             light = mix(light, colour(0xFFFFFF), 0.7F * smoothStep(0.016F, 0.0F, std::fabs(up - sand - 0.008F)));
-            light = mix(light, colour(0xFBE6B8), smoothStep(0.0F, -0.012F, up - sand));
+            light = mix(light,
+                        mix(colour(0xD8B884), colour(0xFFEFC8), smoothStep(0.0F, -0.06F, up - sand)) *
+                            (0.85F + 0.3F * fbm(side * 40, up * 130, 3)),
+                        smoothStep(0.0F, -0.012F, up - sand));
         }
         light = island(light, side, up, 0.30F, 0.30F, 0.105F);
         return island(light, side, up, -0.52F, 0.22F, 0.06F);
@@ -142,9 +145,10 @@ class Parrot : public Scene {
         const int i = (material - Plumage) % 2;
         const Vec3 q = local(p, i);
         const Feather f = featherAt(material, q);
-        const float large = material < Wing ? 0.007F : material < Tail ? 0.022F : 0.0F;
-        return (large * (0.9F - std::min(f.along, 0.9F)) +
-                0.0012F * std::sin(90 * (std::fabs(f.across) + 0.4F * f.along)) + 0.003F * noise(q * 45)) *
+        const float large = material < Wing   ? 0.0055F * (1 - bareSkin(q))
+                            : material < Tail ? (wingPlace({q.x, q.y, std::fabs(q.z)}).y > -0.05F ? 0.02F : 0.007F)
+                                              : 0.0F;
+        return (large * (0.9F - std::min(f.along, 0.9F)) + 0.003F * noise(Vec3{q.x * 70, q.y * 25, q.z * 70})) *
                Macaws[i].size;
     }
 
@@ -238,8 +242,8 @@ class Parrot : public Scene {
         const float uneven = 0.5F * noise(q * 6);
         if (material < Wing) {
             const float angle = std::atan2(h.z, q.x + 0.1F);
-            return q.y > 1.2F ? feathers(angle * 5 + uneven, q.y * 16)
-                              : feathers(angle * 3.6F + uneven, q.y * 10 + uneven);
+            return q.y > 1.2F ? feathers(angle * 8.5F + uneven, q.y * 27 + uneven)
+                              : feathers(angle * 5.6F + uneven, q.y * 15 + 1.6F * uneven);
         }
         if (material < Tail) {
             const Vec3 w = wingPlace(h);
@@ -247,6 +251,13 @@ class Parrot : public Scene {
                                 : feathers(w.x * 9 + 1.6F * w.y, w.y * 1.7F);
         }
         return {repeat(q.z, 0.17F) / 0.17F, fraction(q.y * 0.8F), 0.5F};
+    }
+
+    /// The bare white cheek about the eye, 0 to 1.
+    static float bareSkin(Vec3 q) {
+        const float off = length((q.x - 0.36F) / 0.21F, (q.y - 1.43F + 0.1F * (q.x - 0.36F)) / 0.2F);
+        return std::fabs(q.z) > 0.08F && q.x > 0.1F ? smoothStep(1.05F, 0.95F, off + 0.06F * (noise(q * 20) - 0.5F))
+                                                    : 0.0F;
     }
 
     static Surface bird(int material, Vec3 p) {
@@ -267,14 +278,14 @@ class Parrot : public Scene {
             look = mix(look, colour(one.forehead), smoothStep(1.52F, 1.62F, q.y + 0.35F * (q.x - 0.2F)));
             look = look * shaded;
             // The bare cheek: white skin with thin rows of feathers under the eye.
-            const float cheek = length((q.x - 0.36F) / 0.21F, (q.y - 1.43F + 0.1F * (q.x - 0.36F)) / 0.2F);
-            if (side > 0.08F && q.x > 0.1F) {
+
+            if (bareSkin(q) > 0) {
                 const float row = std::fabs(repeat(q.y + 0.35F * (q.x - 0.3F) * (q.x - 0.3F), 0.052F));
                 const float dash = smoothStep(0.010F, 0.004F, row) * smoothStep(0.3F, 0.5F, noise(q * 26)) *
                                    (q.y < 1.47F ? 1.0F : 0.0F);
                 const Vec3 skin =
                     mix(colour(0xFFF6EC), number == 0 ? colour(0xC8202A) : colour(0x1A1A1E), 0.85F * dash);
-                look = mix(look, skin, smoothStep(1.05F, 0.95F, cheek + 0.06F * (noise(q * 20) - 0.5F)));
+                look = mix(look, skin, bareSkin(q));
             }
             if (number == 1) {
                 const float throat = length((q.x - 0.36F) / 0.16F, (q.y - 1.2F) / 0.055F);
@@ -330,7 +341,7 @@ class Parrot : public Scene {
             return;
         }
         const Vec3 q = blossomPlace(p, number);
-        // Petals overlap: two sets of slices, one a little behind the other, would cross; a twist does it.
+        // Each petal is tilted about its own length, so that it lies over its neighbour.
         const Vec3 f = slices(turnZ(q, number), 5);
         const float r = f.x;
         const float t = clamp01(r / 0.42F);

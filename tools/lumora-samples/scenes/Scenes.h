@@ -9,12 +9,15 @@ namespace lumora::samples {
 
 std::unique_ptr<Scene> balloons();
 std::unique_ptr<Scene> biplane();
+std::unique_ptr<Scene> butterfly();
 std::unique_ptr<Scene> candyLand();
 std::unique_ptr<Scene> canyon();
+std::unique_ptr<Scene> chalkCoast();
 std::unique_ptr<Scene> clockwork();
 std::unique_ptr<Scene> dunes();
 std::unique_ptr<Scene> elephants();
 std::unique_ptr<Scene> excavator();
+std::unique_ptr<Scene> icebergs();
 std::unique_ptr<Scene> ladybird();
 std::unique_ptr<Scene> lighthouse();
 std::unique_ptr<Scene> locomotive();
@@ -27,9 +30,11 @@ std::unique_ptr<Scene> penguins();
 std::unique_ptr<Scene> reef();
 std::unique_ptr<Scene> strangePlanet();
 std::unique_ptr<Scene> theatreStage();
+std::unique_ptr<Scene> throneHall();
 std::unique_ptr<Scene> tractor();
 std::unique_ptr<Scene> treasureIsland();
 std::unique_ptr<Scene> treeFrog();
+std::unique_ptr<Scene> volcano();
 std::unique_ptr<Scene> windmill();
 std::unique_ptr<Scene> winterNight();
 

@@ -36,6 +36,7 @@ struct Sweet {
     unsigned tint;
     unsigned second;
 };
+
 /// Short sugar strands, thrown at random over a surface.
 inline Vec3 sprinkled(Vec3 base, float u, float v, float from) {
     const Cell cell = cells(u, v);

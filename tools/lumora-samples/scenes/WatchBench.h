@@ -50,7 +50,8 @@ class WatchBench : public Scene {
         const float mat = box(p - Vec3{0, -0.62F, 0.4F}, {9.5F, 0.08F, 6.2F}, 0.05F);
         hit.join(mat, Mat);
         hit.join(p.y + 0.68F, Wood);
-        if (p.y > 0.9F) {
+        if (p.y > 1.2F) {
+            hit.join(p.y - 0.9F, Black);
             return;
         }
         // A screwdriver, tweezers, spare wheels and screws.
@@ -126,7 +127,7 @@ class WatchBench : public Scene {
         if (material != Mat) {
             return 0;
         }
-        return 0.012F * (std::fabs(std::sin(p.x * 34)) + std::fabs(std::sin(p.z * 34))) + 0.02F * fbm(p * 8, 2);
+        return 0.006F * (std::fabs(std::sin(p.x * 34)) + std::fabs(std::sin(p.z * 34))) + 0.01F * fbm(p * 8, 2);
     }
 
     static Surface metal(Vec3 base, Vec3 tint, float rough, float mirror) {
