@@ -35,8 +35,11 @@ std::span<const Sample> gallery() {
         Sample{"machines", "red biplane", biplane},
         Sample{"machines", "steam locomotive", locomotive},
         Sample{"machines", "yellow excavator", excavator},
+        Sample{"old buildings", "castle", castle},
+        Sample{"old buildings", "greek temple", temple},
         Sample{"old buildings", "lighthouse", lighthouse},
         Sample{"old buildings", "market square", marketSquare},
+        Sample{"old buildings", "red pagoda", pagoda},
         Sample{"old buildings", "windmill", windmill},
     };
     return rows;

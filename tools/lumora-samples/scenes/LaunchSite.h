@@ -108,7 +108,7 @@ class LaunchSite : public Scene {
         if (material != Land) {
             return 0;
         }
-        return p.z < 10 ? 0.06F * fbm(p.x * 5, p.z * 5, 3) : 0.4F * fbm(p * 1.1F, 3);
+        return p.z < 10 ? 0.06F * fbm(p.x * 5, p.z * 5, 3) : 0.5F * fbm(p * 2.4F, 3);
     }
 
   private:
@@ -188,8 +188,8 @@ class LaunchSite : public Scene {
             height += scrub * std::sqrt(std::max(0.0F, 1 - bush.distance * bush.distance * 2.4F)) *
                       (0.8F + 1.8F * bush.id) * (1 + 0.6F * smoothStep(20, 90, z));
         } else if (z < -8 && shore > -1 && out > 8) {
-            const Cell tuft = cells(x * 3.4F, z * 3.4F);
-            height += smoothStep(0, 1.5F, shore) * (0.15F + 0.5F * noise(x * 0.5F, z * 0.5F)) * tuft.id *
+            const Cell tuft = cells(x * 7.5F, z * 7.5F);
+            height += smoothStep(0, 1.5F, shore) * (0.1F + 0.4F * noise(x * 0.5F, z * 0.5F)) * tuft.id *
                       std::max(0.0F, 1 - 1.6F * tuft.distance);
         }
         return height;
