@@ -7,6 +7,7 @@
 
 namespace lumora::samples {
 
+std::unique_ptr<Scene> atoll();
 std::unique_ptr<Scene> balloons();
 std::unique_ptr<Scene> biplane();
 std::unique_ptr<Scene> butterfly();
@@ -30,6 +31,7 @@ std::unique_ptr<Scene> pagoda();
 std::unique_ptr<Scene> parrot();
 std::unique_ptr<Scene> penguins();
 std::unique_ptr<Scene> reef();
+std::unique_ptr<Scene> rocket();
 std::unique_ptr<Scene> strangePlanet();
 std::unique_ptr<Scene> temple();
 std::unique_ptr<Scene> theatreStage();
@@ -38,6 +40,7 @@ std::unique_ptr<Scene> tractor();
 std::unique_ptr<Scene> treasureIsland();
 std::unique_ptr<Scene> treeFrog();
 std::unique_ptr<Scene> volcano();
+std::unique_ptr<Scene> waterfall();
 std::unique_ptr<Scene> windmill();
 std::unique_ptr<Scene> winterNight();
 
