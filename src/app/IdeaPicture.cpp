@@ -96,12 +96,14 @@ void paintPieces(const Sheet &sheet) {
     const auto middleOf = [&](double column, double row) {
         return place.topLeft() + QPointF((column + 0.5) * piece.width(), (row + 0.5) * piece.height());
     };
-    for (int i = 0; i < along * along; ++i) {
-        if (!isLoose(i % along, i / along)) {
-            sheet.painter.save();
-            sheet.painter.translate(middleOf(i % along, i / along));
-            paintPiece(i % along, i / along);
-            sheet.painter.restore();
+    for (int row = 0; row < along; ++row) {
+        for (int column = 0; column < along; ++column) {
+            if (!isLoose(column, row)) {
+                sheet.painter.save();
+                sheet.painter.translate(middleOf(column, row));
+                paintPiece(column, row);
+                sheet.painter.restore();
+            }
         }
     }
     for (const Loose &l : loose) {
@@ -187,9 +189,9 @@ void paintCards(const Sheet &sheet) {
     const QRectF table = fitted({4, 3}, sheet.rect().adjusted(edge, edge / 2, -edge, -edge));
     const QSizeF pitch(table.width() / columns, table.height() / 3);
     for (int i = 0; i < static_cast<int>(std::size(order)); ++i) {
-        const QRectF card =
-            QRectF(table.topLeft() + QPointF(i % columns * pitch.width(), i / columns * pitch.height()), pitch)
-                .adjusted(gap / 2, gap / 2, -gap / 2, -gap / 2);
+        const QPoint cell(i % columns, i / columns);
+        const QPointF corner(cell.x() * pitch.width(), cell.y() * pitch.height());
+        const QRectF card = QRectF(table.topLeft() + corner, pitch).adjusted(gap / 2, gap / 2, -gap / 2, -gap / 2);
         const double rim = sheet.unit / 2;
         const QRectF face = card.adjusted(rim, rim, -rim, -rim);
         paintPaper(sheet, card, sheet.unit);

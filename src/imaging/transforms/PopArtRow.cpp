@@ -46,8 +46,9 @@ QSize popArtPrintSize(QSize photo) {
     if (photo.isEmpty()) {
         return {};
     }
-    const double width = (photo.width() + 1) / 2;
-    const double height = (photo.height() + 1) / 2;
+    const QSize half((photo.width() + 1) / 2, (photo.height() + 1) / 2);
+    const double width = half.width();
+    const double height = half.height();
     const double scale =
         std::min({1.0, longestPopArtRow / (4 * width), std::sqrt(double(maxPicturePixels) / (4 * width * height))});
     const int fitted = std::max(1, int(width * scale));

@@ -322,9 +322,10 @@ class Butterfly : public Scene {
                    smoothStep(-margin - 0.035F, -margin + 0.015F, edge + 0.03F * (noise(r * 20, angle * 30) - 0.5F)));
         const float dot = length(repeat(angle * (front ? 9.0F : 8.0F), 1) * 0.12F * r / 0.9F, edge + 0.055F);
         look = mix(look, colour(0xFFFFFF), smoothStep(0.03F, 0.02F, dot) * smoothStep(0.5F, 0.6F, r));
-        const bool second = front && r > 1.0F;
+
         const float large = length(repeat(angle * 6.0F + 0.4F, 1) * 0.16F * r, edge + 0.15F);
-        look = mix(look, colour(0xFFF2D0), second ? smoothStep(0.042F, 0.03F, large) : 0.0F);
+        look =
+            mix(look, colour(0xFFF2D0), front ? smoothStep(0.042F, 0.03F, large) * smoothStep(1.02F, 1.12F, r) : 0.0F);
         return {.colour = look, .shine = 0.035F, .sharpness = 30, .sheer = 0.15F};
     }
 

@@ -38,7 +38,7 @@ class Dunes : public Scene {
 
     Hit map(Vec3 p) const override {
         Hit hit;
-        hit.join(p.y - land(p.x, p.z), Sand);
+        hit.join((p.y - land(p.x, p.z)) * (p.z > 12 ? 0.62F : 1.0F), Sand); // the far dunes are steeper
         caravan(p, hit);
         oasis(p, hit);
         return hit;

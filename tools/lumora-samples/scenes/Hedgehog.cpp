@@ -15,6 +15,10 @@ constexpr Vec3 BodyAt{-0.12F, 0.52F, 0};
 constexpr Vec3 BodyHalf{0.86F, 0.58F, 0.6F};
 constexpr Vec3 AppleAt{-1.33F, 0.26F, -0.95F};
 
+/// Leaves that are just coming down: where, and how far each has turned.
+constexpr float Falling[][4] = {
+    {-1.6F, 1.55F, 0.6F, 1}, {1.35F, 1.6F, 0.4F, 3}, {0.15F, 1.85F, 1.2F, 5}, {-0.75F, 1.95F, -0.3F, 8}};
+
 class Hedgehog : public Scene {
   public:
     Hedgehog() {
@@ -259,7 +263,7 @@ class Hedgehog : public Scene {
     static void things(Vec3 p, Hit &hit) {
         const Vec3 a = turnZ(p - AppleAt, -0.3F);
         const float r = length(a.x, a.z);
-        const float dent = 0.13F * std::exp(-r * r * 40) * (a.y > 0 ? 1.0F : 0.6F);
+        const float dent = 0.13F * std::exp(-r * r * 40) * smoothStep(0.05F, 0.2F, std::fabs(a.y));
         hit.join((length(Vec3{a.x, a.y * (1.02F + 0.15F * r), a.z}) - 0.29F + dent) * 0.8F, Apple);
         hit.join(curve(a, {0, 0.14F, 0}, {0.01F, 0.3F, 0}, {0.08F, 0.4F, 0.02F}).distance - 0.016F, Stalk);
         const Vec3 onApple = turnX(turnZ(a - Vec3{0.0F, 0.27F, 0}, 2.5F), -1.2F);
@@ -285,11 +289,9 @@ class Hedgehog : public Scene {
 
     static float mossy(Vec3 p) { return smoothStep(0.35F, 0.65F, p.y + 0.4F * (fbm(p * 2.3F, 3) - 0.45F)); }
 
-    /// Leaves that are just coming down.
     static void flying(Vec3 p, Hit &hit) {
-        constexpr float Ones[][4] = {
-            {-1.6F, 1.55F, 0.6F, 1}, {1.35F, 1.6F, 0.4F, 3}, {0.15F, 1.85F, 1.2F, 5}, {-0.75F, 1.95F, -0.3F, 8}};
-        for (const auto &[x, y, z, turn] : Ones) {
+
+        for (const auto &[x, y, z, turn] : Falling) {
             const Vec3 q = p - Vec3{x, y, z};
             const float far = length(q) - 0.3F;
             if (far > 0.2F) {
@@ -313,7 +315,12 @@ class Hedgehog : public Scene {
             return leaf(top.id, top.vein, p);
         }
         case Flying:
-            return leaf(fraction(p.x * 0.37F + 0.3F * std::round(p.y)), 1, p);
+            for (const auto &[x, y, z, turn] : Falling) {
+                if (length(p - Vec3{x, y, z}) < 0.4F) {
+                    return leaf(fraction(turn * 0.37F), 1, p);
+                }
+            }
+            return {};
         case Spine: {
             const Quill quill = quills(local(p));
             Vec3 look = mix(colour(0x3A2616), colour(0xF2DCB0), smoothStep(0.15F, 0.45F, quill.along));

@@ -53,7 +53,7 @@ class Icebergs : public Scene {
         waterColour = {0.003F, 0.046F, 0.066F};
         exposure = 0.93F;
         for (size_t b = 0; b < m_faces.size(); ++b) {
-            carve(static_cast<int>(b));
+            carve(b);
         }
     }
 
@@ -151,8 +151,8 @@ class Icebergs : public Scene {
     }
 
   private:
-    static constexpr int Sides = 8;
-    static constexpr int Tops = 3;
+    static constexpr size_t Sides = 8;
+    static constexpr size_t Tops = 3;
     struct Face {
         Vec3 n;
         float out;
@@ -162,20 +162,20 @@ class Icebergs : public Scene {
     Vec3 sunGlow(Vec3 d) const { return sunColour * (0.12F * std::pow(std::max(dot(d, sunDirection), 0.0F), 6.0F)); }
 
     /// Ice breaks in flat faces: steep ones around, a few sloping ones on top.
-    void carve(int b) {
+    void carve(size_t b) {
         const Berg &one = Bergs[b];
-        for (int i = 0; i < Sides; ++i) {
+        for (size_t face = 0; face < Sides; ++face) {
+            const int i = static_cast<int>(face);
             const float angle = 2 * Pi * (static_cast<float>(i) + 0.7F * hash(i, one.seed)) / Sides;
             const Vec3 n = normalise({std::cos(angle), 0.08F + 0.4F * hash(i, one.seed, 1), std::sin(angle)});
-            m_faces[static_cast<size_t>(b)][static_cast<size_t>(i)] = {n, one.size *
-                                                                              (0.72F + 0.38F * hash(i, one.seed, 2))};
+            m_faces[b][face] = {n, one.size * (0.72F + 0.38F * hash(i, one.seed, 2))};
         }
-        for (int i = 0; i < Tops; ++i) {
+        for (size_t face = 0; face < Tops; ++face) {
+            const int i = static_cast<int>(face);
             const float angle = 2 * Pi * (static_cast<float>(i) + hash(i, one.seed, 3)) / Tops;
             const float tilt = 0.18F + 0.6F * hash(i, one.seed, 4);
             const Vec3 n = normalise({tilt * std::cos(angle), 1, tilt * std::sin(angle)});
-            m_faces[static_cast<size_t>(b)][static_cast<size_t>(Sides + i)] = {
-                n, one.size * one.tall * (0.75F + 0.25F * hash(i, one.seed, 5))};
+            m_faces[b][Sides + face] = {n, one.size * one.tall * (0.75F + 0.25F * hash(i, one.seed, 5))};
         }
     }
 

@@ -162,9 +162,10 @@ class Parrot : public Scene {
     /// A wooded hill that rises from the sea, palms along its shore.
     static Vec3 island(Vec3 light, float side, float up, float at, float wide, float tall) {
         const float off = (side - at) / wide;
-        const float bumps = fbm(side * 34, up * 40, 3);
+        const float bumps = fbm(side * 30, up * 38, 5);
         const float top = tall * std::exp(-5 * off * off) + 0.022F * (bumps - 0.3F) - 0.006F;
-        const Vec3 wood = mix(colour(0x2C7A5A), colour(0x8AC86A), smoothStep(0.3F, 0.6F, bumps));
+        const Vec3 wood = mix(colour(0x2C7A5A), colour(0x8AC86A),
+                              smoothStep(0.25F, 0.68F, bumps + 0.25F * noise(side * 130, up * 170) - 0.1F));
         light = mix(light, mix(wood, colour(0x9FD0E8), 0.25F), smoothStep(0, 0.006F, std::min(top - up, up + 0.004F)));
         const float beach = std::max(std::fabs(up + 0.004F) - 0.005F, (std::fabs(off) - 0.62F) * 0.05F);
         return mix(light, colour(0xFFEFC8), smoothStep(0.003F, 0, beach));

@@ -286,9 +286,9 @@ class Penguins : public Scene {
     }
 
     static Surface snow(Vec3 p) {
-        const float grit = hash(static_cast<int>(p.x * 90), static_cast<int>(p.z * 90));
+        const float grit = hash(static_cast<int>(std::floor(p.x * 130)), static_cast<int>(std::floor(p.z * 130)));
         const Vec3 white = mix(colour(0xDCE8F6), colour(0xFFFFFF), fbm(p.x * 3, p.z * 3, 4));
-        const float glitter = p.z < 6 && grit > 0.992F ? 1.2F * grit : 0.0F;
+        const float glitter = p.z < 6 && grit > 0.994F ? 0.4F * grit : 0.0F;
         return {.colour = white * 0.9F,
                 .shine = 0.12F,
                 .sharpness = 18,
