@@ -12,6 +12,7 @@ namespace {
 
 constexpr int separatorWidth = 2;   // pixels
 constexpr int separatorHeight = 32; // pixels
+constexpr int separatorMargin = 4;  // pixels, part of the separator: where it is hidden there is no gap
 
 } // namespace
 
@@ -34,11 +35,11 @@ PictureButton *CommandBar::addButton(int number, const QString &key, const QStri
 
 void CommandBar::addSeparator(int number) {
     auto *separator = new QFrame(this);
-    separator->setFixedSize(separatorWidth, separatorHeight);
-    separator->setStyleSheet("background: " + colours::line.name() + "; border-radius: 1px;");
-    m_row->addSpacing(4);
+    separator->setFixedSize(separatorWidth + 2 * separatorMargin, separatorHeight);
+    separator->setStyleSheet(QStringLiteral("background: %1; border-radius: 1px; margin: 0px %2px")
+                                 .arg(colours::line.name())
+                                 .arg(separatorMargin));
     m_row->addWidget(separator);
-    m_row->addSpacing(4);
     m_items.insert(number, {separator, true, true});
     showItems();
 }
