@@ -11,6 +11,7 @@ std::span<const Sample> gallery() {
         Sample{"animals", "butterfly", butterfly},
         Sample{"animals", "clownfish", reef},
         Sample{"animals", "elephants", elephants},
+        Sample{"animals", "hedgehog", hedgehog},
         Sample{"animals", "ladybird", ladybird},
         Sample{"animals", "owl", owl},
         Sample{"animals", "parrot", parrot},

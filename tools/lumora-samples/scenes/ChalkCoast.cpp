@@ -46,7 +46,7 @@ class ChalkCoast : public Scene {
         hit.join((p.y - bed - pebbles(p, bed)) * 0.9F, Bed);
         if (p.y < 0.15F && p.y > 0) { // seen from below the foam does not matter
             const float foam = froth(p, bed, rock);
-            hit.join(p.y - (foam > 0.5F ? 0.006F + 0.05F * (foam - 0.5F) : -0.03F), Foam);
+            hit.join(p.y - (foam > 0.5F ? 0.004F + 0.03F * (foam - 0.5F) : -0.03F), Foam);
         }
         kayak(p, hit);
         boat(p, hit);
@@ -151,7 +151,7 @@ class ChalkCoast : public Scene {
 
     /// White water, more than 0.5 where it is: the edge of the surf, breakers before it, wash around the rocks.
     static float froth(Vec3 p, float bed, float rock) {
-        const float lace = fbm(p.x * 3.2F + 0.6F * noise(p.x * 2, p.z * 2), p.z * 3.2F, 5);
+        const float lace = fbm(p.x * 4.6F + 0.6F * noise(p.x * 2, p.z * 2), p.z * 4.6F, 5);
         float foam = 0;
         if (bed > -0.75F && bed < 0.06F) {
             const float wobble = bed + 0.13F * (noise(p.z * 0.9F, p.x * 0.5F) - 0.5F);
@@ -165,7 +165,7 @@ class ChalkCoast : public Scene {
         if (rock < 0.5F) {
             foam = std::max(foam, smoothStep(0.42F, 0.02F, cliffs({p.x, 0.05F, p.z})));
         }
-        return foam * 0.75F + (lace - 0.5F) * 1.1F * smoothStep(0, 0.2F, foam);
+        return foam * 0.66F + (lace - 0.5F) * 2.0F * smoothStep(0, 0.25F, foam);
     }
 
     /// The headland with its arch, two stacks, the cliff behind the beach and far ones on the horizon.
@@ -228,7 +228,7 @@ class ChalkCoast : public Scene {
         const float weed =
             smoothStep(0.52F, 0.64F, fbm(p.x * 0.55F + 8, p.z * 0.55F, 4)) * smoothStep(-0.25F, -0.6F, p.y);
         look = mix(look, colour(0x2E4A34), 0.8F * weed);
-        return {.colour = look * mix(1.0F, 0.62F, smoothStep(0.1F, 0.02F, p.y))};
+        return {.colour = look * mix(1.0F, 0.7F, smoothStep(0.1F, 0.02F, p.y) * smoothStep(-0.12F, 0.0F, p.y))};
     }
 
     /// The cliff top one stands on, with its flowers.

@@ -19,6 +19,7 @@ std::unique_ptr<Scene> clockwork();
 std::unique_ptr<Scene> dunes();
 std::unique_ptr<Scene> elephants();
 std::unique_ptr<Scene> excavator();
+std::unique_ptr<Scene> hedgehog();
 std::unique_ptr<Scene> icebergs();
 std::unique_ptr<Scene> ladybird();
 std::unique_ptr<Scene> lighthouse();
