@@ -84,7 +84,12 @@ inline Vec3 colour(unsigned rgb) {
     return {linear(rgb >> 16U), linear(rgb >> 8U), linear(rgb)};
 }
 
-/// Turns about an upright axis, and about the axis that points at the viewer; radians.
+/// Turns about the axis to the right, the upright one and the one that points at the viewer; radians.
+inline Vec3 turnX(Vec3 p, float a) {
+    const float c = std::cos(a);
+    const float s = std::sin(a);
+    return {p.x, c * p.y + s * p.z, c * p.z - s * p.y};
+}
 inline Vec3 turnY(Vec3 p, float a) {
     const float c = std::cos(a);
     const float s = std::sin(a);

@@ -8,13 +8,6 @@
 
 namespace lumora::samples {
 
-/// Turns about the axis that points to the right; radians.
-inline Vec3 turnX(Vec3 p, float a) {
-    const float c = std::cos(a);
-    const float s = std::sin(a);
-    return {p.x, c * p.y + s * p.z, c * p.z - s * p.y};
-}
-
 /// What lies in `a` and not in `b`, with a soft edge about `k` wide.
 inline float carve(float a, float b, float k) {
     return -blend(-a, b, k);

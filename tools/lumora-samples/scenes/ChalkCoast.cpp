@@ -287,7 +287,7 @@ class ChalkCoast : public Scene {
         }
         const float wide = 0.2F * std::sqrt(std::max(0.0F, 1 - (q.x + 0.1F) * (q.x + 0.1F) * 1.9F));
         hit.join(0.6F * std::max({std::fabs(q.z) - wide + 0.25F * std::max(0.0F, 0.15F - q.y),
-                                  q.y - 0.17F - 0.08F * q.x * q.x, -q.y - 0.1F}),
+                                  q.y - 0.17F - 0.08F * q.x * q.x, -q.y - 0.1F, std::fabs(q.x + 0.1F) - 0.7F}),
                  Hull);
         hit.join(stick(q, {0.1F, 0.1F, 0}, {0.1F, 1.5F, 0}, 0.018F), Hull);
         const float belly = 0.12F * std::sin(clamp01((q.y - 0.25F) / 1.2F) * Pi);

@@ -9,12 +9,6 @@
 
 namespace lumora::samples {
 
-inline Vec3 turnX(Vec3 p, float a) {
-    const float c = std::cos(a);
-    const float s = std::sin(a);
-    return {p.x, c * p.y + s * p.z, c * p.z - s * p.y};
-}
-
 /// The half space z > 0 for both sides of a machine.
 inline Vec3 bothSides(Vec3 p) {
     return {p.x, p.y, std::fabs(p.z)};
