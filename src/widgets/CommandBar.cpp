@@ -78,6 +78,9 @@ void CommandBar::showItems() {
 
 void CommandBar::setButtonEnabled(const QString &key, bool enabled) {
     if (PictureButton *found = button(key)) {
+        if (!enabled && found->hasFocus()) {
+            found->clearFocus(); // else a neighbour gets it, and a second press of the same key would do something else
+        }
         found->setEnabled(enabled);
     }
 }

@@ -49,7 +49,7 @@ make_film() {
     # What has become of the photo, shortly before the end.
     ffmpeg -nostdin -y -loglevel error -sseof -0.5 -i "$packed" -frames:v 1 -vf scale=512:-1 -q:v 4 \
         "$videos/posters/$1.jpg"
-    rm -f "$stage/My Photos/old train.jpg"
+    rm -f "$stage/My Photos/train.jpg"
     echo "$1: $(($(stat -c %s "$packed") / 1000)) kB"
 }
 
