@@ -4,6 +4,7 @@
 #include "widgets/Pager.h"
 #include "widgets/Theme.h"
 
+#include <QApplication>
 #include <QSet>
 #include <QSignalSpy>
 #include <QTest>
@@ -88,6 +89,17 @@ TEST(CommandBar, TellsWhichButtonWasClicked) {
     bar->resize(bar->width() + 100, bar->height());
     QTest::mouseClick(bar.get(), Qt::LeftButton, {}, {bar->width() - 1, 1});
     EXPECT_EQ(beside.size(), 1);
+}
+
+TEST(CommandBar, AButtonThatIsDisabledHandsTheKeyboardToNoNeighbour) {
+    const auto bar = someBar();
+    bar->show();
+    bar->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(bar.get()));
+    bar->button("keyUndo")->setFocus();
+    ASSERT_EQ(QApplication::focusWidget(), bar->button("keyUndo"));
+    bar->setButtonEnabled("keyUndo", false);
+    EXPECT_EQ(QApplication::focusWidget(), nullptr);
 }
 
 // --- FloatingToolbar ------------------------------------------------------------------------------------------------
