@@ -225,7 +225,11 @@ Outcome Player::setCombo(QComboBox &combo, const QString &value) {
 
 std::vector<QPoint> Player::placesOnPicture(const Step &step, QString &problem) {
     QWidget *canvas = m_program.canvas();
-    problem = canvas == nullptr ? "there is no photo" : reach(*canvas);
+    if (canvas == nullptr) {
+        problem = "there is no photo";
+        return {};
+    }
+    problem = reach(*canvas);
     std::vector<QPoint> places;
     const std::vector<int> numbers = coordinates(step.word(0));
     for (std::size_t index = 0; index + 1 < numbers.size() && problem.isEmpty(); index += 2) {
@@ -265,7 +269,10 @@ Outcome Player::point(const Step &step) {
         return Outcome::goes();
     }
     const FoundControl found = findControl(step.word(0));
-    const QString problem = found.widget == nullptr ? found.problem : reach(*found.widget);
+    if (found.widget == nullptr) {
+        return Outcome::notYet(found.problem);
+    }
+    const QString problem = reach(*found.widget);
     QPoint place;
     if (!problem.isEmpty() || !findClickPoint(*found.widget, place)) {
         return Outcome::notYet(problem);
