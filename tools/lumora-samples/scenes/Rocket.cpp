@@ -134,9 +134,7 @@ class Rocket : public LaunchSite {
             // Measuring pattern: black and white fields.
             const bool upper = p.y > 24.3F;
             tone = (std::fmod(std::floor((angle + Pi) / (Pi / 4)), 2.0F) < 1) == upper ? colour(0x1B1C22) : tone;
-        } else if (std::fabs(p.y - 26.1F) < 0.22F) {
-            tone = colour(0xE2491B);
-        } else if (std::fabs(p.y - 28.75F) < 0.14F || p.y > 31) {
+        } else if (std::fabs(p.y - 26.1F) < 0.22F || std::fabs(p.y - 28.75F) < 0.14F || p.y > 31) {
             tone = colour(0xE2491B);
         } else if (std::fabs(p.x) > 1.8F && std::fabs(p.y - 17.4F) < 0.45F) {
             tone = colour(0x1D3F9E);
