@@ -36,7 +36,8 @@ the licence named (https://creativecommons.org/licenses). All other pictures her
             case $package in '' | '#'*) continue ;; esac
             package=${package%% } file=${file# } file=${file%% } group=${group# } group=${group%% }
             name=${name# } name=${name%% } author=${author# } author=${author%% } licence=${licence# }
-            install -D -m 644 "$2/$package/$file" "$1/$group/$name.jpg" || continue
+            mkdir -p "$1/$group"
+            install -m 644 "$2/$package/$file" "$1/$group/.$name" && mv "$1/$group/.$name" "$1/$group/$name.jpg" || continue
             printf '%s\n    %s, %s\n    package %s, %s\n' "$group/$name.jpg" "$author" "$licence" "$package" "$file"
         done <scripts/photographs.txt
     } >"$1/Credits.txt"

@@ -224,14 +224,15 @@ IdeaPicture::IdeaPicture(QSize size, QWidget *parent) : QWidget(parent) {
 
 void IdeaPicture::setIdea(const Idea &idea) {
     m_idea = &idea;
-    m_picture = paintIdea(idea, size(), devicePixelRatioF());
+    m_picture = QPixmap(); // painted when it is seen
     update();
 }
 
 void IdeaPicture::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    if (m_idea != nullptr && m_picture.devicePixelRatio() != devicePixelRatioF()) {
-        m_picture = paintIdea(*m_idea, size(), devicePixelRatioF()); // the window has gone to another screen
+    const bool otherScreen = m_picture.devicePixelRatio() != devicePixelRatioF();
+    if (m_idea != nullptr && (m_picture.isNull() || otherScreen)) {
+        m_picture = paintIdea(*m_idea, size(), devicePixelRatioF());
     }
     painter.drawPixmap(0, 0, m_picture);
 }

@@ -127,6 +127,7 @@ QString PhotoList::showFolder(const QString &folder, const QStringList &patterns
     m_folder = folder;
     clear();
     addItems(sortedNames(folder, patterns));
+    setAccessibleDescription(count() == 0 ? m_emptyHint : QString());
     scrollToTop();
     m_settle.start();
     return {};
@@ -135,7 +136,6 @@ QString PhotoList::showFolder(const QString &folder, const QStringList &patterns
 void PhotoList::setEmptyHint(const QString &text, const QString &icon) {
     m_emptyHint = text;
     m_emptyIcon = icon;
-    setAccessibleDescription(text);
     viewport()->update();
 }
 

@@ -23,7 +23,8 @@ class PhotoList : public QListWidget {
     /// was.
     QString showFolder(const QString &folder, const QStringList &patterns);
 
-    /// What an empty list says, with an icon before it (":/icons/NAME.svg"); nothing when it is not set.
+    /// What an empty list says, with an icon before it (":/icons/NAME.svg"); nothing when it is not set. Set before
+    /// showFolder.
     void setEmptyHint(const QString &text, const QString &icon);
 
     /// The name of the chosen file, or an empty text.

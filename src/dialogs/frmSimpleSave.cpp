@@ -84,8 +84,8 @@ QString simpleSaveName(const QString &typed, int type) {
 
 QString freeSaveName(const QString &folder, const QString &base) {
     QSet<QString> taken;
-    for (const QFileInfo &file : QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)) {
-        taken += file.completeBaseName().toCaseFolded();
+    for (const QString &file : QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System, QDir::Unsorted)) {
+        taken += QFileInfo(file).completeBaseName().toCaseFolded();
     }
     QString name = base;
     for (int number = 2; taken.contains(name.toCaseFolded()); ++number) {

@@ -137,8 +137,11 @@ TEST_F(frmSimpleOpenTest, SampleGroupsLeadToTheirFolders) {
         writePhoto(QString("program/My Photos/%1/in %1.png").arg(folder));
     }
     open([&](QWidget &window) {
+        const auto *list = control<PhotoList>(window, "File1");
+        EXPECT_FALSE(list->accessibleDescription().isEmpty()) << "the empty list says where pictures are";
         for (int n = 1; n <= 5; ++n) {
             click(window, qPrintable(QString("cmdGrp%1").arg(n)));
+            EXPECT_EQ(list->accessibleDescription(), "");
             EXPECT_EQ(text(window, "txtPath"), samples() + '/' + folders[n - 1]);
             EXPECT_EQ(names(window), QStringList(QString("in %1.png").arg(folders[n - 1])));
         }
