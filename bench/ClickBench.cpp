@@ -13,8 +13,7 @@ namespace lumora {
 namespace {
 
 struct Desk {
-    ToolFlags flags;
-    PhotoDocument photo{flags};
+    PhotoDocument photo;
 };
 
 void addClick(const char *name, bool (*effect)(EffectEngine &engine)) {

@@ -4,8 +4,8 @@
 
 #include "imaging/Picture.h"
 #include "imaging/Scale.h"
+#include "imaging/effects/ColourFocus.h"
 #include "imaging/transforms/Canvas.h"
-#include "imaging/transforms/ColourFocus.h"
 #include "imaging/transforms/FrameOverlay.h"
 #include "imaging/transforms/Transform.h"
 

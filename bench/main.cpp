@@ -2,7 +2,7 @@
 // Read docs/performance.md for what the rows say; --benchmark_filter=Sepia runs some of them.
 #include "BenchRows.h"
 
-#include "imaging/effects/Targets.h"
+#include "imaging/kernels/Targets.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,5 +1,5 @@
 #!/bin/bash
-# Formatting (clang-format) and static analysis (clang-tidy) of everything in src, tests, tools and bench.
+# Formatting (clang-format) and static analysis (clang-tidy) of everything in src, tests, devtools, content and bench.
 # Called by ./test --style, which installs what it needs.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
@@ -14,7 +14,7 @@ fi
 quietly build/log/build-style.log cmake --build build/style --target autogen
 
 say "Looking at the formatting"
-find src tests tools bench -name '*.cpp' -o -name '*.h' | xargs -r clang-format --dry-run --Werror
+find src tests devtools content bench -name '*.cpp' -o -name '*.h' | xargs -r clang-format --dry-run --Werror
 
 say "Analysing the code ($(nproc) at a time; this takes minutes)"
 compiled=$(awk -F'"' '$2 == "file" && $4 !~ /\/build/ { print $4 }' build/style/compile_commands.json | sort -u)

@@ -1,14 +1,14 @@
 #include "app/basMain.h"
 
 #include "app/ClosingSignals.h"
-#include "app/frmHelp.h"
 #include "app/frmLauncher.h"
-#include "app/frmMain.h"
 #include "app/frmSplash.h"
-#include "app/settings/LoadSettings.h"
 #include "document/RecoveryFolder.h"
+#include "guide/frmHelp.h"
+#include "session/LoadSettings.h"
 #include "widgets/ApplicationIcon.h"
 #include "widgets/Theme.h"
+#include "window/frmMain.h"
 
 #include <QApplication>
 #include <QFileInfo>

@@ -2,7 +2,7 @@
 // it is unloaded. main.cpp calls runLumora; the script player drives a basMain of its own.
 #pragma once
 
-#include "app/settings/AppContext.h"
+#include "session/AppContext.h"
 
 #include <QObject>
 #include <QPointer>

@@ -1,13 +1,14 @@
 #include "app/frmLauncher.h"
 
-#include "app/ScenePicture.h"
-#include "app/frmHelp.h"
-#include "app/settings/AppContext.h"
-#include "app/settings/LoadSettings.h"
+#include "guide/frmHelp.h"
+#include "session/AppContext.h"
+#include "session/LoadSettings.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/PictureButton.h"
+#include "widgets/ScenePicture.h"
 #include "widgets/Theme.h"
 #include "widgets/WindowDragger.h"
+#include "widgets/WindowTexts.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -141,7 +142,7 @@ PictureButton *frmLauncher::footButton(const QString &name, const QString &icon)
 }
 
 void frmLauncher::LoadLanguage() {
-    m_context.texts.LoadLanguage(*this);
+    showTexts(m_context.texts, *this);
     cmdExit->setText(m_context.texts.text("Exit"));
 }
 

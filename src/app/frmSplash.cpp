@@ -1,11 +1,12 @@
 #include "app/frmSplash.h"
 
-#include "app/ScenePicture.h"
-#include "app/frmMessage.h"
-#include "app/settings/AppContext.h"
+#include "dialogs/frmMessage.h"
+#include "session/AppContext.h"
 #include "widgets/AnimatedButton.h"
+#include "widgets/ScenePicture.h"
 #include "widgets/Theme.h"
 #include "widgets/TitleStrip.h"
+#include "widgets/WindowTexts.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -54,7 +55,7 @@ frmSplash::frmSplash(AppContext &context) : BorderlessDialog("frmSplash", nullpt
     setAttribute(Qt::WA_DeleteOnClose);
     build();
     lblVersion->setText("Version " + versionNumber());
-    context.texts.LoadLanguage(*this);
+    showTexts(context.texts, *this);
     recordInstallation();
     txtDisplayMessage = context.setting("Display Message", "Value", "1");
 

@@ -1,7 +1,7 @@
 // The photos of one folder as thumbnails with their names beneath: `File1` of the Simple open dialog.
 #pragma once
 
-#include "document/Thumbnails.h"
+#include "view/Thumbnails.h"
 
 #include <QCache>
 #include <QListWidget>

@@ -1,6 +1,6 @@
 #include "dialogs/SimpleFileDialog.h"
 
-#include "app/settings/AppContext.h"
+#include "session/AppContext.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/TitleStrip.h"
 

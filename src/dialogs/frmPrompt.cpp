@@ -1,11 +1,12 @@
 #include "dialogs/frmPrompt.h"
 
-#include "app/settings/AppContext.h"
-#include "document/Thumbnails.h"
+#include "session/AppContext.h"
+#include "view/Thumbnails.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
 #include "widgets/TitleStrip.h"
+#include "widgets/WindowTexts.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -67,7 +68,7 @@ frmPrompt::frmPrompt(AppContext &ctx, PromptKind kind, QWidget *owner)
         cmdExit->setToolTip(ctx.texts.text("DlgSaveCancelButton"));
         connect(cmdExit, &QAbstractButton::clicked, this, &QDialog::reject);
     }
-    ctx.texts.LoadLanguage(*this);
+    showTexts(ctx.texts, *this);
     addPicture(ctx, kind);
 
     AnimatedButton *first = row.enterAnswer == Answer::Yes ? cmdYes : cmdNo;

@@ -1,9 +1,10 @@
 #include "dialogs/frmSimpleOpen.h"
 
-#include "app/settings/AppContext.h"
-#include "app/settings/LoadSettings.h"
 #include "dialogs/PhotoList.h"
+#include "session/AppContext.h"
+#include "session/LoadSettings.h"
 #include "widgets/AnimatedButton.h"
+#include "widgets/WindowTexts.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -46,7 +47,7 @@ frmSimpleOpen::frmSimpleOpen(AppContext &ctx, const QString &name, QWidget *owne
     File1->setObjectName("File1");
     File1->setEmptyHint(ctx.texts.text("NoPhotosHere"), layoutDirection() == Qt::RightToLeft ? "right" : "left");
     layOut();
-    m_ctx.texts.LoadLanguage(*this);
+    showTexts(m_ctx.texts, *this);
     const auto takeName = [this] {
         if (const QString chosen = File1->chosenName(); !chosen.isEmpty()) {
             txtFile->setText(chosen);

@@ -1,10 +1,11 @@
 #include "dialogs/frmSimpleSave.h"
 
-#include "app/settings/AppContext.h"
-#include "app/settings/LoadSettings.h"
+#include "session/AppContext.h"
+#include "session/LoadSettings.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/ElidedLabel.h"
 #include "widgets/Theme.h"
+#include "widgets/WindowTexts.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -106,7 +107,7 @@ frmSimpleSave::frmSimpleSave(AppContext &ctx, const QString &name, QWidget *owne
     txtFile->setValidator(new NameValidator(txtFile));
     fillTypes();
     layOut();
-    m_ctx.texts.LoadLanguage(*this);
+    showTexts(m_ctx.texts, *this);
     connect(txtFile, &QLineEdit::textChanged, this, &frmSimpleSave::showName);
     connect(cboFilter, &QComboBox::currentIndexChanged, this, &frmSimpleSave::showName);
     showName();

@@ -43,7 +43,7 @@ QImage houseFormat(const QImage &picture) {
 
 } // namespace
 
-PhotoDocument::PhotoDocument(ToolFlags &flags, QObject *parent) : QObject(parent), m_flags(flags) {}
+PhotoDocument::PhotoDocument(QObject *parent) : QObject(parent) {}
 
 PhotoDocument::~PhotoDocument() = default;
 

@@ -4,7 +4,6 @@
 
 #include "document/PhotoHistory.h"
 #include "document/PhotoSelection.h"
-#include "document/ToolFlags.h"
 #include "imaging/PictureFile.h"
 
 #include <QImage>
@@ -34,7 +33,7 @@ class PhotoDocument : public QObject {
     Q_OBJECT
 
   public:
-    explicit PhotoDocument(ToolFlags &flags, QObject *parent = nullptr);
+    explicit PhotoDocument(QObject *parent = nullptr);
     ~PhotoDocument() override;
 
     // The holders. All share their pixels until one is changed.
@@ -126,7 +125,6 @@ class PhotoDocument : public QObject {
     bool stepThroughHistory(bool back);
     PictureError fillFrom(const PictureRead &read, OpenRoute route);
 
-    ToolFlags &m_flags;
     PhotoHistory m_history;
     PhotoSelection m_selection;
     QImage m_canvas, m_buffer, m_thumb;

@@ -1,9 +1,9 @@
 #include "effects/EffectPreviews.h"
 
-#include "app/settings/AppContext.h"
 #include "effects/BasicEffects.h"
 #include "effects/SpecialEffects.h"
 #include "imaging/Scale.h"
+#include "session/AppContext.h"
 #include "widgets/FloatingToolbar.h"
 
 namespace lumora {

@@ -1,8 +1,8 @@
 #include "effects/EffectsPanel.h"
 
-#include "app/settings/AppContext.h"
-#include "document/PhotoView.h"
 #include "imaging/Scale.h"
+#include "session/AppContext.h"
+#include "view/PhotoView.h"
 #include "widgets/PictureButton.h"
 
 #include <QHBoxLayout>

@@ -1,8 +1,8 @@
 #include "effects/Frames.h"
 
-#include "app/settings/AppContext.h"
 #include "imaging/EffectEngine.h"
 #include "imaging/Scale.h"
+#include "session/AppContext.h"
 #include "widgets/FloatingToolbar.h"
 
 #include <algorithm>

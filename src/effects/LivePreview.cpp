@@ -1,9 +1,9 @@
 #include "effects/LivePreview.h"
 
-#include "app/settings/AppContext.h"
-#include "document/PhotoView.h"
 #include "imaging/Scale.h"
 #include "imaging/transforms/Canvas.h"
+#include "session/AppContext.h"
+#include "view/PhotoView.h"
 
 #include <QElapsedTimer>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "effects/PerspectiveBox.h"
 
-#include "effects/ColourPicker.h"
+#include "widgets/ColourPicker.h"
 #include "widgets/PictureButton.h"
 
 #include <QGridLayout>

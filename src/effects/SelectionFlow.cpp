@@ -1,8 +1,8 @@
 #include "effects/SelectionFlow.h"
 
-#include "app/settings/AppContext.h"
-#include "document/DoEvents.h"
 #include "imaging/transforms/Canvas.h"
+#include "session/AppContext.h"
+#include "session/DoEvents.h"
 
 #include <QtNumeric>
 #include <new>

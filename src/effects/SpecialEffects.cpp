@@ -1,8 +1,8 @@
 #include "effects/SpecialEffects.h"
 
-#include "app/settings/AppContext.h"
 #include "imaging/PictureFile.h"
 #include "imaging/Scale.h"
+#include "session/AppContext.h"
 
 #include <QFile>
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "imaging/Picture.h"
 
 #include "imaging/PictureBuffers.h"
-#include "imaging/effects/AlphaBytes.h"
+#include "imaging/kernels/AlphaBytes.h"
 
 #include <cstring>
 

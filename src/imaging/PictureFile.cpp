@@ -1,11 +1,11 @@
 #include "imaging/PictureFile.h"
 
+#include "base/ReplaceFile.h"
 #include "imaging/Picture.h"
 #include "imaging/Scale.h"
-#include "imaging/effects/AlphaBytes.h"
 #include "imaging/files/Format.h"
 #include "imaging/files/Orientation.h"
-#include "imaging/files/ReplaceFile.h"
+#include "imaging/kernels/AlphaBytes.h"
 
 #include <QBuffer>
 #include <QFile>

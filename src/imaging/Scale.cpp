@@ -1,10 +1,10 @@
 #include "imaging/Scale.h"
 
 #include "imaging/Picture.h"
-#include "imaging/effects/AreaAverage.h"
-#include "imaging/effects/BoxReduce.h"
-#include "imaging/effects/Premultiply.h"
-#include "imaging/effects/ScratchPicture.h"
+#include "imaging/kernels/AreaAverage.h"
+#include "imaging/kernels/BoxReduce.h"
+#include "imaging/kernels/Premultiply.h"
+#include "imaging/kernels/ScratchPicture.h"
 #include "imaging/transforms/Resample.h"
 
 #include <new>

@@ -1,6 +1,6 @@
 #include "output/DeviceLists.h"
 
-#include "app/settings/AppContext.h"
+#include "session/AppContext.h"
 
 namespace lumora {
 

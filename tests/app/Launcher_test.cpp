@@ -1,8 +1,8 @@
 // The launcher: texts, colours, keys. What its two mode buttons start is tested with the start itself.
 #include "app/frmLauncher.h"
 
-#include "ShellCheck.h"
-#include "app/frmHelp.h"
+#include "guide/frmHelp.h"
+#include "support/ShellCheck.h"
 #include "support/TextCheck.h"
 #include "widgets/AnimatedButton.h"
 

@@ -1,8 +1,8 @@
 // The splash: which way it goes on, its throbber, what it leaves in the user's settings store.
 #include "app/frmSplash.h"
 
-#include "ShellCheck.h"
-#include "app/frmMessage.h"
+#include "dialogs/frmMessage.h"
+#include "support/ShellCheck.h"
 #include "support/TextCheck.h"
 
 #include <QAbstractButton>

@@ -1,12 +1,12 @@
 // What each command line opens, and when the program ends.
 #include "app/basMain.h"
 
-#include "ShellCheck.h"
 #include "app/frmLauncher.h"
-#include "app/frmMain.h"
 #include "app/frmSplash.h"
-#include "app/settings/LoadSettings.h"
+#include "session/LoadSettings.h"
+#include "support/ShellCheck.h"
 #include "support/TestPictures.h"
+#include "window/frmMain.h"
 
 #include <QAbstractButton>
 #include <QDir>

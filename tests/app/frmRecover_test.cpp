@@ -1,14 +1,14 @@
 // What a child meets after a crash: the question, its answers, and the ways in which the program ends without asking.
-#include "app/frmRecover.h"
+#include "dialogs/frmRecover.h"
 
 #include "app/ClosingSignals.h"
-#include "app/RecoveryOffer.h"
 #include "document/Recovery.h"
 #include "support/TestPictures.h"
 #include "support/TextCheck.h"
 #include "widgets/AnimatedButton.h"
+#include "window/RecoveryOffer.h"
 
-#include "ShellCheck.h"
+#include "support/ShellCheck.h"
 
 #include <QApplication>
 #include <QDir>
@@ -188,8 +188,7 @@ TEST(RecoverProgram, DISABLED_runs) {
     int code = -1;
     {
         const ClosingSignals closingSignals;
-        ToolFlags flags;
-        PhotoDocument photo(flags);
+        PhotoDocument photo;
         const Recovery recovery(photo, qEnvironmentVariable("LUMORA_TEST_RECOVERY"));
         QTimer::singleShot(0, qApp, [&] {
             for (int n = 1; n <= 5; ++n) {

@@ -1,8 +1,8 @@
 // A throw-away installation and a hand that answers modal windows, for the tests of the dialogs.
 #pragma once
 
-#include "app/settings/AppContext.h"
 #include "imaging/PictureFile.h"
+#include "session/AppContext.h"
 #include "support/TestPictures.h"
 
 #include <QAbstractButton>

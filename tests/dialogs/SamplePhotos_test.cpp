@@ -10,7 +10,7 @@ namespace {
 
 TEST(SamplePhotos, EveryGroupHasSixThatAreWholeAndPainted) {
     const QString source = qEnvironmentVariable("LUMORA_SOURCE");
-    QFile rows(source + "/tools/lumora-samples/Gallery.cpp");
+    QFile rows(source + "/content/samples/Gallery.cpp");
     ASSERT_TRUE(rows.open(QIODevice::ReadOnly));
     const QString gallery = QString::fromUtf8(rows.readAll());
     qsizetype photos = 0;

@@ -31,8 +31,7 @@ struct Document : testing::Test {
         return std::exchange(heard, PhotoChanges());
     }
 
-    ToolFlags flags;
-    PhotoDocument photo{flags};
+    PhotoDocument photo;
     PhotoChanges heard;
     int signalCount = 0;
 };
@@ -44,8 +43,7 @@ QImage plain(int width, int height, QRgb colour = qRgb(10, 20, 30)) {
 }
 
 TEST(PhotoDocument, aPasteComesAsALoadedFileWithoutAnUndoPoint) {
-    ToolFlags flags;
-    PhotoDocument photo(flags);
+    PhotoDocument photo;
     const QImage loaded = photoLike(60, 40);
     const QImage changed = photoLike(30, 20);
     const QImage pasted = photoLike(50, 80, true);
@@ -66,7 +64,7 @@ TEST(PhotoDocument, aPasteComesAsALoadedFileWithoutAnUndoPoint) {
     EXPECT_EQ(photo.history().undoSteps(), 1);
     EXPECT_TRUE(photo.PerformUndo());
     EXPECT_EQ(photo.picCanvas(), loaded);
-    PhotoDocument empty(flags);
+    PhotoDocument empty;
     ASSERT_EQ(empty.pastePicture({pasted, PictureError::None, {}}), PictureError::None);
     EXPECT_TRUE(empty.PhotoLoaded());
     EXPECT_EQ(empty.history().undoSteps(), 0);
@@ -169,7 +167,6 @@ TEST_F(Document, describesThePhotoInTheStatusLine) {
 }
 
 TEST_F(Document, opensWithAllCopiesSharedAndSaysSoOnce) {
-    flags.FreeResizeActive = true;
     for (const Route route : {Route::LoadPhoto, Route::TmrLoadPhoto}) {
         photo.setPhotoModified(true);
         photo.setZoom(300);
@@ -270,7 +267,6 @@ TEST_F(Document, undoesAndRedoes) {
     EXPECT_TRUE(heard.testFlag(PhotoChange::Pixels));
     EXPECT_TRUE(heard.testFlag(PhotoChange::Selection));
     EXPECT_TRUE(photo.selection().isEmpty()); // it marked a part of another picture
-    flags.FreeResizeActive = true;
     photo.PerformRedo();
     EXPECT_EQ(photo.picCanvas().size(), QSize(20, 30));
     EXPECT_TRUE(heard.testFlag(PhotoChange::Selection)); // the frame is given back

@@ -128,8 +128,7 @@ TEST(PhotoSelection, makesItsPixelsAnewForAnotherMarkOrPicture) {
 }
 
 TEST(PhotoSelection, isLostWithItsPhoto) {
-    ToolFlags flags;
-    PhotoDocument photo(flags);
+    PhotoDocument photo;
     const auto open = [&photo](int width) {
         photo.openPicture({test::photoLike(width, 30), PictureError::None, {}}, PhotoDocument::OpenRoute::LoadPhoto);
         PhotoSelection selection;

@@ -82,8 +82,7 @@ constexpr int changesBeforeReady = 3;
 /// A photo as a tool has just changed it.
 struct Work {
     explicit Work(const QString &folder) : recovery(photo, folder) {}
-    ToolFlags flags;
-    PhotoDocument photo{flags};
+    PhotoDocument photo;
     Recovery recovery;
 };
 

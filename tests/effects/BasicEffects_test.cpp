@@ -1,6 +1,6 @@
 #include "effects/BasicEffects.h"
 
-#include "app/settings/AppContext.h"
+#include "session/AppContext.h"
 #include "support/TestPictures.h"
 
 #include <QTemporaryDir>

@@ -1,8 +1,8 @@
 #include "effects/EffectPreviews.h"
 
-#include "app/settings/AppContext.h"
 #include "effects/BasicEffects.h"
 #include "effects/SpecialEffects.h"
+#include "session/AppContext.h"
 #include "support/TestPictures.h"
 #include "widgets/FloatingToolbar.h"
 

@@ -1,8 +1,8 @@
 #include "effects/EffectsPanel.h"
 
-#include "app/settings/AppContext.h"
-#include "document/PhotoView.h"
+#include "session/AppContext.h"
 #include "support/TestPictures.h"
+#include "view/PhotoView.h"
 #include "widgets/PictureButton.h"
 
 #include <QLabel>

@@ -1,9 +1,9 @@
 #include "effects/SpecialEffects.h"
 
-#include "app/settings/AppContext.h"
 #include "effects/BasicEffects.h"
 #include "effects/ColourAdjustments.h"
 #include "imaging/Picture.h"
+#include "session/AppContext.h"
 #include "support/TestPictures.h"
 
 #include <QSignalSpy>

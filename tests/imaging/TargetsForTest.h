@@ -1,7 +1,7 @@
 // Runs a test with every version of the kernels that this processor can run, not only with the one it would choose.
 #pragma once
 
-#include "imaging/effects/Targets.h"
+#include "imaging/kernels/Targets.h"
 
 #include <gtest/gtest.h>
 #include <hwy/highway.h>

@@ -1,6 +1,6 @@
 #include "imaging/Picture.h"
 #include "imaging/TargetsForTest.h"
-#include "imaging/transforms/ColourFocus.h"
+#include "imaging/effects/ColourFocus.h"
 #include "support/TestPictures.h"
 
 #include <climits>

@@ -1,7 +1,7 @@
 // Writing: what is written comes back, and a file is replaced whole or not at all.
+#include "base/ReplaceFile.h"
 #include "imaging/Picture.h"
 #include "imaging/PictureFile.h"
-#include "imaging/files/ReplaceFile.h"
 #include "support/TestPictures.h"
 
 #include <QDir>

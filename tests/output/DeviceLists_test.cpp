@@ -1,5 +1,5 @@
-#include "app/settings/AppContext.h"
 #include "output/DeviceLists.h"
+#include "session/AppContext.h"
 
 #include <QFile>
 #include <QSignalSpy>

@@ -1,6 +1,7 @@
 #include "support/TextCheck.h"
 
-#include "app/settings/Texts.h"
+#include "base/Texts.h"
+#include "widgets/WindowTexts.h"
 
 #include <QAbstractButton>
 #include <QFile>

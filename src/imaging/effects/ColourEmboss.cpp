@@ -1,6 +1,6 @@
 #include "imaging/effects/ColourEmboss.h"
 
-#include "imaging/effects/Convolution.h"
+#include "imaging/kernels/Convolution.h"
 
 #include <algorithm>
 

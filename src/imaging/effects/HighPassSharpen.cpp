@@ -1,6 +1,6 @@
 #include "imaging/effects/HighPassSharpen.h"
 
-#include "imaging/effects/Convolution.h"
+#include "imaging/kernels/Convolution.h"
 
 #include <algorithm>
 

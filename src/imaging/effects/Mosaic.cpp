@@ -1,8 +1,8 @@
 #include "imaging/effects/Mosaic.h"
 
-#include "imaging/effects/BlockMean.h"
-#include "imaging/effects/ColumnSums.h"
-#include "imaging/effects/RowBands.h"
+#include "imaging/kernels/BlockMean.h"
+#include "imaging/kernels/ColumnSums.h"
+#include "imaging/kernels/RowBands.h"
 
 #include <array>
 #include <cstring>

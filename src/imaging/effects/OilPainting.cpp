@@ -1,10 +1,10 @@
 #include "imaging/effects/OilPainting.h"
 
-#include "imaging/effects/PartOf.h"
-#include "imaging/effects/Premultiply.h"
-#include "imaging/effects/RowBands.h"
-#include "imaging/effects/ScratchPicture.h"
-#include "imaging/effects/Targets.h"
+#include "imaging/kernels/PartOf.h"
+#include "imaging/kernels/Premultiply.h"
+#include "imaging/kernels/RowBands.h"
+#include "imaging/kernels/ScratchPicture.h"
+#include "imaging/kernels/Targets.h"
 
 #include <vector>
 

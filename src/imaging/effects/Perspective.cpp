@@ -1,11 +1,11 @@
 #include "imaging/effects/Perspective.h"
 
-#include "imaging/effects/PartOf.h"
-#include "imaging/effects/PerspectiveColumns.h"
-#include "imaging/effects/Premultiply.h"
-#include "imaging/effects/RowBands.h"
-#include "imaging/effects/ScratchPicture.h"
-#include "imaging/effects/Targets.h"
+#include "imaging/kernels/PartOf.h"
+#include "imaging/kernels/PerspectiveColumns.h"
+#include "imaging/kernels/Premultiply.h"
+#include "imaging/kernels/RowBands.h"
+#include "imaging/kernels/ScratchPicture.h"
+#include "imaging/kernels/Targets.h"
 
 #include <cmath>
 #include <cstring>
@@ -15,7 +15,7 @@
 #define HWY_TARGET_INCLUDE "imaging/effects/Perspective.cpp"
 #include <hwy/foreach_target.h> // must come before highway.h
 
-#include "imaging/effects/PointOperation-inl.h"
+#include "imaging/kernels/PointOperation-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace lumora::HWY_NAMESPACE {

@@ -1,13 +1,13 @@
 #include "imaging/effects/PopArt.h"
 
-#include "imaging/effects/PointOperation.h"
-#include "imaging/effects/Targets.h"
+#include "imaging/kernels/PointOperation.h"
+#include "imaging/kernels/Targets.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/effects/PopArt.cpp"
 #include <hwy/foreach_target.h> // must come before highway.h
 
-#include "imaging/effects/PointOperation-inl.h"
+#include "imaging/kernels/PointOperation-inl.h"
 
 #ifndef LUMORA_POP_ART_LIGHTNESS // once, whatever the processor
 #define LUMORA_POP_ART_LIGHTNESS

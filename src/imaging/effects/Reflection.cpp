@@ -1,7 +1,7 @@
 #include "imaging/effects/Reflection.h"
 
-#include "imaging/effects/PointOperation.h"
-#include "imaging/effects/Shade.h"
+#include "imaging/kernels/PointOperation.h"
+#include "imaging/kernels/Shade.h"
 
 #include <cmath>
 #include <iterator>

@@ -1,13 +1,13 @@
 #include "imaging/effects/Saturation.h"
 
-#include "imaging/effects/PointOperation.h"
-#include "imaging/effects/Targets.h"
+#include "imaging/kernels/PointOperation.h"
+#include "imaging/kernels/Targets.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/effects/Saturation.cpp"
 #include <hwy/foreach_target.h> // must come before highway.h
 
-#include "imaging/effects/PointOperation-inl.h"
+#include "imaging/kernels/PointOperation-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace lumora::HWY_NAMESPACE {

@@ -1,6 +1,6 @@
 #include "imaging/effects/Sharpen.h"
 
-#include "imaging/effects/Convolution.h"
+#include "imaging/kernels/Convolution.h"
 
 namespace lumora {
 

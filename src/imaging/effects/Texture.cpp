@@ -1,6 +1,6 @@
 #include "imaging/effects/Texture.h"
 
-#include "imaging/effects/Shade.h"
+#include "imaging/kernels/Shade.h"
 
 #include <algorithm>
 

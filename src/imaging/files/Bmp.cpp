@@ -1,9 +1,9 @@
 // Reading and writing BMP.
 #include "imaging/Picture.h"
-#include "imaging/effects/AlphaBytes.h"
 #include "imaging/files/BmpHeader.h"
 #include "imaging/files/Flatten.h"
 #include "imaging/files/Format.h"
+#include "imaging/kernels/AlphaBytes.h"
 
 #include <QtEndian>
 #include <bit>

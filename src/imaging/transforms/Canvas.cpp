@@ -1,7 +1,7 @@
 #include "imaging/transforms/Canvas.h"
 
 #include "imaging/Picture.h"
-#include "imaging/effects/RowBands.h"
+#include "imaging/kernels/RowBands.h"
 
 #include <cmath>
 #include <cstring>

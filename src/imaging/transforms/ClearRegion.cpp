@@ -1,7 +1,7 @@
 #include "imaging/transforms/ClearRegion.h"
 
 #include "imaging/Picture.h"
-#include "imaging/effects/RowBands.h"
+#include "imaging/kernels/RowBands.h"
 #include "imaging/transforms/Transform.h"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 
 #include "imaging/Picture.h"
 #include "imaging/Scale.h"
-#include "imaging/effects/Premultiply.h"
-#include "imaging/effects/RowBands.h"
+#include "imaging/kernels/Premultiply.h"
+#include "imaging/kernels/RowBands.h"
 #include "imaging/transforms/Over.h"
 #include "imaging/transforms/Resample.h"
 

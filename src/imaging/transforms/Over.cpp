@@ -1,7 +1,7 @@
 #include "imaging/transforms/Over.h"
 
-#include "imaging/effects/PointOperation.h"
-#include "imaging/effects/Targets.h"
+#include "imaging/kernels/PointOperation.h"
+#include "imaging/kernels/Targets.h"
 
 #include <cstring>
 

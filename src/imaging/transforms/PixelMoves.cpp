@@ -1,7 +1,7 @@
 #include "imaging/transforms/PixelMoves.h"
 
-#include "imaging/effects/PointOperation.h"
-#include "imaging/effects/Targets.h"
+#include "imaging/kernels/PointOperation.h"
+#include "imaging/kernels/Targets.h"
 
 #include <tbb/blocked_range2d.h>
 
@@ -9,7 +9,7 @@
 #define HWY_TARGET_INCLUDE "imaging/transforms/PixelMoves.cpp"
 #include <hwy/foreach_target.h> // must come before highway.h
 
-#include "imaging/effects/PointOperation-inl.h"
+#include "imaging/kernels/PointOperation-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace lumora::HWY_NAMESPACE {

@@ -3,7 +3,7 @@
 #include "imaging/Picture.h"
 #include "imaging/Scale.h"
 #include "imaging/effects/Blur.h"
-#include "imaging/effects/PartOf.h"
+#include "imaging/kernels/PartOf.h"
 
 #include <algorithm>
 #include <cmath>

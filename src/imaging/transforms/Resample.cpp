@@ -1,7 +1,7 @@
 #include "imaging/transforms/Resample.h"
 
-#include "imaging/effects/RowBands.h"
-#include "imaging/effects/Targets.h"
+#include "imaging/kernels/RowBands.h"
+#include "imaging/kernels/Targets.h"
 
 #include <cmath>
 #include <vector>

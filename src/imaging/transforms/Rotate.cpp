@@ -1,8 +1,8 @@
 #include "imaging/transforms/Rotate.h"
 
-#include "imaging/effects/PastCache.h"
-#include "imaging/effects/RowBands.h"
-#include "imaging/effects/Targets.h"
+#include "imaging/kernels/PastCache.h"
+#include "imaging/kernels/RowBands.h"
+#include "imaging/kernels/Targets.h"
 
 #include <cmath>
 #include <cstring>

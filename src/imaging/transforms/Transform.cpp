@@ -1,8 +1,8 @@
 #include "imaging/transforms/Transform.h"
 
 #include "imaging/Picture.h"
-#include "imaging/effects/Premultiply.h"
-#include "imaging/effects/ScratchPicture.h"
+#include "imaging/kernels/Premultiply.h"
+#include "imaging/kernels/ScratchPicture.h"
 #include "imaging/transforms/Rotate.h"
 
 #include <algorithm>

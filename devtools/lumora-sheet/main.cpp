@@ -1,0 +1,188 @@
+// lumora-sheet OUTFOLDER: contact sheets of all artwork in the binary, on light and dark ground, at 100 % and 200 %,
+// drawn by the functions that the program uses.
+#include "effects/FrameArtwork.h"
+#include "imaging/EffectEngine.h"
+#include "tools/canvas/TargetCursor.h"
+#include "widgets/AnimatedButton.h"
+#include "widgets/ApplicationIcon.h"
+#include "widgets/Theme.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QPainter>
+#include <QTextStream>
+#include <functional>
+
+namespace lumora {
+namespace {
+
+/// A name and its pictures side by side, made for a device pixel ratio.
+struct Row {
+    QString name;
+    std::function<QList<QPixmap>(qreal)> pictures;
+};
+using FromFile = QList<QPixmap> (*)(const QString &path, qreal ratio);
+
+constexpr int gap = 12;        // pixels
+constexpr int nameHeight = 22; // pixels
+
+QSize logicalSize(const QPixmap &picture) {
+    return picture.deviceIndependentSize().toSize();
+}
+
+/// The rows in so many columns of equal cells.
+QImage sheet(const QList<Row> &rows, int columns, qreal ratio, const QColor &ground, const QColor &ink) {
+    QSize cell(90, 0);
+    QList<QList<QPixmap>> drawn;
+    for (const Row &row : rows) {
+        drawn << row.pictures(ratio);
+        int width = gap;
+        for (const QPixmap &picture : drawn.last()) {
+            width += logicalSize(picture).width() + gap;
+            cell = cell.expandedTo({width, logicalSize(picture).height() + nameHeight + gap});
+        }
+    }
+    const int lines = (int(rows.size()) + columns - 1) / columns;
+    QImage image(QSize(cell.width() * columns, cell.height() * lines) * ratio, QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    image.fill(ground);
+    QPainter painter(&image);
+    painter.setPen(ink);
+    for (int i = 0; i < rows.size(); ++i) {
+        QPoint at(i % columns * cell.width() + gap, i / columns * cell.height());
+        painter.drawText(QRect(at, QSize(cell.width() - gap, nameHeight)), Qt::AlignVCenter, rows[i].name);
+        for (const QPixmap &picture : drawn[i]) {
+            painter.drawPixmap(at + QPoint(0, nameHeight), picture);
+            at.rx() += logicalSize(picture).width() + gap;
+        }
+    }
+    return image;
+}
+
+/// A row for every file of a folder of the binary that matches.
+QList<Row> files(const QString &folder, const QString &pattern, FromFile pictures) {
+    QList<Row> rows;
+    for (const QString &file : QDir(folder).entryList({pattern}, QDir::Files, QDir::Name)) {
+        rows << Row{file, [=](qreal ratio) { return pictures(folder + "/" + file, ratio); }};
+    }
+    return rows;
+}
+
+/// At the sizes of the program, the last one disabled.
+QList<QPixmap> icon(const QString &path, qreal ratio) {
+    QList<QPixmap> pictures;
+    for (const int size : {24, 32, 40, 64}) {
+        pictures << iconPixmap(path, size, ratio);
+    }
+    return pictures << disabledPixmap(pictures[2]);
+}
+
+QList<QPixmap> loop(const QString &firstFrame, qreal ratio) {
+    QList<QPixmap> pictures;
+    for (int frame = 1; frame <= AnimatedButton::frames; ++frame) {
+        pictures << iconPixmap(QString(firstFrame).replace("-1.", QString("-%1.").arg(frame)), 96, ratio);
+    }
+    return pictures;
+}
+
+/// At its size, and four times as large with a cross at its hot spot.
+QList<QPixmap> cursor(const QString &path, qreal ratio) {
+    const QCursor shown = targetCursor(path.at(path.size() - 5).digitValue(), ratio);
+    QPixmap large = iconPixmap(path, 128, ratio);
+    QPainter painter(&large);
+    painter.setPen(colours::coral);
+    const QPoint spot = shown.hotSpot() * 4;
+    painter.drawLine(spot - QPoint(9, 0), spot + QPoint(9, 0));
+    painter.drawLine(spot - QPoint(0, 9), spot + QPoint(0, 9));
+    return {shown.pixmap(), large};
+}
+
+/// The first of the sample photos beside the program; a grey one without them.
+QImage photo(QSize size) {
+    QDirIterator samples(QCoreApplication::applicationDirPath() + "/My Photos", {"*.jpg"}, QDir::Files,
+                         QDirIterator::Subdirectories);
+    const QImage sample(samples.hasNext() ? samples.next() : QString());
+    QImage photo(size, QImage::Format_RGB32);
+    photo.fill(Qt::gray);
+    QPainter(&photo).drawImage(photo.rect(), sample);
+    return photo;
+}
+
+QPixmap sharp(QImage image, qreal ratio) {
+    image.setDevicePixelRatio(ratio);
+    return QPixmap::fromImage(image);
+}
+
+QList<QPixmap> frame(int n, qreal ratio) {
+    QList<QPixmap> pictures;
+    for (const QSize size : {QSize(480, 360), QSize(270, 360), QSize(360, 360), QSize(900, 300)}) {
+        QImage picture = photo(size * ratio);
+        QPainter(&picture).drawImage(0, 0, FrameArtwork().picture(n, picture.size()));
+        pictures << sharp(picture, ratio);
+    }
+    return pictures;
+}
+
+/// By itself, repeated, and on a photo.
+QList<QPixmap> texture(const QString &path, qreal ratio) {
+    const QImage texture = QImage(path).convertToFormat(QImage::Format_RGB32);
+    QImage repeated(QSize(800, 600) * ratio, QImage::Format_RGB32);
+    QPainter(&repeated).fillRect(repeated.rect(), QBrush(texture));
+    EffectEngine engine;
+    engine.setPicture(photo(repeated.size()));
+    engine.setTexture(texture);
+    engine.texture(0, 0, false);
+    return {sharp(repeated, ratio), sharp(engine.picture(), ratio)};
+}
+
+QList<QPixmap> sign(qreal ratio) {
+    QList<QPixmap> pictures;
+    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+        pictures << sharp(applicationIcon().pixmap(QSize(size, size) * ratio).toImage(), ratio);
+    }
+    return pictures;
+}
+
+bool drawSheets(const QDir &folder) {
+    QList<Row> frames;
+    for (int n = 1; n <= frameCount; ++n) {
+        frames << Row{QString("frame %1").arg(n), [n](qreal ratio) { return frame(n, ratio); }};
+    }
+    const FromFile scene = [](const QString &path, qreal ratio) { return QList{iconPixmap(path, 460, ratio)}; };
+    const std::tuple<QString, QList<Row>, int> sheets[] = {
+        {"icons", files(":/icons", "*.svg", icon), 4},
+        {"loops", files(":/loops", "*-1.svg", loop), 1},
+        {"cursors", files(":/cursors", "target?.svg", cursor), 3},
+        {"frames", frames, 1},
+        {"textures", files(":/textures", "*", texture), 1},
+        {"scenes", files(":/scenes", "*.svg", scene), 3},
+        {"application-icon", {{"lumora", sign}}, 1},
+    };
+    bool saved = true;
+    for (const auto &[name, rows, columns] : sheets) {
+        for (const int ratio : {1, 2}) {
+            const QString file = folder.filePath("%1-%2-" + QString::number(100 * ratio) + ".png").arg(name);
+            saved &= sheet(rows, columns, ratio, colours::parchment, colours::ink).save(file.arg("light"));
+            saved &= sheet(rows, columns, ratio, colours::ink, colours::parchment).save(file.arg("dark"));
+        }
+    }
+    return saved;
+}
+
+} // namespace
+} // namespace lumora
+
+int main(int argc, char **argv) {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    const QApplication application(argc, argv);
+    lumora::applyTheme(*qApp);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() != 2 || !QDir().mkpath(arguments[1]) || !lumora::drawSheets(QDir(arguments[1]))) {
+        QTextStream(stderr) << "usage: lumora-sheet OUTFOLDER (a folder that can be written to)\n";
+        return 1;
+    }
+    return 0;
+}

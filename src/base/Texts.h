@@ -1,0 +1,47 @@
+// Every text of the program: one row a text, in the order in which a window sets them.
+#pragma once
+
+#include <QString>
+#include <span>
+
+namespace lumora {
+
+class IniFiles;
+
+/// One text. `window` names the windows that read it, separated by blanks ("" for a message that any of them may
+/// show). `control` is the object name of the control below the window that shows it ("" for the window itself, "-"
+/// for a message that is read when it is shown). `property` says where it goes:
+/// - "text", "toolTip", "title", "windowTitle": that property of the control;
+/// - "append": below the text that the control shows already, after an empty line;
+/// - "item:KEY": tool tip of the control's button whose property "key" is KEY;
+/// - "itemText:KEY": text and tool tip of that button.
+struct TextRow {
+    const char *window;
+    const char *identifier;
+    const char *defaultText;
+    const char *control;
+    const char *property;
+};
+
+/// All rows.
+std::span<const TextRow> allTexts();
+
+/// Whether that window (by its object name) reads the row.
+bool isTextOf(const TextRow &row, const QString &window);
+
+/// The texts of one language file.
+class Texts {
+  public:
+    Texts(IniFiles &files, QString languageFile);
+
+    /// The text of an identifier, with the table's default (the first row of that identifier).
+    QString text(const QString &identifier) const;
+    /// The same with the caller's own default, for the few identifiers whose readers differ in it.
+    QString text(const QString &identifier, const QString &defaultText) const;
+
+  private:
+    IniFiles &m_files;
+    QString m_languageFile;
+};
+
+} // namespace lumora

@@ -1,0 +1,139 @@
+#include "dialogs/frmWelcome.h"
+
+#include "session/AppContext.h"
+#include "widgets/AnimatedButton.h"
+#include "widgets/Theme.h"
+#include "widgets/WindowTexts.h"
+
+#include <QCheckBox>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace lumora {
+
+namespace {
+
+constexpr int blinkInterval = 450; // milliseconds: slow enough for sensitive eyes
+constexpr int ringRoom = 9;        // pixels around the button
+constexpr int crayonSize = 76;     // pixels
+
+/// A ring drawn around one button of a window; clicks go through it.
+class Ring : public QWidget {
+  public:
+    Ring(QWidget *window, QWidget *button) : QWidget(window), m_button(button) {
+        setObjectName("picRing");
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        setFocusPolicy(Qt::NoFocus);
+        button->installEventFilter(this);
+        follow();
+    }
+
+  protected:
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        if (event->type() == QEvent::Move || event->type() == QEvent::Resize) {
+            follow();
+        }
+        return QWidget::eventFilter(watched, event);
+    }
+    void paintEvent(QPaintEvent *) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QRectF ring = QRectF(rect()).adjusted(3, 3, -3, -3);
+        painter.setPen(QPen(colours::coral, 5));
+        painter.drawRoundedRect(ring, panelCorner, panelCorner);
+    }
+
+  private:
+    void follow() {
+        const QRect button(m_button->mapTo(parentWidget(), QPoint()), m_button->size());
+        setGeometry(button.adjusted(-ringRoom, -ringRoom, ringRoom, ringRoom));
+    }
+
+    QWidget *m_button;
+};
+
+} // namespace
+
+frmWelcome::frmWelcome(AppContext &context, QWidget *window)
+    : Bubble("frmWelcome", window), m_context(context), chkShow(new QCheckBox(this)), cmdOK(answer("cmdOK", "yes")),
+      cmdCancel(answer("cmdCancel", "cancel")), picCrayon(new QLabel(this)) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    label()->setObjectName("lblDesc");
+    chkShow->setObjectName("chkShow");
+    auto *answers = new QHBoxLayout;
+    answers->addWidget(picCrayon);
+    answers->addStretch(1);
+    answers->addWidget(cmdOK);
+    answers->addWidget(cmdCancel);
+    body()->addWidget(chkShow);
+    body()->addLayout(answers);
+    picCrayon->setObjectName("picCrayon");
+    showFrame(1);
+    LoadLanguage();
+
+    connect(chkShow, &QCheckBox::toggled, this, [this](bool ticked) { txtShow = ticked ? "0" : "1"; });
+    connect(cmdOK, &QAbstractButton::clicked, this, &frmWelcome::keepAnswer);
+    connect(cmdCancel, &QAbstractButton::clicked, this, &QWidget::close);
+    connect(&tmrYes, &QTimer::timeout, this, [this] { showFrame(AnimatedButton::nextFrame(cmdOK->frame())); });
+    connect(&tmrBlinker, &QTimer::timeout, this, [this] { picRing->setVisible(!picRing->isVisible()); });
+    tmrYes.setObjectName("tmrYes");
+    tmrBlinker.setObjectName("tmrBlinker");
+    tmrYes.start(AnimatedButton::interval);
+}
+
+frmWelcome::~frmWelcome() {
+    delete picRing.data();
+}
+
+AnimatedButton *frmWelcome::answer(const QString &name, const QString &loop) {
+    auto *button = new AnimatedButton(loop, PictureButton::CaptionPlace::None, this);
+    button->setObjectName(name);
+    button->setLoop(loop);
+    button->setLook(PictureButton::Look::Raised);
+    button->setPictureSize(40);
+    return button;
+}
+
+void frmWelcome::LoadLanguage() {
+    showTexts(m_context.texts, *this);
+    cmdOK->setToolTip(m_context.texts.text("DlgHelpBtnYes"));
+    cmdCancel->setToolTip(m_context.texts.text("DlgHelpBtnNo"));
+}
+
+void frmWelcome::showAt(QWidget *openButton) {
+    delete picRing.data();
+    picRing = new Ring(parentWidget(), openButton);
+    picRing->show();
+    picRing->raise();
+    pointAt(openButton);
+    if (motionWanted()) {
+        tmrBlinker.start(blinkInterval);
+    }
+    cmdOK->setFocus();
+}
+
+void frmWelcome::keepAnswer() {
+    m_context.writeSetting("Welcome", "Show", txtShow);
+    close();
+}
+
+void frmWelcome::showFrame(int frame) {
+    cmdOK->setFrame(frame);
+    cmdCancel->setFrame(frame);
+    const QString crayon = QString(":/loops/simple-mode-%1.svg").arg(cmdOK->frame());
+    picCrayon->setPixmap(iconPixmap(crayon, crayonSize, devicePixelRatioF()));
+}
+
+void frmWelcome::keyPressEvent(QKeyEvent *event) {
+    if (event->key() == Qt::Key_Escape) {
+        close();
+    } else {
+        Bubble::keyPressEvent(event);
+    }
+}
+
+} // namespace lumora

@@ -1,0 +1,117 @@
+#include "ideas/Ideas.h"
+
+#include "session/MainFields.h"
+#include "session/ToolFlags.h"
+
+namespace lumora {
+
+namespace {
+
+using enum IdeaStep::For;
+
+const Idea rows[] = {
+    {.id = "card",
+     .name = "IdeaCardName",
+     .title = "IdeaCard",
+     .layout = IdeaLayout::Single,
+     .pictures = 1,
+     .steps = {{{"open", "IdeaCardOpen"},
+                {"tool9", "IdeaCardColours", AdvancedMode},
+                {"tool7", "IdeaCardFrame"},
+                {"save", "IdeaSave"}}},
+     .then = "IdeaCardThen"},
+    {.id = "puzzle",
+     .name = "IdeaPuzzleName",
+     .title = "IdeaPuzzle",
+     .layout = IdeaLayout::Pieces,
+     .pictures = 1,
+     .steps = {{{"open", "IdeaPuzzleOpen"},
+                {"tool3", "IdeaPuzzleCrop", AdvancedMode},
+                {"tool10", "IdeaPuzzleTile"},
+                {"save", "IdeaSave"}}},
+     .then = "IdeaPuzzleThen"},
+    {.id = "wanted",
+     .name = "IdeaWantedName",
+     .title = "IdeaWanted",
+     .layout = IdeaLayout::Single,
+     .pictures = 1,
+     .steps = {{{"open", "IdeaWantedOpen"},
+                {"tool3", "IdeaWantedCrop", AdvancedMode},
+                {"tool7", "IdeaWantedFrame"},
+                {"tool8", "IdeaWantedSepia"},
+                {"save", "IdeaSave"}}},
+     .then = "IdeaWantedThen"},
+    {.id = "comic",
+     .name = "IdeaComicName",
+     .title = "IdeaComic",
+     .layout = IdeaLayout::Page,
+     .pictures = 6,
+     .steps = {{{"open", "IdeaComicOpen"},
+                {"tool10", "IdeaComicPaint"},
+                {"tool7", "IdeaComicFrame"},
+                {"save", "IdeaComicSave"}}},
+     .then = "IdeaComicThen"},
+    {.id = "calendar",
+     .name = "IdeaCalendarName",
+     .title = "IdeaCalendar",
+     .layout = IdeaLayout::Seasons,
+     .pictures = 4,
+     .steps = {{{"open", "IdeaCalendarOpen"},
+                {"tool7", "IdeaCalendarFrame"},
+                {"tool8", "IdeaCalendarColour"},
+                {"save", "IdeaCalendarSave"},
+                {"undo", "IdeaCalendarUndo"}}},
+     .then = "IdeaCalendarThen"},
+    {.id = "popart",
+     .name = "IdeaPopArtName",
+     .title = "IdeaPopArt",
+     .layout = IdeaLayout::Rows,
+     .pictures = 3,
+     .steps = {{{"open", "IdeaPopArtOpen"},
+                {"pop-art", "IdeaPopArtMake"},
+                {"dice", "IdeaPopArtColours", PopArtPanel},
+                {"save", "IdeaSave"}}},
+     .then = "IdeaPopArtThen",
+     .canBeMade = true},
+    {.id = "postcard",
+     .name = "IdeaPostcardName",
+     .title = "IdeaPostcard",
+     .layout = IdeaLayout::Single,
+     .pictures = 1,
+     .steps = {{{"open", "IdeaPostcardOpen"},
+                {"tool10", "IdeaPostcardSolarise"},
+                {"tool8", "IdeaPostcardInvert"},
+                {"tool7", "IdeaPostcardFrame"},
+                {"save", "IdeaSave"}}},
+     .then = "IdeaPostcardThen"},
+    {.id = "memory",
+     .name = "IdeaMemoryName",
+     .title = "IdeaMemory",
+     .layout = IdeaLayout::Cards,
+     .pictures = 6,
+     .steps = {{{"open", "IdeaMemoryOpen"},
+                {"tool3", "IdeaMemoryCrop", AdvancedMode},
+                {"tool7", "IdeaMemoryFrame"},
+                {"save", "IdeaMemorySave"}}},
+     .then = "IdeaMemoryThen"},
+};
+
+} // namespace
+
+std::span<const Idea> ideas() {
+    return rows;
+}
+
+QString ideaPicturePath(const Idea &idea, int number) {
+    return QStringLiteral(":/ideas/%1-%2.jpg").arg(QLatin1StringView(idea.id)).arg(number);
+}
+
+bool isShown(const IdeaStep &step, const ToolFlags &flags, const MainFields &fields) {
+    if (step.icon == nullptr) {
+        return false;
+    }
+    return step.shownTo == Everybody || (step.shownTo == AdvancedMode && !flags.SimpleModeOn) ||
+           (step.shownTo == PopArtPanel && fields.txtAndyStyle != "0");
+}
+
+} // namespace lumora

@@ -1,0 +1,39 @@
+// The options' first page: advanced settings of the tools, the slideshow, and where photos are kept.
+#pragma once
+
+#include "options/OptionsPage.h"
+
+class QLineEdit;
+class QSlider;
+
+namespace lumora {
+
+struct AppContext;
+
+class OptionsGeneral : public OptionsPage {
+    Q_OBJECT
+
+  public:
+    OptionsGeneral(AppContext &ctx, QWidget *parent);
+
+    void showValues(const OptionsSettings &options) override;
+    void takeValues(OptionsSettings &options) const override;
+
+  private:
+    void addSlideshow();
+    void addFolder();
+    void browse();
+    void setFolder(const QString &folder);
+
+    AppContext &m_ctx;
+    QCheckBox *chkAdvSFX;
+    QCheckBox *chkAdvResize;
+    QCheckBox *chkAdvPopart;
+    QCheckBox *chkGrid;
+    QSlider *sldDelay = nullptr;
+    QLabel *lblDelay = nullptr;
+    QLineEdit *txtWD = nullptr;
+    QCheckBox *chkMyDocs = nullptr;
+};
+
+} // namespace lumora

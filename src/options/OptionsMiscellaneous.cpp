@@ -1,0 +1,84 @@
+#include "options/OptionsMiscellaneous.h"
+
+#include "session/AppContext.h"
+#include "session/OptionsSettings.h"
+#include "widgets/PictureButton.h"
+#include "widgets/Theme.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QVBoxLayout>
+
+namespace lumora {
+
+OptionsMiscellaneous::OptionsMiscellaneous(AppContext &ctx, QWidget *parent)
+    : OptionsPage("lblMiscellaneous", parent), m_ctx(ctx) {
+    addMail();
+    addWarnings();
+    column()->addStretch(1);
+}
+
+void OptionsMiscellaneous::addMail() {
+    QVBoxLayout *sheet = addSheet();
+    chkEmail = tickBox("chkEmail", "email");
+    txtAddress = new QLineEdit(this);
+    txtAddress->setObjectName("txtAddress");
+    txtAddress->setPlaceholderText(placeholderAddress);
+    txtAddress->setInputMethodHints(Qt::ImhEmailCharactersOnly);
+    txtAddress->setMaxLength(254); // the longest address that mail can carry (RFC 5321)
+    txtAddress->setEnabled(false);
+    connect(chkEmail, &QCheckBox::toggled, txtAddress, &QWidget::setEnabled);
+    sheet->addWidget(chkEmail);
+    QHBoxLayout *row = addRow(sheet);
+    QLabel *caption = label("lblAddress");
+    caption->setBuddy(txtAddress);
+    row->addWidget(caption);
+    row->addWidget(txtAddress, 1);
+}
+
+void OptionsMiscellaneous::addWarnings() {
+    QVBoxLayout *sheet = addSheet();
+    chkWelcome = tickBox("chkWelcome", "hand");
+    chkWelcome->setEnabled(false); // shows the setting; the bubble itself switches it off, the button below on
+    auto *cmdReset = new PictureButton("options-miscellaneous", PictureButton::CaptionPlace::Beside, this);
+    cmdReset->setObjectName("cmdReset");
+    cmdReset->setLook(PictureButton::Look::Raised);
+    connect(cmdReset, &QAbstractButton::clicked, this, &OptionsMiscellaneous::reset);
+    sheet->addWidget(chkWelcome);
+    QHBoxLayout *row = addRow(sheet);
+    row->addWidget(cmdReset);
+    row->addStretch(1);
+    sheet->addWidget(note("lblResetNotice"));
+}
+
+void OptionsMiscellaneous::reset() {
+    resetWarnings(m_ctx);
+    chkWelcome->setChecked(true);
+    auto *box = new QMessageBox(QMessageBox::NoIcon, m_ctx.texts.text("ApplicationName"),
+                                m_ctx.texts.text("DlgOptionsReset"), QMessageBox::Ok, this);
+    box->setObjectName("msgReset");
+    box->setIconPixmap(iconPixmap("options-miscellaneous", 64, devicePixelRatioF()));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+void OptionsMiscellaneous::editAddress() {
+    txtAddress->setFocus();
+    txtAddress->selectAll();
+}
+
+void OptionsMiscellaneous::showValues(const OptionsSettings &options) {
+    chkEmail->setChecked(options.email);
+    txtAddress->setText(options.sender);
+    chkWelcome->setChecked(options.welcome);
+}
+
+void OptionsMiscellaneous::takeValues(OptionsSettings &options) const {
+    options.email = chkEmail->isChecked();
+    options.sender = txtAddress->text().trimmed();
+    options.welcome = chkWelcome->isChecked();
+}
+
+} // namespace lumora

@@ -1,0 +1,34 @@
+// The options' last page: e-mail, and the tips and messages that were switched off.
+#pragma once
+
+#include "options/OptionsPage.h"
+
+class QLineEdit;
+
+namespace lumora {
+
+struct AppContext;
+
+class OptionsMiscellaneous : public OptionsPage {
+    Q_OBJECT
+
+  public:
+    OptionsMiscellaneous(AppContext &ctx, QWidget *parent);
+
+    void showValues(const OptionsSettings &options) override;
+    void takeValues(OptionsSettings &options) const override;
+    /// Puts the keyboard on the e-mail address.
+    void editAddress();
+
+  private:
+    void addMail();
+    void addWarnings();
+    void reset();
+
+    AppContext &m_ctx;
+    QCheckBox *chkEmail = nullptr;
+    QLineEdit *txtAddress = nullptr;
+    QCheckBox *chkWelcome = nullptr;
+};
+
+} // namespace lumora

@@ -1,0 +1,94 @@
+#include "options/OptionsPage.h"
+
+#include "widgets/Theme.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace lumora {
+
+namespace {
+
+constexpr int pictureSize = 28; // pixels
+constexpr int pageWidth = 620;  // pixels: remarks wrap to it
+
+class Sheet : public QWidget {
+  public:
+    using QWidget::QWidget;
+
+  protected:
+    void paintEvent(QPaintEvent *) override {
+        QPainter painter(this);
+        paintPanel(painter, rect(), buttonCorner);
+    }
+};
+
+} // namespace
+
+OptionsPage::OptionsPage(const QString &headingName, QWidget *parent)
+    : QWidget(parent), m_column(new QVBoxLayout(this)) {
+    setMinimumWidth(pageWidth);
+    m_column->setContentsMargins(0, 0, 0, 0);
+    m_column->setSpacing(8);
+    QLabel *heading = label(headingName);
+    QFont large = heading->font();
+    large.setPointSizeF(14);
+    large.setBold(true);
+    heading->setFont(large);
+    m_column->addWidget(heading, 0, Qt::AlignLeft); // where the page begins, whatever the letters
+}
+
+QVBoxLayout *OptionsPage::addSheet() {
+    auto *sheet = new Sheet(this);
+    auto *rows = new QVBoxLayout(sheet);
+    rows->setContentsMargins(14, 8, 14, 8);
+    rows->setSpacing(4);
+    m_column->addWidget(sheet);
+    return rows;
+}
+
+QHBoxLayout *OptionsPage::addRow(QBoxLayout *sheet) {
+    auto *row = new QHBoxLayout;
+    row->setSpacing(10);
+    sheet->addLayout(row);
+    return row;
+}
+
+QCheckBox *OptionsPage::tickBox(const QString &name, const QString &icon) {
+    auto *box = new QCheckBox(this);
+    box->setObjectName(name);
+    if (!icon.isEmpty()) {
+        box->setIcon(iconPixmap(icon, pictureSize, devicePixelRatioF()));
+        box->setIconSize({pictureSize + 8, pictureSize}); // room on both sides
+    }
+    return box;
+}
+
+QLabel *OptionsPage::label(const QString &name) {
+    auto *text = new QLabel(this);
+    text->setObjectName(name);
+    text->setTextFormat(Qt::PlainText);
+    return text;
+}
+
+QLabel *OptionsPage::note(const QString &name) {
+    QLabel *text = label(name);
+    QFont small = text->font();
+    small.setPointSizeF(10);
+    text->setFont(small);
+    QPalette faint = text->palette();
+    faint.setColor(QPalette::WindowText, colours::faintInk);
+    text->setPalette(faint);
+    text->setWordWrap(true);
+    return text;
+}
+
+QLabel *OptionsPage::picture(const QString &icon) {
+    auto *sign = new QLabel(this);
+    sign->setPixmap(iconPixmap(icon, pictureSize, devicePixelRatioF()));
+    return sign;
+}
+
+} // namespace lumora

@@ -1,0 +1,142 @@
+#include "options/frmOptions.h"
+
+#include "options/OptionsDevices.h"
+#include "options/OptionsDialogs.h"
+#include "options/OptionsGeneral.h"
+#include "options/OptionsMiscellaneous.h"
+#include "options/OptionsTabs.h"
+#include "session/AppContext.h"
+#include "session/LoadSettings.h"
+#include "session/OptionsSettings.h"
+#include "widgets/AnimatedButton.h"
+#include "widgets/Theme.h"
+#include "widgets/TitleStrip.h"
+#include "widgets/WindowTexts.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMessageBox>
+#include <QShortcut>
+#include <QStackedWidget>
+
+namespace lumora {
+
+frmOptions::frmOptions(AppContext &ctx, QWidget *owner, const QString &helper)
+    : BorderlessDialog("frmOptions", owner), m_ctx(ctx), TabStrip1(new OptionsTabs("TabStrip1", this)),
+      m_pages(new QStackedWidget(this)) {
+    // All tabs before the first page: the keyboard walks in the order of making.
+    TabStrip1->addTab("keyGeneral", "options-general");
+    TabStrip1->addTab("keyDevices", "options-devices");
+    TabStrip1->addTab("keyDialogs", "options-dialogs");
+    TabStrip1->addTab("keyMiscellaneous", "options-miscellaneous");
+    addPage(new OptionsGeneral(ctx, this));
+    addPage(new OptionsDevices(ctx, helper, this));
+    addPage(new OptionsDialogs(this));
+    m_miscellaneous = new OptionsMiscellaneous(ctx, this);
+    addPage(m_miscellaneous);
+    cmdOK = answer("cmdOK", "yes");
+    cmdCancel = answer("cmdCancel", "cancel");
+    setDefaultButton(cmdOK);
+
+    auto *middle = new QHBoxLayout;
+    middle->setSpacing(12);
+    middle->addWidget(TabStrip1);
+    middle->addWidget(m_pages, 1);
+    auto *answers = new QHBoxLayout;
+    answers->addStretch(1);
+    answers->addWidget(cmdOK);
+    answers->addWidget(cmdCancel);
+    body()->setContentsMargins(12, 10, 12, 12);
+    body()->setSpacing(10);
+    body()->addLayout(middle, 1);
+    body()->addLayout(answers);
+
+    connect(TabStrip1, &OptionsTabs::currentChanged, m_pages, &QStackedWidget::setCurrentIndex);
+    connect(cmdOK, &QAbstractButton::clicked, this, &frmOptions::accept);
+    connect(cmdCancel, &QAbstractButton::clicked, this, &QDialog::reject);
+    connect(new QShortcut(QKeySequence("Ctrl+Tab"), this), &QShortcut::activated, this, [this] { TabStrip1->step(1); });
+    connect(new QShortcut(QKeySequence("Ctrl+Shift+Tab"), this), &QShortcut::activated, this,
+            [this] { TabStrip1->step(-1); });
+    tmrYes.setObjectName("tmrYes");
+    connect(&tmrYes, &QTimer::timeout, this, &frmOptions::nextFrame);
+    tmrYes.start(AnimatedButton::interval);
+    LoadLanguage();
+    LoadMyINISettings();
+}
+
+frmOptions *frmOptions::showModal(AppContext &ctx, QWidget *owner) {
+    auto *options = new frmOptions(ctx, owner);
+    options->setAttribute(Qt::WA_DeleteOnClose);
+    options->open();
+    return options;
+}
+
+void frmOptions::addPage(OptionsPage *page) {
+    m_pages->addWidget(page);
+    m_allPages << page;
+}
+
+AnimatedButton *frmOptions::answer(const QString &name, const QString &loop) {
+    auto *button = new AnimatedButton(loop, PictureButton::CaptionPlace::Beside, this);
+    button->setObjectName(name);
+    button->setLoop(loop);
+    button->setLook(PictureButton::Look::Raised);
+    button->setPictureSize(32);
+    button->setMinimumWidth(130);
+    return button;
+}
+
+void frmOptions::nextFrame() {
+    const int frame = AnimatedButton::nextFrame(cmdOK->frame());
+    cmdOK->setFrame(frame);
+    cmdCancel->setFrame(frame);
+}
+
+void frmOptions::LoadLanguage() {
+    showTexts(m_ctx.texts, *this);
+    for (const QLabel *caption : findChildren<QLabel *>()) {
+        if (caption->buddy() != nullptr) {
+            caption->buddy()->setAccessibleName(caption->text());
+        }
+    }
+}
+
+void frmOptions::LoadMyINISettings() {
+    const OptionsSettings options = readOptions(m_ctx);
+    for (OptionsPage *page : m_allPages) {
+        page->showValues(options);
+    }
+}
+
+void frmOptions::SaveMyINISettings() {
+    OptionsSettings options;
+    for (const OptionsPage *page : m_allPages) {
+        page->takeValues(options);
+    }
+    writeOptions(m_ctx, options);
+}
+
+void frmOptions::accept() {
+    OptionsSettings options;
+    m_miscellaneous->takeValues(options);
+    if (options.email && !isMailAddress(options.sender)) {
+        askForAddress();
+        return;
+    }
+    SaveMyINISettings();
+    LoadSettingsFromINIFile(m_ctx);
+    BorderlessDialog::accept();
+}
+
+void frmOptions::askForAddress() {
+    TabStrip1->setCurrent(m_pages->indexOf(m_miscellaneous));
+    m_miscellaneous->editAddress();
+    auto *box = new QMessageBox(QMessageBox::NoIcon, m_ctx.texts.text("ApplicationName"),
+                                m_ctx.texts.text("DlgOptionsNoAddress"), QMessageBox::Ok, this);
+    box->setObjectName("msgNoAddress");
+    box->setIconPixmap(iconPixmap("email", 64, devicePixelRatioF()));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+} // namespace lumora

@@ -1,0 +1,34 @@
+// What every window and tool is handed: one object, passed by reference, instead of globals.
+#pragma once
+
+#include "base/IniFiles.h"
+#include "base/Texts.h"
+#include "base/basMisc.h"
+#include "document/PhotoDocument.h"
+#include "session/LongWork.h"
+#include "session/MainFields.h"
+#include "session/ToolFlags.h"
+
+namespace lumora {
+
+struct AppContext {
+    explicit AppContext(Installation where) : installation(std::move(where)), texts(ini, installation.languageFile()) {}
+
+    Installation installation;
+    IniFiles ini;
+    Texts texts;
+    MainFields fields;
+    ToolFlags flags;
+    PhotoDocument photo;
+    LongWork longWork; ///< the main window shows its progress
+
+    /// A value of the settings file, with the reader's own default.
+    QString setting(const QString &section, const QString &key, const QString &defaultValue) {
+        return ini.ReadIniValue(installation.settingsFile(), section, key, defaultValue);
+    }
+    void writeSetting(const QString &section, const QString &key, const QString &value) {
+        ini.WriteIniValue(installation.settingsFile(), section, key, value);
+    }
+};
+
+} // namespace lumora

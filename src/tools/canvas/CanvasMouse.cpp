@@ -1,0 +1,231 @@
+#include "tools/canvas/CanvasMouse.h"
+
+#include "tools/canvas/CanvasTool.h"
+#include "tools/canvas/TargetCursor.h"
+
+#include <QKeyEvent>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace lumora {
+
+namespace {
+
+constexpr int marking = 3; // images of picTarget
+constexpr int ready = 5;
+constexpr int picking = 2;
+constexpr int redEye = 6;
+
+constexpr int frameReach = 5; // picture pixels beyond the photo's frame that still count as on it
+
+} // namespace
+
+CanvasMouse::CanvasMouse(PhotoDocument &document, ToolFlags &flags, PhotoView &view, QObject *parent)
+    : QObject(parent), m_document(document), m_flags(flags), m_view(view), m_scroller(view) {
+    connect(&view, &PhotoView::pointer, this, &CanvasMouse::pointer);
+    connect(&view, &PhotoView::key, this, &CanvasMouse::key);
+    connect(&view, &PhotoView::paintOverlay, this, [this](QPainter &painter) {
+        if (m_tool != nullptr) {
+            m_tool->paint(painter);
+        }
+    });
+    connect(&m_scroller, &EdgeScroller::scrolled, this, [this] {
+        m_last.picture = m_view.toPicture(m_last.view);
+        drag(m_last);
+    });
+}
+
+void CanvasMouse::setTool(CanvasTool *tool) {
+    m_dragging = false;
+    m_scroller.stop();
+    if (CanvasTool *const before = std::exchange(m_tool, nullptr)) {
+        before->end();
+    }
+    m_view.setToolCursor({});
+    m_tool = tool;
+    if (m_tool != nullptr) {
+        m_tool->start();
+    }
+    m_view.viewport()->update(); // what either paints
+}
+
+void CanvasMouse::showTarget(int image) {
+    const qreal devicePixels = m_view.devicePixelRatioF();
+    if (m_cursorsFor != devicePixels) {
+        m_cursorsFor = devicePixels;
+        m_cursors.clear();
+    }
+    auto cursor = m_cursors.constFind(image);
+    if (cursor == m_cursors.constEnd()) {
+        cursor = m_cursors.insert(image, targetCursor(image, devicePixels));
+    }
+    m_view.setToolCursor(*cursor);
+}
+
+void CanvasMouse::clearMarked() {
+    PhotoSelection selection = m_document.selection();
+    selection.clear();
+    m_document.setSelection(selection);
+}
+
+void CanvasMouse::pointer(const PointerEvent &event) {
+    switch (event.kind) {
+    case PointerEvent::Kind::Press:
+    case PointerEvent::Kind::DoubleClick:
+        if (!m_dragging) { // another button does not disturb a drag
+            mouseDown(event);
+        }
+        break;
+    case PointerEvent::Kind::Move:
+        mouseMove(event);
+        break;
+    case PointerEvent::Kind::Release:
+        mouseUp(event);
+        break;
+    }
+}
+
+QPoint CanvasMouse::rounded(QPointF point) {
+    const auto nearest = [](double value) {
+        constexpr double farthest = std::numeric_limits<int>::max() / 4.0;
+        return static_cast<int>(std::clamp(std::floor(value + 0.5), -farthest, farthest));
+    };
+    return {nearest(point.x()), nearest(point.y())};
+}
+
+// --- Mouse-down -----------------------------------------------------------------------------------------------------
+
+void CanvasMouse::mouseDown(const PointerEvent &event) {
+    m_selStart = m_selEnd = rounded(event.view);
+    m_selStartPic = m_selEndPic = rounded(event.picture);
+    const bool left = event.button == Qt::LeftButton;
+    for (const int kind : {3, 1, 2}) { // the last one stands: only the ellipse shows the cross at once
+        showTarget(left && m_flags.SelectionActive && m_flags.SelectionKind == kind ? marking : ready);
+    }
+    if (endedFreeResize() || !left || m_tool == nullptr) {
+        return;
+    }
+    m_dragging = true;
+    m_last = event;
+    if (event.kind == PointerEvent::Kind::DoubleClick) {
+        m_tool->doubleClick(event);
+    } else {
+        m_tool->press(event);
+    }
+}
+
+/// Whether the click lay outside the photo's frame while that can be dragged.
+bool CanvasMouse::endedFreeResize() {
+    const QRect frame = m_document.picCanvas().rect();
+    const QPoint first = frame.topLeft() - QPoint(frameReach, frameReach);
+    const QPoint last = first + QPoint(frame.width() + 2 * frameReach, frame.height() + 2 * frameReach);
+    if (m_flags.canvasToolMode != 2 || QRect(first, last).contains(m_selStartPic)) {
+        return false;
+    }
+    m_flags.canvasToolMode = 0;
+    clearMarked();
+    Q_EMIT arrowWanted();
+    return true;
+}
+
+// --- Mouse-move -----------------------------------------------------------------------------------------------------
+
+void CanvasMouse::mouseMove(const PointerEvent &event) {
+    Q_EMIT moved();
+    setMoveCursor();
+    if (m_dragging && !(event.buttons & Qt::LeftButton)) {
+        endDrag(event); // another window took the mouse and the release with it
+    }
+    drag(event);
+}
+
+void CanvasMouse::setMoveCursor() {
+    int image = 0;
+    if (m_flags.SelectionActive && m_flags.SelectionKind >= 1 && m_flags.SelectionKind <= 3) {
+        image = marking;
+    }
+    if (m_flags.SelectionActive && EditMode == 2) {
+        image = marking;
+    }
+    if (m_flags.SelectionActive && MoveMode) {
+        image = ready;
+    }
+    if (m_flags.RDMode) {
+        image = redEye;
+    }
+    if (cutOutShown && cutOutShown()) {
+        image = marking;
+    }
+    if (image == redEye && redEyeCursor) {
+        m_view.setToolCursor(redEyeCursor());
+    } else if (image != 0) {
+        showTarget(image);
+    }
+}
+
+/// The pointer is somewhere else over the photo, or the photo under it is.
+void CanvasMouse::drag(const PointerEvent &event) {
+    if (event.buttons & Qt::LeftButton) {
+        m_selEnd = rounded(event.view);
+        if (m_flags.SelectionActive && m_flags.SelectionKind == 2) {
+            m_selEndPic = rounded(event.picture);
+        }
+    }
+    if (m_tool == nullptr) {
+        return;
+    }
+    m_last = event;
+    m_tool->move(event);
+    if (m_dragging && m_tool->scrollsAtEdge()) {
+        m_scroller.drag(m_selStart, event.view);
+    }
+}
+
+// --- Mouse-up -------------------------------------------------------------------------------------------------------
+
+void CanvasMouse::endDrag(const PointerEvent &event) {
+    m_scroller.stop();
+    if (std::exchange(m_dragging, false)) {
+        m_tool->release(event);
+    }
+}
+
+void CanvasMouse::mouseUp(const PointerEvent &event) {
+    const bool left = event.button == Qt::LeftButton;
+    const QPoint pixel = m_view.pixelAt(event.view);
+    if (left) {
+        endDrag(event);
+    }
+    if (m_flags.CropToolActive) {
+        Q_EMIT cropMarked();
+    }
+    if (left && m_flags.ColorPickerMode) {
+        Q_EMIT colourPicked(pixel);
+        showTarget(picking);
+    }
+    if (left && m_flags.FreeResizeActive) {
+        m_flags.ResizeFrame = m_document.picCanvas().rect();
+        m_flags.SelectionActive = false;
+        m_document.setPhotoModified(true);
+        Q_EMIT frameDragged();
+    }
+    if (left && m_flags.RDMode) {
+        Q_EMIT redEyeClicked(pixel);
+    }
+}
+
+// --- Keys -----------------------------------------------------------------------------------------------------------
+
+void CanvasMouse::key(QKeyEvent &event) {
+    if (m_tool == nullptr || !m_tool->wantsKey(event)) {
+        return;
+    }
+    event.accept();
+    if (event.type() == QEvent::KeyPress) {
+        m_tool->keyPress(event);
+    }
+}
+
+} // namespace lumora

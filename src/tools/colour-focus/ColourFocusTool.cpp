@@ -1,0 +1,233 @@
+#include "tools/colour-focus/ColourFocusTool.h"
+
+#include "session/AppContext.h"
+#include "tools/canvas/CanvasMouse.h"
+#include "tools/canvas/SmallPhoto.h"
+#include "tools/colour-focus/ColourFocusMagnifier.h"
+#include "tools/colour-focus/ColourFocusPanel.h"
+#include "view/PhotoView.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPainter>
+
+namespace lumora {
+
+namespace {
+
+constexpr int dropper = 2; // image of picTarget
+constexpr int faint = 16;  // levels between the largest and the smallest channel: less has hardly a hue
+
+EffectOperation operation(const QColor &colour, int level) {
+    return [colour, level](EffectEngine &engine, bool region) {
+        return engine.colourFocus(colour.red(), colour.green(), colour.blue(), level, region);
+    };
+}
+
+bool isGrey(const QColor &colour) {
+    const auto [least, most] = std::minmax({colour.red(), colour.green(), colour.blue()});
+    return most - least < faint;
+}
+
+} // namespace
+
+ColourFocusTool::ColourFocusTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window)
+    : QObject(window), m_ctx(ctx), m_view(view), m_mouse(mouse), m_flow(ctx), m_live(ctx, view),
+      m_panel(new ColourFocusPanel(window)) {
+    view.viewport()->installEventFilter(this);
+    connect(&mouse, &CanvasMouse::colourPicked, this, &ColourFocusTool::pick);
+    connect(&view, &PhotoView::visiblePartChanged, this, [this] {
+        if (m_magnifierAt) {
+            m_view.viewport()->update(); // scrolling has moved what was painted
+        }
+    });
+    connect(m_panel, &ColourFocusPanel::levelChanged, this, &ColourFocusTool::showLevel);
+    connect(m_panel, &ColourFocusPanel::applyWanted, this, &ColourFocusTool::similarclr);
+    connect(m_panel, &SlidingPanel::closed, this, &ColourFocusTool::leave);
+    connect(&m_flow, &SelectionFlow::tipWanted, this, &ColourFocusTool::tipWanted);
+    connect(&ctx.photo, &PhotoDocument::changed, this, &ColourFocusTool::photoChanged);
+}
+
+SlidingPanel *ColourFocusTool::panel() const {
+    return m_panel;
+}
+
+// --- Start and end --------------------------------------------------------------------------------------------------
+
+void ColourFocusTool::open() {
+    if (m_ctx.photo.picCanvas().isNull()) {
+        return;
+    }
+    Q_EMIT hideFloatingToolbars();
+    m_mouse.setTool(this);
+    m_panel->setAccessibleName(m_panel->titleLabel()->text());
+    CreateCMSFX();
+    m_ctx.flags.ToolPanelShown = true;
+    m_panel->slideIn();
+    showLevel();
+}
+
+void ColourFocusTool::start() {
+    ToolFlags &flags = m_ctx.flags;
+    // What is marked stays so and limits the change; a selection tool that marks nothing is over.
+    flags.SelectionActive = flags.SelectionActive && !m_ctx.photo.selection().isEmpty();
+    flags.RDMode = false;
+    flags.CropToolActive = false;
+    flags.FreeResizeActive = false;
+    flags.ColorPickerMode = true;
+    m_mouse.showTarget(dropper);
+}
+
+void ColourFocusTool::CloseColourFocus() {
+    if (m_mouse.tool() == this) {
+        m_mouse.setTool(nullptr);
+    }
+}
+
+/// The user has closed it; not so when the panel goes because the tool has ended.
+void ColourFocusTool::leave() {
+    if (m_mouse.tool() == this) {
+        CloseColourFocus();
+        Q_EMIT arrowWanted();
+    }
+}
+
+void ColourFocusTool::end() {
+    ColorPickerMode();
+    setColour({});
+    m_panel->resetLevel();
+    m_live.clear();
+    m_ctx.flags.ToolPanelShown = false;
+    m_panel->slideOut();
+}
+
+void ColourFocusTool::ColorPickerMode() {
+    m_ctx.flags.ColorPickerMode = false;
+    showMagnifier({});
+    m_view.setToolCursor({});
+}
+
+bool ColourFocusTool::wantsKey(const QKeyEvent &key) const {
+    return key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier;
+}
+
+void ColourFocusTool::keyPress(const QKeyEvent &) {
+    leave();
+}
+
+void ColourFocusTool::photoChanged(PhotoChanges what) {
+    if (m_mouse.tool() != this || !what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
+        return;
+    }
+    if (what.testFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
+        setColour({}); // it was a colour of the photo before
+    }
+    CreateCMSFX();
+}
+
+// --- Picking --------------------------------------------------------------------------------------------------------
+
+void ColourFocusTool::press(const PointerEvent &) {
+    if (m_ctx.flags.ColorPickerMode) {
+        m_mouse.showTarget(dropper);
+    }
+}
+
+void ColourFocusTool::move(const PointerEvent &at) {
+    if (!m_ctx.flags.ColorPickerMode) {
+        return;
+    }
+    m_mouse.showTarget(dropper);
+    const bool overPhoto = m_ctx.photo.picCanvas().rect().contains(m_view.pixelAt(at.view));
+    showMagnifier(overPhoto ? std::optional(at.view) : std::nullopt);
+}
+
+void ColourFocusTool::pick(QPoint pixel) {
+    const QImage &photo = m_ctx.photo.picCanvas();
+    if (m_mouse.tool() != this || !photo.rect().contains(pixel)) {
+        return;
+    }
+    setColour(QColor(photo.pixel(pixel)));
+    CreateCMSFX();
+    showLevel();
+    if (isGrey(*m_colour)) {
+        Q_EMIT message(m_ctx.texts.text("FocusGrey"), false);
+    }
+}
+
+void ColourFocusTool::setColour(std::optional<QColor> colour) {
+    m_colour = colour;
+    m_panel->setColour(chosenColour());
+}
+
+void ColourFocusTool::showMagnifier(std::optional<QPointF> at) {
+    const QRect room = m_view.viewport()->rect();
+    for (const std::optional<QPointF> &place : {m_magnifierAt, at}) {
+        if (place) {
+            m_view.viewport()->update(magnifierPlace(*place, room));
+        }
+    }
+    m_magnifierAt = at;
+}
+
+bool ColourFocusTool::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::Leave && m_magnifierAt) {
+        showMagnifier({});
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void ColourFocusTool::paint(QPainter &painter) {
+    const QImage &photo = m_ctx.photo.picCanvas();
+    if (!m_magnifierAt) {
+        return;
+    }
+    const QPoint pixel = m_view.pixelAt(*m_magnifierAt);
+    if (photo.rect().contains(pixel)) {
+        paintMagnifier(painter, photo, pixel, magnifierPlace(*m_magnifierAt, m_view.viewport()->rect()));
+    }
+}
+
+// --- What it does to the photo --------------------------------------------------------------------------------------
+
+void ColourFocusTool::CreateCMSFX() {
+    const QImage small = smallPhoto(m_view, ColourFocusPanel::pictureSize);
+    if (small.isNull()) {
+        return;
+    }
+    for (int strength = 1; strength <= ColourFocusPanel::strengths; ++strength) {
+        EffectEngine engine;
+        engine.setPicture(small);
+        if (m_colour) {
+            operation(*m_colour, ColourFocusPanel::levelOf(strength))(engine, false);
+        }
+        m_ctx.photo.picCM(strength) = engine.picture();
+        m_panel->setPicture(strength, engine.picture());
+    }
+}
+
+/// On the photo, which stays untouched.
+void ColourFocusTool::showLevel() {
+    if (m_mouse.tool() != this || !m_colour) {
+        return;
+    }
+    m_live.show({.apply = [run = operation(*m_colour, m_panel->level())](EffectEngine &engine, bool region, int) {
+        return run(engine, region);
+    }});
+}
+
+EffectOutcome ColourFocusTool::similarclr() {
+    if (!m_colour) {
+        Q_EMIT message(m_ctx.texts.text("FocusNoColour"), false);
+        return EffectOutcome::Nothing;
+    }
+    m_live.clear();
+    const EffectOutcome outcome = m_flow.apply(operation(*m_colour, m_panel->level()));
+    if (outcome == EffectOutcome::Refused) {
+        Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
+    }
+    return outcome;
+}
+
+} // namespace lumora

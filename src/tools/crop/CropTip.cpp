@@ -1,0 +1,71 @@
+#include "tools/crop/CropTip.h"
+
+#include "session/AppContext.h"
+
+#include <QCheckBox>
+#include <QEvent>
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace lumora {
+
+namespace {
+constexpr int delay = 300; // milliseconds: the hand has let go of the frame
+}
+
+CropTip::CropTip(AppContext &ctx, QWidget *window)
+    : Bubble("picTip2", window), m_ctx(ctx), chkNoCropShow(new QCheckBox(this)) {
+    label()->setObjectName("lblCropWarning");
+    label()->setText(ctx.texts.text("Tip1"));
+    label()->setCursor(Qt::PointingHandCursor);
+    label()->installEventFilter(this);
+    chkNoCropShow->setObjectName("chkNoCropShow");
+    chkNoCropShow->setText(ctx.texts.text("TipChkBox1"));
+    body()->addWidget(chkNoCropShow);
+    m_timer.setSingleShot(true);
+    m_timer.setInterval(delay);
+    connect(&m_timer, &QTimer::timeout, this, &CropTip::tmrCrop);
+    connect(chkNoCropShow, &QCheckBox::clicked, this, &CropTip::switchOff);
+}
+
+void CropTip::showSoonAt(QWidget *button) {
+    m_button = button;
+    m_timer.start();
+}
+
+void CropTip::dismiss() {
+    m_timer.stop();
+    hide();
+}
+
+void CropTip::writeSetting() {
+    m_ctx.writeSetting("Tips", "Crop", m_ctx.fields.txtCropTip);
+}
+
+void CropTip::tmrCrop() {
+    const bool off = m_ctx.fields.txtCropTip == "0";
+    if (off || m_ctx.fields.txtCropTip == "1") {
+        chkNoCropShow->setChecked(off);
+        if (!off && m_button->isVisible()) {
+            pointAt(m_button);
+        }
+    }
+}
+
+void CropTip::switchOff(bool off) {
+    m_ctx.fields.txtCropTip = off ? "0" : "1";
+    if (off) {
+        dismiss();
+        writeSetting();
+    }
+}
+
+bool CropTip::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == label() && event->type() == QEvent::MouseButtonRelease) {
+        dismiss();
+        writeSetting();
+    }
+    return Bubble::eventFilter(watched, event);
+}
+
+} // namespace lumora

@@ -1,0 +1,241 @@
+#include "tools/crop/CropTool.h"
+
+#include "imaging/transforms/Transform.h"
+#include "session/AppContext.h"
+#include "tools/canvas/CanvasMouse.h"
+#include "tools/crop/CropPanel.h"
+#include "tools/crop/CropTip.h"
+#include "widgets/PictureButton.h"
+
+#include <QKeyEvent>
+#include <algorithm>
+#include <cmath>
+
+namespace lumora {
+
+namespace {
+
+constexpr int ready = 5;                // image of picTarget
+constexpr QPoint startCorner(100, 100); // picture pixels
+constexpr int clickSlop = 3;            // pixels of the view that an unsteady hand may move within a click
+constexpr int longStep = 10;            // picture pixels
+
+/// To the nearest, halves to even; a frame has at least one pixel.
+int halfOf(int side) {
+    return std::max(1, static_cast<int>(std::nearbyint(side / 2.0)));
+}
+
+/// Where an arrow key leads; nowhere for other keys.
+QPoint stepOf(int key) {
+    switch (key) {
+    case Qt::Key_Left:
+        return {-1, 0};
+    case Qt::Key_Right:
+        return {1, 0};
+    case Qt::Key_Up:
+        return {0, -1};
+    case Qt::Key_Down:
+        return {0, 1};
+    default:
+        return {};
+    }
+}
+
+Qt::CursorShape cursorOf(CropGrip grip) {
+    const bool across = grip.edges.testAnyFlags(Qt::LeftEdge | Qt::RightEdge);
+    const bool down = grip.edges.testAnyFlags(Qt::TopEdge | Qt::BottomEdge);
+    if (across && down) {
+        return grip.edges.testFlag(Qt::LeftEdge) == grip.edges.testFlag(Qt::TopEdge) ? Qt::SizeFDiagCursor
+                                                                                     : Qt::SizeBDiagCursor;
+    }
+    return across ? Qt::SizeHorCursor : down ? Qt::SizeVerCursor : Qt::SizeAllCursor;
+}
+
+} // namespace
+
+CropTool::CropTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window)
+    : QObject(window), m_ctx(ctx), m_view(view), m_mouse(mouse), m_panel(new CropPanel(ctx, mouse, window)) {
+    connect(m_panel->cmdCropNow(), &QAbstractButton::clicked, this, &CropTool::CropPhoto);
+    connect(&mouse, &CanvasMouse::cropMarked, this, [this] {
+        if (isOpen()) {
+            m_cropRect = m_frame;
+        }
+    });
+    connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
+        if (isOpen() && what.testAnyFlags(PhotoChange::Size | PhotoChange::Loaded)) {
+            startFrame(); // the frame was one for another picture
+        }
+    });
+    connect(&view, &PhotoView::visiblePartChanged, this, [this] {
+        if (isOpen()) {
+            m_view.viewport()->update(); // the frame's size keeps in view and does not scroll with the photo
+        }
+    });
+}
+
+bool CropTool::isOpen() const {
+    return m_panel->use() == CropPanel::Use::Crop;
+}
+
+void CropTool::openCrop() {
+    if (!m_ctx.photo.PhotoLoaded() || m_ctx.photo.picCanvas().isNull()) {
+        return;
+    }
+    m_panel->open(CropPanel::Use::Crop, *this);
+    m_mouse.showTarget(ready);
+    startFrame();
+    m_view.setFocus(); // for the keys
+}
+
+void CropTool::close() {
+    if (isOpen()) {
+        m_panel->close();
+    }
+}
+
+void CropTool::end() {
+    m_drag.reset();
+    close();
+}
+
+void CropTool::startFrame() {
+    const QSize photo = m_ctx.photo.picCanvas().size();
+    m_drag.reset();
+    m_cropReady = false;
+    m_cropRect = QRect(0, 0, 0, 0);
+    setFrame(QRect(startCorner, QSize(halfOf(photo.width()), halfOf(photo.height()))));
+}
+
+void CropTool::setFrame(const QRect &frame) {
+    m_frame = frame;
+    m_view.viewport()->update();
+}
+
+void CropTool::finishFrame() {
+    m_ctx.flags.CropToolActive = true;
+    m_cropRect = m_frame;
+    if (!m_cropReady) {
+        m_cropReady = true;
+        m_panel->picTip2()->showSoonAt(m_panel->cmdCropNow());
+    }
+}
+
+void CropTool::CropPhoto() {
+    if (!isOpen()) {
+        return;
+    }
+    m_view.setFocus(); // where the keys can go on, whatever comes of it
+    if (!m_cropReady) {
+        Q_EMIT m_panel->tipWanted();
+        return;
+    }
+    const QImage photo = m_ctx.photo.picCanvas();
+    const QRect part = m_cropRect.intersected(photo.rect());
+    if (part.isEmpty()) {
+        Q_EMIT m_panel->message(m_ctx.texts.text("CropBesidePhoto", "Move the frame onto your photo first."), false);
+        return;
+    }
+    QImage next;
+    m_ctx.longWork.run([&] {
+        next = cropped(photo, {part.left(), part.top(), part.left() + part.width(), part.top() + part.height()});
+    });
+    if (!m_ctx.photo.changePhoto(next)) {
+        Q_EMIT m_panel->message(m_ctx.texts.text("StatusNoMemory"), false);
+        return;
+    }
+    m_panel->exit();
+    m_cropReady = false;
+    m_ctx.photo.ResizePicCanvas();
+}
+
+// --- Mouse ----------------------------------------------------------------------------------------------------------
+
+QRectF CropTool::inView(const QRect &picture) const {
+    return {m_view.toView(picture.topLeft()),
+            m_view.toView(picture.topLeft() + QPoint(picture.width(), picture.height()))};
+}
+
+void CropTool::showCursor(CropGrip grip) {
+    if (grip.isNothing()) {
+        m_mouse.showTarget(ready);
+    } else {
+        m_view.setToolCursor(cursorOf(grip));
+    }
+}
+
+void CropTool::press(const PointerEvent &at) {
+    if (!isOpen()) {
+        return;
+    }
+    m_panel->picTip2()->dismiss();
+    m_drag = Drag{.grip = cropGripAt(at.view, inView(m_frame)), .frame = m_frame, .pressed = at};
+    if (m_drag->grip.isNothing()) { // beside the frame: a new one is drawn from here on
+        m_drag->grip.edges = Qt::RightEdge | Qt::BottomEdge;
+        m_drag->frame = QRect(CanvasMouse::rounded(at.picture), QSize(0, 0));
+    }
+    showCursor(m_drag->grip);
+}
+
+void CropTool::move(const PointerEvent &at) {
+    if (!isOpen()) {
+        return;
+    }
+    if (!m_drag) {
+        showCursor(cropGripAt(at.view, inView(m_frame)));
+        return;
+    }
+    showCursor(m_drag->grip);
+    m_drag->moved = m_drag->moved || (at.view - m_drag->pressed.view).manhattanLength() >= clickSlop;
+    if (m_drag->moved) {
+        const QPoint by = CanvasMouse::rounded(at.picture - m_drag->pressed.picture);
+        setFrame(draggedCropFrame(m_drag->frame, m_drag->grip, by, m_ctx.photo.picCanvas().size()));
+    }
+}
+
+void CropTool::release(const PointerEvent &) {
+    if (m_drag) {
+        m_drag.reset();
+        finishFrame();
+        m_view.viewport()->update();
+    }
+}
+
+// --- Keys -----------------------------------------------------------------------------------------------------------
+
+bool CropTool::wantsKey(const QKeyEvent &key) const {
+    const Qt::KeyboardModifiers held = key.modifiers() & ~Qt::KeypadModifier;
+    if (!stepOf(key.key()).isNull()) {
+        return isOpen() && !(held & ~(Qt::ShiftModifier | Qt::ControlModifier));
+    }
+    const bool used = key.key() == Qt::Key_Escape || key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    return isOpen() && used && held == Qt::NoModifier;
+}
+
+void CropTool::keyPress(const QKeyEvent &key) {
+    const QPoint step = stepOf(key.key());
+    if (key.key() == Qt::Key_Escape) {
+        m_panel->exit();
+    } else if (m_drag) {
+        return; // the mouse has it
+    } else if (step.isNull()) {
+        CropPhoto();
+    } else {
+        CropGrip grip{.inside = !(key.modifiers() & Qt::ControlModifier), .edges = {}};
+        if (!grip.inside) {
+            grip.edges = step.x() != 0 ? Qt::RightEdge : Qt::BottomEdge;
+        }
+        const int length = key.modifiers() & Qt::ShiftModifier ? longStep : 1;
+        setFrame(draggedCropFrame(m_frame, grip, step * length, m_ctx.photo.picCanvas().size()));
+        finishFrame();
+    }
+}
+
+void CropTool::paint(QPainter &painter) {
+    if (isOpen()) {
+        const QString size = m_ctx.texts.text("CropSize", "%1 x %2 pixels").arg(m_frame.width()).arg(m_frame.height());
+        paintCropFrame(painter, inView(m_frame), m_view.photoRect(), m_view.viewport()->rect(), size,
+                       m_drag && m_drag->moved);
+    }
+}
+
+} // namespace lumora

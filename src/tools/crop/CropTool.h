@@ -1,0 +1,79 @@
+// Crop: a frame on the photo that the mouse, a finger or the arrow keys move and size, and the cut down to it.
+#pragma once
+
+#include "tools/canvas/CanvasTool.h"
+#include "tools/crop/CropFrame.h"
+
+#include <QObject>
+#include <optional>
+
+namespace lumora {
+
+struct AppContext;
+class CanvasMouse;
+class CropPanel;
+
+class CropTool : public QObject, public CanvasTool {
+    Q_OBJECT
+
+  public:
+    /// Makes the panel, a child of the window, for itself and for the cut-out tool.
+    CropTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window);
+
+    /// cmdTool3 was pressed: the starting frame and the panel. Nothing happens without a photo; while it is open it
+    /// starts anew.
+    void openCrop();
+    /// Ends the tool from any state; the photo stays as it is.
+    void close();
+    CropPanel *panel() const { return m_panel; }
+
+    /// Cuts the photo down to what of it lies in CropRect, one undo step, and closes the panel. Nothing happens before
+    /// a frame is finished or while no tool is open, but the tip is wanted; a frame that misses the photo is told about
+    /// and stays.
+    void CropPhoto();
+
+    /// Left, top, width and height in picture pixels as they were with the last mouse-up or key; may reach beyond the
+    /// photo.
+    const QRect &CropRect() const { return m_cropRect; }
+    /// A drag or a key has finished a frame since the tool was opened.
+    bool CropReady() const { return m_cropReady; }
+    /// The frame as it stands on the photo now.
+    const QRect &frame() const { return m_frame; }
+
+    void end() override;
+    void press(const PointerEvent &at) override;
+    void move(const PointerEvent &at) override;
+    void release(const PointerEvent &at) override;
+    bool scrollsAtEdge() const override { return m_drag && m_drag->moved; }
+    /// Arrow keys move the frame by a pixel, with Ctrl its lower right corner; with Shift by ten. Enter crops, Esc
+    /// closes.
+    bool wantsKey(const QKeyEvent &key) const override;
+    void keyPress(const QKeyEvent &key) override;
+    void paint(QPainter &painter) override;
+
+  private:
+    struct Drag {
+        CropGrip grip;
+        QRect frame;          ///< when it began
+        PointerEvent pressed; ///< how it began
+        bool moved = false;   ///< it is no mere click
+    };
+
+    bool isOpen() const;
+    void startFrame();
+    void setFrame(const QRect &frame);
+    void finishFrame();
+    void showCursor(CropGrip grip);
+    QRectF inView(const QRect &picture) const;
+
+    AppContext &m_ctx;
+    PhotoView &m_view;
+    CanvasMouse &m_mouse;
+    CropPanel *m_panel;
+    QRect m_frame;
+    QRect m_cropRect = QRect(0, 0, 0, 0);
+    bool m_cropReady = false;
+    std::optional<Drag> m_drag;
+};
+
+} // namespace lumora

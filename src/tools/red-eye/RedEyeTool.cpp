@@ -1,0 +1,202 @@
+#include "tools/red-eye/RedEyeTool.h"
+
+#include "imaging/transforms/Canvas.h"
+#include "session/AppContext.h"
+#include "tools/canvas/CanvasMouse.h"
+#include "tools/canvas/TargetCursor.h"
+#include "tools/red-eye/RedEyePanel.h"
+#include "widgets/Theme.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPixmap>
+#include <cmath>
+
+namespace lumora {
+
+namespace {
+
+constexpr int cross = 3;             // image of picTarget
+constexpr qreal smallestRing = 4;    // pixels of the view: smaller ones would not be seen
+constexpr qreal widestPointer = 128; // radius in device pixels: displays refuse larger pointers
+constexpr qreal ringEdge = 3;        // half of the ring's line and what smooths it
+
+/// A ring that is seen on dark and bright photos, with a small cross in its middle.
+void drawRing(QPainter &painter, QPointF centre, qreal radius) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    const qreal arm = qMin(3.0, radius / 2);
+    const QPair<QColor, qreal> lines[] = {{Qt::white, 4}, {colours::ink, 1.75}};
+    for (const auto &[colour, width] : lines) {
+        painter.setPen(QPen(colour, width, Qt::SolidLine, Qt::RoundCap));
+        painter.drawEllipse(centre, radius, radius);
+        painter.drawLine(centre - QPointF(arm, 0), centre + QPointF(arm, 0));
+        painter.drawLine(centre - QPointF(0, arm), centre + QPointF(0, arm));
+    }
+    painter.restore();
+}
+
+/// A ring of that radius in the view's pixels as a pointer, sharp at that device pixel ratio.
+QCursor ringCursor(qreal radius, qreal scale) {
+    const int half = int(std::ceil(radius + ringEdge));
+    const int side = int(std::ceil((2 * half + 1) * scale));
+    QPixmap picture(side, side);
+    picture.setDevicePixelRatio(scale);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    drawRing(painter, QPointF(half + 0.5, half + 0.5), radius);
+    painter.end();
+    return QCursor(picture, half, half);
+}
+
+} // namespace
+
+RedEyeTool::RedEyeTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window)
+    : QObject(window), m_ctx(ctx), m_view(view), m_mouse(mouse), m_panel(new RedEyePanel(window)) {
+    mouse.redEyeCursor = [this] { return pointer(); };
+    connect(&mouse, &CanvasMouse::redEyeClicked, this, &RedEyeTool::click);
+    connect(m_panel, &RedEyePanel::radiusChanged, this, &RedEyeTool::refreshPointer);
+    connect(&view, &PhotoView::visiblePartChanged, this, &RedEyeTool::refreshPointer); // the zoom, too
+    connect(m_panel, &SlidingPanel::closed, this, &RedEyeTool::leave);
+}
+
+SlidingPanel *RedEyeTool::panel() const {
+    return m_panel;
+}
+
+void RedEyeTool::open() {
+    if (m_ctx.photo.picCanvas().isNull()) {
+        return;
+    }
+    Q_EMIT hideFloatingToolbars();
+    ApplyRedEye();
+    m_ctx.flags.ToolPanelShown = true;
+    m_panel->slideIn();
+}
+
+void RedEyeTool::close() {
+    if (m_mouse.tool() == this) {
+        m_mouse.setTool(nullptr);
+    }
+}
+
+void RedEyeTool::ApplyRedEye() {
+    m_mouse.setTool(this);
+    m_ctx.flags.SelectionActive = false;
+    m_ctx.flags.CropToolActive = false;
+    m_ctx.flags.FreeResizeActive = false;
+    m_ctx.flags.ColorPickerMode = false;
+    PhotoSelection selection = m_ctx.photo.selection();
+    selection.hide();
+    m_ctx.photo.setSelection(selection);
+    setRDMode(true);
+}
+
+void RedEyeTool::setRDMode(bool on) {
+    m_ctx.flags.RDMode = on;
+    if (on) {
+        refreshPointer();
+    } else {
+        m_view.setToolCursor({});
+        m_view.viewport()->update();
+    }
+}
+
+bool RedEyeTool::RDMode() const {
+    return m_ctx.flags.RDMode;
+}
+
+/// The user has closed it; not so when the panel goes because the tool has ended.
+void RedEyeTool::leave() {
+    if (m_mouse.tool() == this) {
+        close();
+        Q_EMIT arrowWanted();
+    }
+}
+
+void RedEyeTool::end() {
+    setRDMode(false);
+    m_ctx.flags.ToolPanelShown = false;
+    m_panel->slideOut();
+}
+
+bool RedEyeTool::wantsKey(const QKeyEvent &key) const {
+    return key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier;
+}
+
+void RedEyeTool::keyPress(const QKeyEvent &) {
+    leave();
+}
+
+void RedEyeTool::click(QPoint pixel) {
+    const QImage &photo = m_ctx.photo.picCanvas();
+    const int radius = m_panel->radius();
+    if (redEyeBounds(photo.width(), photo.height(), pixel.x(), pixel.y(), radius).isEmpty()) {
+        return;
+    }
+    QImage next = photo; // its own pixels as soon as they are written to
+    if (!removeRedEye(next, pixel.x(), pixel.y(), radius) || !m_ctx.photo.changePhoto(next)) {
+        Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
+    }
+}
+
+// --- Pointer --------------------------------------------------------------------------------------------------------
+
+/// Pixels of the view at the current zoom, up to the outer edge of the disc's farthest pixel.
+qreal RedEyeTool::ringRadius() const {
+    const qreal radius = m_view.toView({m_panel->radius() + 0.5, 0}).x() - m_view.toView({0, 0}).x();
+    return qMax(radius, smallestRing);
+}
+
+bool RedEyeTool::ringFitsPointer() const {
+    return ringRadius() * m_view.devicePixelRatioF() <= widestPointer;
+}
+
+QCursor RedEyeTool::pointer() {
+    const qreal scale = m_view.devicePixelRatioF();
+    if (!ringFitsPointer()) {
+        return targetCursor(cross, scale);
+    }
+    const qreal radius = ringRadius();
+    if (m_ringRadius != radius || m_ringScale != scale) {
+        m_ringRadius = radius;
+        m_ringScale = scale;
+        m_ring = ringCursor(radius, scale);
+    }
+    return m_ring;
+}
+
+void RedEyeTool::refreshPointer() {
+    if (RDMode()) {
+        m_view.setToolCursor(pointer());
+        m_view.viewport()->update();
+    }
+}
+
+/// The mouse-down has set another pointer.
+void RedEyeTool::press(const PointerEvent &) {
+    refreshPointer();
+}
+
+void RedEyeTool::move(const PointerEvent &at) {
+    if (RDMode() && !ringFitsPointer()) {
+        repaintRing(m_pointer);
+        repaintRing(at.view);
+    }
+    m_pointer = at.view;
+}
+
+void RedEyeTool::repaintRing(QPointF at) {
+    const qreal reach = ringRadius() + ringEdge;
+    m_view.viewport()->update(QRectF(at.x() - reach, at.y() - reach, 2 * reach, 2 * reach).toAlignedRect());
+}
+
+/// Only a ring that is too large for a pointer.
+void RedEyeTool::paint(QPainter &painter) {
+    if (RDMode() && !ringFitsPointer()) {
+        drawRing(painter, m_pointer, ringRadius());
+    }
+}
+
+} // namespace lumora

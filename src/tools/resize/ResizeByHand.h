@@ -1,0 +1,69 @@
+// Free resizing: the photo's frame with eight handles to drag, the photo following. ResizeTool starts it; the mouse
+// dispatch ends it when somebody clicks beyond the frame.
+#pragma once
+
+#include "tools/canvas/CanvasTool.h"
+#include "tools/resize/ResizeHandles.h"
+#include "view/PhotoLevels.h"
+#include "view/PhotoTable.h"
+
+#include <QObject>
+
+namespace lumora {
+
+class DoneButton;
+struct AppContext;
+
+/// A finished drag is one undo step. The side or corner opposite the handle stays where it is while dragging. No side
+/// gets shorter than a pixel or longer than 5000, unless it was longer already.
+class ResizeByHand : public QObject, public CanvasTool {
+    Q_OBJECT
+
+  public:
+    /// Both outlive it.
+    ResizeByHand(AppContext &ctx, PhotoView &view, QObject *parent = nullptr);
+
+    bool isActive() const { return m_active; }
+    /// The frame and its handles, in the view's pixels, where they are now.
+    QRectF frame() const;
+    ResizeHandles handles() const { return ResizeHandles(frame()); }
+
+    void start() override;
+    void end() override;
+    void press(const PointerEvent &at) override;
+    void move(const PointerEvent &at) override;
+    void release(const PointerEvent &at) override;
+    /// Esc drops the drag, or ends free resizing, and so does Enter.
+    bool wantsKey(const QKeyEvent &key) const override;
+    void keyPress(const QKeyEvent &key) override;
+    void paint(QPainter &painter) override;
+
+  Q_SIGNALS:
+    void started();
+    void ended();
+    /// The button, Esc or Enter: the user is done.
+    void endWanted();
+    /// The photo could not be resized: there is no memory for it.
+    void failed();
+
+  private:
+    bool isDragging() const { return !m_grabbed.isNull(); }
+    QRect dragged(QPointF picture) const;
+    void drop();
+    void paintPhoto(QPainter &painter);
+    void showCursor(const ResizeHandle &handle);
+
+    AppContext &m_ctx;
+    PhotoView &m_view;
+    PhotoLevels m_levels;
+    PhotoTable m_table;
+    bool m_active = false;
+    ResizeHandle m_grabbed; ///< null while nothing is dragged
+    ResizeHandle m_hovered;
+    QRect m_frame;        ///< picture pixels, while dragged
+    QPointF m_grabOffset; ///< from the pointer to the frame's edge, picture pixels
+    DoneButton *cmdResizeDone;
+    QPointF m_pointer; ///< the view's pixels
+};
+
+} // namespace lumora

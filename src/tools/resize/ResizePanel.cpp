@@ -1,0 +1,191 @@
+#include "tools/resize/ResizePanel.h"
+
+#include "imaging/Scale.h"
+#include "session/AppContext.h"
+#include "widgets/PictureButton.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QTimer>
+#include <charconv>
+#include <cmath>
+
+namespace lumora {
+
+namespace {
+
+/// optSize0 to optSize3; optSize4 leaves the boxes to be typed in.
+struct PresetRow {
+    const char *width;
+    const char *height;
+};
+const PresetRow presets[] = {{"340", "200"}, {"640", "480"}, {"800", "600"}, {"1024", "768"}};
+constexpr size_t custom = std::size(presets);
+
+constexpr QSize optionPicture(64, 48); // pixels
+constexpr int optionWidth = 88;
+constexpr int boxWidth = 72;
+
+/// The number that a text begins with; 0 where it begins with none.
+double numberIn(const QString &text) {
+    const QByteArray plain = text.trimmed().toLatin1();
+    double number = 0;
+    std::from_chars(plain.constBegin(), plain.constEnd(), number);
+    return std::isfinite(number) ? number : 0;
+}
+
+} // namespace
+
+// --- The box --------------------------------------------------------------------------------------------------------
+
+void PixelBox::keyPressEvent(QKeyEvent *event) {
+    const bool isCommand = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    const QString typed = event->text();
+    const bool isCharacter = !isCommand && !typed.isEmpty() && typed.front().isPrint();
+    if (!isCharacter || QStringLiteral("0123456789").contains(typed)) {
+        QLineEdit::keyPressEvent(event);
+    }
+}
+
+void PixelBox::focusInEvent(QFocusEvent *event) {
+    QLineEdit::focusInEvent(event);
+    selectAll();
+    if (event->reason() == Qt::MouseFocusReason) {
+        QTimer::singleShot(0, this, &QLineEdit::selectAll); // after the click, which sets the cursor
+    }
+}
+
+// --- The panel ------------------------------------------------------------------------------------------------------
+
+ResizePanel::ResizePanel(AppContext &ctx, QWidget *window)
+    : SlidingPanel("pnlResize", "cmdResizeExit", window), m_ctx(ctx) {
+    auto *row = new QHBoxLayout;
+    row->setSpacing(12);
+    addOptions(*row);
+    addBoxes(*row);
+    addButtons(*row);
+    row->addStretch();
+    body()->addLayout(row);
+    choose(custom);
+    connect(this, &SlidingPanel::opened, this, [this] { m_options[custom]->setFocus(Qt::OtherFocusReason); });
+    connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
+        if (isOpen() && what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
+            showPhoto();
+        }
+    });
+}
+
+void ResizePanel::addOptions(QHBoxLayout &row) {
+    auto *options = new QHBoxLayout;
+    options->setSpacing(4);
+    for (size_t i = 0; i < m_options.size(); ++i) {
+        auto *option = new PictureButton("tool4", PictureButton::CaptionPlace::Below, this);
+        option->setObjectName(QString("optSize%1").arg(i));
+        option->setPictureSize(optionPicture);
+        option->setCheckable(true);
+        option->setFixedWidth(optionWidth);
+        if (i < custom) {
+            option->setText(QString("%1 x %2").arg(presets[i].width, presets[i].height));
+        }
+        connect(option, &QAbstractButton::clicked, this, [this, i] { choose(i); });
+        m_options.at(i) = option;
+        options->addWidget(option);
+    }
+    row.addLayout(options);
+}
+
+void ResizePanel::addBoxes(QHBoxLayout &row) {
+    auto *grid = new QGridLayout;
+    grid->setHorizontalSpacing(8);
+    const auto add = [&](int line, const char *label, const char *name) {
+        auto *caption = new QLabel(this);
+        caption->setObjectName(label);
+        auto *box = new PixelBox(this);
+        box->setObjectName(name);
+        box->setFixedWidth(boxWidth);
+        box->setAlignment(Qt::AlignCenter);
+        caption->setBuddy(box);
+        connect(box, &QLineEdit::returnPressed, this, &ResizePanel::apply);
+        grid->addWidget(caption, line, 0, Qt::AlignTrailing);
+        grid->addWidget(box, line, 1);
+        return box;
+    };
+    txtWidth = add(0, "lblResizeWidth", "txtWidth");
+    txtHeight = add(1, "lblResizeHeight", "txtHeight");
+    row.addLayout(grid);
+}
+
+void ResizePanel::addButtons(QHBoxLayout &row) {
+    auto *column = new QVBoxLayout;
+    column->setSpacing(6);
+    const auto add = [&](const char *name, const char *icon) {
+        auto *button = new PictureButton(icon, PictureButton::CaptionPlace::Beside, this);
+        button->setObjectName(name);
+        button->setLook(PictureButton::Look::Raised);
+        column->addWidget(button);
+        return button;
+    };
+    connect(add("cmdApplyResize", "ok"), &QAbstractButton::clicked, this, &ResizePanel::apply);
+    connect(add("cmdFreeResize", "resize-free"), &QAbstractButton::clicked, this, &ResizePanel::freeResizeWanted);
+    row.addLayout(column);
+}
+
+void ResizePanel::open() {
+    titleLabel()->setText(m_ctx.texts.text("Tool4", "ReSize Tool"));
+    const QSize photo = m_ctx.photo.picCanvas().size();
+    const bool fits = photo.width() <= longestSide && photo.height() <= longestSide;
+    const QSize size = fits ? photo : photo.scaled(longestSide, longestSide, Qt::KeepAspectRatio);
+    txtWidth->setText(QString::number(size.width()));
+    txtHeight->setText(QString::number(size.height()));
+    for (PictureButton *option : m_options) {
+        option->setMinimumHeight(option->heightAt(optionWidth)); // with its caption on two lines in some languages
+    }
+    choose(custom);
+    showPhoto();
+    slideIn();
+}
+
+void ResizePanel::choose(size_t option) {
+    for (size_t i = 0; i < m_options.size(); ++i) {
+        m_options.at(i)->setChecked(i == option);
+    }
+    if (option < custom) {
+        txtWidth->setText(presets[option].width);
+        txtHeight->setText(presets[option].height);
+    }
+    for (PixelBox *box : {txtWidth, txtHeight}) {
+        box->setReadOnly(option < custom);
+    }
+}
+
+/// What each fixed size would make of it.
+void ResizePanel::showPhoto() {
+    const QSize room = (QSizeF(optionPicture) * devicePixelRatioF()).toSize();
+    const QImage &photo = m_ctx.photo.picCanvas();
+    const QSize small = photo.size().scaled(room * 2, Qt::KeepAspectRatio).boundedTo(photo.size()).expandedTo({1, 1});
+    const QImage reduced = scaled(photo, small.width(), small.height());
+    for (size_t i = 0; i < custom; ++i) {
+        const QSize shape(QString(presets[i].width).toInt(), QString(presets[i].height).toInt());
+        const QSize size = shape.scaled(room, Qt::KeepAspectRatio);
+        m_options.at(i)->setPicture(QPixmap::fromImage(scaled(reduced, size.width(), size.height())));
+    }
+}
+
+void ResizePanel::apply() {
+    const double width = numberIn(txtWidth->text());
+    const double height = numberIn(txtHeight->text());
+    if (width > longestSide || height > longestSide) {
+        Q_EMIT sizeRefused();
+        txtWidth->setFocus();
+    } else if (txtWidth->text().isEmpty() || txtHeight->text().isEmpty() || width < 0 || height < 0) {
+        txtWidth->setText("0");
+        txtHeight->setText("0");
+    } else {
+        // Halves to even, as the processor rounds.
+        Q_EMIT sizeWanted({static_cast<int>(std::nearbyint(width)), static_cast<int>(std::nearbyint(height))});
+    }
+}
+
+} // namespace lumora

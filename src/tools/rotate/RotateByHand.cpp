@@ -1,0 +1,313 @@
+#include "tools/rotate/RotateByHand.h"
+
+#include "imaging/transforms/Transform.h"
+#include "session/AppContext.h"
+#include "tools/canvas/DoneButton.h"
+#include "tools/canvas/PointerLabel.h"
+#include "widgets/Theme.h"
+
+#include <QKeyEvent>
+#include <QLocale>
+#include <QPainter>
+#include <QScrollBar>
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace lumora {
+
+namespace {
+
+// pixels
+constexpr double clickSlop = 3; // that an unsteady hand may move within a click
+constexpr double deadZone = 16; // round the pivot, where the angle means nothing
+constexpr double knobRadius = 22;
+constexpr int knobPicture = 32;
+constexpr double edgeDistance = 44; // of the handle from the view's edge
+constexpr double leastRadius = 48;
+constexpr double stem = 36; // by which the handle stands off a small photo
+
+constexpr double snap = 15;   // degrees, with Shift
+constexpr double finest = 10; // steps to a degree
+
+double normal(double degrees) {
+    return std::remainder(degrees, 360.0);
+}
+
+} // namespace
+
+RotateByHand::RotateByHand(AppContext &ctx, PhotoView &view, QObject *parent)
+    : QObject(parent), m_ctx(ctx), m_view(view), m_preview(view), cmdRotateDone(new DoneButton("cmdRotateDone", view)) {
+    m_settle.setSingleShot(true);
+    m_settle.setInterval(settleTime);
+    connect(cmdRotateDone, &QAbstractButton::clicked, this, &RotateByHand::endWanted);
+    connect(&m_settle, &QTimer::timeout, this, &RotateByHand::finish);
+    connect(&ctx.photo, &PhotoDocument::changed, this, &RotateByHand::photoChanged);
+    connect(&view, &PhotoView::visiblePartChanged, this, [this] {
+        m_preview.forgetCopy();
+        if (m_active) {
+            m_view.viewport()->update(); // the handle's place depends on the view
+        }
+    });
+    connect(&view, &PhotoView::paintOverlay, this, [this](QPainter &painter) {
+        if (m_active) {
+            paintHandle(painter);
+        }
+    });
+}
+
+// --- The photo and its turns ----------------------------------------------------------------------------------------
+
+void RotateByHand::start() {
+    m_view.setFocus(); // for the arrow keys
+    m_active = true;
+    takeAsUnturned();
+    showHand();
+    cmdRotateDone->show();
+    Q_EMIT started();
+}
+
+void RotateByHand::end() {
+    if (m_trying == Trying::Keys) {
+        finish(); // the keys are up: this turn is wanted
+    }
+    drop();
+    m_active = false;
+    m_unturned = QImage();
+    m_preview.setPhoto({});
+    cmdRotateDone->hide();
+    Q_EMIT ended();
+}
+
+void RotateByHand::takeAsUnturned() {
+    m_unturned = m_ctx.photo.picCanvas();
+    m_preview.setPhoto(m_unturned);
+    m_turns = {0};
+    m_turn = 0;
+    m_degrees = 0;
+}
+
+bool RotateByHand::isTurnedBy(double degrees) const {
+    return m_ctx.photo.picCanvas() == rotated(m_unturned, degrees);
+}
+
+/// Undo and redo lead to a neighbouring turn; any other change brings a photo to start from.
+void RotateByHand::photoChanged(PhotoChanges what) {
+    if (!m_active || m_finishing || !what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Loaded)) {
+        return;
+    }
+    drop();
+    if (m_turn > 0 && isTurnedBy(m_turns[m_turn - 1])) {
+        --m_turn;
+    } else if (m_turn + 1 < m_turns.size() && isTurnedBy(m_turns[m_turn + 1])) {
+        ++m_turn;
+    } else {
+        takeAsUnturned();
+    }
+    m_degrees = m_turns[m_turn];
+}
+
+void RotateByHand::turnTo(double degrees, Trying how) {
+    m_trying = how;
+    m_degrees = normal(degrees);
+    m_view.setPhotoHidden(true);
+    m_view.viewport()->update();
+}
+
+/// Turns the photo itself by what was tried.
+void RotateByHand::finish() {
+    m_settle.stop();
+    const double degrees = m_degrees;
+    if (m_finishing || degrees == m_turns[m_turn]) {
+        drop();
+        return;
+    }
+    m_finishing = true;
+    QImage turned;
+    m_ctx.longWork.run([&] { turned = rotated(m_unturned, degrees); });
+    const QPointF middle = pivot();
+    const bool done = m_ctx.photo.changePhoto(turned);
+    if (done) {
+        m_turns.resize(m_turn + 1);
+        m_turns.push_back(degrees);
+        ++m_turn;
+        keepInPlace(middle);
+    }
+    m_finishing = false;
+    drop();
+    if (!done) {
+        Q_EMIT failed();
+    }
+}
+
+/// Shows the photo itself again, with the angle that it has.
+void RotateByHand::drop() {
+    m_settle.stop();
+    m_trying = Trying::Nothing;
+    if (!m_turns.empty()) {
+        m_degrees = m_turns[m_turn];
+    }
+    m_view.setPhotoHidden(false);
+    m_view.viewport()->update();
+}
+
+/// A turned photo is larger or smaller; its middle stays where it was in the view, as far as it can.
+void RotateByHand::keepInPlace(QPointF before) {
+    const QPointF moved = pivot() - before;
+    m_view.horizontalScrollBar()->setValue(m_view.horizontalScrollBar()->value() + qRound(moved.x()));
+    m_view.verticalScrollBar()->setValue(m_view.verticalScrollBar()->value() + qRound(moved.y()));
+}
+
+// --- The hand -------------------------------------------------------------------------------------------------------
+
+QPointF RotateByHand::pivot() const {
+    return m_view.toView(QRectF(m_ctx.photo.picCanvas().rect()).center());
+}
+
+QPointF RotateByHand::handle() const {
+    const QRectF view = m_view.viewport()->rect();
+    const QSizeF photo = QSizeF(m_unturned.size()) * m_ctx.photo.zoom() / 100.0;
+    const double besidePhoto = std::hypot(photo.width(), photo.height()) / 2 + stem;
+    const double inView = std::min(view.width(), view.height()) / 2 - edgeDistance;
+    const double radius = std::max(leastRadius, std::min(besidePhoto, inView));
+    const double angle = m_degrees * std::numbers::pi / 180;
+    const QPointF at = pivot() + radius * QPointF(std::sin(angle), -std::cos(angle));
+    return {std::clamp(at.x(), knobRadius, std::max(knobRadius, view.width() - knobRadius)),
+            std::clamp(at.y(), knobRadius, std::max(knobRadius, view.height() - knobRadius))};
+}
+
+/// Of a point of the view as seen from the pivot, degrees clockwise from straight up.
+double RotateByHand::angleAt(QPointF view) const {
+    const QPointF from = view - pivot();
+    return std::atan2(from.x(), -from.y()) * 180 / std::numbers::pi;
+}
+
+void RotateByHand::press(const PointerEvent &at) {
+    const QPointF from = at.view - pivot();
+    if (std::hypot(from.x(), from.y()) < deadZone) {
+        showHand();
+        return;
+    }
+    if (m_trying == Trying::Keys) {
+        finish();
+    }
+    m_trying = Trying::Grabbed;
+    m_pressedAt = m_pointer = at.view;
+    m_grabbedAt = angleAt(at.view);
+    showHand();
+}
+
+void RotateByHand::move(const PointerEvent &at) {
+    m_pointer = at.view;
+    if (m_trying == Trying::Grabbed && (at.view - m_pressedAt).manhattanLength() >= clickSlop) {
+        m_trying = Trying::Drag;
+    }
+    if (m_trying == Trying::Drag) {
+        const double free = normal(m_turns[m_turn] + angleAt(at.view) - m_grabbedAt);
+        const double step = at.modifiers & Qt::ShiftModifier ? snap : 1 / finest;
+        turnTo(std::round(free / step) * step, Trying::Drag);
+    }
+    showHand();
+}
+
+void RotateByHand::release(const PointerEvent &) {
+    if (m_trying == Trying::Drag) {
+        finish();
+    } else if (m_trying == Trying::Grabbed) {
+        drop();
+    }
+    showHand();
+}
+
+void RotateByHand::showHand() {
+    const bool grabbed = m_trying == Trying::Grabbed || m_trying == Trying::Drag;
+    m_view.setToolCursor(grabbed ? Qt::ClosedHandCursor : Qt::OpenHandCursor);
+}
+
+bool RotateByHand::wantsKey(const QKeyEvent &key) const {
+    if (key.modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier)) {
+        return false;
+    }
+    switch (key.key()) {
+    case Qt::Key_Escape:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void RotateByHand::keyPress(const QKeyEvent &key) {
+    const bool byMouse = m_trying == Trying::Grabbed || m_trying == Trying::Drag;
+    switch (key.key()) {
+    case Qt::Key_Escape:
+        if (m_trying == Trying::Nothing) {
+            Q_EMIT endWanted();
+        } else {
+            drop();
+            showHand();
+        }
+        break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (!byMouse) {
+            Q_EMIT endWanted();
+        }
+        break;
+    default:
+        if (!byMouse) {
+            const bool clockwise = key.key() == Qt::Key_Right || key.key() == Qt::Key_Up;
+            turnTo(m_degrees + (clockwise ? 1 : -1), Trying::Keys);
+            m_settle.start();
+        }
+        break;
+    }
+}
+
+// --- What is seen ---------------------------------------------------------------------------------------------------
+
+void RotateByHand::paint(QPainter &painter) {
+    if (m_trying == Trying::Drag || m_trying == Trying::Keys) {
+        m_preview.paint(painter, pivot(), m_ctx.photo.zoom() / 100.0, m_degrees);
+    }
+}
+
+/// After the grid, which lies over the photo.
+void RotateByHand::paintHandle(QPainter &painter) const {
+    const QPointF knob = handle();
+    const QPointF middle = pivot();
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (const auto &[colour, width] : {std::pair(QColor(255, 255, 255, 220), 6.0), std::pair(colours::ink, 2.5)}) {
+        painter.setPen(QPen(colour, width, Qt::SolidLine, Qt::RoundCap));
+        painter.drawLine(middle, knob);
+    }
+    painter.setPen(QPen(Qt::white, 2));
+    painter.setBrush(colours::ink);
+    painter.drawEllipse(middle, 6, 6);
+    const bool tried = m_trying != Trying::Nothing;
+    painter.setPen(QPen(Qt::white, 3));
+    painter.setBrush(tried ? colours::sun : colours::leaf);
+    painter.drawEllipse(knob, knobRadius, knobRadius);
+    painter.setPen(QPen(colours::ink, 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawEllipse(knob, knobRadius - 1, knobRadius - 1);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.translate(knob);
+    painter.rotate(m_degrees);
+    painter.drawPixmap(-QPointF(knobPicture, knobPicture) / 2,
+                       iconPixmap("rotate-knob", knobPicture, m_view.devicePixelRatioF()));
+    painter.restore();
+    if (m_trying == Trying::Drag || m_trying == Trying::Keys) {
+        const bool whole = m_degrees == std::round(m_degrees);
+        const QString degrees = m_view.locale().toString(m_degrees, 'f', whole ? 0 : 1) + QChar(0x00B0);
+        paintPointerLabel(painter, m_view.viewport()->rect(), m_trying == Trying::Drag ? m_pointer : knob, degrees);
+    }
+}
+
+} // namespace lumora

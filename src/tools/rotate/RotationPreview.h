@@ -1,0 +1,35 @@
+// A photo at any angle, painted at once: from a copy of what can come into view, no larger than the screen shows it.
+// Free rotation shows it while the photo is dragged.
+#pragma once
+
+#include "view/PhotoTable.h"
+
+#include <QImage>
+
+namespace lumora {
+
+class PhotoView;
+
+class RotationPreview {
+  public:
+    explicit RotationPreview(const PhotoView &view) : m_view(view) {}
+
+    void setPhoto(const QImage &photo);
+    /// The view shows another part, or at another size.
+    void forgetCopy() { m_copy = QImage(); }
+    /// Paints the photo turned clockwise by that many degrees, with its white corners, over the whole view. Its middle
+    /// lies at `centre` (view's pixels); `scale` is the view's pixels to one of the photo.
+    void paint(QPainter &painter, QPointF centre, double scale, double degrees);
+
+  private:
+    void makeCopy(QPointF centre, double scale);
+    QImage turnedCopy(double angle, QSize size) const;
+
+    const PhotoView &m_view;
+    PhotoTable m_table;
+    QImage m_photo;
+    QImage m_copy;          ///< of the photo's middle, as much as can come into view
+    double m_copyScale = 1; ///< pixels of the copy to one of the photo
+};
+
+} // namespace lumora

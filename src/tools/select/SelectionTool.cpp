@@ -1,0 +1,150 @@
+#include "tools/select/SelectionTool.h"
+
+#include "tools/canvas/CanvasMouse.h"
+#include "tools/select/SelectionOutline.h"
+
+#include <QKeyEvent>
+#include <algorithm>
+#include <cmath>
+
+namespace lumora {
+
+namespace {
+
+enum Kind { rectangle = 1, ellipse = 2, lasso = 3 };
+
+struct ShapeRow {
+    const char *key;
+    Kind kind;
+    const char *icon;
+    const char *simpleIcon; ///< in Simple mode the lasso has the rectangle's
+    int target;             ///< image of picTarget until the mouse moves
+};
+const ShapeRow shapes[] = {
+    {"keySqr", rectangle, "tool2-rectangle", "tool2-rectangle", 3},
+    {"keyCircle", ellipse, "tool2-ellipse", "tool2-ellipse", 3},
+    {"keyLasso", lasso, "tool2-lasso", "tool2-rectangle", 4},
+};
+
+constexpr int clickSlop = 3; // pixels of the view that an unsteady hand may move within a click
+
+} // namespace
+
+SelectionTool::SelectionTool(PhotoDocument &document, ToolFlags &flags, CanvasMouse &mouse, SelectionOutline &outline,
+                             QObject *parent)
+    : QObject(parent), m_document(document), m_flags(flags), m_mouse(mouse), m_outline(outline) {
+    connect(&document, &PhotoDocument::changed, this, [this](PhotoChanges what) {
+        if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Loaded)) {
+            cancel(); // it was being marked on another picture
+        }
+    });
+}
+
+void SelectionTool::choose(const QString &key) {
+    const auto *const shape = std::ranges::find(shapes, key, &ShapeRow::key);
+    if (shape == std::end(shapes)) {
+        return;
+    }
+    Q_EMIT chosen(m_flags.SimpleModeOn ? shape->simpleIcon : shape->icon);
+    m_mouse.setTool(this);
+    m_flags.canvasToolMode = 0;
+    m_mouse.clearMarked();
+    m_mouse.showTarget(shape->target);
+    m_flags.SelectionActive = true;
+    m_flags.SelectionKind = shape->kind;
+    m_flags.RDMode = false;
+    m_flags.FreeResizeActive = false;
+    m_flags.CropToolActive = false;
+    m_flags.ColorPickerMode = false;
+    m_mouse.EditMode = shape->kind == lasso ? 2 : 0;
+    m_mouse.MoveMode = false;
+}
+
+void SelectionTool::press(const PointerEvent &at) {
+    if (!m_flags.SelectionActive || m_document.picCanvas().isNull()) {
+        return;
+    }
+    m_mouse.clearMarked();
+    m_pressed = true;
+    m_pressedAt = at.view;
+    if (m_flags.SelectionKind == lasso) {
+        addLassoPoint(at.picture);
+    }
+}
+
+void SelectionTool::move(const PointerEvent &at) {
+    if (!m_pressed) {
+        return;
+    }
+    m_dragged = m_dragged || (at.view - m_pressedAt).manhattanLength() >= clickSlop;
+    if (m_flags.SelectionKind == lasso) {
+        addLassoPoint(at.picture);
+    } else if (m_dragged) {
+        markBox(at);
+    }
+}
+
+void SelectionTool::release(const PointerEvent &) {
+    if (m_pressed && m_dragged && m_flags.SelectionKind == lasso) {
+        PhotoSelection selection = m_document.selection();
+        selection.markLasso(m_lasso);
+        mark(selection);
+    }
+    cancel();
+}
+
+void SelectionTool::markBox(const PointerEvent &at) {
+    const QPoint from = inPhoto(m_mouse.SelStartPic());
+    PhotoSelection selection = m_document.selection();
+    if (m_flags.SelectionKind == ellipse) {
+        // Wherever it is dragged to, it starts at the mouse-down and goes right and down.
+        const QPoint size = inPhoto(m_mouse.SelEndPic()) - from;
+        selection.markEllipse(QRect(from, QSize(std::abs(size.x()), std::abs(size.y()))));
+    } else {
+        const QPoint to = inPhoto(CanvasMouse::rounded(at.picture));
+        const QPoint first(std::min(from.x(), to.x()), std::min(from.y(), to.y()));
+        selection.markRectangle(QRect(first, QSize(std::abs(to.x() - from.x()), std::abs(to.y() - from.y()))));
+    }
+    mark(selection);
+}
+
+/// Into the document and the view.
+void SelectionTool::mark(const PhotoSelection &selection) {
+    m_outline.clearTrail();
+    m_document.setSelection(selection);
+}
+
+void SelectionTool::addLassoPoint(QPointF picture) {
+    const QSize photo = m_document.picCanvas().size();
+    const PicturePoint point{std::clamp<double>(picture.x(), 0, photo.width()),
+                             std::clamp<double>(picture.y(), 0, photo.height())};
+    if (m_lasso.empty() || m_lasso.back().x != point.x || m_lasso.back().y != point.y) {
+        m_lasso.push_back(point);
+        m_outline.addToTrail(point);
+    }
+}
+
+QPoint SelectionTool::inPhoto(QPoint picture) const {
+    const QSize photo = m_document.picCanvas().size();
+    return {std::clamp(picture.x(), 0, photo.width()), std::clamp(picture.y(), 0, photo.height())};
+}
+
+/// Ends a drag; what it has marked so far stays.
+void SelectionTool::cancel() {
+    m_pressed = false;
+    m_dragged = false;
+    m_lasso.clear();
+    m_outline.clearTrail();
+}
+
+bool SelectionTool::wantsKey(const QKeyEvent &key) const {
+    return key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier &&
+           (m_pressed || !m_document.selection().isEmpty());
+}
+
+void SelectionTool::keyPress(const QKeyEvent &) {
+    cancel();
+    m_mouse.clearMarked();
+}
+
+} // namespace lumora

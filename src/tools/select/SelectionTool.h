@@ -1,0 +1,58 @@
+// The selection tools: rectangle, ellipse and lasso, marked on the photo with the mouse. The main window hands on the
+// clicks of FT1; what is marked lives in the document.
+#pragma once
+
+#include "session/ToolFlags.h"
+#include "tools/canvas/CanvasTool.h"
+
+#include <QObject>
+#include <vector>
+
+namespace lumora {
+
+class CanvasMouse;
+class SelectionOutline;
+
+class SelectionTool : public QObject, public CanvasTool {
+    Q_OBJECT
+
+  public:
+    SelectionTool(PhotoDocument &document, ToolFlags &flags, CanvasMouse &mouse, SelectionOutline &outline,
+                  QObject *parent = nullptr);
+
+    /// Makes the tool of that key of FT1 current: "keySqr", "keyCircle" or "keyLasso"; any other key does nothing.
+    void choose(const QString &key);
+
+    void end() override { cancel(); }
+    /// Starts a mark of the shape that SelectionKind says, while SelectionActive; what was marked is no longer. A click
+    /// without a drag marks nothing.
+    void press(const PointerEvent &at) override;
+    void move(const PointerEvent &at) override;
+    void release(const PointerEvent &at) override;
+    bool scrollsAtEdge() const override { return m_dragged; }
+    /// Esc clears what is marked or is being marked.
+    bool wantsKey(const QKeyEvent &key) const override;
+    void keyPress(const QKeyEvent &key) override;
+
+  Q_SIGNALS:
+    /// A shape was chosen: cmdTool2 takes the icon of that name, and the floating bars close.
+    void chosen(const QString &toolIcon);
+
+  private:
+    void cancel();
+    void mark(const PhotoSelection &selection);
+    void markBox(const PointerEvent &at);
+    void addLassoPoint(QPointF picture);
+    QPoint inPhoto(QPoint picture) const;
+
+    PhotoDocument &m_document;
+    ToolFlags &m_flags;
+    CanvasMouse &m_mouse;
+    SelectionOutline &m_outline;
+    bool m_pressed = false; ///< the left button is down and what it draws is wanted
+    bool m_dragged = false; ///< the pointer has left the place of the click
+    QPointF m_pressedAt;    ///< the view's pixels
+    std::vector<PicturePoint> m_lasso;
+};
+
+} // namespace lumora

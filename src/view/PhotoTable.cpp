@@ -1,0 +1,91 @@
+#include "view/PhotoTable.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+namespace lumora {
+
+namespace {
+
+constexpr int tileSize = 16; // painter's units; both patterns repeat after that
+constexpr int shadowWidth = 10;
+constexpr int shadowDrop = 3;
+constexpr QRgb parchment = qRgb(247, 245, 234);
+constexpr QRgb hatchLine = qRgb(200, 200, 200);
+constexpr QRgb ink = qRgb(43, 40, 64);
+
+QPixmap emptyTile(qreal devicePixels, QRgb colour) {
+    QPixmap tile((QSizeF(tileSize, tileSize) * devicePixels).toSize());
+    tile.setDevicePixelRatio(devicePixels);
+    tile.fill(QColor(colour));
+    return tile;
+}
+
+QPixmap hatchingTile(qreal devicePixels) {
+    QPixmap tile = emptyTile(devicePixels, parchment);
+    QPainter painter(&tile);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor(hatchLine), 0.75));
+    // Drawn beyond the tile as well, so that the lines meet at its corners without a gap.
+    for (int shift = -tileSize; shift <= tileSize; shift += tileSize) {
+        painter.drawLine(QPointF(shift - tileSize, -tileSize), QPointF(shift + 2 * tileSize, 2 * tileSize));
+        painter.drawLine(QPointF(shift - tileSize, 2 * tileSize), QPointF(shift + 2 * tileSize, -tileSize));
+    }
+    return tile;
+}
+
+QPixmap checksTile(qreal devicePixels) {
+    QPixmap tile = emptyTile(devicePixels, qRgb(255, 255, 255));
+    QPainter painter(&tile);
+    const QSizeF half(tileSize / 2.0, tileSize / 2.0);
+    painter.fillRect(QRectF(QPointF(0, 0), half), QColor(221, 221, 221));
+    painter.fillRect(QRectF(QPointF(tileSize / 2.0, tileSize / 2.0), half), QColor(221, 221, 221));
+    return tile;
+}
+
+void paintShadow(QPainter &painter, const QRectF &photo) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    // Many thin layers, each a little larger, add up to a soft edge.
+    for (int grown = shadowWidth; grown > 0; grown -= 2) {
+        painter.setBrush(QColor(qRed(ink), qGreen(ink), qBlue(ink), 12));
+        painter.drawRoundedRect(photo.adjusted(-grown, -grown, grown, grown).translated(0, shadowDrop), grown, grown);
+    }
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.fillRect(photo.adjusted(-1, -1, 1, 1), QColor(207, 201, 174));
+}
+
+} // namespace
+
+void PhotoTable::makeTiles(qreal devicePixels) {
+    if (m_hatching.isNull() || !qFuzzyCompare(m_hatching.devicePixelRatio(), devicePixels)) {
+        m_hatching = hatchingTile(devicePixels);
+        m_checks = checksTile(devicePixels);
+    }
+}
+
+void PhotoTable::paintTable(QPainter &painter, const QRectF &area, const QRectF &photo, QPointF origin,
+                            qreal devicePixels) {
+    if (photo.contains(area)) {
+        return;
+    }
+    makeTiles(devicePixels);
+    painter.save();
+    QPainterPath outside;
+    outside.addRect(area);
+    QPainterPath inside;
+    inside.addRect(photo);
+    painter.setClipPath(outside.subtracted(inside), Qt::IntersectClip);
+    painter.drawTiledPixmap(area, m_hatching, area.topLeft() - origin);
+    if (!photo.isEmpty()) {
+        paintShadow(painter, photo);
+    }
+    painter.restore();
+}
+
+void PhotoTable::paintChecks(QPainter &painter, const QRectF &area, QPointF origin, qreal devicePixels) {
+    makeTiles(devicePixels);
+    painter.drawTiledPixmap(area, m_checks, area.topLeft() - origin);
+}
+
+} // namespace lumora

@@ -1,0 +1,139 @@
+// The photo on its table, as the main window shows it: paints what is exposed, scrolls, zooms and pans, and tells tools
+// of the pointer in picture pixels.
+#pragma once
+
+#include "document/PhotoDocument.h"
+#include "view/PhotoLevels.h"
+#include "view/PhotoTable.h"
+
+#include <QAbstractScrollArea>
+#include <QCursor>
+#include <optional>
+
+class QGestureEvent;
+class QKeyEvent;
+class QNativeGestureEvent;
+
+namespace lumora {
+
+enum class Sampling;
+
+/// A mouse event over the photo's table that was not used for panning.
+struct PointerEvent {
+    enum class Kind { Press, Move, Release, DoubleClick };
+    Kind kind = Kind::Move;
+    QPointF picture; ///< picture pixels; outside the picture too
+    QPointF view;    ///< the view's pixels
+    Qt::MouseButton button = Qt::NoButton;
+    Qt::MouseButtons buttons = Qt::NoButton;
+    Qt::KeyboardModifiers modifiers = Qt::NoModifier;
+};
+
+/// View coordinates are those of the viewport, in device-independent pixels. The zoom counts these too, and painting
+/// uses every pixel of the device.
+class PhotoView : public QAbstractScrollArea {
+    Q_OBJECT
+
+  public:
+    explicit PhotoView(PhotoDocument &document, QWidget *parent = nullptr);
+
+    /// Exact conversions between the view and the picture's pixels, also outside the photo.
+    QPointF toPicture(QPointF viewPoint) const;
+    QPointF toView(QPointF picturePoint) const;
+    /// The picture pixel under a point of the view; outside the photo one that the picture does not have.
+    QPoint pixelAt(QPointF viewPoint) const;
+    /// The photo's rectangle in view coordinates; empty without a photo.
+    QRectF photoRect() const;
+    /// The inner size without scroll bars: what fitPhoto is given.
+    QSize canvasSize() const { return maximumViewportSize(); }
+
+    /// Sets the zoom in percent so that the picture stays where it is under that point of the view.
+    void zoomAbout(QPointF viewPoint, int percent);
+
+    /// The photo's pixels that are in view, cut to the photo, and the picture (the photo or a reduced copy of it) that
+    /// the view paints them from.
+    QRect visiblePart() const;
+    PhotoLevels::Level visibleLevel();
+    /// Paints `picture` in place of the photo's pixels in `part` (picture pixels; what of it lies outside the photo is
+    /// not painted), stretched to it just as the photo is, until cleared or until the photo itself changes. What a tool
+    /// shows of a change that has not been made. A null picture or an empty part clears.
+    void showStandIn(const QImage &picture, const QRect &part);
+    void clearStandIn();
+    /// Leaves the photo itself unpainted, for a tool that draws it in another shape on the overlay.
+    void setPhotoHidden(bool hidden);
+    /// The cursor over the table while nobody pans.
+    void setToolCursor(const QCursor &cursor);
+
+  Q_SIGNALS:
+    /// Another part of the photo is in view, or at another size.
+    void visiblePartChanged();
+    /// Mouse over the table: what tools listen to.
+    void pointer(const lumora::PointerEvent &event);
+    /// A key, before the view or a shortcut of the window has it: QEvent::ShortcutOverride asks, QEvent::KeyPress is
+    /// it. Whoever wants the key accepts both.
+    void key(QKeyEvent &event);
+    /// After the photo is painted: selections and grids draw on top, in view coordinates.
+    void paintOverlay(QPainter &painter);
+
+  protected:
+    bool event(QEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+
+  private:
+    /// A point of the picture that a change of zoom or size leaves where it is in the view.
+    struct Anchor {
+        QPointF picture;
+        QPointF view;
+    };
+
+    void followDocument(PhotoChanges what);
+    Anchor centre() const;
+    Anchor photoCentre() const;
+    void layOut(const Anchor &anchor);
+    void placeOrigin();
+    QRect inDevice(const QRect &exposed) const;
+    Sampling sampling() const;
+    void paintPhoto(QPainter &painter, const QRect &exposed);
+    void paintStandIn(QPainter &painter, const QRect &exposed);
+    void paintPixels(QPainter &painter, QImage pixels, const QRect &part);
+    bool pinch(QGestureEvent &event);
+    bool nativeGesture(const QNativeGestureEvent &event);
+    void zoomByWheel(const QWheelEvent &event);
+    void tellPointer(PointerEvent::Kind kind, const QMouseEvent &event);
+    bool startPanning(const QMouseEvent &event);
+    void showHand();
+
+    PhotoDocument &m_document;
+    PhotoLevels m_levels;
+    PhotoTable m_table;
+
+    QImage m_standIn;
+    QRect m_standInPart; ///< picture pixels
+    bool m_photoHidden = false;
+    QCursor m_toolCursor;
+
+    // How the photo lies now, in device pixels.
+    double m_scale = 1.0; ///< device pixels to a picture pixel
+    QPoint m_origin;      ///< of the photo's top left corner
+    QSize m_size;         ///< of the photo at this zoom
+
+    std::optional<Anchor> m_anchor; ///< for the zoom that is being set
+    double m_gestureZoom = 100.0;   ///< percent, unrounded while two fingers move
+    int m_wheelRest = 0;            ///< eighths of a degree not yet turned into a zoom step
+    bool m_spaceDown = false;
+    std::optional<QPoint> m_panFrom; ///< where the pointer last was while it drags the photo
+    Qt::MouseButton m_panButton = Qt::NoButton;
+};
+
+} // namespace lumora

@@ -1,0 +1,62 @@
+#include "view/Thumbnails.h"
+
+#include "imaging/PictureFile.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <QThreadPool>
+
+namespace lumora {
+
+namespace {
+
+constexpr int atOnce = 2; // files decoded side by side: enough to keep ahead of the eye, few enough to leave a core
+
+} // namespace
+
+Thumbnails::Thumbnails(int longerSide, QObject *parent) : QObject(parent), m_longerSide(longerSide) {}
+
+void Thumbnails::want(const QStringList &paths) {
+    m_waiting.clear();
+    for (const QString &path : paths) {
+        if (!m_underWay.contains(path)) {
+            m_waiting += path;
+        }
+    }
+    beginNext();
+}
+
+void Thumbnails::cancel() {
+    ++m_round;
+    m_waiting.clear();
+    m_underWay.clear();
+}
+
+void Thumbnails::beginNext() {
+    while (m_underWay.size() < atOnce && !m_waiting.isEmpty()) {
+        const QString path = m_waiting.takeFirst();
+        m_underWay += path;
+        // The job holds only a weak pointer: a list may be closed without waiting for a slow file.
+        QThreadPool::globalInstance()->start([guard = QPointer(this), round = m_round, path, side = m_longerSide] {
+            const QImage thumbnail = readThumbnail(path, side).picture;
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(),
+                [guard, round, path, thumbnail] {
+                    if (guard) {
+                        guard->finish(round, path, thumbnail);
+                    }
+                },
+                Qt::QueuedConnection);
+        });
+    }
+}
+
+void Thumbnails::finish(int round, const QString &path, const QImage &thumbnail) {
+    if (round == m_round) {
+        m_underWay -= path;
+        Q_EMIT made(path, thumbnail);
+    }
+    beginNext();
+}
+
+} // namespace lumora

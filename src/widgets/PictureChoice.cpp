@@ -1,0 +1,62 @@
+#include "widgets/PictureChoice.h"
+
+#include "widgets/Theme.h"
+
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOptionButton>
+
+namespace lumora {
+
+namespace {
+
+constexpr int padding = 14; // pixels
+constexpr int gap = 10;     // pixels between picture and caption, and between dot and caption
+
+} // namespace
+
+PictureChoice::PictureChoice(const QString &icon, int pictureSize, QWidget *parent)
+    : QRadioButton(parent), m_icon(icon), m_pictureSize(pictureSize) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    setAttribute(Qt::WA_Hover);
+}
+
+QSize PictureChoice::sizeHint() const {
+    const int dot = style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth);
+    const int line = dot + gap + fontMetrics().horizontalAdvance(plainCaption(text())) + 2;
+    return {qMax(m_pictureSize, line) + 2 * padding,
+            padding + m_pictureSize + gap + qMax(dot, fontMetrics().height()) + padding};
+}
+
+void PictureChoice::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor surface = underMouse() ? colours::hover : isChecked() ? colours::checked : colours::paper;
+    const qreal edge = isChecked() || hasFocus() ? 3 : 2;
+    painter.setPen(QPen(edge > 2 ? colours::sky : underMouse() ? colours::sun : colours::line, edge));
+    painter.setBrush(surface);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(edge / 2, edge / 2, -edge / 2, -edge / 2), panelCorner,
+                            panelCorner);
+    const QPixmap picture = iconPixmap(m_icon, m_pictureSize, devicePixelRatioF());
+    const int top = (height() - sizeHint().height()) / 2 + padding;
+    painter.drawPixmap((width() - m_pictureSize) / 2, top, picture);
+
+    // Dot and caption stand together in the middle.
+    const QString caption = plainCaption(text());
+    const int dot = style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth);
+    const int room = width() - 2 * padding - dot - gap;
+    const int wide = qMin(fontMetrics().horizontalAdvance(caption) + 2, room);
+    const int lineHeight = qMax(dot, fontMetrics().height());
+    const QRect line((width() - dot - gap - wide) / 2, top + m_pictureSize + gap, dot + gap + wide, lineHeight);
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    option.rect =
+        QStyle::visualRect(layoutDirection(), line, QRect(line.left(), line.top() + (lineHeight - dot) / 2, dot, dot));
+    style()->drawPrimitive(QStyle::PE_IndicatorRadioButton, &option, &painter, this);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(QStyle::visualRect(layoutDirection(), line, line.adjusted(dot + gap, 0, 0, 0)),
+                     static_cast<int>(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft)) | Qt::AlignVCenter,
+                     fontMetrics().elidedText(caption, Qt::ElideRight, wide));
+}
+
+} // namespace lumora

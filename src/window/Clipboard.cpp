@@ -1,0 +1,158 @@
+#include "window/Clipboard.h"
+
+#include "imaging/Picture.h"
+#include "imaging/files/Format.h"
+
+#include <QBuffer>
+#include <QClipboard>
+#include <QDir>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QUrl>
+#include <new>
+
+namespace lumora {
+
+namespace {
+
+const QString qtImage = QStringLiteral("application/x-qt-image");
+const QString png = QStringLiteral("image/png");
+const QString bmp = QStringLiteral("image/bmp");
+constexpr qsizetype longestPath = 4096; // characters; PATH_MAX of Linux
+
+// First what keeps every pixel and its transparency.
+constexpr const char *pictureTypes[] = {"image/png",  "image/tiff",  "image/webp",     "image/bmp",
+                                        "image/jpeg", "image/x-bmp", "image/x-MS-bmp", "image/x-ms-bmp",
+                                        "image/jpg",  "image/heif",  "image/heic",     "image/gif"};
+
+QByteArray encoded(const QImage &photo, QString (*write)(const QImage &, QIODevice &)) {
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    try {
+        return write(photo, buffer).isEmpty() ? buffer.data() : QByteArray();
+    } catch (const std::bad_alloc &) {
+        return {};
+    }
+}
+
+const QMimeData *clipboardData() {
+    return QGuiApplication::clipboard()->mimeData();
+}
+
+/// The file that a line of text names by its path ("~" is the home folder) or address; empty when it names none.
+QString fileNamedBy(QString text) {
+    if (text.size() > longestPath) {
+        return {};
+    }
+    text = text.trimmed();
+    if (text.size() > 1 && (text.front() == u'"' || text.front() == u'\'') && text.back() == text.front()) {
+        text = text.mid(1, text.size() - 2);
+    }
+    if (text.startsWith(QLatin1String("file:"), Qt::CaseInsensitive)) {
+        text = QUrl(text).toLocalFile();
+    } else if (text.startsWith(QLatin1String("~/"))) {
+        text = QDir::homePath() + text.mid(1);
+    }
+    // A name alone would depend on where the program was started from.
+    const bool named = QDir::isAbsolutePath(text) && !text.contains(QChar(u'\0')) && QFileInfo(text).isFile();
+    return named ? text : QString();
+}
+
+/// The first picture file that the data name; empty when there is none.
+QString pictureFile(const QMimeData &data) {
+    QStringList files;
+    if (data.hasUrls()) {
+        for (const QUrl &url : data.urls()) {
+            files += url.isLocalFile() ? fileNamedBy(url.toLocalFile()) : QString();
+        }
+    }
+    if (data.hasText()) {
+        const QString text = data.text();
+        const QString firstLine = text.left(longestPath + 1).trimmed().section(QLatin1Char('\n'), 0, 0);
+        files += fileNamedBy(firstLine);
+    }
+    for (const QString &file : files) {
+        if (!file.isEmpty() && readPictureHeader(file).error == PictureError::None) {
+            return file;
+        }
+    }
+    return {};
+}
+
+/// Whether the data are a picture of a kind that is tried below.
+bool hasPicture(const QMimeData &data) {
+    return data.hasImage() || std::any_of(std::begin(pictureTypes), std::end(pictureTypes),
+                                          [&](const char *type) { return data.hasFormat(QLatin1String(type)); });
+}
+
+PictureRead pictureIn(const QMimeData &data) {
+    PictureRead read;
+    read.error = PictureError::NotAPicture;
+    if (const auto *own = qobject_cast<const PhotoMimeData *>(&data)) {
+        return {own->photo(), PictureError::None, {}};
+    }
+    for (const char *type : pictureTypes) {
+        if (data.hasFormat(QLatin1String(type))) {
+            read = readPictureFromData(data.data(QLatin1String(type)));
+            if (read.error == PictureError::None) {
+                return read;
+            }
+        }
+    }
+    if (data.hasImage()) {
+        const QImage image = toPicture(qvariant_cast<QImage>(data.imageData()));
+        if (!image.isNull() && qint64{image.width()} * image.height() <= maxPicturePixels) {
+            return {image, PictureError::None, {}};
+        }
+    }
+    return read;
+}
+
+} // namespace
+
+QStringList PhotoMimeData::formats() const {
+    return {png, bmp, qtImage};
+}
+
+QVariant PhotoMimeData::retrieveData(const QString &type, QMetaType) const {
+    if (type == qtImage) {
+        return m_photo;
+    }
+    if (type != png && type != bmp) {
+        return {};
+    }
+    QByteArray &bytes = type == png ? m_png : m_bmp;
+    if (bytes.isEmpty()) {
+        bytes = encoded(m_photo, type == png ? writePng : writeBmp);
+    }
+    return bytes;
+}
+
+void CopyPhoto(const QImage &photo) {
+    if (!photo.isNull()) {
+        QGuiApplication::clipboard()->setMimeData(new PhotoMimeData(photo));
+    }
+}
+
+bool clipboardHasPicture() {
+    const QMimeData *data = clipboardData();
+    return data != nullptr && (hasPicture(*data) || !pictureFile(*data).isEmpty());
+}
+
+PictureRead readClipboardPicture() {
+    PictureRead read;
+    read.error = PictureError::NotAPicture;
+    const QMimeData *data = clipboardData();
+    if (data == nullptr) {
+        return read;
+    }
+    read = pictureIn(*data);
+    if (read.error != PictureError::None) {
+        if (const QString file = pictureFile(*data); !file.isEmpty()) {
+            return readPicture(file);
+        }
+    }
+    return read;
+}
+
+} // namespace lumora

@@ -1,0 +1,301 @@
+#include "window/PhotoCommands.h"
+
+#include "dialogs/frmPrompt.h"
+#include "dialogs/frmSimpleOpen.h"
+#include "dialogs/frmSimpleSave.h"
+#include "session/AppContext.h"
+#include "session/DoEvents.h"
+#include "session/LoadSettings.h"
+#include "session/PlainWords.h"
+#include "window/Clipboard.h"
+#include "window/SystemDialogs.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <utility>
+
+namespace lumora {
+
+PhotoCommands::PhotoCommands(AppContext &ctx, QWidget *owner) : QObject(owner), m_ctx(ctx), m_owner(owner) {
+    // One-shot: they run the work after the modal dialog that started them has closed.
+    tmrLoadPhoto.setSingleShot(true);
+    tmrSavePhoto.setSingleShot(true);
+    connect(&tmrLoadPhoto, &QTimer::timeout, this, &PhotoCommands::loadSimplePath);
+    connect(&tmrSavePhoto, &QTimer::timeout, this, &PhotoCommands::saveSimplePath);
+}
+
+void PhotoCommands::open() {
+    if (m_ctx.photo.PhotoModified()) {
+        SaveBeforeOpen();
+    } else {
+        OpenPhotos();
+    }
+}
+
+void PhotoCommands::save() {
+    SavePhotos();
+}
+
+void PhotoCommands::openDropped(const QString &path) {
+    if (QApplication::activeModalWidget() != nullptr) {
+        return; // the window system lets a drop through to a window that waits for an answer
+    }
+    const auto load = [this, path] {
+        Q_EMIT firstToolWanted();
+        Q_EMIT toolsEnabled();
+        loadInto(readPicture(path), false);
+    };
+    if (m_ctx.photo.PhotoModified()) {
+        saveBefore(load);
+    } else {
+        load();
+    }
+}
+
+void PhotoCommands::openAtStart(const PictureRead &read) {
+    loadInto(read, false);
+}
+
+// --- Open -----------------------------------------------------------------------------------------------------------
+
+void PhotoCommands::OpenPhotos() {
+    const QString &style = m_ctx.fields.txtDlgs;
+    if (style != "0" && style != "1") {
+        return;
+    }
+    Q_EMIT firstToolWanted();
+    if (style == "1") {
+        LoadPhoto();
+    } else {
+        OpenMySimplePhoto();
+    }
+    Q_EMIT buttonsToRefresh();
+}
+
+void PhotoCommands::OpenPhotos2() {
+    if (m_ctx.fields.txtDlgs == "0") {
+        OpenMySimplePhoto2();
+        Q_EMIT firstToolWanted();
+    } else if (m_ctx.fields.txtDlgs == "1") {
+        LoadPhoto();
+        Q_EMIT firstToolWanted();
+    }
+}
+
+void PhotoCommands::LoadPhoto() {
+    Q_EMIT toolsEnabled();
+    const QString path = askForPhotoToOpen(m_ctx, m_owner);
+    if (!path.isEmpty()) {
+        loadInto(readPicture(path), false);
+    }
+}
+
+void PhotoCommands::OpenMySimplePhoto() {
+    openSimple("frmSimpleOpen");
+}
+
+void PhotoCommands::OpenMySimplePhoto2() {
+    openSimple("frmSimpleOpen2");
+}
+
+void PhotoCommands::openSimple(const QString &form) {
+    frmSimpleOpen dialog(m_ctx, form, m_owner);
+    switch (dialog.ask()) {
+    case frmSimpleOpen::Result::Open:
+        tmrLoadPhoto.start(0);
+        break;
+    case frmSimpleOpen::Result::More:
+        LoadPhoto();
+        break;
+    case frmSimpleOpen::Result::Cancelled:
+        break;
+    }
+}
+
+void PhotoCommands::loadSimplePath() {
+    DoEvents();
+    loadInto(readPicture(m_ctx.fields.txtSimplePath), true);
+    Q_EMIT buttonsToRefresh();
+}
+
+void PhotoCommands::loadInto(const PictureRead &read, bool simpleRoute) {
+    Q_EMIT canvasWanted();
+    using Route = PhotoDocument::OpenRoute;
+    const PictureError error = m_ctx.photo.openPicture(read, simpleRoute ? Route::TmrLoadPhoto : Route::LoadPhoto);
+    if (error != PictureError::None) {
+        say(error);
+        return;
+    }
+    Q_EMIT opened();
+    if (!read.reason.isEmpty()) {
+        Q_EMIT failed(m_ctx.texts.text("StatusNotWhole"));
+    }
+}
+
+// --- Save -----------------------------------------------------------------------------------------------------------
+
+void PhotoCommands::SavePhotos() {
+    if (!m_ctx.photo.PhotoLoaded()) {
+        return;
+    }
+    if (m_ctx.fields.txtDlgs == "0") {
+        SaveMySimplePhoto();
+    } else if (m_ctx.fields.txtDlgs == "1") {
+        SavePhoto();
+    }
+}
+
+bool PhotoCommands::SavePhoto() {
+    const QString path = askWhereToSave(m_ctx, m_owner, {.initialName = m_ctx.photo.CurrentFileName});
+    return !path.isEmpty() && saveTo(path) == Saved::Yes;
+}
+
+void PhotoCommands::SavePhoto2() {
+    const QString path = askWhereToSave(m_ctx, m_owner, {});
+    if (!path.isEmpty() && saveTo(path) == Saved::Yes) {
+        Q_EMIT leave();
+    }
+}
+
+void PhotoCommands::SaveMySimplePhoto() {
+    frmSimpleSave dialog(m_ctx, "frmSimpleSave", m_owner);
+    const frmSimpleSave::Result result = dialog.ask();
+    if (result == frmSimpleSave::Result::Save) {
+        m_ctx.fields.txtSimpleSavePath = dialog.path();
+        tmrSavePhoto.start(0);
+        return;
+    }
+    const auto then = std::exchange(m_afterSimpleSave, nullptr);
+    if (result == frmSimpleSave::Result::More && SavePhoto() && then) {
+        then();
+    }
+}
+
+void PhotoCommands::SaveMySimplePhoto2() {
+    const QImage SavedPicture = m_ctx.photo.picCanvas();
+    frmSimpleSave dialog(m_ctx, "frmSimpleSave2", m_owner);
+    const frmSimpleSave::Result result = dialog.ask();
+    QString path;
+    if (result == frmSimpleSave::Result::Save) {
+        path = dialog.path();
+    } else if (result == frmSimpleSave::Result::More) {
+        // CurrentFileName is the dialog's folder now and no name: offering it would lead away from the working folder.
+        path = askWhereToSave(m_ctx, m_owner, {.initialName = {}, .suffix = "png", .workingDirectoryOnly = true});
+    }
+    if (path.isEmpty()) {
+        return;
+    }
+    if (const PictureWritten written = writePicture(SavedPicture, path); !written.ok()) {
+        say(written.error);
+        return;
+    }
+    if (result == frmSimpleSave::Result::More) {
+        m_ctx.photo.setPhotoModified(false);
+    }
+    Q_EMIT leave();
+}
+
+void PhotoCommands::saveSimplePath() {
+    const QString path = m_ctx.fields.txtSimpleSavePath;
+    const auto then = std::exchange(m_afterSimpleSave, nullptr);
+    const bool write = !QFileInfo::exists(path) || ask(m_ctx, PromptKind::Overwrite, m_owner) == Answer::Yes;
+    const bool saved = write && saveTo(path) == Saved::Yes;
+    LoadSettingsFromINIFile(m_ctx);
+    Q_EMIT buttonsToRefresh();
+    if (saved && then) {
+        then();
+    }
+}
+
+PhotoCommands::Saved PhotoCommands::saveTo(const QString &path) {
+    const PictureWritten written = m_ctx.photo.saveFile(path);
+    if (!written.ok()) {
+        say(written.error);
+        return Saved::No;
+    }
+    Q_EMIT done(m_ctx.texts.text("StatusSaved") + " " + QFileInfo(path).fileName());
+    return Saved::Yes;
+}
+
+// --- The prompts ----------------------------------------------------------------------------------------------------
+
+void PhotoCommands::SaveBeforeOpen() {
+    saveBefore([this] { OpenPhotos2(); });
+}
+
+void PhotoCommands::saveBefore(const std::function<void()> &then) {
+    switch (ask(m_ctx, PromptKind::SaveBeforeOpen, m_owner)) {
+    case Answer::Yes:
+        if (m_ctx.fields.txtDlgs == "1") {
+            if (SavePhoto()) {
+                then();
+            }
+        } else if (m_ctx.fields.txtDlgs == "0") {
+            m_afterSimpleSave = then;
+            SaveMySimplePhoto();
+        }
+        break;
+    case Answer::No:
+        then();
+        break;
+    case Answer::Cancelled:
+        break;
+    }
+}
+
+void PhotoCommands::PastePhoto() {
+    // First the picture: while a question is open the other program may end or change its mind.
+    const PictureRead read = readClipboardPicture();
+    if (read.error != PictureError::None) {
+        say(read.error);
+        return;
+    }
+    const auto paste = [this, read] {
+        Q_EMIT canvasWanted();
+        const PictureError error = m_ctx.photo.pastePicture(read);
+        if (error != PictureError::None) {
+            say(error);
+            return;
+        }
+        Q_EMIT toolsEnabled();
+        Q_EMIT opened();
+    };
+    if (m_ctx.photo.PhotoModified()) {
+        saveBefore(paste);
+    } else {
+        paste();
+    }
+}
+
+void PhotoCommands::leaveEditor() {
+    if (!m_ctx.photo.PhotoModified()) {
+        if (ask(m_ctx, PromptKind::Exit, m_owner) == Answer::Yes) {
+            Q_EMIT leave();
+        }
+        return;
+    }
+    m_ctx.flags.ExitPending = true;
+    switch (ask(m_ctx, PromptKind::Save, m_owner)) {
+    case Answer::Yes:
+        m_ctx.flags.SaveThenLeave = true;
+        if (m_ctx.fields.txtDlgs == "1") {
+            SavePhoto2();
+        } else if (m_ctx.fields.txtDlgs == "0") {
+            SaveMySimplePhoto2();
+        }
+        break;
+    case Answer::No:
+        Q_EMIT leave();
+        break;
+    case Answer::Cancelled:
+        break;
+    }
+    m_ctx.flags.ExitPending = false;
+    m_ctx.flags.SaveThenLeave = false;
+}
+
+void PhotoCommands::say(PictureError error) {
+    Q_EMIT failed(plainWords(m_ctx.texts, error));
+}
+
+} // namespace lumora

@@ -1,0 +1,79 @@
+#include "window/RecoveryOffer.h"
+
+#include "dialogs/frmRecover.h"
+#include "document/Recovery.h"
+#include "session/AppContext.h"
+#include "session/DoEvents.h"
+#include "session/PlainWords.h"
+
+#include <QApplication>
+#include <QTimer>
+#include <system_error>
+#include <utility>
+
+namespace lumora {
+
+namespace {
+constexpr int patience = 200; // milliseconds between two looks at whether a question would disturb
+}
+
+RecoveryOffer::RecoveryOffer(AppContext &ctx, Recovery &recovery, QWidget *owner)
+    : QObject(owner), m_ctx(ctx), m_recovery(recovery), m_owner(owner) {
+    if (m_recovery.parentFolder().isEmpty()) {
+        return;
+    }
+    try {
+        m_thread = std::jthread([this] { search(); });
+    } catch (const std::system_error &) {
+        return; // the copies stay for another start
+    }
+}
+
+RecoveryOffer::~RecoveryOffer() = default;
+
+void RecoveryOffer::search() {
+    m_left = RecoveryFolder::findNewest(m_recovery.parentFolder(), m_photo);
+    if (m_left != nullptr) {
+        QMetaObject::invokeMethod(this, &RecoveryOffer::ask, Qt::QueuedConnection);
+    }
+}
+
+void RecoveryOffer::ask() {
+    if (isInDoEvents() || QApplication::activeModalWidget() != nullptr || !m_owner->isVisible()) {
+        QTimer::singleShot(patience, this, &RecoveryOffer::ask);
+        return;
+    }
+    Q_EMIT asking();
+    switch (frmRecover(m_ctx, m_photo, m_owner).ask()) {
+    case frmRecover::Choice::Yes:
+        open();
+        break;
+    case frmRecover::Choice::No:
+        m_left->clear();
+        break;
+    case frmRecover::Choice::Later:
+        break;
+    }
+    m_left.reset();
+    m_photo = QImage();
+}
+
+void RecoveryOffer::open() {
+    const bool before = m_ctx.photo.PhotoModified();
+    Q_EMIT canvasWanted();
+    // Unsaved before it comes: a photo that counts as saved would have its copy removed.
+    m_ctx.photo.setPhotoModified(true);
+    PictureRead read;
+    read.picture = m_photo;
+    const PictureError error = m_ctx.photo.openPicture(read, PhotoDocument::OpenRoute::TmrLoadPhoto);
+    if (error != PictureError::None) {
+        m_ctx.photo.setPhotoModified(before);
+        Q_EMIT failed(plainWords(m_ctx.texts, error));
+        return;
+    }
+    m_ctx.photo.CurrentFileName.clear();
+    m_recovery.adopt(std::move(m_left));
+    Q_EMIT opened();
+}
+
+} // namespace lumora

@@ -1,0 +1,78 @@
+#include "window/SystemDialogs.h"
+
+#include "session/AppContext.h"
+#include "session/LoadSettings.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <algorithm>
+
+namespace lumora {
+
+namespace {
+
+constexpr int documentsFolder = 5;
+
+/// One row a type that the save dialog offers.
+struct SaveFilter {
+    const char *filter;
+    const char *suffix;
+};
+const SaveFilter saveFilters[] = {
+    {"BMP Files (*.bmp)", "bmp"}, {"GIF Files (*.gif)", "gif"}, {"JPEG Files (*.jpg)", "jpg"},
+    {"PNG Files (*.png)", "png"}, {"TIF Files (*.tif)", "tif"}, {"All Files (*)", ""},
+};
+
+/// Starts the dialog in `folder`, or in the documents folder where that is gone.
+void startIn(QFileDialog &dialog, const QString &folder) {
+    dialog.setDirectory(QFileInfo(folder).isDir() ? folder : GetSpecialFolderPath(documentsFolder));
+}
+
+/// The initial name may be a folder: the Simple dialogs hand theirs over when the user wants more.
+void offerName(QFileDialog &dialog, const QString &name) {
+    if (QFileInfo(name).isDir()) {
+        dialog.setDirectory(name);
+    } else if (!name.isEmpty()) {
+        dialog.selectFile(name);
+    }
+}
+
+QString answer(QFileDialog &dialog) {
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+} // namespace
+
+QString askForPhotoToOpen(AppContext &ctx, QWidget *owner) {
+    QFileDialog dialog(owner, ctx.texts.text("Open", "Open"));
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setNameFilter("All Supported Files (*.gif *.jpg *.png *.tif *.bmp)");
+    startIn(dialog, workingDirectory(ctx));
+    offerName(dialog, ctx.photo.CurrentFileName);
+    return answer(dialog);
+}
+
+QString askWhereToSave(AppContext &ctx, QWidget *owner, const SaveQuestion &question) {
+    QFileDialog dialog(owner, ctx.texts.text("Save", "Save"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    QStringList filters;
+    for (const SaveFilter &row : saveFilters) {
+        filters << row.filter;
+    }
+    dialog.setNameFilters(filters);
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString &chosen) {
+        dialog.setDefaultSuffix(saveFilters[std::max<qsizetype>(0, filters.indexOf(chosen))].suffix);
+    });
+    for (const SaveFilter &row : saveFilters) {
+        if (qstrcmp(row.suffix, question.suffix) == 0) {
+            dialog.selectNameFilter(row.filter);
+            dialog.setDefaultSuffix(row.suffix);
+        }
+    }
+    startIn(dialog, question.workingDirectoryOnly ? workingDirectory(ctx) : photoFolder(ctx));
+    offerName(dialog, question.initialName);
+    return answer(dialog);
+}
+
+} // namespace lumora

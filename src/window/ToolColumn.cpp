@@ -1,0 +1,112 @@
+#include "window/ToolColumn.h"
+
+#include "widgets/Pager.h"
+#include "widgets/PictureButton.h"
+#include "widgets/Theme.h"
+#include "window/ToolTable.h"
+
+#include <QPainter>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <map>
+#include <vector>
+
+namespace lumora {
+
+namespace {
+// pixels
+constexpr int columnWidth = 218;
+constexpr int margin = 6;
+constexpr int gap = 4;
+constexpr int buttonHeight = 50;
+constexpr int pictureSize = 38;
+constexpr int loneSize = 42; ///< of a button that shares its row
+} // namespace
+
+ToolColumn::ToolColumn(QWidget *parent) : QWidget(parent), m_column(new QWidget) {
+    setObjectName("SidePanel1");
+    setFixedWidth(columnWidth);
+    m_pager = new Pager("Pager1", this);
+    auto *box = new QVBoxLayout(this);
+    box->setContentsMargins(0, 0, 1, 0);
+    box->addWidget(m_pager);
+
+    for (const ToolRow &row : toolTable()) {
+        auto *button = new PictureButton(row.iconName, PictureButton::CaptionPlace::Beside, m_column);
+        button->setObjectName(row.control);
+        button->setPictureSize(pictureSize);
+        button->setCheckable(true);
+        const QString control = row.control;
+        connect(button, &PictureButton::clicked, this, [this, control] { Q_EMIT pressed(control); });
+        m_buttons.insert(control, button);
+    }
+    placeAll();
+    m_pager->setWidget(m_column);
+    EnableToolbars();
+    setCurrent("cmdTool1");
+}
+
+void ToolColumn::setSimple(bool fromLauncher) {
+    m_simple = true;
+    for (const ToolRow &row : toolTable()) {
+        m_buttons[row.control]->setVisible(row.simpleTop != hiddenInSimple &&
+                                           !(fromLauncher && row.hiddenFromLauncher));
+    }
+    placeAll();
+}
+
+void ToolColumn::placeAll() {
+    std::map<int, std::vector<PictureButton *>> rows; // by top edge in pixels
+    int index = 0;
+    for (const ToolRow &row : toolTable()) {
+        PictureButton *button = m_buttons[row.control];
+        const int top = m_simple ? row.simpleTop : advancedTop(index);
+        ++index;
+        if (!button->isHidden() || !m_simple) {
+            rows[twips(top)].push_back(button);
+        }
+    }
+    const int width = columnWidth - 2 * margin;
+    int bottom = 0;
+    for (const auto &[top, buttons] : rows) {
+        const int count = static_cast<int>(buttons.size());
+        const int each = (width - (count - 1) * gap) / count;
+        int left = margin;
+        for (PictureButton *button : buttons) {
+            if (count > 1) { // no room for words beside the picture: it stands alone and large
+                button->setCaptionPlace(PictureButton::CaptionPlace::None);
+                button->setPictureSize(loneSize);
+            }
+            button->setGeometry(left, top, each, buttonHeight);
+            left += each + gap;
+        }
+        bottom = std::max(bottom, top + buttonHeight);
+    }
+    m_column->setMinimumHeight(bottom);
+}
+
+void ToolColumn::EnableToolbars() {
+    for (const ToolRow &row : toolTable()) {
+        m_buttons[row.control]->setEnabled(row.built);
+    }
+}
+
+void ToolColumn::DisableToolbars() {
+    for (PictureButton *button : m_buttons) {
+        button->setEnabled(false);
+    }
+}
+
+void ToolColumn::setCurrent(const QString &control) {
+    for (auto it = m_buttons.cbegin(); it != m_buttons.cend(); ++it) {
+        it.value()->setChecked(it.key() == control);
+    }
+}
+
+void ToolColumn::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.fillRect(rect(), colours::parchment);
+    painter.fillRect(layoutDirection() == Qt::RightToLeft ? 0 : width() - 1, 0, 1, height(), colours::line);
+}
+
+} // namespace lumora

@@ -1,0 +1,470 @@
+#include "window/frmMain.h"
+
+#include "dialogs/frmWelcome.h"
+#include "document/Recovery.h"
+#include "ideas/frmSamples.h"
+#include "options/frmOptions.h"
+#include "output/DeviceLists.h"
+#include "session/AppContext.h"
+#include "session/LoadSettings.h"
+#include "session/PlainWords.h"
+#include "view/PhotoView.h"
+#include "widgets/CommandBar.h"
+#include "widgets/FloatingToolbar.h"
+#include "widgets/PictureButton.h"
+#include "widgets/ProgressPanel.h"
+#include "widgets/SlidingPanel.h"
+#include "widgets/StatusLine.h"
+#include "widgets/Theme.h"
+#include "widgets/WindowTexts.h"
+#include "window/Clipboard.h"
+#include "window/CommandRow.h"
+#include "window/EmptyTable.h"
+#include "window/FloatingBarSet.h"
+#include "window/MainBar.h"
+#include "window/PhotoCommands.h"
+#include "window/RecoveryOffer.h"
+#include "window/ToolColumn.h"
+#include "window/ToolSet.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QScreen>
+#include <QShortcut>
+#include <QTimer>
+
+namespace lumora {
+
+namespace {
+
+constexpr int welcomeDelay = 700; // milliseconds until the bubble: long enough to see the window first
+constexpr int zoomSteps[] = {25, 50, 75, 100, 150, 200, 300, 400}; // percent
+constexpr int tableMargin = 24;                                    // pixels of table left round a fitted photo
+constexpr int statusHeight = 28;
+
+/// Keys that press a button of Toolbar1.
+struct ShortcutRow {
+    const char *keys;
+    const char *command;
+};
+const ShortcutRow shortcuts[] = {
+    {"Ctrl+Z", "keyUndo"},  {"Ctrl+Y", "keyRedo"},    {"Ctrl+Shift+Z", "keyRedo"}, {"Ctrl+C", "keyCopy"},
+    {"Ctrl+V", "keyPaste"}, {"+", "keyZoomin"},       {"Ctrl++", "keyZoomin"},     {"Ctrl+=", "keyZoomin"},
+    {"-", "keyZoomout"},    {"Ctrl+-", "keyZoomout"}, {"F1", "keyHelp"},
+};
+
+/// The first picture file among what is dragged over the window.
+QString droppedFile(const QMimeData &data) {
+    for (const QUrl &url : data.urls()) {
+        if (url.isLocalFile()) {
+            return url.toLocalFile();
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+frmMain::frmMain(AppContext &ctx, QWidget *parent) : QWidget(parent, Qt::Window | Qt::FramelessWindowHint), m_ctx(ctx) {
+    setObjectName("frmMain");
+    setAcceptDrops(true);
+    build();
+    connectCommands();
+    makeShortcuts();
+    setMinimumSize(640, 480);
+    setGeometry(screen()->availableGeometry());
+    setWindowState(Qt::WindowMaximized);
+    qApp->installEventFilter(this);
+}
+
+frmMain::~frmMain() {
+    delete m_toolSet; // before the view that its tools are on
+}
+
+void frmMain::build() {
+    m_commands = new CommandRow(this);
+    m_tools = new ToolColumn(this);
+    m_photoRoom = new QWidget(this);
+    m_view = new PhotoView(m_ctx.photo, m_photoRoom);
+    m_panelRoom = new QWidget(m_photoRoom);
+    m_emptyTable = new EmptyTable(this);
+    m_bar = new MainBar(this); // last for the keyboard, which walks in the order of making
+    m_status = new StatusLine("SBar", this);
+    m_photo = new PhotoCommands(m_ctx, this);
+    m_devices = new DeviceLists(m_ctx, {}, this);
+    m_recovery = new Recovery(m_ctx.photo, m_ctx.installation.recoveryFolder, this);
+    m_bars = new FloatingBarSet(this);
+    m_toolSet = new ToolSet(m_ctx, *m_view, *m_tools, *m_bars, this);
+    m_progress = new ProgressPanel(this);
+    tmrWelcome = new QTimer(this);
+    tmrWelcome->setSingleShot(true);
+    tmrWelcome->setInterval(welcomeDelay);
+
+    auto *photoRows = new QVBoxLayout(m_photoRoom);
+    photoRows->setContentsMargins(0, 0, 0, 0);
+    photoRows->setSpacing(0);
+    photoRows->addWidget(m_view, 1);
+    photoRows->addWidget(m_panelRoom);
+    auto *middle = new QHBoxLayout;
+    middle->setSpacing(0);
+    middle->addWidget(m_tools);
+    middle->addWidget(m_photoRoom, 1);
+    middle->addWidget(m_emptyTable, 1);
+    auto *rows = new QVBoxLayout(this);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    rows->addWidget(m_bar);
+    rows->addWidget(m_commands);
+    rows->addLayout(middle, 1);
+    rows->addWidget(m_status);
+    m_status->setFixedHeight(statusHeight);
+    m_emptyTable->setFocus();
+    m_tools->hide();
+    m_photoRoom->hide();
+    m_panelRoom->hide();
+    m_photoRoom->installEventFilter(this);
+}
+
+void frmMain::connectCommands() {
+    connect(m_bar, &MainBar::minimiseWanted, this, &QWidget::showMinimized);
+    connect(m_bar, &MainBar::exitWanted, this, &frmMain::ExitApp);
+    connect(m_bar, &MainBar::optionsWanted, this, &frmMain::showOptions);
+
+    const auto open = [this] {
+        delete m_welcome; // it has said what it had to say
+        HideBoxes();
+        m_photo->open();
+    };
+    connect(m_commands->cmdOpen(), &PictureButton::clicked, this, open);
+    connect(m_emptyTable, &EmptyTable::openWanted, this, open);
+    connect(m_commands->cmdSave(), &PictureButton::clicked, this, [this] {
+        HideBoxes();
+        m_photo->save();
+    });
+    connect(m_commands->cmdSetZoom(), &PictureButton::clicked, this, &frmMain::showZoomMenu);
+    connect(m_commands->Toolbar1(), &CommandBar::buttonClicked, this, &frmMain::runToolbarCommand);
+    connect(m_commands->Toolbar1(), &CommandBar::barClicked, this, [this] {
+        HideFloatingToolbars();
+        ResetTools();
+    });
+
+    const auto problem = [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Problem); };
+    connect(m_toolSet, &ToolSet::message, this, [this](const QString &text, bool good) {
+        m_status->showMessage(text, good ? StatusLine::Tone::Good : StatusLine::Tone::Problem);
+    });
+    connect(m_toolSet, &ToolSet::statusText, m_status, &StatusLine::setBaseText);
+    connect(m_toolSet, &ToolSet::noticeWanted, this,
+            [this](const QString &text) { QMessageBox::warning(this, "Notice", text); });
+    connect(m_toolSet, &ToolSet::buttonsToRefresh, this, &frmMain::chkPSButtons);
+    connect(m_toolSet, &ToolSet::fitWanted, this, &frmMain::fitPhoto);
+    connect(m_toolSet, &ToolSet::panelChanged, this, &frmMain::makeRoomForPanel);
+    connect(&m_ctx.longWork, &LongWork::began, m_progress, &ProgressPanel::begin);
+    connect(&m_ctx.longWork, &LongWork::ended, m_progress, &ProgressPanel::end);
+
+    connect(m_photo, &PhotoCommands::firstToolWanted, this, &frmMain::ResetTools);
+    connect(m_photo, &PhotoCommands::toolsEnabled, m_tools, &ToolColumn::EnableToolbars);
+    connect(m_photo, &PhotoCommands::canvasWanted, this, &frmMain::showCanvas);
+    connect(m_photo, &PhotoCommands::opened, this, &frmMain::fitPhoto);
+    connect(m_photo, &PhotoCommands::buttonsToRefresh, this, &frmMain::chkPSButtons);
+    connect(m_photo, &PhotoCommands::done, this,
+            [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Good); });
+    connect(m_photo, &PhotoCommands::failed, this, problem);
+    connect(m_photo, &PhotoCommands::leave, this, &frmMain::leave);
+
+    connect(&m_ctx.photo, &PhotoDocument::changed, this, &frmMain::photoChanged);
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &frmMain::refreshPaste);
+    connect(tmrWelcome, &QTimer::timeout, this, &frmMain::showWelcome);
+}
+
+void frmMain::makeShortcuts() {
+    const auto press = [this](const char *keys, auto action) {
+        connect(new QShortcut(QKeySequence(QString(keys)), this), &QShortcut::activated, this, action);
+    };
+    for (const ShortcutRow &row : shortcuts) {
+        press(row.keys, [this, key = row.command] {
+            const PictureButton *button = m_commands->Toolbar1()->button(key);
+            if (button->isVisible() && button->isEnabled()) {
+                runToolbarCommand(key);
+            }
+        });
+    }
+    press("Ctrl+O", [this] { m_commands->cmdOpen()->click(); });
+    press("Ctrl+S", [this] { m_commands->cmdSave()->click(); });
+    press("Ctrl+P", [this] { m_commands->cmdPrint()->click(); });
+    press("Ctrl+0", [this] { fitPhoto(); });
+    press("Esc", [this] { m_toolSet->escape(); });
+}
+
+// --- Start ----------------------------------------------------------------------------------------------------------
+
+void frmMain::SetMeUp() {
+    LoadLanguage();
+    // The lists fill when the answers come; the window waits for neither.
+    m_devices->LoadScanners();
+    m_devices->GetPrinters();
+    LoadSettingsFromINIFile(m_ctx);
+    for (const char *key : {"keyEmail", "keySlideShow"}) {
+        m_commands->Toolbar1()->setButtonEnabled(key, false); // they have no behaviour yet
+    }
+    m_commands->cmdScan()->setEnabled(false);
+    m_commands->cmdPrint()->setEnabled(false);
+    m_ctx.fields.txtWelcome = m_ctx.setting("Welcome", "Show", "1");
+    if (m_ctx.fields.txtWelcome == "1") {
+        tmrWelcome->start();
+    }
+    chkPSButtons();
+    QTimer::singleShot(0, this, &frmMain::refreshPaste); // other programs answer when the window is up
+    refreshZoom();
+    refreshStatus();
+    if (!m_startupPhotoPath.isEmpty()) {
+        openStartupPhoto();
+    }
+    offerRecovery();
+}
+
+void frmMain::offerRecovery() {
+    auto *offer = new RecoveryOffer(m_ctx, *m_recovery, this);
+    connect(offer, &RecoveryOffer::asking, this, [this] {
+        tmrWelcome->stop();
+        delete m_welcome;
+    });
+    connect(offer, &RecoveryOffer::canvasWanted, m_tools, &ToolColumn::EnableToolbars);
+    connect(offer, &RecoveryOffer::canvasWanted, this, &frmMain::showCanvas);
+    connect(offer, &RecoveryOffer::opened, this, &frmMain::fitPhoto);
+    connect(offer, &RecoveryOffer::failed, m_status, [this](const QString &text) { m_status->showMessage(text); });
+}
+
+void frmMain::LoadLanguage() {
+    const Texts &texts = m_ctx.texts;
+    showTexts(texts, *this);
+    setWindowTitle(texts.text("ApplicationName"));
+    m_bar->lblCaption()->setText(texts.text("ApplicationName"));
+    m_emptyTable->setOpenText(texts.text("Open", "Open"));
+}
+
+void frmMain::openStartupPhoto() {
+    showCanvas();
+    layout()->activate(); // the canvas needs its size before the photo is fitted into it
+    const PictureRead read = m_startupPicture.valid() ? m_startupPicture.get() : readPicture(m_startupPhotoPath);
+    m_startupPicture = {};
+    m_photo->openAtStart(read);
+}
+
+void frmMain::applySimpleLayout(SimpleStart how) {
+    const bool fromLauncher = how == SimpleStart::Launcher;
+    m_tools->setSimple(fromLauncher);
+    m_bars->setSimple(fromLauncher);
+    m_commands->cmdScan()->hide();
+    m_bar->cmdOptions()->hide();
+    CommandBar *toolbar = m_commands->Toolbar1();
+    toolbar->setButtonOn(9, true);
+    for (int number = 10; number <= 17; ++number) {
+        toolbar->setButtonOn(number, false);
+    }
+    if (fromLauncher) {
+        toolbar->setButtonOn(17, true);
+        toolbar->setButtonOn(23, false);
+    }
+}
+
+void frmMain::showEvent(QShowEvent *event) {
+    QWidget::showEvent(event);
+    if (!m_isSetUp) {
+        m_isSetUp = true;
+        SetMeUp();
+    }
+}
+
+void frmMain::showWelcome() {
+    m_welcome = new frmWelcome(m_ctx, this);
+    m_welcome->showAt(m_commands->cmdOpen());
+}
+
+// --- Commands -------------------------------------------------------------------------------------------------------
+
+void frmMain::runToolbarCommand(const QString &key) {
+    if (key == "keyZoomin") {
+        m_ctx.photo.PerformZoomIn();
+    } else if (key == "keyZoomout") {
+        m_ctx.photo.PerformZoomOut();
+    } else if (key == "keyUndo" || key == "keyRedo") {
+        if (!(key == "keyUndo" ? m_ctx.photo.PerformUndo() : m_ctx.photo.PerformRedo())) {
+            m_status->showMessage(plainWords(m_ctx.texts, PictureError::NoMemory));
+        }
+    } else if (key == "keyCopy") {
+        CopyPhoto(m_ctx.photo.picCanvas());
+    } else if (key == "keyPaste") {
+        HideBoxes();
+        m_photo->PastePhoto();
+    } else if (key == "keyIdeas") {
+        HideBoxes();
+        connect(frmSamples::showModal(m_ctx, this), &frmSamples::popArtWanted, m_toolSet, &ToolSet::openPopArt);
+    } else if (key == "keyHelp") {
+        Q_EMIT helpWanted();
+    }
+    HideFloatingToolbars();
+}
+
+void frmMain::HideFloatingToolbars() {
+    m_toolSet->HideFloatingToolbars();
+}
+
+void frmMain::HideBoxes() {
+    m_toolSet->HideBoxes();
+}
+
+void frmMain::ResetTools() {
+    m_toolSet->ResetTools();
+}
+
+void frmMain::ExitApp() {
+    HideFloatingToolbars();
+    ResetTools();
+    m_photo->leaveEditor();
+}
+
+void frmMain::fitPhoto() {
+    // The room on the table that has the photo's own shape: fitted by either side the whole photo is in view, and the
+    // margin takes up what rounding to a whole per cent adds.
+    const QSize room = m_view->canvasSize() - QSize(2 * tableMargin, 2 * tableMargin);
+    m_ctx.photo.fitPhoto(m_ctx.photo.picCanvas().size().scaled(room, Qt::KeepAspectRatio));
+    m_fittedZoom = m_ctx.photo.zoom();
+}
+
+void frmMain::showOptions() {
+    HideBoxes();
+    connect(frmOptions::showModal(m_ctx, this), &QDialog::accepted, this, [this] {
+        chkPSButtons();
+        m_devices->GetPrinters();
+    });
+}
+
+void frmMain::showZoomMenu() {
+    HideFloatingToolbars();
+    QMenu menu(this);
+    menu.setObjectName("mnuZoom");
+    menu.addAction(m_ctx.texts.text("ZoomFit"), this, &frmMain::fitPhoto);
+    menu.addSeparator();
+    for (const int percent : zoomSteps) {
+        menu.addAction(QString("%1 %").arg(percent), this, [this, percent] { m_ctx.photo.setZoom(percent); });
+    }
+    const PictureButton *button = m_commands->cmdSetZoom();
+    menu.exec(button->mapToGlobal(QPoint(0, button->height())));
+}
+
+/// The photo keeps to what an open panel leaves of the table.
+void frmMain::makeRoomForPanel() {
+    const SlidingPanel *panel = m_toolSet->openPanel();
+    m_panelRoom->setVisible(panel != nullptr);
+    if (panel != nullptr) {
+        m_panelRoom->setFixedHeight(panel->height() - shadowMargin);
+    }
+}
+
+void frmMain::placePanels() {
+    m_toolSet->setArea(m_photoRoom->geometry());
+}
+
+// --- What the photo says --------------------------------------------------------------------------------------------
+
+void frmMain::photoChanged(PhotoChanges what) {
+    if (what & (PhotoChanges(PhotoChange::Pixels) | PhotoChange::Size | PhotoChange::Loaded)) {
+        refreshStatus();
+    }
+    if (what.testFlag(PhotoChange::Size) && m_ctx.photo.zoom() == m_fittedZoom) {
+        QTimer::singleShot(0, this, &frmMain::fitPhoto); // a turned photo stays wholly in view
+    }
+    if (what & PhotoChange::Zoom) {
+        refreshZoom();
+    }
+    chkPSButtons();
+}
+
+void frmMain::chkPSButtons() {
+    const PhotoDocument &photo = m_ctx.photo;
+    const bool loaded = photo.PhotoLoaded() && !photo.picCanvas().isNull();
+    CommandBar *toolbar = m_commands->Toolbar1();
+    toolbar->setButtonEnabled("keyZoomin", loaded);
+    toolbar->setButtonEnabled("keyZoomout", loaded);
+    toolbar->setButtonEnabled("keyUndo", loaded && photo.history().undoSteps() > 0);
+    toolbar->setButtonEnabled("keyRedo", loaded && photo.history().redoSteps() > 0);
+    if (m_ctx.fields.txtEmail == "0" || m_ctx.fields.txtEmail == "1") { // any other value leaves it
+        toolbar->setButtonOn(CommandRow::emailButton, m_ctx.fields.txtEmail == "1");
+    }
+    toolbar->setButtonEnabled("keyCopy", loaded);
+    toolbar->setButtonEnabled("keyPaste", m_canPaste);
+    m_commands->cmdSave()->setEnabled(loaded);
+    m_commands->cmdSetZoom()->setEnabled(loaded);
+}
+
+/// Asked only when the clipboard changes: the answer may have to come from another program.
+void frmMain::refreshPaste() {
+    m_canPaste = clipboardHasPicture();
+    chkPSButtons();
+}
+
+void frmMain::refreshZoom() {
+    m_commands->cmdSetZoom()->setText(QString("%1 %").arg(m_ctx.photo.zoom()));
+}
+
+void frmMain::refreshStatus() {
+    m_status->setBaseText(m_ctx.photo.statusLine(m_ctx.texts.text("Statusbar"), versionNumber(), logicalDpiX()));
+}
+
+void frmMain::showCanvas() {
+    m_emptyTable->hide();
+    m_tools->show();
+    m_photoRoom->show();
+    m_view->setFocus();
+}
+
+// --- Window ---------------------------------------------------------------------------------------------------------
+
+bool frmMain::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == m_view && event->type() == QEvent::Resize && m_ctx.photo.zoom() == m_fittedZoom) {
+        // A photo that was fitted stays so when the window changes; after the view has taken its new size.
+        QTimer::singleShot(0, this, &frmMain::fitPhoto);
+    }
+    if (watched == m_photoRoom && event->type() == QEvent::Resize) {
+        placePanels();
+    }
+    const bool pressed = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress;
+    if (pressed && watched->isWidgetType()) {
+        m_status->clearMessage(); // a message stands until the next action
+        if (watched == m_view->viewport()) {
+            HideFloatingToolbars();
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void frmMain::closeEvent(QCloseEvent *event) {
+    event->ignore(); // leaving asks first; whoever owns the window unloads it
+    ExitApp();
+}
+
+void frmMain::dragEnterEvent(QDragEnterEvent *event) {
+    if (!droppedFile(*event->mimeData()).isEmpty()) {
+        event->acceptProposedAction();
+    }
+}
+
+void frmMain::dropEvent(QDropEvent *event) {
+    const QString path = droppedFile(*event->mimeData());
+    if (path.isEmpty()) {
+        return;
+    }
+    event->acceptProposedAction();
+    HideBoxes();
+    // The program that was dragged from waits for this to return: ask and load afterwards.
+    QTimer::singleShot(0, this, [this, path] { m_photo->openDropped(path); });
+}
+
+} // namespace lumora

@@ -1,0 +1,117 @@
+// The language files that are installed: the English one equals the table, the others translate all of it.
+// With LUMORA_WRITE_LANGUAGE=1 in the environment the English one is written anew.
+#include "base/IniText.h"
+#include "base/Texts.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <gtest/gtest.h>
+#include <map>
+
+namespace lumora {
+namespace {
+
+QString installed(const QString &name) {
+    return qEnvironmentVariable("LUMORA_SOURCE") + "/resources/installed/" + name;
+}
+
+QByteArray contents(const QString &file) {
+    QFile in(file);
+    return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
+}
+
+struct Entry {
+    QString identifier, window;
+    QStringList defaults; ///< more than one where readers differ
+};
+
+/// One entry an identifier, in the table's order.
+QList<Entry> entries() {
+    QList<Entry> list;
+    std::map<QString, qsizetype> places;
+    for (const TextRow &row : allTexts()) {
+        const QString text = QString::fromUtf8(row.defaultText);
+        const auto [place, isNew] = places.try_emplace(row.identifier, list.size());
+        if (isNew) {
+            list.append({row.identifier, row.window, {text}});
+        } else if (!list[place->second].defaults.contains(text)) {
+            list[place->second].defaults.append(text);
+        }
+    }
+    return list;
+}
+
+/// The English file. A text whose readers have defaults of their own stands as a remark, so that the file as it is
+/// installed changes nothing.
+QByteArray englishFile() {
+    QString file = "; Every text of Lumora (UTF-8). Change what stands behind \"Caption=\", or put a file from the\n"
+                   "; folder \"languages\" in place of this one. A text that is missing here shows in English.\n"
+                   "; \"&&\" shows one \"&\" on a button.\n";
+    QString window;
+    for (const Entry &entry : entries()) {
+        if (entry.window != window && !entry.window.isEmpty()) {
+            file += "\n; " + QString(entry.window).replace(' ', ", ") + '\n';
+        }
+        window = entry.window;
+        file += "\n[" + entry.identifier + "]\n";
+        if (entry.defaults.size() > 1) {
+            file += "; Shown in several places, in English as \"" + entry.defaults.join("\" and as \"") +
+                    "\". To show one text in all\n; of them, take the \";\" off the next line.\n;";
+        }
+        file += "Caption=" + entry.defaults.first() + '\n';
+    }
+    return file.toUtf8();
+}
+
+TEST(LanguageFiles, EnglishEqualsTheTable) {
+    const QByteArray expected = englishFile();
+    if (qEnvironmentVariableIntValue("LUMORA_WRITE_LANGUAGE") == 1) {
+        QFile out(installed("language.ini"));
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly) && out.write(expected) == expected.size());
+    }
+    EXPECT_EQ(contents(installed("language.ini")), expected)
+        << "the table has changed: run this test once with LUMORA_WRITE_LANGUAGE=1";
+}
+
+class Translation : public testing::TestWithParam<const char *> {};
+
+TEST_P(Translation, IsComplete) {
+    const QByteArray bytes = contents(installed(QString("languages/language-%1.ini").arg(GetParam())));
+    ASSERT_FALSE(bytes.isEmpty()) << "is LUMORA_SOURCE set?";
+    EXPECT_TRUE(QUtf8StringView(bytes).isValidUtf8());
+    EXPECT_FALSE(bytes.contains('\r'));
+    const IniText file(bytes);
+    const auto marks = [](const QString &text) {
+        QStringList found = text.split(QRegularExpression("[^0-9&]+"), Qt::SkipEmptyParts);
+        found.sort();
+        return found;
+    };
+    int same = 0;
+    for (const Entry &entry : entries()) {
+        const QString text = file.value(entry.identifier, "Caption").value_or(QString());
+        EXPECT_FALSE(text.isEmpty()) << qPrintable(entry.identifier);
+        EXPECT_EQ(marks(text), marks(entry.defaults.first()))
+            << qPrintable(entry.identifier) << ": numbers and ampersands";
+        EXPECT_LT(text.size(), 2 * entry.defaults.first().size() + 30)
+            << qPrintable(entry.identifier) << " would not fit";
+        same += entry.defaults.contains(text) ? 1 : 0;
+    }
+    EXPECT_LT(same, entries().size() / 8) << "texts left in English";
+
+    const qsizetype sections =
+        QString::fromUtf8(bytes).count(QRegularExpression("^\\[", QRegularExpression::MultilineOption));
+    EXPECT_EQ(sections, entries().size()) << "a section that no window reads, or one twice";
+}
+
+INSTANTIATE_TEST_SUITE_P(Shipped, Translation, testing::Values("de", "fr"));
+
+TEST(SettingsFile, LeavesEveryDefaultAlone) {
+    const QByteArray bytes = contents(installed("Lumora.ini"));
+    ASSERT_FALSE(bytes.isEmpty());
+    for (const QByteArray &line : bytes.split('\n')) {
+        EXPECT_TRUE(line.isEmpty() || line.startsWith(';')) << line.constData();
+    }
+}
+
+} // namespace
+} // namespace lumora

@@ -1,0 +1,346 @@
+// The user guide: its pages, its search, and the reader's way through its window.
+#include "guide/GuideWindow.h"
+
+#include "guide/GuidePages.h"
+#include "guide/GuideReader.h"
+#include "guide/GuideResults.h"
+#include "support/ShellCheck.h"
+#include "widgets/PictureButton.h"
+#include "widgets/Theme.h"
+#include "window/ToolTable.h"
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRegularExpression>
+#include <QScrollBar>
+#include <QStackedWidget>
+#include <QTest>
+#include <QTextDocument>
+
+namespace lumora {
+namespace {
+
+QStringList captured(const QString &html, const QString &expression) {
+    QStringList found;
+    for (auto matches = QRegularExpression(expression).globalMatch(html); matches.hasNext();) {
+        found << matches.next().captured(1);
+    }
+    return found;
+}
+
+QString plainText(const QString &html) {
+    QTextDocument document;
+    document.setHtml(html);
+    return document.toPlainText();
+}
+
+TEST(GuidePages, EveryLinkAndPictureOfEveryPageIsThere) {
+    QStringList shown;
+    for (const GuidePage &page : guidePages()) {
+        const QString html = guideHtml(page.file);
+        EXPECT_TRUE(html.contains(QString("<title>%1</title>").arg(page.title))) << page.file;
+        EXPECT_FALSE(iconPixmap(page.icon, 32, 1).isNull()) << page.file << ": " << page.icon;
+        for (const QString &link : captured(html, "href=\"([^\"]*)\"")) {
+            EXPECT_NE(guidePage(link), nullptr) << page.file << ": " << qPrintable(link);
+        }
+        for (const QString &source : captured(html, "src=\"([^\"]*)\"")) {
+            const QString path = QDir::cleanPath(":/guide/" + source);
+            EXPECT_TRUE(QFile::exists(path)) << page.file << ": " << qPrintable(source);
+            shown << path;
+        }
+    }
+    EXPECT_GT(plainText(guideHtml("index.html")).size(), 40);
+    // Nor is there a page that the contents leave out, or a screenshot that no page shows.
+    for (const QString &file : QDir(":/guide").entryList()) {
+        EXPECT_TRUE(file == "index.html" || file == "guide.css" || guidePage(file) != nullptr ||
+                    shown.contains(":/guide/" + file))
+            << qPrintable(file);
+    }
+}
+
+TEST(GuidePages, EveryToolHasItsPageUnderItsOwnCaption) {
+    for (const ToolRow &tool : toolTable()) {
+        const auto row = std::find_if(allTexts().begin(), allTexts().end(), [&](const TextRow &text) {
+            return QString(tool.control) == text.control && QString("frmMain") == text.window;
+        });
+        ASSERT_NE(row, allTexts().end());
+        const auto page = std::find_if(guidePages().begin(), guidePages().end(),
+                                       [&](const GuidePage &one) { return QString(one.title) == row->defaultText; });
+        ASSERT_NE(page, guidePages().end()) << row->defaultText;
+        EXPECT_STREQ(page->icon, tool.iconName);
+        const QString html = guideHtml(page->file);
+        const QString text = plainText(html);
+        EXPECT_TRUE(text.contains("Try this!") && text.contains("Went wrong?")) << page->file;
+        EXPECT_TRUE(html.contains(".jpg\"")) << page->file << " has no screenshot";
+        const auto steps = html.mid(html.indexOf("<ol>"), html.indexOf("</ol>") - html.indexOf("<ol>")).count("<li>");
+        EXPECT_TRUE(steps >= 2 && steps <= 5) << page->file << ": " << steps << " steps";
+    }
+}
+
+/// Texts of effects, frames, panels and options that the guide speaks of: they are the program's own.
+TEST(GuidePages, NameButtonsAsTheProgramDoes) {
+    QStringList captions = {"Try this!", "Went wrong?"};
+    for (const TextRow &row : allTexts()) {
+        captions << QString(row.defaultText).replace("&&", "&");
+    }
+    const QStringList ours = {"Custom",    "PNG",   "JPEG",  "red balloon", "pixel",       "mirror",
+                              "File Type", "Sepia", "Reset", "Esc",         "Print Button"};
+    int known = 0;
+    for (const char *file : {"basic-effects.html", "special-effects.html", "adjust.html", "crop.html", "cut-out.html",
+                             "rotate.html", "resize.html", "colour-focus.html", "frames.html", "copy.html"}) {
+        for (const QString &bold : captured(guideHtml(file), "<b>([^<]*)</b>")) {
+            const QString name = plainText(bold);
+            EXPECT_TRUE(captions.contains(name) || ours.contains(name)) << file << ": " << qPrintable(name);
+            ++known;
+        }
+    }
+    EXPECT_GT(known, 50);
+}
+
+TEST(GuideSearch, FindsThePageFirstThatAChildWants) {
+    const GuideSearch search = GuideSearch::overGuide();
+    const struct {
+        const char *question;
+        const char *page;
+    } cases[] = {
+        {"crop", "crop.html"},
+        {"CROP", "crop.html"},
+        {"cut off the edges", "crop.html"},
+        {"mirror", "special-effects.html"},
+        {"upside down", "rotate.html"},
+        {"turn", "rotate.html"},
+        {"how do I make it lighter", "adjust.html"},
+        {"bright", "adjust.html"},
+        {"dark", "adjust.html"},
+        {"vampire", "red-eye.html"},
+        {"red eye", "red-eye.html"},
+        {"hearts", "frames.html"},
+        {"old brown photo", "basic-effects.html"},
+        {"gray", "basic-effects.html"},
+        {"one color", "colour-focus.html"},
+        {"scissors", "cut-out.html"},
+        {"background", "cut-out.html"},
+        {"lasso", "selection.html"},
+        {"smaller size", "resize.html"},
+        {"oil", "special-effects.html"},
+        {"mistake", "undo.html"},
+        {"keep", "save.html"},
+        {"closer", "zoom.html"},
+        {"birthday", "ideas.html"},
+        {"four bright copies", "pop-art.html"},
+        {"film", "help.html"},
+        {"quit", "exit.html"},
+        {"privacy", "grownups.html"},
+        {"power cut", "grownups.html"},
+        {"Lumora.ini", "settings.html"},
+        {"German", "languages.html"},
+        {"Français", "languages.html"},
+        {"shortcut", "keys.html"},
+        {"brightnes", "adjust.html"}, // slips of the keyboard
+        {"rotaet", "rotate.html"},
+        {"brithday", "ideas.html"},
+        {"tranpsarent", "cut-out.html"},
+    };
+    for (const auto &one : cases) {
+        const auto hits = search.find(one.question);
+        ASSERT_FALSE(hits.isEmpty()) << one.question;
+        EXPECT_EQ(hits.first().file, one.page) << one.question;
+        EXPECT_FALSE(hits.first().sentence.isEmpty()) << one.question;
+    }
+    for (const char *nothing : {"", "  ", "?!", "qwxz", "xylophone quartz"}) {
+        EXPECT_TRUE(search.find(nothing).isEmpty()) << nothing;
+    }
+}
+
+TEST(GuideSearch, ShowsTheWordsInTheirSentence) {
+    const GuideSearch search({
+        {"a.html", "Größe", "", "Ein Satz. Die GRÖSSE der Straße und die Größe! Noch ein <Satz>."},
+        {"b.html", "Farbe", "größer", "Die Farbe."},
+        {"c.html", "Lang", "", QString("wort ").repeated(60) + "nadel " + QString("wort ").repeated(60)},
+    });
+    const struct {
+        const char *question;
+        QStringList files;
+        const char *sentence;
+    } cases[] = {
+        {"größe", {"a.html", "b.html"}, "Die GRÖSSE der Straße und die <b>Größe</b>!"},
+        {"GROßE", {"a.html", "b.html"}, "Die GRÖSSE der Straße und die <b>Größe</b>!"},
+        {"strasse", {}, ""},
+        {"satz noch", {"a.html"}, "<b>Noch</b> ein &lt;<b>Satz</b>&gt;."},
+        {"traß", {}, ""}, // the middle of a word
+        {"farb ein", {"a.html", "b.html"}, ""},
+        {"farbe die", {"b.html"}, "<b>Die</b> <b>Farbe</b>."},
+    };
+    for (const auto &one : cases) {
+        const auto hits = search.find(one.question);
+        QStringList files;
+        for (const auto &hit : hits) {
+            files << hit.file;
+        }
+        files.sort();
+        EXPECT_EQ(files, one.files) << one.question;
+        if (*one.sentence != '\0' && !hits.isEmpty()) {
+            const auto hit =
+                std::find_if(hits.begin(), hits.end(), [&](const auto &h) { return h.file == one.files[0]; });
+            EXPECT_EQ(hit->sentence, QString(one.sentence)) << one.question;
+        }
+    }
+    const auto longOne = search.find("nadel");
+    ASSERT_EQ(longOne.size(), 1);
+    EXPECT_TRUE(longOne[0].sentence.contains("<b>nadel</b>"));
+    EXPECT_LT(longOne[0].sentence.size(), 200);
+    EXPECT_TRUE(longOne[0].sentence.startsWith("…") && longOne[0].sentence.endsWith("…"));
+}
+
+class Guide : public test::Shell {
+  protected:
+    void SetUp() override {
+        Shell::SetUp();
+        applyTheme(*qApp);
+        m_guide = new GuideWindow(context, nullptr);
+        m_guide->show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(m_guide));
+    }
+    void TearDown() override { delete m_guide; }
+
+    template <typename Kind> Kind *part(const char *name) { return m_guide->findChild<Kind *>(name); }
+    void press(const char *name) { QTest::mouseClick(part<PictureButton>(name), Qt::LeftButton); }
+    void write(const QString &words) { QTest::keyClicks(part<QLineEdit>("txtSearch"), words); }
+    void open(const QString &file) {
+        for (auto *button : m_guide->findChildren<PictureButton *>()) {
+            if (button->property("key") == file) {
+                button->click();
+            }
+        }
+    }
+    /// The title of the page, "contents", "nothing", or the number of pages found.
+    QString seen() {
+        const QString sheet = m_guide->findChild<QStackedWidget *>()->currentWidget()->objectName();
+        return sheet == "txtGuide"        ? part<GuideReader>("txtGuide")->documentTitle()
+               : sheet == "lstGuideFound" ? QString("%1 found").arg(part<GuideResults>("lstGuideFound")->count() > 0)
+               : sheet == "lblNothing"    ? "nothing"
+                                          : "contents";
+    }
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(m_guide->focusWidget() == nullptr ? m_guide : m_guide->focusWidget(), key, modifiers);
+    }
+
+    QPointer<GuideWindow> m_guide;
+};
+
+TEST_F(Guide, FindsItsWayBackAndForward) {
+    EXPECT_EQ(seen(), "contents");
+    EXPECT_FALSE(part<PictureButton>("cmdBack")->isEnabled());
+    open("crop.html");
+    EXPECT_EQ(seen(), "Crop");
+    Q_EMIT part<GuideReader>("txtGuide")->anchorClicked(QUrl("undo.html"));
+    EXPECT_EQ(seen(), "Undo and redo");
+    press("cmdBack");
+    EXPECT_EQ(seen(), "Crop");
+    key(Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(seen(), "contents");
+    press("cmdForward");
+    key(Qt::Key_Right, Qt::AltModifier);
+    EXPECT_EQ(seen(), "Undo and redo");
+    EXPECT_FALSE(part<PictureButton>("cmdForward")->isEnabled());
+    press("cmdHome");
+    EXPECT_EQ(seen(), "contents");
+    press("cmdHome"); // again: no step on the way
+    press("cmdBack");
+    EXPECT_EQ(seen(), "Undo and redo");
+    open("no such page.html");
+    EXPECT_EQ(seen(), "Undo and redo");
+    press("cmdClose");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return m_guide.isNull(); }));
+}
+
+TEST_F(Guide, SearchesWhileSomebodyTypes) {
+    open("crop.html");
+    key(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_TRUE(part<QLineEdit>("txtSearch")->hasFocus());
+    write("birthd");
+    EXPECT_EQ(seen(), "1 found");
+    write("zzz");
+    EXPECT_EQ(seen(), "nothing");
+    EXPECT_TRUE(part<QLabel>("lblNothing")->text().contains("birthdzzz"));
+    key(Qt::Key_Return); // leads nowhere
+    EXPECT_EQ(seen(), "nothing");
+    // Esc empties the field first and brings back what was there before.
+    key(Qt::Key_Escape);
+    EXPECT_EQ(seen(), "Crop");
+    EXPECT_EQ(part<QLineEdit>("txtSearch")->text(), "");
+
+    key(Qt::Key_F, Qt::ControlModifier);
+    write("birthday");
+    key(Qt::Key_Return);
+    EXPECT_EQ(seen(), "Ideas");
+    auto *page = part<GuideReader>("txtGuide");
+    ASSERT_FALSE(page->extraSelections().isEmpty());
+    EXPECT_EQ(page->extraSelections().first().cursor.selectedText(), "birthday");
+    EXPECT_EQ(part<QLineEdit>("txtSearch")->text(), "birthday");
+    press("cmdBack"); // to what was found
+    EXPECT_EQ(seen(), "1 found");
+    press("cmdForward");
+    EXPECT_EQ(seen(), "Ideas");
+    key(Qt::Key_Escape); // the marks go, the page stays
+    EXPECT_EQ(seen(), "Ideas");
+    EXPECT_TRUE(page->extraSelections().isEmpty());
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return m_guide.isNull(); }));
+}
+
+TEST_F(Guide, ResultsAreChosenByKeyAndMouse) {
+    key(Qt::Key_F, Qt::ControlModifier);
+    write("grey");
+    auto *found = part<GuideResults>("lstGuideFound");
+    ASSERT_GT(found->count(), 1);
+    key(Qt::Key_Down);
+    key(Qt::Key_Down);
+    const QString second = found->item(1)->text();
+    key(Qt::Key_Return);
+    EXPECT_EQ(seen(), second);
+    press("cmdBack");
+    const QString first = found->item(0)->text();
+    QTest::mouseClick(found->viewport(), Qt::LeftButton, {}, found->visualItemRect(found->item(0)).center());
+    EXPECT_EQ(seen(), first);
+}
+
+TEST_F(Guide, PicturesFitEveryWidth) {
+    open("crop.html");
+    auto *page = part<GuideReader>("txtGuide");
+    for (const int width : {420, 700, 1900}) {
+        m_guide->resize(width, 700);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return m_guide->width() == width; }));
+        QCoreApplication::processEvents();
+        EXPECT_EQ(page->horizontalScrollBar()->maximum(), 0) << width;
+        EXPECT_LE(page->document()->size().width(), 840) << "lines of text get too long at " << width;
+    }
+}
+
+TEST_F(Guide, ContentsAreWalkedByKeys) {
+    auto focused = [&] { return m_guide->focusWidget()->property("key").toString(); };
+    EXPECT_EQ(focused(), "first-steps.html");
+    key(Qt::Key_Right);
+    EXPECT_EQ(focused(), "open.html");
+    const auto place = [&] { return m_guide->focusWidget()->geometry().topLeft(); };
+    const QPoint above = place();
+    key(Qt::Key_Down);
+    EXPECT_EQ(place().x(), above.x());
+    EXPECT_GT(place().y(), above.y());
+    key(Qt::Key_Up);
+    EXPECT_EQ(focused(), "open.html");
+    key(Qt::Key_Left);
+    key(Qt::Key_Left); // nothing lies there
+    EXPECT_EQ(focused(), "first-steps.html");
+    key(Qt::Key_Return);
+    EXPECT_EQ(seen(), "First steps");
+    for (const auto *button : m_guide->findChildren<PictureButton *>()) {
+        EXPECT_FALSE(button->accessibleName().isEmpty() && button->toolTip().isEmpty()) << qPrintable(button->text());
+    }
+}
+
+} // namespace
+} // namespace lumora

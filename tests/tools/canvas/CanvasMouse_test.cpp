@@ -1,0 +1,373 @@
+// The mouse dispatch: exact points at every zoom, scroll position and device pixel ratio, the pointer's pictures, the
+// order of mouse-up, free resizing's end, and what the current tool is told.
+#include "tools/canvas/CanvasMouse.h"
+
+#include "tools/canvas/CanvasForTest.h"
+#include "tools/canvas/CanvasTool.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QShortcut>
+#include <cmath>
+
+using namespace lumora;
+using test::photoLike;
+
+namespace {
+
+struct Mouse : test::Canvas {};
+
+/// Writes down what it is told.
+struct Listener : CanvasTool {
+    void start() override { told << "start"; }
+    void end() override { told << "end"; }
+    void press(const PointerEvent &) override { told << "press"; }
+    void move(const PointerEvent &event) override {
+        told << "move";
+        last = event.picture;
+    }
+    void release(const PointerEvent &) override { told << "release"; }
+    void doubleClick(const PointerEvent &) override { told << "double click"; }
+    bool scrollsAtEdge() const override { return scrolls; }
+    bool wantsKey(const QKeyEvent &key) const override { return key.key() == wanted; }
+    void keyPress(const QKeyEvent &) override { told << "key"; }
+    void paint(QPainter &painter) override { painter.fillRect(0, 0, 3, 3, QColor(1, 2, 3)); }
+
+    QStringList told;
+    QPointF last;
+    int wanted = 0;
+    bool scrolls = false;
+};
+
+} // namespace
+
+TEST_F(Mouse, pointsReachThePicturesPixelsExactly) {
+    open(photoLike(1100, 900));
+    const double devicePixels = view.devicePixelRatioF();
+    for (const int zoom : {25, 33, 50, 75, 100, 110, 150, 200, 300, 400}) {
+        zoomTo(zoom);
+        for (const double part : {0.0, 0.31, 0.5, 1.0}) {
+            scrollAlong(part);
+            // Where the photo begins, in device pixels, reckoned without the view.
+            const auto origin = [&](const QScrollBar *bar, int length, int pixels) {
+                const int whole = qRound(pixels * zoom / 100.0 * devicePixels);
+                return bar->maximum() > 0 ? -qRound(bar->value() * devicePixels)
+                                          : (qRound(length * devicePixels) - whole) / 2;
+            };
+            const QSize inner = view.viewport()->size();
+            const int left = origin(view.horizontalScrollBar(), inner.width(), 1100);
+            const int top = origin(view.verticalScrollBar(), inner.height(), 900);
+            const auto pixel = [&](double viewPixel, int from) {
+                return int(std::floor((viewPixel * devicePixels - from) * 100 / zoom / devicePixels + 0.5));
+            };
+            for (const QPoint point : {QPoint(1, 1), QPoint(57, 203), QPoint(198, 149), QPoint(381, 280)}) {
+                SCOPED_TRACE(testing::Message() << zoom << " % at " << part << ", " << point.x() << " " << point.y());
+                const QPoint there(pixel(point.x(), left), pixel(point.y(), top));
+                press(point);
+                EXPECT_EQ(mouse.SelStart(), point);
+                EXPECT_EQ(mouse.SelEnd(), point);
+                EXPECT_EQ(mouse.SelStartPic(), there);
+                EXPECT_EQ(mouse.SelEndPic(), there);
+                move(point + QPoint(9, 5));
+                EXPECT_EQ(mouse.SelStart(), point);
+                EXPECT_EQ(mouse.SelEnd(), point + QPoint(9, 5));
+                release(point + QPoint(9, 5));
+                move(point + QPoint(2, 2)); // no button is down
+                EXPECT_EQ(mouse.SelEnd(), point + QPoint(9, 5));
+            }
+        }
+    }
+}
+
+TEST_F(Mouse, pointsAreExactOnFinerScreensToo) {
+    for (const char *scale : {"1.25", "1.5", "2"}) {
+        test::passesAtScale("Mouse.pointsReachThePicturesPixelsExactly", scale);
+    }
+}
+
+TEST_F(Mouse, roundsHalvesTheSameWayEverywhere) {
+    EXPECT_EQ(CanvasMouse::rounded({-2.5, -1.5}), QPoint(-2, -1));
+    EXPECT_EQ(CanvasMouse::rounded({2.5, 1.5}), QPoint(3, 2));
+    EXPECT_EQ(CanvasMouse::rounded({0.49, -0.51}), QPoint(0, -1));
+}
+
+TEST_F(Mouse, movesTheEllipsesEndOnlyForTheEllipse) {
+    open(photoLike(100, 80), 200);
+    for (const int kind : {0, 1, 2, 3}) {
+        for (const bool active : {false, true}) {
+            flags.SelectionKind = kind;
+            flags.SelectionActive = active;
+            press(viewAt(20, 30));
+            move(viewAt(60, 50));
+            EXPECT_EQ(mouse.SelStartPic(), QPoint(20, 30));
+            EXPECT_EQ(mouse.SelEndPic(), active && kind == 2 ? QPoint(60, 50) : QPoint(20, 30)) << kind;
+            release(viewAt(60, 50));
+        }
+    }
+}
+
+TEST_F(Mouse, showsThePointerOfTheTool) {
+    open(photoLike(100, 80));
+    struct Row {
+        const char *what;
+        bool active;
+        int kind;
+        int editMode;
+        bool moveMode, redEye, cutOut;
+        int afterDown, afterRightDown, afterMove; // images of picTarget; a move leaves 5 where nothing says otherwise
+    };
+    const Row rows[] = {
+        {"arrow", false, 0, 0, false, false, false, 5, 5, 5},
+        {"a kind alone", false, 2, 2, true, false, false, 5, 5, 5},
+        {"rectangle", true, 1, 0, false, false, false, 5, 5, 3},
+        {"ellipse", true, 2, 0, false, false, false, 3, 5, 3},
+        {"lasso", true, 3, 2, false, false, false, 5, 5, 3},
+        {"sub-mode", true, 0, 2, false, false, false, 5, 5, 3},
+        {"moving", true, 1, 2, true, false, false, 5, 5, 5},
+        {"red-eye", true, 2, 2, true, true, false, 3, 5, 6},
+        {"red-eye alone", false, 0, 0, false, true, false, 5, 5, 6},
+        {"cut-out", false, 0, 0, false, false, true, 5, 5, 3},
+        {"cut-out over red-eye", true, 3, 2, true, true, true, 5, 5, 3},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.what);
+        mouse.cutOutShown = nullptr;
+        mouse.setTool(nullptr);
+        EXPECT_EQ(target(), 0);
+        flags.SelectionActive = row.active;
+        flags.SelectionKind = row.kind;
+        flags.RDMode = row.redEye;
+        mouse.EditMode = row.editMode;
+        mouse.MoveMode = row.moveMode;
+        mouse.cutOutShown = [&row] { return row.cutOut; };
+        press({200, 150}, Qt::RightButton);
+        EXPECT_EQ(target(), row.afterRightDown);
+        release({200, 150}, Qt::RightButton);
+        press({200, 150});
+        EXPECT_EQ(target(), row.afterDown);
+        move({205, 153});
+        EXPECT_EQ(target(), row.afterMove);
+        release({205, 153});
+        EXPECT_EQ(target(), row.afterMove);
+    }
+    mouse.redEyeCursor = [] { return QCursor(Qt::SizeAllCursor); };
+    mouse.cutOutShown = nullptr;
+    move({210, 160});
+    EXPECT_EQ(view.viewport()->cursor().shape(), Qt::SizeAllCursor);
+}
+
+TEST_F(Mouse, pointersAreSharpAndPointWithTheirPoint) {
+    for (const double devicePixels : {1.0, 2.0}) {
+        for (int image = 1; image <= 6; ++image) {
+            const QCursor cursor = targetCursor(image, devicePixels);
+            const QImage drawn = cursor.pixmap().toImage();
+            ASSERT_EQ(drawn.size(), QSize(32, 32) * devicePixels) << image;
+            EXPECT_EQ(cursor.pixmap().devicePixelRatio(), devicePixels);
+            // The drawing reaches the hot spot: at most two pixels of a point are nothing but its white border.
+            const QRect around(cursor.hotSpot() - QPoint(2, 2), QSize(5, 5));
+            bool ink = false;
+            for (int y = around.top(); y <= around.bottom(); ++y) {
+                for (int x = around.left(); x <= around.right(); ++x) {
+                    ink = ink || qAlpha(drawn.pixel(QPoint(x, y) * devicePixels)) > 128;
+                }
+            }
+            EXPECT_TRUE(ink) << image;
+        }
+    }
+    EXPECT_EQ(targetCursor(7, 1).shape(), Qt::ArrowCursor);
+}
+
+TEST_F(Mouse, endsFreeResizingByAClickBeyondTheFrame) {
+    struct Row {
+        QPoint picture;
+        bool ends;
+    };
+    const Row rows[] = {
+        {{-5, -5}, false}, {{-6, 40}, true},  {{50, -6}, true}, {{105, 85}, false}, {{106, 40}, true},
+        {{50, 86}, true},  {{-5, 85}, false}, {{0, 0}, false},  {{50, 40}, false},  {{-6, -6}, true},
+    };
+    for (const int zoom : {100, 200}) {
+        open(photoLike(100, 80), zoom);
+        for (const Row &row : rows) {
+            for (const int mode : {2, 1}) {
+                SCOPED_TRACE(testing::Message() << zoom << " " << row.picture.x() << " " << row.picture.y());
+                Listener tool;
+                mouse.setTool(&tool);
+                flags.canvasToolMode = mode;
+                PhotoSelection marked;
+                marked.markRectangle({10, 10, 20, 20});
+                photo.setSelection(marked);
+                int arrows = 0;
+                const auto arrow = QObject::connect(&mouse, &CanvasMouse::arrowWanted, [&] { ++arrows; });
+                const bool ends = row.ends && mode == 2;
+                press(viewAt(row.picture.x(), row.picture.y()));
+                release(viewAt(row.picture.x(), row.picture.y()));
+                EXPECT_EQ(arrows, ends ? 1 : 0);
+                EXPECT_EQ(flags.canvasToolMode, ends ? 0 : mode);
+                EXPECT_EQ(photo.selection().isEmpty(), ends);
+                EXPECT_EQ(tool.told.contains("press"), !ends);
+                QObject::disconnect(arrow);
+                mouse.setTool(nullptr);
+            }
+        }
+    }
+}
+
+TEST_F(Mouse, doesWhatMouseUpIsForInItsOrder) {
+    open(photoLike(100, 80), 200);
+    Listener tool;
+    mouse.setTool(&tool);
+    QPoint picked, clicked;
+    QObject::connect(&mouse, &CanvasMouse::cropMarked, [&] { tool.told << "crop"; });
+    QObject::connect(&mouse, &CanvasMouse::colourPicked, [&](QPoint pixel) {
+        tool.told << "colour";
+        picked = pixel;
+        EXPECT_NE(target(), 2);
+    });
+    QObject::connect(&mouse, &CanvasMouse::frameDragged, [&] {
+        tool.told << "frame";
+        EXPECT_EQ(target(), 2);
+    });
+    QObject::connect(&mouse, &CanvasMouse::redEyeClicked, [&](QPoint pixel) {
+        tool.told << "red-eye";
+        clicked = pixel;
+    });
+    const QPoint where = viewAt(99, 79) + QPoint(1, 1); // the last pixel's second half
+    const auto upWith = [&](Qt::MouseButton button) {
+        press(where, button);
+        tool.told.clear();
+        release(where, button);
+        return tool.told;
+    };
+    EXPECT_EQ(upWith(Qt::LeftButton), QStringList{"release"});
+    EXPECT_FALSE(photo.PhotoModified());
+    flags.CropToolActive = flags.ColorPickerMode = flags.FreeResizeActive = flags.RDMode = true;
+    flags.SelectionActive = true;
+    EXPECT_EQ(upWith(Qt::RightButton), QStringList{"crop"});
+    EXPECT_TRUE(flags.SelectionActive);
+    EXPECT_EQ(upWith(Qt::LeftButton), QStringList({"release", "crop", "colour", "frame", "red-eye"}));
+    EXPECT_EQ(picked, QPoint(99, 79));
+    EXPECT_EQ(clicked, QPoint(99, 79));
+    EXPECT_EQ(flags.ResizeFrame, QRect(0, 0, 100, 80));
+    EXPECT_FALSE(flags.SelectionActive);
+    EXPECT_TRUE(photo.PhotoModified());
+    mouse.setTool(nullptr);
+}
+
+TEST_F(Mouse, tellsTheCurrentToolAndNoOther) {
+    open(photoLike(100, 80));
+    Listener first, second;
+    int tips = 0;
+    QObject::connect(&mouse, &CanvasMouse::moved, [&] { ++tips; });
+    move({100, 100}); // nobody to tell
+    EXPECT_EQ(tips, 1);
+    mouse.setTool(&first);
+    move({101, 100});
+    drag({150, 120}, {160, 140}, Qt::RightButton);
+    drag({150, 120}, {160, 140});
+    mouse.setTool(&second);
+    press({170, 120});
+    release({170, 120});
+    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, {170, 120});
+    release({170, 120});
+    EXPECT_EQ(view.viewport()->grab().toImage().pixel(1, 1), qRgb(1, 2, 3));
+    mouse.setTool(nullptr);
+    EXPECT_NE(view.viewport()->grab().toImage().pixel(1, 1), qRgb(1, 2, 3));
+    drag({150, 120}, {160, 140});
+    EXPECT_EQ(first.told, QStringList({"start", "move", "move", "move", "press", "move", "move", "release", "end"}));
+    EXPECT_EQ(second.told, QStringList({"start", "press", "release", "double click", "release", "end"}));
+}
+
+TEST_F(Mouse, noDragIsLeftHanging) {
+    open(photoLike(100, 80));
+    Listener tool;
+    mouse.setTool(&tool);
+    tool.told.clear();
+    press({150, 120});
+    press({155, 120}, Qt::RightButton);
+    EXPECT_EQ(mouse.SelStart(), QPoint(150, 120)); // the other button is not its business
+    release({155, 120}, Qt::RightButton);
+    QMouseEvent lost(QEvent::MouseMove, QPointF(160, 130), view.viewport()->mapToGlobal(QPointF(160, 130)),
+                     Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(view.viewport(), &lost);
+    EXPECT_EQ(tool.told, QStringList({"press", "release", "move"}));
+    release({160, 130}); // late
+    EXPECT_EQ(tool.told.count("release"), 1);
+
+    press({150, 120});
+    mouse.setTool(nullptr);
+    tool.told.clear();
+    move({160, 130});
+    release({160, 130});
+    EXPECT_TRUE(tool.told.isEmpty());
+}
+
+TEST_F(Mouse, scrollsWhileADragRestsAtTheEdge) {
+    open(photoLike(3000, 2000));
+    Listener tool;
+    mouse.setTool(&tool);
+    const auto place = [&] { return QPoint(view.horizontalScrollBar()->value(), view.verticalScrollBar()->value()); };
+    struct Row {
+        QPoint from, to;
+        QPoint way; // signs
+    };
+    const Row rows[] = {
+        {{200, 150}, {398, 150}, {1, 0}}, {{200, 150}, {2, 150}, {-1, 0}},  {{200, 150}, {200, 320}, {0, 1}},
+        {{200, 150}, {200, -9}, {0, -1}}, {{200, 150}, {460, 350}, {1, 1}},
+    };
+    tool.scrolls = true;
+    for (const Row &row : rows) {
+        scrollTo(1000, 700);
+        press(row.from);
+        move(row.to);
+        const QPoint before = place();
+        const QPointF under = tool.last;
+        tool.told.clear();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return tool.told.count("move") >= 3; }));
+        const QPoint moved = place() - before;
+        EXPECT_EQ(QPoint((moved.x() > 0) - (moved.x() < 0), (moved.y() > 0) - (moved.y() < 0)), row.way);
+        EXPECT_EQ(tool.last, under + moved); // the tool hears where the resting mouse is on the photo now
+        release(row.to);
+    }
+    const auto stays = [&](QPoint from, QPoint to) {
+        scrollTo(1000, 700);
+        press(from);
+        move(to);
+        QTest::qWait(100);
+        const bool same = place() == QPoint(1000, 700);
+        release(to);
+        return same;
+    };
+    EXPECT_TRUE(stays({3, 150}, {60, 150})); // from the edge inwards
+    EXPECT_TRUE(stays({200, 150}, {300, 200}));
+    tool.scrolls = false;
+    EXPECT_TRUE(stays({200, 150}, {398, 150}));
+    mouse.setTool(nullptr);
+    QTest::qWait(50);
+    EXPECT_EQ(place(), QPoint(1000, 700));
+}
+
+TEST_F(Mouse, keysGoToTheToolBeforeViewAndShortcuts) {
+    open(photoLike(3000, 2000));
+    Listener tool;
+    int shortcuts = 0;
+    QShortcut escape(Qt::Key_Escape, &view);
+    QObject::connect(&escape, &QShortcut::activated, [&] { ++shortcuts; });
+    view.activateWindow();
+    view.setFocus();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
+    scrollTo(500, 500);
+    mouse.setTool(&tool);
+    for (const int key : {int(Qt::Key_Escape), int(Qt::Key_Down)}) {
+        tool.told.clear();
+        tool.wanted = 0;
+        QTest::keyClick(&view, Qt::Key(key));
+        EXPECT_TRUE(tool.told.isEmpty());
+        tool.wanted = key;
+        QTest::keyClick(&view, Qt::Key(key));
+        EXPECT_EQ(tool.told, QStringList{"key"});
+    }
+    EXPECT_EQ(shortcuts, 1);
+    EXPECT_EQ(view.verticalScrollBar()->value(), 500 + view.verticalScrollBar()->singleStep()); // once
+    mouse.setTool(nullptr);
+}

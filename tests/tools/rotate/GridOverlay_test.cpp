@@ -1,0 +1,87 @@
+// The guide grid: where its lines lie in the screen's pixels, that they stay there, and which setting shows them.
+#include "tools/rotate/GridOverlay.h"
+
+#include "session/AppContext.h"
+#include "tools/canvas/CanvasForTest.h"
+#include "tools/rotate/RotateTool.h"
+
+#include <QTemporaryDir>
+
+using namespace lumora;
+
+namespace {
+
+struct Grid : test::Canvas {
+    QImage seen() {
+        QImage image = view.viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        image.setDevicePixelRatio(1);
+        return image;
+    }
+    GridOverlay grid{view};
+};
+
+constexpr QRgb olive = qRgb(192, 192, 0);
+
+} // namespace
+
+TEST_F(Grid, linesLieEightyPixelsApartAndStayWhenThePhotoScrolls) {
+    open(test::photoLike(1100, 900));
+    scrollTo(0, 0);
+    const QImage plain = seen();
+    grid.DrawGrid();
+    for (const int scroll : {0, 37, 200}) {
+        scrollTo(scroll, scroll);
+        QCoreApplication::processEvents(); // the view moves what it shows
+        const QImage lines = seen();
+        int wrong = 0;
+        for (int y = 0; y < lines.height(); ++y) {
+            for (int x = 0; x < lines.width(); ++x) {
+                wrong += (lines.pixel(x, y) == olive) != (x % 80 == 0 || y % 80 == 0) ? 1 : 0;
+            }
+        }
+        EXPECT_EQ(wrong, 0) << scroll;
+    }
+    grid.HideGrid();
+    scrollTo(0, 0);
+    EXPECT_EQ(seen(), plain);
+}
+
+TEST_F(Grid, countsTheScreensOwnPixels) {
+    for (const char *scale : {"1.5", "2"}) {
+        test::passesAtScale("Grid.linesLie*", scale);
+    }
+}
+
+TEST_F(Grid, endsAfterTwelveThousandPixels) {
+    view.resize(12300, 40);
+    grid.DrawGrid();
+    const QImage lines = seen();
+    EXPECT_EQ(lines.pixel(12000, 20), olive);
+    EXPECT_NE(lines.pixel(12080, 20), olive);
+    EXPECT_EQ(lines.pixel(12200, 0), olive); // the lines across go on
+}
+
+TEST(GridSetting, showsTheGridInFreeRotationOnlyWhenItIsOne) {
+    const struct {
+        const char *setting;
+        const char *key;
+        bool shown;
+    } rows[] = {{"1", "keyRotate4", true},
+                {"0", "keyRotate4", false},
+                {"", "keyRotate4", false},
+                {"11", "keyRotate4", false},
+                {"1", "keyRotate1", false}};
+    for (const auto &row : rows) {
+        QTemporaryDir folder;
+        AppContext ctx{Installation{folder.path()}};
+        PhotoView view(ctx.photo);
+        CanvasMouse mouse(ctx.photo, ctx.flags, view);
+        RotateTool rotate(ctx, view, mouse, nullptr);
+        ctx.photo.openPicture({.picture = test::photoLike(50, 40), .reason = {}}, PhotoDocument::OpenRoute::LoadPhoto);
+        ctx.fields.txtGrid = row.setting;
+        rotate.choose(row.key);
+        EXPECT_EQ(rotate.grid().GridShown(), row.shown) << row.setting << " " << row.key;
+        mouse.setTool(nullptr);
+        EXPECT_FALSE(rotate.grid().GridShown());
+    }
+}

@@ -1,0 +1,344 @@
+// Turning the photo: the three turns and their previews, free rotation by hand with real mouse and key events, and its
+// steps back.
+#include "tools/rotate/RotateTool.h"
+
+#include "imaging/transforms/Transform.h"
+#include "session/AppContext.h"
+#include "tools/canvas/CanvasForTest.h"
+#include "widgets/FloatingToolbar.h"
+
+#include <QAbstractButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <cmath>
+
+namespace lumora {
+namespace {
+
+struct RotateToolTest : testing::Test {
+    RotateToolTest() {
+        window.resize(600, 500);
+        view.setGeometry(0, 0, 600, 500);
+        window.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
+    }
+    ~RotateToolTest() override { mouse.setTool(nullptr); }
+    void open(const QImage &picture) {
+        ctx.photo.openPicture({.picture = picture, .reason = {}}, PhotoDocument::OpenRoute::LoadPhoto);
+    }
+    const QImage &photo() { return ctx.photo.picCanvas(); }
+    int steps() { return ctx.photo.history().undoSteps(); }
+
+    void startByHand() { rotate.choose("keyRotate4"); }
+    /// Where the hand has to be to turn by that many degrees from the grabbed point.
+    QPoint turnedBy(QPointF grabbed, double degrees) {
+        const QPointF from = grabbed - hand.pivot();
+        const double angle = degrees * M_PI / 180;
+        return (hand.pivot() + QPointF(from.x() * std::cos(angle) - from.y() * std::sin(angle),
+                                       from.x() * std::sin(angle) + from.y() * std::cos(angle)))
+            .toPoint();
+    }
+    void moveTo(QPoint where, Qt::KeyboardModifiers keys = {}) {
+        QMouseEvent event(QEvent::MouseMove, where, view.viewport()->mapToGlobal(where), Qt::NoButton, Qt::LeftButton,
+                          keys);
+        QCoreApplication::sendEvent(view.viewport(), &event);
+    }
+    void dragHandle(double degrees, Qt::KeyboardModifiers keys = {}, bool letGo = true) {
+        const QPoint from = hand.handle().toPoint();
+        const QPoint to = turnedBy(from, degrees);
+        QTest::mousePress(view.viewport(), Qt::LeftButton, {}, from);
+        moveTo((from + to) / 2, keys);
+        moveTo(to, keys);
+        if (letGo) {
+            QTest::mouseRelease(view.viewport(), Qt::LeftButton, keys, to);
+        }
+    }
+    QImage seen() { return view.viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32); }
+
+    QTemporaryDir folder;
+    AppContext ctx{Installation{folder.path()}};
+    QWidget window;
+    PhotoView view{ctx.photo, &window};
+    CanvasMouse mouse{ctx.photo, ctx.flags, view};
+    RotateTool rotate{ctx, view, mouse, &window};
+    const RotateByHand &hand = rotate.byHand();
+    QSignalSpy enabled{&rotate, &RotateTool::toolsEnabled};
+    QSignalSpy arrow{&rotate, &RotateTool::arrowWanted};
+};
+
+TEST_F(RotateToolTest, TurnsAtOnceAndBackToTheBit) {
+    const struct {
+        const char *key;
+        QImage (*turn)(const QImage &);
+    } rows[] = {{"keyRotate1", quarterTurnedAnticlockwise},
+                {"keyRotate2", flippedVertically},
+                {"keyRotate3", quarterTurnedClockwise}};
+    for (const bool transparent : {false, true}) {
+        for (const auto &row : rows) {
+            SCOPED_TRACE(row.key);
+            const QImage before = test::photoLike(131, 77, transparent);
+            open(before);
+            ctx.flags.SelectionActive = ctx.flags.RDMode = true;
+            const int stepsBefore = steps();
+            rotate.choose(row.key);
+            EXPECT_EQ(photo(), row.turn(before));
+            EXPECT_EQ(ctx.photo.picThumb(), photo());
+            EXPECT_TRUE(ctx.photo.PhotoModified());
+            EXPECT_FALSE(ctx.flags.SelectionActive || ctx.flags.RDMode);
+            EXPECT_EQ(steps(), stepsBefore + 1);
+            ctx.photo.PerformUndo();
+            EXPECT_EQ(photo(), before);
+            ctx.photo.PerformRedo();
+            EXPECT_EQ(photo(), row.turn(before));
+        }
+    }
+    EXPECT_EQ(arrow.count(), 6);
+    EXPECT_FALSE(rotate.FreeRotateActive());
+}
+
+TEST_F(RotateToolTest, NothingHappensWithoutAPhotoOrForAnotherKey) {
+    for (const char *key : {"keyRotate1", "keyRotate4", "keyOther"}) {
+        rotate.choose(key);
+    }
+    rotate.RotatePic180();
+    EXPECT_TRUE(photo().isNull());
+    EXPECT_FALSE(rotate.FreeRotateActive());
+    open(test::photoLike(40, 30));
+    const int before = steps();
+    rotate.choose("keyOther");
+    EXPECT_EQ(steps(), before);
+    EXPECT_EQ(enabled.count(), 0);
+}
+
+TEST_F(RotateToolTest, PreviewsShowWhatTheItemsDo) {
+    FloatingToolbar FT2("FT2", &window);
+    for (const char *key : {"keyRotate1", "keyRotate2", "keyRotate3", "keyRotate4"}) {
+        FT2.addItem(key, "tool5");
+    }
+    const auto preview = [&](const char *key) {
+        QImage picture = FT2.item(key)->picture().toImage().convertToFormat(QImage::Format_RGB32);
+        picture.setDevicePixelRatio(1);
+        return picture;
+    };
+    rotate.CreateTHMRorationSFX(FT2);
+    EXPECT_TRUE(FT2.item("keyRotate1")->picture().isNull());
+    const struct {
+        QSize photo, preview;
+    } rows[] = {{{600, 400}, {120, 80}},
+                {{400, 600}, {80, 120}},
+                {{300, 300}, {120, 120}},
+                {{60, 20}, {120, 40}},
+                {{1000, 10}, {120, 1}}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.photo.width());
+        open(test::photoLike(row.photo.width(), row.photo.height()));
+        rotate.CreateTHMRorationSFX(FT2);
+        const QImage upright = flippedVertically(preview("keyRotate2"));
+        EXPECT_EQ(upright.size(), row.preview * view.devicePixelRatioF());
+        EXPECT_EQ(preview("keyRotate1"), quarterTurnedAnticlockwise(upright));
+        EXPECT_EQ(preview("keyRotate3"), quarterTurnedClockwise(upright));
+        EXPECT_TRUE(FT2.item("keyRotate4")->picture().isNull());
+    }
+}
+
+// --- By hand --------------------------------------------------------------------------------------------------------
+
+TEST_F(RotateToolTest, EveryDragTurnsTheUnturnedPhoto) {
+    const QImage before = test::photoLike(300, 200);
+    open(before);
+    const int first = steps();
+    startByHand();
+    dragHandle(37);
+    const double one = hand.degrees();
+    EXPECT_NEAR(one, 37, 0.5);
+    EXPECT_EQ(photo(), rotated(before, one));
+    EXPECT_EQ(photo().pixel(0, 0), 0xFFFFFFFF); // a corner that the photo has left
+    dragHandle(-60);
+    const double two = hand.degrees();
+    EXPECT_NEAR(two, -23, 1);
+    EXPECT_EQ(photo(), rotated(before, two));
+    EXPECT_EQ(steps(), first + 2);
+    EXPECT_TRUE(ctx.photo.PhotoModified());
+
+    ctx.photo.PerformUndo();
+    EXPECT_EQ(photo(), rotated(before, one));
+    EXPECT_EQ(hand.degrees(), one);
+    ctx.photo.PerformUndo();
+    EXPECT_EQ(photo(), before);
+    ctx.photo.PerformRedo();
+    EXPECT_EQ(hand.degrees(), one);
+    dragHandle(20); // a step back does not make the turned photo the one to start from
+    EXPECT_NEAR(hand.degrees(), one + 20, 0.5);
+    EXPECT_EQ(photo(), rotated(before, hand.degrees()));
+    EXPECT_EQ(steps(), first + 2);
+}
+
+TEST_F(RotateToolTest, ShiftSnapsTheWholeAngle) {
+    const QImage before = test::photoLike(300, 200);
+    open(before);
+    startByHand();
+    dragHandle(11);
+    dragHandle(42, Qt::ShiftModifier); // 53
+    EXPECT_EQ(hand.degrees(), 60);
+    EXPECT_EQ(photo(), rotated(before, 60));
+    dragHandle(118, Qt::ShiftModifier); // 178
+    EXPECT_EQ(std::abs(hand.degrees()), 180);
+    EXPECT_EQ(photo(), halfTurned(before));
+    dragHandle(-177, Qt::ShiftModifier);
+    EXPECT_EQ(hand.degrees(), 0);
+    EXPECT_EQ(photo(), before);
+}
+
+TEST_F(RotateToolTest, ThePhotoTurnsUnderTheHand) {
+    ctx.fields.txtGrid = "0";
+    for (const bool transparent : {false, true}) {
+        for (const int zoom : {50, 100, 170}) {
+            SCOPED_TRACE(testing::Message() << zoom << (transparent ? " transparent" : ""));
+            const QImage before = test::photoLike(400, 300, transparent);
+            open(before);
+            ctx.photo.setZoom(zoom);
+            QCoreApplication::processEvents();
+            startByHand();
+            dragHandle(31, {}, false);
+            EXPECT_EQ(photo(), before);
+            const QPointF middle = hand.pivot();
+            const QImage live = seen();
+            QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, turnedBy(hand.handle(), 0));
+            EXPECT_NE(photo(), before);
+            EXPECT_LT((hand.pivot() - middle).manhattanLength(), 1.5);
+            // Left of the handle both are the same, up to how it is smoothed and where the checkerboard begins.
+            const QImage after = seen();
+            const qreal devicePixels = view.devicePixelRatioF();
+            QRectF part = view.photoRect().intersected(view.viewport()->rect());
+            part.setRight(hand.pivot().x() - 10);
+            double difference = 0;
+            int compared = 0;
+            for (int y = int(part.top() * devicePixels); y < int(part.bottom() * devicePixels); ++y) {
+                for (int x = int(part.left() * devicePixels); x < int(part.right() * devicePixels); ++x, ++compared) {
+                    difference += std::abs(qGray(live.pixel(x, y)) - qGray(after.pixel(x, y)));
+                }
+            }
+            EXPECT_GT(compared, 5000);
+            EXPECT_LT(difference / compared, transparent ? 12 : 6);
+            rotate.close();
+        }
+    }
+}
+
+TEST_F(RotateToolTest, EscDropsTheDragAndThenEnds) {
+    open(test::photoLike(300, 200));
+    const QImage before = photo();
+    const int first = steps();
+    startByHand();
+    const QImage start = seen();
+    dragHandle(40, {}, false);
+    EXPECT_NE(seen(), start);
+    QTest::keyClick(&view, Qt::Key_Escape);
+    EXPECT_EQ(hand.degrees(), 0);
+    QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, turnedBy(hand.handle(), 40));
+    EXPECT_EQ(photo(), before);
+    EXPECT_EQ(steps(), first);
+    EXPECT_TRUE(rotate.FreeRotateActive());
+    EXPECT_EQ(seen(), start);
+    QTest::keyClick(&view, Qt::Key_Escape);
+    EXPECT_FALSE(rotate.FreeRotateActive());
+    EXPECT_EQ(arrow.count(), 1);
+}
+
+TEST_F(RotateToolTest, ArrowKeysTurnByADegreeAsOneStep) {
+    const QImage before = test::photoLike(300, 200);
+    open(before);
+    const int first = steps();
+    startByHand();
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Up, Qt::Key_Right, Qt::Key_Right, Qt::Key_Left, Qt::Key_Down}) {
+        QTest::keyClick(&view, key);
+    }
+    EXPECT_EQ(hand.degrees(), 2);
+    EXPECT_EQ(photo(), before); // still being tried
+    EXPECT_TRUE(QTest::qWaitFor([&] { return photo() != before; }));
+    EXPECT_EQ(photo(), rotated(before, 2));
+    EXPECT_EQ(steps(), first + 1);
+    QTest::keyClick(&view, Qt::Key_Left);
+    rotate.close(); // what the keys have turned is kept
+    EXPECT_EQ(photo(), rotated(before, 1));
+    EXPECT_EQ(steps(), first + 2);
+}
+
+TEST_F(RotateToolTest, DoneEndsFreeRotation) {
+    auto *done = view.findChild<QAbstractButton *>("cmdRotateDone");
+    ASSERT_NE(done, nullptr);
+    open(test::photoLike(300, 200));
+    EXPECT_TRUE(done->isHidden());
+    startByHand();
+    ASSERT_TRUE(done->isVisible());
+    done->click();
+    EXPECT_TRUE(done->isHidden());
+    EXPECT_FALSE(rotate.FreeRotateActive());
+    EXPECT_EQ(arrow.count(), 1);
+}
+
+TEST_F(RotateToolTest, AClickTurnsNothing) {
+    open(test::photoLike(300, 200));
+    const QImage before = photo();
+    const int first = steps();
+    startByHand();
+    for (const QPoint &where : {hand.handle().toPoint(), hand.pivot().toPoint(), QPoint(5, 5)}) {
+        QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, where);
+        QTest::mouseClick(view.viewport(), Qt::RightButton, {}, where);
+    }
+    EXPECT_EQ(photo(), before);
+    EXPECT_EQ(steps(), first);
+}
+
+TEST_F(RotateToolTest, EndsCleanlyFromTheMiddleOfADrag) {
+    open(test::photoLike(300, 200));
+    const QImage before = photo();
+    const QImage plain = seen();
+    const int first = steps();
+    startByHand();
+    EXPECT_TRUE(rotate.FreeRotateActive());
+    EXPECT_TRUE(rotate.grid().GridShown());
+    EXPECT_EQ(enabled.takeFirst().at(0), false);
+    EXPECT_NE(view.viewport()->cursor().shape(), Qt::ArrowCursor);
+    dragHandle(40, {}, false);
+    mouse.setTool(nullptr); // as another tool does that becomes current
+    EXPECT_FALSE(rotate.FreeRotateActive());
+    EXPECT_FALSE(rotate.grid().GridShown());
+    EXPECT_EQ(enabled.takeFirst().at(0), true);
+    EXPECT_EQ(view.viewport()->cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(photo(), before);
+    EXPECT_EQ(steps(), first);
+    EXPECT_EQ(seen(), plain);
+    rotate.close();
+    EXPECT_EQ(enabled.count(), 0);
+}
+
+TEST_F(RotateToolTest, AnotherPhotoIsTheOneToStartFrom) {
+    open(test::photoLike(300, 200));
+    startByHand();
+    dragHandle(25);
+    dragHandle(10, {}, false);
+    const QImage other = test::photoLike(250, 180);
+    open(other);
+    EXPECT_EQ(hand.degrees(), 0);
+    QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, QPoint(10, 10));
+    EXPECT_EQ(photo(), other);
+    dragHandle(30);
+    EXPECT_EQ(photo(), rotated(other, hand.degrees()));
+}
+
+TEST_F(RotateToolTest, TheHandleIsInViewAtEveryZoomAndScrollPosition) {
+    open(test::photoLike(900, 700));
+    startByHand();
+    const QRectF inside = QRectF(view.viewport()->rect()).adjusted(8, 8, -8, -8);
+    for (const int zoom : {3, 50, 100, 400}) {
+        ctx.photo.setZoom(zoom);
+        QCoreApplication::processEvents();
+        view.horizontalScrollBar()->setValue(0);
+        view.verticalScrollBar()->setValue(0);
+        EXPECT_TRUE(inside.contains(hand.handle())) << zoom;
+    }
+}
+
+} // namespace
+} // namespace lumora

@@ -1,0 +1,218 @@
+// The main window: its texts, the two modes' layouts, which buttons stand enabled, where messages stay.
+#include "window/frmMain.h"
+
+#include "support/ShellCheck.h"
+#include "support/TestPictures.h"
+#include "support/TextCheck.h"
+#include "view/PhotoView.h"
+#include "widgets/CommandBar.h"
+#include "widgets/FloatingToolbar.h"
+#include "widgets/PictureButton.h"
+#include "widgets/StatusLine.h"
+
+#include <QAbstractSpinBox>
+#include <QAccessible>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QSlider>
+#include <QTest>
+
+namespace lumora {
+namespace {
+
+/// Controls of the tool panels, which come with their tools.
+const QStringList notBuiltYet = {
+    "LN5",          "lblScanners", "cmdScanNow",  "optAutomatic", "optManual",
+    "optStretched", "optTiled",    "optSharpen1", "optSharpen2",  "optSharpen3",
+};
+
+class Main : public test::Shell {
+  protected:
+    PictureButton *button(const frmMain &window, const QString &name) {
+        return window.findChild<PictureButton *>(name);
+    }
+    bool enabled(const frmMain &window, const QString &key) {
+        return window.findChild<CommandBar *>("Toolbar1")->button(key)->isEnabled();
+    }
+    void open(frmMain &window, int width = 300, int height = 200) {
+        context.photo.openPicture({.picture = test::photoLike(width, height), .reason = {}},
+                                  PhotoDocument::OpenRoute::LoadPhoto);
+        window.fitPhoto();
+    }
+};
+
+TEST_F(Main, ShowsItsTexts) {
+    ASSERT_TRUE(test::writeChangedLanguageFile(m_folder.filePath("language.ini")));
+    AppContext translated(Installation{m_folder.path()});
+    frmMain window(translated);
+    window.LoadLanguage();
+    EXPECT_EQ(test::textsNotShown(window, notBuiltYet), QStringList());
+}
+
+TEST_F(Main, SimpleModeHidesToolsByWhereItWasStarted) {
+    struct Case {
+        SimpleStart how;
+        QStringList hiddenTools;
+        QList<int> onNumbers, offNumbers;
+        int widthFT1;
+    };
+    const Case cases[] = {
+        {SimpleStart::CommandLine, {"cmdTool3", "cmdTool6", "cmdTool9", "cmdTool11"}, {9, 23}, {10, 16, 17}, 0},
+        {SimpleStart::Launcher,
+         {"cmdTool3", "cmdTool6", "cmdTool9", "cmdTool11", "cmdCropCut"},
+         {9, 17},
+         {10, 16, 23},
+         8130},
+    };
+    for (const Case &c : cases) {
+        frmMain window(context);
+        window.applySimpleLayout(c.how);
+        QStringList hidden;
+        for (int tool = 1; tool <= 12; ++tool) {
+            const QString name = tool <= 11 ? QString("cmdTool%1").arg(tool) : "cmdCropCut";
+            if (button(window, name)->isHidden()) {
+                hidden << name;
+            }
+        }
+        EXPECT_EQ(hidden, c.hiddenTools);
+        const auto *toolbar = window.findChild<CommandBar *>("Toolbar1");
+        for (const int number : c.onNumbers) {
+            EXPECT_TRUE(toolbar->isButtonOn(number)) << number;
+        }
+        for (const int number : c.offNumbers) {
+            EXPECT_FALSE(toolbar->isButtonOn(number)) << number;
+        }
+        EXPECT_TRUE(button(window, "cmdScan")->isHidden());
+        EXPECT_EQ(window.findChild<FloatingToolbar *>("FT1")->widthTwips(), c.widthFT1);
+        EXPECT_EQ(window.findChild<FloatingToolbar *>("FT2")->widthTwips(), 11400);
+        EXPECT_EQ(window.findChild<FloatingToolbar *>("FT4")->widthTwips(), 18300);
+        const QRect seven = button(window, "cmdTool7")->geometry();
+        const QRect eight = button(window, "cmdTool8")->geometry();
+        EXPECT_EQ(button(window, "cmdTool4")->y(), 1650 / 15);
+        EXPECT_EQ(button(window, "cmdTool5")->y(), 2440 / 15);
+        EXPECT_EQ(seven.top(), 3240 / 15);
+        EXPECT_EQ(eight.top(), seven.top());
+        EXPECT_FALSE(seven.intersects(eight)) << "they stand side by side";
+        EXPECT_EQ(button(window, "cmdTool10")->y(), 4040 / 15);
+    }
+}
+
+TEST_F(Main, ButtonsFollowThePhoto) {
+    frmMain window(context);
+    window.show();
+    const auto *view = window.view();
+    EXPECT_FALSE(view->isVisible());
+    for (const char *key : {"keyZoomin", "keyZoomout", "keyUndo", "keyRedo"}) {
+        EXPECT_FALSE(enabled(window, key)) << key << " without a photo";
+    }
+    EXPECT_FALSE(button(window, "cmdSave")->isEnabled());
+    open(window);
+    EXPECT_TRUE(enabled(window, "keyZoomin"));
+    EXPECT_TRUE(button(window, "cmdSave")->isEnabled());
+    EXPECT_FALSE(enabled(window, "keyUndo")) << "nothing before the first photo";
+    context.photo.changePhoto(test::photoLike(200, 300));
+    EXPECT_TRUE(enabled(window, "keyUndo"));
+    EXPECT_FALSE(enabled(window, "keyRedo"));
+    window.findChild<CommandBar *>("Toolbar1")->button("keyUndo")->click();
+    EXPECT_FALSE(enabled(window, "keyUndo"));
+    EXPECT_TRUE(enabled(window, "keyRedo"));
+    EXPECT_EQ(context.photo.picCanvas().size(), QSize(300, 200));
+}
+
+TEST_F(Main, TheEMailButtonShowsWhereTheSettingSaysSo) {
+    for (const auto &[value, shown] : {std::pair("0", false), std::pair("1", true), std::pair("maybe", true)}) {
+        context.writeSetting("E-mail", "Value", value);
+        frmMain window(context);
+        window.SetMeUp();
+        EXPECT_EQ(window.findChild<CommandBar *>("Toolbar1")->isButtonOn(10), shown) << value;
+    }
+}
+
+TEST_F(Main, FitShowsTheWholePhotoWhateverItsShape) {
+    frmMain window(context);
+    window.setStartupPhotoPath("/no/such/photo.jpg");
+    window.show();
+    window.setGeometry(0, 0, 1024, 768);
+    QTest::qWait(1);
+    for (const QSize size : {QSize(6000, 4000), QSize(4000, 6000), QSize(4032, 3024), QSize(9000, 1000),
+                             QSize(1000, 9000), QSize(5000, 5000), QSize(300, 200)}) {
+        open(window, size.width() / 10, size.height() / 10);
+        context.photo.changePhoto(QImage(size, QImage::Format_RGB32));
+        window.fitPhoto();
+        const QSize room = window.view()->canvasSize();
+        EXPECT_LE(size.width() * context.photo.zoom() / 100, room.width()) << size.width() << " x " << size.height();
+        EXPECT_LE(size.height() * context.photo.zoom() / 100, room.height()) << size.width() << " x " << size.height();
+    }
+}
+
+TEST_F(Main, APhotoThatWasFittedStaysSoWhenTheWindowChanges) {
+    frmMain window(context);
+    window.setStartupPhotoPath("/no/such/photo.jpg");
+    window.show();
+    window.setGeometry(0, 0, 1024, 768);
+    QTest::qWait(1);
+    open(window, 600, 900);
+    const int before = context.photo.zoom();
+    window.setGeometry(0, 0, 1024, 620);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return context.photo.zoom() < before; }));
+    context.photo.setZoom(100);
+    window.setGeometry(0, 0, 1024, 768);
+    QTest::qWait(20);
+    EXPECT_EQ(context.photo.zoom(), 100) << "a zoom that was chosen stays";
+}
+
+TEST_F(Main, AMessageStandsUntilTheNextAction) {
+    frmMain window(context);
+    window.setStartupPhotoPath(m_folder.filePath("gone.png"));
+    window.show();
+    const auto *line = window.findChild<StatusLine *>("SBar");
+    EXPECT_EQ(line->message(), context.texts.text("StatusNotFound"));
+    EXPECT_TRUE(window.view()->isVisible()) << "the canvas is shown before the file is read";
+    EXPECT_FALSE(context.photo.PhotoLoaded());
+    QTest::qWait(50);
+    EXPECT_FALSE(line->message().isEmpty());
+    QTest::mouseClick(window.view()->viewport(), Qt::LeftButton);
+    EXPECT_EQ(line->message(), QString());
+}
+
+TEST_F(Main, ADroppedPictureOpens) {
+    struct Opened : frmMain { // an application hands on a drop only while something is really dragged
+        using frmMain::dropEvent;
+        using frmMain::frmMain;
+    };
+    Opened window(context);
+    window.show();
+    const QString path = m_folder.filePath("a photo with blanks.png");
+    ASSERT_TRUE(test::photoLike(40, 30).save(path));
+    QMimeData data;
+    data.setUrls({QUrl("https://example.org/not-a-file.png"), QUrl::fromLocalFile(path)});
+    QDropEvent drop(QPointF(100, 100), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    window.dropEvent(&drop);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return context.photo.PhotoLoaded(); }));
+    EXPECT_EQ(context.photo.picCanvas().size(), QSize(40, 30));
+    EXPECT_FALSE(context.photo.PhotoModified());
+}
+
+TEST_F(Main, EveryControlHasANameForScreenReaders) {
+    frmMain window(context);
+    window.LoadLanguage();
+    QStringList nameless;
+    for (QWidget *widget : window.findChildren<QWidget *>()) {
+        // Parts of another control, and the photo's own scroll bars, are reached through what they belong to.
+        const bool isControl = qobject_cast<QAbstractButton *>(widget) != nullptr ||
+                               qobject_cast<QSlider *>(widget) != nullptr ||
+                               (qobject_cast<QLineEdit *>(widget) != nullptr &&
+                                qobject_cast<QAbstractSpinBox *>(widget->parentWidget()) == nullptr);
+        if (!isControl || widget->focusPolicy() == Qt::NoFocus) {
+            continue;
+        }
+        const QAccessibleInterface *seen = QAccessible::queryAccessibleInterface(widget);
+        if (seen == nullptr || seen->text(QAccessible::Name).isEmpty()) {
+            nameless << widget->objectName();
+        }
+    }
+    EXPECT_EQ(nameless, QStringList());
+}
+
+} // namespace
+} // namespace lumora
