@@ -158,14 +158,12 @@ void basMain::showSimpleMainWindow(SimpleStart how) {
     frmMain &window = loadMainWindow();
     window.applySimpleLayout(how);
     m_desk->context.flags.SimpleModeOn = true;
-    m_desk->context.flags.ScanNow = false;
     window.show();
 }
 
 void basMain::showAdvancedMainWindow() {
     frmMain &window = loadMainWindow();
     m_desk->context.flags.SimpleModeOn = false;
-    m_desk->context.flags.ScanNow = false;
     window.show();
 }
 

@@ -114,7 +114,9 @@ class PhotoDocument : public QObject {
 
     /// The status line for this photo: caption, twenty spaces, " - Version ", version, size in pixels and millimetres.
     /// Without a photo it ends after the version. `dotsPerInch` is the screen's, 96 on most.
-    QString statusLine(const QString &caption, const QString &version, double dotsPerInch) const;
+    /// `beforeMillimetres` goes in before those.
+    QString statusLine(const QString &caption, const QString &version, double dotsPerInch,
+                       const QString &beforeMillimetres = {}) const;
 
   Q_SIGNALS:
     void changed(lumora::PhotoChanges what);

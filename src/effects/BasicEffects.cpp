@@ -30,8 +30,6 @@ EffectOutcome BasicEffects::apply(const QString &key) {
     if (effect == std::end(rows) || m_ctx.photo.picCanvas().isNull()) {
         return EffectOutcome::Nothing;
     }
-    m_ctx.flags.EffectChosen = true;
-    m_ctx.flags.RDMode = false;
     return m_flow.apply(effect->apply);
 }
 

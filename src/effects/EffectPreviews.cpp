@@ -51,17 +51,7 @@ EffectPreviews::EffectPreviews(AppContext &ctx, FloatingToolbar *FT3, FloatingTo
 }
 
 void EffectPreviews::SetupFoto4FX() {
-    m_ctx.flags.EffectChosen = true;
     CreateThumbnailSFX();
-    if (m_jobs.empty()) {
-        return; // there is no photo
-    }
-    for (const auto &maker :
-         {makers.CreateCMSFX, makers.CreateTHMRorationSFX, makers.CreateBCSSFX, makers.CreateFrameThumbnails}) {
-        if (maker) {
-            m_jobs.push_back(maker);
-        }
-    }
 }
 
 void EffectPreviews::CreateThumbnailSFX() {

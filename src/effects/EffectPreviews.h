@@ -12,15 +12,6 @@ namespace lumora {
 struct AppContext;
 class FloatingToolbar;
 
-/// What other tools make their small pictures with. Each is called in a turn of the event loop of its own, after the
-/// effects; empty ones are passed over.
-struct PreviewMakers {
-    std::function<void()> CreateCMSFX;           ///< colour focus
-    std::function<void()> CreateTHMRorationSFX;  ///< rotation
-    std::function<void()> CreateBCSSFX;          ///< brightness, contrast, saturation
-    std::function<void()> CreateFrameThumbnails; ///< frames
-};
-
 class EffectPreviews : public QObject {
     Q_OBJECT
 
@@ -29,8 +20,6 @@ class EffectPreviews : public QObject {
 
     /// Sets the pictures of the items of both lists, keySFX1 to keySFX12 and those of the basic effects.
     EffectPreviews(AppContext &ctx, FloatingToolbar *FT3, FloatingToolbar *FT4, QObject *parent = nullptr);
-
-    PreviewMakers makers;
 
     /// Begins to make all small pictures of the photo as it is now, one a turn of the event loop. What was still to be
     /// made of an earlier photo is dropped.

@@ -58,7 +58,6 @@ EffectsPanel::EffectsPanel(AppContext &ctx, SpecialEffects &effects, PhotoView &
     connect(cmdApplySFXNow, &QAbstractButton::clicked, this, &EffectsPanel::apply);
     connect(this, &SlidingPanel::opened, this, &EffectsPanel::showLive);
     connect(this, &SlidingPanel::closed, this, &EffectsPanel::close);
-    connect(&effects, &SpecialEffects::selectionToolWanted, this, &EffectsPanel::selectionToolWanted);
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (isOpen() && what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
             showPhoto();
@@ -71,15 +70,10 @@ void EffectsPanel::pick(const QString &key) {
     if (number == 0) {
         return;
     }
-    m_ctx.flags.RDMode = false;
     m_ctx.flags.SelectedSFX = number;
-    Q_EMIT hideFloatingToolbars();
-    m_ctx.flags.EffectChosen = true;
     if (m_ctx.fields.txtSFX == "0") {
         Q_EMIT applied(m_effects.ApplyBasicSFX(number));
     } else if (m_ctx.fields.txtSFX == "1") {
-        m_ctx.flags.SFXPanelOpening = true;
-        m_ctx.flags.SFXPanelOpen = true;
         showBox(number);
         slideIn();
     }
@@ -113,17 +107,11 @@ void EffectsPanel::apply() {
 
 void EffectsPanel::close() {
     m_live.clear();
-    m_ctx.flags.SelectionActive = false;
-    Q_EMIT hideFloatingToolbars();
-    const int number = m_ctx.flags.SelectedSFX;
-    if (number == 6 || number == 8) {
-        Q_EMIT selectionToolWanted();
-    }
+    m_ctx.flags.endSelection();
     m_effects.restoreAdvancedValues();
     for (const SpecialEffect &effect : specialEffects()) {
         m_boxes.at(static_cast<size_t>(effect.number - 1))->setValues(effect.advanced);
     }
-    m_ctx.flags.SFXPanelOpen = false;
     PhotoSelection selection = m_ctx.photo.selection();
     selection.setDrawn(0);
     m_ctx.photo.setSelection(selection);
@@ -139,17 +127,12 @@ void EffectsPanel::showLive() {
         m_live.clear();
         return;
     }
-    const bool lasso = m_ctx.flags.SelectionActive && m_ctx.flags.SelectionKind == 3;
+    const bool lasso = m_ctx.flags.SelectionActive() && m_ctx.flags.SelectionKind() == PhotoSelection::Shape::Lasso;
     m_live.show({.apply = [effect, lasso,
                            values](EffectEngine &engine, bool region,
                                    int factor) { return runEffect(*effect, !lasso, values, engine, region, factor); },
                  .wholePhoto = effect->wholePhoto,
                  .atFullSize = effect->looksAtNeighbours});
-}
-
-void EffectsPanel::moveEvent(QMoveEvent *event) {
-    SlidingPanel::moveEvent(event);
-    m_ctx.flags.PanelAnimating = m_ctx.flags.PanelAnimating || isSliding();
 }
 
 } // namespace lumora

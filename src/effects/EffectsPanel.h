@@ -24,15 +24,8 @@ class EffectsPanel : public SlidingPanel {
     const LivePreview &livePreview() const { return m_live; }
 
   Q_SIGNALS:
-    /// The floating tool bars are to close.
-    void hideFloatingToolbars();
-    /// cmdTool2 can be used again.
-    void selectionToolWanted();
     /// An effect was run, at once or by the Apply button.
     void applied(lumora::EffectOutcome outcome);
-
-  protected:
-    void moveEvent(QMoveEvent *event) override;
 
   private:
     void showBox(int number);

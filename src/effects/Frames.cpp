@@ -37,7 +37,6 @@ QImage icon(const QImage &picture) {
 Frames::Frames(AppContext &ctx, FloatingToolbar *FT5, QObject *parent) : QObject(parent), m_ctx(ctx), m_FT5(FT5) {}
 
 bool Frames::pick(const QString &key) {
-    m_ctx.flags.RDMode = false;
     for (int n = 1; n <= frameCount; ++n) {
         if (key == keyOf(n)) {
             return fFramePicture(n);
@@ -57,8 +56,6 @@ bool Frames::fFramePicture(int n) {
     if (!isFrame(n) || m_ctx.photo.picCanvas().isNull()) {
         return true;
     }
-    m_ctx.flags.EffectChosen = true;
-    Q_EMIT hideFloatingToolbars();
     QImage picFrame1;
     m_ctx.longWork.run([&] { picFrame1 = inFrame(n, m_ctx.photo.picThumb()); });
     const bool changed = m_ctx.photo.changePhoto(picFrame1);
@@ -72,8 +69,6 @@ QImage Frames::fFrameThumbnail(int n) {
     if (!isFrame(n) || photo.isNull()) {
         return {};
     }
-    m_ctx.flags.EffectChosen = true;
-    Q_EMIT hideFloatingToolbars();
     const QImage picFrame1 = inFrame(n, photo);
     QImage shown = icon(picFrame1.isNull() ? photo : picFrame1);
     m_FT5->setItemPicture(keyOf(n), QPixmap::fromImage(shown));

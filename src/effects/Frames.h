@@ -20,7 +20,7 @@ class Frames : public QObject {
     /// Sets the pictures of the items keyFrame1 to keyFrame8 of FT5.
     Frames(AppContext &ctx, FloatingToolbar *FT5, QObject *parent = nullptr);
 
-    /// An item of FT5 was picked: switches red-eye removal off and frames the photo. False for an unknown key and where
+    /// An item of FT5 was picked: frames the photo. False for an unknown key and where
     /// fFramePicture says so.
     bool pick(const QString &key);
 
@@ -34,10 +34,6 @@ class Frames : public QObject {
     QImage fFrameThumbnail(int n);
     /// All eight icons.
     void CreateFrameThumbnails();
-
-  Q_SIGNALS:
-    /// The floating tool bars are to close.
-    void hideFloatingToolbars();
 
   private:
     QImage inFrame(int n, const QImage &photo);

@@ -103,8 +103,8 @@ void LivePreview::schedule() {
 std::optional<LivePreview::Job> LivePreview::makeJob() const {
     const ToolFlags &flags = m_ctx.flags;
     const QRect visible = m_view.visiblePart();
-    const bool limited = flags.SelectionActive && !m_operation->wholePhoto;
-    if (visible.isEmpty() || (limited && (flags.SelectionKind < 1 || flags.SelectionKind > 3))) {
+    const bool limited = flags.SelectionActive() && !m_operation->wholePhoto;
+    if (visible.isEmpty()) {
         return std::nullopt;
     }
     const PhotoLevels::Level level = m_view.visibleLevel();

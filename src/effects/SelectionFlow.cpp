@@ -11,9 +11,8 @@ namespace lumora {
 
 namespace {
 
-constexpr int rectangleKind = 1;
-constexpr int ellipseKind = 2;
-constexpr int lassoKind = 3;
+using Shape = PhotoSelection::Shape;
+
 constexpr int fullStrength = 100; // per cent of a paste
 
 } // namespace
@@ -22,34 +21,31 @@ EffectOutcome SelectionFlow::apply(const EffectOperation &operation, const Effec
     if (m_ctx.photo.picCanvas().isNull()) {
         return EffectOutcome::Nothing;
     }
-    if (!m_ctx.flags.SelectionActive) {
+    if (!m_ctx.flags.SelectionActive()) {
         return applyToWholePhoto(operation, true);
     }
     const EffectOutcome outcome = applyToMarked(operation, throughLasso ? throughLasso : operation);
     if (outcome != EffectOutcome::NoRegion) {
         hideSelection();
-        m_ctx.flags.SelectionActive = false;
+        m_ctx.flags.endSelection();
     }
     return outcome;
 }
 
 EffectOutcome SelectionFlow::applyToMarked(const EffectOperation &operation, const EffectOperation &throughLasso) {
-    const int kind = m_ctx.flags.SelectionKind;
-    if (kind < rectangleKind || kind > lassoKind) {
-        return EffectOutcome::Nothing;
-    }
+    const Shape kind = m_ctx.flags.SelectionKind();
     SelectionBounds bounds;
     if (!readBounds(bounds) || !marksPixels()) {
         Q_EMIT tipWanted();
         return EffectOutcome::NoRegion;
     }
-    if (kind == lassoKind) {
+    if (kind == Shape::Lasso) {
         return applyThroughLasso(throughLasso);
     }
     m_engine.setPicture(m_ctx.photo.picCanvas());
     m_engine.clearRegion();
-    const auto setRegion = kind == rectangleKind ? &EffectEngine::setRectangularRegion //
-                                                 : &EffectEngine::setEllipticalRegion;
+    const auto setRegion = kind == Shape::Rectangle ? &EffectEngine::setRectangularRegion //
+                                                    : &EffectEngine::setEllipticalRegion;
     (m_engine.*setRegion)(bounds.SelLeft, bounds.SelTop, bounds.SelRight, bounds.SelBottom);
     return take(compute(operation, true) ? m_engine.picture() : QImage(), true);
 }
@@ -98,7 +94,7 @@ bool SelectionFlow::readBounds(SelectionBounds &bounds) const {
 bool SelectionFlow::marksPixels() const {
     const PhotoSelection &selection = m_ctx.photo.selection();
     SelectionBounds bounds;
-    const bool shaped = m_ctx.flags.SelectionKind != lassoKind || selection.shape() == PhotoSelection::Shape::Lasso;
+    const bool shaped = m_ctx.flags.SelectionKind() != Shape::Lasso || selection.shape() == Shape::Lasso;
     return shaped && readBounds(bounds) && !selection.region(m_ctx.photo.picCanvas().size()).isEmpty();
 }
 

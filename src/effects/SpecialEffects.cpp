@@ -206,7 +206,6 @@ EffectOutcome SpecialEffects::run(const SpecialEffect &effect, bool advanced) {
 
 EffectOutcome SpecialEffects::runOnWholePhoto(const SpecialEffect &effect, bool advanced,
                                               const EffectOperation &operation) {
-    m_ctx.flags.SFXPanelOpening = m_ctx.flags.SFXPanelOpening || advanced;
     if (m_ctx.photo.picCanvas().isNull()) {
         return EffectOutcome::Nothing;
     }

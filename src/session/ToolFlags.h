@@ -1,30 +1,31 @@
-// The flags that the tools share. Each line says who writes the flag and who reads it.
+// What the tools have to know of each other: the mode of the program and whether a selection tool is current.
 #pragma once
 
-#include <QRect>
+#include "document/PhotoSelection.h"
 
 namespace lumora {
 
-struct ToolFlags {
-    bool SimpleModeOn = false;     ///< start-up and launcher write; everything that differs between the modes reads
-    bool SelectionActive = false;  ///< the selection tools set it, every other tool clears it; effects read
-    int SelectionKind = 0;         ///< 1 rectangle, 2 ellipse, 3 lasso; the selection tools write, effects read
-    bool FreeResizeActive = false; ///< the resize tool sets it, other tools clear it; undo and redo read
-    bool FreeRotateActive = false; ///< free rotation sets and clears it; checks of the tools read
-    QRect ResizeFrame;            ///< picture pixels; the resize tool writes it, undo and redo give it back to the view
-    bool CropToolActive = false;  ///< the crop and cut-out tools set it, other tools clear it; the mouse dispatch reads
-    bool ColorPickerMode = false; ///< colour focus sets it, every tool's start clears it; the mouse dispatch reads
-    bool RDMode = false;          ///< the red-eye tool sets it, every other tool clears it; the mouse dispatch reads
-    int canvasToolMode = 0;       ///< 2 while the photo is resized freely, else 0; the mouse dispatch reads
-    int SelectedSFX = 0;          ///< 1 to 12, the special effect picked last in FT4; the effects panel reads
-    bool SFXPanelOpening = false; ///< a settings box is to slide in, or a whole-photo effect runs
-    bool SFXPanelOpen = false;    ///< a settings box is up; its close button clears it
-    bool PanelAnimating = false;  ///< set by each tick of the panel's animation
-    bool EffectChosen = false;    ///< set whenever an effect is picked; read by the effects panel
-    bool ToolPanelShown = false;  ///< a tool panel is up; its animation sets it, HideBoxes clears it
-    bool ExitPending = false;     ///< ExitApp sets it before it asks; the save route reads it
-    bool SaveThenLeave = false;   ///< the save prompt's Yes sets it; the save dialogs read it
-    bool ScanNow = false;         ///< a scan sets it, the start of either mode clears it
+class ToolFlags {
+  public:
+    bool SimpleModeOn = false; ///< start-up and launcher write; everything that differs between the modes reads
+    int SelectedSFX = 0;       ///< 1 to 12, the special effect picked last in FT4; the effects panel reads
+
+    /// A selection tool is current, so that what is marked limits effects and adjustments: from startSelection() to
+    /// endSelection(), which every other tool's start calls, and an effect when it has changed what was marked.
+    bool SelectionActive() const { return m_selectionActive; }
+    /// The shape that the selection tool marks. Still the last one when no selection tool is current any more; None
+    /// before the first.
+    PhotoSelection::Shape SelectionKind() const { return m_selectionKind; }
+
+    void startSelection(PhotoSelection::Shape kind) {
+        m_selectionActive = true;
+        m_selectionKind = kind;
+    }
+    void endSelection() { m_selectionActive = false; }
+
+  private:
+    bool m_selectionActive = false;
+    PhotoSelection::Shape m_selectionKind = PhotoSelection::Shape::None;
 };
 
 } // namespace lumora

@@ -32,7 +32,10 @@ SlidingPanel::SlidingPanel(const QString &name, const QString &closeButtonName, 
     column->addLayout(m_body, 1);
     m_timer.setInterval(interval);
     connect(&m_timer, &QTimer::timeout, this, &SlidingPanel::tick);
-    connect(m_close, &QAbstractButton::clicked, this, &SlidingPanel::slideOut);
+    connect(m_close, &QAbstractButton::clicked, this, [this] {
+        slideOut();
+        Q_EMIT left();
+    });
     hide();
 }
 

@@ -45,6 +45,8 @@ class SlidingPanel : public QWidget {
     void opened();
     /// The panel was closed: by its button, by Esc or by slideOut().
     void closed();
+    /// After closed(): it was the user who closed it, by its button or by Esc.
+    void left();
 
   protected:
     void paintEvent(QPaintEvent *event) override;

@@ -13,7 +13,7 @@ FloatingBarSet::FloatingBarSet(QWidget *window) : QObject(window) {
         auto *bar = new FloatingToolbar(name, window);
         bar->setPictureSize(row.pictureSize);
         connect(bar, &FloatingToolbar::itemClicked, this,
-                [this, name](const QString &key) { Q_EMIT itemClicked(name, key); });
+                [this, control = QString(row.tool)](const QString &key) { Q_EMIT itemClicked(control, key); });
         m_bars.insert(name, bar);
     }
     for (const FloatingItemRow &row : floatingItems()) {

@@ -1,4 +1,4 @@
-// The six floating tool bars FT1 to FT6 of the main window, made from the table in tools/FloatingBars.
+// The six floating tool bars FT1 to FT6 of the main window, made from the table in FloatingBars.
 #pragma once
 
 #include <QMap>
@@ -27,7 +27,8 @@ class FloatingBarSet : public QObject {
     bool isAnyOpen() const;
 
   Q_SIGNALS:
-    void itemClicked(const QString &bar, const QString &key);
+    /// An item of the bar that belongs to that tool button.
+    void itemClicked(const QString &control, const QString &key);
 
   private:
     QMap<QString, FloatingToolbar *> m_bars;

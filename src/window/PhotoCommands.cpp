@@ -274,10 +274,8 @@ void PhotoCommands::leaveEditor() {
         }
         return;
     }
-    m_ctx.flags.ExitPending = true;
     switch (ask(m_ctx, PromptKind::Save, m_owner)) {
     case Answer::Yes:
-        m_ctx.flags.SaveThenLeave = true;
         if (m_ctx.fields.txtDlgs == "1") {
             SavePhoto2();
         } else if (m_ctx.fields.txtDlgs == "0") {
@@ -290,8 +288,6 @@ void PhotoCommands::leaveEditor() {
     case Answer::Cancelled:
         break;
     }
-    m_ctx.flags.ExitPending = false;
-    m_ctx.flags.SaveThenLeave = false;
 }
 
 void PhotoCommands::say(PictureError error) {

@@ -32,10 +32,16 @@ ToolColumn::ToolColumn(QWidget *parent) : QWidget(parent), m_column(new QWidget)
     box->addWidget(m_pager);
 
     for (const ToolRow &row : toolTable()) {
+        if (row.iconName == nullptr) {
+            continue;
+        }
         auto *button = new PictureButton(row.iconName, PictureButton::CaptionPlace::Beside, m_column);
         button->setObjectName(row.control);
         button->setPictureSize(pictureSize);
         button->setCheckable(true);
+        if (row.whiteWhenHovered) {
+            button->setHoverColour(Qt::white);
+        }
         const QString control = row.control;
         connect(button, &PictureButton::clicked, this, [this, control] { Q_EMIT pressed(control); });
         m_buttons.insert(control, button);
@@ -49,8 +55,9 @@ ToolColumn::ToolColumn(QWidget *parent) : QWidget(parent), m_column(new QWidget)
 void ToolColumn::setSimple(bool fromLauncher) {
     m_simple = true;
     for (const ToolRow &row : toolTable()) {
-        m_buttons[row.control]->setVisible(row.simpleTop != hiddenInSimple &&
-                                           !(fromLauncher && row.hiddenFromLauncher));
+        if (PictureButton *button = m_buttons.value(row.control)) {
+            button->setVisible(row.simpleTop != hiddenInSimple && !(fromLauncher && row.hiddenFromLauncher));
+        }
     }
     placeAll();
 }
@@ -59,10 +66,10 @@ void ToolColumn::placeAll() {
     std::map<int, std::vector<PictureButton *>> rows; // by top edge in pixels
     int index = 0;
     for (const ToolRow &row : toolTable()) {
-        PictureButton *button = m_buttons[row.control];
+        PictureButton *button = m_buttons.value(row.control);
         const int top = m_simple ? row.simpleTop : advancedTop(index);
         ++index;
-        if (!button->isHidden() || !m_simple) {
+        if (button != nullptr && (!button->isHidden() || !m_simple)) {
             rows[twips(top)].push_back(button);
         }
     }
@@ -86,8 +93,8 @@ void ToolColumn::placeAll() {
 }
 
 void ToolColumn::EnableToolbars() {
-    for (const ToolRow &row : toolTable()) {
-        m_buttons[row.control]->setEnabled(row.built);
+    for (PictureButton *button : m_buttons) {
+        button->setEnabled(true);
     }
 }
 

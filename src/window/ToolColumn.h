@@ -9,7 +9,7 @@ namespace lumora {
 class Pager;
 class PictureButton;
 
-/// Rows come from tools/ToolTable. Pressing a button tells which; the column itself runs no tool.
+/// Rows come from ToolTable. Pressing a button tells which; the column itself runs no tool.
 class ToolColumn : public QWidget {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ class ToolColumn : public QWidget {
     /// The buttons of Simple mode at their places; those that share a top stand side by side in that row.
     /// `fromLauncher`: the cut-out button is hidden too.
     void setSimple(bool fromLauncher);
-    /// Enables the tools whose behaviour stands; the others stay disabled.
+    /// Enables all tools.
     void EnableToolbars();
     void DisableToolbars();
     /// Shows that tool as the current one and the others unpressed.

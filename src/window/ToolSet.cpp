@@ -1,122 +1,84 @@
 #include "window/ToolSet.h"
 
-#include "effects/EffectPreviews.h"
-#include "effects/EffectsPanel.h"
-#include "effects/Frames.h"
 #include "session/AppContext.h"
-#include "session/PlainWords.h"
-#include "tools/adjust/AdjustTool.h"
 #include "tools/canvas/CanvasMouse.h"
-#include "tools/colour-focus/ColourFocusTool.h"
-#include "tools/crop/CropPanel.h"
-#include "tools/crop/CropTool.h"
-#include "tools/cut-out/CutOutTool.h"
-#include "tools/pop-art/PopArtTool.h"
-#include "tools/red-eye/RedEyeTool.h"
-#include "tools/resize/ResizeTool.h"
-#include "tools/rotate/RotateTool.h"
 #include "tools/select/SelectionOutline.h"
-#include "tools/select/SelectionTool.h"
 #include "view/PhotoView.h"
 #include "widgets/Bubble.h"
 #include "widgets/FloatingToolbar.h"
+#include "widgets/PictureButton.h"
+#include "widgets/SlidingPanel.h"
 #include "window/FloatingBarSet.h"
 #include "window/ToolColumn.h"
 #include "window/ToolTable.h"
 
 #include <QAbstractSlider>
 #include <QLabel>
-#include <QScopedValueRollback>
 #include <algorithm>
 
 namespace lumora {
 
 ToolSet::ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingBarSet &bars, QWidget *window)
-    : QObject(window), m_ctx(ctx), m_view(view), m_column(column), m_bars(bars), m_basicEffects(ctx),
-      m_specialEffects(ctx), m_outline(new SelectionOutline(ctx.photo, view, this)),
-      m_mouse(new CanvasMouse(ctx.photo, ctx.flags, view, this)),
-      m_selection(new SelectionTool(ctx.photo, ctx.flags, *m_mouse, *m_outline, this)),
-      m_panelSFX(new EffectsPanel(ctx, m_specialEffects, view, window)),
-      m_frames(new Frames(ctx, bars.bar("FT5"), this)), m_crop(new CropTool(ctx, view, *m_mouse, window)),
-      m_cutOut(new CutOutTool(ctx, view, *m_mouse, *m_crop->panel(), *m_selection, this)),
-      m_rotate(new RotateTool(ctx, view, *m_mouse, this)), m_resize(new ResizeTool(ctx, view, *m_mouse, window)),
-      m_adjust(new AdjustTool(ctx, view, *m_mouse, window)), m_redEye(new RedEyeTool(ctx, view, *m_mouse, window)),
-      m_focus(new ColourFocusTool(ctx, view, *m_mouse, window)), m_popArt(new PopArtTool(ctx, view, *m_mouse, window)),
-      m_previews(new EffectPreviews(ctx, bars.bar("FT3"), bars.bar("FT4"), this)),
-      picTip(new Bubble("picTip", window)), m_panels{m_panelSFX,        m_crop->panel(),   m_resize->panel(),
-                                                     m_adjust->panel(), m_redEye->panel(), m_focus->panel(),
-                                                     m_popArt->panel()} {
+    : QObject(window), m_ctx(ctx), m_view(view), m_column(column), m_bars(bars),
+      m_outline(new SelectionOutline(ctx.photo, view, this)),
+      m_mouse(new CanvasMouse(ctx.photo, ctx.flags, view, this)), picTip(new Bubble("picTip", window)) {
     picTip->label()->setObjectName("lblBubble");
-    connectSelection();
-    connectEffects();
-    connectTool(*m_crop->panel());
-    connectTool(*m_rotate);
-    connectTool(*m_resize);
-    connectTool(*m_adjust);
-    connectTool(*m_redEye);
-    connectTool(*m_focus);
-    connectTool(*m_popArt);
-    connect(m_popArt, &PopArtTool::fitWanted, this, &ToolSet::fitWanted);
-    connect(m_resize, &ResizeTool::current, this, [this] { // from its panel to the frame by hand
-        m_current = "cmdTool4";
-        showCurrent();
-    });
-    connect(m_resize, &ResizeTool::statusText, this, &ToolSet::statusText);
-    connect(m_resize, &ResizeTool::noticeWanted, this, &ToolSet::noticeWanted);
-    for (SlidingPanel *panel : m_panels) {
-        connectPanel(*panel);
+    for (const ToolRow &row : toolTable()) {
+        const ToolPlace place{ctx, view, *m_mouse, *m_outline, bars.barOfTool(row.control), window};
+        m_entries.push_back({&row, row.make != nullptr ? row.make(place) : nullptr});
     }
-    connectPreviews();
-    column.button("cmdCropCut")->setHoverColour(Qt::white);
+    m_current = &m_entries.front();
+    for (const Entry &entry : m_entries) {
+        if (entry.tool != nullptr) {
+            connectTool(entry);
+        }
+    }
+    connect(m_mouse, &CanvasMouse::arrowWanted, this, &ToolSet::ResetTools);
+    connect(m_mouse, &CanvasMouse::moved, picTip, &QWidget::hide);
+    connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
+        if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
+            HideFloatingToolbars(); // their small pictures are of another photo
+            m_pictures.stop();
+        }
+    });
+    connect(&m_pictures, &QTimer::timeout, this, &ToolSet::makeSmallPictures);
     connect(&column, &ToolColumn::pressed, this, &ToolSet::press);
     connect(&bars, &FloatingBarSet::itemClicked, this, &ToolSet::pick);
 }
 
 ToolSet::~ToolSet() {
-    m_mouse->setTool(nullptr); // before the tools go
-}
-
-void ToolSet::connectSelection() {
-    connect(m_selection, &SelectionTool::chosen, this, [this](const QString &icon) {
-        m_column.button("cmdTool2")->setIconName(icon);
-        HideFloatingToolbars();
-    });
-    connect(m_mouse, &CanvasMouse::arrowWanted, this, &ToolSet::ResetTools);
-    connect(m_mouse, &CanvasMouse::moved, picTip, &QWidget::hide);
-}
-
-void ToolSet::connectEffects() {
-    connect(m_panelSFX, &EffectsPanel::hideFloatingToolbars, this, &ToolSet::HideFloatingToolbars);
-    connect(m_panelSFX, &EffectsPanel::selectionToolWanted, this,
-            [this] { m_column.button("cmdTool2")->setEnabled(true); });
-    connect(m_panelSFX, &EffectsPanel::applied, this, &ToolSet::tellOutcome);
-    connect(&m_basicEffects.flow(), &SelectionFlow::tipWanted, this, &ToolSet::showTip);
-    connect(&m_specialEffects.flow(), &SelectionFlow::tipWanted, this, &ToolSet::showTip);
-}
-
-void ToolSet::connectPreviews() {
-    m_previews->makers = {.CreateCMSFX = [this] { m_focus->CreateCMSFX(); },
-                          .CreateTHMRorationSFX = [this] { m_rotate->CreateTHMRorationSFX(*m_bars.bar("FT2")); },
-                          .CreateBCSSFX = [this] { m_adjust->CreateBCSSFX(); },
-                          .CreateFrameThumbnails = [this] { m_frames->CreateFrameThumbnails(); }};
-    connect(m_adjust, &AdjustTool::pictureMade, m_bars.bar("FT6"), &FloatingToolbar::setItemPicture);
-    connect(&m_ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
-        if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
-            HideFloatingToolbars(); // their small pictures are of another photo
-        }
-    });
-}
-
-/// What the tools have in common; not every one says everything.
-template <typename Tool> void ToolSet::connectTool(Tool &tool) {
-    connect(&tool, &Tool::hideFloatingToolbars, this, &ToolSet::HideFloatingToolbars);
-    connect(&tool, &Tool::arrowWanted, this, &ToolSet::ResetTools);
-    connect(&tool, &Tool::message, this, &ToolSet::message);
-    if constexpr (requires { &Tool::toolsEnabled; }) {
-        connect(&tool, &Tool::toolsEnabled, this, &ToolSet::enableTools);
+    m_mouse->setTool(nullptr);
+    for (const Entry &entry : m_entries) {
+        delete entry.tool; // before the mouse and the view that they were made with
     }
-    if constexpr (requires { &Tool::tipWanted; }) {
-        connect(&tool, &Tool::tipWanted, this, &ToolSet::showTip);
+}
+
+void ToolSet::connectTool(const Entry &entry) {
+    EditorTool *tool = entry.tool;
+    connect(tool, &EditorTool::finished, this, &ToolSet::ResetTools);
+    connect(tool, &EditorTool::stateChanged, this, &ToolSet::showCurrent);
+    connect(tool, &EditorTool::tipWanted, this, &ToolSet::showTip);
+    connect(tool, &EditorTool::message, this, &ToolSet::message);
+    connect(tool, &EditorTool::statusText, this, &ToolSet::statusText);
+    connect(tool, &EditorTool::noticeWanted, this, &ToolSet::noticeWanted);
+    connect(tool, &EditorTool::fitWanted, this, &ToolSet::fitWanted);
+    connect(tool, &EditorTool::iconChanged, this, [this, control = QString(entry.row->control)](const QString &icon) {
+        m_column.button(control)->setIconName(icon);
+    });
+    connect(tool, &EditorTool::smallPicturesWanted, this, [this] {
+        std::vector<Entry> wanted = m_entries;
+        std::erase_if(wanted, [](const Entry &each) { return each.row->picturesTurn == 0; });
+        std::ranges::sort(wanted, {}, [](const Entry &each) { return each.row->picturesTurn; });
+        m_picturesWaiting.clear();
+        for (const Entry &each : wanted) {
+            m_picturesWaiting.append(each.tool);
+        }
+        m_pictures.start(0);
+    });
+    SlidingPanel *panel = tool->panel();
+    if (panel != nullptr && !m_panels.contains(panel)) { // two tools may share one
+        m_panels.append(panel);
+        connectPanel(*panel);
     }
 }
 
@@ -131,158 +93,111 @@ void ToolSet::connectPanel(SlidingPanel &panel) {
         Q_EMIT panelChanged();
     });
     connect(&panel, &SlidingPanel::closed, this, [this] {
-        if (!m_ending) {
-            ResetTools();
-        }
+        HideFloatingToolbars();
         m_view.setFocus();
         Q_EMIT buttonsToRefresh();
         Q_EMIT panelChanged();
     });
 }
 
+void ToolSet::makeSmallPictures() {
+    if (!m_picturesWaiting.isEmpty()) {
+        m_picturesWaiting.takeFirst()->makeSmallPictures();
+    }
+    if (m_picturesWaiting.isEmpty()) {
+        m_pictures.stop();
+    }
+}
+
 // --- Buttons and items ----------------------------------------------------------------------------------------------
 
+const ToolSet::Entry *ToolSet::entryOf(const QString &control) const {
+    const auto found = std::ranges::find_if(m_entries, [&](const Entry &each) { return control == each.row->control; });
+    return found != m_entries.end() ? &*found : nullptr;
+}
+
 void ToolSet::press(const QString &control) {
-    if (!m_ctx.photo.PhotoLoaded() || control == "cmdTool1") {
+    const Entry *entry = entryOf(control);
+    if (entry == nullptr || entry->tool == nullptr || !m_ctx.photo.PhotoLoaded()) {
         HideFloatingToolbars();
         ResetTools();
     } else if (m_bars.barOfTool(control) != nullptr) {
-        toggleBar(control);
+        toggleBar(*entry);
     } else {
-        openTool(control);
+        start(*entry, {});
     }
 }
 
 /// Opens the tool's bar beside its button, or closes it. Nothing else begins or ends before an item is picked.
-void ToolSet::toggleBar(const QString &control) {
-    FloatingToolbar *bar = m_bars.barOfTool(control);
+void ToolSet::toggleBar(const Entry &entry) {
+    FloatingToolbar *bar = m_bars.barOfTool(entry.row->control);
     const bool wasOpen = bar->isVisible();
     HideFloatingToolbars();
     if (wasOpen) {
         return;
     }
-    if (control == "cmdTool5") {
-        m_rotate->CreateTHMRorationSFX(*bar);
-    }
-    m_column.setCurrent(control);
-    bar->showBeside(m_column.button(control));
+    entry.tool->barOpens();
+    m_column.setCurrent(entry.row->control);
+    bar->showBeside(m_column.button(entry.row->control));
 }
 
-void ToolSet::openTool(const QString &control) {
+void ToolSet::pick(const QString &control, const QString &key) {
+    const Entry *entry = entryOf(control);
+    if (entry != nullptr && entry->tool != nullptr) {
+        m_view.setFocus(); // the item that had it is gone
+        start(*entry, key);
+    }
+}
+
+void ToolSet::start(const Entry &entry, const QString &key) {
     HideFloatingToolbars();
-    endTools();
-    m_current = control;
-    if (control == "cmdTool3") {
-        m_crop->openCrop();
-    } else if (control == "cmdTool4") {
-        m_resize->open();
-    } else if (control == "cmdTool6") {
-        m_redEye->open();
-    } else if (control == "cmdTool11") {
-        m_focus->open();
-    } else if (control == "cmdCropCut") {
-        m_cutOut->openCutOut();
+    endTools(entry.tool);
+    const Entry *before = m_current;
+    m_current = &entry;
+    if (!entry.tool->open(key) && m_current == &entry) {
+        m_current = before; // it has acted at once
     }
     showCurrent();
-}
-
-void ToolSet::pick(const QString &bar, const QString &key) {
-    HideFloatingToolbars();
-    m_view.setFocus(); // the item that had it is gone
-    if (bar == "FT1") {
-        // A panel of effects or adjustments stays: it then changes what is marked.
-        endTools(m_panelSFX->isOpen() ? static_cast<SlidingPanel *>(m_panelSFX) : m_adjust->panel());
-        m_current = "cmdTool2";
-        m_selection->choose(key);
-        Q_EMIT message(m_ctx.texts.text("StatusSelection"), true);
-    } else if (bar == "FT2") {
-        endTools();
-        m_current = "cmdTool5";
-        m_rotate->choose(key);
-    } else if (bar == "FT3") {
-        endTools();
-        tellOutcome(m_basicEffects.apply(key));
-    } else if (bar == "FT4") {
-        endTools(m_panelSFX);
-        m_current = "cmdTool10";
-        m_panelSFX->pick(key);
-    } else if (bar == "FT5") {
-        endTools();
-        tellOutcome(m_frames->pick(key) ? EffectOutcome::Done : EffectOutcome::Refused);
-    } else if (bar == "FT6") {
-        endTools(m_adjust->panel());
-        m_current = "cmdTool9";
-        m_adjust->open(key);
-    }
-    showCurrent();
-}
-
-void ToolSet::openPopArt() {
-    ResetTools();
-    m_popArt->open();
-}
-
-void ToolSet::tellOutcome(EffectOutcome outcome) {
-    if (outcome == EffectOutcome::Refused) {
-        Q_EMIT message(plainWords(m_ctx.texts, PictureError::NoMemory), false);
-    }
-    if (!m_ctx.flags.SelectionActive && openPanel() == nullptr) {
-        ResetTools();
-    }
 }
 
 void ToolSet::showTip() {
+    const auto marks = std::ranges::find_if(m_entries, [](const Entry &each) { return each.row->marks; });
     const SlidingPanel *panel = openPanel();
-    QWidget *selectionTool = m_column.button("cmdTool2");
-    picTip->pointAt(panel != nullptr && !selectionTool->isEnabled() ? panel->titleLabel() : selectionTool);
+    QWidget *button = m_column.button(marks->row->control);
+    picTip->pointAt(panel != nullptr && !button->isEnabled() ? panel->titleLabel() : button);
     Q_EMIT message(picTip->label()->text(), false); // stays when the pointer moves
 }
 
+/// The current tool's button is pressed, and while it excludes others only that button and the Arrow tool's can be
+/// used. A tool with a bar has no use of its own button meanwhile.
 void ToolSet::showCurrent() {
-    const bool marking = m_ctx.flags.SelectionActive && openPanel() == nullptr && m_current != "cmdCropCut";
-    m_column.setCurrent(marking ? "cmdTool2" : m_current);
+    const bool excludes = m_current->tool != nullptr && m_current->tool->excludesOthers();
+    for (const Entry &entry : m_entries) {
+        const bool ownButton = &entry == m_current && m_bars.barOfTool(entry.row->control) == nullptr;
+        if (entry.row->iconName != nullptr) {
+            m_column.button(entry.row->control)->setEnabled(!excludes || entry.tool == nullptr || ownButton);
+        }
+    }
+    m_column.setCurrent(m_current->row->control);
 }
 
 // --- The whole ------------------------------------------------------------------------------------------------------
+
+QString ToolSet::current() const {
+    return m_current->row->control;
+}
 
 void ToolSet::HideFloatingToolbars() {
     m_bars.HideFloatingToolbars();
     showCurrent();
 }
 
-/// Ends every tool; the panel of one may stay. What is marked stays marked unless its tool drops it.
-void ToolSet::endTools(const SlidingPanel *butFor) {
-    if (m_ending) {
-        return;
-    }
-    const QScopedValueRollback ending(m_ending, true);
-    if (butFor != m_panelSFX) {
-        m_panelSFX->slideOut();
-    }
-    if (butFor != m_adjust->panel()) {
-        m_adjust->close();
-    }
-    m_crop->close();
-    m_cutOut->close();
-    m_rotate->close();
-    m_resize->close();
-    m_redEye->close();
-    m_focus->close();
-    m_popArt->close();
-    m_ctx.flags.ToolPanelShown = butFor != nullptr && butFor->isOpen();
-    m_ctx.flags.FreeResizeActive = false;
-    enableTools(true);
-}
-
-void ToolSet::enableTools(bool enabled) {
-    m_column.EnableToolbars();
-    if (enabled) {
-        return;
-    }
-    for (const ToolRow &row : toolTable()) {
-        const bool stays =
-            row.control == QLatin1StringView("cmdTool1") || (row.control == m_current && m_current != "cmdTool5");
-        m_column.button(row.control)->setEnabled(stays);
+/// Ends every tool but those that stay for the next one. What is marked stays marked unless its tool drops it.
+void ToolSet::endTools(const EditorTool *next) {
+    for (const Entry &entry : m_entries) {
+        if (entry.tool != nullptr && (next == nullptr || !entry.tool->staysFor(*next))) {
+            entry.tool->close();
+        }
     }
 }
 
@@ -294,17 +209,10 @@ void ToolSet::HideBoxes() {
 }
 
 void ToolSet::ResetTools() {
-    if (m_ending) {
-        return; // whoever ends the tools says what comes next
-    }
-    endTools();
-    m_current = "cmdTool1";
-    m_ctx.flags.SelectionActive = false;
-    m_ctx.flags.ColorPickerMode = false;
-    m_ctx.flags.RDMode = false;
-    m_ctx.flags.CropToolActive = false;
-    m_ctx.flags.canvasToolMode = 0;
+    endTools(nullptr);
+    m_current = &m_entries.front();
     m_mouse->setTool(nullptr);
+    m_ctx.flags.endSelection();
     if (!m_ctx.photo.selection().isEmpty()) {
         m_mouse->clearMarked();
     }

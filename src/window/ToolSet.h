@@ -1,33 +1,21 @@
-// The tools behind the tool column and the floating bars: owns them, starts one and ends the one before, and keeps the
-// column showing which is current.
+// The tools behind the tool column and the floating bars: makes one for each row of the tool table, starts one and ends
+// the one before, and keeps the column showing which is current. Knows no tool by name.
 #pragma once
 
-#include "effects/BasicEffects.h"
-#include "effects/SpecialEffects.h"
+#include "tools/EditorTool.h"
 
-#include <QObject>
+#include <QList>
+#include <QTimer>
+#include <vector>
+
+class QRect;
 
 namespace lumora {
 
-class AdjustTool;
 class Bubble;
-class CanvasMouse;
-class ColourFocusTool;
-class CropTool;
-class CutOutTool;
-class EffectPreviews;
-class EffectsPanel;
 class FloatingBarSet;
-class Frames;
-class PhotoView;
-class PopArtTool;
-class RedEyeTool;
-class ResizeTool;
-class RotateTool;
-class SelectionOutline;
-class SelectionTool;
-class SlidingPanel;
 class ToolColumn;
+struct ToolRow;
 
 class ToolSet : public QObject {
     Q_OBJECT
@@ -37,12 +25,10 @@ class ToolSet : public QObject {
     ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingBarSet &bars, QWidget *window);
     ~ToolSet() override;
 
-    /// A button of the tool column was pressed.
+    /// A button of the tool column was pressed, or a tool without one is asked for by its name in the table.
     void press(const QString &control);
-    /// An item of a floating bar was picked.
-    void pick(const QString &bar, const QString &key);
-    /// The photo as a pop-art row: at once, or by its panel.
-    void openPopArt();
+    /// An item of the floating bar of that button was picked.
+    void pick(const QString &control, const QString &key);
 
     void HideFloatingToolbars();
     /// Closes an open slide-up panel and the tool that it belongs to.
@@ -56,6 +42,8 @@ class ToolSet : public QObject {
     void setArea(const QRect &area);
     /// The panel that is up, or null.
     SlidingPanel *openPanel() const;
+    /// The button of the tool that is current, see ToolRow::control.
+    QString current() const;
 
   Q_SIGNALS:
     /// Something to say in the status line, and whether it is good news.
@@ -72,43 +60,33 @@ class ToolSet : public QObject {
     void fitWanted();
 
   private:
-    void connectSelection();
-    void connectEffects();
-    void connectPreviews();
-    template <typename Tool> void connectTool(Tool &tool);
+    struct Entry {
+        const ToolRow *row;
+        EditorTool *tool; ///< null for the Arrow tool
+    };
+
+    void connectTool(const Entry &entry);
     void connectPanel(SlidingPanel &panel);
-    void openTool(const QString &control);
-    void endTools(const SlidingPanel *butFor = nullptr);
-    void enableTools(bool enabled);
-    void toggleBar(const QString &control);
-    void tellOutcome(EffectOutcome outcome);
+    const Entry *entryOf(const QString &control) const;
+    void toggleBar(const Entry &entry);
+    void start(const Entry &entry, const QString &key);
+    void endTools(const EditorTool *next);
     void showTip();
     void showCurrent();
+    void makeSmallPictures();
 
     AppContext &m_ctx;
     PhotoView &m_view;
     ToolColumn &m_column;
     FloatingBarSet &m_bars;
-    BasicEffects m_basicEffects;
-    SpecialEffects m_specialEffects;
     SelectionOutline *m_outline;
     CanvasMouse *m_mouse;
-    SelectionTool *m_selection;
-    EffectsPanel *m_panelSFX;
-    Frames *m_frames;
-    CropTool *m_crop;
-    CutOutTool *m_cutOut;
-    RotateTool *m_rotate;
-    ResizeTool *m_resize;
-    AdjustTool *m_adjust;
-    RedEyeTool *m_redEye;
-    ColourFocusTool *m_focus;
-    PopArtTool *m_popArt;
-    EffectPreviews *m_previews;
-    Bubble *picTip;
+    std::vector<Entry> m_entries; ///< as the table; does not change
     QList<SlidingPanel *> m_panels;
-    QString m_current = QStringLiteral("cmdTool1"); ///< of the column
-    bool m_ending = false;                          ///< tools are being ended and tell so
+    const Entry *m_current; ///< the first, the Arrow tool, while no other is at work
+    Bubble *picTip;
+    QTimer m_pictures;                     ///< one tool's small pictures a turn of the event loop
+    QList<EditorTool *> m_picturesWaiting; ///< in their turns
 };
 
 } // namespace lumora

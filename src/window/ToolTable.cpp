@@ -1,25 +1,83 @@
 #include "window/ToolTable.h"
 
+#include "tools/adjust/AdjustTool.h"
+#include "tools/colour-focus/ColourFocusTool.h"
+#include "tools/crop/CropTool.h"
+#include "tools/cut-out/CutOutTool.h"
+#include "tools/effects/BasicEffectsTool.h"
+#include "tools/effects/FramesTool.h"
+#include "tools/effects/SpecialEffectsTool.h"
+#include "tools/pop-art/PopArtTool.h"
+#include "tools/red-eye/RedEyeTool.h"
+#include "tools/resize/ResizeTool.h"
+#include "tools/rotate/RotateTool.h"
+#include "tools/select/SelectionTool.h"
+
 namespace lumora {
 
 namespace {
 
-constexpr int firstTop = 60;
+constexpr int firstTop = 60; // twips
 constexpr int pitch = 790;
 
+using Place = ToolPlace;
+
+/// Makes a tool that needs no more than the photo, the mouse and a window for its panel.
+template <typename Tool> EditorTool *make(const Place &p) {
+    return new Tool(p.ctx, p.view, p.mouse, p.window);
+}
+
+EditorTool *makeSelection(const Place &p) {
+    return new SelectionTool(p.ctx, p.mouse, p.outline, p.window);
+}
+
+EditorTool *makeRotate(const Place &p) {
+    return new RotateTool(p.ctx, p.view, p.mouse, p.bar, p.window);
+}
+
+EditorTool *makeFrames(const Place &p) {
+    return new FramesTool(p.ctx, p.bar, p.window);
+}
+
+EditorTool *makeBasicEffects(const Place &p) {
+    return new BasicEffectsTool(p.ctx, p.window);
+}
+
+EditorTool *makeAdjust(const Place &p) {
+    return new AdjustTool(p.ctx, p.view, p.mouse, p.bar, p.window);
+}
+
+EditorTool *makeSpecialEffects(const Place &p) {
+    return new SpecialEffectsTool(p.ctx, p.view, p.bar, p.window);
+}
+
+EditorTool *makeCutOut(const Place &p) {
+    return new CutOutTool(p.ctx, p.view, p.mouse, p.outline, p.window);
+}
+
 const ToolRow rows[] = {
-    {"cmdTool1", "tool1", firstTop, true, false},
-    {"cmdTool2", "tool2", firstTop + pitch, true, false},
-    {"cmdTool3", "tool3", hiddenInSimple, true, false},
-    {"cmdTool4", "tool4", 1650, true, false},
-    {"cmdTool5", "tool5", 2440, true, false},
-    {"cmdTool6", "tool6", hiddenInSimple, true, false},
-    {"cmdTool7", "tool7", 3240, true, false},
-    {"cmdTool8", "tool8", 3240, true, false},
-    {"cmdTool9", "tool9", hiddenInSimple, true, false},
-    {"cmdTool10", "tool10", 4040, true, false},
-    {"cmdTool11", "tool11", hiddenInSimple, true, false},
-    {"cmdCropCut", "cropcut", 4840, true, true},
+    {"cmdTool1", "tool1", firstTop, nullptr},
+    {.control = "cmdTool2", .iconName = "tool2", .simpleTop = firstTop + pitch, .make = makeSelection, .marks = true},
+    {"cmdTool3", "tool3", hiddenInSimple, make<CropTool>},
+    {"cmdTool4", "tool4", 1650, make<ResizeTool>},
+    {.control = "cmdTool5", .iconName = "tool5", .simpleTop = 2440, .make = makeRotate, .picturesTurn = 2},
+    {"cmdTool6", "tool6", hiddenInSimple, make<RedEyeTool>},
+    {.control = "cmdTool7", .iconName = "tool7", .simpleTop = 3240, .make = makeFrames, .picturesTurn = 4},
+    {"cmdTool8", "tool8", 3240, makeBasicEffects},
+    {.control = "cmdTool9", .iconName = "tool9", .simpleTop = hiddenInSimple, .make = makeAdjust, .picturesTurn = 3},
+    {"cmdTool10", "tool10", 4040, makeSpecialEffects},
+    {.control = "cmdTool11",
+     .iconName = "tool11",
+     .simpleTop = hiddenInSimple,
+     .make = make<ColourFocusTool>,
+     .picturesTurn = 1},
+    {.control = "cmdCropCut",
+     .iconName = "cropcut",
+     .simpleTop = 4840,
+     .make = makeCutOut,
+     .hiddenFromLauncher = true,
+     .whiteWhenHovered = true},
+    {"popArt", nullptr, hiddenInSimple, make<PopArtTool>},
 };
 
 } // namespace

@@ -1,22 +1,28 @@
-// The tool column: one row a button, in the order in which they stand.
+// The tools: one row each, in the order in which their buttons stand in the column.
 #pragma once
 
 #include <span>
 
 namespace lumora {
 
-/// One button of the tool column.
+class EditorTool;
+struct ToolPlace;
+
 struct ToolRow {
-    const char *control;     ///< object name of the button
-    const char *iconName;    ///< its picture, see resources/icons
-    int simpleTop;           ///< top edge in twips in Simple mode; hiddenInSimple where the mode has no such tool
-    bool built;              ///< a tool without behaviour stands disabled
-    bool hiddenFromLauncher; ///< hidden too when Simple mode is chosen in the launcher
+    const char *control;                         ///< object name of its button, or what starts a tool without one
+    const char *iconName;                        ///< the button's picture, see resources/icons; null without a button
+    int simpleTop;                               ///< top edge in twips in Simple mode, or hiddenInSimple
+    EditorTool *(*make)(const ToolPlace &place); ///< null for the Arrow tool, which is the absence of any other
+
+    bool hiddenFromLauncher = false; ///< hidden too when Simple mode is chosen in the launcher
+    bool whiteWhenHovered = false;   ///< the button's hover colour is white
+    bool marks = false;              ///< what asks for a selection points at its button
+    int picturesTurn = 0;            ///< when its small pictures are made, after those of the effects; 0: never
 };
 
 inline constexpr int hiddenInSimple = -1;
 
-/// All twelve: cmdTool1 to cmdTool11 and cmdCropCut.
+/// cmdTool1, the Arrow tool, to cmdTool11, cmdCropCut, and the tools without a button.
 std::span<const ToolRow> toolTable();
 
 /// Top edge of row `index` (from 0) in Advanced mode, in twips: twelve rows fill the column of a 768-pixel screen.

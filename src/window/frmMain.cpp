@@ -305,7 +305,8 @@ void frmMain::runToolbarCommand(const QString &key) {
         m_photo->PastePhoto();
     } else if (key == "keyIdeas") {
         HideBoxes();
-        connect(frmSamples::showModal(m_ctx, this), &frmSamples::popArtWanted, m_toolSet, &ToolSet::openPopArt);
+        connect(frmSamples::showModal(m_ctx, this), &frmSamples::popArtWanted, m_toolSet,
+                [this] { m_toolSet->press("popArt"); });
     } else if (key == "keyHelp") {
         Q_EMIT helpWanted();
     }

@@ -7,9 +7,9 @@
 #include "tools/canvas/SmallPhoto.h"
 #include "tools/select/SelectionTool.h"
 #include "view/PhotoView.h"
+#include "widgets/FloatingToolbar.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace lumora {
 
@@ -38,16 +38,17 @@ QImage adjusted(const QImage &picture, int kind, int amount) {
 
 } // namespace
 
-AdjustTool::AdjustTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window)
-    : QObject(window), m_ctx(ctx), m_view(view), m_mouse(mouse), m_flow(ctx), m_live(ctx, view),
+AdjustTool::AdjustTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, FloatingToolbar *FT6, QWidget *window)
+    : EditorTool(window), m_ctx(ctx), m_view(view), m_mouse(mouse), m_FT6(FT6), m_flow(ctx), m_live(ctx, view),
       m_panel(new AdjustPanel(window)) {
     connect(m_panel, &AdjustPanel::valueChanged, this, &AdjustTool::showValue);
     connect(m_panel, &AdjustPanel::compared, this, &AdjustTool::compare);
     connect(m_panel, &AdjustPanel::applyWanted, this, &AdjustTool::applyPanel);
-    connect(m_panel, &SlidingPanel::closed, this, &AdjustTool::panelClosed);
+    connect(m_panel, &SlidingPanel::closed, &m_live, &LivePreview::clear);
+    connect(m_panel, &SlidingPanel::left, this, &AdjustTool::finished);
     connect(&m_flow, &SelectionFlow::tipWanted, this, &AdjustTool::tipWanted);
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
-        if (AdjustPanelShown && what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
+        if (AdjustPanelShown() && what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
             m_small = smallPhoto(m_view, AdjustPanel::pictureSize);
             m_panel->resetValue(AdjustKind); // it was meant for the photo before
             showValue();
@@ -59,50 +60,43 @@ SlidingPanel *AdjustTool::panel() const {
     return m_panel;
 }
 
-void AdjustTool::open(const QString &key) {
+bool AdjustTool::AdjustPanelShown() const {
+    return m_panel->isOpen();
+}
+
+bool AdjustTool::staysFor(const EditorTool &next) const {
+    return &next == this || qobject_cast<const SelectionTool *>(&next) != nullptr;
+}
+
+bool AdjustTool::open(const QString &key) {
     const auto rows = colourAdjustments();
     const auto row = std::ranges::find(rows, key, &ColourAdjustment::key);
     if (row == rows.end() || m_ctx.photo.picCanvas().isNull()) {
-        return;
+        return false;
     }
-    const int kind = int(row - rows.begin()) + 1;
-    if (!m_ctx.flags.SelectionActive || dynamic_cast<SelectionTool *>(m_mouse.tool()) == nullptr) {
+    AdjustKind = int(row - rows.begin()) + 1;
+    if (!m_ctx.flags.SelectionActive()) {
         m_mouse.setTool(nullptr); // a selection can still be marked, other tools end
     }
-    m_ctx.flags.EffectChosen = true;
-    m_ctx.flags.RDMode = false;
-    m_ctx.flags.FreeResizeActive = false;
-    m_ctx.flags.CropToolActive = false;
-    m_ctx.flags.ColorPickerMode = false;
-    AdjustKind = kind;
-    Q_EMIT hideFloatingToolbars();
     if (m_ctx.fields.txtSFX == "0") {
         close();
-        if (ApplyBasicBCS(kind) != EffectOutcome::NoRegion) { // a selection can be made now, and tried again
-            Q_EMIT arrowWanted();
+        if (ApplyBasicBCS(AdjustKind) != EffectOutcome::NoRegion) { // a selection can be made now, and tried again
+            Q_EMIT finished();
         }
-    } else if (m_ctx.fields.txtSFX == "1") {
-        m_small = smallPhoto(m_view, AdjustPanel::pictureSize);
-        m_panel->showKind(kind, m_ctx.texts.text(titles[kind - 1]));
-        AdjustPanelShown = true;
-        m_ctx.flags.ToolPanelShown = true;
-        showValue();
-        m_panel->slideIn();
+        return false;
     }
+    if (m_ctx.fields.txtSFX != "1") {
+        return false;
+    }
+    m_small = smallPhoto(m_view, AdjustPanel::pictureSize);
+    m_panel->showKind(AdjustKind, m_ctx.texts.text(titles[AdjustKind - 1]));
+    m_panel->slideIn();
+    showValue();
+    return true;
 }
 
 void AdjustTool::close() {
-    AdjustPanelShown = false; // it is not the user who closes it
     m_panel->slideOut();
-    m_live.clear();
-}
-
-void AdjustTool::panelClosed() {
-    m_live.clear();
-    m_ctx.flags.ToolPanelShown = false;
-    if (std::exchange(AdjustPanelShown, false)) {
-        Q_EMIT arrowWanted();
-    }
 }
 
 // --- Applying -------------------------------------------------------------------------------------------------------
@@ -123,7 +117,7 @@ EffectOutcome AdjustTool::apply(int kind, int amount) {
     if (outcome == EffectOutcome::Refused) {
         Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
     }
-    if (!m_ctx.flags.SelectionActive) {
+    if (!m_ctx.flags.SelectionActive()) {
         m_mouse.setTool(nullptr); // what was marked is no longer, and neither is its pointer
     }
     return outcome;
@@ -145,7 +139,7 @@ void AdjustTool::applyPanel() {
 
 /// On the photo, which stays untouched, and on the panel's small picture.
 void AdjustTool::showValue() {
-    if (!AdjustPanelShown) {
+    if (!AdjustPanelShown()) {
         return;
     }
     const int amount = m_panel->value(AdjustKind);
@@ -170,12 +164,12 @@ void AdjustTool::compare(bool before) {
 
 void AdjustTool::CreateBCSSFX() {
     const QImage small = smallPhoto(m_view, itemPicture);
-    if (small.isNull()) {
+    if (small.isNull() || m_FT6 == nullptr) {
         return;
     }
     for (int kind = 1; isKind(kind); ++kind) {
-        Q_EMIT pictureMade(colourAdjustments()[size_t(kind) - 1].key,
-                           QPixmap::fromImage(adjusted(small, kind, basicAmount)));
+        m_FT6->setItemPicture(colourAdjustments()[size_t(kind) - 1].key,
+                              QPixmap::fromImage(adjusted(small, kind, basicAmount)));
     }
 }
 

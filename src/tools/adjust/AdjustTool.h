@@ -4,34 +4,32 @@
 
 #include "effects/LivePreview.h"
 #include "effects/SelectionFlow.h"
+#include "tools/EditorTool.h"
 
 #include <QImage>
-#include <QObject>
-#include <QPixmap>
 
 namespace lumora {
 
 class AdjustPanel;
-class CanvasMouse;
-class SlidingPanel;
 
-class AdjustTool : public QObject {
+class AdjustTool : public EditorTool {
     Q_OBJECT
 
   public:
     static constexpr int basicAmount = 50; ///< of the basic mode; see EffectEngine for what it means to each kind
 
-    /// The panel becomes a child of the window. All four outlive the tool.
-    AdjustTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window);
+    /// The panel becomes a child of the window. All outlive the tool.
+    AdjustTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, FloatingToolbar *FT6, QWidget *window);
 
-    SlidingPanel *panel() const;
+    SlidingPanel *panel() const override;
     const LivePreview &livePreview() const { return m_live; }
 
-    /// An item of FT6 was picked: "keyBrightness", "keyContrast" or "keySaturation". Other keys do nothing, nor does
-    /// any while there is no photo.
-    void open(const QString &key);
+    /// The items of FT6: "keyBrightness", "keyContrast" and "keySaturation". Other keys do nothing.
+    bool open(const QString &key) override;
     /// Puts the panel away and shows the photo as it is.
-    void close();
+    void close() override;
+    /// A part of the photo can be marked while the panel is up, and another item picked.
+    bool staysFor(const EditorTool &next) const override;
 
     /// One adjustment of what is marked, or of the whole photo, by basicAmount or by the value of its slider. Kinds are
     /// 1 brightness, 2 contrast, 3 saturation; others do nothing.
@@ -46,30 +44,21 @@ class AdjustTool : public QObject {
 
     /// Makes the small pictures of FT6's items. The panel makes its own two while it is open.
     void CreateBCSSFX();
+    void makeSmallPictures() override { CreateBCSSFX(); }
 
-    int AdjustKind = 0;            ///< 1 to 3; 0 while no panel has been opened
-    bool AdjustPanelShown = false; ///< from the panel's way up until it is closed
-
-  Q_SIGNALS:
-    void hideFloatingToolbars();
-    /// The Arrow tool is to become the current one.
-    void arrowWanted();
-    /// The tip that a selection has to be made first.
-    void tipWanted();
-    void message(const QString &text, bool good);
-    /// What the item of that key of FT6 does, shown on the photo.
-    void pictureMade(const QString &key, const QPixmap &picture);
+    int AdjustKind = 0; ///< 1 to 3; 0 while no panel has been opened
+    bool AdjustPanelShown() const;
 
   private:
     EffectOutcome apply(int kind, int amount);
     void applyPanel();
     void showValue();
     void compare(bool before);
-    void panelClosed();
 
     AppContext &m_ctx;
     PhotoView &m_view;
     CanvasMouse &m_mouse;
+    FloatingToolbar *m_FT6;
     SelectionFlow m_flow;
     LivePreview m_live;
     AdjustPanel *m_panel;

@@ -15,14 +15,10 @@ namespace {
 
 constexpr int marking = 3; // images of picTarget
 constexpr int ready = 5;
-constexpr int picking = 2;
-constexpr int redEye = 6;
-
-constexpr int frameReach = 5; // picture pixels beyond the photo's frame that still count as on it
 
 } // namespace
 
-CanvasMouse::CanvasMouse(PhotoDocument &document, ToolFlags &flags, PhotoView &view, QObject *parent)
+CanvasMouse::CanvasMouse(PhotoDocument &document, const ToolFlags &flags, PhotoView &view, QObject *parent)
     : QObject(parent), m_document(document), m_flags(flags), m_view(view), m_scroller(view) {
     connect(&view, &PhotoView::pointer, this, &CanvasMouse::pointer);
     connect(&view, &PhotoView::key, this, &CanvasMouse::key);
@@ -101,10 +97,15 @@ void CanvasMouse::mouseDown(const PointerEvent &event) {
     m_selStart = m_selEnd = rounded(event.view);
     m_selStartPic = m_selEndPic = rounded(event.picture);
     const bool left = event.button == Qt::LeftButton;
-    for (const int kind : {3, 1, 2}) { // the last one stands: only the ellipse shows the cross at once
-        showTarget(left && m_flags.SelectionActive && m_flags.SelectionKind == kind ? marking : ready);
+    // Only the ellipse shows the cross at once; the others wait for the first move.
+    const bool cross = left && m_flags.SelectionActive() && m_flags.SelectionKind() == PhotoSelection::Shape::Ellipse;
+    showTarget(cross ? marking : ready);
+    if (m_tool != nullptr && m_tool->endsAt(m_selStartPic)) {
+        clearMarked();
+        Q_EMIT arrowWanted();
+        return;
     }
-    if (endedFreeResize() || !left || m_tool == nullptr) {
+    if (!left || m_tool == nullptr) {
         return;
     }
     m_dragging = true;
@@ -116,60 +117,24 @@ void CanvasMouse::mouseDown(const PointerEvent &event) {
     }
 }
 
-/// Whether the click lay outside the photo's frame while that can be dragged.
-bool CanvasMouse::endedFreeResize() {
-    const QRect frame = m_document.picCanvas().rect();
-    const QPoint first = frame.topLeft() - QPoint(frameReach, frameReach);
-    const QPoint last = first + QPoint(frame.width() + 2 * frameReach, frame.height() + 2 * frameReach);
-    if (m_flags.canvasToolMode != 2 || QRect(first, last).contains(m_selStartPic)) {
-        return false;
-    }
-    m_flags.canvasToolMode = 0;
-    clearMarked();
-    Q_EMIT arrowWanted();
-    return true;
-}
-
 // --- Mouse-move -----------------------------------------------------------------------------------------------------
 
 void CanvasMouse::mouseMove(const PointerEvent &event) {
     Q_EMIT moved();
-    setMoveCursor();
+    if (m_flags.SelectionActive()) {
+        showTarget(marking);
+    }
     if (m_dragging && !(event.buttons & Qt::LeftButton)) {
         endDrag(event); // another window took the mouse and the release with it
     }
     drag(event);
 }
 
-void CanvasMouse::setMoveCursor() {
-    int image = 0;
-    if (m_flags.SelectionActive && m_flags.SelectionKind >= 1 && m_flags.SelectionKind <= 3) {
-        image = marking;
-    }
-    if (m_flags.SelectionActive && EditMode == 2) {
-        image = marking;
-    }
-    if (m_flags.SelectionActive && MoveMode) {
-        image = ready;
-    }
-    if (m_flags.RDMode) {
-        image = redEye;
-    }
-    if (cutOutShown && cutOutShown()) {
-        image = marking;
-    }
-    if (image == redEye && redEyeCursor) {
-        m_view.setToolCursor(redEyeCursor());
-    } else if (image != 0) {
-        showTarget(image);
-    }
-}
-
 /// The pointer is somewhere else over the photo, or the photo under it is.
 void CanvasMouse::drag(const PointerEvent &event) {
     if (event.buttons & Qt::LeftButton) {
         m_selEnd = rounded(event.view);
-        if (m_flags.SelectionActive && m_flags.SelectionKind == 2) {
+        if (m_flags.SelectionActive() && m_flags.SelectionKind() == PhotoSelection::Shape::Ellipse) {
             m_selEndPic = rounded(event.picture);
         }
     }
@@ -193,26 +158,13 @@ void CanvasMouse::endDrag(const PointerEvent &event) {
 }
 
 void CanvasMouse::mouseUp(const PointerEvent &event) {
-    const bool left = event.button == Qt::LeftButton;
-    const QPoint pixel = m_view.pixelAt(event.view);
-    if (left) {
-        endDrag(event);
+    if (event.button != Qt::LeftButton) {
+        return;
     }
-    if (m_flags.CropToolActive) {
-        Q_EMIT cropMarked();
-    }
-    if (left && m_flags.ColorPickerMode) {
-        Q_EMIT colourPicked(pixel);
-        showTarget(picking);
-    }
-    if (left && m_flags.FreeResizeActive) {
-        m_flags.ResizeFrame = m_document.picCanvas().rect();
-        m_flags.SelectionActive = false;
-        m_document.setPhotoModified(true);
-        Q_EMIT frameDragged();
-    }
-    if (left && m_flags.RDMode) {
-        Q_EMIT redEyeClicked(pixel);
+    const QPoint pixel = m_view.pixelAt(event.view); // before the tool's release moves the photo
+    endDrag(event);
+    if (m_tool != nullptr) {
+        m_tool->clicked(pixel);
     }
 }
 

@@ -1,5 +1,5 @@
-// The one place where the photo's mouse-down, move and up are handled: it keeps the points, chooses the cursor, runs
-// what the tools' flags ask for and hands on to the tool that is current. The main window makes it for its canvas.
+// The one place where the photo's mouse-down, move and up are handled: it keeps the points, chooses the cursor and
+// hands on to the tool that is current. The main window makes it for its canvas.
 #pragma once
 
 #include "session/ToolFlags.h"
@@ -9,7 +9,6 @@
 #include <QHash>
 #include <QObject>
 #include <QPoint>
-#include <functional>
 
 namespace lumora {
 
@@ -20,10 +19,10 @@ class CanvasMouse : public QObject {
 
   public:
     /// Follows the view's pointer and keys from now on. All three outlive it.
-    CanvasMouse(PhotoDocument &document, ToolFlags &flags, PhotoView &view, QObject *parent = nullptr);
+    CanvasMouse(PhotoDocument &document, const ToolFlags &flags, PhotoView &view, QObject *parent = nullptr);
 
     /// Makes that tool the current one and ends the one before; null is the Arrow tool. The pointer becomes the plain
-    /// one; the tool's start may set another. The flags are the tools' own. A tool lives as long as it is current.
+    /// one; the tool's start may set another. A tool lives as long as it is current.
     void setTool(CanvasTool *tool);
     CanvasTool *tool() const { return m_tool; }
     /// The canvas's pointer becomes that picture of picTarget, 1 to 6.
@@ -41,23 +40,11 @@ class CanvasMouse : public QObject {
     QPoint SelStartPic() const { return m_selStartPic; }
     QPoint SelEndPic() const { return m_selEndPic; }
 
-    // What the tools answer.
-    std::function<bool()> cutOutShown;     ///< the panel shows both cmdCropCutNow and cmdDelInverse
-    std::function<QCursor()> redEyeCursor; ///< without it image 6 of picTarget
-
-    int EditMode = 0;      ///< 1 while Crop is open, 2 while Cut out or the lasso is in use; those tools write
-    bool MoveMode = false; ///< what is marked is being moved; the tool that moves it writes, the lasso clears
-
   Q_SIGNALS:
     /// Any mouse-move: hides picTip.
     void moved();
-    /// A click beyond the photo's frame has ended free resizing: as if cmdTool1 were clicked.
+    /// A press has ended the tool, see CanvasTool::endsAt: as if cmdTool1 were clicked.
     void arrowWanted();
-    // Mouse-up, after the tool's release and in this order, each while the flag of its tool is set.
-    void cropMarked();                ///< CropToolActive: CropRect takes the marked rectangle
-    void colourPicked(QPoint pixel);  ///< ColorPickerMode; the pixel may lie outside the photo
-    void frameDragged();              ///< FreeResizeActive; ResizeFrame is up to date
-    void redEyeClicked(QPoint pixel); ///< RDMode; the pixel may lie outside the photo
 
   private:
     void pointer(const PointerEvent &event);
@@ -65,13 +52,11 @@ class CanvasMouse : public QObject {
     void mouseMove(const PointerEvent &event);
     void mouseUp(const PointerEvent &event);
     void key(QKeyEvent &event);
-    void setMoveCursor();
-    bool endedFreeResize();
     void drag(const PointerEvent &event);
     void endDrag(const PointerEvent &event);
 
     PhotoDocument &m_document;
-    ToolFlags &m_flags;
+    const ToolFlags &m_flags;
     PhotoView &m_view;
     CanvasTool *m_tool = nullptr;
     EdgeScroller m_scroller;

@@ -23,6 +23,11 @@ class CanvasTool {
     virtual void press(const PointerEvent &) {}
     virtual void move(const PointerEvent &) {}
     virtual void release(const PointerEvent &) {}
+    /// The left button has gone up at this pixel, which may be outside the photo. After release(), and also where the
+    /// press was not this tool's.
+    virtual void clicked(QPoint /*pixel*/) {}
+    /// Whether a press at that picture pixel ends the tool instead of reaching it.
+    virtual bool endsAt(QPoint /*picture*/) const { return false; }
     /// The second press of a double click.
     virtual void doubleClick(const PointerEvent &at) { press(at); }
     /// Whether the drag that is under way scrolls the photo at the view's edge; moves follow, also when the mouse

@@ -8,8 +8,6 @@
 #include "view/PhotoView.h"
 
 #include <QEvent>
-#include <QKeyEvent>
-#include <QLabel>
 #include <QPainter>
 
 namespace lumora {
@@ -33,10 +31,9 @@ bool isGrey(const QColor &colour) {
 } // namespace
 
 ColourFocusTool::ColourFocusTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window)
-    : QObject(window), m_ctx(ctx), m_view(view), m_mouse(mouse), m_flow(ctx), m_live(ctx, view),
-      m_panel(new ColourFocusPanel(window)) {
+    : PanelTool(mouse, new ColourFocusPanel(window), window), m_ctx(ctx), m_view(view), m_flow(ctx), m_live(ctx, view),
+      m_panel(static_cast<ColourFocusPanel *>(panel())) {
     view.viewport()->installEventFilter(this);
-    connect(&mouse, &CanvasMouse::colourPicked, this, &ColourFocusTool::pick);
     connect(&view, &PhotoView::visiblePartChanged, this, [this] {
         if (m_magnifierAt) {
             m_view.viewport()->update(); // scrolling has moved what was painted
@@ -44,80 +41,40 @@ ColourFocusTool::ColourFocusTool(AppContext &ctx, PhotoView &view, CanvasMouse &
     });
     connect(m_panel, &ColourFocusPanel::levelChanged, this, &ColourFocusTool::showLevel);
     connect(m_panel, &ColourFocusPanel::applyWanted, this, &ColourFocusTool::similarclr);
-    connect(m_panel, &SlidingPanel::closed, this, &ColourFocusTool::leave);
     connect(&m_flow, &SelectionFlow::tipWanted, this, &ColourFocusTool::tipWanted);
     connect(&ctx.photo, &PhotoDocument::changed, this, &ColourFocusTool::photoChanged);
 }
 
-SlidingPanel *ColourFocusTool::panel() const {
-    return m_panel;
-}
-
 // --- Start and end --------------------------------------------------------------------------------------------------
 
-void ColourFocusTool::open() {
+bool ColourFocusTool::open(const QString &) {
     if (m_ctx.photo.picCanvas().isNull()) {
-        return;
+        return false;
     }
-    Q_EMIT hideFloatingToolbars();
-    m_mouse.setTool(this);
-    m_panel->setAccessibleName(m_panel->titleLabel()->text());
+    begin();
     CreateCMSFX();
-    m_ctx.flags.ToolPanelShown = true;
-    m_panel->slideIn();
     showLevel();
+    return true;
 }
 
 void ColourFocusTool::start() {
-    ToolFlags &flags = m_ctx.flags;
     // What is marked stays so and limits the change; a selection tool that marks nothing is over.
-    flags.SelectionActive = flags.SelectionActive && !m_ctx.photo.selection().isEmpty();
-    flags.RDMode = false;
-    flags.CropToolActive = false;
-    flags.FreeResizeActive = false;
-    flags.ColorPickerMode = true;
+    if (m_ctx.photo.selection().isEmpty()) {
+        m_ctx.flags.endSelection();
+    }
     m_mouse.showTarget(dropper);
 }
 
-void ColourFocusTool::CloseColourFocus() {
-    if (m_mouse.tool() == this) {
-        m_mouse.setTool(nullptr);
-    }
-}
-
-/// The user has closed it; not so when the panel goes because the tool has ended.
-void ColourFocusTool::leave() {
-    if (m_mouse.tool() == this) {
-        CloseColourFocus();
-        Q_EMIT arrowWanted();
-    }
-}
-
 void ColourFocusTool::end() {
-    ColorPickerMode();
+    showMagnifier({});
     setColour({});
     m_panel->resetLevel();
     m_live.clear();
-    m_ctx.flags.ToolPanelShown = false;
-    m_panel->slideOut();
-}
-
-void ColourFocusTool::ColorPickerMode() {
-    m_ctx.flags.ColorPickerMode = false;
-    showMagnifier({});
-    m_view.setToolCursor({});
-}
-
-bool ColourFocusTool::wantsKey(const QKeyEvent &key) const {
-    return key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier;
-}
-
-void ColourFocusTool::keyPress(const QKeyEvent &) {
-    leave();
+    PanelTool::end();
 }
 
 void ColourFocusTool::photoChanged(PhotoChanges what) {
-    if (m_mouse.tool() != this || !what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
+    if (!isAtWork() || !what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
         return;
     }
     if (what.testFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
@@ -129,23 +86,19 @@ void ColourFocusTool::photoChanged(PhotoChanges what) {
 // --- Picking --------------------------------------------------------------------------------------------------------
 
 void ColourFocusTool::press(const PointerEvent &) {
-    if (m_ctx.flags.ColorPickerMode) {
-        m_mouse.showTarget(dropper);
-    }
+    m_mouse.showTarget(dropper);
 }
 
 void ColourFocusTool::move(const PointerEvent &at) {
-    if (!m_ctx.flags.ColorPickerMode) {
-        return;
-    }
     m_mouse.showTarget(dropper);
     const bool overPhoto = m_ctx.photo.picCanvas().rect().contains(m_view.pixelAt(at.view));
     showMagnifier(overPhoto ? std::optional(at.view) : std::nullopt);
 }
 
-void ColourFocusTool::pick(QPoint pixel) {
+void ColourFocusTool::clicked(QPoint pixel) {
+    m_mouse.showTarget(dropper);
     const QImage &photo = m_ctx.photo.picCanvas();
-    if (m_mouse.tool() != this || !photo.rect().contains(pixel)) {
+    if (!photo.rect().contains(pixel)) {
         return;
     }
     setColour(QColor(photo.pixel(pixel)));
@@ -209,7 +162,7 @@ void ColourFocusTool::CreateCMSFX() {
 
 /// On the photo, which stays untouched.
 void ColourFocusTool::showLevel() {
-    if (m_mouse.tool() != this || !m_colour) {
+    if (!isAtWork() || !m_colour) {
         return;
     }
     m_live.show({.apply = [run = operation(*m_colour, m_panel->level())](EffectEngine &engine, bool region, int) {

@@ -3,36 +3,26 @@
 
 #include "effects/LivePreview.h"
 #include "effects/SelectionFlow.h"
-#include "tools/canvas/CanvasTool.h"
+#include "tools/canvas/PanelTool.h"
 
 #include <QColor>
-#include <QObject>
 #include <optional>
 
 namespace lumora {
 
-class CanvasMouse;
 class ColourFocusPanel;
-class SlidingPanel;
 
-class ColourFocusTool : public QObject, public CanvasTool {
+class ColourFocusTool : public PanelTool {
     Q_OBJECT
 
   public:
     /// The panel becomes a child of the window. All four outlive the tool.
     ColourFocusTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window);
 
-    SlidingPanel *panel() const;
     const LivePreview &livePreview() const { return m_live; }
 
-    /// cmdTool11 was pressed: the panel slides in and the photo waits for a colour to be picked. What is marked on the
-    /// photo stays marked. Nothing without a photo.
-    void open();
-    void close() { CloseColourFocus(); }
-    /// Ends the tool: panel, pointer, magnifier, flag, and what was shown but not applied.
-    void CloseColourFocus();
-    /// Switches colour picking off and leaves the canvas as it normally is. The panel stays.
-    void ColorPickerMode();
+    /// The panel slides in and the photo waits for a colour to be picked. What is marked on the photo stays marked.
+    bool open(const QString &key = {}) override;
 
     /// The colour that stays; none (an invalid one) until one was picked in this photo.
     QColor chosenColour() const { return m_colour.value_or(QColor()); }
@@ -41,28 +31,18 @@ class ColourFocusTool : public QObject, public CanvasTool {
     EffectOutcome similarclr();
     /// Makes picCM1 to picCM4: the photo, small, with each of the strengths.
     void CreateCMSFX();
+    void makeSmallPictures() override { CreateCMSFX(); }
 
     void start() override;
     void end() override;
     void press(const PointerEvent &at) override;
     void move(const PointerEvent &at) override;
-    /// Esc ends the tool.
-    bool wantsKey(const QKeyEvent &key) const override;
-    void keyPress(const QKeyEvent &key) override;
+    /// Picks the pixel's colour.
+    void clicked(QPoint pixel) override;
     void paint(QPainter &painter) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
-  Q_SIGNALS:
-    void hideFloatingToolbars();
-    /// The Arrow tool is to become the current one.
-    void arrowWanted();
-    /// The tip that a selection has to be made first.
-    void tipWanted();
-    void message(const QString &text, bool good);
-
   private:
-    void leave();
-    void pick(QPoint pixel);
     void setColour(std::optional<QColor> colour);
     void showLevel();
     void showMagnifier(std::optional<QPointF> at);
@@ -70,7 +50,6 @@ class ColourFocusTool : public QObject, public CanvasTool {
 
     AppContext &m_ctx;
     PhotoView &m_view;
-    CanvasMouse &m_mouse;
     SelectionFlow m_flow;
     LivePreview m_live;
     ColourFocusPanel *m_panel;

@@ -1,19 +1,22 @@
 #include "tools/crop/CropPanel.h"
 
 #include "session/AppContext.h"
-#include "tools/canvas/CanvasMouse.h"
 #include "tools/crop/CropTip.h"
 #include "widgets/PictureButton.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
-#include <utility>
 
 namespace lumora {
 
-CropPanel::CropPanel(AppContext &ctx, CanvasMouse &mouse, QWidget *window)
-    : SlidingPanel("pnlCrop", "cmdpnlCropExit", window), m_ctx(ctx), m_mouse(mouse), m_tip(new CropTip(ctx, window)) {
+CropPanel *CropPanel::of(QWidget *window, AppContext &ctx) {
+    auto *panel = window->findChild<CropPanel *>();
+    return panel != nullptr ? panel : new CropPanel(ctx, window);
+}
+
+CropPanel::CropPanel(AppContext &ctx, QWidget *window)
+    : SlidingPanel("pnlCrop", "cmdpnlCropExit", window), m_ctx(ctx), m_tip(new CropTip(ctx, window)) {
     titleLabel()->setObjectName("LN2");
     const auto add = [this](const char *name, const char *icon, const char *identifier) {
         auto *button = new PictureButton(icon, PictureButton::CaptionPlace::Beside, this);
@@ -39,68 +42,22 @@ CropPanel::CropPanel(AppContext &ctx, CanvasMouse &mouse, QWidget *window)
     row->addWidget(m_hint, 1);
     body()->addLayout(row);
 
-    connect(closeButton(), &QAbstractButton::clicked, this, &CropPanel::arrowWanted);
-    connect(this, &SlidingPanel::closed, this, &CropPanel::close);
-    mouse.cutOutShown = [this] { return m_cropCutNow->isVisible() && m_delInverse->isVisible(); };
+    connect(this, &SlidingPanel::closed, this, [this] {
+        m_tip->dismiss();
+        m_cropCutNow->hide();
+        m_delInverse->hide();
+    });
 }
 
-void CropPanel::open(Use use, CanvasTool &tool) {
-    close();
+void CropPanel::prepare(Use use) {
     m_tip->writeSetting();
-    if (m_ctx.flags.ToolPanelShown) {
-        Q_EMIT hideBoxesWanted(); // before anything is set: the tool that ends clears flags of its own
-    }
-    Q_EMIT hideFloatingToolbars();
-    m_mouse.setTool(&tool);
-    m_mouse.clearMarked();
     const bool crop = use == Use::Crop;
-    m_use = use;
-    m_mouse.EditMode = crop ? 1 : 2;
-    m_mouse.MoveMode = false;
-    m_ctx.flags.CropToolActive = crop;
-    m_ctx.flags.SelectionActive = !crop;
-    m_ctx.flags.RDMode = false;
-    m_ctx.flags.ColorPickerMode = false;
-    m_ctx.flags.FreeResizeActive = false;
-    m_ctx.flags.canvasToolMode = 0;
-    Q_EMIT toolsEnabled(false);
     titleLabel()->setText(m_ctx.texts.text(crop ? "CropDescription" : "SelectBkgDescription"));
     m_hint->setText(crop ? m_ctx.texts.text("CropHint", "Move the frame, or pull its dots.")
                          : m_ctx.texts.text("CutOutHint", "Draw a line all the way round something."));
     m_cropNow->setVisible(crop);
     m_cropCutNow->setVisible(!crop);
     m_delInverse->setVisible(!crop);
-    slideIn();
-}
-
-void CropPanel::close() {
-    if (std::exchange(m_use, Use::None) == Use::None) {
-        return;
-    }
-    m_ctx.flags.CropToolActive = false;
-    m_ctx.flags.SelectionActive = false;
-    m_ctx.flags.ToolPanelShown = false;
-    m_mouse.EditMode = 0;
-    m_tip->dismiss();
-    Q_EMIT hideFloatingToolbars();
-    m_mouse.clearMarked();
-    slideOut();
-    m_cropCutNow->hide();
-    m_delInverse->hide();
-    m_mouse.setTool(nullptr);
-    Q_EMIT toolsEnabled(true);
-}
-
-void CropPanel::exit() {
-    if (m_use != Use::None) {
-        close();
-        Q_EMIT arrowWanted();
-    }
-}
-
-void CropPanel::moveEvent(QMoveEvent *event) {
-    SlidingPanel::moveEvent(event);
-    m_ctx.flags.ToolPanelShown = m_ctx.flags.ToolPanelShown || isOpen();
 }
 
 } // namespace lumora

@@ -54,48 +54,40 @@ Qt::CursorShape cursorOf(CropGrip grip) {
 } // namespace
 
 CropTool::CropTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window)
-    : QObject(window), m_ctx(ctx), m_view(view), m_mouse(mouse), m_panel(new CropPanel(ctx, mouse, window)) {
+    : PanelTool(mouse, CropPanel::of(window, ctx), window), m_ctx(ctx), m_view(view),
+      m_panel(static_cast<CropPanel *>(panel())) {
     connect(m_panel->cmdCropNow(), &QAbstractButton::clicked, this, &CropTool::CropPhoto);
-    connect(&mouse, &CanvasMouse::cropMarked, this, [this] {
-        if (isOpen()) {
-            m_cropRect = m_frame;
-        }
-    });
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
-        if (isOpen() && what.testAnyFlags(PhotoChange::Size | PhotoChange::Loaded)) {
+        if (isAtWork() && what.testAnyFlags(PhotoChange::Size | PhotoChange::Loaded)) {
             startFrame(); // the frame was one for another picture
         }
     });
     connect(&view, &PhotoView::visiblePartChanged, this, [this] {
-        if (isOpen()) {
+        if (isAtWork()) {
             m_view.viewport()->update(); // the frame's size keeps in view and does not scroll with the photo
         }
     });
 }
 
-bool CropTool::isOpen() const {
-    return m_panel->use() == CropPanel::Use::Crop;
-}
-
-void CropTool::openCrop() {
+bool CropTool::open(const QString &) {
     if (!m_ctx.photo.PhotoLoaded() || m_ctx.photo.picCanvas().isNull()) {
-        return;
+        return false;
     }
-    m_panel->open(CropPanel::Use::Crop, *this);
+    close();
+    m_panel->prepare(CropPanel::Use::Crop);
+    begin();
+    m_ctx.flags.endSelection();
+    m_mouse.clearMarked();
     m_mouse.showTarget(ready);
     startFrame();
     m_view.setFocus(); // for the keys
-}
-
-void CropTool::close() {
-    if (isOpen()) {
-        m_panel->close();
-    }
+    return true;
 }
 
 void CropTool::end() {
     m_drag.reset();
-    close();
+    m_mouse.clearMarked();
+    PanelTool::end();
 }
 
 void CropTool::startFrame() {
@@ -112,7 +104,6 @@ void CropTool::setFrame(const QRect &frame) {
 }
 
 void CropTool::finishFrame() {
-    m_ctx.flags.CropToolActive = true;
     m_cropRect = m_frame;
     if (!m_cropReady) {
         m_cropReady = true;
@@ -121,18 +112,18 @@ void CropTool::finishFrame() {
 }
 
 void CropTool::CropPhoto() {
-    if (!isOpen()) {
+    if (!isAtWork()) {
         return;
     }
     m_view.setFocus(); // where the keys can go on, whatever comes of it
     if (!m_cropReady) {
-        Q_EMIT m_panel->tipWanted();
+        Q_EMIT tipWanted();
         return;
     }
     const QImage photo = m_ctx.photo.picCanvas();
     const QRect part = m_cropRect.intersected(photo.rect());
     if (part.isEmpty()) {
-        Q_EMIT m_panel->message(m_ctx.texts.text("CropBesidePhoto", "Move the frame onto your photo first."), false);
+        Q_EMIT message(m_ctx.texts.text("CropBesidePhoto", "Move the frame onto your photo first."), false);
         return;
     }
     QImage next;
@@ -140,10 +131,10 @@ void CropTool::CropPhoto() {
         next = cropped(photo, {part.left(), part.top(), part.left() + part.width(), part.top() + part.height()});
     });
     if (!m_ctx.photo.changePhoto(next)) {
-        Q_EMIT m_panel->message(m_ctx.texts.text("StatusNoMemory"), false);
+        Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
         return;
     }
-    m_panel->exit();
+    leave();
     m_cropReady = false;
     m_ctx.photo.ResizePicCanvas();
 }
@@ -164,7 +155,7 @@ void CropTool::showCursor(CropGrip grip) {
 }
 
 void CropTool::press(const PointerEvent &at) {
-    if (!isOpen()) {
+    if (!isAtWork()) {
         return;
     }
     m_panel->picTip2()->dismiss();
@@ -177,7 +168,7 @@ void CropTool::press(const PointerEvent &at) {
 }
 
 void CropTool::move(const PointerEvent &at) {
-    if (!isOpen()) {
+    if (!isAtWork()) {
         return;
     }
     if (!m_drag) {
@@ -205,16 +196,16 @@ void CropTool::release(const PointerEvent &) {
 bool CropTool::wantsKey(const QKeyEvent &key) const {
     const Qt::KeyboardModifiers held = key.modifiers() & ~Qt::KeypadModifier;
     if (!stepOf(key.key()).isNull()) {
-        return isOpen() && !(held & ~(Qt::ShiftModifier | Qt::ControlModifier));
+        return isAtWork() && !(held & ~(Qt::ShiftModifier | Qt::ControlModifier));
     }
     const bool used = key.key() == Qt::Key_Escape || key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
-    return isOpen() && used && held == Qt::NoModifier;
+    return isAtWork() && used && held == Qt::NoModifier;
 }
 
 void CropTool::keyPress(const QKeyEvent &key) {
     const QPoint step = stepOf(key.key());
     if (key.key() == Qt::Key_Escape) {
-        m_panel->exit();
+        leave();
     } else if (m_drag) {
         return; // the mouse has it
     } else if (step.isNull()) {
@@ -231,7 +222,7 @@ void CropTool::keyPress(const QKeyEvent &key) {
 }
 
 void CropTool::paint(QPainter &painter) {
-    if (isOpen()) {
+    if (isAtWork()) {
         const QString size = m_ctx.texts.text("CropSize", "%1 x %2 pixels").arg(m_frame.width()).arg(m_frame.height());
         paintCropFrame(painter, inView(m_frame), m_view.photoRect(), m_view.viewport()->rect(), size,
                        m_drag && m_drag->moved);

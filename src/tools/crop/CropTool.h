@@ -1,31 +1,24 @@
 // Crop: a frame on the photo that the mouse, a finger or the arrow keys move and size, and the cut down to it.
 #pragma once
 
-#include "tools/canvas/CanvasTool.h"
+#include "tools/canvas/PanelTool.h"
 #include "tools/crop/CropFrame.h"
 
-#include <QObject>
 #include <optional>
 
 namespace lumora {
 
-struct AppContext;
-class CanvasMouse;
 class CropPanel;
 
-class CropTool : public QObject, public CanvasTool {
+class CropTool : public PanelTool {
     Q_OBJECT
 
   public:
-    /// Makes the panel, a child of the window, for itself and for the cut-out tool.
     CropTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window);
 
-    /// cmdTool3 was pressed: the starting frame and the panel. Nothing happens without a photo; while it is open it
-    /// starts anew.
-    void openCrop();
-    /// Ends the tool from any state; the photo stays as it is.
-    void close();
-    CropPanel *panel() const { return m_panel; }
+    /// Shows the starting frame and the panel; while it is open it starts again.
+    bool open(const QString &key = {}) override;
+    bool excludesOthers() const override { return isAtWork(); }
 
     /// Cuts the photo down to what of it lies in CropRect, one undo step, and closes the panel. Nothing happens before
     /// a frame is finished or while no tool is open, but the tip is wanted; a frame that misses the photo is told about
@@ -46,7 +39,7 @@ class CropTool : public QObject, public CanvasTool {
     void release(const PointerEvent &at) override;
     bool scrollsAtEdge() const override { return m_drag && m_drag->moved; }
     /// Arrow keys move the frame by a pixel, with Ctrl its lower right corner; with Shift by ten. Enter crops, Esc
-    /// closes.
+    /// leaves.
     bool wantsKey(const QKeyEvent &key) const override;
     void keyPress(const QKeyEvent &key) override;
     void paint(QPainter &painter) override;
@@ -59,7 +52,6 @@ class CropTool : public QObject, public CanvasTool {
         bool moved = false;   ///< it is no mere click
     };
 
-    bool isOpen() const;
     void startFrame();
     void setFrame(const QRect &frame);
     void finishFrame();
@@ -68,7 +60,6 @@ class CropTool : public QObject, public CanvasTool {
 
     AppContext &m_ctx;
     PhotoView &m_view;
-    CanvasMouse &m_mouse;
     CropPanel *m_panel;
     QRect m_frame;
     QRect m_cropRect = QRect(0, 0, 0, 0);

@@ -4,7 +4,6 @@
 #include "session/AppContext.h"
 #include "tools/canvas/CanvasMouse.h"
 #include "tools/crop/CropPanel.h"
-#include "tools/select/SelectionTool.h"
 #include "widgets/PictureButton.h"
 
 #include <QKeyEvent>
@@ -13,7 +12,6 @@ namespace lumora {
 
 namespace {
 
-constexpr int lassoKind = 3;
 constexpr int lassoTarget = 4; // image of picTarget until the mouse moves
 
 /// What of the box lies on the picture.
@@ -24,40 +22,40 @@ PixelRect pixelRect(const QRect &box, QSize picture) {
 
 } // namespace
 
-CutOutTool::CutOutTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, CropPanel &panel, SelectionTool &lasso,
-                       QObject *parent)
-    : QObject(parent), m_ctx(ctx), m_view(view), m_mouse(mouse), m_panel(panel), m_lasso(lasso) {
+CutOutTool::CutOutTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, SelectionOutline &outline, QWidget *window)
+    : PanelTool(mouse, CropPanel::of(window, ctx), window), m_ctx(ctx), m_view(view),
+      m_panel(static_cast<CropPanel *>(panel())), m_lasso(ctx, mouse, outline) {
     const auto connectButton = [this](PictureButton *button, bool (CutOutTool::*procedure)()) {
         connect(button, &QAbstractButton::clicked, this, [this, procedure] {
             if ((this->*procedure)()) {
-                m_panel.exit();
+                leave();
             }
         });
     };
-    // The names are crossed: what is selected for deletion in the one is the background.
-    connectButton(panel.cmdCropCutNow(), &CutOutTool::DeleteSelection);
-    connectButton(panel.cmdDelInverse(), &CutOutTool::InverseDelete);
+    // DeleteSelection keeps the marked part and clears the rest; InverseDelete does the reverse.
+    connectButton(m_panel->cmdCropCutNow(), &CutOutTool::DeleteSelection);
+    connectButton(m_panel->cmdDelInverse(), &CutOutTool::InverseDelete);
 }
 
-void CutOutTool::openCutOut() {
+bool CutOutTool::open(const QString &) {
     if (!m_ctx.photo.PhotoLoaded() || m_ctx.photo.picCanvas().isNull()) {
-        return;
+        return false;
     }
-    m_panel.open(CropPanel::Use::CutOut, *this);
-    m_ctx.flags.SelectionKind = lassoKind;
+    close();
+    m_panel->prepare(CropPanel::Use::CutOut);
+    begin();
+    m_mouse.clearMarked();
+    m_ctx.flags.startSelection(PhotoSelection::Shape::Lasso);
     m_mouse.showTarget(lassoTarget);
     m_view.setFocus(); // for the keys
-}
-
-void CutOutTool::close() {
-    if (m_panel.use() == CropPanel::Use::CutOut) {
-        m_panel.close();
-    }
+    return true;
 }
 
 void CutOutTool::end() {
     m_lasso.end();
-    close();
+    m_ctx.flags.endSelection();
+    m_mouse.clearMarked();
+    PanelTool::end();
 }
 
 // --- Cutting --------------------------------------------------------------------------------------------------------
@@ -87,11 +85,11 @@ bool CutOutTool::run(const Cut &cut) {
         next = nothing ? QImage() : cut(photo, marked);
     });
     if (nothing) {
-        Q_EMIT m_panel.tipWanted();
+        Q_EMIT tipWanted();
         return false;
     }
     if (!m_ctx.photo.changePhoto(next)) {
-        Q_EMIT m_panel.message(m_ctx.texts.text("StatusNoMemory"), false);
+        Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
         return false;
     }
     return true;
@@ -109,22 +107,17 @@ void CutOutTool::move(const PointerEvent &at) {
 
 void CutOutTool::release(const PointerEvent &at) {
     m_lasso.release(at);
-    m_ctx.flags.CropToolActive = m_ctx.flags.CropToolActive || !m_ctx.photo.selection().isEmpty();
 }
 
 bool CutOutTool::scrollsAtEdge() const {
     return m_lasso.scrollsAtEdge();
 }
 
-bool CutOutTool::wantsKey(const QKeyEvent &key) const {
-    return key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier;
-}
-
 void CutOutTool::keyPress(const QKeyEvent &key) {
     if (m_lasso.wantsKey(key)) {
         m_lasso.keyPress(key);
     } else {
-        m_panel.exit();
+        leave();
     }
 }
 

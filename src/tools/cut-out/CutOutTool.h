@@ -2,33 +2,26 @@
 // inside of it becomes see-through. Shares its panel with the crop tool.
 #pragma once
 
-#include "tools/canvas/CanvasTool.h"
+#include "tools/canvas/PanelTool.h"
+#include "tools/select/SelectionTool.h"
 
-#include <QObject>
 #include <functional>
 
 class QImage;
 
 namespace lumora {
 
-struct AppContext;
-class CanvasMouse;
 class CropPanel;
-class PhotoSelection;
-class SelectionTool;
 
-class CutOutTool : public QObject, public CanvasTool {
+class CutOutTool : public PanelTool {
     Q_OBJECT
 
   public:
-    /// `lasso` draws the line. All outlive the tool.
-    CutOutTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, CropPanel &panel, SelectionTool &lasso,
-               QObject *parent = nullptr);
+    CutOutTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, SelectionOutline &outline, QWidget *window);
 
-    /// cmdCropCut was pressed: lasso and panel. Nothing happens without a photo; while it is open it starts anew.
-    void openCutOut();
-    /// Ends the tool from any state; the photo stays as it is.
-    void close();
+    /// Lasso and panel; while it is open it starts again.
+    bool open(const QString &key = {}) override;
+    bool excludesOthers() const override { return isAtWork(); }
 
     /// Deletes the background: the photo is cut down to the rectangle of what is marked (by any of the selection
     /// tools), and what lies in it beside the mark becomes transparent. One undo step. False, and nothing changed, when
@@ -42,8 +35,7 @@ class CutOutTool : public QObject, public CanvasTool {
     void move(const PointerEvent &at) override;
     void release(const PointerEvent &at) override;
     bool scrollsAtEdge() const override;
-    /// Esc clears what is marked or being marked; then it closes.
-    bool wantsKey(const QKeyEvent &key) const override;
+    /// Esc clears what is marked or being marked; then it leaves.
     void keyPress(const QKeyEvent &key) override;
 
   private:
@@ -52,9 +44,8 @@ class CutOutTool : public QObject, public CanvasTool {
 
     AppContext &m_ctx;
     PhotoView &m_view;
-    CanvasMouse &m_mouse;
-    CropPanel &m_panel;
-    SelectionTool &m_lasso;
+    CropPanel *m_panel;
+    SelectionTool m_lasso; ///< draws the line
 };
 
 } // namespace lumora

@@ -8,8 +8,6 @@
 #include "tools/pop-art/PopArtPanel.h"
 #include "widgets/Theme.h"
 
-#include <QKeyEvent>
-#include <QLabel>
 #include <QPainter>
 
 namespace lumora {
@@ -21,10 +19,10 @@ constexpr int margin = 24; // pixels of table round the row
 } // namespace
 
 PopArtTool::PopArtTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window)
-    : QObject(window), m_ctx(ctx), m_view(view), m_mouse(mouse), m_panel(new PopArtPanel(ctx, window)) {
+    : PanelTool(mouse, new PopArtPanel(ctx, window), window), m_ctx(ctx), m_view(view),
+      m_panel(static_cast<PopArtPanel *>(panel())) {
     connect(m_panel, &PopArtPanel::pairsChanged, this, &PopArtTool::showPairs);
     connect(m_panel, &PopArtPanel::applyWanted, this, &PopArtTool::apply);
-    connect(m_panel, &SlidingPanel::closed, this, &PopArtTool::leave);
     connect(&view, &PhotoView::visiblePartChanged, this, &PopArtTool::refresh);
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
@@ -33,51 +31,25 @@ PopArtTool::PopArtTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWi
     });
 }
 
-SlidingPanel *PopArtTool::panel() const {
-    return m_panel;
-}
-
 // --- Start and end --------------------------------------------------------------------------------------------------
 
-void PopArtTool::open() {
+bool PopArtTool::open(const QString &) {
     if (!m_ctx.photo.PhotoLoaded() || m_ctx.photo.picCanvas().isNull()) {
-        return;
+        return false;
     }
-    Q_EMIT hideFloatingToolbars();
     if (m_ctx.fields.txtAndyStyle == "0") {
         make(usualPopArtPairs());
-        return;
+        return false;
     }
-    m_mouse.setTool(this);
-    m_panel->setAccessibleName(m_panel->titleLabel()->text());
-    m_ctx.flags.ToolPanelShown = true;
-    m_panel->slideIn();
+    begin();
+    return true;
 }
 
 void PopArtTool::start() {
-    ToolFlags &flags = m_ctx.flags;
-    flags.SelectionActive = false;
-    flags.RDMode = false;
-    flags.CropToolActive = false;
-    flags.FreeResizeActive = false;
-    flags.ColorPickerMode = false;
+    m_ctx.flags.endSelection();
     m_mouse.clearMarked(); // the row is always of the whole photo
     m_view.setPhotoHidden(true);
     refresh();
-}
-
-void PopArtTool::close() {
-    if (m_mouse.tool() == this) {
-        m_mouse.setTool(nullptr);
-    }
-}
-
-/// The user has closed it; not so when the panel goes because the tool has ended.
-void PopArtTool::leave() {
-    if (m_mouse.tool() == this) {
-        close();
-        Q_EMIT arrowWanted();
-    }
 }
 
 void PopArtTool::end() {
@@ -86,16 +58,7 @@ void PopArtTool::end() {
     m_view.setPhotoHidden(false);
     m_panel->setPairs(usualPopArtPairs()); // every start is the same
     m_panel->chooseFirst();
-    m_ctx.flags.ToolPanelShown = false;
-    m_panel->slideOut();
-}
-
-bool PopArtTool::wantsKey(const QKeyEvent &key) const {
-    return key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier;
-}
-
-void PopArtTool::keyPress(const QKeyEvent &) {
-    leave();
+    PanelTool::end();
 }
 
 // --- What is shown --------------------------------------------------------------------------------------------------
@@ -111,7 +74,7 @@ QRect PopArtTool::tablePlace() const {
 
 /// The photo, the view or its size has changed.
 void PopArtTool::refresh() {
-    if (m_mouse.tool() != this) {
+    if (!isAtWork()) {
         return;
     }
     const QSize print = tablePlace().size();
@@ -120,7 +83,7 @@ void PopArtTool::refresh() {
 }
 
 void PopArtTool::showPairs() {
-    if (m_mouse.tool() != this) {
+    if (!isAtWork()) {
         return;
     }
     m_panel->setRow(popArtRow(smallPhoto(m_view, 2 * PopArtPanel::pictureSize), m_panel->pairs()));
@@ -160,7 +123,7 @@ void PopArtTool::make(const PopArtPairs &pairs) {
         Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
         return;
     }
-    Q_EMIT arrowWanted();
+    Q_EMIT finished();
     Q_EMIT fitWanted();
     Q_EMIT message(m_ctx.texts.text("PopArtDone"), true);
 }

@@ -7,7 +7,6 @@
 #include "tools/red-eye/RedEyePanel.h"
 #include "widgets/Theme.h"
 
-#include <QKeyEvent>
 #include <QPainter>
 #include <QPixmap>
 #include <cmath>
@@ -53,83 +52,35 @@ QCursor ringCursor(qreal radius, qreal scale) {
 } // namespace
 
 RedEyeTool::RedEyeTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window)
-    : QObject(window), m_ctx(ctx), m_view(view), m_mouse(mouse), m_panel(new RedEyePanel(window)) {
-    mouse.redEyeCursor = [this] { return pointer(); };
-    connect(&mouse, &CanvasMouse::redEyeClicked, this, &RedEyeTool::click);
+    : PanelTool(mouse, new RedEyePanel(window), window), m_ctx(ctx), m_view(view),
+      m_panel(static_cast<RedEyePanel *>(panel())) {
     connect(m_panel, &RedEyePanel::radiusChanged, this, &RedEyeTool::refreshPointer);
     connect(&view, &PhotoView::visiblePartChanged, this, &RedEyeTool::refreshPointer); // the zoom, too
-    connect(m_panel, &SlidingPanel::closed, this, &RedEyeTool::leave);
 }
 
-SlidingPanel *RedEyeTool::panel() const {
-    return m_panel;
-}
-
-void RedEyeTool::open() {
+bool RedEyeTool::open(const QString &) {
     if (m_ctx.photo.picCanvas().isNull()) {
-        return;
+        return false;
     }
-    Q_EMIT hideFloatingToolbars();
     ApplyRedEye();
-    m_ctx.flags.ToolPanelShown = true;
-    m_panel->slideIn();
-}
-
-void RedEyeTool::close() {
-    if (m_mouse.tool() == this) {
-        m_mouse.setTool(nullptr);
-    }
+    return true;
 }
 
 void RedEyeTool::ApplyRedEye() {
-    m_mouse.setTool(this);
-    m_ctx.flags.SelectionActive = false;
-    m_ctx.flags.CropToolActive = false;
-    m_ctx.flags.FreeResizeActive = false;
-    m_ctx.flags.ColorPickerMode = false;
+    begin();
+    m_ctx.flags.endSelection();
     PhotoSelection selection = m_ctx.photo.selection();
     selection.hide();
     m_ctx.photo.setSelection(selection);
-    setRDMode(true);
-}
-
-void RedEyeTool::setRDMode(bool on) {
-    m_ctx.flags.RDMode = on;
-    if (on) {
-        refreshPointer();
-    } else {
-        m_view.setToolCursor({});
-        m_view.viewport()->update();
-    }
-}
-
-bool RedEyeTool::RDMode() const {
-    return m_ctx.flags.RDMode;
-}
-
-/// The user has closed it; not so when the panel goes because the tool has ended.
-void RedEyeTool::leave() {
-    if (m_mouse.tool() == this) {
-        close();
-        Q_EMIT arrowWanted();
-    }
+    refreshPointer();
 }
 
 void RedEyeTool::end() {
-    setRDMode(false);
-    m_ctx.flags.ToolPanelShown = false;
-    m_panel->slideOut();
+    m_view.viewport()->update(); // a large ring was painted
+    PanelTool::end();
 }
 
-bool RedEyeTool::wantsKey(const QKeyEvent &key) const {
-    return key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier;
-}
-
-void RedEyeTool::keyPress(const QKeyEvent &) {
-    leave();
-}
-
-void RedEyeTool::click(QPoint pixel) {
+void RedEyeTool::clicked(QPoint pixel) {
     const QImage &photo = m_ctx.photo.picCanvas();
     const int radius = m_panel->radius();
     if (redEyeBounds(photo.width(), photo.height(), pixel.x(), pixel.y(), radius).isEmpty()) {
@@ -180,7 +131,8 @@ void RedEyeTool::press(const PointerEvent &) {
 }
 
 void RedEyeTool::move(const PointerEvent &at) {
-    if (RDMode() && !ringFitsPointer()) {
+    m_view.setToolCursor(pointer());
+    if (!ringFitsPointer()) {
         repaintRing(m_pointer);
         repaintRing(at.view);
     }
@@ -194,7 +146,7 @@ void RedEyeTool::repaintRing(QPointF at) {
 
 /// Only a ring that is too large for a pointer.
 void RedEyeTool::paint(QPainter &painter) {
-    if (RDMode() && !ringFitsPointer()) {
+    if (!ringFitsPointer()) {
         drawRing(painter, m_pointer, ringRadius());
     }
 }

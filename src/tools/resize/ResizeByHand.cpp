@@ -16,6 +16,8 @@ namespace lumora {
 
 namespace {
 
+constexpr int frameReach = 5; // picture pixels beyond the frame that still count as on it
+
 constexpr qreal handleCorner = 5; // pixels
 
 /// The edge that a handle drags, between the shortest and the longest side from the other edge.
@@ -32,7 +34,6 @@ ResizeByHand::ResizeByHand(AppContext &ctx, PhotoView &view, QObject *parent)
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (m_active && what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Loaded)) {
             drop(); // it was a drag of another photo
-            m_ctx.flags.ResizeFrame = m_ctx.photo.picCanvas().rect();
         }
     });
     connect(&view, &PhotoView::visiblePartChanged, this, [this] {
@@ -45,20 +46,13 @@ ResizeByHand::ResizeByHand(AppContext &ctx, PhotoView &view, QObject *parent)
 void ResizeByHand::start() {
     m_active = true;
     m_view.setFocus(); // for Esc
-    m_ctx.flags.FreeResizeActive = true;
-    m_ctx.flags.canvasToolMode = 2;
-    m_ctx.flags.ResizeFrame = m_ctx.photo.picCanvas().rect();
     cmdResizeDone->show();
-    Q_EMIT started();
 }
 
 void ResizeByHand::end() {
     drop();
     m_active = false;
-    m_ctx.flags.FreeResizeActive = false;
-    m_ctx.flags.canvasToolMode = 0;
     cmdResizeDone->hide();
-    Q_EMIT ended();
 }
 
 /// Ends a drag; the photo shows as it is.
@@ -139,6 +133,17 @@ void ResizeByHand::release(const PointerEvent &at) {
     if (!done) {
         Q_EMIT failed();
     }
+}
+
+void ResizeByHand::clicked(QPoint) {
+    m_ctx.photo.setPhotoModified(true);
+}
+
+bool ResizeByHand::endsAt(QPoint picture) const {
+    const QRect frame = m_ctx.photo.picCanvas().rect();
+    const QPoint first = frame.topLeft() - QPoint(frameReach, frameReach);
+    const QPoint last = first + QPoint(frame.width() + 2 * frameReach, frame.height() + 2 * frameReach);
+    return !QRect(first, last).contains(picture);
 }
 
 void ResizeByHand::showCursor(const ResizeHandle &handle) {

@@ -1,5 +1,4 @@
-// Free resizing: the photo's frame with eight handles to drag, the photo following. ResizeTool starts it; the mouse
-// dispatch ends it when somebody clicks beyond the frame.
+// Free resizing: the photo's frame with eight handles to drag, the photo following. ResizeTool starts it.
 #pragma once
 
 #include "tools/canvas/CanvasTool.h"
@@ -33,14 +32,15 @@ class ResizeByHand : public QObject, public CanvasTool {
     void press(const PointerEvent &at) override;
     void move(const PointerEvent &at) override;
     void release(const PointerEvent &at) override;
+    void clicked(QPoint pixel) override;
+    /// Beyond the photo's frame, which counts as some pixels wider each way.
+    bool endsAt(QPoint picture) const override;
     /// Esc drops the drag, or ends free resizing, and so does Enter.
     bool wantsKey(const QKeyEvent &key) const override;
     void keyPress(const QKeyEvent &key) override;
     void paint(QPainter &painter) override;
 
   Q_SIGNALS:
-    void started();
-    void ended();
     /// The button, Esc or Enter: the user is done.
     void endWanted();
     /// The photo could not be resized: there is no memory for it.

@@ -5,30 +5,17 @@
 #include "tools/canvas/CanvasMouse.h"
 #include "tools/resize/ResizePanel.h"
 
-#include <utility>
-
 namespace lumora {
 
 ResizeTool::ResizeTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window)
-    : QObject(window), m_ctx(ctx), m_mouse(mouse), m_window(window), m_panel(new ResizePanel(ctx, window)),
+    : EditorTool(window), m_ctx(ctx), m_mouse(mouse), m_window(window), m_panel(new ResizePanel(ctx, window)),
       m_byHand(ctx, view) {
     connect(m_panel, &ResizePanel::sizeWanted, this, &ResizeTool::resizeTo);
     connect(m_panel, &ResizePanel::sizeRefused, this,
             [this] { Q_EMIT noticeWanted(m_ctx.texts.text("MsgInvalidSize")); });
     connect(m_panel, &ResizePanel::freeResizeWanted, this, &ResizeTool::openFreeResize);
-    const auto toArrow = [this] {
-        if (m_open) {
-            close();
-            Q_EMIT arrowWanted();
-        }
-    };
-    connect(m_panel, &SlidingPanel::closed, this, toArrow);
-    connect(&m_byHand, &ResizeByHand::endWanted, this, toArrow);
-    connect(&m_byHand, &ResizeByHand::started, this, [this] { Q_EMIT toolsEnabled(false); });
-    connect(&m_byHand, &ResizeByHand::ended, this, [this] {
-        m_open = false; // whoever became the current tool
-        Q_EMIT toolsEnabled(true);
-    });
+    connect(m_panel, &SlidingPanel::left, this, &ResizeTool::leave);
+    connect(&m_byHand, &ResizeByHand::endWanted, this, &ResizeTool::leave);
     connect(&m_byHand, &ResizeByHand::failed, this, &ResizeTool::sayNoMemory);
 }
 
@@ -36,56 +23,50 @@ SlidingPanel *ResizeTool::panel() const {
     return m_panel;
 }
 
-void ResizeTool::open() {
+bool ResizeTool::FreeResizeActive() const {
+    return m_mouse.tool() == this || m_byHand.isActive();
+}
+
+bool ResizeTool::open(const QString &) {
     if (!m_ctx.photo.PhotoLoaded() || m_ctx.photo.picCanvas().isNull()) {
-        return;
+        return false;
     }
+    close();
+    m_mouse.clearMarked();
+    m_ctx.flags.endSelection();
     if (m_ctx.fields.txtResizeMode == "1") {
         openFreeResize();
-        return;
+    } else {
+        m_mouse.setTool(this);
+        m_panel->open();
     }
-    begin();
-    m_panel->open();
-    m_ctx.flags.ToolPanelShown = true;
+    return true;
 }
 
 void ResizeTool::openFreeResize() {
-    if (!m_ctx.photo.PhotoLoaded() || m_ctx.photo.picCanvas().isNull()) {
-        return;
-    }
-    begin();
     m_ctx.fields.txtResizeMode = "1";
-    m_mouse.setTool(&m_byHand);
+    m_mouse.setTool(&m_byHand); // which puts the panel away
+    Q_EMIT stateChanged();
     Q_EMIT message(m_ctx.texts.text("StatusFreeResize", "Drag the handles to make the photo larger or smaller."), true);
 }
 
-void ResizeTool::begin() {
-    close();
-    m_mouse.setTool(nullptr);
-    m_mouse.clearMarked();
-    m_mouse.EditMode = 0;
-    m_mouse.MoveMode = false;
-    ToolFlags &flags = m_ctx.flags;
-    flags.CropToolActive = false;
-    flags.RDMode = false;
-    flags.ColorPickerMode = false;
-    flags.SelectionActive = false;
-    flags.FreeResizeActive = true;
-    m_open = true;
-    Q_EMIT hideFloatingToolbars();
-    Q_EMIT current();
-}
-
 void ResizeTool::close() {
-    if (!std::exchange(m_open, false)) {
-        return;
-    }
-    if (m_byHand.isActive()) {
+    if (FreeResizeActive()) {
         m_mouse.setTool(nullptr);
     }
+}
+
+void ResizeTool::end() {
     m_panel->slideOut();
-    m_ctx.flags.ToolPanelShown = false;
-    m_ctx.flags.FreeResizeActive = false;
+}
+
+void ResizeTool::leave() {
+    close();
+    Q_EMIT finished();
+}
+
+void ResizeTool::clicked(QPoint) {
+    m_ctx.photo.setPhotoModified(true);
 }
 
 // --- The panel's sizes ----------------------------------------------------------------------------------------------
@@ -110,13 +91,9 @@ void ResizeTool::sayNoMemory() {
     Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
 }
 
-/// The status line with a second opening bracket before the millimetres: after the panel's resize it has always read
-/// so.
+/// The status line with a second opening bracket before the millimetres.
 QString ResizeTool::statusAfterResize() const {
-    const QString pixels = QStringLiteral(" pixels - ");
-    QString line = m_ctx.photo.statusLine(m_ctx.texts.text("Statusbar"), versionNumber(), m_window->logicalDpiX());
-    const qsizetype at = line.lastIndexOf(pixels);
-    return at < 0 ? line : line.insert(at + pixels.size(), QStringLiteral(" ("));
+    return m_ctx.photo.statusLine(m_ctx.texts.text("Statusbar"), versionNumber(), m_window->logicalDpiX(), " (");
 }
 
 } // namespace lumora

@@ -1,52 +1,38 @@
-// Resizing the photo: the size panel, or the photo's frame dragged on the canvas. The main window calls it when
-// cmdTool4 is pressed.
+// Resizing the photo: the size panel, or the photo's frame dragged on the canvas.
 #pragma once
 
+#include "tools/EditorTool.h"
 #include "tools/resize/ResizeByHand.h"
-
-#include <QObject>
 
 namespace lumora {
 
-class CanvasMouse;
 class ResizePanel;
-class SlidingPanel;
 
-class ResizeTool : public QObject {
+class ResizeTool : public EditorTool, public CanvasTool {
     Q_OBJECT
 
   public:
     /// The panel becomes a child of `window`. All outlive it.
     ResizeTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window);
 
-    /// cmdTool4: slides the panel in, or starts free resizing, as txtResizeMode says. Nothing without a photo.
-    void open();
+    /// Slides the panel in, or starts free resizing, as txtResizeMode says.
+    bool open(const QString &key = {}) override;
     /// cmdFreeResize: from now on, until the program ends, the tool resizes freely.
     void openFreeResize();
-    /// Ends the tool: panel, handles, flags. A drag that is under way is dropped.
-    void close();
+    void close() override;
+    bool excludesOthers() const override { return m_byHand.isActive(); }
 
-    bool isOpen() const { return m_open; }
-    SlidingPanel *panel() const;
+    /// From open() to close(): the panel is up, or the photo is resized freely.
+    bool FreeResizeActive() const;
+    SlidingPanel *panel() const override;
     const ResizeByHand &byHand() const { return m_byHand; }
 
-  Q_SIGNALS:
-    void hideFloatingToolbars();
-    /// cmdTool4 is to show as the current tool.
-    void current();
-    /// Free resizing has started (false) or ended (true): cmdTool2, cmdTool3, cmdTool5 to cmdTool11 and cmdCropCut.
-    void toolsEnabled(bool enabled);
-    /// The Arrow tool is to be current: the panel was closed, or Esc ended free resizing.
-    void arrowWanted();
-    /// The status line's text after a resize by the panel, after the photo has said that it changed.
-    void statusText(const QString &text);
-    /// A message box with an exclamation mark; to be answered before the signal returns.
-    void noticeWanted(const QString &text);
-    /// For the status line.
-    void message(const QString &text, bool good);
+    // The mouse while the panel is up.
+    void end() override;
+    void clicked(QPoint pixel) override;
 
   private:
-    void begin();
+    void leave();
     void resizeTo(QSize size);
     void sayNoMemory();
     QString statusAfterResize() const;
@@ -56,7 +42,6 @@ class ResizeTool : public QObject {
     QWidget *m_window;
     ResizePanel *m_panel;
     ResizeByHand m_byHand;
-    bool m_open = false;
 };
 
 } // namespace lumora

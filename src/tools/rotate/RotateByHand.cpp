@@ -64,7 +64,6 @@ void RotateByHand::start() {
     takeAsUnturned();
     showHand();
     cmdRotateDone->show();
-    Q_EMIT started();
 }
 
 void RotateByHand::end() {

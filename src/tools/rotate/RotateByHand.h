@@ -44,7 +44,6 @@ class RotateByHand : public QObject, public CanvasTool {
     void paint(QPainter &painter) override;
 
   Q_SIGNALS:
-    void started();
     void ended();
     /// The button, Esc or Enter: the user is done.
     void endWanted();

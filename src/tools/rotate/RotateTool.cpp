@@ -51,31 +51,23 @@ QImage previewOf(const QImage &photo, int longer) {
 
 } // namespace
 
-RotateTool::RotateTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QObject *parent)
-    : QObject(parent), m_ctx(ctx), m_mouse(mouse), m_grid(view), m_byHand(ctx, view) {
-    connect(&m_byHand, &RotateByHand::started, this, [this] {
-        m_ctx.flags.FreeRotateActive = true;
-        Q_EMIT toolsEnabled(false);
-    });
-    connect(&m_byHand, &RotateByHand::ended, this, [this] {
-        m_ctx.flags.FreeRotateActive = false;
-        m_grid.HideGrid();
-        Q_EMIT toolsEnabled(true);
-    });
+RotateTool::RotateTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, FloatingToolbar *FT2, QObject *parent)
+    : EditorTool(parent), m_ctx(ctx), m_mouse(mouse), m_FT2(FT2), m_grid(view), m_byHand(ctx, view) {
+    connect(&m_byHand, &RotateByHand::ended, this, [this] { m_grid.HideGrid(); });
     connect(&m_byHand, &RotateByHand::endWanted, this, [this] {
         close();
-        Q_EMIT arrowWanted();
+        Q_EMIT finished();
     });
     connect(&m_byHand, &RotateByHand::failed, this,
             [this] { Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false); });
 }
 
-void RotateTool::CreateTHMRorationSFX(FloatingToolbar &FT2) const {
+void RotateTool::CreateTHMRorationSFX() const {
     const QImage &photo = m_ctx.photo.picCanvas();
-    if (photo.isNull()) {
+    if (photo.isNull() || m_FT2 == nullptr) {
         return;
     }
-    const qreal devicePixels = FT2.devicePixelRatioF();
+    const qreal devicePixels = m_FT2->devicePixelRatioF();
     const QImage picR = previewOf(photo, qRound(previewSide * devicePixels));
     for (const TurnRow &row : turns) {
         EffectEngine PixTwix1;
@@ -83,27 +75,28 @@ void RotateTool::CreateTHMRorationSFX(FloatingToolbar &FT2) const {
         row.transform(PixTwix1); // where it refuses the picture stays unturned
         QPixmap preview = QPixmap::fromImage(PixTwix1.picture());
         preview.setDevicePixelRatio(devicePixels);
-        FT2.setItemPicture(row.key, preview);
+        m_FT2->setItemPicture(row.key, preview);
     }
 }
 
-void RotateTool::choose(const QString &key) {
-    Q_EMIT hideFloatingToolbars();
+bool RotateTool::open(const QString &key) {
     if (m_ctx.photo.picCanvas().isNull()) {
-        return;
+        return false;
     }
     for (const TurnRow &row : turns) {
         if (key == row.key) {
-            clearOtherTools();
+            dropSelection();
             (this->*row.turn)();
-            Q_EMIT arrowWanted();
-            return;
+            Q_EMIT finished();
+            return false;
         }
     }
-    if (key == "keyRotate4") {
-        clearOtherTools();
-        startFreeRotation();
+    if (key != "keyRotate4") {
+        return false;
     }
+    dropSelection();
+    startFreeRotation();
+    return true;
 }
 
 void RotateTool::RotatePic90() {
@@ -126,25 +119,17 @@ void RotateTool::rotatePic(Transform transform) {
     PixTwix1.setPicture(m_ctx.photo.picCanvas());
     bool turned = false;
     m_ctx.longWork.run([&] { turned = transform(PixTwix1); });
-    // Refused or not, this is an undo step, and the copies of the photo are made anew.
+    // Refused or not, this is an undo step, and the copies of the photo are made again.
     const bool taken = m_ctx.photo.changePhoto(PixTwix1.picture());
     if (!turned || !taken) {
         Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
     }
 }
 
-void RotateTool::clearOtherTools() {
+void RotateTool::dropSelection() {
     m_mouse.setTool(nullptr);
     m_mouse.clearMarked();
-    m_mouse.EditMode = 0;
-    m_mouse.MoveMode = false;
-    ToolFlags &flags = m_ctx.flags;
-    flags.RDMode = false;
-    flags.ColorPickerMode = false;
-    flags.SelectionActive = false;
-    flags.CropToolActive = false;
-    flags.FreeResizeActive = false;
-    flags.canvasToolMode = 0;
+    m_ctx.flags.endSelection();
 }
 
 void RotateTool::startFreeRotation() {

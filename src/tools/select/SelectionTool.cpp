@@ -1,5 +1,6 @@
 #include "tools/select/SelectionTool.h"
 
+#include "session/AppContext.h"
 #include "tools/canvas/CanvasMouse.h"
 #include "tools/select/SelectionOutline.h"
 
@@ -11,63 +12,56 @@ namespace lumora {
 
 namespace {
 
-enum Kind { rectangle = 1, ellipse = 2, lasso = 3 };
+using Shape = PhotoSelection::Shape;
 
 struct ShapeRow {
     const char *key;
-    Kind kind;
+    Shape kind;
     const char *icon;
     const char *simpleIcon; ///< in Simple mode the lasso has the rectangle's
     int target;             ///< image of picTarget until the mouse moves
 };
 const ShapeRow shapes[] = {
-    {"keySqr", rectangle, "tool2-rectangle", "tool2-rectangle", 3},
-    {"keyCircle", ellipse, "tool2-ellipse", "tool2-ellipse", 3},
-    {"keyLasso", lasso, "tool2-lasso", "tool2-rectangle", 4},
+    {"keySqr", Shape::Rectangle, "tool2-rectangle", "tool2-rectangle", 3},
+    {"keyCircle", Shape::Ellipse, "tool2-ellipse", "tool2-ellipse", 3},
+    {"keyLasso", Shape::Lasso, "tool2-lasso", "tool2-rectangle", 4},
 };
 
 constexpr int clickSlop = 3; // pixels of the view that an unsteady hand may move within a click
 
 } // namespace
 
-SelectionTool::SelectionTool(PhotoDocument &document, ToolFlags &flags, CanvasMouse &mouse, SelectionOutline &outline,
-                             QObject *parent)
-    : QObject(parent), m_document(document), m_flags(flags), m_mouse(mouse), m_outline(outline) {
-    connect(&document, &PhotoDocument::changed, this, [this](PhotoChanges what) {
+SelectionTool::SelectionTool(AppContext &ctx, CanvasMouse &mouse, SelectionOutline &outline, QObject *parent)
+    : EditorTool(parent), m_ctx(ctx), m_document(ctx.photo), m_mouse(mouse), m_outline(outline) {
+    connect(&m_document, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Loaded)) {
             cancel(); // it was being marked on another picture
         }
     });
 }
 
-void SelectionTool::choose(const QString &key) {
+bool SelectionTool::open(const QString &key) {
     const auto *const shape = std::ranges::find(shapes, key, &ShapeRow::key);
     if (shape == std::end(shapes)) {
-        return;
+        return false;
     }
-    Q_EMIT chosen(m_flags.SimpleModeOn ? shape->simpleIcon : shape->icon);
+    Q_EMIT iconChanged(m_ctx.flags.SimpleModeOn ? shape->simpleIcon : shape->icon);
     m_mouse.setTool(this);
-    m_flags.canvasToolMode = 0;
     m_mouse.clearMarked();
     m_mouse.showTarget(shape->target);
-    m_flags.SelectionActive = true;
-    m_flags.SelectionKind = shape->kind;
-    m_flags.RDMode = false;
-    m_flags.FreeResizeActive = false;
-    m_flags.CropToolActive = false;
-    m_flags.ColorPickerMode = false;
-    m_mouse.EditMode = shape->kind == lasso ? 2 : 0;
-    m_mouse.MoveMode = false;
+    m_ctx.flags.startSelection(shape->kind);
+    Q_EMIT message(m_ctx.texts.text("StatusSelection"), true);
+    return true;
 }
 
 void SelectionTool::press(const PointerEvent &at) {
-    if (!m_flags.SelectionActive || m_document.picCanvas().isNull()) {
+    if (!m_ctx.flags.SelectionActive() || m_document.picCanvas().isNull()) {
         return;
     }
     m_mouse.clearMarked();
     m_pressed = true;
     m_pressedAt = at.view;
-    if (m_flags.SelectionKind == lasso) {
+    if (m_ctx.flags.SelectionKind() == Shape::Lasso) {
         addLassoPoint(at.picture);
     }
 }
@@ -77,7 +71,7 @@ void SelectionTool::move(const PointerEvent &at) {
         return;
     }
     m_dragged = m_dragged || (at.view - m_pressedAt).manhattanLength() >= clickSlop;
-    if (m_flags.SelectionKind == lasso) {
+    if (m_ctx.flags.SelectionKind() == Shape::Lasso) {
         addLassoPoint(at.picture);
     } else if (m_dragged) {
         markBox(at);
@@ -85,7 +79,7 @@ void SelectionTool::move(const PointerEvent &at) {
 }
 
 void SelectionTool::release(const PointerEvent &) {
-    if (m_pressed && m_dragged && m_flags.SelectionKind == lasso) {
+    if (m_pressed && m_dragged && m_ctx.flags.SelectionKind() == Shape::Lasso) {
         PhotoSelection selection = m_document.selection();
         selection.markLasso(m_lasso);
         mark(selection);
@@ -96,7 +90,7 @@ void SelectionTool::release(const PointerEvent &) {
 void SelectionTool::markBox(const PointerEvent &at) {
     const QPoint from = inPhoto(m_mouse.SelStartPic());
     PhotoSelection selection = m_document.selection();
-    if (m_flags.SelectionKind == ellipse) {
+    if (m_ctx.flags.SelectionKind() == Shape::Ellipse) {
         // Wherever it is dragged to, it starts at the mouse-down and goes right and down.
         const QPoint size = inPhoto(m_mouse.SelEndPic()) - from;
         selection.markEllipse(QRect(from, QSize(std::abs(size.x()), std::abs(size.y()))));

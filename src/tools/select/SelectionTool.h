@@ -1,27 +1,22 @@
-// The selection tools: rectangle, ellipse and lasso, marked on the photo with the mouse. The main window hands on the
-// clicks of FT1; what is marked lives in the document.
+// The selection tools: rectangle, ellipse and lasso, the items of FT1, marked on the photo with the mouse. What is
+// marked is the document's.
 #pragma once
 
-#include "session/ToolFlags.h"
+#include "tools/EditorTool.h"
 #include "tools/canvas/CanvasTool.h"
 
-#include <QObject>
 #include <vector>
 
 namespace lumora {
 
-class CanvasMouse;
-class SelectionOutline;
-
-class SelectionTool : public QObject, public CanvasTool {
+class SelectionTool : public EditorTool, public CanvasTool {
     Q_OBJECT
 
   public:
-    SelectionTool(PhotoDocument &document, ToolFlags &flags, CanvasMouse &mouse, SelectionOutline &outline,
-                  QObject *parent = nullptr);
+    SelectionTool(AppContext &ctx, CanvasMouse &mouse, SelectionOutline &outline, QObject *parent = nullptr);
 
     /// Makes the tool of that key of FT1 current: "keySqr", "keyCircle" or "keyLasso"; any other key does nothing.
-    void choose(const QString &key);
+    bool open(const QString &key) override;
 
     void end() override { cancel(); }
     /// Starts a mark of the shape that SelectionKind says, while SelectionActive; what was marked is no longer. A click
@@ -34,10 +29,6 @@ class SelectionTool : public QObject, public CanvasTool {
     bool wantsKey(const QKeyEvent &key) const override;
     void keyPress(const QKeyEvent &key) override;
 
-  Q_SIGNALS:
-    /// A shape was chosen: cmdTool2 takes the icon of that name, and the floating bars close.
-    void chosen(const QString &toolIcon);
-
   private:
     void cancel();
     void mark(const PhotoSelection &selection);
@@ -45,8 +36,8 @@ class SelectionTool : public QObject, public CanvasTool {
     void addLassoPoint(QPointF picture);
     QPoint inPhoto(QPoint picture) const;
 
+    AppContext &m_ctx;
     PhotoDocument &m_document;
-    ToolFlags &m_flags;
     CanvasMouse &m_mouse;
     SelectionOutline &m_outline;
     bool m_pressed = false; ///< the left button is down and what it draws is wanted
