@@ -18,12 +18,13 @@
 
 namespace lumora {
 
-ToolSet::ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingBarSet &bars, QWidget *window)
+ToolSet::ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingBarSet &bars, QWidget *window,
+                 std::span<const ToolRow> rows)
     : QObject(window), m_ctx(ctx), m_view(view), m_column(column), m_bars(bars),
       m_outline(new SelectionOutline(ctx.photo, view, this)),
       m_mouse(new CanvasMouse(ctx.photo, ctx.flags, view, this)), picTip(new Bubble("picTip", window)) {
     picTip->label()->setObjectName("lblBubble");
-    for (const ToolRow &row : toolTable()) {
+    for (const ToolRow &row : rows) {
         const ToolPlace place{ctx, view, *m_mouse, *m_outline, bars.barOfTool(row.control), window};
         m_entries.push_back({&row, row.make != nullptr ? row.make(place) : nullptr});
     }
@@ -143,7 +144,7 @@ void ToolSet::toggleBar(const Entry &entry) {
 
 void ToolSet::pick(const QString &control, const QString &key) {
     const Entry *entry = entryOf(control);
-    if (entry != nullptr && entry->tool != nullptr) {
+    if (entry != nullptr && entry->tool != nullptr && m_ctx.photo.PhotoLoaded()) {
         m_view.setFocus(); // the item that had it is gone
         start(*entry, key);
     }

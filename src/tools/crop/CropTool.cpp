@@ -73,7 +73,7 @@ bool CropTool::open(const QString &) {
     if (!m_ctx.photo.PhotoLoaded() || m_ctx.photo.picCanvas().isNull()) {
         return false;
     }
-    close();
+    m_mouse.setTool(nullptr); // whichever of the two has the panel
     m_panel->prepare(CropPanel::Use::Crop);
     begin();
     m_ctx.flags.endSelection();

@@ -41,7 +41,7 @@ bool CutOutTool::open(const QString &) {
     if (!m_ctx.photo.PhotoLoaded() || m_ctx.photo.picCanvas().isNull()) {
         return false;
     }
-    close();
+    m_mouse.setTool(nullptr); // whichever of the two has the panel
     m_panel->prepare(CropPanel::Use::CutOut);
     begin();
     m_mouse.clearMarked();

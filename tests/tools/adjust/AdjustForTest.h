@@ -36,7 +36,7 @@ struct ColourTools : testing::Test {
     /// Marks with the selection tool's flags: 1 rectangle, 2 ellipse, 3 lasso, 0 nothing.
     void mark(int kind) {
         const char *const keys[] = {"", "keySqr", "keyCircle", "keyLasso"};
-        selection.choose(keys[kind]);
+        selection.open(keys[kind]);
         PhotoSelection marked;
         if (kind == 1) {
             marked.markRectangle({20, 10, 120, 80});
@@ -107,7 +107,7 @@ struct ColourTools : testing::Test {
     PhotoView view{ctx.photo, &window};
     CanvasMouse mouse{ctx.photo, ctx.flags, view};
     SelectionOutline outline{ctx.photo, view};
-    SelectionTool selection{ctx.photo, ctx.flags, mouse, outline};
+    SelectionTool selection{ctx, mouse, outline};
 };
 
 } // namespace lumora::test

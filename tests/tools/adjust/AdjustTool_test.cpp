@@ -1,4 +1,5 @@
 #include "tools/adjust/AdjustTool.h"
+#include "widgets/FloatingToolbar.h"
 
 #include "effects/ColourAdjustments.h"
 #include "tools/adjust/AdjustForTest.h"
@@ -24,8 +25,9 @@ struct AdjustToolTest : test::ColourTools {
         return names[kind - 1];
     }
 
-    AdjustTool tool{ctx, view, mouse, &window};
-    QSignalSpy arrow{&tool, &AdjustTool::arrowWanted};
+    FloatingToolbar FT6{"FT6", &window};
+    AdjustTool tool{ctx, view, mouse, &FT6, &window};
+    QSignalSpy arrow{&tool, &AdjustTool::finished};
     QSignalSpy tip{&tool, &AdjustTool::tipWanted};
     QSignalSpy message{&tool, &AdjustTool::message};
 };
@@ -36,7 +38,6 @@ TEST_F(AdjustToolTest, BasicModeChangesWhatIsMarkedByFiftyAtOnce) {
         for (int marked = 0; marked <= 3; ++marked) {
             SCOPED_TRACE(testing::Message() << "kind " << kind << " marked " << marked);
             mark(marked);
-            ctx.flags.SelectionActive = marked != 0;
             const QImage wanted = adjusted(marked, kind, 50);
             const int steps = ctx.photo.history().undoSteps();
             ctx.photo.setPhotoModified(false);
@@ -44,7 +45,7 @@ TEST_F(AdjustToolTest, BasicModeChangesWhatIsMarkedByFiftyAtOnce) {
             EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), wanted), QPoint(-1, -1));
             EXPECT_EQ(ctx.photo.history().undoSteps(), steps + 1);
             EXPECT_TRUE(ctx.photo.PhotoModified());
-            EXPECT_FALSE(ctx.flags.SelectionActive);
+            EXPECT_FALSE(ctx.flags.SelectionActive());
             EXPECT_FALSE(ctx.photo.selection().isShown());
             EXPECT_EQ(mouse.tool(), nullptr);
             EXPECT_FALSE(tool.panel()->isOpen());
@@ -68,8 +69,7 @@ TEST_F(AdjustToolTest, AdvancedModeOpensTheSliderOfTheKind) {
             EXPECT_EQ(shown(slider(other)), other == kind);
         }
         EXPECT_EQ(tool.AdjustKind, kind);
-        EXPECT_TRUE(tool.AdjustPanelShown);
-        EXPECT_TRUE(ctx.flags.ToolPanelShown);
+        EXPECT_TRUE(tool.AdjustPanelShown());
         EXPECT_TRUE(photoIs(photo));
         slide(slider(kind), 33); // the next kind begins in the middle
     }
@@ -85,7 +85,6 @@ TEST_F(AdjustToolTest, TheSliderShowsOnThePhotoAndApplyMakesIt) {
     for (const auto &[kind, marked, amount] : cases) {
         SCOPED_TRACE(testing::Message() << "kind " << kind << " marked " << marked);
         mark(marked);
-        ctx.flags.SelectionActive = marked != 0;
         const QImage wanted = adjusted(marked, kind, amount);
         openPanel(kind);
         PhotoSelection invisible = ctx.photo.selection(); // its outline would be in the way
@@ -153,7 +152,7 @@ TEST_F(AdjustToolTest, WhatCannotBeDoneLeavesThePhoto) {
         ctx.fields.txtSFX = "0";
         tool.open("keyContrast");
         EXPECT_EQ(mouse.tool(), &selection); // a selection can be made now
-        EXPECT_TRUE(ctx.flags.SelectionActive);
+        EXPECT_TRUE(ctx.flags.SelectionActive());
     }
     EXPECT_EQ(tip.count(), 3);
     EXPECT_EQ(arrow.count(), 0);
@@ -188,18 +187,14 @@ TEST_F(AdjustToolTest, EveryWayOutLeavesNothingBehind) {
                  {"Esc", [this] { QTest::keyClick(tool.panel(), Qt::Key_Escape); }, 1}};
     for (const auto &[name, way, arrows] : cases) {
         SCOPED_TRACE(name);
-        ctx.flags.RDMode = ctx.flags.FreeResizeActive = ctx.flags.CropToolActive = ctx.flags.ColorPickerMode = true;
         openPanel(2);
-        EXPECT_FALSE(ctx.flags.RDMode || ctx.flags.FreeResizeActive || ctx.flags.CropToolActive ||
-                     ctx.flags.ColorPickerMode);
         slide(slider(2), -80);
         EXPECT_TRUE(comesToLookLike(adjusted(0, 2, -80)));
         arrow.clear();
         way();
         EXPECT_EQ(arrow.count(), arrows);
         EXPECT_FALSE(tool.panel()->isVisible());
-        EXPECT_FALSE(tool.AdjustPanelShown);
-        EXPECT_FALSE(ctx.flags.ToolPanelShown);
+        EXPECT_FALSE(tool.AdjustPanelShown());
         EXPECT_FALSE(tool.livePreview().isShown());
         EXPECT_TRUE(looksLike(photo));
         slide(slider(2), 20); // a panel that is away changes nothing
@@ -224,13 +219,13 @@ TEST_F(AdjustToolTest, AnotherPhotoStartsTheSliderAnew) {
 
 TEST_F(AdjustToolTest, EveryItemHasItsPicture) {
     openPhoto();
-    QSignalSpy made(&tool, &AdjustTool::pictureMade);
-    tool.CreateBCSSFX();
-    ASSERT_EQ(made.count(), 3);
+    for (const ColourAdjustment &adjustment : colourAdjustments()) {
+        FT6.addItem(adjustment.key, "tool9");
+    }
+    tool.makeSmallPictures();
     QList<QImage> pictures;
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(made[i][0].toString(), colourAdjustments()[size_t(i)].key);
-        const QImage picture = made[i][1].value<QPixmap>().toImage();
+    for (const ColourAdjustment &adjustment : colourAdjustments()) {
+        const QImage picture = FT6.item(adjustment.key)->picture().toImage();
         EXPECT_FALSE(picture.isNull());
         EXPECT_FALSE(pictures.contains(picture));
         pictures << picture;

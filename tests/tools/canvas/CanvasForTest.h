@@ -1,6 +1,7 @@
 // A canvas with everything that the main window connects to it, and a hand for the mouse.
 #pragma once
 
+#include "session/AppContext.h"
 #include "support/TestPictures.h"
 #include "tools/canvas/CanvasMouse.h"
 #include "tools/canvas/TargetCursor.h"
@@ -10,6 +11,7 @@
 #include <QApplication>
 #include <QProcess>
 #include <QScrollBar>
+#include <QTemporaryDir>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -65,12 +67,14 @@ struct Canvas : testing::Test {
         return 0;
     }
 
-    ToolFlags flags;
-    PhotoDocument photo;
+    QTemporaryDir folder;
+    AppContext ctx{Installation{folder.path()}};
+    ToolFlags &flags = ctx.flags;
+    PhotoDocument &photo = ctx.photo;
     PhotoView view{photo};
     CanvasMouse mouse{photo, flags, view};
     SelectionOutline outline{photo, view};
-    SelectionTool selection{photo, flags, mouse, outline};
+    SelectionTool selection{ctx, mouse, outline};
 };
 
 /// Runs these tests of this program again on a screen with so many pixels to the point.

@@ -1,5 +1,5 @@
 // The mouse dispatch: exact points at every zoom, scroll position and device pixel ratio, the pointer's pictures, the
-// order of mouse-up, free resizing's end, and what the current tool is told.
+// order of mouse-up, and what the current tool is told.
 #include "tools/canvas/CanvasMouse.h"
 
 #include "tools/canvas/CanvasForTest.h"
@@ -27,6 +27,11 @@ struct Listener : CanvasTool {
         last = event.picture;
     }
     void release(const PointerEvent &) override { told << "release"; }
+    void clicked(QPoint pixel) override {
+        clickedAt = pixel;
+        afterRelease = told.endsWith("release");
+    }
+    bool endsAt(QPoint picture) const override { return picture.x() > endsBeyond; }
     void doubleClick(const PointerEvent &) override { told << "double click"; }
     bool scrollsAtEdge() const override { return scrolls; }
     bool wantsKey(const QKeyEvent &key) const override { return key.key() == wanted; }
@@ -35,6 +40,9 @@ struct Listener : CanvasTool {
 
     QStringList told;
     QPointF last;
+    QPoint clickedAt;
+    bool afterRelease = false;
+    int endsBeyond = 1'000'000;
     int wanted = 0;
     bool scrolls = false;
 };
@@ -93,53 +101,44 @@ TEST_F(Mouse, roundsHalvesTheSameWayEverywhere) {
 
 TEST_F(Mouse, movesTheEllipsesEndOnlyForTheEllipse) {
     open(photoLike(100, 80), 200);
-    for (const int kind : {0, 1, 2, 3}) {
+    using Shape = PhotoSelection::Shape;
+    for (const Shape kind : {Shape::None, Shape::Rectangle, Shape::Ellipse, Shape::Lasso}) {
         for (const bool active : {false, true}) {
-            flags.SelectionKind = kind;
-            flags.SelectionActive = active;
+            flags.startSelection(kind);
+            if (!active) {
+                flags.endSelection();
+            }
             press(viewAt(20, 30));
             move(viewAt(60, 50));
             EXPECT_EQ(mouse.SelStartPic(), QPoint(20, 30));
-            EXPECT_EQ(mouse.SelEndPic(), active && kind == 2 ? QPoint(60, 50) : QPoint(20, 30)) << kind;
+            EXPECT_EQ(mouse.SelEndPic(), active && kind == Shape::Ellipse ? QPoint(60, 50) : QPoint(20, 30))
+                << int(kind);
             release(viewAt(60, 50));
         }
     }
 }
 
-TEST_F(Mouse, showsThePointerOfTheTool) {
+TEST_F(Mouse, showsThePointerOfTheSelectionTool) {
     open(photoLike(100, 80));
-    struct Row {
+    using Shape = PhotoSelection::Shape;
+    const struct {
         const char *what;
         bool active;
-        int kind;
-        int editMode;
-        bool moveMode, redEye, cutOut;
+        Shape kind;
         int afterDown, afterRightDown, afterMove; // images of picTarget; a move leaves 5 where nothing says otherwise
+    } rows[] = {
+        {"arrow", false, Shape::None, 5, 5, 5},         {"a kind alone", false, Shape::Ellipse, 5, 5, 5},
+        {"rectangle", true, Shape::Rectangle, 5, 5, 3}, {"ellipse", true, Shape::Ellipse, 3, 5, 3},
+        {"lasso", true, Shape::Lasso, 5, 5, 3},
     };
-    const Row rows[] = {
-        {"arrow", false, 0, 0, false, false, false, 5, 5, 5},
-        {"a kind alone", false, 2, 2, true, false, false, 5, 5, 5},
-        {"rectangle", true, 1, 0, false, false, false, 5, 5, 3},
-        {"ellipse", true, 2, 0, false, false, false, 3, 5, 3},
-        {"lasso", true, 3, 2, false, false, false, 5, 5, 3},
-        {"sub-mode", true, 0, 2, false, false, false, 5, 5, 3},
-        {"moving", true, 1, 2, true, false, false, 5, 5, 5},
-        {"red-eye", true, 2, 2, true, true, false, 3, 5, 6},
-        {"red-eye alone", false, 0, 0, false, true, false, 5, 5, 6},
-        {"cut-out", false, 0, 0, false, false, true, 5, 5, 3},
-        {"cut-out over red-eye", true, 3, 2, true, true, true, 5, 5, 3},
-    };
-    for (const Row &row : rows) {
+    for (const auto &row : rows) {
         SCOPED_TRACE(row.what);
-        mouse.cutOutShown = nullptr;
         mouse.setTool(nullptr);
         EXPECT_EQ(target(), 0);
-        flags.SelectionActive = row.active;
-        flags.SelectionKind = row.kind;
-        flags.RDMode = row.redEye;
-        mouse.EditMode = row.editMode;
-        mouse.MoveMode = row.moveMode;
-        mouse.cutOutShown = [&row] { return row.cutOut; };
+        flags.startSelection(row.kind);
+        if (!row.active) {
+            flags.endSelection();
+        }
         press({200, 150}, Qt::RightButton);
         EXPECT_EQ(target(), row.afterRightDown);
         release({200, 150}, Qt::RightButton);
@@ -150,10 +149,6 @@ TEST_F(Mouse, showsThePointerOfTheTool) {
         release({205, 153});
         EXPECT_EQ(target(), row.afterMove);
     }
-    mouse.redEyeCursor = [] { return QCursor(Qt::SizeAllCursor); };
-    mouse.cutOutShown = nullptr;
-    move({210, 160});
-    EXPECT_EQ(view.viewport()->cursor().shape(), Qt::SizeAllCursor);
 }
 
 TEST_F(Mouse, pointersAreSharpAndPointWithTheirPoint) {
@@ -177,80 +172,41 @@ TEST_F(Mouse, pointersAreSharpAndPointWithTheirPoint) {
     EXPECT_EQ(targetCursor(7, 1).shape(), Qt::ArrowCursor);
 }
 
-TEST_F(Mouse, endsFreeResizingByAClickBeyondTheFrame) {
-    struct Row {
-        QPoint picture;
-        bool ends;
-    };
-    const Row rows[] = {
-        {{-5, -5}, false}, {{-6, 40}, true},  {{50, -6}, true}, {{105, 85}, false}, {{106, 40}, true},
-        {{50, 86}, true},  {{-5, 85}, false}, {{0, 0}, false},  {{50, 40}, false},  {{-6, -6}, true},
-    };
-    for (const int zoom : {100, 200}) {
-        open(photoLike(100, 80), zoom);
-        for (const Row &row : rows) {
-            for (const int mode : {2, 1}) {
-                SCOPED_TRACE(testing::Message() << zoom << " " << row.picture.x() << " " << row.picture.y());
-                Listener tool;
-                mouse.setTool(&tool);
-                flags.canvasToolMode = mode;
-                PhotoSelection marked;
-                marked.markRectangle({10, 10, 20, 20});
-                photo.setSelection(marked);
-                int arrows = 0;
-                const auto arrow = QObject::connect(&mouse, &CanvasMouse::arrowWanted, [&] { ++arrows; });
-                const bool ends = row.ends && mode == 2;
-                press(viewAt(row.picture.x(), row.picture.y()));
-                release(viewAt(row.picture.x(), row.picture.y()));
-                EXPECT_EQ(arrows, ends ? 1 : 0);
-                EXPECT_EQ(flags.canvasToolMode, ends ? 0 : mode);
-                EXPECT_EQ(photo.selection().isEmpty(), ends);
-                EXPECT_EQ(tool.told.contains("press"), !ends);
-                QObject::disconnect(arrow);
-                mouse.setTool(nullptr);
-            }
+TEST_F(Mouse, aPressEndsAToolThatWantsIt) {
+    open(photoLike(100, 80), 200);
+    for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton}) {
+        for (const int x : {30, 70}) {
+            Listener tool;
+            tool.endsBeyond = 50;
+            mouse.setTool(&tool);
+            PhotoSelection marked;
+            marked.markRectangle({10, 10, 20, 20});
+            photo.setSelection(marked);
+            int arrows = 0;
+            const auto arrow = QObject::connect(&mouse, &CanvasMouse::arrowWanted, [&] { ++arrows; });
+            press(viewAt(x, 40), button);
+            release(viewAt(x, 40), button);
+            EXPECT_EQ(arrows, x > 50 ? 1 : 0);
+            EXPECT_EQ(photo.selection().isEmpty(), x > 50);
+            EXPECT_EQ(tool.told.contains("press"), x <= 50 && button == Qt::LeftButton);
+            QObject::disconnect(arrow);
+            mouse.setTool(nullptr);
         }
     }
 }
 
-TEST_F(Mouse, doesWhatMouseUpIsForInItsOrder) {
+TEST_F(Mouse, aClickFollowsTheReleaseAndNamesThePixel) {
     open(photoLike(100, 80), 200);
     Listener tool;
     mouse.setTool(&tool);
-    QPoint picked, clicked;
-    QObject::connect(&mouse, &CanvasMouse::cropMarked, [&] { tool.told << "crop"; });
-    QObject::connect(&mouse, &CanvasMouse::colourPicked, [&](QPoint pixel) {
-        tool.told << "colour";
-        picked = pixel;
-        EXPECT_NE(target(), 2);
-    });
-    QObject::connect(&mouse, &CanvasMouse::frameDragged, [&] {
-        tool.told << "frame";
-        EXPECT_EQ(target(), 2);
-    });
-    QObject::connect(&mouse, &CanvasMouse::redEyeClicked, [&](QPoint pixel) {
-        tool.told << "red-eye";
-        clicked = pixel;
-    });
     const QPoint where = viewAt(99, 79) + QPoint(1, 1); // the last pixel's second half
-    const auto upWith = [&](Qt::MouseButton button) {
-        press(where, button);
-        tool.told.clear();
-        release(where, button);
-        return tool.told;
-    };
-    EXPECT_EQ(upWith(Qt::LeftButton), QStringList{"release"});
-    EXPECT_FALSE(photo.PhotoModified());
-    flags.CropToolActive = flags.ColorPickerMode = flags.FreeResizeActive = flags.RDMode = true;
-    flags.SelectionActive = true;
-    EXPECT_EQ(upWith(Qt::RightButton), QStringList{"crop"});
-    EXPECT_TRUE(flags.SelectionActive);
-    EXPECT_EQ(upWith(Qt::LeftButton), QStringList({"release", "crop", "colour", "frame", "red-eye"}));
-    EXPECT_EQ(picked, QPoint(99, 79));
-    EXPECT_EQ(clicked, QPoint(99, 79));
-    EXPECT_EQ(flags.ResizeFrame, QRect(0, 0, 100, 80));
-    EXPECT_FALSE(flags.SelectionActive);
-    EXPECT_TRUE(photo.PhotoModified());
+    press(where, Qt::RightButton);
+    release(where, Qt::RightButton);
+    EXPECT_TRUE(tool.clickedAt.isNull());
+    press(where);
+    release(where);
+    EXPECT_EQ(tool.clickedAt, QPoint(99, 79));
+    EXPECT_TRUE(tool.afterRelease);
     mouse.setTool(nullptr);
 }
 

@@ -22,7 +22,7 @@ struct ColourFocusToolTest : test::ColourTools {
     QPixmap strength(int n) { return control<PictureButton>(qPrintable(QStringLiteral("picCM%1").arg(n)))->picture(); }
 
     ColourFocusTool tool{ctx, view, mouse, &window};
-    QSignalSpy arrow{&tool, &ColourFocusTool::arrowWanted};
+    QSignalSpy arrow{&tool, &ColourFocusTool::finished};
     QSignalSpy message{&tool, &ColourFocusTool::message};
 };
 
@@ -54,7 +54,6 @@ TEST_F(ColourFocusToolTest, ApplyChangesWhatIsMarked) {
     for (int marked = 0; marked <= 3; ++marked) {
         SCOPED_TRACE(marked);
         mark(marked);
-        ctx.flags.SelectionActive = marked != 0;
         tool.open();
         pick(spot);
         press("picCM1");
@@ -65,7 +64,7 @@ TEST_F(ColourFocusToolTest, ApplyChangesWhatIsMarked) {
         EXPECT_TRUE(photoIs(wanted));
         EXPECT_EQ(ctx.photo.history().undoSteps(), steps + 1);
         EXPECT_FALSE(tool.livePreview().isShown());
-        EXPECT_FALSE(ctx.flags.SelectionActive);
+        EXPECT_FALSE(ctx.flags.SelectionActive());
         ctx.photo.PerformUndo();
         EXPECT_TRUE(photoIs(photo));
         EXPECT_TRUE(tool.chosenColour().isValid()); // it is still the same photo
@@ -78,7 +77,6 @@ TEST_F(ColourFocusToolTest, WithoutAColourApplySaysSo) {
     tool.open(); // no photo
     tool.CreateCMSFX();
     EXPECT_FALSE(tool.panel()->isOpen());
-    EXPECT_FALSE(ctx.flags.ColorPickerMode);
     openPhoto();
     tool.open();
     press("picCM3");
@@ -164,7 +162,7 @@ TEST_F(ColourFocusToolTest, TheMagnifierShowsThePixelUnderThePointer) {
     moveTo(viewAt(-50, 100)); // beside the photo
     EXPECT_FALSE(differsAt(centre));
     moveTo(viewAt(160, 100));
-    tool.ColorPickerMode();
+    tool.close();
     EXPECT_FALSE(differsAt(centre));
     EXPECT_FALSE(isDropper());
     pick({100, 100});
@@ -189,23 +187,17 @@ TEST_F(ColourFocusToolTest, StartingAndEveryWayOutSetTheFlags) {
     } cases[] = {{"close", [this] { tool.close(); }, 0},
                  {"exit button", [this] { press("cmdExitPnlColourFocus"); }, 1},
                  {"Esc", [this] { QTest::keyClick(&view, Qt::Key_Escape); }, 1},
-                 {"another tool", [this] { selection.choose("keySqr"); }, 0},
+                 {"another tool", [this] { selection.open("keySqr"); }, 0},
                  {"the arrow", [this] { mouse.setTool(nullptr); }, 0}};
     for (const auto &[name, way, arrows] : cases) {
         SCOPED_TRACE(name);
-        ctx.flags.CropToolActive = ctx.flags.FreeResizeActive = ctx.flags.RDMode = true;
         tool.open();
-        EXPECT_FALSE(ctx.flags.CropToolActive || ctx.flags.FreeResizeActive || ctx.flags.RDMode);
-        EXPECT_TRUE(ctx.flags.ColorPickerMode);
-        EXPECT_TRUE(ctx.flags.ToolPanelShown);
         EXPECT_TRUE(isDropper());
         pick(spot);
         EXPECT_TRUE(QTest::qWaitFor([this] { return !looksLike(photo); }));
         arrow.clear();
         way();
         EXPECT_EQ(arrow.count(), arrows);
-        EXPECT_FALSE(ctx.flags.ColorPickerMode);
-        EXPECT_FALSE(ctx.flags.ToolPanelShown);
         EXPECT_FALSE(tool.panel()->isVisible());
         EXPECT_FALSE(tool.chosenColour().isValid());
         EXPECT_FALSE(isDropper());
@@ -219,7 +211,7 @@ TEST_F(ColourFocusToolTest, ASelectionStaysOnlyWhereItMarksSomething) {
     openPhoto();
     mark(2);
     tool.open();
-    EXPECT_TRUE(ctx.flags.SelectionActive);
+    EXPECT_TRUE(ctx.flags.SelectionActive());
     EXPECT_FALSE(ctx.photo.selection().isEmpty());
     const PhotoSelection before = ctx.photo.selection();
     QTest::mousePress(view.viewport(), Qt::LeftButton, {}, viewAt(200, 50));
@@ -230,9 +222,9 @@ TEST_F(ColourFocusToolTest, ASelectionStaysOnlyWhereItMarksSomething) {
     EXPECT_EQ(ctx.photo.selection().box(), before.box());
     EXPECT_EQ(tool.chosenColour(), QColor(photo.pixel(260, 90)));
     tool.close();
-    selection.choose("keySqr");
+    selection.open("keySqr");
     tool.open();
-    EXPECT_FALSE(ctx.flags.SelectionActive);
+    EXPECT_FALSE(ctx.flags.SelectionActive());
 }
 
 } // namespace

@@ -9,7 +9,6 @@
 #include "tools/crop/CropTool.h"
 #include "tools/cut-out/CutOutTool.h"
 #include "tools/select/SelectionOutline.h"
-#include "tools/select/SelectionTool.h"
 #include "widgets/PictureButton.h"
 
 #include <QSignalSpy>
@@ -57,12 +56,10 @@ struct CropWindow : testing::Test {
     void expectClosed() {
         EXPECT_FALSE(panel.isOpen());
         EXPECT_TRUE(panel.isHidden());
-        EXPECT_FALSE(ctx.flags.CropToolActive || ctx.flags.SelectionActive || ctx.flags.ToolPanelShown);
-        EXPECT_EQ(mouse.EditMode, 0);
+        EXPECT_FALSE(ctx.flags.SelectionActive() || crop.excludesOthers() || cutOut.excludesOthers());
         EXPECT_EQ(mouse.tool(), nullptr);
         EXPECT_TRUE(photo.selection().isEmpty());
         EXPECT_EQ(view.viewport()->cursor().shape(), Qt::ArrowCursor);
-        EXPECT_TRUE(enabled.value(enabled.count() - 1).value(0).toBool());
     }
 
     QTemporaryDir folder;
@@ -72,14 +69,14 @@ struct CropWindow : testing::Test {
     PhotoView view{ctx.photo, &window};
     CanvasMouse mouse{ctx.photo, ctx.flags, view};
     SelectionOutline outline{ctx.photo, view};
-    SelectionTool selection{ctx.photo, ctx.flags, mouse, outline};
     CropTool crop{ctx, view, mouse, &window};
-    CropPanel &panel = *crop.panel();
-    CutOutTool cutOut{ctx, view, mouse, panel, selection};
-    QSignalSpy enabled{&panel, &CropPanel::toolsEnabled};
-    QSignalSpy arrow{&panel, &CropPanel::arrowWanted};
-    QSignalSpy tip{&panel, &CropPanel::tipWanted};
-    QSignalSpy said{&panel, &CropPanel::message};
+    CutOutTool cutOut{ctx, view, mouse, outline, &window};
+    CropPanel &panel = *CropPanel::of(&window, ctx);
+    QSignalSpy arrow{&crop, &CropTool::finished};
+    QSignalSpy cutOutArrow{&cutOut, &CutOutTool::finished};
+    QSignalSpy tip{&crop, &CropTool::tipWanted};
+    QSignalSpy cutOutTip{&cutOut, &CutOutTool::tipWanted};
+    QSignalSpy said{&crop, &CropTool::message};
 };
 
 } // namespace lumora::test

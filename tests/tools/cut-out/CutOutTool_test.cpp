@@ -104,17 +104,17 @@ TEST_F(CuttingOut, KeepsWhatIsMarkedOrTheRest) {
 TEST_F(CuttingOut, WithNothingMarkedTheTipIsWantedAndThePhotoStays) {
     const QImage original = photoLike(120, 90);
     EXPECT_FALSE(cutOut.DeleteSelection() || cutOut.InverseDelete()); // no photo
-    EXPECT_EQ(tip.count(), 0);
+    EXPECT_EQ(cutOutTip.count(), 0);
     open(original);
     PhotoSelection beside;
     beside.markRectangle({300, 20, 50, 50});
     for (const PhotoSelection &marked : {PhotoSelection(), beside}) {
-        cutOut.openCutOut();
+        cutOut.open();
         photo.setSelection(marked);
         for (const char *button : {"cmdCropCutNow", "cmdDelInverse"}) {
-            tip.clear();
+            cutOutTip.clear();
             click(button);
-            EXPECT_EQ(tip.count(), 1);
+            EXPECT_EQ(cutOutTip.count(), 1);
             EXPECT_EQ(photo.picCanvas(), original);
             EXPECT_EQ(photo.history().undoSteps(), 0);
             EXPECT_FALSE(photo.PhotoModified());
@@ -124,28 +124,25 @@ TEST_F(CuttingOut, WithNothingMarkedTheTipIsWantedAndThePhotoStays) {
 }
 
 TEST_F(CuttingOut, OpensWithTheLassoAndItsOwnControls) {
-    cutOut.openCutOut(); // without a photo
+    cutOut.open(); // without a photo
     EXPECT_FALSE(panel.isOpen());
     open(photoLike(120, 90));
-    crop.openCrop();
-    ctx.flags.RDMode = true;
-    cutOut.openCutOut(); // in place of the other
+    crop.open();
+    cutOut.open(); // in place of the other
     EXPECT_TRUE(panel.isOpen());
     EXPECT_EQ(mouse.tool(), &cutOut);
-    EXPECT_EQ(mouse.EditMode, 2);
-    EXPECT_TRUE(ctx.flags.SelectionActive);
-    EXPECT_EQ(ctx.flags.SelectionKind, 3);
-    EXPECT_FALSE(ctx.flags.CropToolActive || ctx.flags.RDMode);
-    EXPECT_FALSE(enabled.last().value(0).toBool());
+    EXPECT_TRUE(ctx.flags.SelectionActive());
+    EXPECT_EQ(ctx.flags.SelectionKind(), PhotoSelection::Shape::Lasso);
+    EXPECT_TRUE(cutOut.excludesOthers() && !crop.excludesOthers());
     EXPECT_TRUE(hasTarget(4));
     QTest::mouseMove(view.viewport(), {450, 200});
     EXPECT_TRUE(hasTarget(3));
     EXPECT_EQ(window.findChild<QLabel *>("LN2")->text(), "Cut out - Make a selection and then:");
     EXPECT_TRUE(panel.cmdCropNow()->isHidden());
     EXPECT_TRUE(panel.cmdCropCutNow()->isVisible() && panel.cmdDelInverse()->isVisible());
-    crop.openCrop(); // and back
+    crop.open(); // and back
     EXPECT_EQ(mouse.tool(), &crop);
-    EXPECT_FALSE(ctx.flags.SelectionActive);
+    EXPECT_FALSE(ctx.flags.SelectionActive());
     EXPECT_TRUE(panel.cmdCropCutNow()->isHidden() && panel.cmdDelInverse()->isHidden());
 }
 
@@ -156,13 +153,13 @@ TEST_F(CuttingOut, CutsAlongTheDrawnLineAndCloses) {
     for (const std::vector<QPoint> &line : lines) {
         for (const bool inverse : {false, true}) {
             open(original);
-            cutOut.openCutOut();
+            cutOut.open();
             draw(line);
-            arrow.clear();
+            cutOutArrow.clear();
             click(inverse ? "cmdDelInverse" : "cmdCropCutNow");
             const QImage whole = cutByHand(original, shapes[2].inside, inverse);
             EXPECT_EQ(photo.picCanvas(), inverse ? whole : whole.copy(shapes[2].box));
-            EXPECT_EQ(arrow.count(), 1);
+            EXPECT_EQ(cutOutArrow.count(), 1);
             expectClosed();
         }
     }
@@ -170,7 +167,7 @@ TEST_F(CuttingOut, CutsAlongTheDrawnLineAndCloses) {
 
 TEST_F(CuttingOut, EscapeClearsTheLineAndThenCloses) {
     open(photoLike(120, 90));
-    cutOut.openCutOut();
+    cutOut.open();
     draw({{20, 10}, {80, 10}, {20, 70}});
     ASSERT_FALSE(photo.selection().isEmpty());
     key(Qt::Key_Escape);

@@ -37,7 +37,7 @@ struct PopArtToolTest : test::ColourTools {
     }
 
     PopArtTool tool{ctx, view, mouse, &window};
-    QSignalSpy arrow{&tool, &PopArtTool::arrowWanted};
+    QSignalSpy arrow{&tool, &PopArtTool::finished};
     QSignalSpy message{&tool, &PopArtTool::message};
     QSignalSpy fit{&tool, &PopArtTool::fitWanted};
 };

@@ -35,7 +35,7 @@ struct RedEyeToolTest : test::ColourTools {
     qreal ring() const { return view.viewport()->cursor().pixmap().deviceIndependentSize().width() / 2; }
 
     RedEyeTool tool{ctx, view, mouse, &window};
-    QSignalSpy arrow{&tool, &RedEyeTool::arrowWanted};
+    QSignalSpy arrow{&tool, &RedEyeTool::finished};
 };
 
 TEST_F(RedEyeToolTest, AClickTakesRedOutOfTheDiscAsOneSmallStep) {
@@ -164,24 +164,20 @@ TEST_F(RedEyeToolTest, StartingAndEveryWayOutSetTheFlags) {
     } cases[] = {{"close", [this] { tool.close(); }, 0},
                  {"exit button", [this] { press("cmdExitPnlRedEye"); }, 1},
                  {"Esc", [this] { QTest::keyClick(&view, Qt::Key_Escape); }, 1},
-                 {"another tool", [this] { selection.choose("keySqr"); }, 0},
+                 {"another tool", [this] { selection.open("keySqr"); }, 0},
                  {"the arrow", [this] { mouse.setTool(nullptr); }, 0}};
     for (const auto &[name, way, arrows] : cases) {
         SCOPED_TRACE(name);
         mark(1);
-        ctx.flags.CropToolActive = ctx.flags.FreeResizeActive = ctx.flags.ColorPickerMode = true;
         tool.open();
         EXPECT_TRUE(tool.RDMode());
-        EXPECT_TRUE(ctx.flags.ToolPanelShown);
         EXPECT_TRUE(tool.panel()->isOpen());
         EXPECT_FALSE(ctx.photo.selection().isShown());
-        EXPECT_FALSE(ctx.flags.SelectionActive || ctx.flags.CropToolActive || ctx.flags.FreeResizeActive ||
-                     ctx.flags.ColorPickerMode);
+        EXPECT_FALSE(ctx.flags.SelectionActive());
         arrow.clear();
         way();
         EXPECT_EQ(arrow.count(), arrows);
         EXPECT_FALSE(tool.RDMode());
-        EXPECT_FALSE(ctx.flags.ToolPanelShown);
         EXPECT_FALSE(tool.panel()->isVisible());
         EXPECT_NE(mouse.tool(), &tool);
     }

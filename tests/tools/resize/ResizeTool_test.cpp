@@ -65,8 +65,7 @@ struct ResizeToolTest : testing::Test {
     CanvasMouse mouse{ctx.photo, ctx.flags, view};
     ResizeTool resize{ctx, view, mouse, &window};
     const ResizeByHand &hand = resize.byHand();
-    QSignalSpy enabled{&resize, &ResizeTool::toolsEnabled};
-    QSignalSpy arrow{&resize, &ResizeTool::arrowWanted};
+    QSignalSpy arrow{&resize, &ResizeTool::finished};
     QSignalSpy notice{&resize, &ResizeTool::noticeWanted};
     QSignalSpy said{&resize, &ResizeTool::message};
 };
@@ -194,25 +193,25 @@ TEST_F(ResizeToolTest, ThePanelComesAndGoes) {
     resize.open(); // without a photo
     EXPECT_FALSE(resize.panel()->isOpen());
     open(test::photoLike(90, 70));
-    ctx.flags.SelectionActive = ctx.flags.RDMode = ctx.flags.CropToolActive = ctx.flags.ColorPickerMode = true;
+    ctx.flags.startSelection(PhotoSelection::Shape::Lasso);
     resize.open();
     EXPECT_TRUE(resize.panel()->isOpen());
     EXPECT_EQ(resize.panel()->titleLabel()->text(), "ReSize Tool");
-    EXPECT_TRUE(ctx.flags.FreeResizeActive && ctx.flags.ToolPanelShown);
-    EXPECT_FALSE(ctx.flags.SelectionActive || ctx.flags.RDMode || ctx.flags.CropToolActive ||
-                 ctx.flags.ColorPickerMode);
+    EXPECT_TRUE(resize.FreeResizeActive());
+    EXPECT_FALSE(ctx.flags.SelectionActive());
+    QTest::mouseClick(view.viewport(), Qt::LeftButton); // on the photo, where it counts as a change
+    EXPECT_TRUE(ctx.photo.PhotoModified());
     resize.panel()->closeButton()->click();
-    EXPECT_FALSE(resize.isOpen() || ctx.flags.FreeResizeActive || ctx.flags.ToolPanelShown);
+    EXPECT_FALSE(resize.FreeResizeActive());
     EXPECT_EQ(arrow.count(), 1);
     resize.open();
     resize.close();
-    EXPECT_FALSE(resize.panel()->isOpen() || ctx.flags.FreeResizeActive);
+    EXPECT_FALSE(resize.panel()->isOpen() || resize.FreeResizeActive());
     EXPECT_EQ(arrow.count(), 1);
-    EXPECT_EQ(enabled.count(), 0);
     resize.open();
     control<PictureButton>("cmdFreeResize")->click();
     EXPECT_FALSE(resize.panel()->isOpen());
-    EXPECT_TRUE(hand.isActive() && ctx.flags.FreeResizeActive);
+    EXPECT_TRUE(hand.isActive() && resize.FreeResizeActive());
     EXPECT_EQ(arrow.count(), 1);
     resize.close();
     resize.open(); // from now on freely
@@ -236,12 +235,10 @@ TEST_F(ResizeToolTest, EachHandleDragsItsSides) {
             EXPECT_EQ(photo(), scaled(before, size.width(), size.height()));
             EXPECT_EQ(steps(), first + 1);
             EXPECT_TRUE(ctx.photo.PhotoModified());
-            EXPECT_EQ(ctx.flags.ResizeFrame, QRect(QPoint(), size));
             ctx.photo.PerformUndo();
             EXPECT_EQ(photo(), before);
             EXPECT_TRUE(hand.isActive()); // the frame stays
             EXPECT_EQ(hand.frame(), view.photoRect());
-            EXPECT_EQ(ctx.flags.ResizeFrame, before.rect());
             resize.close();
         }
     }
@@ -303,17 +300,15 @@ TEST_F(ResizeToolTest, SidesKeepToTheirLimits) {
 TEST_F(ResizeToolTest, AClickBeyondTheFrameEnds) {
     open(test::photoLike(200, 160));
     startByHand();
-    EXPECT_EQ(ctx.flags.canvasToolMode, 2);
-    EXPECT_EQ(enabled.takeFirst().at(0), false);
+    EXPECT_TRUE(resize.excludesOthers());
     const int first = steps();
     const QPoint corner = view.photoRect().topLeft().toPoint();
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, corner - QPoint(5, 5));
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.photoRect().center().toPoint());
     EXPECT_TRUE(hand.isActive());
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, corner - QPoint(7, 7));
-    EXPECT_FALSE(hand.isActive() || resize.isOpen() || ctx.flags.FreeResizeActive);
-    EXPECT_EQ(ctx.flags.canvasToolMode, 0);
-    EXPECT_EQ(enabled.takeFirst().at(0), true);
+    EXPECT_FALSE(hand.isActive() || resize.FreeResizeActive());
+    EXPECT_FALSE(resize.excludesOthers());
     EXPECT_EQ(steps(), first);
     EXPECT_EQ(view.viewport()->cursor().shape(), Qt::ArrowCursor);
 }
@@ -335,7 +330,7 @@ TEST_F(ResizeToolTest, EscDropsTheDragAndThenEnds) {
     EXPECT_EQ(steps(), first);
     EXPECT_TRUE(hand.isActive());
     QTest::keyClick(&view, Qt::Key_Escape);
-    EXPECT_FALSE(hand.isActive() || resize.isOpen());
+    EXPECT_FALSE(hand.isActive() || resize.FreeResizeActive());
     EXPECT_EQ(arrow.count(), 1);
 }
 
@@ -350,7 +345,7 @@ TEST_F(ResizeToolTest, DoneEndsAndHidesNoHandle) {
     }
     done->click();
     EXPECT_TRUE(done->isHidden());
-    EXPECT_FALSE(hand.isActive() || resize.isOpen());
+    EXPECT_FALSE(hand.isActive() || resize.FreeResizeActive());
     EXPECT_EQ(arrow.count(), 1);
 }
 
@@ -363,7 +358,7 @@ TEST_F(ResizeToolTest, AnotherToolEndsADragHalfWay) {
     press(handle({1, 1}));
     move(handle({1, 1}) + QPoint(60, 30));
     mouse.setTool(nullptr);
-    EXPECT_FALSE(hand.isActive() || resize.isOpen() || ctx.flags.FreeResizeActive);
+    EXPECT_FALSE(hand.isActive() || resize.FreeResizeActive());
     EXPECT_EQ(photo(), before);
     EXPECT_EQ(steps(), first);
     EXPECT_EQ(seen(), plain);

@@ -76,10 +76,10 @@ TEST(GridSetting, showsTheGridInFreeRotationOnlyWhenItIsOne) {
         AppContext ctx{Installation{folder.path()}};
         PhotoView view(ctx.photo);
         CanvasMouse mouse(ctx.photo, ctx.flags, view);
-        RotateTool rotate(ctx, view, mouse, nullptr);
+        RotateTool rotate(ctx, view, mouse, nullptr, nullptr);
         ctx.photo.openPicture({.picture = test::photoLike(50, 40), .reason = {}}, PhotoDocument::OpenRoute::LoadPhoto);
         ctx.fields.txtGrid = row.setting;
-        rotate.choose(row.key);
+        rotate.open(row.key);
         EXPECT_EQ(rotate.grid().GridShown(), row.shown) << row.setting << " " << row.key;
         mouse.setTool(nullptr);
         EXPECT_FALSE(rotate.grid().GridShown());

@@ -29,7 +29,7 @@ struct RotateToolTest : testing::Test {
     const QImage &photo() { return ctx.photo.picCanvas(); }
     int steps() { return ctx.photo.history().undoSteps(); }
 
-    void startByHand() { rotate.choose("keyRotate4"); }
+    void startByHand() { rotate.open("keyRotate4"); }
     /// Where the hand has to be to turn by that many degrees from the grabbed point.
     QPoint turnedBy(QPointF grabbed, double degrees) {
         const QPointF from = grabbed - hand.pivot();
@@ -60,10 +60,10 @@ struct RotateToolTest : testing::Test {
     QWidget window;
     PhotoView view{ctx.photo, &window};
     CanvasMouse mouse{ctx.photo, ctx.flags, view};
-    RotateTool rotate{ctx, view, mouse, &window};
+    FloatingToolbar FT2{"FT2", &window};
+    RotateTool rotate{ctx, view, mouse, &FT2, &window};
     const RotateByHand &hand = rotate.byHand();
-    QSignalSpy enabled{&rotate, &RotateTool::toolsEnabled};
-    QSignalSpy arrow{&rotate, &RotateTool::arrowWanted};
+    QSignalSpy arrow{&rotate, &RotateTool::finished};
 };
 
 TEST_F(RotateToolTest, TurnsAtOnceAndBackToTheBit) {
@@ -78,13 +78,13 @@ TEST_F(RotateToolTest, TurnsAtOnceAndBackToTheBit) {
             SCOPED_TRACE(row.key);
             const QImage before = test::photoLike(131, 77, transparent);
             open(before);
-            ctx.flags.SelectionActive = ctx.flags.RDMode = true;
+            ctx.flags.startSelection(PhotoSelection::Shape::Lasso);
             const int stepsBefore = steps();
-            rotate.choose(row.key);
+            rotate.open(row.key);
             EXPECT_EQ(photo(), row.turn(before));
             EXPECT_EQ(ctx.photo.picThumb(), photo());
             EXPECT_TRUE(ctx.photo.PhotoModified());
-            EXPECT_FALSE(ctx.flags.SelectionActive || ctx.flags.RDMode);
+            EXPECT_FALSE(ctx.flags.SelectionActive());
             EXPECT_EQ(steps(), stepsBefore + 1);
             ctx.photo.PerformUndo();
             EXPECT_EQ(photo(), before);
@@ -98,20 +98,19 @@ TEST_F(RotateToolTest, TurnsAtOnceAndBackToTheBit) {
 
 TEST_F(RotateToolTest, NothingHappensWithoutAPhotoOrForAnotherKey) {
     for (const char *key : {"keyRotate1", "keyRotate4", "keyOther"}) {
-        rotate.choose(key);
+        rotate.open(key);
     }
     rotate.RotatePic180();
     EXPECT_TRUE(photo().isNull());
     EXPECT_FALSE(rotate.FreeRotateActive());
     open(test::photoLike(40, 30));
     const int before = steps();
-    rotate.choose("keyOther");
+    rotate.open("keyOther");
     EXPECT_EQ(steps(), before);
-    EXPECT_EQ(enabled.count(), 0);
+    EXPECT_FALSE(rotate.excludesOthers());
 }
 
 TEST_F(RotateToolTest, PreviewsShowWhatTheItemsDo) {
-    FloatingToolbar FT2("FT2", &window);
     for (const char *key : {"keyRotate1", "keyRotate2", "keyRotate3", "keyRotate4"}) {
         FT2.addItem(key, "tool5");
     }
@@ -120,7 +119,7 @@ TEST_F(RotateToolTest, PreviewsShowWhatTheItemsDo) {
         picture.setDevicePixelRatio(1);
         return picture;
     };
-    rotate.CreateTHMRorationSFX(FT2);
+    rotate.CreateTHMRorationSFX();
     EXPECT_TRUE(FT2.item("keyRotate1")->picture().isNull());
     const struct {
         QSize photo, preview;
@@ -132,7 +131,7 @@ TEST_F(RotateToolTest, PreviewsShowWhatTheItemsDo) {
     for (const auto &row : rows) {
         SCOPED_TRACE(row.photo.width());
         open(test::photoLike(row.photo.width(), row.photo.height()));
-        rotate.CreateTHMRorationSFX(FT2);
+        rotate.CreateTHMRorationSFX();
         const QImage upright = flippedVertically(preview("keyRotate2"));
         EXPECT_EQ(upright.size(), row.preview * view.devicePixelRatioF());
         EXPECT_EQ(preview("keyRotate1"), quarterTurnedAnticlockwise(upright));
@@ -298,19 +297,19 @@ TEST_F(RotateToolTest, EndsCleanlyFromTheMiddleOfADrag) {
     startByHand();
     EXPECT_TRUE(rotate.FreeRotateActive());
     EXPECT_TRUE(rotate.grid().GridShown());
-    EXPECT_EQ(enabled.takeFirst().at(0), false);
+    EXPECT_TRUE(rotate.excludesOthers());
     EXPECT_NE(view.viewport()->cursor().shape(), Qt::ArrowCursor);
     dragHandle(40, {}, false);
     mouse.setTool(nullptr); // as another tool does that becomes current
     EXPECT_FALSE(rotate.FreeRotateActive());
     EXPECT_FALSE(rotate.grid().GridShown());
-    EXPECT_EQ(enabled.takeFirst().at(0), true);
+    EXPECT_FALSE(rotate.excludesOthers());
     EXPECT_EQ(view.viewport()->cursor().shape(), Qt::ArrowCursor);
     EXPECT_EQ(photo(), before);
     EXPECT_EQ(steps(), first);
     EXPECT_EQ(seen(), plain);
     rotate.close();
-    EXPECT_EQ(enabled.count(), 0);
+    EXPECT_FALSE(rotate.excludesOthers());
 }
 
 TEST_F(RotateToolTest, AnotherPhotoIsTheOneToStartFrom) {

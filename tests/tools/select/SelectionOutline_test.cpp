@@ -149,7 +149,7 @@ TEST_F(Outline, liesRightOnFinerScreensToo) {
 TEST_F(Outline, movesWithThePhotoPixelForPixel) {
     zoomTo(230);
     scrollTo(100, 100);
-    selection.choose("keyLasso");
+    selection.open("keyLasso");
     press({30, 30});
     for (int i = 0; i < 40; ++i) {
         move({200 + int(150 * std::cos(i * 0.9)), 140 + int(110 * std::sin(i * 0.7))});
@@ -213,7 +213,7 @@ TEST_F(Outline, repaintsOnlyWhatChanges) {
         counter.painted = 0;
     };
     view.viewport()->installEventFilter(&counter);
-    selection.choose("keyLasso");
+    selection.open("keyLasso");
     press({50, 50});
     for (int i = 0; i < 5000; ++i) {
         move({50 + i % 300, 50 + (i * 7) % 200});

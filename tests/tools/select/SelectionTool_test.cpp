@@ -41,49 +41,44 @@ TEST_F(Selecting, choosesAToolByItsKey) {
     struct Row {
         const char *key;
         bool simple;
-        int kind;
+        PhotoSelection::Shape kind;
         const char *icon;
         int target;
-        int editMode;
     };
     const Row rows[] = {
-        {"keySqr", false, 1, "tool2-rectangle", 3, 0},  {"keyCircle", false, 2, "tool2-ellipse", 3, 0},
-        {"keyLasso", false, 3, "tool2-lasso", 4, 2},    {"keySqr", true, 1, "tool2-rectangle", 3, 0},
-        {"keyLasso", true, 3, "tool2-rectangle", 4, 2}, {"keyCircle", true, 2, "tool2-ellipse", 3, 0},
+        {"keySqr", false, Shape::Rectangle, "tool2-rectangle", 3},
+        {"keyCircle", false, Shape::Ellipse, "tool2-ellipse", 3},
+        {"keyLasso", false, Shape::Lasso, "tool2-lasso", 4},
+        {"keySqr", true, Shape::Rectangle, "tool2-rectangle", 3},
+        {"keyLasso", true, Shape::Lasso, "tool2-rectangle", 4},
+        {"keyCircle", true, Shape::Ellipse, "tool2-ellipse", 3},
     };
     open(photoLike(100, 80));
     QStringList icons;
-    QObject::connect(&selection, &SelectionTool::chosen, [&](const QString &icon) { icons << icon; });
+    QObject::connect(&selection, &SelectionTool::iconChanged, [&](const QString &icon) { icons << icon; });
     for (const Row &row : rows) {
         SCOPED_TRACE(row.key);
         mouse.setTool(nullptr);
         flags = ToolFlags();
         flags.SimpleModeOn = row.simple;
-        flags.RDMode = flags.FreeResizeActive = flags.CropToolActive = flags.ColorPickerMode = true;
-        flags.canvasToolMode = 2;
-        mouse.MoveMode = true;
         PhotoSelection marked;
         marked.markEllipse({10, 10, 20, 20});
         photo.setSelection(marked);
         icons.clear();
-        selection.choose(row.key);
+        EXPECT_TRUE(selection.open(row.key));
         EXPECT_EQ(icons, QStringList{row.icon});
         EXPECT_EQ(target(), row.target);
-        EXPECT_TRUE(flags.SelectionActive);
-        EXPECT_EQ(flags.SelectionKind, row.kind);
-        EXPECT_EQ(mouse.EditMode, row.editMode);
-        EXPECT_FALSE(flags.RDMode || flags.FreeResizeActive || flags.CropToolActive || flags.ColorPickerMode ||
-                     mouse.MoveMode);
-        EXPECT_EQ(flags.canvasToolMode, 0);
+        EXPECT_TRUE(flags.SelectionActive());
+        EXPECT_EQ(flags.SelectionKind(), row.kind);
         EXPECT_EQ(photo.selection().box(), nothing);
         EXPECT_EQ(mouse.tool(), &selection);
     }
     mouse.setTool(nullptr);
-    flags.SelectionActive = false;
+    flags.endSelection();
     icons.clear();
-    selection.choose("keyRotate1");
+    EXPECT_FALSE(selection.open("keyRotate1"));
     EXPECT_TRUE(icons.isEmpty());
-    EXPECT_FALSE(flags.SelectionActive);
+    EXPECT_FALSE(flags.SelectionActive());
     EXPECT_EQ(mouse.tool(), nullptr);
 }
 
@@ -115,7 +110,7 @@ TEST_F(Selecting, marksTheBoxOfADrag) {
                     continue; // between the view's pixels
                 }
                 const bool round = QString(key) == "keyCircle";
-                selection.choose(key);
+                selection.open(key);
                 dragOver(row.from, row.to);
                 const QRect expected = round ? row.ellipse : row.rectangle;
                 EXPECT_EQ(photo.selection().box(), expected);
@@ -139,7 +134,7 @@ TEST_F(Selecting, marksTheBoxOfADrag) {
 TEST_F(Selecting, marksWhileTheMouseMoves) {
     open(photoLike(100, 80), 200);
     for (const char *key : {"keySqr", "keyCircle"}) {
-        selection.choose(key);
+        selection.open(key);
         press(viewAt(10, 10));
         EXPECT_EQ(photo.selection().box(), nothing);
         move(viewAt(60, 50));
@@ -157,7 +152,7 @@ TEST_F(Selecting, marksWhileTheMouseMoves) {
 
 TEST_F(Selecting, aLassoMarksWhatItGoesRound) {
     open(photoLike(100, 80), 200);
-    selection.choose("keyLasso");
+    selection.open("keyLasso");
     lasso({{10, 10}, {60, 10}, {10, 60}});
     EXPECT_EQ(photo.selection().shape(), Shape::Lasso);
     EXPECT_EQ(photo.selection().box(), QRect(10, 10, 50, 50));
@@ -190,7 +185,7 @@ TEST_F(Selecting, aLassoMarksWhatItGoesRound) {
 
 TEST_F(Selecting, aLassoOfThirtyThousandPoints) {
     open(photoLike(400, 300));
-    selection.choose("keyLasso");
+    selection.open("keyLasso");
     constexpr int count = 30'000;
     const auto point = [](int i) { // round and round, nearer each time
         const double radius = 140 - i * 100.0 / count;
@@ -217,12 +212,12 @@ TEST_F(Selecting, escapeClearsAndEndsADrag) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
     for (const char *key : {"keySqr", "keyCircle", "keyLasso"}) {
         SCOPED_TRACE(key);
-        selection.choose(key);
+        selection.open(key);
         lasso({{10, 10}, {60, 10}, {60, 60}});
         ASSERT_FALSE(photo.selection().isEmpty());
         QTest::keyClick(&view, Qt::Key_Escape);
         EXPECT_TRUE(photo.selection().isEmpty());
-        EXPECT_TRUE(flags.SelectionActive);
+        EXPECT_TRUE(flags.SelectionActive());
 
         press(viewAt(10, 10));
         move(viewAt(60, 10));
@@ -247,7 +242,7 @@ TEST_F(Selecting, aDragEndsWithItsPhotoAndItsTool) {
         SCOPED_TRACE(key);
         for (const auto &end : {std::function<void()>([this] { photo.PerformUndo(); }),
                                 std::function<void()>([this] { mouse.setTool(nullptr); })}) {
-            selection.choose(key);
+            selection.open(key);
             press(viewAt(10, 10));
             move(viewAt(40, 20));
             move(viewAt(40, 40));
@@ -262,8 +257,8 @@ TEST_F(Selecting, aDragEndsWithItsPhotoAndItsTool) {
     // Without a tool, and with a tool whose effect has ended it, nothing is marked.
     mouse.clearMarked();
     dragOver({10, 10}, {40, 40});
-    selection.choose("keySqr");
-    flags.SelectionActive = false;
+    selection.open("keySqr");
+    flags.endSelection();
     dragOver({10, 10}, {40, 40});
     EXPECT_TRUE(photo.selection().isEmpty());
 }
@@ -273,7 +268,7 @@ TEST_F(Selecting, marksOnWhileTheEdgeScrolls) {
     for (const char *key : {"keySqr", "keyCircle"}) {
         SCOPED_TRACE(key);
         scrollTo(1000, 700);
-        selection.choose(key);
+        selection.open(key);
         press({100, 100});
         move({500, 120}); // beyond the view, and there it rests
         ASSERT_TRUE(QTest::qWaitFor([this] { return view.horizontalScrollBar()->value() > 1100; }));
