@@ -3,6 +3,7 @@
 #include "Controls.h"
 #include "ideas/frmSamples.h"
 #include "session/AppContext.h"
+#include "tools/canvas/DoneButton.h"
 #include "view/PhotoView.h"
 #include "widgets/CommandBar.h"
 #include "widgets/FloatingToolbar.h"
@@ -41,8 +42,6 @@ const char *const leftAlone[] = {
 
 /// Come and go with the photo's history and with what the desktop holds.
 const char *const changing[] = {"keyUndo", "keyRedo", "keyPaste"};
-
-constexpr int freeResizing = 2; ///< canvasToolMode
 
 template <typename Widget> QList<Widget *> visible(const frmMain &window) {
     QList<Widget *> found = window.findChildren<Widget *>();
@@ -168,7 +167,7 @@ std::function<QString()> orderOf(const frmMain &window, AppContext &context) {
             return cursor;
         }
         // While the photo is sized or turned by hand only the Arrow tool can be chosen.
-        const bool isByHand = context.flags.canvasToolMode == freeResizing || context.flags.FreeRotateActive;
+        const bool isByHand = !visible<DoneButton>(window).isEmpty();
         for (const PictureButton *tool : tools) {
             if (tool != nullptr && !tool->isEnabled() && !isByHand) {
                 return QString("%1 is disabled").arg(nameOf(*tool));

@@ -16,10 +16,6 @@ QString yesNo(bool value) {
     return value ? "1" : "0";
 }
 
-QString rectangle(const QRect &rect) {
-    return QString("%1,%2,%3,%4").arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height());
-}
-
 } // namespace
 
 void LumoraProgram::setting(const QString &section, const QString &key, const QString &value) {
@@ -97,15 +93,8 @@ Program::State LumoraProgram::state() const {
         {"PhotoLoaded", yesNo(photo.PhotoLoaded())},
         {"PhotoModified", yesNo(photo.PhotoModified())},
         {"SimpleModeOn", yesNo(flags.SimpleModeOn)},
-        {"SelectionActive", yesNo(flags.SelectionActive)},
-        {"SelectionKind", QString::number(flags.SelectionKind)},
-        {"FreeResizeActive", yesNo(flags.FreeResizeActive)},
-        {"ResizeFrame", rectangle(flags.ResizeFrame)},
-        {"EffectChosen", yesNo(flags.EffectChosen)},
-        {"ToolPanelShown", yesNo(flags.ToolPanelShown)},
-        {"ExitPending", yesNo(flags.ExitPending)},
-        {"SaveThenLeave", yesNo(flags.SaveThenLeave)},
-        {"ScanNow", yesNo(flags.ScanNow)},
+        {"SelectionActive", yesNo(flags.SelectionActive())},
+        {"SelectionKind", QString::number(static_cast<int>(flags.SelectionKind()))},
         {"size", QString("%1x%2").arg(photo.picCanvas().width()).arg(photo.picCanvas().height())},
         {"zoom", QString::number(photo.zoom())},
         {"magnify", yesNo(photo.magnify())},
