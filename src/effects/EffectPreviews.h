@@ -11,6 +11,7 @@ namespace lumora {
 
 struct AppContext;
 class FloatingToolbar;
+enum class EffectGroup;
 
 /// What other tools make their small pictures with. Each is called in a turn of the event loop of its own, after the
 /// effects; empty ones are passed over.
@@ -27,7 +28,7 @@ class EffectPreviews : public QObject {
   public:
     static constexpr int delay = 60; ///< milliseconds after a change: the photo is shown first
 
-    /// Sets the pictures of the items of both lists, keySFX1 to keySFX12 and those of the basic effects.
+    /// Sets the pictures of the items of both lists: those of the basic and of the special effects.
     EffectPreviews(AppContext &ctx, FloatingToolbar *FT3, FloatingToolbar *FT4, QObject *parent = nullptr);
 
     PreviewMakers makers;
@@ -35,7 +36,7 @@ class EffectPreviews : public QObject {
     /// Begins to make all small pictures of the photo as it is now, one a turn of the event loop. What was still to be
     /// made of an earlier photo is dropped.
     void SetupFoto4FX();
-    /// The twelve special effects alone.
+    /// Those of the effects alone.
     void CreateThumbnailSFX();
     bool isDone() const { return m_jobs.empty() && !tmrLoadFX.isActive(); }
 
@@ -43,8 +44,7 @@ class EffectPreviews : public QObject {
     void done();
 
   private:
-    void addBasic();
-    void addSpecial();
+    void add(EffectGroup group, FloatingToolbar *bar);
     void next();
 
     AppContext &m_ctx;

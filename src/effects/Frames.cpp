@@ -2,6 +2,7 @@
 
 #include "imaging/EffectEngine.h"
 #include "imaging/Scale.h"
+#include "imaging/transforms/FrameOverlay.h"
 #include "session/AppContext.h"
 #include "widgets/FloatingToolbar.h"
 
@@ -49,15 +50,13 @@ bool Frames::pick(const QString &key) {
 QImage Frames::inFrame(int n, const QImage &photo) {
     EffectEngine PixTwix1;
     PixTwix1.setPicture(photo);
-    PixTwix1.setOverlay(m_artwork.picture(n, photo.size()));
-    return PixTwix1.frameOverlay(false) ? PixTwix1.picture() : QImage();
+    return PixTwix1.apply({framed, m_artwork.picture(n, photo.size())}, false) ? PixTwix1.picture() : QImage();
 }
 
 bool Frames::fFramePicture(int n) {
     if (!isFrame(n) || m_ctx.photo.picCanvas().isNull()) {
         return true;
     }
-    m_ctx.flags.EffectChosen = true;
     Q_EMIT hideFloatingToolbars();
     QImage picFrame1;
     m_ctx.longWork.run([&] { picFrame1 = inFrame(n, m_ctx.photo.picThumb()); });
@@ -72,7 +71,6 @@ QImage Frames::fFrameThumbnail(int n) {
     if (!isFrame(n) || photo.isNull()) {
         return {};
     }
-    m_ctx.flags.EffectChosen = true;
     Q_EMIT hideFloatingToolbars();
     const QImage picFrame1 = inFrame(n, photo);
     QImage shown = icon(picFrame1.isNull() ? photo : picFrame1);

@@ -1,5 +1,7 @@
 #include "effects/EffectsPanel.h"
 
+#include "imaging/EffectEngine.h"
+#include "imaging/effects/Mosaic.h"
 #include "session/AppContext.h"
 #include "support/TestPictures.h"
 #include "view/PhotoView.h"
@@ -64,14 +66,11 @@ TEST_F(EffectsPanelTest, APickAppliesAtOnceOrOpensTheBoxAsTheSettingSays) {
         SCOPED_TRACE(setting + std::string(" ") + key);
         ctx.fields.txtSFX = setting;
         ctx.flags.RDMode = true;
-        ctx.flags.EffectChosen = false;
         panel.pick(key);
         EXPECT_EQ(ctx.photo.picCanvas() != photo, changes);
         EXPECT_EQ(panel.isOpen(), opens);
-        EXPECT_EQ(ctx.flags.SFXPanelOpen, opens);
-        EXPECT_EQ(ctx.flags.SelectedSFX, picked);
+        EXPECT_EQ(panel.SelectedSFX(), picked);
         EXPECT_EQ(ctx.flags.RDMode, key == std::string("keySFX13"));
-        EXPECT_EQ(ctx.flags.EffectChosen, key != std::string("keySFX13"));
         if (changes) {
             ctx.photo.PerformUndo();
         }
@@ -90,34 +89,35 @@ TEST_F(EffectsPanelTest, PickingAnotherEffectSwitchesBoxAndCaption) {
         }
         EXPECT_EQ(panel.geometry().bottom(), window.rect().bottom());
     }
-    EXPECT_TRUE(ctx.flags.PanelAnimating);
-    EXPECT_TRUE(ctx.flags.SFXPanelOpening);
 }
 
 TEST_F(EffectsPanelTest, SlidersReachTheirValuesAndClosingRestoresThem) {
     openBox(1);
-    for (const EffectSlider &row : effectSliders()) {
-        SCOPED_TRACE(row.name);
-        const auto value = [&] { return effects.advancedValues(row.effect).at(static_cast<size_t>(row.index)); };
+    const auto eachSlider = [](const auto &look) {
+        for (const Effect &effect : lumora::effects(EffectGroup::Special)) {
+            for (size_t i = 0; i < effect.sliders.size(); ++i) {
+                SCOPED_TRACE(effect.sliders[i].name);
+                look(effect, i, effect.sliders[i]);
+            }
+        }
+    };
+    eachSlider([this](const Effect &effect, size_t i, const EffectSlider &row) {
         auto *slider = control<QSlider>(row.name);
-        const int standard = specialEffect(row.effect)->advanced.at(static_cast<size_t>(row.index));
-        EXPECT_EQ(slider->value(), standard);
+        EXPECT_EQ(slider->value(), effect.advanced.at(i));
         for (const int set : {row.most, row.least}) {
             slider->setValue(set);
-            EXPECT_EQ(value(), set);
+            EXPECT_EQ(effects.advancedValues(effect.number).at(i), set);
         }
-    }
+    });
     control<QSlider>("sldAngle")->setValue(45);
     press("optReflection3");
     press("cmdpnlSFXExit");
-    for (const SpecialEffect &effect : specialEffects()) {
-        EXPECT_EQ(effects.advancedValues(effect.number), effect.advanced) << effect.text;
+    for (const Effect &effect : lumora::effects(EffectGroup::Special)) {
+        EXPECT_EQ(effects.advancedValues(effect.number), effect.advanced) << effect.name;
     }
-    for (const EffectSlider &row : effectSliders()) {
-        EXPECT_EQ(control<QSlider>(row.name)->value(),
-                  specialEffect(row.effect)->advanced.at(static_cast<size_t>(row.index)))
-            << row.name;
-    }
+    eachSlider([this](const Effect &effect, size_t i, const EffectSlider &row) {
+        EXPECT_EQ(control<QSlider>(row.name)->value(), effect.advanced.at(i));
+    });
     EXPECT_EQ(control<QLineEdit>("txtAngle")->text(), "-30");
     EXPECT_TRUE(control<PictureButton>("optReflection1")->isChecked());
 }
@@ -132,7 +132,7 @@ TEST_F(EffectsPanelTest, ApplyTakesTheSlidersWhateverTheSettingSays) {
     EXPECT_EQ(applied.count(), 1);
     EffectEngine engine;
     engine.setPicture(photo);
-    ASSERT_TRUE(engine.mosaic(31, 7, false));
+    ASSERT_TRUE(engine.apply({applyMosaic, {31, 7}}, false));
     EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), engine.picture()), QPoint(-1, -1));
     EXPECT_TRUE(panel.isOpen());
 }
@@ -148,7 +148,6 @@ TEST_F(EffectsPanelTest, ClosingLeavesNoSelectionBehind) {
         QTest::keyClick(&panel, Qt::Key_Escape);
         EXPECT_FALSE(panel.isVisible());
         EXPECT_FALSE(ctx.flags.SelectionActive);
-        EXPECT_FALSE(ctx.flags.SFXPanelOpen);
         EXPECT_FALSE(ctx.photo.selection().isShown());
         EXPECT_EQ(tool.count(), n == 5 ? 0 : 1) << n;
     }

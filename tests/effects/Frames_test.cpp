@@ -115,7 +115,6 @@ TEST_F(FramesTest, AFrameIsOneUndoStepAndTheSecondGoesAroundTheFirst) {
     EXPECT_TRUE(frames.pick(QStringLiteral("keyFrame2")));
     const QImage once = ctx.photo.picCanvas();
     EXPECT_FALSE(ctx.flags.RDMode);
-    EXPECT_TRUE(ctx.flags.EffectChosen);
     EXPECT_TRUE(ctx.flags.SelectionActive) << "a frame drops nothing of the selection";
     EXPECT_TRUE(ctx.photo.PhotoModified());
     EXPECT_EQ(ctx.photo.picThumb(), once);
@@ -162,11 +161,9 @@ TEST_F(FramesTest, IconsShowThePhotoInItsFrame) {
                                              {{10, 3000}, {1, 120}}};
     for (const auto &[photo, icon] : cases) {
         open(photo);
-        ctx.flags.EffectChosen = false;
         for (int n = 1; n <= frameCount; ++n) {
             EXPECT_EQ(frames.fFrameThumbnail(n).size(), icon) << n << ": " << photo.width() << " x " << photo.height();
         }
-        EXPECT_TRUE(ctx.flags.EffectChosen);
         EXPECT_FALSE(ctx.photo.PhotoModified()) << "an icon changes nothing";
     }
     open({450, 300});

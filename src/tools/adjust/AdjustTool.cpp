@@ -1,6 +1,7 @@
 #include "tools/adjust/AdjustTool.h"
 
-#include "effects/ColourAdjustments.h"
+#include "effects/EffectTable.h"
+#include "imaging/EffectEngine.h"
 #include "session/AppContext.h"
 #include "tools/adjust/AdjustPanel.h"
 #include "tools/canvas/CanvasMouse.h"
@@ -8,7 +9,6 @@
 #include "tools/select/SelectionTool.h"
 #include "view/PhotoView.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace lumora {
@@ -16,23 +16,21 @@ namespace lumora {
 namespace {
 
 constexpr QSize itemPicture(120, 120); // pixels of FT6's pictures
-const char *const titles[] = {"Brightness", "Contrast", "Saturation"};
 
 bool isKind(int kind) {
-    return kind >= 1 && kind <= int(colourAdjustments().size());
+    return findEffect(EffectGroup::Adjustment, kind) != nullptr;
 }
 
 /// The operation of a kind.
-EffectOperation operation(int kind, int amount) {
-    const auto apply = colourAdjustments()[size_t(kind) - 1].apply;
-    return [apply, amount](EffectEngine &engine, bool region) { return (engine.*apply)(region, amount); };
+Operation operation(int kind, int amount) {
+    return operationOf(*findEffect(EffectGroup::Adjustment, kind), false, {amount});
 }
 
 /// The picture as the adjustment makes it; as it is where the engine refuses.
 QImage adjusted(const QImage &picture, int kind, int amount) {
     EffectEngine engine;
     engine.setPicture(picture);
-    operation(kind, amount)(engine, false);
+    engine.apply(operation(kind, amount), false);
     return engine.picture();
 }
 
@@ -60,16 +58,14 @@ SlidingPanel *AdjustTool::panel() const {
 }
 
 void AdjustTool::open(const QString &key) {
-    const auto rows = colourAdjustments();
-    const auto row = std::ranges::find(rows, key, &ColourAdjustment::key);
-    if (row == rows.end() || m_ctx.photo.picCanvas().isNull()) {
+    const Effect *adjustment = findEffect(EffectGroup::Adjustment, key);
+    if (adjustment == nullptr || m_ctx.photo.picCanvas().isNull()) {
         return;
     }
-    const int kind = int(row - rows.begin()) + 1;
+    const int kind = adjustment->number;
     if (!m_ctx.flags.SelectionActive || dynamic_cast<SelectionTool *>(m_mouse.tool()) == nullptr) {
         m_mouse.setTool(nullptr); // a selection can still be marked, other tools end
     }
-    m_ctx.flags.EffectChosen = true;
     m_ctx.flags.RDMode = false;
     m_ctx.flags.FreeResizeActive = false;
     m_ctx.flags.CropToolActive = false;
@@ -83,7 +79,7 @@ void AdjustTool::open(const QString &key) {
         }
     } else if (m_ctx.fields.txtSFX == "1") {
         m_small = smallPhoto(m_view, AdjustPanel::pictureSize);
-        m_panel->showKind(kind, m_ctx.texts.text(titles[kind - 1]));
+        m_panel->showKind(kind, m_ctx.texts.text(adjustment->name));
         AdjustPanelShown = true;
         m_ctx.flags.ToolPanelShown = true;
         showValue();
@@ -154,9 +150,7 @@ void AdjustTool::showValue() {
         m_live.clear();
         return;
     }
-    m_live.show({.apply = [run = operation(AdjustKind, amount)](EffectEngine &engine, bool region, int) {
-        return run(engine, region);
-    }});
+    m_live.show({.operation = [run = operation(AdjustKind, amount)](int) { return run; }});
 }
 
 void AdjustTool::compare(bool before) {
@@ -173,9 +167,8 @@ void AdjustTool::CreateBCSSFX() {
     if (small.isNull()) {
         return;
     }
-    for (int kind = 1; isKind(kind); ++kind) {
-        Q_EMIT pictureMade(colourAdjustments()[size_t(kind) - 1].key,
-                           QPixmap::fromImage(adjusted(small, kind, basicAmount)));
+    for (const Effect &adjustment : effects(EffectGroup::Adjustment)) {
+        Q_EMIT pictureMade(adjustment.key(), QPixmap::fromImage(adjusted(small, adjustment.number, basicAmount)));
     }
 }
 

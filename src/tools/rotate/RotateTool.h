@@ -10,7 +10,6 @@
 namespace lumora {
 
 class CanvasMouse;
-class EffectEngine;
 class FloatingToolbar;
 
 class RotateTool : public QObject {
@@ -49,7 +48,7 @@ class RotateTool : public QObject {
     void message(const QString &text, bool good);
 
   private:
-    using Transform = bool (*)(EffectEngine &engine);
+    using Transform = QImage (*)(const QImage &picture);
     void rotatePic(Transform transform);
     void clearOtherTools();
     void startFreeRotation();

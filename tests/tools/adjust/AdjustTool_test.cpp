@@ -1,6 +1,6 @@
 #include "tools/adjust/AdjustTool.h"
 
-#include "effects/ColourAdjustments.h"
+#include "effects/EffectTable.h"
 #include "tools/adjust/AdjustForTest.h"
 
 #include <QLabel>
@@ -11,13 +11,11 @@ namespace {
 
 struct AdjustToolTest : test::ColourTools {
     QImage adjusted(int marked, int kind, int amount) {
-        return expected(marked, [&](EffectEngine &engine) {
-            return (engine.*colourAdjustments()[size_t(kind) - 1].apply)(false, amount);
-        });
+        return expected(marked, operationOf(*findEffect(EffectGroup::Adjustment, kind), false, {amount}));
     }
     void openPanel(int kind) {
         ctx.fields.txtSFX = "1";
-        tool.open(colourAdjustments()[size_t(kind) - 1].key);
+        tool.open(effects(EffectGroup::Adjustment)[size_t(kind) - 1].key());
     }
     static const char *slider(int kind) {
         static const char *const names[] = {"sldSFX9_1", "sldSFX9_2", "sldSFX9_3"};
@@ -40,7 +38,7 @@ TEST_F(AdjustToolTest, BasicModeChangesWhatIsMarkedByFiftyAtOnce) {
             const QImage wanted = adjusted(marked, kind, 50);
             const int steps = ctx.photo.history().undoSteps();
             ctx.photo.setPhotoModified(false);
-            tool.open(colourAdjustments()[size_t(kind) - 1].key);
+            tool.open(effects(EffectGroup::Adjustment)[size_t(kind) - 1].key());
             EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), wanted), QPoint(-1, -1));
             EXPECT_EQ(ctx.photo.history().undoSteps(), steps + 1);
             EXPECT_TRUE(ctx.photo.PhotoModified());
@@ -229,7 +227,7 @@ TEST_F(AdjustToolTest, EveryItemHasItsPicture) {
     ASSERT_EQ(made.count(), 3);
     QList<QImage> pictures;
     for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(made[i][0].toString(), colourAdjustments()[size_t(i)].key);
+        EXPECT_EQ(made[i][0].toString(), effects(EffectGroup::Adjustment)[size_t(i)].key());
         const QImage picture = made[i][1].value<QPixmap>().toImage();
         EXPECT_FALSE(picture.isNull());
         EXPECT_FALSE(pictures.contains(picture));
