@@ -101,7 +101,6 @@ Program::State LumoraProgram::state() const {
         {"SelectionKind", QString::number(flags.SelectionKind)},
         {"FreeResizeActive", yesNo(flags.FreeResizeActive)},
         {"ResizeFrame", rectangle(flags.ResizeFrame)},
-        {"EffectChosen", yesNo(flags.EffectChosen)},
         {"ToolPanelShown", yesNo(flags.ToolPanelShown)},
         {"ExitPending", yesNo(flags.ExitPending)},
         {"SaveThenLeave", yesNo(flags.SaveThenLeave)},

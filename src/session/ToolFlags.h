@@ -16,11 +16,6 @@ struct ToolFlags {
     bool ColorPickerMode = false; ///< colour focus sets it, every tool's start clears it; the mouse dispatch reads
     bool RDMode = false;          ///< the red-eye tool sets it, every other tool clears it; the mouse dispatch reads
     int canvasToolMode = 0;       ///< 2 while the photo is resized freely, else 0; the mouse dispatch reads
-    int SelectedSFX = 0;          ///< 1 to 12, the special effect picked last in FT4; the effects panel reads
-    bool SFXPanelOpening = false; ///< a settings box is to slide in, or a whole-photo effect runs
-    bool SFXPanelOpen = false;    ///< a settings box is up; its close button clears it
-    bool PanelAnimating = false;  ///< set by each tick of the panel's animation
-    bool EffectChosen = false;    ///< set whenever an effect is picked; read by the effects panel
     bool ToolPanelShown = false;  ///< a tool panel is up; its animation sets it, HideBoxes clears it
     bool ExitPending = false;     ///< ExitApp sets it before it asks; the save route reads it
     bool SaveThenLeave = false;   ///< the save prompt's Yes sets it; the save dialogs read it
