@@ -37,6 +37,8 @@ class LivePreview : public QObject {
     void show(LiveOperation operation);
     void clear();
     bool isShown() const { return m_operation.has_value(); }
+    /// Something is being computed, wanted still or no longer.
+    bool isBusy() const { return m_busy; }
 
   Q_SIGNALS:
     /// A picture is on its way to the view; how long it was computed, in milliseconds.

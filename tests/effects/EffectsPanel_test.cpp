@@ -252,6 +252,26 @@ TEST_F(EffectsPanelTest, TheLivePictureFollowsSliderScrollingAndZoom) {
     EXPECT_FALSE(panel.livePreview().isShown()) << "it was meant for another photo";
 }
 
+TEST_F(EffectsPanelTest, APictureThatComesAfterClosingIsNotShown) {
+    const QImage before = seen();
+    openBox(5);
+    ASSERT_TRUE(waitForLive());
+    auto *slider = control<QSlider>("sldSFX5");
+    for (int radius = slider->maximum(); radius > 20 && !panel.livePreview().isBusy(); --radius) {
+        live.clear();
+        slider->setValue(radius);
+        while (!panel.livePreview().isBusy() && live.count() == 0) {
+            QCoreApplication::processEvents();
+        }
+    }
+    ASSERT_TRUE(panel.livePreview().isBusy()) << "each was shown before this thread got back to look";
+    live.clear();
+    press("cmdpnlSFXExit");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !panel.livePreview().isBusy(); }));
+    EXPECT_EQ(live.count(), 0);
+    EXPECT_EQ(test::firstDifference(seen(), before), QPoint(-1, -1));
+}
+
 TEST_F(EffectsPanelTest, OnlyTheNewestOfManyMovesIsComputed) {
     openBox(6);
     ASSERT_TRUE(waitForLive());
