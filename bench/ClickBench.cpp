@@ -4,6 +4,8 @@
 
 #include "document/PhotoDocument.h"
 #include "imaging/EffectEngine.h"
+#include "imaging/effects/Invert.h"
+#include "imaging/effects/Sepia.h"
 
 #include <cstdlib>
 #include <memory>
@@ -16,7 +18,7 @@ struct Desk {
     PhotoDocument photo;
 };
 
-void addClick(const char *name, bool (*effect)(EffectEngine &engine)) {
+void addClick(const char *name, const Operation &effect) {
     // The photo of this row's picture; each click is undone again, so that the history does not grow.
     const auto desk = std::make_shared<std::unique_ptr<Desk>>();
     addRows(
@@ -29,7 +31,7 @@ void addClick(const char *name, bool (*effect)(EffectEngine &engine)) {
             PhotoDocument &photo = (*desk)->photo;
             EffectEngine engine;
             engine.setPicture(photo.picCanvas());
-            if (!effect(engine) || !photo.changePhoto(engine.picture())) {
+            if (!engine.apply(effect, false) || !photo.changePhoto(engine.picture())) {
                 std::abort();
             }
             benchmark::DoNotOptimize(photo.pic2nd().constBits());
@@ -40,8 +42,8 @@ void addClick(const char *name, bool (*effect)(EffectEngine &engine)) {
 } // namespace
 
 void addClickRows() {
-    addClick("ClickInvert", [](EffectEngine &engine) { return engine.invert(true, true, true, false); });
-    addClick("ClickSepia", [](EffectEngine &engine) { return engine.sepia(false); });
+    addClick("ClickInvert", {applyInvert, {true, true, true}});
+    addClick("ClickSepia", {applySepia, {}});
 }
 
 } // namespace lumora

@@ -3,7 +3,29 @@
 #include "BenchRows.h"
 
 #include "imaging/EffectEngine.h"
+#include "imaging/Picture.h"
 #include "imaging/Scale.h"
+#include "imaging/effects/BlackAndWhite.h"
+#include "imaging/effects/Blur.h"
+#include "imaging/effects/Brightness.h"
+#include "imaging/effects/ColourEmboss.h"
+#include "imaging/effects/Colourise.h"
+#include "imaging/effects/Contrast.h"
+#include "imaging/effects/Greyscale.h"
+#include "imaging/effects/HighPassSharpen.h"
+#include "imaging/effects/Invert.h"
+#include "imaging/effects/Mosaic.h"
+#include "imaging/effects/OilPainting.h"
+#include "imaging/effects/Perspective.h"
+#include "imaging/effects/Reflection.h"
+#include "imaging/effects/Saturation.h"
+#include "imaging/effects/Sepia.h"
+#include "imaging/effects/Sharpen.h"
+#include "imaging/effects/Solarise.h"
+#include "imaging/effects/Texture.h"
+#include "imaging/effects/Tile.h"
+#include "imaging/kernels/Convolution.h"
+#include "imaging/transforms/PopArtRow.h"
 
 #include <cstdlib>
 
@@ -11,11 +33,11 @@ namespace lumora {
 
 namespace {
 
-void addEffect(const char *name, bool (*effect)(EffectEngine &engine)) {
+void addEffect(const char *name, const Operation &effect) {
     addRows(name, [effect](const QImage &picture) {
         EffectEngine engine;
         engine.setPicture(picture);
-        if (!effect(engine)) {
+        if (!engine.apply(effect, false)) {
             std::abort();
         }
         benchmark::DoNotOptimize(engine.picture().constBits());
@@ -25,39 +47,36 @@ void addEffect(const char *name, bool (*effect)(EffectEngine &engine)) {
 } // namespace
 
 void addImagingRows() {
-    addEffect("BlackAndWhite", [](EffectEngine &engine) { return engine.blackAndWhite(127, false); });
-    addEffect("Greyscale", [](EffectEngine &engine) { return engine.greyscale(0, false); });
-    addEffect("Sepia", [](EffectEngine &engine) { return engine.sepia(false); });
-    addEffect("Invert", [](EffectEngine &engine) { return engine.invert(true, true, true, false); });
-    addEffect("Solarise", [](EffectEngine &engine) { return engine.solarise(180, 180, 180, true, false); });
-    addEffect("Colourise", [](EffectEngine &engine) { return engine.colourise(255, 0, 0, false); });
-    addEffect("Brightness", [](EffectEngine &engine) { return engine.brightness(false, 50); });
-    addEffect("Contrast", [](EffectEngine &engine) { return engine.contrast(false, 50); });
-    addEffect("Saturation", [](EffectEngine &engine) { return engine.saturation(false, 50); });
-    addEffect("Convolution", [](EffectEngine &engine) {
-        return engine.convolve({1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, false);
+    addEffect("BlackAndWhite", {applyBlackAndWhite, {127}});
+    addEffect("Greyscale", {applyGreyscale, {}});
+    addEffect("Sepia", {applySepia, {}});
+    addEffect("Invert", {applyInvert, {true, true, true}});
+    addEffect("Solarise", {applySolarise, {180, 180, 180, true}});
+    addEffect("Colourise", {applyColourise, {255, 0, 0}});
+    addEffect("Brightness", {applyBrightness, {50}});
+    addEffect("Contrast", {applyContrast, {50}});
+    addEffect("Saturation", {applySaturation, {50}});
+    addEffect("Convolution", {applyConvolution, {{1, 1, 1, 1, -7, 1, 1, 1, 1}}});
+    addEffect("ColourEmboss", {applyColourEmboss, {1}});
+    addEffect("HighPassSharpen", {applyHighPassSharpen, {0}});
+    addEffect("Sharpen", {applySharpen, {}});
+    addEffect("Texture", [texture = benchPicture(1).copy(0, 0, 256, 256)](const QImage &picture, PixelRect area) {
+        return Operation(applyTexture, {readView(texture)})(picture, area);
     });
-    addEffect("ColourEmboss", [](EffectEngine &engine) { return engine.colourEmboss(1, false); });
-    addEffect("HighPassSharpen", [](EffectEngine &engine) { return engine.highPassSharpen(0, false); });
-    addEffect("Sharpen", [](EffectEngine &engine) { return engine.sharpen(false); });
-    addEffect("Texture", [](EffectEngine &engine) {
-        engine.setTexture(benchPicture(1).copy(0, 0, 256, 256));
-        return engine.texture(0, 0, false);
+    addEffect("Tile", [](const QImage &picture, PixelRect area) {
+        return Operation(applyTile, {picture.width() / 5, picture.height() / 5})(picture, area);
     });
-    addEffect("Tile", [](EffectEngine &engine) {
-        return engine.tile(engine.picture().width() / 5, engine.picture().height() / 5);
-    });
-    addEffect("ReflectionTable", [](EffectEngine &engine) { return engine.reflection(1); });
-    addEffect("ReflectionWater", [](EffectEngine &engine) { return engine.reflection(2); });
-    addEffect("ReflectionBeside", [](EffectEngine &engine) { return engine.reflection(3); });
-    addEffect("ReflectionFourWays", [](EffectEngine &engine) { return engine.reflection(4); });
-    addEffect("PopArtRow", [](EffectEngine &engine) { return engine.popArtRow({}); });
-    addEffect("Perspective", [](EffectEngine &engine) { return engine.perspective(-30, 255, 255, 255); });
-    addEffect("OilPaintingRadius3", [](EffectEngine &engine) { return engine.oilPainting(3, false); });
-    addEffect("OilPaintingRadius30", [](EffectEngine &engine) { return engine.oilPainting(30, false); });
-    addEffect("Mosaic", [](EffectEngine &engine) { return engine.mosaic(10, 10, false); });
-    addEffect("BlurRadius3", [](EffectEngine &engine) { return engine.blur(3, false); });
-    addEffect("BlurRadius30", [](EffectEngine &engine) { return engine.blur(30, false); });
+    addEffect("ReflectionTable", {applyReflection, {1}});
+    addEffect("ReflectionWater", {applyReflection, {2}});
+    addEffect("ReflectionBeside", {applyReflection, {3}});
+    addEffect("ReflectionFourWays", {applyReflection, {4}});
+    addEffect("PopArtRow", {popArtRow, {}});
+    addEffect("Perspective", {applyPerspective, {-30, 255, 255, 255}});
+    addEffect("OilPaintingRadius3", {applyOilPainting, {3}});
+    addEffect("OilPaintingRadius30", {applyOilPainting, {30}});
+    addEffect("Mosaic", {applyMosaic, {10, 10}});
+    addEffect("BlurRadius3", {applyBlur, {3}});
+    addEffect("BlurRadius30", {applyBlur, {30}});
     addRows("ScaleTo480", [](const QImage &picture) {
         const QSize size = picture.size().scaled(480, 480, Qt::KeepAspectRatio);
         benchmark::DoNotOptimize(scaleByAveraging(picture, size.width(), size.height()).constBits());

@@ -2,6 +2,8 @@
 // drawn by the functions that the program uses.
 #include "effects/FrameArtwork.h"
 #include "imaging/EffectEngine.h"
+#include "imaging/Picture.h"
+#include "imaging/effects/Texture.h"
 #include "tools/canvas/TargetCursor.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/ApplicationIcon.h"
@@ -131,8 +133,7 @@ QList<QPixmap> texture(const QString &path, qreal ratio) {
     QPainter(&repeated).fillRect(repeated.rect(), QBrush(texture));
     EffectEngine engine;
     engine.setPicture(photo(repeated.size()));
-    engine.setTexture(texture);
-    engine.texture(0, 0, false);
+    engine.apply({applyTexture, {readView(texture)}}, false);
     return {sharp(repeated, ratio), sharp(engine.picture(), ratio)};
 }
 

@@ -1,8 +1,7 @@
-// The settings boxes SFXBox1 to SFXBox12 of the effects panel: which sliders there are, one row each, and the boxes
-// made of them.
+// The settings boxes SFXBox1, SFXBox2 ... of the effects panel, made from the effects' table.
 #pragma once
 
-#include "effects/SpecialEffects.h"
+#include "effects/EffectTable.h"
 
 #include <QImage>
 #include <QWidget>
@@ -13,26 +12,15 @@ class QSlider;
 
 namespace lumora {
 
-/// One slider of a settings box. Adding one is adding a row in EffectBoxes.cpp.
-struct EffectSlider {
-    int effect;       ///< 1 to 12
-    int index;        ///< of the effect's values
-    const char *name; ///< object name
-    const char *label;
-    int least;
-    int most;
-    bool showsRest = false; ///< shows how far it is from `most`, and grows to the other side
-};
-
-std::span<const EffectSlider> effectSliders();
+class CaptionedSlider;
 
 /// The controls of one effect. Sliders share the width.
 class EffectBox : public QWidget {
     Q_OBJECT
 
   public:
-    /// Makes the box of effect 1 to 12, with its sliders and its sentence.
-    static EffectBox *make(int number, QWidget *parent);
+    /// The box that the row of the effect asks for.
+    static EffectBox *make(const Effect &effect, QWidget *parent);
 
     /// Shows these values; tells nobody.
     virtual void setValues(const EffectValues &values);
@@ -45,16 +33,17 @@ class EffectBox : public QWidget {
     void valueChanged(int index, int value);
 
   protected:
-    EffectBox(int number, QWidget *parent);
+    /// With the sliders and the sentence of the row.
+    EffectBox(const Effect &effect, QWidget *parent);
     QHBoxLayout *row() const { return m_row; }
     /// A sentence in the box; `label` is its object name.
     void addSentence(const char *label, int width);
 
   private:
-    void addSlider(const EffectSlider &slider);
+    void addSlider(const EffectSlider &slider, int index);
 
-    int m_number;
     QHBoxLayout *m_row;
+    std::vector<CaptionedSlider *> m_sliders; ///< one for each value
 };
 
 /// A slider below its caption and its value. Each change is told with `changed`.

@@ -1,7 +1,7 @@
 #include "effects/EffectPreviews.h"
 
-#include "effects/BasicEffects.h"
-#include "effects/SpecialEffects.h"
+#include "effects/EffectTable.h"
+#include "imaging/EffectEngine.h"
 #include "imaging/Scale.h"
 #include "session/AppContext.h"
 #include "widgets/FloatingToolbar.h"
@@ -20,7 +20,7 @@ QImage fitted(const QImage &picture, int side) {
 
 /// What the effect makes of the picture, for the item of that key; the icon stays where the engine refuses. `small`:
 /// made small before the effect, for one that changes single pixels, else after it.
-void makePicture(FloatingToolbar *bar, const QString &key, const QImage &source, const EffectOperation &operation,
+void makePicture(FloatingToolbar *bar, const QString &key, const QImage &source, const Operation &operation,
                  bool small) {
     const PictureButton *item = bar->item(key);
     if (item == nullptr) {
@@ -29,7 +29,7 @@ void makePicture(FloatingToolbar *bar, const QString &key, const QImage &source,
     const int side = qRound(item->pictureSize().width() * item->devicePixelRatioF());
     EffectEngine engine;
     engine.setPicture(small ? fitted(source, side) : source);
-    if (operation(engine, false)) {
+    if (engine.apply(operation, false)) {
         bar->setItemPicture(key, QPixmap::fromImage(fitted(engine.picture(), side)));
     }
 }
@@ -51,10 +51,6 @@ EffectPreviews::EffectPreviews(AppContext &ctx, FloatingToolbar *FT3, FloatingTo
 }
 
 void EffectPreviews::SetupFoto4FX() {
-    CreateThumbnailSFX();
-}
-
-void EffectPreviews::CreateThumbnailSFX() {
     m_jobs.clear();
     tmrLoadFX.stop();
     if (m_ctx.photo.picCanvas().isNull()) {
@@ -65,26 +61,16 @@ void EffectPreviews::CreateThumbnailSFX() {
         const QImage &photo = m_ctx.photo.picCanvas();
         picSFX = fitted(photo, longerSide);
     });
-    addSpecial();
-    addBasic();
+    add(EffectGroup::Special, m_FT4);
+    add(EffectGroup::Basic, m_FT3);
     m_turn.start(0);
 }
 
-void EffectPreviews::addSpecial() {
-    for (const SpecialEffect &effect : specialEffects()) {
-        m_jobs.push_back([this, &effect] {
-            const QString key = QStringLiteral("key") + QLatin1StringView(effect.text);
-            const auto operation = [&effect](EffectEngine &engine, bool region) {
-                return runEffect(effect, false, effect.basic, engine, region);
-            };
-            makePicture(m_FT4, key, picSFX, operation, effect.looksAtNeighbours);
+void EffectPreviews::add(EffectGroup group, FloatingToolbar *bar) {
+    for (const Effect &effect : effects(group)) {
+        m_jobs.push_back([this, &effect, bar] {
+            makePicture(bar, effect.key(), picSFX, operationOf(effect, false, effect.basic), effect.looksAtNeighbours);
         });
-    }
-}
-
-void EffectPreviews::addBasic() {
-    for (const BasicEffect &effect : basicEffects()) {
-        m_jobs.push_back([this, &effect] { makePicture(m_FT3, effect.key, picSFX, effect.apply, false); });
     }
 }
 

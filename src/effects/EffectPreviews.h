@@ -11,6 +11,7 @@ namespace lumora {
 
 struct AppContext;
 class FloatingToolbar;
+enum class EffectGroup;
 
 class EffectPreviews : public QObject {
     Q_OBJECT
@@ -18,22 +19,19 @@ class EffectPreviews : public QObject {
   public:
     static constexpr int delay = 60; ///< milliseconds after a change: the photo is shown first
 
-    /// Sets the pictures of the items of both lists, keySFX1 to keySFX12 and those of the basic effects.
+    /// Sets the pictures of the items of both lists: those of the basic and of the special effects.
     EffectPreviews(AppContext &ctx, FloatingToolbar *FT3, FloatingToolbar *FT4, QObject *parent = nullptr);
 
-    /// Begins to make all small pictures of the photo as it is now, one a turn of the event loop. What was still to be
+    /// Begins to make the small pictures of the photo as it is now, one a turn of the event loop. What was still to be
     /// made of an earlier photo is dropped.
     void SetupFoto4FX();
-    /// The twelve special effects alone.
-    void CreateThumbnailSFX();
     bool isDone() const { return m_jobs.empty() && !tmrLoadFX.isActive(); }
 
   Q_SIGNALS:
     void done();
 
   private:
-    void addBasic();
-    void addSpecial();
+    void add(EffectGroup group, FloatingToolbar *bar);
     void next();
 
     AppContext &m_ctx;

@@ -15,22 +15,6 @@ namespace {
 
 constexpr int stylePictureSide = 96; // pixels of the photo in a box, its longer side
 
-/// The number in "keySFX1" to "keySFX12"; 0 for other keys.
-int numberOf(const QString &key) {
-    for (const SpecialEffect &effect : specialEffects()) {
-        if (key == QStringLiteral("key") + QLatin1StringView(effect.text)) {
-            return effect.number;
-        }
-    }
-    return 0;
-}
-
-/// The panel's caption of an effect. The eleventh has its own default.
-QString captionOf(const Texts &texts, int number) {
-    const QString identifier = QStringLiteral("SFX%1").arg(number);
-    return number == 11 ? texts.text(identifier, "Prespective") : texts.text(identifier);
-}
-
 } // namespace
 
 EffectsPanel::EffectsPanel(AppContext &ctx, SpecialEffects &effects, PhotoView &view, QWidget *window)
@@ -38,15 +22,15 @@ EffectsPanel::EffectsPanel(AppContext &ctx, SpecialEffects &effects, PhotoView &
     titleLabel()->setObjectName("LN1");
     auto *row = new QHBoxLayout;
     row->setSpacing(16);
-    for (const SpecialEffect &effect : specialEffects()) {
-        EffectBox *box = EffectBox::make(effect.number, this);
+    for (const Effect &effect : ::lumora::effects(EffectGroup::Special)) {
+        EffectBox *box = EffectBox::make(effect, this);
         box->setValues(m_effects.advancedValues(effect.number));
         box->hide();
         connect(box, &EffectBox::valueChanged, this, [this, number = effect.number](int index, int value) {
             m_effects.setAdvancedValue(number, index, value);
             showLive();
         });
-        m_boxes.at(static_cast<size_t>(effect.number - 1)) = box;
+        m_boxes[effect.number] = box;
         row->addWidget(box, 1);
     }
     auto *cmdApplySFXNow = new PictureButton("ok", PictureButton::CaptionPlace::Beside, this);
@@ -66,31 +50,33 @@ EffectsPanel::EffectsPanel(AppContext &ctx, SpecialEffects &effects, PhotoView &
 }
 
 void EffectsPanel::pick(const QString &key) {
-    const int number = numberOf(key);
-    if (number == 0) {
+    const Effect *effect = findEffect(EffectGroup::Special, key);
+    if (effect == nullptr) {
         return;
     }
-    m_ctx.flags.SelectedSFX = number;
+    m_picked = effect->number;
     if (m_ctx.fields.txtSFX == "0") {
-        Q_EMIT applied(m_effects.ApplyBasicSFX(number));
+        Q_EMIT applied(m_effects.ApplyBasicSFX(m_picked));
     } else if (m_ctx.fields.txtSFX == "1") {
-        showBox(number);
+        showBox(*effect);
         slideIn();
     }
 }
 
-void EffectsPanel::showBox(int number) {
+void EffectsPanel::showBox(const Effect &effect) {
     m_live.clear();
-    for (const SpecialEffect &effect : specialEffects()) {
-        m_boxes.at(static_cast<size_t>(effect.number - 1))->setVisible(effect.number == number);
+    for (const auto &[number, box] : m_boxes) {
+        box->setVisible(number == effect.number);
     }
-    titleLabel()->setText(captionOf(m_ctx.texts, number));
+    const QString name = effect.name;
+    titleLabel()->setText(effect.panelCaption != nullptr ? m_ctx.texts.text(name, effect.panelCaption)
+                                                         : m_ctx.texts.text(name));
     showPhoto();
 }
 
 /// In the boxes that show what a style does to the photo.
 void EffectsPanel::showPhoto() {
-    for (EffectBox *box : m_boxes) {
+    for (const auto &[number, box] : m_boxes) {
         if (!box->isHidden() && box->showsPhoto()) {
             const QImage &photo = m_ctx.photo.picCanvas();
             const int side = qRound(stylePictureSide * devicePixelRatioF());
@@ -102,15 +88,15 @@ void EffectsPanel::showPhoto() {
 
 void EffectsPanel::apply() {
     m_live.clear();
-    Q_EMIT applied(m_effects.ApplyAdvancedSFX(m_ctx.flags.SelectedSFX));
+    Q_EMIT applied(m_effects.ApplyAdvancedSFX(m_picked));
 }
 
 void EffectsPanel::close() {
     m_live.clear();
     m_ctx.flags.endSelection();
     m_effects.restoreAdvancedValues();
-    for (const SpecialEffect &effect : specialEffects()) {
-        m_boxes.at(static_cast<size_t>(effect.number - 1))->setValues(effect.advanced);
+    for (const auto &[number, box] : m_boxes) {
+        box->setValues(m_effects.advancedValues(number));
     }
     PhotoSelection selection = m_ctx.photo.selection();
     selection.setDrawn(0);
@@ -118,7 +104,7 @@ void EffectsPanel::close() {
 }
 
 void EffectsPanel::showLive() {
-    const SpecialEffect *effect = specialEffect(m_ctx.flags.SelectedSFX);
+    const Effect *effect = findEffect(EffectGroup::Special, m_picked);
     if (!isOpen() || effect == nullptr) {
         return;
     }
@@ -128,11 +114,10 @@ void EffectsPanel::showLive() {
         return;
     }
     const bool lasso = m_ctx.flags.SelectionActive() && m_ctx.flags.SelectionKind() == PhotoSelection::Shape::Lasso;
-    m_live.show({.apply = [effect, lasso,
-                           values](EffectEngine &engine, bool region,
-                                   int factor) { return runEffect(*effect, !lasso, values, engine, region, factor); },
-                 .wholePhoto = effect->wholePhoto,
-                 .atFullSize = effect->looksAtNeighbours});
+    m_live.show(
+        {.operation = [effect, lasso, values](int factor) { return operationOf(*effect, !lasso, values, factor); },
+         .wholePhoto = effect->wholePhoto,
+         .atFullSize = effect->looksAtNeighbours});
 }
 
 } // namespace lumora

@@ -6,11 +6,9 @@
 #include "effects/SpecialEffects.h"
 #include "widgets/SlidingPanel.h"
 
-#include <array>
+#include <map>
 
 namespace lumora {
-
-class BasicEffects;
 
 class EffectsPanel : public SlidingPanel {
     Q_OBJECT
@@ -18,9 +16,11 @@ class EffectsPanel : public SlidingPanel {
   public:
     EffectsPanel(AppContext &ctx, SpecialEffects &effects, PhotoView &view, QWidget *window);
 
-    /// An item of FT4 was picked: "keySFX1" to "keySFX12"; other keys do nothing. Applies the effect at once, or opens
+    /// An item of FT4 was picked: "keySFX1", "keySFX2" ...; other keys do nothing. Applies the effect at once, or opens
     /// its box where advanced settings are on.
     void pick(const QString &key);
+    /// The number of the effect picked last; 0 before the first.
+    int SelectedSFX() const { return m_picked; }
     const LivePreview &livePreview() const { return m_live; }
 
   Q_SIGNALS:
@@ -28,7 +28,7 @@ class EffectsPanel : public SlidingPanel {
     void applied(lumora::EffectOutcome outcome);
 
   private:
-    void showBox(int number);
+    void showBox(const Effect &effect);
     void showPhoto();
     void apply();
     void close();
@@ -37,7 +37,8 @@ class EffectsPanel : public SlidingPanel {
     AppContext &m_ctx;
     SpecialEffects &m_effects;
     LivePreview m_live;
-    std::array<EffectBox *, 12> m_boxes{};
+    std::map<int, EffectBox *> m_boxes; ///< by the effect's number
+    int m_picked = 0;
 };
 
 } // namespace lumora

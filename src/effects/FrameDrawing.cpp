@@ -2,6 +2,7 @@
 
 #include "imaging/EffectEngine.h"
 #include "imaging/Picture.h"
+#include "imaging/effects/Blur.h"
 
 #include <QPainter>
 #include <utility>
@@ -49,7 +50,7 @@ QImage shadowOf(QSvgRenderer &drawing, const QString &name) {
     }
     EffectEngine engine;
     engine.setPicture(std::move(shadow).convertToFormat(QImage::Format_ARGB32));
-    engine.blur(shadowBlur, false); // refused, it is a hard shadow
+    engine.apply({applyBlur, {shadowBlur}}, false); // refused, it is a hard shadow
     return engine.picture().convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 

@@ -2,6 +2,7 @@
 
 #include "imaging/EffectEngine.h"
 #include "imaging/Scale.h"
+#include "imaging/transforms/FrameOverlay.h"
 #include "session/AppContext.h"
 #include "widgets/FloatingToolbar.h"
 
@@ -48,8 +49,7 @@ bool Frames::pick(const QString &key) {
 QImage Frames::inFrame(int n, const QImage &photo) {
     EffectEngine PixTwix1;
     PixTwix1.setPicture(photo);
-    PixTwix1.setOverlay(m_artwork.picture(n, photo.size()));
-    return PixTwix1.frameOverlay(false) ? PixTwix1.picture() : QImage();
+    return PixTwix1.apply({framed, m_artwork.picture(n, photo.size())}, false) ? PixTwix1.picture() : QImage();
 }
 
 bool Frames::fFramePicture(int n) {

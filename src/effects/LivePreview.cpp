@@ -1,5 +1,6 @@
 #include "effects/LivePreview.h"
 
+#include "imaging/EffectEngine.h"
 #include "imaging/Scale.h"
 #include "imaging/transforms/Canvas.h"
 #include "session/AppContext.h"
@@ -148,7 +149,7 @@ QImage LivePreview::compute(const Job &job) {
         engine.setPicture(job.picture);
         const QRect &part = job.part;
         engine.setRectangularRegion(part.left(), part.top(), part.right() + 1, part.bottom() + 1);
-        if (!job.operation.apply(engine, !job.operation.wholePhoto, job.factor)) {
+        if (!engine.apply(job.operation.operation(job.factor), !job.operation.wholePhoto)) {
             return {};
         }
         QImage picture = engine.picture().copy(part);

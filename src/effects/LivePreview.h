@@ -2,7 +2,7 @@
 // move. Computed in another thread from what is in view.
 #pragma once
 
-#include "imaging/EffectEngine.h"
+#include "imaging/Operation.h"
 
 #include <QObject>
 #include <QThreadPool>
@@ -15,10 +15,10 @@ namespace lumora {
 struct AppContext;
 class PhotoView;
 
-/// Runs on the photo or on a reduced copy of it, 1/factor of its size; false where the engine refuses. Called in
-/// another thread: takes everything it needs along as copies.
 struct LiveOperation {
-    std::function<bool(EffectEngine &engine, bool limitToRegion, int factor)> apply;
+    /// What runs on the photo, or on a reduced copy of it at 1/factor of its size. Called in another thread: takes
+    /// everything it needs along as copies.
+    std::function<Operation(int factor)> operation;
     bool wholePhoto = false; ///< does not keep to the selection, and its pixels move over the whole photo
     bool atFullSize = false; ///< what it does shows in the photo's own pixels only; the result is reduced
 };
@@ -37,6 +37,8 @@ class LivePreview : public QObject {
     void show(LiveOperation operation);
     void clear();
     bool isShown() const { return m_operation.has_value(); }
+    /// Something is being computed, wanted still or no longer.
+    bool isBusy() const { return m_busy; }
 
   Q_SIGNALS:
     /// A picture is on its way to the view; how long it was computed, in milliseconds.

@@ -1,5 +1,7 @@
 #include "effects/PerspectiveBox.h"
 
+#include "imaging/EffectEngine.h"
+#include "imaging/effects/Perspective.h"
 #include "widgets/ColourPicker.h"
 #include "widgets/PictureButton.h"
 
@@ -18,14 +20,14 @@ namespace lumora {
 
 namespace {
 
-constexpr int number = 11;
 constexpr int mostDegrees = 60;
 constexpr int styleDegrees = 30; // of the pictures, and of a style chosen while the angle is 0
 constexpr QSize stylePicture(64, 48);
 
 } // namespace
 
-PerspectiveBox::PerspectiveBox(QWidget *parent) : EffectBox(number, parent), m_values(specialEffect(number)->advanced) {
+PerspectiveBox::PerspectiveBox(const Effect &effect, QWidget *parent)
+    : EffectBox(effect, parent), m_values(effect.advanced) {
     row()->setSpacing(12);
     row()->addWidget(makeAngle(), 1);
     addStyles();
@@ -139,8 +141,8 @@ void PerspectiveBox::showStyles() {
     for (size_t i = 0; i < m_styles.size(); ++i) {
         EffectEngine engine;
         engine.setPicture(m_photo);
-        const bool done =
-            engine.perspective(i == 0 ? -styleDegrees : styleDegrees, m_values[1], m_values[2], m_values[3]);
+        const bool done = engine.apply(
+            {applyPerspective, {i == 0 ? -styleDegrees : styleDegrees, m_values[1], m_values[2], m_values[3]}}, false);
         m_styles.at(i)->setPicture(done ? QPixmap::fromImage(engine.picture()) : QPixmap());
     }
 }

@@ -14,7 +14,7 @@ class PerspectiveBox : public EffectBox {
     Q_OBJECT
 
   public:
-    explicit PerspectiveBox(QWidget *parent);
+    PerspectiveBox(const Effect &effect, QWidget *parent);
 
     void setValues(const EffectValues &values) override;
     void setPhoto(const QImage &photo) override;

@@ -1,5 +1,7 @@
 #include "effects/ReflectionBox.h"
 
+#include "imaging/EffectEngine.h"
+#include "imaging/effects/Reflection.h"
 #include "widgets/PictureButton.h"
 
 #include <QButtonGroup>
@@ -9,14 +11,14 @@ namespace lumora {
 
 namespace {
 
-constexpr int number = 12;
 constexpr int styles = 4;
 constexpr int sentenceWidth = 120;
 constexpr QSize stylePicture(96, 72);
 
 } // namespace
 
-ReflectionBox::ReflectionBox(QWidget *parent) : EffectBox(number, parent), m_styles(new QButtonGroup(this)) {
+ReflectionBox::ReflectionBox(const Effect &effect, QWidget *parent)
+    : EffectBox(effect, parent), m_styles(new QButtonGroup(this)) {
     addSentence("lblReflection", sentenceWidth);
     row()->setSpacing(12);
     for (int style = 1; style <= styles; ++style) {
@@ -29,7 +31,7 @@ ReflectionBox::ReflectionBox(QWidget *parent) : EffectBox(number, parent), m_sty
     }
     row()->addStretch(1);
     connect(m_styles, &QButtonGroup::idClicked, this, [this](int style) { Q_EMIT valueChanged(0, style); });
-    setValues(specialEffect(number)->advanced);
+    setValues(effect.advanced);
 }
 
 void ReflectionBox::setValues(const EffectValues &values) {
@@ -42,7 +44,7 @@ void ReflectionBox::setPhoto(const QImage &photo) {
     for (int style = 1; style <= styles; ++style) {
         EffectEngine engine;
         engine.setPicture(photo);
-        const bool done = engine.reflection(style);
+        const bool done = engine.apply({applyReflection, {style}}, false);
         static_cast<PictureButton *>(m_styles->button(style))
             ->setPicture(done ? QPixmap::fromImage(engine.picture()) : QPixmap());
     }

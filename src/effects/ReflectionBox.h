@@ -11,7 +11,7 @@ class ReflectionBox : public EffectBox {
     Q_OBJECT
 
   public:
-    explicit ReflectionBox(QWidget *parent);
+    ReflectionBox(const Effect &effect, QWidget *parent);
 
     void setValues(const EffectValues &values) override;
     void setPhoto(const QImage &photo) override;

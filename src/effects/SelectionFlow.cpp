@@ -5,7 +5,6 @@
 #include "session/DoEvents.h"
 
 #include <QtNumeric>
-#include <new>
 
 namespace lumora {
 
@@ -17,14 +16,14 @@ constexpr int fullStrength = 100; // per cent of a paste
 
 } // namespace
 
-EffectOutcome SelectionFlow::apply(const EffectOperation &operation, const EffectOperation &throughLasso) {
+EffectOutcome SelectionFlow::apply(const Operation &operation, const Operation &throughLasso) {
     if (m_ctx.photo.picCanvas().isNull()) {
         return EffectOutcome::Nothing;
     }
     if (!m_ctx.flags.SelectionActive()) {
         return applyToWholePhoto(operation, true);
     }
-    const EffectOutcome outcome = applyToMarked(operation, throughLasso ? throughLasso : operation);
+    const EffectOutcome outcome = applyToMarked(operation, throughLasso);
     if (outcome != EffectOutcome::NoRegion) {
         hideSelection();
         m_ctx.flags.endSelection();
@@ -32,7 +31,7 @@ EffectOutcome SelectionFlow::apply(const EffectOperation &operation, const Effec
     return outcome;
 }
 
-EffectOutcome SelectionFlow::applyToMarked(const EffectOperation &operation, const EffectOperation &throughLasso) {
+EffectOutcome SelectionFlow::applyToMarked(const Operation &operation, const Operation &throughLasso) {
     const Shape kind = m_ctx.flags.SelectionKind();
     SelectionBounds bounds;
     if (!readBounds(bounds) || !marksPixels()) {
@@ -50,7 +49,7 @@ EffectOutcome SelectionFlow::applyToMarked(const EffectOperation &operation, con
     return take(compute(operation, true) ? m_engine.picture() : QImage(), true);
 }
 
-EffectOutcome SelectionFlow::applyThroughLasso(const EffectOperation &operation) {
+EffectOutcome SelectionFlow::applyThroughLasso(const Operation &operation) {
     if (m_ctx.photo.picCanvas().isNull() || !marksPixels()) {
         return EffectOutcome::Nothing;
     }
@@ -67,7 +66,7 @@ EffectOutcome SelectionFlow::applyThroughLasso(const EffectOperation &operation)
     return outcome;
 }
 
-EffectOutcome SelectionFlow::applyToWholePhoto(const EffectOperation &operation, bool dummyPicture) {
+EffectOutcome SelectionFlow::applyToWholePhoto(const Operation &operation, bool dummyPicture) {
     if (m_ctx.photo.picCanvas().isNull()) {
         return EffectOutcome::Nothing;
     }
@@ -98,15 +97,9 @@ bool SelectionFlow::marksPixels() const {
     return shaped && readBounds(bounds) && !selection.region(m_ctx.photo.picCanvas().size()).isEmpty();
 }
 
-bool SelectionFlow::compute(const EffectOperation &operation, bool limitToRegion) {
+bool SelectionFlow::compute(const Operation &operation, bool limitToRegion) {
     bool done = false;
-    m_ctx.longWork.run([&] {
-        try {
-            done = operation(m_engine, limitToRegion);
-        } catch (const std::bad_alloc &) {
-            done = false;
-        }
-    });
+    m_ctx.longWork.run([&] { done = m_engine.apply(operation, limitToRegion); });
     DoEvents();
     return done;
 }

@@ -5,14 +5,10 @@
 #include "imaging/EffectEngine.h"
 
 #include <QObject>
-#include <functional>
 
 namespace lumora {
 
 struct AppContext;
-
-/// One run of the engine, which holds the photo; false where the engine refuses.
-using EffectOperation = std::function<bool(EffectEngine &engine, bool limitToRegion)>;
 
 enum class EffectOutcome {
     Done,     ///< the photo has changed, as one undo step
@@ -30,11 +26,12 @@ class SelectionFlow : public QObject {
     /// Changes what the rectangle, the ellipse or the lasso marks, and the whole photo while no selection tool is
     /// current; then drops the selection. `throughLasso` is the operation for a lasso where it differs. When the tool
     /// marks nothing of the photo the tip is wanted, and photo and selection stay.
-    EffectOutcome apply(const EffectOperation &operation, const EffectOperation &throughLasso = {});
+    EffectOutcome apply(const Operation &operation) { return apply(operation, operation); }
+    EffectOutcome apply(const Operation &operation, const Operation &throughLasso);
     /// The lasso's share of it: pastes the changed photo through the outline. Leaves SelectionActive as it is.
-    EffectOutcome applyThroughLasso(const EffectOperation &operation);
+    EffectOutcome applyThroughLasso(const Operation &operation);
     /// Changes the whole photo whatever is marked. `dummyPicture`: whether the reduced copies follow.
-    EffectOutcome applyToWholePhoto(const EffectOperation &operation, bool dummyPicture);
+    EffectOutcome applyToWholePhoto(const Operation &operation, bool dummyPicture);
 
     /// Drawn value 0, the rectangle 0, 0, 0, 0, not visible.
     void hideSelection();
@@ -49,10 +46,10 @@ class SelectionFlow : public QObject {
         int SelLeft = 0, SelTop = 0, SelRight = 0, SelBottom = 0;
     };
 
-    EffectOutcome applyToMarked(const EffectOperation &operation, const EffectOperation &throughLasso);
+    EffectOutcome applyToMarked(const Operation &operation, const Operation &throughLasso);
     bool readBounds(SelectionBounds &bounds) const;
     bool marksPixels() const;
-    bool compute(const EffectOperation &operation, bool limitToRegion);
+    bool compute(const Operation &operation, bool limitToRegion);
     QImage pastedThroughLasso(const QImage &changed) const;
     EffectOutcome take(const QImage &next, bool dummyPicture);
 

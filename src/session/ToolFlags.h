@@ -8,7 +8,6 @@ namespace lumora {
 class ToolFlags {
   public:
     bool SimpleModeOn = false; ///< start-up and launcher write; everything that differs between the modes reads
-    int SelectedSFX = 0;       ///< 1 to 12, the special effect picked last in FT4; the effects panel reads
 
     /// A selection tool is current, so that what is marked limits effects and adjustments: from startSelection() to
     /// endSelection(), which every other tool's start calls, and an effect when it has changed what was marked.

@@ -1,5 +1,6 @@
 #include "effects/BasicEffects.h"
 
+#include "effects/EffectTable.h"
 #include "session/AppContext.h"
 #include "support/TestPictures.h"
 
@@ -21,15 +22,14 @@ class BasicEffectsTest : public testing::Test {
 
 TEST_F(BasicEffectsTest, EachChangesTheWholePhotoAsOneUndoStep) {
     open();
-    for (const BasicEffect &effect : basicEffects()) {
-        SCOPED_TRACE(effect.key);
+    for (const Effect &effect : lumora::effects(EffectGroup::Basic)) {
+        SCOPED_TRACE(effect.name);
         ctx.photo.setPhotoModified(false);
-        EXPECT_EQ(effects.apply(effect.key), EffectOutcome::Done);
+        EXPECT_EQ(effects.apply(effect.key()), EffectOutcome::Done);
         EXPECT_NE(ctx.photo.picCanvas(), photo);
         EXPECT_EQ(ctx.photo.picThumb(), ctx.photo.picCanvas());
         EXPECT_EQ(ctx.photo.pic2nd().width(), 480);
         EXPECT_TRUE(ctx.photo.PhotoModified());
-        EXPECT_TRUE(ctx.flags.EffectChosen);
         ctx.photo.PerformUndo();
         EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), photo), QPoint(-1, -1));
     }
@@ -37,8 +37,8 @@ TEST_F(BasicEffectsTest, EachChangesTheWholePhotoAsOneUndoStep) {
 
 TEST_F(BasicEffectsTest, InvertTwiceIsThePhotoAgain) {
     open();
-    effects.ApplyInvert();
-    effects.ApplyInvert();
+    effects.apply("keyInvert");
+    effects.apply("keyInvert");
     EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), photo), QPoint(-1, -1));
 }
 

@@ -1,6 +1,6 @@
 #include "effects/EffectPreviews.h"
 
-#include "effects/BasicEffects.h"
+#include "effects/EffectTable.h"
 #include "effects/SpecialEffects.h"
 #include "session/AppContext.h"
 #include "support/TestPictures.h"
@@ -18,11 +18,11 @@ namespace {
 class EffectPreviewsTest : public testing::Test {
   protected:
     EffectPreviewsTest() {
-        for (const SpecialEffect &effect : specialEffects()) {
-            FT4.addItem(QStringLiteral("key") + effect.text, "tool10");
+        for (const Effect &effect : effects(EffectGroup::Special)) {
+            FT4.addItem(effect.key(), effect.icon);
         }
-        for (const BasicEffect &effect : basicEffects()) {
-            FT3.addItem(effect.key, effect.iconName);
+        for (const Effect &effect : effects(EffectGroup::Basic)) {
+            FT3.addItem(effect.key(), effect.icon);
         }
         FT4.setPictureSize(96);
         FT3.setPictureSize(120);
@@ -61,7 +61,6 @@ TEST_F(EffectPreviewsTest, EveryItemShowsItsEffectOnThePhoto) {
     EXPECT_EQ(FT4.items()[0]->picture().size(), QSize(96, 64));
     EXPECT_EQ(FT3.items()[0]->picture().size(), QSize(120, 80));
     EXPECT_FALSE(ctx.photo.PhotoModified());
-    EXPECT_TRUE(ctx.flags.EffectChosen);
 }
 
 TEST_F(EffectPreviewsTest, EveryChangeOfThePhotoShowsInThem) {
@@ -81,23 +80,6 @@ TEST_F(EffectPreviewsTest, EveryChangeOfThePhotoShowsInThem) {
         ASSERT_TRUE(waitUntilDone());
         EXPECT_NE(pictures(), before);
     }
-}
-
-TEST_F(EffectPreviewsTest, OtherToolsMakeTheirsAfterwardsInOrder) {
-    QStringList made;
-    bool effectsFirst = true;
-    const auto maker = [&](const char *name) {
-        return [&made, &effectsFirst, this, name] {
-            made += name;
-            effectsFirst = effectsFirst && !FT4.items().last()->picture().isNull();
-        };
-    };
-    previews.makers = {maker("focus"), maker("rotation"), {}, maker("frames")};
-    open(test::photoLike(90, 60));
-    open(test::photoLike(60, 90)); // what was begun for the first photo is dropped
-    ASSERT_TRUE(waitUntilDone());
-    EXPECT_EQ(made, QStringList({"focus", "rotation", "frames"}));
-    EXPECT_TRUE(effectsFirst);
 }
 
 TEST_F(EffectPreviewsTest, WithoutAPhotoThereIsNothingToMake) {

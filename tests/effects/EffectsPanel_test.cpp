@@ -1,5 +1,7 @@
 #include "effects/EffectsPanel.h"
 
+#include "imaging/EffectEngine.h"
+#include "imaging/effects/Mosaic.h"
 #include "session/AppContext.h"
 #include "support/TestPictures.h"
 #include "view/PhotoView.h"
@@ -63,15 +65,10 @@ TEST_F(EffectsPanelTest, APickAppliesAtOnceOrOpensTheBoxAsTheSettingSays) {
     for (const auto &[setting, key, changes, opens, picked] : cases) {
         SCOPED_TRACE(setting + std::string(" ") + key);
         ctx.fields.txtSFX = setting;
-        ctx.flags.RDMode = true;
-        ctx.flags.EffectChosen = false;
         panel.pick(key);
         EXPECT_EQ(ctx.photo.picCanvas() != photo, changes);
         EXPECT_EQ(panel.isOpen(), opens);
-        EXPECT_EQ(ctx.flags.SFXPanelOpen, opens);
-        EXPECT_EQ(ctx.flags.SelectedSFX, picked);
-        EXPECT_EQ(ctx.flags.RDMode, key == std::string("keySFX13"));
-        EXPECT_EQ(ctx.flags.EffectChosen, key != std::string("keySFX13"));
+        EXPECT_EQ(panel.SelectedSFX(), picked);
         if (changes) {
             ctx.photo.PerformUndo();
         }
@@ -90,34 +87,35 @@ TEST_F(EffectsPanelTest, PickingAnotherEffectSwitchesBoxAndCaption) {
         }
         EXPECT_EQ(panel.geometry().bottom(), window.rect().bottom());
     }
-    EXPECT_TRUE(ctx.flags.PanelAnimating);
-    EXPECT_TRUE(ctx.flags.SFXPanelOpening);
 }
 
 TEST_F(EffectsPanelTest, SlidersReachTheirValuesAndClosingRestoresThem) {
     openBox(1);
-    for (const EffectSlider &row : effectSliders()) {
-        SCOPED_TRACE(row.name);
-        const auto value = [&] { return effects.advancedValues(row.effect).at(static_cast<size_t>(row.index)); };
+    const auto eachSlider = [](const auto &look) {
+        for (const Effect &effect : lumora::effects(EffectGroup::Special)) {
+            for (size_t i = 0; i < effect.sliders.size(); ++i) {
+                SCOPED_TRACE(effect.sliders[i].name);
+                look(effect, i, effect.sliders[i]);
+            }
+        }
+    };
+    eachSlider([this](const Effect &effect, size_t i, const EffectSlider &row) {
         auto *slider = control<QSlider>(row.name);
-        const int standard = specialEffect(row.effect)->advanced.at(static_cast<size_t>(row.index));
-        EXPECT_EQ(slider->value(), standard);
+        EXPECT_EQ(slider->value(), effect.advanced.at(i));
         for (const int set : {row.most, row.least}) {
             slider->setValue(set);
-            EXPECT_EQ(value(), set);
+            EXPECT_EQ(effects.advancedValues(effect.number).at(i), set);
         }
-    }
+    });
     control<QSlider>("sldAngle")->setValue(45);
     press("optReflection3");
     press("cmdpnlSFXExit");
-    for (const SpecialEffect &effect : specialEffects()) {
-        EXPECT_EQ(effects.advancedValues(effect.number), effect.advanced) << effect.text;
+    for (const Effect &effect : lumora::effects(EffectGroup::Special)) {
+        EXPECT_EQ(effects.advancedValues(effect.number), effect.advanced) << effect.name;
     }
-    for (const EffectSlider &row : effectSliders()) {
-        EXPECT_EQ(control<QSlider>(row.name)->value(),
-                  specialEffect(row.effect)->advanced.at(static_cast<size_t>(row.index)))
-            << row.name;
-    }
+    eachSlider([this](const Effect &effect, size_t i, const EffectSlider &row) {
+        EXPECT_EQ(control<QSlider>(row.name)->value(), effect.advanced.at(i));
+    });
     EXPECT_EQ(control<QLineEdit>("txtAngle")->text(), "-30");
     EXPECT_TRUE(control<PictureButton>("optReflection1")->isChecked());
 }
@@ -132,7 +130,7 @@ TEST_F(EffectsPanelTest, ApplyTakesTheSlidersWhateverTheSettingSays) {
     EXPECT_EQ(applied.count(), 1);
     EffectEngine engine;
     engine.setPicture(photo);
-    ASSERT_TRUE(engine.mosaic(31, 7, false));
+    ASSERT_TRUE(engine.apply({applyMosaic, {31, 7}}, false));
     EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), engine.picture()), QPoint(-1, -1));
     EXPECT_TRUE(panel.isOpen());
 }
@@ -143,14 +141,11 @@ TEST_F(EffectsPanelTest, ClosingLeavesNoSelectionBehind) {
         PhotoSelection selection;
         selection.markRectangle({1, 1, 9, 9});
         ctx.photo.setSelection(selection);
-        ctx.flags.SelectionActive = true;
-        QSignalSpy tool(&panel, &EffectsPanel::selectionToolWanted);
+        ctx.flags.startSelection(PhotoSelection::Shape::Rectangle);
         QTest::keyClick(&panel, Qt::Key_Escape);
         EXPECT_FALSE(panel.isVisible());
-        EXPECT_FALSE(ctx.flags.SelectionActive);
-        EXPECT_FALSE(ctx.flags.SFXPanelOpen);
+        EXPECT_FALSE(ctx.flags.SelectionActive());
         EXPECT_FALSE(ctx.photo.selection().isShown());
-        EXPECT_EQ(tool.count(), n == 5 ? 0 : 1) << n;
     }
 }
 
@@ -196,12 +191,17 @@ TEST_F(EffectsPanelTest, EveryEffectShowsLiveAndTouchesNothing) {
     lasso.markLasso({{20, 10}, {180, 40}, {60, 110}});
     const QImage before = seen();
     const qint64 key = ctx.photo.picCanvas().cacheKey();
+    const auto select = [this](bool selected) {
+        ctx.flags.startSelection(PhotoSelection::Shape::Lasso);
+        if (!selected) {
+            ctx.flags.endSelection();
+        }
+    };
     for (const bool selected : {false, true}) {
         for (int n = 1; n <= 12; ++n) {
             SCOPED_TRACE(testing::Message() << n << " selected " << selected);
             ctx.photo.setSelection(selected ? lasso : PhotoSelection());
-            ctx.flags.SelectionActive = selected;
-            ctx.flags.SelectionKind = 3;
+            select(selected);
             live.clear();
             openBox(n);
             ASSERT_TRUE(waitForLive());
@@ -213,7 +213,7 @@ TEST_F(EffectsPanelTest, EveryEffectShowsLiveAndTouchesNothing) {
             EXPECT_EQ(seen(), before);
 
             ctx.photo.setSelection(selected ? lasso : PhotoSelection());
-            ctx.flags.SelectionActive = selected;
+            select(selected);
             effects.ApplyAdvancedSFX(n);
             EXPECT_EQ(test::firstDifference(seen(), shown), QPoint(-1, -1));
             ctx.photo.openPicture({.picture = photo, .reason = {}}, PhotoDocument::OpenRoute::LoadPhoto);
@@ -234,8 +234,7 @@ TEST_F(EffectsPanelTest, TheLivePictureFollowsSliderScrollingAndZoom) {
          [this] {
              PhotoSelection box;
              box.markRectangle({20, 20, 60, 60});
-             ctx.flags.SelectionActive = true;
-             ctx.flags.SelectionKind = 1;
+             ctx.flags.startSelection(PhotoSelection::Shape::Rectangle);
              ctx.photo.setSelection(box);
          }},
         {"reduced", [this] { ctx.photo.setZoom(25); }},
@@ -251,6 +250,26 @@ TEST_F(EffectsPanelTest, TheLivePictureFollowsSliderScrollingAndZoom) {
     EXPECT_EQ(ctx.photo.picCanvas(), photo);
     ctx.photo.changePhoto(test::photoLike(50, 50));
     EXPECT_FALSE(panel.livePreview().isShown()) << "it was meant for another photo";
+}
+
+TEST_F(EffectsPanelTest, APictureThatComesAfterClosingIsNotShown) {
+    const QImage before = seen();
+    openBox(5);
+    ASSERT_TRUE(waitForLive());
+    auto *slider = control<QSlider>("sldSFX5");
+    for (int radius = slider->maximum(); radius > 20 && !panel.livePreview().isBusy(); --radius) {
+        live.clear();
+        slider->setValue(radius);
+        while (!panel.livePreview().isBusy() && live.count() == 0) {
+            QCoreApplication::processEvents();
+        }
+    }
+    ASSERT_TRUE(panel.livePreview().isBusy()) << "each was shown before this thread got back to look";
+    live.clear();
+    press("cmdpnlSFXExit");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !panel.livePreview().isBusy(); }));
+    EXPECT_EQ(live.count(), 0);
+    EXPECT_EQ(test::firstDifference(seen(), before), QPoint(-1, -1));
 }
 
 TEST_F(EffectsPanelTest, OnlyTheNewestOfManyMovesIsComputed) {

@@ -1,8 +1,9 @@
 #include "effects/SpecialEffects.h"
 
 #include "effects/BasicEffects.h"
-#include "effects/ColourAdjustments.h"
+#include "imaging/EffectEngine.h"
 #include "imaging/Picture.h"
+#include "imaging/effects/Tile.h"
 #include "session/AppContext.h"
 #include "support/TestPictures.h"
 
@@ -50,8 +51,7 @@ class SpecialEffectsTest : public testing::Test {
         ctx.photo.openPicture({.picture = picture, .reason = {}}, PhotoDocument::OpenRoute::LoadPhoto);
     }
     void select(int kind, const PhotoSelection &selection) {
-        ctx.flags.SelectionActive = true;
-        ctx.flags.SelectionKind = kind;
+        ctx.flags.startSelection(static_cast<PhotoSelection::Shape>(kind));
         ctx.photo.setSelection(selection);
     }
     EffectOutcome run(int n, bool advanced) {
@@ -75,45 +75,39 @@ class SpecialEffectsTest : public testing::Test {
 struct Change {
     std::string name;
     std::function<EffectOutcome(SpecialEffects &, BasicEffects &, SelectionFlow &)> run;
-    EffectOperation onMarked;
-    EffectOperation throughLasso;
+    Operation onMarked;
+    Operation throughLasso;
 };
 
 std::vector<Change> commonChanges() {
     std::vector<Change> changes;
-    for (const SpecialEffect &effect : specialEffects()) {
+    for (const Effect &effect : effects(EffectGroup::Special)) {
         for (const bool advanced : {false, true}) {
             const EffectValues values = advanced ? effect.advanced : effect.basic;
-            const auto with = [&effect, values](bool settings) -> EffectOperation {
-                return [&effect, values, settings](EffectEngine &engine, bool region) {
-                    return runEffect(effect, settings, values, engine, region);
-                };
-            };
             if (!effect.wholePhoto) {
                 changes.push_back(
-                    {effect.text + std::string(advanced ? " advanced" : " basic"),
+                    {effect.name + std::string(advanced ? " advanced" : " basic"),
                      [n = effect.number, advanced](SpecialEffects &special, BasicEffects &, SelectionFlow &) {
                          return advanced ? special.ApplyAdvancedSFX(n) : special.ApplyBasicSFX(n);
                      },
-                     with(advanced), with(false)});
+                     operationOf(effect, advanced, values), operationOf(effect, false, values)});
             }
         }
     }
-    for (const BasicEffect &effect : basicEffects()) {
+    for (const Effect &effect : effects(EffectGroup::Basic)) {
+        const Operation operation = operationOf(effect, false, effect.basic);
         changes.push_back(
-            {effect.key,
-             [key = effect.key](SpecialEffects &, BasicEffects &four, SelectionFlow &) { return four.apply(key); },
-             effect.apply, effect.apply});
+            {effect.name,
+             [key = effect.key()](SpecialEffects &, BasicEffects &four, SelectionFlow &) { return four.apply(key); },
+             operation, operation});
     }
-    for (const ColourAdjustment &adjustment : colourAdjustments()) {
-        const auto by = [apply = adjustment.apply](int amount) -> EffectOperation {
-            return [=](EffectEngine &engine, bool region) { return (engine.*apply)(region, amount); };
-        };
-        changes.push_back({adjustment.key,
-                           [by](SpecialEffects &, BasicEffects &, SelectionFlow &tool) {
-                               return tool.apply(by(-30), by(simpleLassoAmount));
-                           },
-                           by(-30), by(simpleLassoAmount)});
+    for (const Effect &adjustment : effects(EffectGroup::Adjustment)) {
+        const Operation onMarked = operationOf(adjustment, false, {-30});
+        const Operation throughLasso = operationOf(adjustment, false, {50});
+        changes.push_back(
+            {adjustment.name,
+             [=](SpecialEffects &, BasicEffects &, SelectionFlow &tool) { return tool.apply(onMarked, throughLasso); },
+             onMarked, throughLasso});
     }
     return changes;
 }
@@ -138,7 +132,7 @@ TEST_F(SpecialEffectsTest, OnlyWhatIsMarkedChangesAndTheSelectionIsDropped) {
             SCOPED_TRACE(change.name + " in a selection of kind " + std::to_string(kind));
             EffectEngine engine;
             engine.setPicture(photo);
-            ASSERT_TRUE((kind == 3 ? change.throughLasso : change.onMarked)(engine, false));
+            ASSERT_TRUE(engine.apply(kind == 3 ? change.throughLasso : change.onMarked, false));
             QImage expected = photo.copy();
             const Region region = marked(kind).region(photo.size());
             for (int y = 0; y < photo.height(); ++y) {
@@ -151,7 +145,7 @@ TEST_F(SpecialEffectsTest, OnlyWhatIsMarkedChangesAndTheSelectionIsDropped) {
             select(kind, marked(kind));
             EXPECT_EQ(change.run(effects, basic, flow), EffectOutcome::Done);
             EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), expected), nowhere);
-            EXPECT_FALSE(ctx.flags.SelectionActive);
+            EXPECT_FALSE(ctx.flags.SelectionActive());
             EXPECT_TRUE(ctx.photo.selection().isEmpty());
             EXPECT_FALSE(ctx.photo.selection().isShown());
             undoAndCompare();
@@ -174,12 +168,10 @@ TEST_F(SpecialEffectsTest, EffectsOfTheWholePhotoOnlyHideTheSelection) {
         EXPECT_EQ(run(n, advanced), EffectOutcome::Done);
         const QRect beside(60, 0, 140, 180); // of the selection
         EXPECT_NE(ctx.photo.picCanvas().copy(beside), photo.copy(beside));
-        EXPECT_TRUE(ctx.flags.SelectionActive);
+        EXPECT_TRUE(ctx.flags.SelectionActive());
         EXPECT_FALSE(ctx.photo.selection().isShown());
         EXPECT_EQ(!ctx.photo.selection().isEmpty(), boxStays);
         EXPECT_EQ(ctx.photo.pic2nd() != before, copiesFollow);
-        EXPECT_EQ(ctx.flags.SFXPanelOpening, advanced);
-        ctx.flags.SFXPanelOpening = false;
         undoAndCompare();
     }
 }
@@ -227,7 +219,7 @@ TEST_F(SpecialEffectsTest, ASelectionWithoutPixelsOfThePhotoAsksForOne) {
             EXPECT_EQ(ctx.photo.selection().box(), selection.box());
         }
     }
-    EXPECT_TRUE(ctx.flags.SelectionActive);
+    EXPECT_TRUE(ctx.flags.SelectionActive());
     EXPECT_FALSE(ctx.photo.PhotoModified());
     EXPECT_EQ(ctx.photo.history().undoSteps(), 0);
 }
@@ -247,7 +239,7 @@ TEST_F(SpecialEffectsTest, WhatCannotRunChangesNothing) {
     }
     select(7, marked(1)); // a kind that no tool has
     EXPECT_EQ(run(1, false), EffectOutcome::Nothing);
-    EXPECT_FALSE(ctx.flags.SelectionActive);
+    EXPECT_FALSE(ctx.flags.SelectionActive());
     EXPECT_EQ(ctx.photo.picCanvas().cacheKey(), key);
     EXPECT_FALSE(ctx.photo.PhotoModified());
     EXPECT_EQ(ctx.photo.history().undoSteps(), 0);
@@ -261,22 +253,24 @@ TEST_F(SpecialEffectsTest, WhatCannotRunChangesNothing) {
 }
 
 TEST_F(SpecialEffectsTest, ARefusingEngineCostsNeitherPhotoNorHistory) {
-    const EffectOperation refusals[] = {
-        [](EffectEngine &, bool) { return false; },
-        [](EffectEngine &, bool) -> bool { throw std::bad_alloc(); },
+    const Operation refusals[] = {
+        [](const QImage &, PixelRect) { return QImage(); },
+        [](const QImage &, PixelRect) -> QImage { throw std::bad_alloc(); },
     };
     const qint64 key = ctx.photo.picCanvas().cacheKey();
-    for (const EffectOperation &refusal : refusals) {
+    for (const Operation &refusal : refusals) {
         for (int kind = 0; kind <= 3; ++kind) {
             SCOPED_TRACE(kind);
             select(kind, marked(kind));
-            ctx.flags.SelectionActive = kind > 0;
+            if (kind == 0) {
+                ctx.flags.endSelection();
+            }
             ctx.photo.setPhotoModified(false);
             EXPECT_EQ(flow.apply(refusal), EffectOutcome::Refused);
             EXPECT_EQ(ctx.photo.picCanvas().cacheKey(), key);
             EXPECT_EQ(ctx.photo.history().undoSteps(), 0);
             EXPECT_TRUE(ctx.photo.PhotoModified());
-            EXPECT_FALSE(ctx.flags.SelectionActive);
+            EXPECT_FALSE(ctx.flags.SelectionActive());
         }
     }
     EXPECT_EQ(run(1, false), EffectOutcome::Done) << "the next click works";
@@ -303,14 +297,16 @@ int effectsWithoutMemory() {
     for (const bool active : {false, true}) {
         for (int n = 1; n <= 12; ++n) {
             ctx.photo.setSelection(lasso);
-            ctx.flags.SelectionKind = 3;
-            ctx.flags.SelectionActive = active;
+            ctx.flags.startSelection(PhotoSelection::Shape::Lasso);
+            if (!active) {
+                ctx.flags.endSelection();
+            }
             asBefore = asBefore && effects.ApplyBasicSFX(n) == EffectOutcome::Refused &&
                        ctx.photo.picCanvas().cacheKey() == key && ctx.photo.history().undoSteps() == 0;
         }
     }
     ::setrlimit(RLIMIT_AS, &limit);
-    ctx.flags.SelectionActive = false;
+    ctx.flags.endSelection();
     return asBefore && effects.ApplyBasicSFX(1) == EffectOutcome::Done ? 0 : 1;
 }
 
@@ -331,20 +327,10 @@ TEST_F(SpecialEffectsTest, TilesAreCountedNotMeasured) {
         effects.setAdvancedValue(8, 1, down);
         EffectEngine engine;
         engine.setPicture(photo);
-        ASSERT_TRUE(engine.tile(width, height));
+        ASSERT_TRUE(engine.apply({applyTile, {width, height}}, false));
         EXPECT_EQ(run(8, advanced), EffectOutcome::Done);
         EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), engine.picture()), nowhere) << across;
         ctx.photo.PerformUndo();
-    }
-}
-
-TEST_F(SpecialEffectsTest, SomeGiveTheSelectionToolBack) {
-    for (int n = 1; n <= 12; ++n) {
-        for (const bool advanced : {false, true}) {
-            QSignalSpy wanted(&effects, &SpecialEffects::selectionToolWanted);
-            run(n, advanced);
-            EXPECT_EQ(wanted.count(), n == 6 || n == 10 ? 1 : 0) << n;
-        }
     }
 }
 
@@ -363,8 +349,8 @@ TEST(EffectValuesAtScale, LengthsFollowTheReducedPhotoCountsAndLevelsDoNot) {
         {11, {-30, 255, 0, 9}, {-30, 255, 0, 9}},
     };
     for (const auto &[n, values, atEighth] : cases) {
-        EXPECT_EQ(valuesAtScale(*specialEffect(n), values, 8), atEighth) << n;
-        EXPECT_EQ(valuesAtScale(*specialEffect(n), values, 1), values) << n;
+        EXPECT_EQ(valuesAtScale(*findEffect(EffectGroup::Special, n), values, 8), atEighth) << n;
+        EXPECT_EQ(valuesAtScale(*findEffect(EffectGroup::Special, n), values, 1), values) << n;
     }
 }
 

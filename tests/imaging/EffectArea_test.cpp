@@ -1,3 +1,4 @@
+#include "imaging/AllOperations.h"
 #include "imaging/EffectEngine.h"
 #include "imaging/EffectReference.h"
 #include "imaging/Picture.h"
@@ -276,51 +277,47 @@ QImage paintedSlowly(const QImage &picture, int radius) {
 
 struct AreaEffect {
     const char *name;
-    std::function<bool(EffectEngine &, bool limitToRegion)> run;
+    Operation operation;
     std::function<QImage(const QImage &)> reference;
 };
 
 const std::vector<AreaEffect> &areaEffects() {
     const auto mosaic = [](int width, int height) {
-        return AreaEffect{"mosaic", [=](EffectEngine &e, bool r) { return e.mosaic(width, height, r); },
-                          [=](const QImage &p) {
+        return AreaEffect{"mosaic", {applyMosaic, {width, height}}, [=](const QImage &p) {
                               return mosaicSlowly(p, std::clamp(width, 1, p.width()),
                                                   std::clamp(height, 1, p.height()));
                           }};
     };
     const auto blur = [](int asked, int used) {
-        return AreaEffect{"blur", [=](EffectEngine &e, bool r) { return e.blur(asked, r); },
-                          [=](const QImage &p) { return blurredSlowly(p, used); }};
+        return AreaEffect{"blur", {applyBlur, {asked}}, [=](const QImage &p) { return blurredSlowly(p, used); }};
     };
     const auto convolution = [](std::array<float, 9> asked, int offset, std::array<double, 9> used, int usedOffset,
                                 int bits) {
-        return AreaEffect{"convolve", [=](EffectEngine &e, bool r) { return e.convolve(asked, offset, r); },
-                          [=](const QImage &p) { return convolvedSlowly(p, used, usedOffset, bits); }};
+        return AreaEffect{"convolve", {applyConvolution, {asked, offset}}, [=](const QImage &p) {
+                              return convolvedSlowly(p, used, usedOffset, bits);
+                          }};
     };
     const auto emboss = [](int asked, int used) {
-        return AreaEffect{"colourEmboss", [=](EffectEngine &e, bool r) { return e.colourEmboss(asked, r); },
-                          [=](const QImage &p) {
+        return AreaEffect{"colourEmboss", {applyColourEmboss, {asked}}, [=](const QImage &p) {
                               const double d = used;
                               return convolvedSlowly(p, {-2 * d, -d, 0, -d, 1, d, 0, d, 2 * d}, 0, 10);
                           }};
     };
     const auto highPass = [](int asked, int used) {
-        return AreaEffect{"highPassSharpen", [=](EffectEngine &e, bool r) { return e.highPassSharpen(asked, r); },
-                          [=](const QImage &p) {
+        return AreaEffect{"highPassSharpen", {applyHighPassSharpen, {asked}}, [=](const QImage &p) {
                               const double c = -(2 + used / 32.0) / 16;
                               return convolvedSlowly(p, {c, 2 * c, c, 2 * c, 1 - 12 * c, 2 * c, c, 2 * c, c}, 0, 9);
                           }};
     };
     const auto oil = [](int asked, int used) {
-        return AreaEffect{"oilPainting", [=](EffectEngine &e, bool r) { return e.oilPainting(asked, r); },
-                          [=](const QImage &p) { return paintedSlowly(p, used); }};
+        return AreaEffect{
+            "oilPainting", {applyOilPainting, {asked}}, [=](const QImage &p) { return paintedSlowly(p, used); }};
     };
     const auto texture = [](QSize size, bool transparent, int asked, int strength) {
         const QImage picture = photoLike(size.width(), size.height(), transparent);
         return AreaEffect{"texture",
-                          [=](EffectEngine &e, bool r) {
-                              e.setTexture(picture);
-                              return e.texture(asked, 0, r);
+                          [=](const QImage &p, PixelRect area) {
+                              return Operation(applyTexture, {readView(picture), asked})(p, area);
                           },
                           [=](const QImage &p) { return texturedSlowly(p, picture, strength); }};
     };
@@ -355,7 +352,8 @@ const std::vector<AreaEffect> &areaEffects() {
         texture({1100, 9}, true, 50, 50),
         texture({1, 1}, false, INT_MIN, 100),
         texture({64, 64}, true, INT_MAX, 0),
-        {"sharpen", [](EffectEngine &e, bool r) { return e.sharpen(r); },
+        {"sharpen",
+         {applySharpen, {}},
          [](const QImage &p) {
              return convolvedSlowly(p, {0, -1, 0, -1, 5, -1, 0, -1, 0}, 0, 12);
          }},
@@ -366,18 +364,17 @@ const std::vector<AreaEffect> &areaEffects() {
 /// Those that always take the whole picture.
 const std::vector<AreaEffect> &wholeEffects() {
     const auto tile = [](int width, int height) {
-        return AreaEffect{"tile", [=](EffectEngine &e, bool) { return e.tile(width, height); },
-                          [=](const QImage &p) {
+        return AreaEffect{"tile", {applyTile, {width, height}}, [=](const QImage &p) {
                               return tiledSlowly(p, std::clamp(width, 1, p.width()), std::clamp(height, 1, p.height()));
                           }};
     };
     const auto reflection = [](int style) {
-        return AreaEffect{"reflection", [=](EffectEngine &e, bool) { return e.reflection(style); },
-                          [=](const QImage &p) { return reflectedSlowly(p, style); }};
+        return AreaEffect{
+            "reflection", {applyReflection, {style}}, [=](const QImage &p) { return reflectedSlowly(p, style); }};
     };
     const auto perspective = [](std::array<int, 4> asked, int angle, QRgb background) {
         return AreaEffect{"perspective",
-                          [=](EffectEngine &e, bool) { return e.perspective(asked[0], asked[1], asked[2], asked[3]); },
+                          {applyPerspective, {asked[0], asked[1], asked[2], asked[3]}},
                           [=](const QImage &p) { return inPerspectiveSlowly(p, angle, background); }};
     };
     static const std::vector<AreaEffect> effects = {
@@ -411,7 +408,7 @@ TEST(EffectArea, neighboursCountAsInTheReferenceInEveryVersion) {
                 forEachTarget([&] {
                     EffectEngine engine;
                     engine.setPicture(picture);
-                    ASSERT_TRUE(effect.run(engine, false)) << effect.name;
+                    ASSERT_TRUE(engine.apply(effect.operation, false)) << effect.name;
                     ASSERT_EQ(engine.picture().format(), picture.format());
                     ASSERT_EQ(firstDifference(engine.picture(), expected), QPoint(-1, -1))
                         << effect.name << ' ' << size.width() << " x " << size.height() << ' ' << transparent;
@@ -429,13 +426,13 @@ TEST(EffectArea, largePicturesShowNoSeams) {
         if (std::string(effect.name) != "blur" && std::string(effect.name) != "oilPainting") {
             EffectEngine engine;
             engine.setPicture(picture);
-            ASSERT_TRUE(effect.run(engine, false));
+            ASSERT_TRUE(engine.apply(effect.operation, false));
             EXPECT_EQ(firstDifference(engine.picture(), effect.reference(picture)), QPoint(-1, -1)) << effect.name;
         }
     }
     EffectEngine engine;
     engine.setPicture(picture);
-    ASSERT_TRUE(engine.oilPainting(2, false));
+    ASSERT_TRUE(engine.apply({applyOilPainting, {2}}, false));
     EXPECT_EQ(firstDifference(engine.picture(), paintedSlowly(picture, 2)), QPoint(-1, -1));
 }
 
@@ -453,7 +450,7 @@ TEST(EffectArea, neighboursOutsideTheRegionCountButDoNotChange) {
                     const int bottom = box.top() + box.height();
                     (engine.*(ellipse ? &EffectEngine::setEllipticalRegion : &EffectEngine::setRectangularRegion))(
                         box.left(), box.top(), right, bottom);
-                    ASSERT_TRUE(effect.run(engine, true));
+                    ASSERT_TRUE(engine.apply(effect.operation, true));
                     const Region region = make(141, 90, box.left(), box.top(), right, bottom);
                     QImage expected = picture.copy();
                     for (int i = 0; i < 141 * 90; ++i) {
@@ -473,21 +470,18 @@ TEST(EffectArea, whatCannotBeDoneIsRefusedAndLeavesThePicture) {
     EffectEngine engine;
     for (const auto &effects : {areaEffects(), wholeEffects()}) {
         for (const AreaEffect &effect : effects) {
-            EXPECT_FALSE(effect.run(engine, false)) << effect.name << " without a picture";
+            EXPECT_FALSE(engine.apply(effect.operation, false)) << effect.name << " without a picture";
         }
     }
     const QImage picture = photoLike(9, 9);
     engine.setPicture(picture);
     for (const int style : {INT_MIN, 0, 5, INT_MAX}) {
-        EXPECT_FALSE(engine.reflection(style));
+        EXPECT_FALSE(engine.apply({applyReflection, {style}}, false));
     }
-    EffectEngine bare;
-    bare.setPicture(picture);
-    EXPECT_FALSE(bare.texture(0, 0, false)) << "no texture";
-    engine.setTexture(picture);
-    EXPECT_FALSE(engine.texture(0, 1, false)) << "no such layout";
+    EXPECT_FALSE(engine.apply({applyTexture, {}}, false)) << "no texture";
+    EXPECT_FALSE(engine.apply({applyTexture, {readView(picture), 0, 1}}, false)) << "no such layout";
     for (const float bad : {std::nanf(""), std::numeric_limits<float>::infinity()}) {
-        EXPECT_FALSE(engine.convolve({0, 0, 0, 0, 1, 0, 0, bad, 0}, 0, false));
+        EXPECT_FALSE(engine.apply({applyConvolution, {{0, 0, 0, 0, 1, 0, 0, bad, 0}}}, false));
     }
     EXPECT_EQ(engine.picture().constBits(), picture.constBits());
 }

@@ -1,3 +1,4 @@
+#include "imaging/AllOperations.h"
 #include "imaging/EffectEngine.h"
 #include "imaging/EffectReference.h"
 #include "imaging/Picture.h"
@@ -46,29 +47,25 @@ QRgb movedAway(QRgb pixel, int level, int steps, int percent) {
 
 struct PointEffect {
     const char *name;
-    std::function<bool(EffectEngine &, bool limitToRegion)> run;
+    Operation operation;
     std::function<QRgb(QRgb)> reference;
 };
 
 const std::vector<PointEffect> &pointEffects() {
     const auto blackAndWhite = [](int asked, int used) {
-        return PointEffect{"blackAndWhite", [asked](EffectEngine &e, bool r) { return e.blackAndWhite(asked, r); },
-                           [used](QRgb p) {
+        return PointEffect{"blackAndWhite", {applyBlackAndWhite, {asked}}, [used](QRgb p) {
                                const int level = luma(p) > used ? 255 : 0;
                                return withAlphaOf(p, level, level, level);
                            }};
     };
     const auto invert = [](bool red, bool green, bool blue) {
-        return PointEffect{"invert", [=](EffectEngine &e, bool r) { return e.invert(red, green, blue, r); },
-                           [=](QRgb p) {
+        return PointEffect{"invert", {applyInvert, {red, green, blue}}, [=](QRgb p) {
                                return withAlphaOf(p, red ? 255 - qRed(p) : qRed(p), green ? 255 - qGreen(p) : qGreen(p),
                                                   blue ? 255 - qBlue(p) : qBlue(p));
                            }};
     };
     const auto solarise = [](std::array<int, 3> asked, std::array<int, 3> used, bool above) {
-        return PointEffect{"solarise",
-                           [=](EffectEngine &e, bool r) { return e.solarise(asked[0], asked[1], asked[2], above, r); },
-                           [=](QRgb p) {
+        return PointEffect{"solarise", {applySolarise, {asked[0], asked[1], asked[2], above}}, [=](QRgb p) {
                                const auto channel = [&](int value, int threshold) {
                                    return (value > threshold) == above ? 255 - value : value;
                                };
@@ -77,9 +74,7 @@ const std::vector<PointEffect> &pointEffects() {
                            }};
     };
     const auto colourise = [](std::array<int, 3> asked, std::array<int, 3> used) {
-        return PointEffect{"colourise",
-                           [=](EffectEngine &e, bool r) { return e.colourise(asked[0], asked[1], asked[2], r); },
-                           [=](QRgb p) {
+        return PointEffect{"colourise", {applyColourise, {asked[0], asked[1], asked[2]}}, [=](QRgb p) {
                                const double toColour = std::min(2 * luma(p), 255) / 255.0;
                                const double toWhite = std::max(2 * luma(p) - 255, 0) / 255.0;
                                const auto channel = [&](int colour) {
@@ -89,19 +84,17 @@ const std::vector<PointEffect> &pointEffects() {
                            }};
     };
     const auto brightness = [](int asked, int used) {
-        return PointEffect{"brightness", [=](EffectEngine &e, bool r) { return e.brightness(r, asked); },
-                           [=](QRgb p) {
+        return PointEffect{"brightness", {applyBrightness, {asked}}, [=](QRgb p) {
                                const auto channel = [&](int value) { return std::clamp(value + used, 0, 255); };
                                return withAlphaOf(p, channel(qRed(p)), channel(qGreen(p)), channel(qBlue(p)));
                            }};
     };
     const auto contrast = [](int asked, int used) {
-        return PointEffect{"contrast", [=](EffectEngine &e, bool r) { return e.contrast(r, asked); },
-                           [=](QRgb p) { return movedAway(p, 128, 256, used); }};
+        return PointEffect{"contrast", {applyContrast, {asked}}, [=](QRgb p) { return movedAway(p, 128, 256, used); }};
     };
     const auto saturation = [](int asked, int used) {
-        return PointEffect{"saturation", [=](EffectEngine &e, bool r) { return e.saturation(r, asked); },
-                           [=](QRgb p) { return movedAway(p, luma(p), 512, used); }};
+        return PointEffect{
+            "saturation", {applySaturation, {asked}}, [=](QRgb p) { return movedAway(p, luma(p), 512, used); }};
     };
     static const std::vector<PointEffect> effects = {
         blackAndWhite(127, 127),
@@ -109,9 +102,8 @@ const std::vector<PointEffect> &pointEffects() {
         blackAndWhite(255, 255),
         blackAndWhite(INT_MIN, 0),
         blackAndWhite(INT_MAX, 255),
-        {"greyscale", [](EffectEngine &e, bool r) { return e.greyscale(0, r); },
-         [](QRgb p) { return withAlphaOf(p, luma(p), luma(p), luma(p)); }},
-        {"sepia", [](EffectEngine &e, bool r) { return e.sepia(r); }, sepia},
+        {"greyscale", {applyGreyscale, {}}, [](QRgb p) { return withAlphaOf(p, luma(p), luma(p), luma(p)); }},
+        {"sepia", {applySepia, {}}, sepia},
         invert(true, true, true),
         invert(true, false, false),
         invert(false, true, false),
@@ -173,7 +165,7 @@ TEST(Effect, everyVersionGivesTheReferencesBytesAtAwkwardSizes) {
                 forEachTarget([&] {
                     EffectEngine engine;
                     engine.setPicture(picture);
-                    ASSERT_TRUE(effect.run(engine, false)) << effect.name;
+                    ASSERT_TRUE(engine.apply(effect.operation, false)) << effect.name;
                     ASSERT_EQ(engine.picture().format(), picture.format());
                     ASSERT_EQ(firstDifference(engine.picture(), expected), QPoint(-1, -1))
                         << effect.name << ' ' << size.width() << " x " << size.height() << ' ' << transparent;
@@ -189,7 +181,7 @@ TEST(Effect, largePicturesTakeTheWayPastTheCache) {
     for (const PointEffect &effect : pointEffects()) {
         EffectEngine engine;
         engine.setPicture(picture);
-        ASSERT_TRUE(effect.run(engine, false));
+        ASSERT_TRUE(engine.apply(effect.operation, false));
         EXPECT_EQ(firstDifference(engine.picture(), mappedSlowly(picture, effect)), QPoint(-1, -1)) << effect.name;
     }
 }
@@ -210,7 +202,7 @@ TEST(Effect, nothingOutsideTheRegionChanges) {
                 engine.setPicture(picture);
                 EXPECT_TRUE(row.ellipse ? engine.setEllipticalRegion(row.a, row.b, row.c, row.d)
                                         : engine.setRectangularRegion(row.a, row.b, row.c, row.d));
-                ASSERT_TRUE(effect.run(engine, true));
+                ASSERT_TRUE(engine.apply(effect.operation, true));
                 const auto make = row.ellipse ? &Region::ellipse : &Region::rectangle;
                 const Region region = make(71, 51, row.a, row.b, row.c, row.d);
                 EXPECT_EQ(firstDifference(engine.picture(), mappedSlowly(picture, effect, &region)), QPoint(-1, -1))
@@ -226,31 +218,31 @@ TEST(Effect, theRegionCountsOnlyWhenAskedForAndWhileItIsSet) {
     const QImage whole = mappedSlowly(picture, invert);
     EffectEngine engine;
     engine.setPicture(picture);
-    EXPECT_TRUE(engine.invert(true, true, true, true));
+    EXPECT_TRUE(engine.apply({applyInvert, {true, true, true}}, true));
     EXPECT_EQ(firstDifference(engine.picture(), whole), QPoint(-1, -1)) << "no region set";
     engine.setRectangularRegion(1, 1, 5, 5);
     engine.setPicture(picture);
-    EXPECT_TRUE(engine.invert(true, true, true, false));
+    EXPECT_TRUE(engine.apply({applyInvert, {true, true, true}}, false));
     EXPECT_EQ(firstDifference(engine.picture(), whole), QPoint(-1, -1)) << "not asked for";
     engine.clearRegion();
     engine.setPicture(picture);
-    EXPECT_TRUE(engine.invert(true, true, true, true));
+    EXPECT_TRUE(engine.apply({applyInvert, {true, true, true}}, true));
     EXPECT_EQ(firstDifference(engine.picture(), whole), QPoint(-1, -1)) << "cleared";
 }
 
 TEST(Effect, whatCannotBeDoneIsRefusedAndLeavesThePicture) {
     EffectEngine engine;
     for (const PointEffect &effect : pointEffects()) {
-        EXPECT_FALSE(effect.run(engine, false)) << effect.name << " without a picture";
+        EXPECT_FALSE(engine.apply(effect.operation, false)) << effect.name << " without a picture";
     }
     const QImage picture = photoLike(9, 9);
     engine.setPicture(picture);
     for (const int mode : {-1, 1, INT_MAX}) {
-        EXPECT_FALSE(engine.greyscale(mode, false));
+        EXPECT_FALSE(engine.apply({applyGreyscale, {mode}}, false));
     }
     EXPECT_EQ(engine.picture().constBits(), picture.constBits());
     engine.setPicture(QImage(5, 5, QImage::Format_Grayscale8));
-    EXPECT_FALSE(engine.sepia(false)) << "not a picture of this house";
+    EXPECT_FALSE(engine.apply({applySepia, {}}, false)) << "not a picture of this house";
 }
 
 } // namespace

@@ -36,8 +36,12 @@ namespace lumora {
 
 HWY_EXPORT(greyscaleRows);
 
-void applyGreyscale(const Greyscale &parameters, ConstPixelView source, PixelView target, PixelRect area) {
+bool applyGreyscale(const Greyscale &parameters, ConstPixelView source, PixelView target, PixelRect area) {
+    if (parameters.mode != 0) {
+        return false;
+    }
     runPointKernel(HWY_DYNAMIC_DISPATCH(greyscaleRows), parameters, source, target, area);
+    return true;
 }
 
 } // namespace lumora

@@ -5,10 +5,12 @@
 
 namespace lumora {
 
-struct Greyscale {};
+struct Greyscale {
+    int mode = 0; ///< 0: the luma; there are no others
+};
 
 /// Every channel of a pixel becomes its luma, 0.299 R + 0.587 G + 0.114 B (ITU-R BT.601), rounded. Alpha is kept.
-/// Source and target have one size; the area lies within it.
-void applyGreyscale(const Greyscale &parameters, ConstPixelView source, PixelView target, PixelRect area);
+/// Source and target have one size; the area lies within it. False, and nothing done, for another mode.
+bool applyGreyscale(const Greyscale &parameters, ConstPixelView source, PixelView target, PixelRect area);
 
 } // namespace lumora

@@ -107,8 +107,9 @@ void bendRow(const std::uint32_t *from, std::uint32_t *line, int width, int mirr
 
 } // namespace
 
-bool applyReflection(int style, ConstPixelView source, PixelView target, PixelRect area) {
+bool applyReflection(const Reflection &parameters, ConstPixelView source, PixelView target, PixelRect area) {
     Layout (*const layouts[])(int, int) = {tableLayout, waterLayout, besideLayout, fourWaysLayout};
+    const int style = parameters.style;
     if (style < 1 || style > int(std::size(layouts))) {
         return false;
     }

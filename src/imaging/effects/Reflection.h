@@ -13,9 +13,13 @@ enum class ReflectionStyle {
     FourWays = 4, ///< the upper left quarter, mirrored to the right and downwards
 };
 
+struct Reflection {
+    int style = 1; ///< a ReflectionStyle
+};
+
 /// False, and nothing done, for a style that does not exist. What is not mirrored stays where it is; alpha goes with
 /// its pixel. Source and target have one size; the area lies within it. Throws std::bad_alloc when memory for some rows
 /// is refused.
-bool applyReflection(int style, ConstPixelView source, PixelView target, PixelRect area);
+bool applyReflection(const Reflection &parameters, ConstPixelView source, PixelView target, PixelRect area);
 
 } // namespace lumora

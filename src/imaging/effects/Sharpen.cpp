@@ -4,7 +4,8 @@
 
 namespace lumora {
 
-bool applySharpen(ConstPixelView source, PixelView target, PixelRect area, bool opaque) {
+bool applySharpen(const Sharpen & /*parameters*/, ConstPixelView source, PixelView target, PixelRect area,
+                  bool opaque) {
     return applyConvolution({{0, -1, 0, -1, 5, -1, 0, -1, 0}}, source, target, area, opaque);
 }
 

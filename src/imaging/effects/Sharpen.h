@@ -5,8 +5,10 @@
 
 namespace lumora {
 
+struct Sharpen {};
+
 /// The picture less its Laplacian: 0 -1 0 / -1 5 -1 / 0 -1 0 (Gonzalez and Woods, "Digital Image Processing", on
 /// spatial sharpening). Edges, alpha and the answer as in Convolution.h.
-bool applySharpen(ConstPixelView source, PixelView target, PixelRect area, bool opaque);
+bool applySharpen(const Sharpen &parameters, ConstPixelView source, PixelView target, PixelRect area, bool opaque);
 
 } // namespace lumora

@@ -19,8 +19,11 @@ Shade shadeOf(const std::uint8_t *pixel, int strength) {
 
 } // namespace
 
-void applyTexture(const Texture &parameters, ConstPixelView source, PixelView target, PixelRect area) {
+bool applyTexture(const Texture &parameters, ConstPixelView source, PixelView target, PixelRect area) {
     const ConstPixelView &texture = parameters.picture;
+    if (texture.isEmpty() || parameters.layout != 0) {
+        return false;
+    }
     const int strength = 100 - std::clamp(parameters.fade, 0, 100);
     const int rows = std::min(texture.height, source.height);
     // What no column of the picture shows is left out; the rest never comes round then.
@@ -33,6 +36,7 @@ void applyTexture(const Texture &parameters, ConstPixelView source, PixelView ta
     }
     applyPattern(
         pattern, [rows](int y) { return y % rows; }, source, target, area);
+    return true;
 }
 
 } // namespace lumora

@@ -1,6 +1,7 @@
 #include "tools/adjust/AdjustTool.h"
 
-#include "effects/ColourAdjustments.h"
+#include "effects/EffectTable.h"
+#include "imaging/EffectEngine.h"
 #include "session/AppContext.h"
 #include "tools/adjust/AdjustPanel.h"
 #include "tools/canvas/CanvasMouse.h"
@@ -16,23 +17,21 @@ namespace lumora {
 namespace {
 
 constexpr QSize itemPicture(120, 120); // pixels of FT6's pictures
-const char *const titles[] = {"Brightness", "Contrast", "Saturation"};
 
 bool isKind(int kind) {
-    return kind >= 1 && kind <= int(colourAdjustments().size());
+    return findEffect(EffectGroup::Adjustment, kind) != nullptr;
 }
 
 /// The operation of a kind.
-EffectOperation operation(int kind, int amount) {
-    const auto apply = colourAdjustments()[size_t(kind) - 1].apply;
-    return [apply, amount](EffectEngine &engine, bool region) { return (engine.*apply)(region, amount); };
+Operation operation(int kind, int amount) {
+    return operationOf(*findEffect(EffectGroup::Adjustment, kind), false, {amount});
 }
 
 /// The picture as the adjustment makes it; as it is where the engine refuses.
 QImage adjusted(const QImage &picture, int kind, int amount) {
     EffectEngine engine;
     engine.setPicture(picture);
-    operation(kind, amount)(engine, false);
+    engine.apply(operation(kind, amount), false);
     return engine.picture();
 }
 
@@ -69,12 +68,11 @@ bool AdjustTool::staysFor(const EditorTool &next) const {
 }
 
 bool AdjustTool::open(const QString &key) {
-    const auto rows = colourAdjustments();
-    const auto row = std::ranges::find(rows, key, &ColourAdjustment::key);
-    if (row == rows.end() || m_ctx.photo.picCanvas().isNull()) {
+    const Effect *adjustment = findEffect(EffectGroup::Adjustment, key);
+    if (adjustment == nullptr || m_ctx.photo.picCanvas().isNull()) {
         return false;
     }
-    AdjustKind = int(row - rows.begin()) + 1;
+    AdjustKind = adjustment->number;
     if (!m_ctx.flags.SelectionActive()) {
         m_mouse.setTool(nullptr); // a selection can still be marked, other tools end
     }
@@ -89,7 +87,7 @@ bool AdjustTool::open(const QString &key) {
         return false;
     }
     m_small = smallPhoto(m_view, AdjustPanel::pictureSize);
-    m_panel->showKind(AdjustKind, m_ctx.texts.text(titles[AdjustKind - 1]));
+    m_panel->showKind(AdjustKind, m_ctx.texts.text(adjustment->name));
     m_panel->slideIn();
     showValue();
     return true;
@@ -148,9 +146,7 @@ void AdjustTool::showValue() {
         m_live.clear();
         return;
     }
-    m_live.show({.apply = [run = operation(AdjustKind, amount)](EffectEngine &engine, bool region, int) {
-        return run(engine, region);
-    }});
+    m_live.show({.operation = [run = operation(AdjustKind, amount)](int) { return run; }});
 }
 
 void AdjustTool::compare(bool before) {
@@ -167,9 +163,8 @@ void AdjustTool::CreateBCSSFX() {
     if (small.isNull() || m_FT6 == nullptr) {
         return;
     }
-    for (int kind = 1; isKind(kind); ++kind) {
-        m_FT6->setItemPicture(colourAdjustments()[size_t(kind) - 1].key,
-                              QPixmap::fromImage(adjusted(small, kind, basicAmount)));
+    for (const Effect &adjustment : effects(EffectGroup::Adjustment)) {
+        m_FT6->setItemPicture(adjustment.key(), QPixmap::fromImage(adjusted(small, adjustment.number, basicAmount)));
     }
 }
 

@@ -16,7 +16,7 @@ class AdjustTool : public EditorTool {
     Q_OBJECT
 
   public:
-    static constexpr int basicAmount = 50; ///< of the basic mode; see EffectEngine for what it means to each kind
+    static constexpr int basicAmount = 50; ///< of the basic mode; see imaging/effects for what it means to each kind
 
     /// The panel becomes a child of the window. All outlive the tool.
     AdjustTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, FloatingToolbar *FT6, QWidget *window);

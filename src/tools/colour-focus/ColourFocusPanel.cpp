@@ -16,7 +16,7 @@ namespace {
 constexpr int levels[] = {10, 25, 45, 70}; // degrees of hue
 constexpr int usualStrength = 2;
 constexpr int captionWidth = 76;
-constexpr EffectSlider slider{0, 0, "sldColourFocusLevel", "lblColourFocusLevel", 5, 90};
+constexpr EffectSlider slider{"sldColourFocusLevel", "lblColourFocusLevel", 5, 90};
 
 } // namespace
 

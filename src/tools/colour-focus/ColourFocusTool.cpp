@@ -1,5 +1,6 @@
 #include "tools/colour-focus/ColourFocusTool.h"
 
+#include "imaging/effects/ColourFocus.h"
 #include "session/AppContext.h"
 #include "tools/canvas/CanvasMouse.h"
 #include "tools/canvas/SmallPhoto.h"
@@ -17,10 +18,8 @@ namespace {
 constexpr int dropper = 2; // image of picTarget
 constexpr int faint = 16;  // levels between the largest and the smallest channel: less has hardly a hue
 
-EffectOperation operation(const QColor &colour, int level) {
-    return [colour, level](EffectEngine &engine, bool region) {
-        return engine.colourFocus(colour.red(), colour.green(), colour.blue(), level, region);
-    };
+Operation operation(const QColor &colour, int level) {
+    return {applyColourFocus, {colour.red(), colour.green(), colour.blue(), level}};
 }
 
 bool isGrey(const QColor &colour) {
@@ -153,7 +152,7 @@ void ColourFocusTool::CreateCMSFX() {
         EffectEngine engine;
         engine.setPicture(small);
         if (m_colour) {
-            operation(*m_colour, ColourFocusPanel::levelOf(strength))(engine, false);
+            engine.apply(operation(*m_colour, ColourFocusPanel::levelOf(strength)), false);
         }
         m_ctx.photo.picCM(strength) = engine.picture();
         m_panel->setPicture(strength, engine.picture());
@@ -165,9 +164,7 @@ void ColourFocusTool::showLevel() {
     if (!isAtWork() || !m_colour) {
         return;
     }
-    m_live.show({.apply = [run = operation(*m_colour, m_panel->level())](EffectEngine &engine, bool region, int) {
-        return run(engine, region);
-    }});
+    m_live.show({.operation = [run = operation(*m_colour, m_panel->level())](int) { return run; }});
 }
 
 EffectOutcome ColourFocusTool::similarclr() {

@@ -18,7 +18,7 @@ constexpr int boxSide = 112; // pixels: the widest circle is 107
 constexpr int edge = 24;
 constexpr int gap = 20;
 constexpr int foot = 16;
-constexpr EffectSlider slider{0, 0, "sldRD", "lblRD", 1, widest};
+constexpr EffectSlider slider{"sldRD", "lblRD", 1, widest};
 
 } // namespace
 

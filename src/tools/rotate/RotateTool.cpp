@@ -2,6 +2,7 @@
 
 #include "imaging/EffectEngine.h"
 #include "imaging/Scale.h"
+#include "imaging/transforms/Transform.h"
 #include "session/AppContext.h"
 #include "tools/canvas/CanvasMouse.h"
 #include "widgets/FloatingToolbar.h"
@@ -17,26 +18,14 @@ constexpr int previewSide = 120; // pixels of the preview pictures' longer side
 /// An item of FT2 that turns the photo at once.
 struct TurnRow {
     const char *key;
-    bool (*transform)(EffectEngine &engine);
+    QImage (*transform)(const QImage &picture);
     void (RotateTool::*turn)();
 };
 
-bool anticlockwise(EffectEngine &engine) {
-    return engine.quarterTurn(false);
-}
-
-bool flip(EffectEngine &engine) {
-    return engine.flip();
-}
-
-bool clockwise(EffectEngine &engine) {
-    return engine.quarterTurn(true);
-}
-
 const TurnRow turns[] = {
-    {"keyRotate1", anticlockwise, &RotateTool::RotatePic90},
-    {"keyRotate2", flip, &RotateTool::RotatePic180},
-    {"keyRotate3", clockwise, &RotateTool::RotatePic270},
+    {"keyRotate1", quarterTurnedAnticlockwise, &RotateTool::RotatePic90},
+    {"keyRotate2", flippedVertically, &RotateTool::RotatePic180},
+    {"keyRotate3", quarterTurnedClockwise, &RotateTool::RotatePic270},
 };
 
 /// The photo with its longer side as long as asked for, the other one following.
@@ -72,7 +61,7 @@ void RotateTool::CreateTHMRorationSFX() const {
     for (const TurnRow &row : turns) {
         EffectEngine PixTwix1;
         PixTwix1.setPicture(picR);
-        row.transform(PixTwix1); // where it refuses the picture stays unturned
+        PixTwix1.apply(row.transform, false); // where it refuses the picture stays unturned
         QPixmap preview = QPixmap::fromImage(PixTwix1.picture());
         preview.setDevicePixelRatio(devicePixels);
         m_FT2->setItemPicture(row.key, preview);
@@ -100,15 +89,15 @@ bool RotateTool::open(const QString &key) {
 }
 
 void RotateTool::RotatePic90() {
-    rotatePic(anticlockwise);
+    rotatePic(quarterTurnedAnticlockwise);
 }
 
 void RotateTool::RotatePic180() {
-    rotatePic(flip);
+    rotatePic(flippedVertically);
 }
 
 void RotateTool::RotatePic270() {
-    rotatePic(clockwise);
+    rotatePic(quarterTurnedClockwise);
 }
 
 void RotateTool::rotatePic(Transform transform) {
@@ -118,7 +107,7 @@ void RotateTool::rotatePic(Transform transform) {
     EffectEngine PixTwix1;
     PixTwix1.setPicture(m_ctx.photo.picCanvas());
     bool turned = false;
-    m_ctx.longWork.run([&] { turned = transform(PixTwix1); });
+    m_ctx.longWork.run([&] { turned = PixTwix1.apply(transform, false); });
     // Refused or not, this is an undo step, and the copies of the photo are made again.
     const bool taken = m_ctx.photo.changePhoto(PixTwix1.picture());
     if (!turned || !taken) {

@@ -7,8 +7,6 @@
 
 namespace lumora {
 
-class EffectEngine;
-
 class RotateTool : public EditorTool {
     Q_OBJECT
 
@@ -39,7 +37,7 @@ class RotateTool : public EditorTool {
     void close() override;
 
   private:
-    using Transform = bool (*)(EffectEngine &engine);
+    using Transform = QImage (*)(const QImage &picture);
     void rotatePic(Transform transform);
     void dropSelection();
     void startFreeRotation();

@@ -48,10 +48,10 @@ struct ColourTools : testing::Test {
         ctx.photo.setSelection(marked);
     }
     /// The photo with those of its pixels changed that the mark of that kind holds.
-    QImage expected(int kind, const std::function<bool(EffectEngine &engine)> &change) {
+    QImage expected(int kind, const Operation &operation) {
         EffectEngine engine;
         engine.setPicture(photo);
-        EXPECT_TRUE(change(engine));
+        EXPECT_TRUE(engine.apply(operation, false));
         const Region region = ctx.photo.selection().region(photo.size());
         QImage result = photo.copy();
         for (int y = 0; y < photo.height(); ++y) {

@@ -1,7 +1,7 @@
 #include "tools/adjust/AdjustTool.h"
 #include "widgets/FloatingToolbar.h"
 
-#include "effects/ColourAdjustments.h"
+#include "effects/EffectTable.h"
 #include "tools/adjust/AdjustForTest.h"
 
 #include <QLabel>
@@ -12,13 +12,11 @@ namespace {
 
 struct AdjustToolTest : test::ColourTools {
     QImage adjusted(int marked, int kind, int amount) {
-        return expected(marked, [&](EffectEngine &engine) {
-            return (engine.*colourAdjustments()[size_t(kind) - 1].apply)(false, amount);
-        });
+        return expected(marked, operationOf(*findEffect(EffectGroup::Adjustment, kind), false, {amount}));
     }
     void openPanel(int kind) {
         ctx.fields.txtSFX = "1";
-        tool.open(colourAdjustments()[size_t(kind) - 1].key);
+        tool.open(effects(EffectGroup::Adjustment)[size_t(kind) - 1].key());
     }
     static const char *slider(int kind) {
         static const char *const names[] = {"sldSFX9_1", "sldSFX9_2", "sldSFX9_3"};
@@ -41,7 +39,7 @@ TEST_F(AdjustToolTest, BasicModeChangesWhatIsMarkedByFiftyAtOnce) {
             const QImage wanted = adjusted(marked, kind, 50);
             const int steps = ctx.photo.history().undoSteps();
             ctx.photo.setPhotoModified(false);
-            tool.open(colourAdjustments()[size_t(kind) - 1].key);
+            tool.open(effects(EffectGroup::Adjustment)[size_t(kind) - 1].key());
             EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), wanted), QPoint(-1, -1));
             EXPECT_EQ(ctx.photo.history().undoSteps(), steps + 1);
             EXPECT_TRUE(ctx.photo.PhotoModified());
@@ -219,13 +217,13 @@ TEST_F(AdjustToolTest, AnotherPhotoStartsTheSliderAnew) {
 
 TEST_F(AdjustToolTest, EveryItemHasItsPicture) {
     openPhoto();
-    for (const ColourAdjustment &adjustment : colourAdjustments()) {
-        FT6.addItem(adjustment.key, "tool9");
+    for (const Effect &adjustment : effects(EffectGroup::Adjustment)) {
+        FT6.addItem(adjustment.key(), "tool9");
     }
     tool.makeSmallPictures();
     QList<QImage> pictures;
-    for (const ColourAdjustment &adjustment : colourAdjustments()) {
-        const QImage picture = FT6.item(adjustment.key)->picture().toImage();
+    for (const Effect &adjustment : effects(EffectGroup::Adjustment)) {
+        const QImage picture = FT6.item(adjustment.key())->picture().toImage();
         EXPECT_FALSE(picture.isNull());
         EXPECT_FALSE(pictures.contains(picture));
         pictures << picture;

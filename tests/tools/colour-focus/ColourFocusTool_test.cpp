@@ -1,5 +1,6 @@
 #include "tools/colour-focus/ColourFocusTool.h"
 
+#include "imaging/effects/ColourFocus.h"
 #include "tools/adjust/AdjustForTest.h"
 #include "tools/canvas/TargetCursor.h"
 #include "tools/colour-focus/ColourFocusMagnifier.h"
@@ -13,9 +14,7 @@ constexpr QPoint spot(60, 150); // of the photo, in a colour that has a hue
 struct ColourFocusToolTest : test::ColourTools {
     QImage focused(int marked, int level) {
         const QColor colour(photo.pixel(spot));
-        return expected(marked, [&](EffectEngine &engine) {
-            return engine.colourFocus(colour.red(), colour.green(), colour.blue(), level, false);
-        });
+        return expected(marked, {applyColourFocus, {colour.red(), colour.green(), colour.blue(), level}});
     }
     void pick(QPoint pixel) { click(viewAt(pixel.x(), pixel.y())); }
     bool isDropper() const { return view.viewport()->cursor() == targetCursor(2, view.devicePixelRatioF()); }

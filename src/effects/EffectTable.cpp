@@ -1,0 +1,289 @@
+#include "effects/EffectTable.h"
+
+#include "effects/PerspectiveBox.h"
+#include "effects/ReflectionBox.h"
+#include "imaging/Picture.h"
+#include "imaging/PictureFile.h"
+#include "imaging/Scale.h"
+#include "imaging/effects/BlackAndWhite.h"
+#include "imaging/effects/Blur.h"
+#include "imaging/effects/Brightness.h"
+#include "imaging/effects/ColourEmboss.h"
+#include "imaging/effects/Colourise.h"
+#include "imaging/effects/Contrast.h"
+#include "imaging/effects/Greyscale.h"
+#include "imaging/effects/HighPassSharpen.h"
+#include "imaging/effects/Invert.h"
+#include "imaging/effects/Mosaic.h"
+#include "imaging/effects/OilPainting.h"
+#include "imaging/effects/Perspective.h"
+#include "imaging/effects/Reflection.h"
+#include "imaging/effects/Saturation.h"
+#include "imaging/effects/Sepia.h"
+#include "imaging/effects/Sharpen.h"
+#include "imaging/effects/Solarise.h"
+#include "imaging/effects/Texture.h"
+#include "imaging/effects/Tile.h"
+#include "imaging/kernels/Convolution.h"
+
+#include <QFile>
+#include <algorithm>
+#include <mutex>
+
+namespace lumora {
+
+namespace {
+
+using Values = EffectValues;
+using enum EffectGroup;
+
+/// The texture for a photo at 1/factor of its size; null while memory for it is refused.
+QImage picTexture(int factor) {
+    static std::mutex one; // several threads paint previews
+    static QImage picture;
+    const std::scoped_lock lock(one);
+    QFile file(":/textures/canvas.png");
+    if (picture.isNull() && file.open(QIODevice::ReadOnly)) {
+        picture = readPictureFromData(file.readAll()).picture;
+    }
+    return factor > 1 ? boxReduced(picture, factor) : picture;
+}
+
+Operation texture(const Values &fade, int factor) {
+    return [fade = fade[0], factor](const QImage &photo, PixelRect area) {
+        const QImage picture = picTexture(factor);
+        return Operation(applyTexture, {readView(picture), fade})(photo, area);
+    };
+}
+
+Operation tile(const Values &count, int /*factor*/) {
+    return [across = count[0], down = count[1]](const QImage &photo, PixelRect area) {
+        return Operation(applyTile, {photo.width() / across, photo.height() / down})(photo, area);
+    };
+}
+
+template <typename Box> EffectBox *makeBox(const Effect &effect, QWidget *parent) {
+    return new Box(effect, parent);
+}
+
+/// Groups one after the other, each from number 1.
+const std::vector<Effect> &rows() {
+    static const std::vector<Effect> table = {
+        {Basic,
+         1,
+         "BW",
+         "tool8",
+         [](const Values &v, int) -> Operation {
+             return {applyBlackAndWhite, {v[0]}};
+         },
+         {127}},
+        {Basic, 2, "GS", "tool8",
+         [](const Values &, int) -> Operation {
+             return {applyGreyscale, {}};
+         }},
+        {Basic, 3, "Sepia", "tool8",
+         [](const Values &, int) -> Operation {
+             return {applySepia, {}};
+         }},
+        {Basic, 4, "Invert", "tool8",
+         [](const Values &, int) -> Operation {
+             return {applyInvert, {}};
+         }},
+        {.group = Special,
+         .number = 1,
+         .name = "SFX1",
+         .icon = "tool10",
+         .operation = [](const Values &v, int) -> Operation {
+             return {applySolarise, {v[0], v[1], v[2]}};
+         },
+         .basic = {180, 180, 180},
+         .advanced = {127, 127, 127},
+         .sliders = {{"sldSFX1_1", "lblSolarR", 0, 255},
+                     {"sldSFX1_2", "lblSolarG", 0, 255},
+                     {"sldSFX1_3", "lblSolarB", 0, 255}}},
+        {.group = Special,
+         .number = 2,
+         .name = "SFX2",
+         .icon = "tool10",
+         .operation = [](const Values &v, int) -> Operation {
+             return {applyColourise, {v[0], v[1], v[2]}};
+         },
+         .basic = {255, 0, 0},
+         .advanced = {127, 127, 127},
+         .sliders = {{"sldSFX2_1", "lblColouriseRed", 0, 255},
+                     {"sldSFX2_2", "lblColouriseGreen", 0, 255},
+                     {"sldSFX2_3", "lblColouriseBlue", 0, 255}}},
+        {.group = Special,
+         .number = 3,
+         .name = "SFX3",
+         .icon = "tool10",
+         .operation = [](const Values &, int) -> Operation {
+             return {applyHighPassSharpen, {}};
+         },
+         .sentence = "lblSharpen",
+         .advancedOperation = [](const Values &, int) -> Operation {
+             return {applySharpen, {}};
+         },
+         .looksAtNeighbours = true},
+        {.group = Special,
+         .number = 4,
+         .name = "SFX4",
+         .icon = "tool10",
+         .operation = [](const Values &v, int) -> Operation {
+             return {applyMosaic, {v[0], v[1]}};
+         },
+         .basic = {10, 10},
+         .advanced = {15, 15},
+         .sliders = {{"sldSFX4_1", "lblMosaicWidth", 1, 100}, {"sldSFX4_2", "lblMosaicHeight", 1, 100}},
+         .valuesAreLengths = true},
+        {.group = Special,
+         .number = 5,
+         .name = "SFX5",
+         .icon = "tool10",
+         .operation = [](const Values &v, int) -> Operation {
+             return {applyOilPainting, {v[0]}};
+         },
+         .basic = {6},
+         .advanced = {3},
+         .sliders = {{"sldSFX5", "lblOil", 1, 30}},
+         .valuesAreLengths = true},
+        {.group = Special,
+         .number = 6,
+         .name = "SFX6",
+         .icon = "tool10",
+         .operation = [](const Values &v, int) -> Operation {
+             return {applyBlur, {v[0]}};
+         },
+         .basic = {6},
+         .advanced = {5},
+         .sliders = {{"sldSFX6_1", "lblBlur", 1, 100}},
+         .valuesAreLengths = true},
+        {.group = Special,
+         .number = 7,
+         .name = "SFX7",
+         .icon = "tool10",
+         .operation = texture,
+         .basic = {0},
+         .advanced = {50},
+         .sliders = {{"sldSFX7", "lblTexture", 0, 100, true}}}, // its value is how much of the texture fades
+        {.group = Special,
+         .number = 8,
+         .name = "SFX8",
+         .icon = "tool10",
+         .operation = tile,
+         .basic = {5, 5},
+         .advanced = {10, 10},
+         .sliders = {{"sldSFX8_1", "lblTilesAcross", 1, 50}, {"sldSFX8_2", "lblTilesDown", 1, 50}},
+         .noZeros = true,
+         .wholePhoto = true,
+         .basicSteps = {OutlineHidden::OnlyInvisibleAfter},
+         .advancedSteps = {OutlineHidden::Before, true}},
+        {.group = Special,
+         .number = 9,
+         .name = "SFX9",
+         .icon = "tool10",
+         .operation = [](const Values &, int) -> Operation {
+             return {applyColourEmboss, {}};
+         },
+         .sentence = "lbl3x3", // "No settings" stands here, and not in the box of the 3 x 3 kernel
+         .looksAtNeighbours = true},
+        {.group = Special,
+         .number = 10,
+         .name = "SFX10",
+         .icon = "tool10",
+         .operation = [](const Values &, int) -> Operation {
+             return {applyConvolution, {{1, 1, 1, 1, -7, 1, 1, 1, 1}}};
+         },
+         .sentence = "lblColourEmboss",
+         .looksAtNeighbours = true},
+        {.group = Special,
+         .number = 11,
+         .name = "SFX11",
+         .icon = "tool10",
+         .operation = [](const Values &v, int) -> Operation {
+             return {applyPerspective, {v[0], v[1], v[2], v[3]}};
+         },
+         .basic = {-30, 255, 255, 255},
+         .advanced = {-30, 255, 255, 255},
+         .makeBox = makeBox<PerspectiveBox>,
+         .panelCaption = "Prespective",
+         .wholePhoto = true,
+         .basicSteps = {OutlineHidden::After},
+         .advancedSteps = {OutlineHidden::Before}},
+        {.group = Special,
+         .number = 12,
+         .name = "SFX12",
+         .icon = "tool10",
+         .operation = [](const Values &v, int) -> Operation {
+             return {applyReflection, {v[0]}};
+         },
+         .basic = {1},
+         .advanced = {1},
+         .makeBox = makeBox<ReflectionBox>,
+         .wholePhoto = true,
+         .basicSteps = {OutlineHidden::After},
+         .advancedSteps = {OutlineHidden::After}},
+        {Adjustment,
+         1,
+         "Brightness",
+         "brightness",
+         [](const Values &v, int) -> Operation {
+             return {applyBrightness, {v[0]}};
+         },
+         {50}},
+        {Adjustment,
+         2,
+         "Contrast",
+         "contrast",
+         [](const Values &v, int) -> Operation {
+             return {applyContrast, {v[0]}};
+         },
+         {50}},
+        {Adjustment,
+         3,
+         "Saturation",
+         "saturation",
+         [](const Values &v, int) -> Operation {
+             return {applySaturation, {v[0]}};
+         },
+         {50}},
+    };
+    return table;
+}
+
+} // namespace
+
+std::span<const Effect> effects(EffectGroup group) {
+    return std::ranges::equal_range(rows(), group, {}, &Effect::group);
+}
+
+const Effect *findEffect(EffectGroup group, int number) {
+    const auto all = effects(group);
+    const auto row = std::ranges::find(all, number, &Effect::number);
+    return row == all.end() ? nullptr : &*row;
+}
+
+const Effect *findEffect(EffectGroup group, const QString &key) {
+    const auto all = effects(group);
+    const auto row = std::ranges::find(all, key, &Effect::key);
+    return row == all.end() ? nullptr : &*row;
+}
+
+Operation operationOf(const Effect &effect, bool advanced, const EffectValues &values, int factor) {
+    const bool other = advanced && effect.advancedOperation != nullptr;
+    return (other ? effect.advancedOperation : effect.operation)(valuesAtScale(effect, values, factor), factor);
+}
+
+EffectValues valuesAtScale(const Effect &effect, const EffectValues &values, int factor) {
+    EffectValues scaled = values;
+    if (effect.valuesAreLengths) {
+        std::ranges::for_each(scaled, [factor](int &value) { value = qRound(double(value) / factor); });
+    }
+    return scaled;
+}
+
+bool canRun(const Effect &effect, const EffectValues &values) {
+    return !effect.noZeros || std::ranges::find(values, 0) == values.end();
+}
+
+} // namespace lumora
