@@ -62,114 +62,70 @@ Operation tile(const Values &count, int /*factor*/) {
     };
 }
 
+Operation tracing(const Values & /*none*/, int /*factor*/) {
+    return {applyConvolution, {{1, 1, 1, 1, -7, 1, 1, 1, 1}}};
+}
+
 template <typename Box> EffectBox *makeBox(const Effect &effect, QWidget *parent) {
     return new Box(effect, parent);
 }
 
 /// Groups one after the other, each from number 1.
 const std::vector<Effect> &rows() {
+    // clang-format off
     static const std::vector<Effect> table = {
-        {Basic,
-         1,
-         "BW",
-         "tool8",
-         [](const Values &v, int) -> Operation {
-             return {applyBlackAndWhite, {v[0]}};
-         },
-         {127}},
-        {Basic, 2, "GS", "tool8",
-         [](const Values &, int) -> Operation {
-             return {applyGreyscale, {}};
-         }},
-        {Basic, 3, "Sepia", "tool8",
-         [](const Values &, int) -> Operation {
-             return {applySepia, {}};
-         }},
-        {Basic, 4, "Invert", "tool8",
-         [](const Values &, int) -> Operation {
-             return {applyInvert, {}};
-         }},
-        {.group = Special,
-         .number = 1,
-         .name = "SFX1",
-         .icon = "tool10",
-         .operation = [](const Values &v, int) -> Operation {
-             return {applySolarise, {v[0], v[1], v[2]}};
-         },
+        {.group = Basic, .number = 1, .name = "BW", .icon = "tool8",
+         .operation = [](const Values &v, int) -> Operation { return {applyBlackAndWhite, {v[0]}}; },
+         .basic = {127}},
+        {.group = Basic, .number = 2, .name = "GS", .icon = "tool8",
+         .operation = [](const Values &, int) -> Operation { return {applyGreyscale, {}}; }},
+        {.group = Basic, .number = 3, .name = "Sepia", .icon = "tool8",
+         .operation = [](const Values &, int) -> Operation { return {applySepia, {}}; }},
+        {.group = Basic, .number = 4, .name = "Invert", .icon = "tool8",
+         .operation = [](const Values &, int) -> Operation { return {applyInvert, {}}; }},
+        {.group = Special, .number = 1, .name = "SFX1", .icon = "tool10",
+         .operation = [](const Values &v, int) -> Operation { return {applySolarise, {v[0], v[1], v[2]}}; },
          .basic = {180, 180, 180},
          .advanced = {127, 127, 127},
          .sliders = {{"sldSFX1_1", "lblSolarR", 0, 255},
                      {"sldSFX1_2", "lblSolarG", 0, 255},
                      {"sldSFX1_3", "lblSolarB", 0, 255}}},
-        {.group = Special,
-         .number = 2,
-         .name = "SFX2",
-         .icon = "tool10",
-         .operation = [](const Values &v, int) -> Operation {
-             return {applyColourise, {v[0], v[1], v[2]}};
-         },
+        {.group = Special, .number = 2, .name = "SFX2", .icon = "tool10",
+         .operation = [](const Values &v, int) -> Operation { return {applyColourise, {v[0], v[1], v[2]}}; },
          .basic = {255, 0, 0},
          .advanced = {127, 127, 127},
          .sliders = {{"sldSFX2_1", "lblColouriseRed", 0, 255},
                      {"sldSFX2_2", "lblColouriseGreen", 0, 255},
                      {"sldSFX2_3", "lblColouriseBlue", 0, 255}}},
-        {.group = Special,
-         .number = 3,
-         .name = "SFX3",
-         .icon = "tool10",
-         .operation = [](const Values &, int) -> Operation {
-             return {applyHighPassSharpen, {}};
-         },
+        {.group = Special, .number = 3, .name = "SFX3", .icon = "tool10",
+         .operation = [](const Values &, int) -> Operation { return {applyHighPassSharpen, {}}; },
          .sentence = "lblSharpen",
-         .advancedOperation = [](const Values &, int) -> Operation {
-             return {applySharpen, {}};
-         },
+         .advancedOperation = [](const Values &, int) -> Operation { return {applySharpen, {}}; },
          .looksAtNeighbours = true},
-        {.group = Special,
-         .number = 4,
-         .name = "SFX4",
-         .icon = "tool10",
-         .operation = [](const Values &v, int) -> Operation {
-             return {applyMosaic, {v[0], v[1]}};
-         },
+        {.group = Special, .number = 4, .name = "SFX4", .icon = "tool10",
+         .operation = [](const Values &v, int) -> Operation { return {applyMosaic, {v[0], v[1]}}; },
          .basic = {10, 10},
          .advanced = {15, 15},
          .sliders = {{"sldSFX4_1", "lblMosaicWidth", 1, 100}, {"sldSFX4_2", "lblMosaicHeight", 1, 100}},
          .valuesAreLengths = true},
-        {.group = Special,
-         .number = 5,
-         .name = "SFX5",
-         .icon = "tool10",
-         .operation = [](const Values &v, int) -> Operation {
-             return {applyOilPainting, {v[0]}};
-         },
+        {.group = Special, .number = 5, .name = "SFX5", .icon = "tool10",
+         .operation = [](const Values &v, int) -> Operation { return {applyOilPainting, {v[0]}}; },
          .basic = {6},
          .advanced = {3},
          .sliders = {{"sldSFX5", "lblOil", 1, 30}},
          .valuesAreLengths = true},
-        {.group = Special,
-         .number = 6,
-         .name = "SFX6",
-         .icon = "tool10",
-         .operation = [](const Values &v, int) -> Operation {
-             return {applyBlur, {v[0]}};
-         },
+        {.group = Special, .number = 6, .name = "SFX6", .icon = "tool10",
+         .operation = [](const Values &v, int) -> Operation { return {applyBlur, {v[0]}}; },
          .basic = {6},
          .advanced = {5},
          .sliders = {{"sldSFX6_1", "lblBlur", 1, 100}},
          .valuesAreLengths = true},
-        {.group = Special,
-         .number = 7,
-         .name = "SFX7",
-         .icon = "tool10",
+        {.group = Special, .number = 7, .name = "SFX7", .icon = "tool10",
          .operation = texture,
          .basic = {0},
          .advanced = {50},
          .sliders = {{"sldSFX7", "lblTexture", 0, 100, true}}}, // its value is how much of the texture fades
-        {.group = Special,
-         .number = 8,
-         .name = "SFX8",
-         .icon = "tool10",
+        {.group = Special, .number = 8, .name = "SFX8", .icon = "tool10",
          .operation = tile,
          .basic = {5, 5},
          .advanced = {10, 10},
@@ -178,31 +134,16 @@ const std::vector<Effect> &rows() {
          .wholePhoto = true,
          .basicSteps = {OutlineHidden::OnlyInvisibleAfter},
          .advancedSteps = {OutlineHidden::Before, true}},
-        {.group = Special,
-         .number = 9,
-         .name = "SFX9",
-         .icon = "tool10",
-         .operation = [](const Values &, int) -> Operation {
-             return {applyColourEmboss, {}};
-         },
+        {.group = Special, .number = 9, .name = "SFX9", .icon = "tool10",
+         .operation = [](const Values &, int) -> Operation { return {applyColourEmboss, {}}; },
          .sentence = "lbl3x3", // "No settings" stands here, and not in the box of the 3 x 3 kernel
          .looksAtNeighbours = true},
-        {.group = Special,
-         .number = 10,
-         .name = "SFX10",
-         .icon = "tool10",
-         .operation = [](const Values &, int) -> Operation {
-             return {applyConvolution, {{1, 1, 1, 1, -7, 1, 1, 1, 1}}};
-         },
+        {.group = Special, .number = 10, .name = "SFX10", .icon = "tool10",
+         .operation = tracing,
          .sentence = "lblColourEmboss",
          .looksAtNeighbours = true},
-        {.group = Special,
-         .number = 11,
-         .name = "SFX11",
-         .icon = "tool10",
-         .operation = [](const Values &v, int) -> Operation {
-             return {applyPerspective, {v[0], v[1], v[2], v[3]}};
-         },
+        {.group = Special, .number = 11, .name = "SFX11", .icon = "tool10",
+         .operation = [](const Values &v, int) -> Operation { return {applyPerspective, {v[0], v[1], v[2], v[3]}}; },
          .basic = {-30, 255, 255, 255},
          .advanced = {-30, 255, 255, 255},
          .makeBox = makeBox<PerspectiveBox>,
@@ -210,44 +151,25 @@ const std::vector<Effect> &rows() {
          .wholePhoto = true,
          .basicSteps = {OutlineHidden::After},
          .advancedSteps = {OutlineHidden::Before}},
-        {.group = Special,
-         .number = 12,
-         .name = "SFX12",
-         .icon = "tool10",
-         .operation = [](const Values &v, int) -> Operation {
-             return {applyReflection, {v[0]}};
-         },
+        {.group = Special, .number = 12, .name = "SFX12", .icon = "tool10",
+         .operation = [](const Values &v, int) -> Operation { return {applyReflection, {v[0]}}; },
          .basic = {1},
          .advanced = {1},
          .makeBox = makeBox<ReflectionBox>,
          .wholePhoto = true,
          .basicSteps = {OutlineHidden::After},
          .advancedSteps = {OutlineHidden::After}},
-        {Adjustment,
-         1,
-         "Brightness",
-         "brightness",
-         [](const Values &v, int) -> Operation {
-             return {applyBrightness, {v[0]}};
-         },
-         {50}},
-        {Adjustment,
-         2,
-         "Contrast",
-         "contrast",
-         [](const Values &v, int) -> Operation {
-             return {applyContrast, {v[0]}};
-         },
-         {50}},
-        {Adjustment,
-         3,
-         "Saturation",
-         "saturation",
-         [](const Values &v, int) -> Operation {
-             return {applySaturation, {v[0]}};
-         },
-         {50}},
+        {.group = Adjustment, .number = 1, .name = "Brightness", .icon = "brightness",
+         .operation = [](const Values &v, int) -> Operation { return {applyBrightness, {v[0]}}; },
+         .basic = {50}},
+        {.group = Adjustment, .number = 2, .name = "Contrast", .icon = "contrast",
+         .operation = [](const Values &v, int) -> Operation { return {applyContrast, {v[0]}}; },
+         .basic = {50}},
+        {.group = Adjustment, .number = 3, .name = "Saturation", .icon = "saturation",
+         .operation = [](const Values &v, int) -> Operation { return {applySaturation, {v[0]}}; },
+         .basic = {50}},
     };
+    // clang-format on
     return table;
 }
 

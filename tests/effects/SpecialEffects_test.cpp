@@ -237,9 +237,6 @@ TEST_F(SpecialEffectsTest, WhatCannotRunChangesNothing) {
         EXPECT_EQ(run(8, true), EffectOutcome::Nothing);
         EXPECT_FALSE(ctx.photo.selection().isShown()) << "hidden before it ended";
     }
-    select(7, marked(1)); // a kind that no tool has
-    EXPECT_EQ(run(1, false), EffectOutcome::Nothing);
-    EXPECT_FALSE(ctx.flags.SelectionActive());
     EXPECT_EQ(ctx.photo.picCanvas().cacheKey(), key);
     EXPECT_FALSE(ctx.photo.PhotoModified());
     EXPECT_EQ(ctx.photo.history().undoSteps(), 0);
