@@ -96,7 +96,7 @@ void EffectsPanel::apply() {
 
 void EffectsPanel::close() {
     m_live.clear();
-    m_ctx.flags.SelectionActive = false;
+    SelectionFlow::endSelection(m_ctx);
     Q_EMIT hideFloatingToolbars();
     if (const Effect *effect = findEffect(EffectGroup::Special, m_picked);
         effect != nullptr && effect->toolBackAtClose) {
@@ -106,9 +106,6 @@ void EffectsPanel::close() {
     for (const auto &[number, box] : m_boxes) {
         box->setValues(m_effects.advancedValues(number));
     }
-    PhotoSelection selection = m_ctx.photo.selection();
-    selection.setDrawn(0);
-    m_ctx.photo.setSelection(selection);
 }
 
 void EffectsPanel::showLive() {
@@ -121,7 +118,7 @@ void EffectsPanel::showLive() {
         m_live.clear();
         return;
     }
-    const bool lasso = m_ctx.flags.SelectionActive && m_ctx.flags.SelectionKind == 3;
+    const bool lasso = SelectionFlow::marked(m_ctx) == Marked::Lasso;
     m_live.show(
         {.operation = [effect, lasso, values](int factor) { return operationOf(*effect, !lasso, values, factor); },
          .wholePhoto = effect->wholePhoto,

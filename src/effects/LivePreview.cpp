@@ -1,5 +1,6 @@
 #include "effects/LivePreview.h"
 
+#include "effects/SelectionFlow.h"
 #include "imaging/EffectEngine.h"
 #include "imaging/Scale.h"
 #include "imaging/transforms/Canvas.h"
@@ -102,10 +103,10 @@ void LivePreview::schedule() {
 }
 
 std::optional<LivePreview::Job> LivePreview::makeJob() const {
-    const ToolFlags &flags = m_ctx.flags;
+    const Marked marked = SelectionFlow::marked(m_ctx);
     const QRect visible = m_view.visiblePart();
-    const bool limited = flags.SelectionActive && !m_operation->wholePhoto;
-    if (visible.isEmpty() || (limited && (flags.SelectionKind < 1 || flags.SelectionKind > 3))) {
+    const bool limited = marked != Marked::WholePhoto && !m_operation->wholePhoto;
+    if (visible.isEmpty() || (limited && marked == Marked::Unknown)) {
         return std::nullopt;
     }
     const PhotoLevels::Level level = m_view.visibleLevel();

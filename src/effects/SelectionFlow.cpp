@@ -10,18 +10,38 @@ namespace lumora {
 
 namespace {
 
-constexpr int rectangleKind = 1;
-constexpr int ellipseKind = 2;
-constexpr int lassoKind = 3;
 constexpr int fullStrength = 100; // per cent of a paste
 
 } // namespace
+
+Marked SelectionFlow::marked(const AppContext &ctx) {
+    if (!ctx.flags.SelectionActive) {
+        return Marked::WholePhoto;
+    }
+    switch (ctx.flags.SelectionKind) {
+    case 1:
+        return Marked::Rectangle;
+    case 2:
+        return Marked::Ellipse;
+    case 3:
+        return Marked::Lasso;
+    default:
+        return Marked::Unknown;
+    }
+}
+
+void SelectionFlow::endSelection(AppContext &ctx) {
+    ctx.flags.SelectionActive = false;
+    PhotoSelection selection = ctx.photo.selection();
+    selection.setDrawn(0);
+    ctx.photo.setSelection(selection);
+}
 
 EffectOutcome SelectionFlow::apply(const Operation &operation, const Operation &throughLasso) {
     if (m_ctx.photo.picCanvas().isNull()) {
         return EffectOutcome::Nothing;
     }
-    if (!m_ctx.flags.SelectionActive) {
+    if (marked(m_ctx) == Marked::WholePhoto) {
         return applyToWholePhoto(operation, true);
     }
     const EffectOutcome outcome = applyToMarked(operation, throughLasso);
@@ -33,8 +53,8 @@ EffectOutcome SelectionFlow::apply(const Operation &operation, const Operation &
 }
 
 EffectOutcome SelectionFlow::applyToMarked(const Operation &operation, const Operation &throughLasso) {
-    const int kind = m_ctx.flags.SelectionKind;
-    if (kind < rectangleKind || kind > lassoKind) {
+    const Marked kind = marked(m_ctx);
+    if (kind == Marked::Unknown) {
         return EffectOutcome::Nothing;
     }
     SelectionBounds bounds;
@@ -42,21 +62,18 @@ EffectOutcome SelectionFlow::applyToMarked(const Operation &operation, const Ope
         Q_EMIT tipWanted();
         return EffectOutcome::NoRegion;
     }
-    if (kind == lassoKind) {
+    if (kind == Marked::Lasso) {
         return applyThroughLasso(throughLasso);
     }
     m_engine.setPicture(m_ctx.photo.picCanvas());
     m_engine.clearRegion();
-    const auto setRegion = kind == rectangleKind ? &EffectEngine::setRectangularRegion //
-                                                 : &EffectEngine::setEllipticalRegion;
+    const auto setRegion = kind == Marked::Rectangle ? &EffectEngine::setRectangularRegion //
+                                                     : &EffectEngine::setEllipticalRegion;
     (m_engine.*setRegion)(bounds.SelLeft, bounds.SelTop, bounds.SelRight, bounds.SelBottom);
     return take(compute(operation, true) ? m_engine.picture() : QImage(), true);
 }
 
 EffectOutcome SelectionFlow::applyThroughLasso(const Operation &operation) {
-    if (m_ctx.photo.picCanvas().isNull() || !marksPixels()) {
-        return EffectOutcome::Nothing;
-    }
     m_engine.setPicture(m_ctx.photo.picCanvas());
     // Nothing but what lies in the box around the lasso will be pasted, so nothing else is computed.
     SelectionBounds bounds;
@@ -97,7 +114,7 @@ bool SelectionFlow::readBounds(SelectionBounds &bounds) const {
 bool SelectionFlow::marksPixels() const {
     const PhotoSelection &selection = m_ctx.photo.selection();
     SelectionBounds bounds;
-    const bool shaped = m_ctx.flags.SelectionKind != lassoKind || selection.shape() == PhotoSelection::Shape::Lasso;
+    const bool shaped = marked(m_ctx) != Marked::Lasso || selection.shape() == PhotoSelection::Shape::Lasso;
     return shaped && readBounds(bounds) && !selection.region(m_ctx.photo.picCanvas().size()).isEmpty();
 }
 

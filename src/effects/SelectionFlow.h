@@ -17,19 +17,24 @@ enum class EffectOutcome {
     Refused,  ///< the engine or the memory refused; the photo keeps its pixels
 };
 
+/// What the selection tools leave to an effect to change. Only this module's flow looks at their flags.
+enum class Marked { WholePhoto, Rectangle, Ellipse, Lasso, Unknown };
+
 class SelectionFlow : public QObject {
     Q_OBJECT
 
   public:
     explicit SelectionFlow(AppContext &ctx, QObject *parent = nullptr) : QObject(parent), m_ctx(ctx) {}
 
+    static Marked marked(const AppContext &ctx);
+    /// No selection tool is current any more, and the outline is not drawn.
+    static void endSelection(AppContext &ctx);
+
     /// Changes what the rectangle, the ellipse or the lasso marks, and the whole photo while no selection tool is
     /// current; then drops the selection. `throughLasso` is the operation for a lasso where it differs. When the tool
     /// marks nothing of the photo the tip is wanted, and photo and selection stay.
     EffectOutcome apply(const Operation &operation) { return apply(operation, operation); }
     EffectOutcome apply(const Operation &operation, const Operation &throughLasso);
-    /// The lasso's share of it: pastes the changed photo through the outline. Leaves SelectionActive as it is.
-    EffectOutcome applyThroughLasso(const Operation &operation);
     /// Changes the whole photo whatever is marked. `dummyPicture`: whether the reduced copies follow.
     EffectOutcome applyToWholePhoto(const Operation &operation, bool dummyPicture);
 
@@ -47,6 +52,8 @@ class SelectionFlow : public QObject {
     };
 
     EffectOutcome applyToMarked(const Operation &operation, const Operation &throughLasso);
+    /// The lasso's share of it: pastes the changed photo through the outline. Leaves SelectionActive as it is.
+    EffectOutcome applyThroughLasso(const Operation &operation);
     bool readBounds(SelectionBounds &bounds) const;
     bool marksPixels() const;
     bool compute(const Operation &operation, bool limitToRegion);
