@@ -41,6 +41,8 @@ class Options : public test::Shell {
         QFile file(context.installation.settingsFile());
         ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
         file.write(text);
+        file.close();
+        context.ini.lookAgain();
     }
     QByteArray settingsFile() {
         QFile file(context.installation.settingsFile());

@@ -18,6 +18,8 @@ class LoadSettingsTest : public testing::Test {
         QFile out(context.installation.settingsFile());
         ASSERT_TRUE(out.open(QIODevice::WriteOnly));
         out.write(bytes);
+        out.close();
+        context.ini.lookAgain();
     }
     QByteArray get() {
         QFile in(context.installation.settingsFile());
