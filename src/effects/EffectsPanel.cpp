@@ -75,9 +75,9 @@ void EffectsPanel::pick(const QString &key) {
     m_ctx.flags.SelectedSFX = number;
     Q_EMIT hideFloatingToolbars();
     m_ctx.flags.EffectChosen = true;
-    if (m_ctx.fields.txtSFX == "0") {
+    if (m_ctx.fields.txtSFX == Switch::Off) {
         Q_EMIT applied(m_effects.ApplyBasicSFX(number));
-    } else if (m_ctx.fields.txtSFX == "1") {
+    } else if (m_ctx.fields.txtSFX == Switch::On) {
         m_ctx.flags.SFXPanelOpening = true;
         m_ctx.flags.SFXPanelOpen = true;
         showBox(number);

@@ -215,8 +215,8 @@ void frmMain::SetMeUp() {
     }
     m_commands->cmdScan()->setEnabled(false);
     m_commands->cmdPrint()->setEnabled(false);
-    m_ctx.fields.txtWelcome = m_ctx.setting("Welcome", "Show", "1");
-    if (m_ctx.fields.txtWelcome == "1") {
+    m_ctx.fields.txtWelcome = m_ctx.settings.read<Setting::Welcome>();
+    if (m_ctx.fields.txtWelcome) {
         tmrWelcome->start();
     }
     chkPSButtons();
@@ -395,8 +395,8 @@ void frmMain::chkPSButtons() {
     toolbar->setButtonEnabled("keyZoomout", loaded);
     toolbar->setButtonEnabled("keyUndo", loaded && photo.history().undoSteps() > 0);
     toolbar->setButtonEnabled("keyRedo", loaded && photo.history().redoSteps() > 0);
-    if (m_ctx.fields.txtEmail == "0" || m_ctx.fields.txtEmail == "1") { // any other value leaves it
-        toolbar->setButtonOn(CommandRow::emailButton, m_ctx.fields.txtEmail == "1");
+    if (m_ctx.fields.txtEmail != Switch::Other) { // any other value leaves it
+        toolbar->setButtonOn(CommandRow::emailButton, m_ctx.fields.txtEmail == Switch::On);
     }
     toolbar->setButtonEnabled("keyCopy", loaded);
     toolbar->setButtonEnabled("keyPaste", m_canPaste);

@@ -76,12 +76,12 @@ void AdjustTool::open(const QString &key) {
     m_ctx.flags.ColorPickerMode = false;
     AdjustKind = kind;
     Q_EMIT hideFloatingToolbars();
-    if (m_ctx.fields.txtSFX == "0") {
+    if (m_ctx.fields.txtSFX == Switch::Off) {
         close();
         if (ApplyBasicBCS(kind) != EffectOutcome::NoRegion) { // a selection can be made now, and tried again
             Q_EMIT arrowWanted();
         }
-    } else if (m_ctx.fields.txtSFX == "1") {
+    } else if (m_ctx.fields.txtSFX == Switch::On) {
         m_small = smallPhoto(m_view, AdjustPanel::pictureSize);
         m_panel->showKind(kind, m_ctx.texts.text(titles[kind - 1]));
         AdjustPanelShown = true;

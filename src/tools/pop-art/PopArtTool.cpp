@@ -44,7 +44,7 @@ void PopArtTool::open() {
         return;
     }
     Q_EMIT hideFloatingToolbars();
-    if (m_ctx.fields.txtAndyStyle == "0") {
+    if (m_ctx.fields.txtAndyStyle == Switch::Off) {
         make(usualPopArtPairs());
         return;
     }

@@ -24,7 +24,7 @@ class PopArtTool : public QObject, public CanvasTool {
 
     SlidingPanel *panel() const;
 
-    /// Makes the row at once in the usual colours while txtAndyStyle is "0"; else the panel slides in. Nothing without
+    /// Makes the row at once in the usual colours while txtAndyStyle is off; else the panel slides in. Nothing without
     /// a photo.
     void open();
     /// Ends the tool: panel, and what was shown but not applied.

@@ -40,7 +40,7 @@ void ResizeTool::open() {
     if (!m_ctx.photo.PhotoLoaded() || m_ctx.photo.picCanvas().isNull()) {
         return;
     }
-    if (m_ctx.fields.txtResizeMode == "1") {
+    if (m_ctx.fields.txtResizeMode) {
         openFreeResize();
         return;
     }
@@ -54,7 +54,7 @@ void ResizeTool::openFreeResize() {
         return;
     }
     begin();
-    m_ctx.fields.txtResizeMode = "1";
+    m_ctx.fields.txtResizeMode = true;
     m_mouse.setTool(&m_byHand);
     Q_EMIT message(m_ctx.texts.text("StatusFreeResize", "Drag the handles to make the photo larger or smaller."), true);
 }

@@ -148,7 +148,7 @@ void RotateTool::clearOtherTools() {
 }
 
 void RotateTool::startFreeRotation() {
-    if (m_ctx.fields.txtGrid == "1") {
+    if (m_ctx.fields.txtGrid) {
         m_grid.DrawGrid();
     }
     m_mouse.setTool(&m_byHand);
