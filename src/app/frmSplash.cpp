@@ -54,7 +54,7 @@ SplashEnd decideSplash(Switch displayMessage, QSize screen) {
 frmSplash::frmSplash(AppContext &context) : BorderlessDialog("frmSplash", nullptr), m_context(context) {
     setAttribute(Qt::WA_DeleteOnClose);
     build();
-    lblVersion->setText("Version " + versionNumber());
+    lblVersion->setText(context.texts.text("Version").arg(versionNumber()));
     showTexts(context.texts, *this);
     recordInstallation();
     txtDisplayMessage = context.settings.read<Setting::ScreenNotice>();

@@ -7,6 +7,7 @@
 #include "output/DeviceLists.h"
 #include "session/AppContext.h"
 #include "session/LoadSettings.h"
+#include "session/PhotoStatus.h"
 #include "session/PlainWords.h"
 #include "view/PhotoView.h"
 #include "widgets/CommandBar.h"
@@ -161,7 +162,7 @@ void frmMain::connectCommands() {
     });
     connect(m_toolSet, &ToolSet::statusText, m_status, &StatusLine::setBaseText);
     connect(m_toolSet, &ToolSet::noticeWanted, this,
-            [this](const QString &text) { QMessageBox::warning(this, "Notice", text); });
+            [this](const QString &text) { QMessageBox::warning(this, m_ctx.texts.text("NoticeTitle"), text); });
     connect(m_toolSet, &ToolSet::buttonsToRefresh, this, &frmMain::chkPSButtons);
     connect(m_toolSet, &ToolSet::fitWanted, this, &frmMain::fitPhoto);
     connect(m_toolSet, &ToolSet::panelChanged, this, &frmMain::makeRoomForPanel);
@@ -353,7 +354,8 @@ void frmMain::showZoomMenu() {
     menu.addAction(m_ctx.texts.text("ZoomFit"), this, &frmMain::fitPhoto);
     menu.addSeparator();
     for (const int percent : zoomSteps) {
-        menu.addAction(QString("%1 %").arg(percent), this, [this, percent] { m_ctx.photo.setZoom(percent); });
+        menu.addAction(m_ctx.texts.text("ZoomPercent").arg(percent), this,
+                       [this, percent] { m_ctx.photo.setZoom(percent); });
     }
     const PictureButton *button = m_commands->cmdSetZoom();
     menu.exec(button->mapToGlobal(QPoint(0, button->height())));
@@ -411,11 +413,11 @@ void frmMain::refreshPaste() {
 }
 
 void frmMain::refreshZoom() {
-    m_commands->cmdSetZoom()->setText(QString("%1 %").arg(m_ctx.photo.zoom()));
+    m_commands->cmdSetZoom()->setText(m_ctx.texts.text("ZoomPercent").arg(m_ctx.photo.zoom()));
 }
 
 void frmMain::refreshStatus() {
-    m_status->setBaseText(m_ctx.photo.statusLine(m_ctx.texts.text("Statusbar"), versionNumber(), logicalDpiX()));
+    m_status->setBaseText(photoStatus(m_ctx, logicalDpiX()));
 }
 
 void frmMain::showCanvas() {

@@ -99,6 +99,20 @@ TEST_F(Start, CommandLineDecidesTheOutcome) {
     }
 }
 
+TEST_F(Start, TheToolkitSpeaksTheLanguageOfTheFile) {
+    const auto cancel = [] { return QCoreApplication::translate("QPlatformTheme", "Cancel"); };
+    for (const auto &[language, word] : {std::pair("de", "Abbrechen"), std::pair("fr", "Annuler"),
+                                         std::pair("en", "Cancel"), std::pair("no such", "Cancel")}) {
+        QFile out(m_folder.filePath("language.ini"));
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(QByteArray("[Language]\nCaption=") + language);
+        out.close();
+        const basMain program(Installation{m_folder.path()});
+        EXPECT_EQ(cancel(), word) << language;
+    }
+    EXPECT_EQ(cancel(), "Cancel") << "no longer than the program runs";
+}
+
 TEST_F(Start, EachOutcomeLoadsItsWindows) {
     const struct {
         const char *commandLine;

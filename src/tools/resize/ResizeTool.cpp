@@ -2,6 +2,7 @@
 
 #include "imaging/Scale.h"
 #include "session/AppContext.h"
+#include "session/PhotoStatus.h"
 #include "tools/canvas/CanvasMouse.h"
 #include "tools/resize/ResizePanel.h"
 
@@ -100,7 +101,7 @@ void ResizeTool::resizeTo(QSize size) {
     QImage next;
     m_ctx.longWork.run([&] { next = scaled(photo, size.width(), size.height()); });
     if (m_ctx.photo.changePhoto(next)) {
-        Q_EMIT statusText(statusAfterResize());
+        Q_EMIT statusText(photoStatus(m_ctx, m_window->logicalDpiX(), PhotoStatusKind::Resized));
     } else {
         sayNoMemory();
     }
@@ -108,15 +109,6 @@ void ResizeTool::resizeTo(QSize size) {
 
 void ResizeTool::sayNoMemory() {
     Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
-}
-
-/// The status line with a second opening bracket before the millimetres: after the panel's resize it has always read
-/// so.
-QString ResizeTool::statusAfterResize() const {
-    const QString pixels = QStringLiteral(" pixels - ");
-    QString line = m_ctx.photo.statusLine(m_ctx.texts.text("Statusbar"), versionNumber(), m_window->logicalDpiX());
-    const qsizetype at = line.lastIndexOf(pixels);
-    return at < 0 ? line : line.insert(at + pixels.size(), QStringLiteral(" ("));
 }
 
 } // namespace lumora

@@ -49,7 +49,6 @@ class ResizeTool : public QObject {
     void begin();
     void resizeTo(QSize size);
     void sayNoMemory();
-    QString statusAfterResize() const;
 
     AppContext &m_ctx;
     CanvasMouse &m_mouse;
