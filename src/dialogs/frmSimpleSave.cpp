@@ -1,7 +1,7 @@
 #include "dialogs/frmSimpleSave.h"
 
 #include "session/AppContext.h"
-#include "session/FileTypeEntry.h"
+#include "session/FileTypeText.h"
 #include "session/LoadSettings.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/ElidedLabel.h"
@@ -120,7 +120,7 @@ void frmSimpleSave::fillTypes() {
     cboFilter->setIconSize({badgeSize, badgeSize});
     for (const TypeRow &type : types) {
         cboFilter->addItem(typeBadge(type, badgeSize, devicePixelRatioF()),
-                           fileTypeEntry(m_ctx.texts, type.text, {QString("*") + type.extension}));
+                           fileTypeText(m_ctx.texts, type.text, {QString("*") + type.extension}));
     }
     cboFilter->setCurrentIndex(jpeg);
 }

@@ -1,7 +1,7 @@
 #include "window/SystemDialogs.h"
 
 #include "session/AppContext.h"
-#include "session/FileTypeEntry.h"
+#include "session/FileTypeText.h"
 #include "session/LoadSettings.h"
 
 #include <QFileDialog>
@@ -46,21 +46,21 @@ QString answer(QFileDialog &dialog) {
 } // namespace
 
 QString askForPhotoToOpen(AppContext &ctx, QWidget *owner) {
-    QFileDialog dialog(owner, ctx.texts.text("Open", "Open"));
+    QFileDialog dialog(owner, ctx.texts.text("Open"));
     dialog.setFileMode(QFileDialog::ExistingFile);
-    dialog.setNameFilter(fileTypeEntry(ctx.texts, "FileTypeSupported", {"*.gif", "*.jpg", "*.png", "*.tif", "*.bmp"}));
+    dialog.setNameFilter(fileTypeText(ctx.texts, "FileTypeSupported", {"*.gif", "*.jpg", "*.png", "*.tif", "*.bmp"}));
     startIn(dialog, workingDirectory(ctx));
     offerName(dialog, ctx.photo.CurrentFileName);
     return answer(dialog);
 }
 
 QString askWhereToSave(AppContext &ctx, QWidget *owner, const SaveQuestion &question) {
-    QFileDialog dialog(owner, ctx.texts.text("Save", "Save"));
+    QFileDialog dialog(owner, ctx.texts.text("Save"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     QStringList filters;
     for (const SaveFilter &row : saveFilters) {
-        filters << fileTypeEntry(ctx.texts, row.text, {row.pattern});
+        filters << fileTypeText(ctx.texts, row.text, {row.pattern});
     }
     dialog.setNameFilters(filters);
     QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString &chosen) {

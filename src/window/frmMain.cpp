@@ -247,7 +247,7 @@ void frmMain::LoadLanguage() {
     showTexts(texts, *this);
     setWindowTitle(texts.text("ApplicationName"));
     m_bar->lblCaption()->setText(texts.text("ApplicationName"));
-    m_emptyTable->setOpenText(texts.text("Open", "Open"));
+    m_emptyTable->setOpenText(texts.text("Open"));
 }
 
 void frmMain::openStartupPhoto() {

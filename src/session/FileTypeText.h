@@ -8,7 +8,7 @@
 namespace lumora {
 
 /// "BMP Files (*.bmp)": the text of that identifier and the patterns, as file dialogs understand them in brackets.
-inline QString fileTypeEntry(const Texts &texts, const QString &identifier, const QStringList &patterns) {
+inline QString fileTypeText(const Texts &texts, const QString &identifier, const QStringList &patterns) {
     return texts.text(identifier) + QLatin1StringView(" (") + patterns.join(' ') + ')';
 }
 
