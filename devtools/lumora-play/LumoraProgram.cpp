@@ -19,7 +19,8 @@ QString yesNo(bool value) {
 } // namespace
 
 void LumoraProgram::setting(const QString &section, const QString &key, const QString &value) {
-    m_main.context().writeSetting(section, key, value);
+    AppContext &context = m_main.context();
+    context.ini.WriteIniValue(context.installation.settingsFile(), section, key, value);
 }
 
 QString LumoraProgram::start(const QStringList &words) {

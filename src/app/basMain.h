@@ -3,6 +3,7 @@
 #pragma once
 
 #include "session/AppContext.h"
+#include "widgets/ToolkitTexts.h"
 
 #include <QObject>
 #include <QPointer>
@@ -75,6 +76,7 @@ class basMain : public QObject {
     void endWithoutWindows();
 
     AppContext m_context;
+    ToolkitTexts m_toolkitTexts{m_context.texts};
     QPointer<frmSplash> m_splash;
     QPointer<frmLauncher> m_launcher;
     Desk *m_desk = nullptr;

@@ -61,7 +61,7 @@ frmLauncher::frmLauncher(AppContext &context)
       cmdVideos(footButton("cmdVideos", "help")), cmdExit(footButton("cmdExit", "exit")) {
     setAttribute(Qt::WA_DeleteOnClose);
     build();
-    lblVersion->setText("Version " + versionNumber());
+    lblVersion->setText(context.texts.text("Version").arg(versionNumber()));
     LoadLanguage();
 
     connect(cmdSimpleMode, &QAbstractButton::clicked, this, &frmLauncher::simpleModeWanted);

@@ -41,11 +41,11 @@ QLabel *paintedLabel(const QString &name, double points, bool bold, const QColor
 
 } // namespace
 
-SplashEnd decideSplash(const QString &displayMessage, QSize screen) {
-    if (displayMessage == "0") {
+SplashEnd decideSplash(Switch displayMessage, QSize screen) {
+    if (displayMessage == Switch::Off) {
         return SplashEnd::Launcher;
     }
-    if (displayMessage == "1") {
+    if (displayMessage == Switch::On) {
         return screen.width() > 800 && screen.height() > 600 ? SplashEnd::Launcher : SplashEnd::NoticeThenLauncher;
     }
     return SplashEnd::Never;
@@ -54,10 +54,10 @@ SplashEnd decideSplash(const QString &displayMessage, QSize screen) {
 frmSplash::frmSplash(AppContext &context) : BorderlessDialog("frmSplash", nullptr), m_context(context) {
     setAttribute(Qt::WA_DeleteOnClose);
     build();
-    lblVersion->setText("Version " + versionNumber());
+    lblVersion->setText(context.texts.text("Version").arg(versionNumber()));
     showTexts(context.texts, *this);
     recordInstallation();
-    txtDisplayMessage = context.setting("Display Message", "Value", "1");
+    txtDisplayMessage = context.settings.read<Setting::ScreenNotice>();
 
     tmrThrobber.setObjectName("tmrThrobber");
     tmrLoader.setObjectName("tmrLoader");

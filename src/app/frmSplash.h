@@ -2,6 +2,7 @@
 // basMain shows it when the command line is empty.
 #pragma once
 
+#include "session/Settings.h"
 #include "widgets/BorderlessDialog.h"
 
 #include <QTimer>
@@ -17,9 +18,9 @@ struct AppContext;
 /// How the splash ends.
 enum class SplashEnd { Launcher, NoticeThenLauncher, Never };
 
-/// From the setting "Display Message" and the screen's size in pixels: "0" goes to the launcher, "1" too on a screen of
+/// From the setting "Display Message" and the screen's size in pixels: off goes to the launcher, on too on a screen of
 /// more than 800 x 600 and by way of the notice on a smaller one; any other value stays for good.
-SplashEnd decideSplash(const QString &displayMessage, QSize screen);
+SplashEnd decideSplash(Switch displayMessage, QSize screen);
 
 class frmSplash : public BorderlessDialog {
     Q_OBJECT
@@ -48,7 +49,7 @@ class frmSplash : public BorderlessDialog {
     void showLauncher();
 
     AppContext &m_context;
-    QString txtDisplayMessage;
+    Switch txtDisplayMessage;
     QFrame *Frame1 = nullptr;
     QLabel *lblCaption = nullptr;
     QLabel *lblVersion = nullptr;

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QStandardPaths>
 #include <ctime>
 #include <sys/stat.h>
@@ -69,23 +70,42 @@ QString userCopy(const QString &file) {
 } // namespace
 
 struct IniFiles::Private {
-    struct Cached {
+    using Clock = std::chrono::steady_clock;
+
+    struct Copy {
         Stamp stamp;
         bool settled = false;
-        std::shared_ptr<IniText> text;
+        std::shared_ptr<IniText> text; ///< nothing when the file is there but cannot be read
     };
-    QHash<QString, Cached> files;
+    /// One file in memory.
+    struct File {
+        Copy own;               ///< beside the program
+        Copy users;             ///< in the user's configuration folder
+        bool usersWins = false; ///< the user's copy counts, before the file's own
+    };
 
-    /// The file's text as it stands now; nothing when it is there but cannot be read.
-    std::shared_ptr<IniText> load(const QString &file) {
-        Cached &cached = files[file];
-        const Stamp stamp = stampOf(file);
-        if (cached.text && cached.settled && cached.stamp == stamp) {
-            return cached.text;
+    std::chrono::milliseconds betweenLooks{};
+    Clock::time_point nextLook;
+    QHash<QString, File> files;
+    quint64 revision = 0;
+    int looks = 0;
+
+    /// Reads the copy when it is not the one that is in memory.
+    void update(Copy &copy, const QString &path) {
+        const Stamp stamp = stampOf(path);
+        if (copy.text && copy.settled && copy.stamp == stamp) {
+            return;
         }
+        const auto before = std::move(copy.text);
+        copy = {stamp, isSettled(stamp), parsed(path, stamp)};
+        const bool same = before && copy.text ? before->toBytes() == copy.text->toBytes() : before == copy.text;
+        revision += same ? 0 : 1;
+    }
+
+    static std::shared_ptr<IniText> parsed(const QString &path, const Stamp &stamp) {
         QByteArray bytes;
         if (stamp.readable) {
-            QFile source(file);
+            QFile source(path);
             if (!source.open(QIODevice::ReadOnly)) {
                 return nullptr;
             }
@@ -94,26 +114,66 @@ struct IniFiles::Private {
                 return nullptr;
             }
         }
-        cached = {stamp, isSettled(stamp), std::make_shared<IniText>(bytes)};
-        return cached.text;
+        return std::make_shared<IniText>(bytes);
+    }
+
+    const File &lookNow(const QString &path) {
+        ++looks;
+        File &file = files[path];
+        update(file.own, path);
+        update(file.users, userCopy(path));
+        const bool wins = file.users.stamp.readable && !canBeReplaced(path);
+        revision += wins != file.usersWins ? 1 : 0;
+        file.usersWins = wins;
+        return file;
+    }
+
+    void lookWhenDue() {
+        if (Clock::now() >= nextLook) {
+            for (const QString &path : files.keys()) {
+                lookNow(path);
+            }
+            nextLook = Clock::now() + betweenLooks;
+        }
+    }
+
+    const File &current(const QString &path) {
+        lookWhenDue();
+        const auto found = files.constFind(path);
+        return found == files.constEnd() ? lookNow(path) : *found;
     }
 };
 
-IniFiles::IniFiles() : d(std::make_unique<Private>()) {}
+IniFiles::IniFiles(std::chrono::milliseconds betweenLooks) : d(std::make_unique<Private>()) {
+    d->betweenLooks = betweenLooks;
+}
 IniFiles::~IniFiles() = default;
+
+quint64 IniFiles::revision() {
+    d->lookWhenDue();
+    return d->revision;
+}
+
+void IniFiles::lookAgain() {
+    d->nextLook = {};
+}
+
+int IniFiles::looks() const {
+    return d->looks;
+}
 
 QString IniFiles::ReadIniValue(const QString &file, const QString &section, const QString &key,
                                const QString &defaultValue) {
-    const auto read = [&](const QString &from) {
-        const auto text = d->load(from);
-        return text ? text->value(section, key) : std::nullopt;
+    const Private::File &found = d->current(file);
+    const auto read = [&](const Private::Copy &from) {
+        return from.text ? from.text->value(section, key) : std::nullopt;
     };
     std::optional<QString> value;
-    if (!canBeReplaced(file)) {
-        value = read(userCopy(file));
+    if (found.usersWins) {
+        value = read(found.users);
     }
     if (!value) {
-        value = read(file);
+        value = read(found.own);
     }
     if (!value) {
         return defaultValue;
@@ -128,22 +188,22 @@ bool IniFiles::WriteIniValue(const QString &file, const QString &section, const 
     if (!IniText::canName(section, key)) {
         return true;
     }
-    QString target = file;
-    if (!canBeReplaced(file)) {
-        target = userCopy(file);
+    const bool toUser = !canBeReplaced(file);
+    const QString target = toUser ? userCopy(file) : file;
+    if (toUser) {
         QDir().mkpath(QFileInfo(target).path());
     }
+    d->lookNow(file);
+    const Private::Copy &copy = toUser ? d->files[file].users : d->files[file].own;
     // A file that is there but cannot be read is left alone: writing would cost all its other values.
-    const bool unreadable = QFileInfo::exists(target) && !stampOf(target).readable;
-    const auto loaded = unreadable ? nullptr : d->load(target);
-    if (!loaded) {
+    if (!copy.text || (!copy.stamp.readable && QFileInfo::exists(target))) {
         return true;
     }
-    IniText changed = *loaded;
+    IniText changed = *copy.text;
     if (changed.setValue(section, key, value)) {
         const QByteArray bytes = changed.toBytes();
         replaceFile(target, [&](QIODevice &replacement) { return replacement.write(bytes) == bytes.size(); });
-        d->files.remove(target);
+        d->lookNow(file);
     }
     return true;
 }

@@ -9,6 +9,22 @@ constexpr TextRow textRows[] = {
     // Shared by several windows and procedures: title of message boxes, start of the status line.
     {"", "ApplicationName", "Lumora", "-", ""},
     {"", "Statusbar", "Lumora", "-", ""},
+    {"", "Version", "Version %1", "-", ""},
+    // The code of the file's language: it chooses the toolkit's own words (OK on a message box, a text field's menu).
+    {"", "Language", "en", "-", ""},
+
+    // Message boxes, and the kinds of files in the file dialogs; the endings are added to them.
+    {"", "ErrorTitle", "Error", "-", ""},
+    {"", "NoticeTitle", "Notice", "-", ""},
+    {"", "FileTypeSupported", "All Supported Files", "-", ""},
+    {"", "FileTypeBMP", "BMP Files", "-", ""},
+    {"", "FileTypeGIF", "GIF Files", "-", ""},
+    {"", "FileTypeJPEG", "JPEG Files", "-", ""},
+    {"", "FileTypePNG", "PNG Files", "-", ""},
+    {"", "FileTypeTIF", "TIF Files", "-", ""},
+    {"", "FileTypeTIFF", "TIFF Files", "-", ""},
+    {"", "FileTypeTGA", "TGA Files", "-", ""},
+    {"", "FileTypeAll", "All Files", "-", ""},
 
     // Splash and launcher.
     {"frmSplash", "ApplicationName", "Lumora", "", "windowTitle"},
@@ -292,6 +308,12 @@ constexpr TextRow textRows[] = {
 
     // Main window: the zoom menu, and what the status line says in plain words until the next action.
     {"frmMain", "ZoomFit", "Fit", "-", ""},
+    {"frmMain", "ZoomPercent", "%1 %", "-", ""},
+    {"frmMain", "StatusVersion", "%1                     - Version %2", "-", ""},
+    {"frmMain", "StatusPhoto", "%1 - (%2 x %3 pixels - %4 x %5 millimetres)", "-", ""},
+    {"frmMain", "StatusResized", "%1 - (%2 x %3 pixels -  (%4 x %5 millimetres)", "-", ""},
+    {"frmMain", "PointerSize", "%1 x %2", "-", ""},
+    {"frmMain", "PointerDegrees", "%1°", "-", ""},
     {"frmMain", "StatusSaved", "Saved:", "-", ""},
     {"frmMain", "StatusNotFound", "Lumora cannot find this picture, or may not open it.", "-", ""},
     {"frmMain", "StatusNotAPicture", "This is not a picture that Lumora knows.", "-", ""},
@@ -354,6 +376,7 @@ constexpr TextRow textRows[] = {
     {"frmOptions", "DlgOptionsNoAddress", "Please enter a valid e-mail address or switch this option off", "-", ""},
     {"frmOptions", "DlgOptionsReset", "All warnings and reminders reset", "-", ""},
     {"frmOptions", "OptionsAddress", "E-mail Address", "lblAddress", "text"},
+    {"frmOptions", "SlideshowSeconds", "%1 s", "-", ""},
     {"frmOptions", "OptionsSearching", "Looking...", "-", ""},
     {"frmOptions", "OptionsNoScanner", "No scanner found", "-", ""},
     {"frmOptions", "OptionsChooseScanner", "Choose a scanner", "-", ""},
@@ -373,6 +396,7 @@ constexpr TextRow textRows[] = {
     {"frmSimpleOpen frmSimpleOpen2", "DlgOpenGrp3", "Geographic Features", "cmdGrp3", "text"},
     {"frmSimpleOpen frmSimpleOpen2", "DlgOpenGrp4", "Machines", "cmdGrp4", "text"},
     {"frmSimpleOpen frmSimpleOpen2", "DlgOpenGrp5", "Old Buildings", "cmdGrp5", "text"},
+    {"frmSimpleOpen frmSimpleOpen2", "MsgReinstall", "Please reinstall this software.", "-", ""},
 
     // Simple save dialogs. "Save" is the title of the system's dialog behind "More...".
     {"frmSimpleSave frmSimpleSave2", "DlgSaveTitle", "Save As", "", "windowTitle"},

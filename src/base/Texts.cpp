@@ -11,17 +11,36 @@ bool isTextOf(const TextRow &row, const QString &window) {
 
 Texts::Texts(IniFiles &files, QString languageFile) : m_files(files), m_languageFile(std::move(languageFile)) {}
 
-QString Texts::text(const QString &identifier) const {
+void Texts::fill() const {
+    m_entries.clear();
     for (const TextRow &row : allTexts()) {
-        if (identifier == QLatin1StringView(row.identifier)) {
-            return text(identifier, QString::fromUtf8(row.defaultText));
+        const QString identifier = QString::fromUtf8(row.identifier);
+        if (!m_entries.contains(identifier)) {
+            const QString text = m_files.ReadIniValue(m_languageFile, identifier, QStringLiteral("Caption"), {});
+            const bool isFromFile = !text.isNull(); // an empty text is a text
+            m_entries.insert(identifier, {isFromFile ? text : QString::fromUtf8(row.defaultText), isFromFile});
         }
     }
-    return text(identifier, QString());
+}
+
+const Texts::Entry &Texts::entry(const QString &identifier) const {
+    const quint64 revision = m_files.revision();
+    if (m_revision != revision) {
+        fill();
+        m_revision = m_files.revision(); // the first look at the file counts as a change
+    }
+    static const Entry none;
+    const auto found = m_entries.constFind(identifier);
+    return found == m_entries.constEnd() ? none : *found;
+}
+
+QString Texts::text(const QString &identifier) const {
+    return entry(identifier).text;
 }
 
 QString Texts::text(const QString &identifier, const QString &defaultText) const {
-    return m_files.ReadIniValue(m_languageFile, identifier, QStringLiteral("Caption"), defaultText);
+    const Entry &found = entry(identifier);
+    return found.isFromFile ? found.text : defaultText;
 }
 
 } // namespace lumora

@@ -1,7 +1,9 @@
 // Every text of the program: one row a text, in the order in which a window sets them.
 #pragma once
 
+#include <QHash>
 #include <QString>
+#include <optional>
 #include <span>
 
 namespace lumora {
@@ -29,19 +31,30 @@ std::span<const TextRow> allTexts();
 /// Whether that window (by its object name) reads the row.
 bool isTextOf(const TextRow &row, const QString &window);
 
-/// The texts of one language file.
+/// The texts of one language file, in memory: a text costs one look into a hash table, which is filled again when the
+/// file has changed.
 class Texts {
   public:
     Texts(IniFiles &files, QString languageFile);
 
-    /// The text of an identifier, with the table's default (the first row of that identifier).
+    /// The text of an identifier, with the table's default (the first row of that identifier). Identifiers are those of
+    /// the table, letter for letter; of any other the text is empty.
     QString text(const QString &identifier) const;
     /// The same with the caller's own default, for the few identifiers whose readers differ in it.
     QString text(const QString &identifier, const QString &defaultText) const;
 
   private:
+    struct Entry {
+        QString text;
+        bool isFromFile = false;
+    };
+    const Entry &entry(const QString &identifier) const;
+    void fill() const;
+
     IniFiles &m_files;
     QString m_languageFile;
+    mutable QHash<QString, Entry> m_entries;
+    mutable std::optional<quint64> m_revision; ///< of the files, when the table was filled
 };
 
 } // namespace lumora

@@ -87,7 +87,7 @@ QString SimpleFileDialog::pathOf(const QString &name) const {
 }
 
 void SimpleFileDialog::showError(const QString &description) {
-    QMessageBox::critical(isVisible() ? this : parentWidget(), "Error", description);
+    QMessageBox::critical(isVisible() ? this : parentWidget(), m_ctx.texts.text("ErrorTitle"), description);
 }
 
 } // namespace lumora

@@ -36,13 +36,11 @@ frmMessage::frmMessage(AppContext &context, QWidget *owner)
     body()->addLayout(foot);
     setDefaultButton(cmdYes);
 
-    setWindowTitle(context.setting("ScreenMessageTitle", "Caption", "Notice"));
-    lblMessage->setText(context.setting("ScreenMessage", "Caption",
-                                        "Lumora is designed to run best on screen size 1024 x 768 or higher."));
-    cmdYes->setText(context.setting("ScreenMessageButton", "Caption", "OK"));
+    setWindowTitle(context.settings.read<Setting::NoticeTitle>());
+    lblMessage->setText(context.settings.read<Setting::NoticeText>());
+    cmdYes->setText(context.settings.read<Setting::NoticeButton>());
     chkDontShow->setText(context.texts.text("Welcome_Bubble"));
 
-    connect(chkDontShow, &QCheckBox::toggled, this, [this](bool ticked) { txtDontShow = ticked ? "0" : "1"; });
     connect(cmdYes, &QAbstractButton::clicked, this, &frmMessage::accept);
     connect(&tmrYes, &QTimer::timeout, this, [this] { cmdYes->setFrame(AnimatedButton::nextFrame(cmdYes->frame())); });
     tmrYes.setObjectName("tmrYes");
@@ -51,7 +49,8 @@ frmMessage::frmMessage(AppContext &context, QWidget *owner)
 }
 
 void frmMessage::accept() {
-    m_context.writeSetting("Display Message", "Value", txtDontShow);
+    m_context.settings.write<Setting::ScreenNotice, Writer::Notice>(chkDontShow->isChecked() ? Switch::Off
+                                                                                             : Switch::On);
     BorderlessDialog::accept();
 }
 

@@ -23,7 +23,6 @@ class frmMessage : public BorderlessDialog {
     void accept() override;
 
     AppContext &m_context;
-    QString txtDontShow = "1"; ///< what OK writes: "0" when the notice is not wanted again
     QLabel *lblMessage;
     QCheckBox *chkDontShow;
     AnimatedButton *cmdYes;

@@ -126,7 +126,7 @@ void frmSimpleOpen::showGroup(const QString &folder) {
     markGroup();
     if (!problem.isEmpty()) {
         showError(problem);
-        showError("Please reinstall this software.");
+        showError(m_ctx.texts.text("MsgReinstall"));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "dialogs/frmSimpleSave.h"
 
 #include "session/AppContext.h"
+#include "session/FileTypeText.h"
 #include "session/LoadSettings.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/ElidedLabel.h"
@@ -22,15 +23,15 @@ namespace lumora {
 namespace {
 
 struct TypeRow {
-    const char *entry;
+    const char *text;
     const char *extension;
     QColor colour;
 };
 
 constexpr TypeRow types[] = {
-    {"BMP Files (*.bmp)", ".bmp", colours::sky},  {"JPEG Files (*.jpg)", ".jpg", colours::leaf},
-    {"PNG Files (*.png)", ".png", colours::plum}, {"GIF Files (*.gif)", ".gif", colours::coral},
-    {"TIFF Files (*.tif)", ".tif", colours::sun}, {"TGA Files (*.tga)", ".tga", colours::faintInk},
+    {"FileTypeBMP", ".bmp", colours::sky},  {"FileTypeJPEG", ".jpg", colours::leaf},
+    {"FileTypePNG", ".png", colours::plum}, {"FileTypeGIF", ".gif", colours::coral},
+    {"FileTypeTIFF", ".tif", colours::sun}, {"FileTypeTGA", ".tga", colours::faintInk},
 };
 constexpr int typeCount = std::size(types);
 constexpr int jpeg = 1;
@@ -118,7 +119,8 @@ void frmSimpleSave::fillTypes() {
     constexpr int badgeSize = 32;
     cboFilter->setIconSize({badgeSize, badgeSize});
     for (const TypeRow &type : types) {
-        cboFilter->addItem(typeBadge(type, badgeSize, devicePixelRatioF()), type.entry);
+        cboFilter->addItem(typeBadge(type, badgeSize, devicePixelRatioF()),
+                           fileTypeText(m_ctx.texts, type.text, {QString("*") + type.extension}));
     }
     cboFilter->setCurrentIndex(jpeg);
 }

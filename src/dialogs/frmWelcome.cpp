@@ -75,7 +75,6 @@ frmWelcome::frmWelcome(AppContext &context, QWidget *window)
     showFrame(1);
     LoadLanguage();
 
-    connect(chkShow, &QCheckBox::toggled, this, [this](bool ticked) { txtShow = ticked ? "0" : "1"; });
     connect(cmdOK, &QAbstractButton::clicked, this, &frmWelcome::keepAnswer);
     connect(cmdCancel, &QAbstractButton::clicked, this, &QWidget::close);
     connect(&tmrYes, &QTimer::timeout, this, [this] { showFrame(AnimatedButton::nextFrame(cmdOK->frame())); });
@@ -117,7 +116,7 @@ void frmWelcome::showAt(QWidget *openButton) {
 }
 
 void frmWelcome::keepAnswer() {
-    m_context.writeSetting("Welcome", "Show", txtShow);
+    m_context.settings.write<Setting::Welcome, Writer::Welcome>(!chkShow->isChecked());
     close();
 }
 

@@ -35,7 +35,6 @@ class frmWelcome : public Bubble {
     void showFrame(int frame);
 
     AppContext &m_context;
-    QString txtShow = "1"; ///< what OK writes: "0" when the bubble is not wanted again
     QCheckBox *chkShow;
     AnimatedButton *cmdOK;
     AnimatedButton *cmdCancel;

@@ -273,19 +273,4 @@ void PhotoDocument::OpenPhotoFromMemory() {
     }
 }
 
-QString PhotoDocument::statusLine(const QString &caption, const QString &version, double dotsPerInch,
-                                  const QString &beforeMillimetres) const {
-    QString line = caption + QString(20, QLatin1Char(' ')) + QStringLiteral(" - Version ") + version;
-    if (m_loaded && !m_canvas.isNull()) {
-        const double millimetresPerPixel = 25.4 / (dotsPerInch > 0 ? dotsPerInch : 96.0);
-        line += QStringLiteral(" - (%1 x %2 pixels - %3%4 x %5 millimetres)")
-                    .arg(m_canvas.width())
-                    .arg(m_canvas.height())
-                    .arg(beforeMillimetres)
-                    .arg(rounded(m_canvas.width() * millimetresPerPixel))
-                    .arg(rounded(m_canvas.height() * millimetresPerPixel));
-    }
-    return line;
-}
-
 } // namespace lumora

@@ -112,12 +112,6 @@ class PhotoDocument : public QObject {
     void OpenPhotoFromMemory();
     const QByteArray &MemoryPhoto() const { return m_memoryPhoto; }
 
-    /// The status line for this photo: caption, twenty spaces, " - Version ", version, size in pixels and millimetres.
-    /// Without a photo it ends after the version. `dotsPerInch` is the screen's, 96 on most.
-    /// `beforeMillimetres` goes in before those.
-    QString statusLine(const QString &caption, const QString &version, double dotsPerInch,
-                       const QString &beforeMillimetres = {}) const;
-
   Q_SIGNALS:
     void changed(lumora::PhotoChanges what);
 

@@ -55,9 +55,9 @@ void EffectsPanel::pick(const QString &key) {
         return;
     }
     m_picked = effect->number;
-    if (m_ctx.fields.txtSFX == "0") {
+    if (m_ctx.fields.txtSFX == Switch::Off) {
         Q_EMIT applied(m_effects.ApplyBasicSFX(m_picked));
-    } else if (m_ctx.fields.txtSFX == "1") {
+    } else if (m_ctx.fields.txtSFX == Switch::On) {
         showBox(*effect);
         slideIn();
     }

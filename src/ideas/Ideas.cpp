@@ -111,7 +111,7 @@ bool isShown(const IdeaStep &step, const ToolFlags &flags, const MainFields &fie
         return false;
     }
     return step.shownTo == Everybody || (step.shownTo == AdvancedMode && !flags.SimpleModeOn) ||
-           (step.shownTo == PopArtPanel && fields.txtAndyStyle != "0");
+           (step.shownTo == PopArtPanel && fields.txtAndyStyle != Switch::Off);
 }
 
 } // namespace lumora

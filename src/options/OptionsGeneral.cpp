@@ -38,7 +38,7 @@ void OptionsGeneral::addSlideshow() {
     lblDelay->setMinimumWidth(lblDelay->fontMetrics().horizontalAdvance("00 s") + 4);
     lblDelay->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     connect(sldDelay, &QSlider::valueChanged, this,
-            [this](int seconds) { lblDelay->setText(QString("%1 s").arg(seconds)); });
+            [this](int seconds) { lblDelay->setText(m_ctx.texts.text("SlideshowSeconds").arg(seconds)); });
     row->addWidget(picture("slideshow"));
     row->addWidget(caption);
     row->addWidget(sldDelay, 1);
@@ -89,7 +89,7 @@ void OptionsGeneral::showValues(const OptionsSettings &options) {
     chkAdvPopart->setChecked(options.advancedPopart);
     chkGrid->setChecked(options.grid);
     sldDelay->setValue(options.slideshowDelay);
-    lblDelay->setText(QString("%1 s").arg(sldDelay->value()));
+    lblDelay->setText(m_ctx.texts.text("SlideshowSeconds").arg(sldDelay->value()));
     setFolder(options.workingDirectory);
     chkMyDocs->setChecked(options.myDocs);
 }

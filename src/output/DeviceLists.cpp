@@ -34,11 +34,9 @@ void DeviceLists::fillScanners(const DeviceAnswer &answer) {
     }
     fields.cboSelectIndex = -1;
     if (!m_scanners.isEmpty()) {
-        bool isNumber = false;
-        const int saved = m_context.setting("Scanner", "Device", "-1").toInt(&isNumber);
+        const std::optional<int> saved = m_context.settings.read<Setting::Scanner>();
         // A list that has become shorter still offers its first scanner rather than none.
-        const bool usable = isNumber && saved < m_scanners.size();
-        fields.cboSelectIndex = usable ? std::max(saved, -1) : 0;
+        fields.cboSelectIndex = saved && *saved < m_scanners.size() ? std::max(*saved, -1) : 0;
     }
     Q_EMIT scannersLoaded(!m_scanners.isEmpty());
 }
@@ -49,7 +47,7 @@ void DeviceLists::fillPrinters(const DeviceAnswer &answer) {
     for (const FoundDevice &printer : answer.devices) {
         fields.cboPrinter.append(printer.name);
     }
-    const QString saved = m_context.setting("Printer", "Device", {});
+    const QString saved = m_context.settings.read<Setting::Printer>();
     fields.cboPrinterIndex = static_cast<int>(fields.cboPrinter.indexOf(saved.isEmpty() ? answer.defaultName : saved));
     Q_EMIT printersLoaded();
 }

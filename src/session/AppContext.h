@@ -7,28 +7,24 @@
 #include "document/PhotoDocument.h"
 #include "session/LongWork.h"
 #include "session/MainFields.h"
+#include "session/Settings.h"
 #include "session/ToolFlags.h"
 
 namespace lumora {
 
 struct AppContext {
-    explicit AppContext(Installation where) : installation(std::move(where)), texts(ini, installation.languageFile()) {}
+    explicit AppContext(Installation where)
+        : installation(std::move(where)), settings(ini, installation.settingsFile()),
+          texts(ini, installation.languageFile()) {}
 
     Installation installation;
     IniFiles ini;
+    Settings settings;
     Texts texts;
     MainFields fields;
     ToolFlags flags;
     PhotoDocument photo;
     LongWork longWork; ///< the main window shows its progress
-
-    /// A value of the settings file, with the reader's own default.
-    QString setting(const QString &section, const QString &key, const QString &defaultValue) {
-        return ini.ReadIniValue(installation.settingsFile(), section, key, defaultValue);
-    }
-    void writeSetting(const QString &section, const QString &key, const QString &value) {
-        ini.WriteIniValue(installation.settingsFile(), section, key, value);
-    }
 };
 
 } // namespace lumora

@@ -7,55 +7,44 @@
 namespace lumora {
 
 void LoadSettingsFromINIFile(AppContext &context) {
+    const Settings &settings = context.settings;
     MainFields &fields = context.fields;
-    fields.txtSFX = context.setting("SFX", "Advanced", "0");
-    fields.txtResizeMode = context.setting("Resize", "Advanced", "0");
-    fields.txtSSSFX = context.setting("Slideshow", "Delay", "2000");
-    fields.txtAutoScan = context.setting("Scan", "Autoscan", "0");
+    fields.txtSFX = settings.read<Setting::AdvancedEffects>();
+    fields.txtResizeMode = settings.read<Setting::AdvancedResize>();
+    fields.txtSSSFX = settings.read<Setting::SlideshowDelay>();
+    fields.txtAutoScan = settings.read<Setting::AdvancedScan>();
     if (!fields.cboSelect.isEmpty()) {
-        const int index = settingNumber(context.setting("Scanner", "Device", "-1"), -1);
+        const int index = settings.read<Setting::Scanner>().value_or(-1);
         fields.cboSelectIndex = index >= 0 && index < fields.cboSelect.size() ? index : -1;
     }
-    fields.txtScannerButton = context.setting("Scanner Button", "Value", "0");
-    fields.txtDlgs = context.setting("Dialogs", "Style", "0");
-    fields.txtAndyStyle = context.setting("Popart", "Level", "0");
-    fields.txtGrid = context.setting("Grid", "Value", "1");
-    fields.txtEmail = context.setting("E-mail", "Value", "0");
-    fields.txtPrintTimer = context.setting("Printer", "Timed", "0");
-    fields.txtCountDown = context.setting("Printer", "Timer", "1");
-    fields.txtPrinter = context.setting("Printer", "Device", "");
-    fields.txtYourEmail = context.setting("Sender", "Address", placeholderAddress);
-    fields.txtCropTip = context.setting("Tips", "Crop", "0");
+    fields.txtScannerButton = settings.read<Setting::ScannerButtonOff>();
+    fields.txtDlgs = settings.read<Setting::DialogStyle>();
+    fields.txtAndyStyle = settings.read<Setting::AdvancedPopart>();
+    fields.txtGrid = settings.read<Setting::Grid>();
+    fields.txtEmail = settings.read<Setting::Email>();
+    fields.txtPrintTimer = settings.read<Setting::PrintLock>();
+    fields.txtCountDown = settings.read<Setting::PrintLockMinutes>();
+    fields.txtPrinter = settings.read<Setting::Printer>();
+    fields.txtYourEmail = settings.read<Setting::SenderAddress>();
+    fields.txtCropTip = settings.read<Setting::CropTip>();
 }
 
 void ApplySimpleSettings(AppContext &context) {
-    static const std::pair<const char *, const char *> simpleSettings[] = {
-        {"Dialogs", "Style"}, {"SFX", "Advanced"},  {"Resize", "Advanced"}, {"Grid", "Value"},
-        {"E-mail", "Value"},  {"Printer", "Timed"}, {"Tips", "Crop"}};
-    for (const auto &[section, key] : simpleSettings) {
-        context.writeSetting(section, key, "0");
-    }
-}
-
-int settingNumber(const QString &text, int otherwise) {
-    bool isNumber = false;
-    const int number = text.trimmed().toInt(&isNumber);
-    return isNumber ? number : otherwise;
+    context.settings.switchOff(Writer::SimpleStart);
 }
 
 QString workingDirectory(AppContext &context) {
-    QString standard = GetSpecialFolderPath(5) + "/My Photos";
-    const QString path = context.setting("Working Directory", "Path", standard);
+    const QString path = context.settings.read<Setting::WorkingDirectory>();
     if (path.isEmpty()) {
-        return standard;
+        return GetSpecialFolderPath(5) + "/My Photos";
     }
     // A file brought over from another system may hold "\"; a folder that really has one in its name is kept.
     return QDir(path).exists() ? path : QString(path).replace('\\', '/');
 }
 
 QString photoFolder(AppContext &context) {
-    context.fields.txtMyDox = context.setting("MyDocs", "Value", "1");
-    return context.fields.txtMyDox == "0" ? workingDirectory(context) : GetSpecialFolderPath(5);
+    context.fields.txtMyDox = context.settings.read<Setting::MyDocs>();
+    return context.fields.txtMyDox ? GetSpecialFolderPath(5) : workingDirectory(context);
 }
 
 } // namespace lumora

@@ -8,21 +8,17 @@ namespace lumora {
 
 struct AppContext;
 
-/// Fills the hidden fields from the settings file, in the order in which the file's readers always did. The scanner's
-/// index is set only when the list of scanners has entries: -1 where the setting is no number or lies outside the list.
-/// The fields stay text, whatever the file holds; what is no number is dealt with where a number is needed.
+/// Fills the hidden fields from the settings file. The scanner's index is set only when the list of scanners has
+/// entries: -1 where the setting is no number or outside the list.
 void LoadSettingsFromINIFile(AppContext &context);
 
 /// Writes "0" to the seven settings of Simple mode. They stay so when Advanced mode is started later.
 void ApplySimpleSettings(AppContext &context);
 
-/// A whole number from a setting; `otherwise` when it is none.
-int settingNumber(const QString &text, int otherwise);
-
 /// "Working Directory"/"Path", "/" between folders: the documents folder's "My Photos" unless set otherwise.
 QString workingDirectory(AppContext &context);
 
-/// Where the photo dialogs start: the working directory when "MyDocs"/"Value" is "0", else the user's documents. Fills
+/// Where the photo dialogs start: the working directory when txtMyDox is false, else the user's documents. Fills
 /// txtMyDox on the way.
 QString photoFolder(AppContext &context);
 

@@ -2,33 +2,32 @@
 // A few carry a path from a dialog to the timer that acts on it.
 #pragma once
 
+#include "session/Settings.h"
+
 #include <QString>
 #include <QStringList>
 
 namespace lumora {
 
-/// The sender's address as long as nobody has entered one.
-inline constexpr char placeholderAddress[] = "you@example.com";
-
 struct MainFields {
-    QString txtDlgs = "0";                     ///< "Dialogs"/"Style": "0" own dialogs, "1" the system's
-    QString txtSFX = "0";                      ///< "SFX"/"Advanced"
-    QString txtResizeMode = "0";               ///< "Resize"/"Advanced"
-    QString txtSSSFX = "2000";                 ///< "Slideshow"/"Delay"
-    QString txtAutoScan = "0";                 ///< "Scan"/"Autoscan"
-    QString txtScannerButton = "0";            ///< "Scanner Button"/"Value"
-    QString txtAndyStyle = "0";                ///< "Popart"/"Level"
-    QString txtGrid = "1";                     ///< "Grid"/"Value"
-    QString txtEmail = "0";                    ///< "E-mail"/"Value"
-    QString txtPrintTimer = "0";               ///< "Printer"/"Timed"
-    QString txtCountDown = "1";                ///< "Printer"/"Timer", minutes
-    QString txtPrinter;                        ///< "Printer"/"Device"
-    QString txtYourEmail = placeholderAddress; ///< "Sender"/"Address"
-    QString txtCropTip = "0";                  ///< "Tips"/"Crop"
-    QString txtWelcome = "1";                  ///< "Welcome"/"Show"
-    QString txtMyDox = "1";                    ///< "MyDocs"/"Value", read just before a save dialog opens
-    QString txtSimplePath;                     ///< the open dialog's answer, read by tmrLoadPhoto
-    QString txtSimpleSavePath;                 ///< the save dialog's answer, read by tmrSavePhoto
+    DialogStyle txtDlgs = settings::standard<Setting::DialogStyle>();
+    Switch txtSFX = settings::standard<Setting::AdvancedEffects>();
+    bool txtResizeMode = settings::standard<Setting::AdvancedResize>(); ///< free resizing at once, without the panel
+    int txtSSSFX = settings::standard<Setting::SlideshowDelay>();       ///< seconds
+    bool txtAutoScan = settings::standard<Setting::AdvancedScan>();
+    bool txtScannerButton = settings::standard<Setting::ScannerButtonOff>(); ///< the button is switched off
+    Switch txtAndyStyle = settings::standard<Setting::AdvancedPopart>();
+    bool txtGrid = settings::standard<Setting::Grid>();
+    Switch txtEmail = settings::standard<Setting::Email>();
+    bool txtPrintTimer = settings::standard<Setting::PrintLock>();
+    int txtCountDown = settings::standard<Setting::PrintLockMinutes>(); ///< minutes
+    QString txtPrinter = settings::standard<Setting::Printer>();
+    QString txtYourEmail = settings::standard<Setting::SenderAddress>();
+    Switch txtCropTip = settings::standard<Setting::CropTip>();
+    bool txtWelcome = settings::standard<Setting::Welcome>();
+    bool txtMyDox = settings::standard<Setting::MyDocs>(); ///< read just before a photo dialog opens
+    QString txtSimplePath;                                 ///< the open dialog's answer, read by tmrLoadPhoto
+    QString txtSimpleSavePath;                             ///< the save dialog's answer, read by tmrSavePhoto
 
     QStringList cboSelect;    ///< scanners, in the driver's order
     int cboSelectIndex = -1;  ///< the chosen scanner, -1 none

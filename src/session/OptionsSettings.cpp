@@ -17,65 +17,60 @@ bool isPlaceholder(const QString &address) {
 } // namespace
 
 OptionsSettings readOptions(AppContext &context) {
-    const auto yes = [&](const char *section, const char *key, const char *defaultValue) {
-        return context.setting(section, key, defaultValue) == "1";
-    };
-    const auto number = [&](const char *section, const char *key, int defaultValue) {
-        return settingNumber(context.setting(section, key, QString::number(defaultValue)), defaultValue);
-    };
+    const Settings &settings = context.settings;
     OptionsSettings options;
-    options.advancedEffects = yes("SFX", "Advanced", "0");
-    options.slideshowDelay = std::clamp(number("Slideshow", "Delay", 2000), shortestSlide, longestSlide);
-    options.advancedResize = yes("Resize", "Advanced", "0");
-    options.advancedScan = yes("Scan", "Autoscan", "0");
-    options.scanner = std::max(number("Scanner", "Device", -1), -1);
-    options.grid = yes("Grid", "Value", "1");
-    options.email = yes("E-mail", "Value", "0");
-    options.advancedPopart = yes("Popart", "Level", "1");
-    options.systemDialogs = yes("Dialogs", "Style", "1");
-    options.sender = context.setting("Sender", "Address", placeholderAddress).trimmed();
+    options.advancedEffects = settings.readForOptions<Setting::AdvancedEffects>() == Switch::On;
+    options.slideshowDelay =
+        std::clamp(settings.readForOptions<Setting::SlideshowDelay>(), shortestSlide, longestSlide);
+    options.advancedResize = settings.readForOptions<Setting::AdvancedResize>();
+    options.advancedScan = settings.readForOptions<Setting::AdvancedScan>();
+    options.scanner = std::max(settings.readForOptions<Setting::Scanner>().value_or(-1), -1);
+    options.grid = settings.readForOptions<Setting::Grid>();
+    options.email = settings.readForOptions<Setting::Email>() == Switch::On;
+    options.advancedPopart = settings.readForOptions<Setting::AdvancedPopart>() == Switch::On;
+    options.systemDialogs = settings.readForOptions<Setting::DialogStyle>() == DialogStyle::System;
+    options.sender = settings.readForOptions<Setting::SenderAddress>().trimmed();
     if (isPlaceholder(options.sender)) {
         options.sender.clear();
     }
-    options.printer = context.setting("Printer", "Device", {});
-    options.printLockMinutes = std::clamp(number("Printer", "Timer", 1), 1, longestPrintLock);
-    options.printLock = yes("Printer", "Timed", "1");
+    options.printer = settings.readForOptions<Setting::Printer>();
+    options.printLockMinutes = std::clamp(settings.readForOptions<Setting::PrintLockMinutes>(), 1, longestPrintLock);
+    options.printLock = settings.readForOptions<Setting::PrintLock>();
     options.workingDirectory = workingDirectory(context);
-    options.myDocs = context.setting("MyDocs", "Value", "1") != "0"; // as the photo dialogs read it
-    options.printButtonOff = yes("Print Button", "Value", "0");
-    options.scannerButtonOff = yes("Scanner Button", "Value", "0");
-    options.welcome = yes("Welcome", "Show", "1");
+    options.myDocs = settings.readForOptions<Setting::MyDocs>();
+    options.printButtonOff = settings.readForOptions<Setting::PrintButtonOff>();
+    options.scannerButtonOff = settings.readForOptions<Setting::ScannerButtonOff>();
+    options.welcome = settings.readForOptions<Setting::Welcome>();
     return options;
 }
 
 void writeOptions(AppContext &context, const OptionsSettings &options) {
-    const auto write = [&](const char *section, const char *key, const QString &value) {
-        context.writeSetting(section, key, value);
-    };
-    const auto yes = [](bool value) { return QString(value ? "1" : "0"); };
-    write("SFX", "Advanced", yes(options.advancedEffects));
-    write("Slideshow", "Delay", QString::number(options.slideshowDelay));
-    write("Resize", "Advanced", yes(options.advancedResize));
-    write("Scan", "Autoscan", yes(options.advancedScan));
-    write("Scanner", "Device", QString::number(options.scanner));
-    write("Grid", "Value", yes(options.grid));
-    write("E-mail", "Value", yes(options.email));
-    write("Popart", "Level", yes(options.advancedPopart));
-    write("Dialogs", "Style", yes(options.systemDialogs));
-    write("Sender", "Address", options.sender.isEmpty() ? QString(placeholderAddress) : options.sender);
-    write("Printer", "Device", options.printer);
-    write("Printer", "Timer", QString::number(options.printLockMinutes));
-    write("Printer", "Timed", yes(options.printLock));
-    write("Tips", "Crop", "1");
-    write("Working Directory", "Path", options.workingDirectory);
-    write("MyDocs", "Value", yes(options.myDocs));
-    write("Print Button", "Value", yes(options.printButtonOff));
-    write("Scanner Button", "Value", yes(options.scannerButtonOff));
+    Settings &settings = context.settings;
+    constexpr Writer by = Writer::Options;
+    const auto on = [](bool value) { return value ? Switch::On : Switch::Off; };
+    settings.write<Setting::AdvancedEffects, by>(on(options.advancedEffects));
+    settings.write<Setting::SlideshowDelay, by>(options.slideshowDelay);
+    settings.write<Setting::AdvancedResize, by>(options.advancedResize);
+    settings.write<Setting::AdvancedScan, by>(options.advancedScan);
+    settings.write<Setting::Scanner, by>(options.scanner);
+    settings.write<Setting::Grid, by>(options.grid);
+    settings.write<Setting::Email, by>(on(options.email));
+    settings.write<Setting::AdvancedPopart, by>(on(options.advancedPopart));
+    settings.write<Setting::DialogStyle, by>(options.systemDialogs ? DialogStyle::System : DialogStyle::Own);
+    settings.write<Setting::SenderAddress, by>(options.sender.isEmpty() ? QString(placeholderAddress) : options.sender);
+    settings.write<Setting::Printer, by>(options.printer);
+    settings.write<Setting::PrintLockMinutes, by>(options.printLockMinutes);
+    settings.write<Setting::PrintLock, by>(options.printLock);
+    settings.write<Setting::CropTip, by>(Switch::On);
+    settings.write<Setting::WorkingDirectory, by>(options.workingDirectory);
+    settings.write<Setting::MyDocs, by>(options.myDocs);
+    settings.write<Setting::PrintButtonOff, by>(options.printButtonOff);
+    settings.write<Setting::ScannerButtonOff, by>(options.scannerButtonOff);
 }
 
 void resetWarnings(AppContext &context) {
-    context.writeSetting("Tips", "Crop", "1");
-    context.writeSetting("Welcome", "Show", "1");
+    context.settings.write<Setting::CropTip, Writer::Reset>(Switch::On);
+    context.settings.write<Setting::Welcome, Writer::Reset>(true);
 }
 
 bool isMailAddress(const QString &text) {

@@ -12,24 +12,24 @@ inline constexpr int longestSlide = 30;     ///< seconds, the most
 inline constexpr int longestPrintLock = 60; ///< minutes, the most that the print button can be locked
 
 struct OptionsSettings {
-    bool advancedEffects = false;  ///< "SFX"/"Advanced"
-    int slideshowDelay = 0;        ///< "Slideshow"/"Delay", shortestSlide to longestSlide
-    bool advancedResize = false;   ///< "Resize"/"Advanced"
-    bool advancedScan = false;     ///< "Scan"/"Autoscan"
-    int scanner = -1;              ///< "Scanner"/"Device": place in the list of scanners, -1 none
-    bool grid = false;             ///< "Grid"/"Value"
-    bool email = false;            ///< "E-mail"/"Value"
-    bool advancedPopart = false;   ///< "Popart"/"Level"
-    bool systemDialogs = false;    ///< "Dialogs"/"Style"
-    QString sender;                ///< "Sender"/"Address"; empty while nobody has entered one
-    QString printer;               ///< "Printer"/"Device": a name; empty is the computer's own choice
-    int printLockMinutes = 1;      ///< "Printer"/"Timer", 1 to longestPrintLock
-    bool printLock = false;        ///< "Printer"/"Timed"
-    QString workingDirectory;      ///< "Working Directory"/"Path"
-    bool myDocs = false;           ///< "MyDocs"/"Value"
-    bool printButtonOff = false;   ///< "Print Button"/"Value"
-    bool scannerButtonOff = false; ///< "Scanner Button"/"Value"
-    bool welcome = false;          ///< "Welcome"/"Show"; never written
+    bool advancedEffects = false;
+    int slideshowDelay = 0; ///< seconds, shortestSlide to longestSlide
+    bool advancedResize = false;
+    bool advancedScan = false;
+    int scanner = -1; ///< place in the list of scanners, -1 none
+    bool grid = false;
+    bool email = false;
+    bool advancedPopart = false;
+    bool systemDialogs = false;
+    QString sender;           ///< empty while nobody has entered one
+    QString printer;          ///< a name; empty is the computer's own choice
+    int printLockMinutes = 1; ///< 1 to longestPrintLock
+    bool printLock = false;
+    QString workingDirectory;
+    bool myDocs = false;
+    bool printButtonOff = false;
+    bool scannerButtonOff = false;
+    bool welcome = false; ///< never written
 };
 
 /// Reads them with the options window's own defaults, which differ from the main window's: the system's dialogs,
@@ -37,8 +37,7 @@ struct OptionsSettings {
 /// default; a number out of range the nearest one that can be chosen.
 OptionsSettings readOptions(AppContext &context);
 
-/// Writes them in the order in which the file's writers always did, and switches the crop tip on again, but never
-/// touches "Welcome"/"Show".
+/// Writes them, each at once, and switches the crop tip on again; never the welcome bubble's setting.
 void writeOptions(AppContext &context, const OptionsSettings &options);
 
 /// Has the tips and the welcome bubble shown again, at once.

@@ -59,12 +59,12 @@ void PhotoCommands::openAtStart(const PictureRead &read) {
 // --- Open -----------------------------------------------------------------------------------------------------------
 
 void PhotoCommands::OpenPhotos() {
-    const QString &style = m_ctx.fields.txtDlgs;
-    if (style != "0" && style != "1") {
+    const DialogStyle style = m_ctx.fields.txtDlgs;
+    if (style == DialogStyle::Other) {
         return;
     }
     Q_EMIT firstToolWanted();
-    if (style == "1") {
+    if (style == DialogStyle::System) {
         LoadPhoto();
     } else {
         OpenMySimplePhoto();
@@ -73,10 +73,10 @@ void PhotoCommands::OpenPhotos() {
 }
 
 void PhotoCommands::OpenPhotos2() {
-    if (m_ctx.fields.txtDlgs == "0") {
+    if (m_ctx.fields.txtDlgs == DialogStyle::Own) {
         OpenMySimplePhoto2();
         Q_EMIT firstToolWanted();
-    } else if (m_ctx.fields.txtDlgs == "1") {
+    } else if (m_ctx.fields.txtDlgs == DialogStyle::System) {
         LoadPhoto();
         Q_EMIT firstToolWanted();
     }
@@ -138,9 +138,9 @@ void PhotoCommands::SavePhotos() {
     if (!m_ctx.photo.PhotoLoaded()) {
         return;
     }
-    if (m_ctx.fields.txtDlgs == "0") {
+    if (m_ctx.fields.txtDlgs == DialogStyle::Own) {
         SaveMySimplePhoto();
-    } else if (m_ctx.fields.txtDlgs == "1") {
+    } else if (m_ctx.fields.txtDlgs == DialogStyle::System) {
         SavePhoto();
     }
 }
@@ -226,11 +226,11 @@ void PhotoCommands::SaveBeforeOpen() {
 void PhotoCommands::saveBefore(const std::function<void()> &then) {
     switch (ask(m_ctx, PromptKind::SaveBeforeOpen, m_owner)) {
     case Answer::Yes:
-        if (m_ctx.fields.txtDlgs == "1") {
+        if (m_ctx.fields.txtDlgs == DialogStyle::System) {
             if (SavePhoto()) {
                 then();
             }
-        } else if (m_ctx.fields.txtDlgs == "0") {
+        } else if (m_ctx.fields.txtDlgs == DialogStyle::Own) {
             m_afterSimpleSave = then;
             SaveMySimplePhoto();
         }
@@ -276,9 +276,9 @@ void PhotoCommands::leaveEditor() {
     }
     switch (ask(m_ctx, PromptKind::Save, m_owner)) {
     case Answer::Yes:
-        if (m_ctx.fields.txtDlgs == "1") {
+        if (m_ctx.fields.txtDlgs == DialogStyle::System) {
             SavePhoto2();
-        } else if (m_ctx.fields.txtDlgs == "0") {
+        } else if (m_ctx.fields.txtDlgs == DialogStyle::Own) {
             SaveMySimplePhoto2();
         }
         break;

@@ -1,6 +1,7 @@
 #include "window/SystemDialogs.h"
 
 #include "session/AppContext.h"
+#include "session/FileTypeText.h"
 #include "session/LoadSettings.h"
 
 #include <QFileDialog>
@@ -15,12 +16,13 @@ constexpr int documentsFolder = 5;
 
 /// One row a type that the save dialog offers.
 struct SaveFilter {
-    const char *filter;
+    const char *text;
+    const char *pattern;
     const char *suffix;
 };
 const SaveFilter saveFilters[] = {
-    {"BMP Files (*.bmp)", "bmp"}, {"GIF Files (*.gif)", "gif"}, {"JPEG Files (*.jpg)", "jpg"},
-    {"PNG Files (*.png)", "png"}, {"TIF Files (*.tif)", "tif"}, {"All Files (*)", ""},
+    {"FileTypeBMP", "*.bmp", "bmp"}, {"FileTypeGIF", "*.gif", "gif"}, {"FileTypeJPEG", "*.jpg", "jpg"},
+    {"FileTypePNG", "*.png", "png"}, {"FileTypeTIF", "*.tif", "tif"}, {"FileTypeAll", "*", ""},
 };
 
 /// Starts the dialog in `folder`, or in the documents folder where that is gone.
@@ -44,30 +46,30 @@ QString answer(QFileDialog &dialog) {
 } // namespace
 
 QString askForPhotoToOpen(AppContext &ctx, QWidget *owner) {
-    QFileDialog dialog(owner, ctx.texts.text("Open", "Open"));
+    QFileDialog dialog(owner, ctx.texts.text("Open"));
     dialog.setFileMode(QFileDialog::ExistingFile);
-    dialog.setNameFilter("All Supported Files (*.gif *.jpg *.png *.tif *.bmp)");
+    dialog.setNameFilter(fileTypeText(ctx.texts, "FileTypeSupported", {"*.gif", "*.jpg", "*.png", "*.tif", "*.bmp"}));
     startIn(dialog, workingDirectory(ctx));
     offerName(dialog, ctx.photo.CurrentFileName);
     return answer(dialog);
 }
 
 QString askWhereToSave(AppContext &ctx, QWidget *owner, const SaveQuestion &question) {
-    QFileDialog dialog(owner, ctx.texts.text("Save", "Save"));
+    QFileDialog dialog(owner, ctx.texts.text("Save"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     QStringList filters;
     for (const SaveFilter &row : saveFilters) {
-        filters << row.filter;
+        filters << fileTypeText(ctx.texts, row.text, {row.pattern});
     }
     dialog.setNameFilters(filters);
     QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString &chosen) {
         dialog.setDefaultSuffix(saveFilters[std::max<qsizetype>(0, filters.indexOf(chosen))].suffix);
     });
-    for (const SaveFilter &row : saveFilters) {
-        if (qstrcmp(row.suffix, question.suffix) == 0) {
-            dialog.selectNameFilter(row.filter);
-            dialog.setDefaultSuffix(row.suffix);
+    for (qsizetype i = 0; i < filters.size(); ++i) {
+        if (qstrcmp(saveFilters[i].suffix, question.suffix) == 0) {
+            dialog.selectNameFilter(filters[i]);
+            dialog.setDefaultSuffix(saveFilters[i].suffix);
         }
     }
     startIn(dialog, question.workingDirectoryOnly ? workingDirectory(ctx) : photoFolder(ctx));

@@ -7,6 +7,7 @@
 #include "output/DeviceLists.h"
 #include "session/AppContext.h"
 #include "session/LoadSettings.h"
+#include "session/PhotoStatus.h"
 #include "session/PlainWords.h"
 #include "view/PhotoView.h"
 #include "widgets/CommandBar.h"
@@ -161,7 +162,7 @@ void frmMain::connectCommands() {
     });
     connect(m_toolSet, &ToolSet::statusText, m_status, &StatusLine::setBaseText);
     connect(m_toolSet, &ToolSet::noticeWanted, this,
-            [this](const QString &text) { QMessageBox::warning(this, "Notice", text); });
+            [this](const QString &text) { QMessageBox::warning(this, m_ctx.texts.text("NoticeTitle"), text); });
     connect(m_toolSet, &ToolSet::buttonsToRefresh, this, &frmMain::chkPSButtons);
     connect(m_toolSet, &ToolSet::fitWanted, this, &frmMain::fitPhoto);
     connect(m_toolSet, &ToolSet::panelChanged, this, &frmMain::makeRoomForPanel);
@@ -215,8 +216,8 @@ void frmMain::SetMeUp() {
     }
     m_commands->cmdScan()->setEnabled(false);
     m_commands->cmdPrint()->setEnabled(false);
-    m_ctx.fields.txtWelcome = m_ctx.setting("Welcome", "Show", "1");
-    if (m_ctx.fields.txtWelcome == "1") {
+    m_ctx.fields.txtWelcome = m_ctx.settings.read<Setting::Welcome>();
+    if (m_ctx.fields.txtWelcome) {
         tmrWelcome->start();
     }
     chkPSButtons();
@@ -246,7 +247,7 @@ void frmMain::LoadLanguage() {
     showTexts(texts, *this);
     setWindowTitle(texts.text("ApplicationName"));
     m_bar->lblCaption()->setText(texts.text("ApplicationName"));
-    m_emptyTable->setOpenText(texts.text("Open", "Open"));
+    m_emptyTable->setOpenText(texts.text("Open"));
 }
 
 void frmMain::openStartupPhoto() {
@@ -354,7 +355,8 @@ void frmMain::showZoomMenu() {
     menu.addAction(m_ctx.texts.text("ZoomFit"), this, &frmMain::fitPhoto);
     menu.addSeparator();
     for (const int percent : zoomSteps) {
-        menu.addAction(QString("%1 %").arg(percent), this, [this, percent] { m_ctx.photo.setZoom(percent); });
+        menu.addAction(m_ctx.texts.text("ZoomPercent").arg(percent), this,
+                       [this, percent] { m_ctx.photo.setZoom(percent); });
     }
     const PictureButton *button = m_commands->cmdSetZoom();
     menu.exec(button->mapToGlobal(QPoint(0, button->height())));
@@ -396,8 +398,8 @@ void frmMain::chkPSButtons() {
     toolbar->setButtonEnabled("keyZoomout", loaded);
     toolbar->setButtonEnabled("keyUndo", loaded && photo.history().undoSteps() > 0);
     toolbar->setButtonEnabled("keyRedo", loaded && photo.history().redoSteps() > 0);
-    if (m_ctx.fields.txtEmail == "0" || m_ctx.fields.txtEmail == "1") { // any other value leaves it
-        toolbar->setButtonOn(CommandRow::emailButton, m_ctx.fields.txtEmail == "1");
+    if (m_ctx.fields.txtEmail != Switch::Other) { // any other value leaves it
+        toolbar->setButtonOn(CommandRow::emailButton, m_ctx.fields.txtEmail == Switch::On);
     }
     toolbar->setButtonEnabled("keyCopy", loaded);
     toolbar->setButtonEnabled("keyPaste", m_canPaste);
@@ -412,11 +414,11 @@ void frmMain::refreshPaste() {
 }
 
 void frmMain::refreshZoom() {
-    m_commands->cmdSetZoom()->setText(QString("%1 %").arg(m_ctx.photo.zoom()));
+    m_commands->cmdSetZoom()->setText(m_ctx.texts.text("ZoomPercent").arg(m_ctx.photo.zoom()));
 }
 
 void frmMain::refreshStatus() {
-    m_status->setBaseText(m_ctx.photo.statusLine(m_ctx.texts.text("Statusbar"), versionNumber(), logicalDpiX()));
+    m_status->setBaseText(photoStatus(m_ctx, logicalDpiX()));
 }
 
 void frmMain::showCanvas() {

@@ -2,6 +2,7 @@
 #include "app/frmSplash.h"
 
 #include "dialogs/frmMessage.h"
+#include "support/SettingsFile.h"
 #include "support/ShellCheck.h"
 #include "support/TextCheck.h"
 
@@ -24,7 +25,7 @@ class Splash : public test::Shell {
   protected:
     /// A splash that has been shown and has decided how to go on.
     frmSplash *shown(const QString &displayMessage) {
-        context.writeSetting("Display Message", "Value", displayMessage);
+        test::writeSetting(context, "Display Message", "Value", displayMessage);
         auto *splash = new frmSplash(context);
         splash->show();
         QTest::qWait(20);
@@ -48,7 +49,7 @@ TEST_F(Splash, DecidesByTheSettingAndTheScreen) {
         {"yes", 640, 480, never},
     };
     for (const auto &one : cases) {
-        EXPECT_EQ(decideSplash(one.value, {one.width, one.height}), one.end)
+        EXPECT_EQ(decideSplash(settings::valueOf<Setting::ScreenNotice>(one.value), {one.width, one.height}), one.end)
             << '"' << one.value << "\" at " << one.width << " x " << one.height;
     }
 }

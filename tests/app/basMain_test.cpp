@@ -4,6 +4,7 @@
 #include "app/frmLauncher.h"
 #include "app/frmSplash.h"
 #include "session/LoadSettings.h"
+#include "support/SettingsFile.h"
 #include "support/ShellCheck.h"
 #include "support/TestPictures.h"
 #include "window/frmMain.h"
@@ -98,6 +99,20 @@ TEST_F(Start, CommandLineDecidesTheOutcome) {
     }
 }
 
+TEST_F(Start, TheToolkitSpeaksTheLanguageOfTheFile) {
+    const auto cancel = [] { return QCoreApplication::translate("QPlatformTheme", "Cancel"); };
+    for (const auto &[language, word] : {std::pair("de", "Abbrechen"), std::pair("fr", "Annuler"),
+                                         std::pair("en", "Cancel"), std::pair("no such", "Cancel")}) {
+        QFile out(m_folder.filePath("language.ini"));
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(QByteArray("[Language]\nCaption=") + language);
+        out.close();
+        const basMain program(Installation{m_folder.path()});
+        EXPECT_EQ(cancel(), word) << language;
+    }
+    EXPECT_EQ(cancel(), "Cancel") << "no longer than the program runs";
+}
+
 TEST_F(Start, EachOutcomeLoadsItsWindows) {
     const struct {
         const char *commandLine;
@@ -122,7 +137,7 @@ TEST_F(Start, EachOutcomeLoadsItsWindows) {
 TEST_F(Start, SimpleModeWritesItsSettingsAndAdvancedModeLeavesThem) {
     basMain program(Installation{m_folder.path()});
     for (const auto &[section, key] : simpleSettings) {
-        program.context().writeSetting(section, key, "1");
+        test::writeSetting(program.context(), section, key, "1");
     }
     const QString before = settingsText();
     ASSERT_TRUE(program.Main("/a"));
@@ -133,10 +148,10 @@ TEST_F(Start, SimpleModeWritesItsSettingsAndAdvancedModeLeavesThem) {
     basMain advanced(Installation{m_folder.path()});
     ASSERT_TRUE(advanced.Main("/a"));
     for (const auto &[section, key] : simpleSettings) {
-        EXPECT_EQ(advanced.context().setting(section, key, "?"), "0") << section.toStdString();
+        EXPECT_EQ(test::setting(advanced.context(), section, key, "?"), "0") << section.toStdString();
     }
     // The main window was filled after the settings were written, not before.
-    EXPECT_EQ(simple.context().fields.txtGrid, "0");
+    EXPECT_FALSE(simple.context().fields.txtGrid);
 }
 
 TEST_F(Start, SimpleSettingsAreWrittenInTheirOrder) {
@@ -174,7 +189,7 @@ TEST_F(Start, LeavingTheEditorShowsTheLauncherAndANewStartBeginsEmpty) {
     EXPECT_FALSE(program.launcher()->isVisible());
     EXPECT_TRUE(program.context().flags.SimpleModeOn);
     EXPECT_FALSE(program.context().photo.PhotoLoaded());
-    EXPECT_EQ(program.context().setting("Dialogs", "Style", "?"), "0");
+    EXPECT_EQ(test::setting(program.context(), "Dialogs", "Style", "?"), "0");
 
     Q_EMIT program.mainWindow()->leave();
     program.launcher()->findChild<QAbstractButton *>("cmdAdvMode")->click();
@@ -200,7 +215,7 @@ TEST_F(Start, CutOutIsHiddenFromTheLauncherOnly) {
 TEST_F(Start, TheSplashLeadsToTheLauncher) {
     basMain program(Installation{m_folder.path()});
     QSignalSpy ended(&program, &basMain::ended);
-    program.context().writeSetting("Display Message", "Value", "0");
+    test::writeSetting(program.context(), "Display Message", "Value", "0");
     ASSERT_TRUE(program.Main(""));
     QTest::qWait(20);
     test::tick(*program.splash(), "tmrLoader");
@@ -213,7 +228,7 @@ TEST_F(Start, TheSplashLeadsToTheLauncher) {
 TEST_F(Start, ASplashThatStaysCanBeClosedAndEndsTheProgram) {
     basMain program(Installation{m_folder.path()});
     QSignalSpy ended(&program, &basMain::ended);
-    program.context().writeSetting("Display Message", "Value", "2");
+    test::writeSetting(program.context(), "Display Message", "Value", "2");
     ASSERT_TRUE(program.Main(""));
     QTest::qWait(50);
     QTest::keyClick(program.splash(), Qt::Key_Escape);

@@ -38,7 +38,7 @@ class IniFilesTest : public testing::Test {
     test::TemporaryHome home;
     QTemporaryDir folder;
     QString file = folder.filePath("Lumora.ini");
-    IniFiles ini;
+    IniFiles ini{std::chrono::milliseconds(0)}; // every read looks
 };
 
 TEST_F(IniFilesTest, AnythingMayStandThere) {
@@ -147,6 +147,46 @@ TEST_F(IniFilesTest, ManyReadsOpenTheFileOnceAndStillSeeChanges) {
     }
     QFile::remove(file);
     EXPECT_EQ(read(), "default");
+}
+
+TEST_F(IniFilesTest, ReadsBetweenTwoLooksCostNone) {
+    IniFiles patient(std::chrono::hours(1));
+    const auto readPatiently = [&] { return patient.ReadIniValue(file, "A", "k", "default"); };
+    put(file, "[A]\nk=1\n");
+    EXPECT_EQ(readPatiently(), "1");
+    const int looks = patient.looks();
+    const quint64 revision = patient.revision();
+    put(file, "[A]\nk=2\n");
+    for (int i = 0; i < 1000; ++i) {
+        EXPECT_EQ(readPatiently(), "1");
+        EXPECT_EQ(patient.revision(), revision);
+    }
+    EXPECT_EQ(patient.looks(), looks);
+
+    patient.lookAgain();
+    EXPECT_NE(patient.revision(), revision);
+    EXPECT_EQ(readPatiently(), "2");
+    EXPECT_EQ(patient.looks(), looks + 1);
+    patient.WriteIniValue(file, "A", "k", "3");
+    EXPECT_EQ(readPatiently(), "3") << "a write of one's own is seen at once";
+
+    // What another program has written meanwhile is not lost by a write, though it has not been read.
+    put(file, "[A]\nk=3\nother=4\n");
+    patient.WriteIniValue(file, "A", "k", "5");
+    EXPECT_EQ(get(file), "[A]\nk=5\nother=4\n");
+}
+
+TEST_F(IniFilesTest, AChangeFromOutsideIsSeenSoon) {
+    IniFiles usual;
+    const auto seen = [&] { return usual.ReadIniValue(file, "A", "k", "default"); };
+    EXPECT_EQ(seen(), "default");
+    const quint64 before = usual.revision();
+    put(file + ".new", "[A]\nk=1\n"); // as an editor does: a new file takes the old one's place
+    ASSERT_EQ(::rename(QFile::encodeName(file + ".new").constData(), QFile::encodeName(file).constData()), 0);
+    while (seen() != "1") { // the test's time limit ends it where it never comes
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_NE(usual.revision(), before);
 }
 
 TEST_F(IniFilesTest, ReadersNeverSeeAHalfWrittenFile) {

@@ -152,6 +152,29 @@ TEST_F(TextsTest, AmpersandsAndEmptyTexts) {
     }
 }
 
+TEST_F(TextsTest, ATextIsReadOnceAndAgainWhenTheFileHasChanged) {
+    const auto write = [this](const QByteArray &bytes) {
+        QFile out(file);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(bytes);
+    };
+    IniFiles patient(std::chrono::hours(1));
+    const Texts lasting(patient, file);
+    write("[Open]\nCaption=Auf\n");
+    EXPECT_EQ(lasting.text("Open"), "Auf");
+    const int looks = patient.looks();
+    for (const TextRow &row : allTexts()) {
+        EXPECT_FALSE(lasting.text(row.identifier).isEmpty());
+    }
+    EXPECT_EQ(patient.looks(), looks) << "no file is looked at for a text";
+    write("[Open]\nCaption=\n[Save]\nCaption=Sichern\n");
+    patient.lookAgain();
+    EXPECT_EQ(lasting.text("Open"), "") << "an empty text is a text";
+    EXPECT_EQ(lasting.text("Open", "Other"), "");
+    EXPECT_EQ(lasting.text("Save"), "Sichern");
+    EXPECT_EQ(lasting.text("Help", "Other"), "Other") << "not in the file";
+}
+
 TEST(TextTable, RowsAreWellFormed) {
     std::set<QString> places;
     for (const TextRow &row : allTexts()) {

@@ -36,6 +36,8 @@ class DialogTest : public testing::Test {
         QFile file(path);
         ASSERT_TRUE(file.open(QFile::WriteOnly));
         file.write(content);
+        file.close();
+        context().ini.lookAgain();
     }
     void writePhoto(const QString &name) {
         const QString path = m_folder.filePath(name);

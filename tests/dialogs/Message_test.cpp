@@ -1,6 +1,7 @@
 // The notice on a small screen: its texts come from the settings file, its answer goes there.
 #include "dialogs/frmMessage.h"
 
+#include "support/SettingsFile.h"
 #include "support/ShellCheck.h"
 #include "support/TextCheck.h"
 #include "widgets/AnimatedButton.h"
@@ -25,9 +26,9 @@ TEST_F(Message, TextsComeFromTheSettingsFile) {
     };
     frmMessage plain(context, nullptr);
     expectTexts(plain, "Notice", "Lumora is designed to run best on screen size 1024 x 768 or higher.", "OK");
-    context.writeSetting("ScreenMessageTitle", "Caption", "Hinweis");
-    context.writeSetting("ScreenMessage", "Caption", "Zu klein.");
-    context.writeSetting("ScreenMessageButton", "Caption", "Gut");
+    test::writeSetting(context, "ScreenMessageTitle", "Caption", "Hinweis");
+    test::writeSetting(context, "ScreenMessage", "Caption", "Zu klein.");
+    test::writeSetting(context, "ScreenMessageButton", "Caption", "Gut");
     frmMessage changed(context, nullptr);
     expectTexts(changed, "Hinweis", "Zu klein.", "Gut");
 }
@@ -40,7 +41,7 @@ TEST_F(Message, WritesItsAnswer) {
     } cases[] = {{0, true, "1"}, {1, true, "0"}, {2, true, "1"}, {0, false, "before"}, {1, false, "before"}};
     for (const auto &one : cases) {
         SCOPED_TRACE(testing::Message() << one.clicks << " clicks");
-        context.writeSetting("Display Message", "Value", "before");
+        test::writeSetting(context, "Display Message", "Value", "before");
         frmMessage notice(context, nullptr);
         notice.show();
         for (int i = 0; i < one.clicks; ++i) {
@@ -48,7 +49,7 @@ TEST_F(Message, WritesItsAnswer) {
         }
         QTest::keyClick(&notice, one.answered ? Qt::Key_Return : Qt::Key_Escape);
         EXPECT_FALSE(notice.isVisible());
-        EXPECT_EQ(context.setting("Display Message", "Value", "?"), one.written);
+        EXPECT_EQ(test::setting(context, "Display Message", "Value", "?"), one.written);
     }
 }
 

@@ -1,6 +1,7 @@
 // The welcome bubble: what it writes, and the ring around the button it speaks of.
 #include "dialogs/frmWelcome.h"
 
+#include "support/SettingsFile.h"
 #include "support/ShellCheck.h"
 #include "support/TextCheck.h"
 #include "widgets/AnimatedButton.h"
@@ -44,7 +45,7 @@ TEST_F(Welcome, OnlyOkWritesTheAnswer) {
     for (const auto &one : cases) {
         SCOPED_TRACE(one.answer == nullptr ? "Esc" : one.answer);
         delete m_bubble.data();
-        context.writeSetting("Welcome", "Show", "before");
+        test::writeSetting(context, "Welcome", "Show", "before");
         m_bubble = new frmWelcome(context, &m_window);
         m_bubble->showAt(&m_folderButton);
         m_bubble->findChild<QCheckBox *>("chkShow")->setChecked(one.ticked);
@@ -55,7 +56,7 @@ TEST_F(Welcome, OnlyOkWritesTheAnswer) {
         }
         EXPECT_TRUE(QTest::qWaitFor([&] { return m_bubble.isNull(); }));
         EXPECT_EQ(m_window.findChild<QWidget *>("picRing"), nullptr);
-        EXPECT_EQ(context.setting("Welcome", "Show", "?"), one.written);
+        EXPECT_EQ(test::setting(context, "Welcome", "Show", "?"), one.written);
     }
 }
 
@@ -64,7 +65,7 @@ TEST_F(Welcome, ATickTakenBackIsNoTick) {
     box->click();
     box->click();
     button("cmdOK")->click();
-    EXPECT_EQ(context.setting("Welcome", "Show", "?"), "1");
+    EXPECT_EQ(test::setting(context, "Welcome", "Show", "?"), "1");
 }
 
 TEST_F(Welcome, RingFlashesAroundTheFolderAndLetsClicksThrough) {

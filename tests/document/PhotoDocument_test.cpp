@@ -161,15 +161,6 @@ TEST_F(Document, makesTheReducedCopyOf480Pixels) {
     EXPECT_EQ(photo.pic2nd().pixel(5, 5), qRgb(200, 0, 0));
 }
 
-TEST_F(Document, describesThePhotoInTheStatusLine) {
-    const QString blanks(20, ' ');
-    EXPECT_EQ(photo.statusLine("Lumora", "1.0.3", 96), "Lumora" + blanks + " - Version 1.0.3");
-    open(plain(640, 480));
-    EXPECT_EQ(photo.statusLine("Lumora", "1.0.3", 96),
-              "Lumora" + blanks + " - Version 1.0.3 - (640 x 480 pixels - 169 x 127 millimetres)");
-    EXPECT_TRUE(photo.statusLine({}, "2.0.0", 72).endsWith("(640 x 480 pixels - 226 x 169 millimetres)"));
-}
-
 TEST_F(Document, opensWithAllCopiesSharedAndSaysSoOnce) {
     for (const Route route : {Route::LoadPhoto, Route::TmrLoadPhoto}) {
         photo.setPhotoModified(true);
@@ -228,7 +219,6 @@ TEST_F(Document, savesAndOpensAgain) {
     EXPECT_EQ(firstDifference(photo.picCanvas(), picture), nowhere);
     photo.PerformUndo();
     EXPECT_EQ(photo.picCanvas().size(), QSize(5, 5));
-    EXPECT_TRUE(photo.statusLine({}, {}, 96).contains("(5 x 5 pixels"));
 }
 
 TEST_F(Document, changesThePhotoInOneWay) {

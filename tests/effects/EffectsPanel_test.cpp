@@ -29,7 +29,7 @@ class EffectsPanelTest : public testing::Test {
     }
 
     void openBox(int n) {
-        ctx.fields.txtSFX = "1";
+        ctx.fields.txtSFX = Switch::On;
         panel.pick(QStringLiteral("keySFX%1").arg(n));
         EXPECT_TRUE(QTest::qWaitFor([this] { return !panel.isSliding(); }));
     }
@@ -64,7 +64,7 @@ TEST_F(EffectsPanelTest, APickAppliesAtOnceOrOpensTheBoxAsTheSettingSays) {
                  {"0", "keySFX13", false, false, 7}};
     for (const auto &[setting, key, changes, opens, picked] : cases) {
         SCOPED_TRACE(setting + std::string(" ") + key);
-        ctx.fields.txtSFX = setting;
+        ctx.fields.txtSFX = settings::valueOf<Setting::AdvancedEffects>(setting);
         panel.pick(key);
         EXPECT_EQ(ctx.photo.picCanvas() != photo, changes);
         EXPECT_EQ(panel.isOpen(), opens);
@@ -122,7 +122,7 @@ TEST_F(EffectsPanelTest, SlidersReachTheirValuesAndClosingRestoresThem) {
 
 TEST_F(EffectsPanelTest, ApplyTakesTheSlidersWhateverTheSettingSays) {
     openBox(4);
-    ctx.fields.txtSFX = "0";
+    ctx.fields.txtSFX = Switch::Off;
     control<QSlider>("sldSFX4_1")->setValue(31);
     control<QSlider>("sldSFX4_2")->setValue(7);
     QSignalSpy applied(&panel, &EffectsPanel::applied);

@@ -40,7 +40,7 @@ class AddedEffect : public test::Shell {
         item->click();
     }
     void pickInBox() {
-        context.fields.txtSFX = "1";
+        context.fields.txtSFX = Switch::On;
         pick("FT4", "keySFX13");
         ASSERT_TRUE(QTest::qWaitFor([this] { return control<QWidget>("SFXBox13")->isVisible(); }));
     }
@@ -96,7 +96,7 @@ TEST_F(AddedEffect, HasAnItemWithItsNameAndAPreview) {
 }
 
 TEST_F(AddedEffect, AClickChangesThePhotoOrWhatIsMarked) {
-    context.fields.txtSFX = "0";
+    context.fields.txtSFX = Switch::Off;
     pick("FT4", "keySFX13");
     expectPhoto(posterised(3));
     for (const char *tool : {"keySqr", "keyCircle", "keyLasso"}) {

@@ -3,6 +3,7 @@
 #include "ideas/frmSamples.h"
 
 #include "ideas/IdeaPicture.h"
+#include "support/SettingsFile.h"
 #include "support/ShellCheck.h"
 #include "support/TestPictures.h"
 #include "widgets/CommandBar.h"
@@ -102,7 +103,7 @@ TEST_F(Ideas, TheWindowShowsTheStepsWhoseToolsAreOnTheScreen) {
     };
     for (const auto &[simple, level, id, steps] : cases) {
         context.flags.SimpleModeOn = simple;
-        context.fields.txtAndyStyle = level;
+        context.fields.txtAndyStyle = settings::valueOf<Setting::AdvancedPopart>(level);
         frmSamples window(context, nullptr);
         choose(window, id);
         QStringList expected;
@@ -157,7 +158,7 @@ TEST_F(Ideas, EscapeAndOkCloseIt) {
 
 TEST_F(Ideas, TheMainWindowMakesTheRowAtOnceOrOpensItsPanel) {
     for (const char *level : {"0", "1"}) {
-        context.writeSetting("Popart", "Level", level);
+        test::writeSetting(context, "Popart", "Level", level);
         frmMain window(context);
         window.show();
         const auto *button = window.findChild<CommandBar *>("Toolbar1")->button("keyIdeas");

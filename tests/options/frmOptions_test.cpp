@@ -3,6 +3,7 @@
 
 #include "options/OptionsTabs.h"
 #include "session/OptionsSettings.h"
+#include "support/SettingsFile.h"
 #include "support/ShellCheck.h"
 #include "support/TextCheck.h"
 #include "widgets/Theme.h"
@@ -41,6 +42,8 @@ class Options : public test::Shell {
         QFile file(context.installation.settingsFile());
         ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
         file.write(text);
+        file.close();
+        context.ini.lookAgain();
     }
     QByteArray settingsFile() {
         QFile file(context.installation.settingsFile());
@@ -118,7 +121,7 @@ TEST_F(Options, EverySwitchIsReadShownClickedAndWritten) {
         saveSettings("[Sender]\nAddress=anna@school.example\n");
         for (const Switch &row : switches) {
             if (!start.isEmpty()) {
-                context.writeSetting(row.section, row.key, start);
+                test::writeSetting(context, row.section, row.key, start);
             }
         }
         show();
@@ -130,7 +133,7 @@ TEST_F(Options, EverySwitchIsReadShownClickedAndWritten) {
         }
         pressOK();
         for (const Switch &row : switches) {
-            EXPECT_EQ(context.setting(row.section, row.key, "missing"), isOn(row) ? "0" : "1")
+            EXPECT_EQ(test::setting(context, row.section, row.key, "missing"), isOn(row) ? "0" : "1")
                 << row.section << " from " << value;
         }
     }
@@ -154,9 +157,9 @@ TEST_F(Options, SavingSwitchesTheCropTipOnAndKeepsWhatIsNotItsOwn) {
     saveSettings("; by hand\n[Tips]\nCrop=0\n[Welcome]\nShow=0\n[Recipient]\nAddress=gran@home.example\n");
     show();
     pressOK();
-    EXPECT_EQ(context.setting("Tips", "Crop", ""), "1");
-    EXPECT_EQ(context.setting("Welcome", "Show", ""), "0");
-    EXPECT_EQ(context.setting("Recipient", "Address", ""), "gran@home.example");
+    EXPECT_EQ(test::setting(context, "Tips", "Crop", ""), "1");
+    EXPECT_EQ(test::setting(context, "Welcome", "Show", ""), "0");
+    EXPECT_EQ(test::setting(context, "Recipient", "Address", ""), "gran@home.example");
     EXPECT_TRUE(settingsFile().startsWith("; by hand"));
 }
 
@@ -172,10 +175,10 @@ TEST_F(Options, NumbersOutOfRangeOrNoneAtAllBecomeOnesThatCanBeChosen) {
         {"Scanner", "Device", "blue", "-1"},
     };
     for (const Row &row : rows) {
-        context.writeSetting(row.section, row.key, row.value);
+        test::writeSetting(context, row.section, row.key, row.value);
         show();
         pressOK();
-        EXPECT_EQ(context.setting(row.section, row.key, ""), row.saved) << row.section << ' ' << row.value;
+        EXPECT_EQ(test::setting(context, row.section, row.key, ""), row.saved) << row.section << ' ' << row.value;
     }
 }
 
@@ -195,7 +198,7 @@ TEST_F(Options, OKReachesTheFieldsAndCancelNothing) {
         }
         EXPECT_FALSE(m_window->isVisible());
         EXPECT_EQ(settingsFile(), before);
-        EXPECT_EQ(context.fields.txtSFX, "0");
+        EXPECT_EQ(context.fields.txtSFX, Switch::Off);
         EXPECT_EQ(context.fields.txtSSSFX, MainFields().txtSSSFX);
     }
     show(general);
@@ -211,22 +214,22 @@ TEST_F(Options, OKReachesTheFieldsAndCancelNothing) {
     QTest::keyClick(find<QLineEdit>("txtAddress"), Qt::Key_Return);
     EXPECT_FALSE(m_window->isVisible()) << "Enter is OK wherever the keyboard is";
     const MainFields &fields = context.fields;
-    EXPECT_EQ(fields.txtSFX, "1");
-    EXPECT_EQ(fields.txtSSSFX, "6");
-    EXPECT_EQ(fields.txtCountDown, "4");
-    EXPECT_EQ(fields.txtPrintTimer, "1");
-    EXPECT_EQ(fields.txtDlgs, "0");
-    EXPECT_EQ(fields.txtEmail, "1");
+    EXPECT_EQ(fields.txtSFX, Switch::On);
+    EXPECT_EQ(fields.txtSSSFX, 6);
+    EXPECT_EQ(fields.txtCountDown, 4);
+    EXPECT_TRUE(fields.txtPrintTimer);
+    EXPECT_EQ(fields.txtDlgs, DialogStyle::Own);
+    EXPECT_EQ(fields.txtEmail, Switch::On);
     EXPECT_EQ(fields.txtYourEmail, "anna@school.example");
-    EXPECT_EQ(fields.txtAndyStyle, "1");
-    EXPECT_EQ(fields.txtCropTip, "1");
+    EXPECT_EQ(fields.txtAndyStyle, Switch::On);
+    EXPECT_EQ(fields.txtCropTip, Switch::On);
 }
 
 TEST_F(Options, TheWorkingDirectoryIsChosenInTheFolderDialog) {
     ASSERT_TRUE(QDir(m_folder.path()).mkpath("class/photos"));
     const QString chosen = m_folder.filePath("class/photos");
     for (const bool take : {false, true}) {
-        context.writeSetting("Working Directory", "Path", "/gone/away");
+        test::writeSetting(context, "Working Directory", "Path", "/gone/away");
         show(general);
         EXPECT_EQ(find<QLineEdit>("txtWD")->text(), "/gone/away");
         QTimer::singleShot(0, m_window.get(), [&] {
@@ -238,7 +241,7 @@ TEST_F(Options, TheWorkingDirectoryIsChosenInTheFolderDialog) {
         });
         click("cmdBrowse");
         pressOK();
-        EXPECT_EQ(context.setting("Working Directory", "Path", ""), take ? chosen : "/gone/away");
+        EXPECT_EQ(test::setting(context, "Working Directory", "Path", ""), take ? chosen : "/gone/away");
     }
 }
 
@@ -302,7 +305,7 @@ TEST_F(Options, ResetShowsTheTipsAgainAtOnceEvenWhenCancelled) {
     EXPECT_EQ(box->text(), "All warnings and reminders reset");
     box->close();
     click("cmdCancel");
-    EXPECT_EQ(context.setting("Tips", "Crop", ""), "1");
+    EXPECT_EQ(test::setting(context, "Tips", "Crop", ""), "1");
 }
 
 // --- Devices --------------------------------------------------------------------------------------------------------
@@ -324,8 +327,8 @@ TEST_F(Options, DevicesAreLookedForWhenTheirTabOpensAndChosenOnesStay) {
     m_helper = helperThatPrints("touch \"$0.asked\"\n" + answers);
     for (const Row &row : rows) {
         QFile::remove(m_helper + ".asked");
-        context.writeSetting("Scanner", "Device", row.scanner);
-        context.writeSetting("Printer", "Device", row.printer);
+        test::writeSetting(context, "Scanner", "Device", row.scanner);
+        test::writeSetting(context, "Printer", "Device", row.printer);
         show(dialogs);
         QTest::qWait(30);
         EXPECT_FALSE(QFile::exists(m_helper + ".asked")) << "nobody has opened the tab yet";
@@ -339,8 +342,8 @@ TEST_F(Options, DevicesAreLookedForWhenTheirTabOpensAndChosenOnesStay) {
         EXPECT_EQ(scanners->currentIndex(), row.scannerAt) << row.scanner;
         EXPECT_EQ(printers->currentText(), row.printerShown ? QString(row.printerShown) : usual);
         pressOK();
-        EXPECT_EQ(context.setting("Scanner", "Device", ""), row.scannerSaved);
-        EXPECT_EQ(context.setting("Printer", "Device", ""), row.printer);
+        EXPECT_EQ(test::setting(context, "Scanner", "Device", ""), row.scannerSaved);
+        EXPECT_EQ(test::setting(context, "Printer", "Device", ""), row.printer);
     }
     // Chosen by the keyboard.
     show(devices);
@@ -349,8 +352,8 @@ TEST_F(Options, DevicesAreLookedForWhenTheirTabOpensAndChosenOnesStay) {
     QTest::keyClick(find<QComboBox>("cboScanners"), Qt::Key_End);
     QTest::keyClicks(find<QComboBox>("cboPrinters"), "Ink");
     pressOK();
-    EXPECT_EQ(context.setting("Scanner", "Device", ""), "1");
-    EXPECT_EQ(context.setting("Printer", "Device", ""), "Ink");
+    EXPECT_EQ(test::setting(context, "Scanner", "Device", ""), "1");
+    EXPECT_EQ(test::setting(context, "Printer", "Device", ""), "Ink");
     EXPECT_EQ(context.fields.txtPrinter, "Ink");
 }
 
@@ -362,8 +365,8 @@ TEST_F(Options, WhatIsNotFoundIsSaidAndTheSavedChoiceStays) {
     const QString none = context.texts.text("OptionsNoScanner");
     EXPECT_TRUE(QTest::qWaitFor([&] { return scanners->placeholderText() == none; }, 10'000));
     pressOK();
-    EXPECT_EQ(context.setting("Scanner", "Device", ""), "1");
-    EXPECT_EQ(context.setting("Printer", "Device", ""), "Laser upstairs");
+    EXPECT_EQ(test::setting(context, "Scanner", "Device", ""), "1");
+    EXPECT_EQ(test::setting(context, "Printer", "Device", ""), "Laser upstairs");
 
     saveSettings("[Printer]\nDevice=\n");
     show(devices);
@@ -402,7 +405,7 @@ TEST_F(Options, TabsAreReachedByKeys) {
 }
 
 TEST_F(Options, EveryControlHasANameAndAPlaceInTheTabOrder) {
-    context.writeSetting("E-mail", "Value", "1"); // the address can be reached
+    test::writeSetting(context, "E-mail", "Value", "1"); // the address can be reached
     for (const int tab : {general, devices, dialogs, miscellaneous}) {
         show(tab);
         QList<QWidget *> order;

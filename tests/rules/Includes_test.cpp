@@ -187,6 +187,63 @@ TEST(Rules, EverySourceFileSaysWhatItIsFor) {
     }
 }
 
+/// What stands between the bracket at `open` and the one that closes it.
+QString insideBrackets(const QString &code, qsizetype open) {
+    int depth = 0;
+    for (qsizetype i = open; i < code.size(); ++i) {
+        depth += code[i] == '(' ? 1 : code[i] == ')' ? -1 : 0;
+        if (depth == 0) {
+            return code.mid(open + 1, i - open - 1);
+        }
+    }
+    return {};
+}
+
+/// The words that the code hands to what shows them, other than by way of the language file: what is painted, said in
+/// the status line or asked in a message box is on no control where a test of the windows would find it.
+QStringList wordsShownByCode(const QString &code) {
+    static const QRegularExpression shows(
+        R"(\b(set\w*(?:Text|ToolTip|Title|Name|Description|Html|NameFilters?)|add(?:Item|Items|Action)|showMessage|)"
+        R"(showError|message|failed|done|drawText|paintPointerLabel|QMessageBox::\w+)\()");
+    static const QRegularExpression fromTheFile(R"(\b(?:text|fileTypeText)\()");
+    static const QRegularExpression literal(R"re("((?:[^"\\]|\\.)*)")re");
+    static const QRegularExpression words(R"(^[^<:/]*(?:\p{L}[^<]* |[A-Z][a-z]))"); // a sentence or a capital word
+    QStringList found;
+    for (auto call = shows.globalMatch(code); call.hasNext();) {
+        const auto match = call.next();
+        if (match.captured(1) == "setObjectName" || match.captured(1) == "setApplicationName") {
+            continue;
+        }
+        QString shown = insideBrackets(code, match.capturedEnd() - 1);
+        for (auto text = fromTheFile.match(shown); text.hasMatch(); text = fromTheFile.match(shown)) {
+            shown.replace(text.capturedStart(),
+                          text.capturedLength() + insideBrackets(shown, text.capturedEnd() - 1).size() + 1, " ");
+        }
+        for (auto i = literal.globalMatch(shown); i.hasNext();) {
+            const QString text = i.next().captured(1);
+            if (words.match(text).hasMatch()) {
+                found << match.captured(1) + ": " + text;
+            }
+        }
+    }
+    return found;
+}
+
+TEST(Rules, WordsForPeopleStandInTheLanguageFile) {
+    EXPECT_EQ(
+        wordsShownByCode(R"(box->setText(texts.text("Open", "Open it") + "All Files"); Q_EMIT message("No photo"))"),
+        (QStringList{"setText: All Files", "message: No photo"}));
+    EXPECT_EQ(
+        wordsShownByCode(R"(setObjectName("My Box"); label->setText(QString("%1: %2").arg(1)); setText("<p a b>"))"),
+        QStringList());
+    const QStringList files = filesBelow("src", {"*.h", "*.cpp"});
+    ASSERT_FALSE(files.isEmpty());
+    for (const QString &path : files) {
+        const QStringList found = wordsShownByCode(contents(root() + '/' + path));
+        EXPECT_TRUE(found.isEmpty()) << qPrintable(path + ": " + found.join(", "));
+    }
+}
+
 TEST(Rules, NoFileLeavesWorkForLater) {
     const QRegularExpression later(R"(\b(TODO|FIXME|XXX)\b)");
     const QStringList names = {"*.h",  "*.cpp", "*.txt",  "*.cmake", "*.json",    "*.md", "*.ini", "*.html",  "*.svg",

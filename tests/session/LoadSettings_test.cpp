@@ -3,6 +3,7 @@
 
 #include "base/TemporaryHome.h"
 #include "session/AppContext.h"
+#include "support/SettingsFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -18,6 +19,8 @@ class LoadSettingsTest : public testing::Test {
         QFile out(context.installation.settingsFile());
         ASSERT_TRUE(out.open(QIODevice::WriteOnly));
         out.write(bytes);
+        out.close();
+        context.ini.lookAgain();
     }
     QByteArray get() {
         QFile in(context.installation.settingsFile());
@@ -29,52 +32,59 @@ class LoadSettingsTest : public testing::Test {
     AppContext context{Installation{folder.path()}};
 };
 
-struct Field {
-    const char *section, *key;
-    QString MainFields::*field;
-    const char *standard;
-};
-const Field kFields[] = {
-    {"SFX", "Advanced", &MainFields::txtSFX, "0"},
-    {"Resize", "Advanced", &MainFields::txtResizeMode, "0"},
-    {"Slideshow", "Delay", &MainFields::txtSSSFX, "2000"},
-    {"Scan", "Autoscan", &MainFields::txtAutoScan, "0"},
-    {"Scanner Button", "Value", &MainFields::txtScannerButton, "0"},
-    {"Dialogs", "Style", &MainFields::txtDlgs, "0"},
-    {"Popart", "Level", &MainFields::txtAndyStyle, "0"},
-    {"Grid", "Value", &MainFields::txtGrid, "1"},
-    {"E-mail", "Value", &MainFields::txtEmail, "0"},
-    {"Printer", "Timed", &MainFields::txtPrintTimer, "0"},
-    {"Printer", "Timer", &MainFields::txtCountDown, "1"},
-    {"Printer", "Device", &MainFields::txtPrinter, ""},
-    {"Sender", "Address", &MainFields::txtYourEmail, placeholderAddress},
-    {"Tips", "Crop", &MainFields::txtCropTip, "0"},
-};
+/// Calls `what(field of MainFields)` for every setting that has one; the setting is the template argument.
+void forEveryField(auto what) {
+    what.template operator()<Setting::AdvancedEffects>(&MainFields::txtSFX);
+    what.template operator()<Setting::AdvancedResize>(&MainFields::txtResizeMode);
+    what.template operator()<Setting::SlideshowDelay>(&MainFields::txtSSSFX);
+    what.template operator()<Setting::AdvancedScan>(&MainFields::txtAutoScan);
+    what.template operator()<Setting::ScannerButtonOff>(&MainFields::txtScannerButton);
+    what.template operator()<Setting::DialogStyle>(&MainFields::txtDlgs);
+    what.template operator()<Setting::AdvancedPopart>(&MainFields::txtAndyStyle);
+    what.template operator()<Setting::Grid>(&MainFields::txtGrid);
+    what.template operator()<Setting::Email>(&MainFields::txtEmail);
+    what.template operator()<Setting::PrintLock>(&MainFields::txtPrintTimer);
+    what.template operator()<Setting::PrintLockMinutes>(&MainFields::txtCountDown);
+    what.template operator()<Setting::Printer>(&MainFields::txtPrinter);
+    what.template operator()<Setting::SenderAddress>(&MainFields::txtYourEmail);
+    what.template operator()<Setting::CropTip>(&MainFields::txtCropTip);
+}
 
-TEST_F(LoadSettingsTest, FieldsComeFromTheFileOrTheirDefaults) {
-    for (const Field &f : kFields) {
-        EXPECT_EQ(MainFields().*f.field, f.standard) << f.section << " before anything was read";
-        context.fields.*f.field = "old";
-    }
-    LoadSettingsFromINIFile(context);
-    QByteArray file;
-    for (const Field &f : kFields) {
-        EXPECT_EQ(context.fields.*f.field, f.standard) << f.section << '/' << f.key;
-    }
-    for (const char *section : {"SFX", "Resize", "Slideshow", "Scan", "Scanner Button", "Dialogs", "Popart", "Grid",
-                                "E-mail", "Printer", "Sender", "Tips"}) {
-        file += QByteArray("[") + section + "]\n";
-        for (const Field &f : kFields) {
-            if (qstrcmp(f.section, section) == 0) {
-                file += QByteArray(f.key) + "=" + section + f.key + "\n";
-            }
+TEST_F(LoadSettingsTest, EveryFieldComesFromItsOwnSetting) {
+    forEveryField([&]<Setting S>(auto MainFields::*field) {
+        for (const char *text : {"0", "1", "2", "", "maybe", "anna@school.example", "-7"}) {
+            put(QByteArray("[") + rowOf(S).section + "]\n" + rowOf(S).key + "=" + text);
+            LoadSettingsFromINIFile(context);
+            EXPECT_EQ(context.fields.*field, settings::valueOf<S>(text)) << rowOf(S).section << '=' << text;
         }
-    }
-    put(file);
+        QFile::remove(context.installation.settingsFile());
+        context.ini.lookAgain();
+        LoadSettingsFromINIFile(context);
+        EXPECT_EQ(context.fields.*field, MainFields().*field) << rowOf(S).section << " back to its default";
+    });
+}
+
+TEST_F(LoadSettingsTest, WithoutAFileTheProgramIsAsNew) {
     LoadSettingsFromINIFile(context);
-    for (const Field &f : kFields) {
-        EXPECT_EQ(context.fields.*f.field, QString(f.section) + f.key);
-    }
+    const MainFields &fields = context.fields;
+    EXPECT_EQ(fields.txtDlgs, DialogStyle::Own);
+    EXPECT_EQ(fields.txtSFX, Switch::Off);
+    EXPECT_FALSE(fields.txtResizeMode);
+    EXPECT_EQ(fields.txtAndyStyle, Switch::Off);
+    EXPECT_FALSE(fields.txtAutoScan);
+    EXPECT_FALSE(fields.txtScannerButton);
+    EXPECT_TRUE(fields.txtGrid);
+    EXPECT_EQ(fields.txtEmail, Switch::Off);
+    EXPECT_EQ(fields.txtSSSFX, 2000);
+    EXPECT_FALSE(fields.txtPrintTimer);
+    EXPECT_EQ(fields.txtCountDown, 1);
+    EXPECT_EQ(fields.txtPrinter, "");
+    EXPECT_EQ(fields.txtYourEmail, "you@example.com");
+    EXPECT_EQ(fields.txtCropTip, Switch::Off);
+    EXPECT_TRUE(context.settings.read<Setting::Welcome>());
+    EXPECT_EQ(context.settings.read<Setting::ScreenNotice>(), Switch::On);
+    EXPECT_EQ(context.settings.read<Setting::RecipientAddress>(), "");
+    EXPECT_EQ(context.settings.read<Setting::EmailTitle>(), "E-mail Photo");
 }
 
 TEST_F(LoadSettingsTest, ScannerIndexStaysInsideTheList) {
@@ -111,8 +121,8 @@ TEST_F(LoadSettingsTest, SimpleSettingsAreWrittenInTheirOrder) {
     put("[Grid]\nValue=1\n[Welcome]\nShow=1\n");
     ApplySimpleSettings(context);
     LoadSettingsFromINIFile(context);
-    EXPECT_EQ(context.fields.txtGrid, "0");
-    EXPECT_EQ(context.setting("Welcome", "Show", "x"), "1") << "everything else stays";
+    EXPECT_FALSE(context.fields.txtGrid);
+    EXPECT_EQ(test::setting(context, "Welcome", "Show", "x"), "1") << "everything else stays";
 }
 
 TEST_F(LoadSettingsTest, Folders) {
@@ -121,17 +131,18 @@ TEST_F(LoadSettingsTest, Folders) {
     ASSERT_TRUE(QDir().mkdir(odd));
     const struct {
         const char *name;
-        QString file, working, photos, myDox;
+        QString file, working, photos;
+        bool myDox;
     } cases[] = {
-        {"no setting", "", documents + "/My Photos", documents, "1"},
-        {"the documents", "[MyDocs]\nValue=1\n[Working Directory]\nPath=/a/b", "/a/b", documents, "1"},
-        {"the working directory", "[MyDocs]\nValue=0\n[Working Directory]\nPath=/a/b", "/a/b", "/a/b", "0"},
-        {"its default", "[MyDocs]\nValue=0\n", documents + "/My Photos", documents + "/My Photos", "0"},
-        {"another value", "[MyDocs]\nValue=yes", documents + "/My Photos", documents, "yes"},
+        {"no setting", "", documents + "/My Photos", documents, true},
+        {"the documents", "[MyDocs]\nValue=1\n[Working Directory]\nPath=/a/b", "/a/b", documents, true},
+        {"the working directory", "[MyDocs]\nValue=0\n[Working Directory]\nPath=/a/b", "/a/b", "/a/b", false},
+        {"its default", "[MyDocs]\nValue=0\n", documents + "/My Photos", documents + "/My Photos", false},
+        {"another value", "[MyDocs]\nValue=yes", documents + "/My Photos", documents, true},
         {"empty path", "[MyDocs]\nValue=0\n[Working Directory]\nPath=", documents + "/My Photos",
-         documents + "/My Photos", "0"},
-        {"from another system", "[MyDocs]\nValue=0\n[Working Directory]\nPath=C:\\x\\y", "C:/x/y", "C:/x/y", "0"},
-        {"a folder with the sign in its name", "[MyDocs]\nValue=0\n[Working Directory]\nPath=" + odd, odd, odd, "0"},
+         documents + "/My Photos", false},
+        {"from another system", "[MyDocs]\nValue=0\n[Working Directory]\nPath=C:\\x\\y", "C:/x/y", "C:/x/y", false},
+        {"a folder with the sign in its name", "[MyDocs]\nValue=0\n[Working Directory]\nPath=" + odd, odd, odd, false},
     };
     for (const auto &c : cases) {
         put(c.file.toUtf8());

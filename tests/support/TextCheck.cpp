@@ -4,11 +4,17 @@
 #include "widgets/WindowTexts.h"
 
 #include <QAbstractButton>
+#include <QAction>
+#include <QComboBox>
 #include <QFile>
+#include <QLineEdit>
+#include <QRegularExpression>
 #include <QWidget>
 
 namespace lumora::test {
 namespace {
+
+const QChar changeMark(0x263A); // a smiling face, which stands in every changed text
 
 /// The property in which a row's text is seen.
 QByteArray seenProperty(const TextRow &row) {
@@ -42,10 +48,59 @@ QString fault(const TextRow &row, QWidget &window) {
     return {};
 }
 
+/// What a person can see or hear of one control: its words, and where each stands.
+QList<std::pair<QString, QString>> seenTexts(const QWidget &widget) {
+    QList<std::pair<QString, QString>> texts;
+    for (const char *property : {"text", "title", "toolTip", "statusTip", "whatsThis", "placeholderText",
+                                 "accessibleName", "accessibleDescription"}) {
+        const bool typed = qobject_cast<const QLineEdit *>(&widget) != nullptr && qstrcmp(property, "text") == 0;
+        if (!typed) { // a person's own words
+            texts.emplace_back(property, widget.property(property).toString());
+        }
+    }
+    if (widget.isWindow()) {
+        texts.emplace_back("windowTitle", widget.windowTitle());
+    }
+    if (const auto *box = qobject_cast<const QComboBox *>(&widget)) {
+        for (int i = 0; i < box->count(); ++i) {
+            texts.emplace_back("item", box->itemText(i));
+        }
+    }
+    for (const QAction *action : widget.actions()) {
+        texts.emplace_back("action", action->text());
+    }
+    return texts;
+}
+
 } // namespace
 
+QStringList textsOfTheCode(const QWidget &window) {
+    static const QRegularExpression letter("\\p{L}");
+    QStringList faults;
+    QList<const QWidget *> widgets = window.findChildren<const QWidget *>();
+    widgets.prepend(&window);
+    for (const QWidget *widget : std::as_const(widgets)) {
+        for (const auto &[place, text] : seenTexts(*widget)) {
+            if (text.contains(letter) && !text.contains(changeMark) && !text.startsWith('/') && !text.contains('@')) {
+                faults << widget->objectName() + ' ' + place + ": " + text;
+            }
+        }
+    }
+    return faults;
+}
+
 QString changedText(const QString &identifier) {
-    return QStringLiteral("ß ") + identifier + QStringLiteral(" && ☺");
+    QString text = QStringLiteral("ß ") + identifier + QStringLiteral(" && ") + changeMark;
+    for (const TextRow &row : allTexts()) {
+        if (identifier == QLatin1StringView(row.identifier)) {
+            for (int place = 1; QString::fromUtf8(row.defaultText).contains(QStringLiteral("%%1").arg(place));
+                 ++place) {
+                text += QStringLiteral(" %%1").arg(place);
+            }
+            break;
+        }
+    }
+    return text;
 }
 
 bool writeChangedLanguageFile(const QString &file) {

@@ -1,6 +1,7 @@
 // The main window: its texts, the two modes' layouts, which buttons stand enabled, where messages stay.
 #include "window/frmMain.h"
 
+#include "support/SettingsFile.h"
 #include "support/ShellCheck.h"
 #include "support/TestPictures.h"
 #include "support/TextCheck.h"
@@ -121,7 +122,7 @@ TEST_F(Main, ButtonsFollowThePhoto) {
 
 TEST_F(Main, TheEMailButtonShowsWhereTheSettingSaysSo) {
     for (const auto &[value, shown] : {std::pair("0", false), std::pair("1", true), std::pair("maybe", true)}) {
-        context.writeSetting("E-mail", "Value", value);
+        test::writeSetting(context, "E-mail", "Value", value);
         frmMain window(context);
         window.SetMeUp();
         EXPECT_EQ(window.findChild<CommandBar *>("Toolbar1")->isButtonOn(10), shown) << value;

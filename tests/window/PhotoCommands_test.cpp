@@ -1,6 +1,7 @@
 // Opening, saving, pasting, dropping and leaving, through every question and dialog that stands in the way.
 #include "window/PhotoCommands.h"
 
+#include "support/SettingsFile.h"
 #include "support/ShellCheck.h"
 #include "support/TestPictures.h"
 #include "widgets/CommandBar.h"
@@ -132,17 +133,17 @@ class PhotoCommandsTest : public test::Shell {
         Shell::SetUp();
         ASSERT_TRUE(QDir().mkpath(m_photos));
         ASSERT_TRUE(writePicture(m_other, m_photos + "/other.png").ok());
-        context.writeSetting("Welcome", "Show", "0");
-        context.writeSetting("MyDocs", "Value", "0");
+        test::writeSetting(context, "Welcome", "Show", "0");
+        test::writeSetting(context, "MyDocs", "Value", "0");
     }
     void TearDown() override { QGuiApplication::clipboard()->clear(); }
 
     /// Everything as it is before a row.
     void prepare(const char *style, Where where) {
-        context.writeSetting("Dialogs", "Style", style);
+        test::writeSetting(context, "Dialogs", "Style", style);
         // Not even the superuser can write there.
         m_target = where == Unwritable ? "/proc/self" : m_photos;
-        context.writeSetting("Working Directory", "Path", m_target);
+        test::writeSetting(context, "Working Directory", "Path", m_target);
         m_target += "/trip.png";
         QFile::remove(m_photos + "/trip.png");
         if (where == Taken) {
@@ -402,7 +403,7 @@ TEST_F(PhotoCommandsTest, TheSystemsDialogsBeginWhereTheyShould) {
     for (const Case &one : cases) {
         SCOPED_TRACE(one.answers);
         prepare(one.style, Empty);
-        context.writeSetting("MyDocs", "Value", "1");
+        test::writeSetting(context, "MyDocs", "Value", "1");
         context.photo.CurrentFileName.clear();
         Editor window(context);
         window.show();

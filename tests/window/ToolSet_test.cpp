@@ -25,10 +25,10 @@ constexpr QSize photoSize(320, 200);
 /// What one item of one tool is and does.
 struct Work {
     const char *control;
-    const char *key;      ///< of the item in its floating bar; empty without a bar
-    const char *settings; ///< of txtSFX, txtResizeMode and txtAndyStyle
-    const char *panel;    ///< that slides up; empty when it acts at once or works on the photo alone
-    const char *shown;    ///< a control that this tool alone shows
+    const char *key;   ///< of the item in its floating bar; empty without a bar
+    bool advanced;     ///< txtSFX, txtResizeMode and txtAndyStyle
+    const char *panel; ///< that slides up; empty when it acts at once or works on the photo alone
+    const char *shown; ///< a control that this tool alone shows
     bool excludesOthers;
     std::vector<QPoint> drag; ///< in picture pixels, before the button below
     const char *apply;        ///< the button that makes the change
@@ -66,23 +66,23 @@ bool marked(const QImage &before, const AppContext &ctx) {
 const std::vector<QPoint> triangle = {{20, 20}, {80, 20}, {20, 80}};
 
 const Work works[] = {
-    {"cmdTool2", "keyLasso", "0", "", "", false, triangle, "", marked},
-    {"cmdTool3", "", "0", "pnlCrop", "cmdCropNow", true, {{150, 140}, {200, 160}}, "cmdCropNow", smaller},
-    {"cmdTool4", "", "0", "pnlResize", "cmdApplyResize", false, {}, "optSize1 cmdApplyResize", preset},
-    {"cmdTool4", "", "1", "", "cmdResizeDone", true, {{320, 200}, {360, 240}}, "", larger},
-    {"cmdTool5", "keyRotate3", "0", "", "", false, {}, "", clockwise},
-    {"cmdTool5", "keyRotate4", "0", "", "cmdRotateDone", true, {{260, 100}, {220, 170}}, "", larger},
-    {"cmdTool6", "", "0", "pnlRedEye", "sldRD", false, {{100, 100}}, "", pixels},
-    {"cmdTool7", "keyFrame3", "0", "", "", false, {}, "", pixels},
-    {"cmdTool8", "keySepia", "0", "", "", false, {}, "", pixels},
-    {"cmdTool9", "keyContrast", "0", "", "", false, {}, "", pixels},
-    {"cmdTool9", "keyContrast", "1", "pnlColmgr", "sldSFX9_2", false, {}, "sldSFX9_2 cmdApplyBCS", pixels},
-    {"cmdTool10", "keySFX1", "0", "", "", false, {}, "", pixels},
-    {"cmdTool10", "keySFX4", "1", "panelSFX", "sldSFX4_1", false, {}, "cmdApplySFXNow", pixels},
-    {"cmdTool11", "", "0", "pnlColourFocus", "cmdApplyCMNow", false, {{50, 50}}, "cmdApplyCMNow", pixels},
-    {"cmdCropCut", "", "0", "pnlCrop", "cmdCropCutNow", true, triangle, "cmdCropCutNow", seeThrough},
-    {"popArt", "", "0", "", "", false, {}, "", row},
-    {"popArt", "", "1", "pnlAndy", "cmdApplyPopArt", false, {}, "cmdApplyPopArt", row},
+    {"cmdTool2", "keyLasso", false, "", "", false, triangle, "", marked},
+    {"cmdTool3", "", false, "pnlCrop", "cmdCropNow", true, {{150, 140}, {200, 160}}, "cmdCropNow", smaller},
+    {"cmdTool4", "", false, "pnlResize", "cmdApplyResize", false, {}, "optSize1 cmdApplyResize", preset},
+    {"cmdTool4", "", true, "", "cmdResizeDone", true, {{320, 200}, {360, 240}}, "", larger},
+    {"cmdTool5", "keyRotate3", false, "", "", false, {}, "", clockwise},
+    {"cmdTool5", "keyRotate4", false, "", "cmdRotateDone", true, {{260, 100}, {220, 170}}, "", larger},
+    {"cmdTool6", "", false, "pnlRedEye", "sldRD", false, {{100, 100}}, "", pixels},
+    {"cmdTool7", "keyFrame3", false, "", "", false, {}, "", pixels},
+    {"cmdTool8", "keySepia", false, "", "", false, {}, "", pixels},
+    {"cmdTool9", "keyContrast", false, "", "", false, {}, "", pixels},
+    {"cmdTool9", "keyContrast", true, "pnlColmgr", "sldSFX9_2", false, {}, "sldSFX9_2 cmdApplyBCS", pixels},
+    {"cmdTool10", "keySFX1", false, "", "", false, {}, "", pixels},
+    {"cmdTool10", "keySFX4", true, "panelSFX", "sldSFX4_1", false, {}, "cmdApplySFXNow", pixels},
+    {"cmdTool11", "", false, "pnlColourFocus", "cmdApplyCMNow", false, {{50, 50}}, "cmdApplyCMNow", pixels},
+    {"cmdCropCut", "", false, "pnlCrop", "cmdCropCutNow", true, triangle, "cmdCropCutNow", seeThrough},
+    {"popArt", "", false, "", "", false, {}, "", row},
+    {"popArt", "", true, "pnlAndy", "cmdApplyPopArt", false, {}, "cmdApplyPopArt", row},
 };
 
 struct Tools : testing::Test {
@@ -110,7 +110,8 @@ struct Tools : testing::Test {
     }
     /// As the user does: the column's button and the bar's item.
     void start(const Work &work) {
-        ctx.fields.txtSFX = ctx.fields.txtResizeMode = ctx.fields.txtAndyStyle = work.settings;
+        ctx.fields.txtSFX = ctx.fields.txtAndyStyle = work.advanced ? Switch::On : Switch::Off;
+        ctx.fields.txtResizeMode = work.advanced;
         PictureButton *button = column.button(work.control);
         if (button == nullptr) {
             tools.press(work.control);
@@ -218,7 +219,7 @@ TEST_F(Tools, EachDoesItsOwnWorkAsOneStep) {
     for (const bool simple : {false, true}) {
         ctx.flags.SimpleModeOn = simple;
         for (const Work &work : works) {
-            SCOPED_TRACE(testing::Message() << work.control << ' ' << work.key << ' ' << work.settings);
+            SCOPED_TRACE(testing::Message() << work.control << ' ' << work.key << ' ' << work.advanced);
             openPhoto();
             const int steps = ctx.photo.history().undoSteps();
             start(work);
@@ -291,7 +292,7 @@ TEST_F(Tools, OneFollowsAnother) {
                 continue;
             }
             SCOPED_TRACE(testing::Message() << first.control << ' ' << first.key << " then " << second.control << ' '
-                                            << second.key << ' ' << second.settings);
+                                            << second.key << ' ' << second.advanced);
             openPhoto();
             start(first);
             start(second);
@@ -320,7 +321,7 @@ TEST_F(Tools, ASelectionThatMarksNothingIsAskedFor) {
          {std::pair("cmdTool8", "keySepia"), std::pair("cmdTool9", "keyContrast"), std::pair("cmdTool10", "keySFX1")}) {
         SCOPED_TRACE(control);
         openPhoto();
-        ctx.fields.txtSFX = "0";
+        ctx.fields.txtSFX = Switch::Off;
         tools.pick("cmdTool2", "keySqr");
         tools.pick(control, key);
         EXPECT_EQ(ctx.photo.picCanvas(), photo);

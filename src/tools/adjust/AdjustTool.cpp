@@ -76,14 +76,14 @@ bool AdjustTool::open(const QString &key) {
     if (!m_ctx.flags.SelectionActive()) {
         m_mouse.setTool(nullptr); // a selection can still be marked, other tools end
     }
-    if (m_ctx.fields.txtSFX == "0") {
+    if (m_ctx.fields.txtSFX == Switch::Off) {
         close();
         if (ApplyBasicBCS(AdjustKind) != EffectOutcome::NoRegion) { // a selection can be made now, and tried again
             Q_EMIT finished();
         }
         return false;
     }
-    if (m_ctx.fields.txtSFX != "1") {
+    if (m_ctx.fields.txtSFX != Switch::On) {
         return false;
     }
     m_small = smallPhoto(m_view, AdjustPanel::pictureSize);

@@ -39,12 +39,12 @@ void CropTip::dismiss() {
 }
 
 void CropTip::writeSetting() {
-    m_ctx.writeSetting("Tips", "Crop", m_ctx.fields.txtCropTip);
+    m_ctx.settings.write<Setting::CropTip, Writer::CropTip>(m_ctx.fields.txtCropTip);
 }
 
 void CropTip::tmrCrop() {
-    const bool off = m_ctx.fields.txtCropTip == "0";
-    if (off || m_ctx.fields.txtCropTip == "1") {
+    if (m_ctx.fields.txtCropTip != Switch::Other) {
+        const bool off = m_ctx.fields.txtCropTip == Switch::Off;
         chkNoCropShow->setChecked(off);
         if (!off && m_button->isVisible()) {
             pointAt(m_button);
@@ -53,7 +53,7 @@ void CropTip::tmrCrop() {
 }
 
 void CropTip::switchOff(bool off) {
-    m_ctx.fields.txtCropTip = off ? "0" : "1";
+    m_ctx.fields.txtCropTip = off ? Switch::Off : Switch::On;
     if (off) {
         dismiss();
         writeSetting();

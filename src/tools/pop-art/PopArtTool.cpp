@@ -37,7 +37,7 @@ bool PopArtTool::open(const QString &) {
     if (!m_ctx.photo.PhotoLoaded() || m_ctx.photo.picCanvas().isNull()) {
         return false;
     }
-    if (m_ctx.fields.txtAndyStyle == "0") {
+    if (m_ctx.fields.txtAndyStyle == Switch::Off) {
         make(usualPopArtPairs());
         return false;
     }

@@ -18,7 +18,7 @@ class PopArtTool : public PanelTool {
     /// The panel becomes a child of the window. All four outlive the tool.
     PopArtTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window);
 
-    /// Makes the row at once in the usual colours while txtAndyStyle is "0"; else the panel slides in.
+    /// Makes the row at once in the usual colours while txtAndyStyle is off; else the panel slides in.
     bool open(const QString &key = {}) override;
 
     void start() override;

@@ -197,7 +197,7 @@ void ResizeByHand::paint(QPainter &painter) {
     painter.restore();
     if (isDragging()) {
         paintPointerLabel(painter, m_view.viewport()->rect(), m_pointer,
-                          QString("%1 x %2").arg(m_frame.width()).arg(m_frame.height()));
+                          m_ctx.texts.text("PointerSize").arg(m_frame.width()).arg(m_frame.height()));
     }
 }
 

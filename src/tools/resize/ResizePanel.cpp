@@ -87,7 +87,7 @@ void ResizePanel::addOptions(QHBoxLayout &row) {
         option->setCheckable(true);
         option->setFixedWidth(optionWidth);
         if (i < custom) {
-            option->setText(QString("%1 x %2").arg(presets[i].width, presets[i].height));
+            option->setText(m_ctx.texts.text("PointerSize").arg(presets[i].width, presets[i].height));
         }
         connect(option, &QAbstractButton::clicked, this, [this, i] { choose(i); });
         m_options.at(i) = option;

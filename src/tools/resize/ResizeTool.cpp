@@ -2,6 +2,7 @@
 
 #include "imaging/Scale.h"
 #include "session/AppContext.h"
+#include "session/PhotoStatus.h"
 #include "tools/canvas/CanvasMouse.h"
 #include "tools/resize/ResizePanel.h"
 
@@ -34,7 +35,7 @@ bool ResizeTool::open(const QString &) {
     close();
     m_mouse.clearMarked();
     m_ctx.flags.endSelection();
-    if (m_ctx.fields.txtResizeMode == "1") {
+    if (m_ctx.fields.txtResizeMode) {
         openFreeResize();
     } else {
         m_mouse.setTool(this);
@@ -44,7 +45,7 @@ bool ResizeTool::open(const QString &) {
 }
 
 void ResizeTool::openFreeResize() {
-    m_ctx.fields.txtResizeMode = "1";
+    m_ctx.fields.txtResizeMode = true;
     m_mouse.setTool(&m_byHand); // which puts the panel away
     Q_EMIT stateChanged();
     Q_EMIT message(m_ctx.texts.text("StatusFreeResize", "Drag the handles to make the photo larger or smaller."), true);
@@ -81,7 +82,7 @@ void ResizeTool::resizeTo(QSize size) {
     QImage next;
     m_ctx.longWork.run([&] { next = scaled(photo, size.width(), size.height()); });
     if (m_ctx.photo.changePhoto(next)) {
-        Q_EMIT statusText(statusAfterResize());
+        Q_EMIT statusText(photoStatus(m_ctx, m_window->logicalDpiX(), PhotoStatusKind::Resized));
     } else {
         sayNoMemory();
     }
@@ -89,11 +90,6 @@ void ResizeTool::resizeTo(QSize size) {
 
 void ResizeTool::sayNoMemory() {
     Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
-}
-
-/// The status line with a second opening bracket before the millimetres.
-QString ResizeTool::statusAfterResize() const {
-    return m_ctx.photo.statusLine(m_ctx.texts.text("Statusbar"), versionNumber(), m_window->logicalDpiX(), " (");
 }
 
 } // namespace lumora

@@ -35,7 +35,6 @@ class ResizeTool : public EditorTool, public CanvasTool {
     void leave();
     void resizeTo(QSize size);
     void sayNoMemory();
-    QString statusAfterResize() const;
 
     AppContext &m_ctx;
     CanvasMouse &m_mouse;

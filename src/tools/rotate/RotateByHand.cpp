@@ -304,7 +304,8 @@ void RotateByHand::paintHandle(QPainter &painter) const {
     painter.restore();
     if (m_trying == Trying::Drag || m_trying == Trying::Keys) {
         const bool whole = m_degrees == std::round(m_degrees);
-        const QString degrees = m_view.locale().toString(m_degrees, 'f', whole ? 0 : 1) + QChar(0x00B0);
+        const QString degrees =
+            m_ctx.texts.text("PointerDegrees").arg(m_view.locale().toString(m_degrees, 'f', whole ? 0 : 1));
         paintPointerLabel(painter, m_view.viewport()->rect(), m_trying == Trying::Drag ? m_pointer : knob, degrees);
     }
 }

@@ -122,7 +122,7 @@ void RotateTool::dropSelection() {
 }
 
 void RotateTool::startFreeRotation() {
-    if (m_ctx.fields.txtGrid == "1") {
+    if (m_ctx.fields.txtGrid) {
         m_grid.DrawGrid();
     }
     m_mouse.setTool(&m_byHand);

@@ -15,7 +15,7 @@ struct AdjustToolTest : test::ColourTools {
         return expected(marked, operationOf(*findEffect(EffectGroup::Adjustment, kind), false, {amount}));
     }
     void openPanel(int kind) {
-        ctx.fields.txtSFX = "1";
+        ctx.fields.txtSFX = Switch::On;
         tool.open(effects(EffectGroup::Adjustment)[size_t(kind) - 1].key());
     }
     static const char *slider(int kind) {
@@ -128,9 +128,9 @@ TEST_F(AdjustToolTest, WhatCannotBeDoneLeavesThePhoto) {
     EXPECT_EQ(tool.AdjustKind, 0);
     openPhoto();
     press("cmdApplyBCS"); // no kind
-    ctx.fields.txtSFX = "0";
+    ctx.fields.txtSFX = Switch::Off;
     tool.open("keyHue");
-    ctx.fields.txtSFX = "maybe";
+    ctx.fields.txtSFX = Switch::Other;
     tool.open("keyBrightness");
     EXPECT_EQ(message.count(), 0);
     for (const int kind : {0, 4, -1}) {
@@ -147,7 +147,7 @@ TEST_F(AdjustToolTest, WhatCannotBeDoneLeavesThePhoto) {
         PhotoSelection marked;
         marked.markRectangle(box);
         ctx.photo.setSelection(marked);
-        ctx.fields.txtSFX = "0";
+        ctx.fields.txtSFX = Switch::Off;
         tool.open("keyContrast");
         EXPECT_EQ(mouse.tool(), &selection); // a selection can be made now
         EXPECT_TRUE(ctx.flags.SelectionActive());

@@ -1,6 +1,7 @@
 // The crop tool on a real photo with real mouse and keys: the frame, what is cut, the panel, its buttons and its tip.
 #include "tools/crop/CropTool.h"
 
+#include "support/SettingsFile.h"
 #include "tools/canvas/CanvasForTest.h"
 #include "tools/crop/CropForTest.h"
 #include "tools/crop/CropTip.h"
@@ -22,7 +23,7 @@ namespace {
 using test::photoLike;
 
 struct Cropping : test::CropWindow {
-    QString tipSetting() { return ctx.setting("Tips", "Crop", "none"); }
+    QString tipSetting() { return test::setting(ctx, "Tips", "Crop", "none"); }
 };
 
 // --- Opening and closing --------------------------------------------------------------------------------------------
@@ -56,7 +57,7 @@ TEST_F(Cropping, OpeningEndsWhatElseRunsAndShowsItsOwnControls) {
     EXPECT_EQ(tipSetting(), "none");
 
     open(photoLike(400, 300));
-    ctx.fields.txtCropTip = "1";
+    ctx.fields.txtCropTip = Switch::On;
     ctx.flags.startSelection(PhotoSelection::Shape::Ellipse);
     PhotoSelection marked;
     marked.markEllipse({10, 10, 50, 50});
@@ -311,17 +312,17 @@ TEST_F(Cropping, TheTipFollowsItsSetting) {
     const CropTip *picTip2 = panel.picTip2();
     auto *never = control<QCheckBox>("chkNoCropShow");
 
-    ctx.fields.txtCropTip = "0";
+    ctx.fields.txtCropTip = Switch::Off;
     makeFrame();
     EXPECT_TRUE(QTest::qWaitFor([&] { return never->isChecked(); })); // follows the setting
     EXPECT_TRUE(picTip2->isHidden());
 
-    ctx.fields.txtCropTip = "1";
+    ctx.fields.txtCropTip = Switch::On;
     makeFrame();
     EXPECT_TRUE(QTest::qWaitFor([&] { return picTip2->isVisible(); }));
     EXPECT_FALSE(never->isChecked());
     EXPECT_EQ(tipSetting(), "1");
-    ctx.writeSetting("Tips", "Crop", "something else");
+    test::writeSetting(ctx, "Tips", "Crop", "something else");
     QTest::mouseClick(control<QLabel>("lblCropWarning"), Qt::LeftButton);
     EXPECT_TRUE(picTip2->isHidden());
     EXPECT_EQ(tipSetting(), "1");
@@ -330,10 +331,10 @@ TEST_F(Cropping, TheTipFollowsItsSetting) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return picTip2->isVisible(); }));
     never->click();
     EXPECT_TRUE(picTip2->isHidden());
-    EXPECT_EQ(ctx.fields.txtCropTip, "0");
+    EXPECT_EQ(ctx.fields.txtCropTip, Switch::Off);
     EXPECT_EQ(tipSetting(), "0");
     never->click();
-    EXPECT_EQ(ctx.fields.txtCropTip, "1");
+    EXPECT_EQ(ctx.fields.txtCropTip, Switch::On);
     EXPECT_EQ(tipSetting(), "0"); // until the tool is opened again
 
     makeFrame();

@@ -14,7 +14,7 @@ namespace {
 struct PopArtToolTest : test::ColourTools {
     QImage row(const PopArtPairs &pairs) { return popArtRow(photo, pairs); }
     void openPanel() {
-        ctx.fields.txtAndyStyle = "1";
+        ctx.fields.txtAndyStyle = Switch::On;
         tool.open();
     }
     void pickColour(const char *key) {
@@ -45,7 +45,7 @@ struct PopArtToolTest : test::ColourTools {
 TEST_F(PopArtToolTest, theSettingMakesTheRowAtOnceOrOpensThePanel) {
     for (const bool simple : {false, true}) {
         ctx.flags.SimpleModeOn = simple;
-        ctx.fields.txtAndyStyle = "0";
+        ctx.fields.txtAndyStyle = Switch::Off;
         openPhoto();
         const int steps = ctx.photo.history().undoSteps();
         tool.open();
@@ -63,7 +63,7 @@ TEST_F(PopArtToolTest, theSettingMakesTheRowAtOnceOrOpensThePanel) {
 }
 
 TEST_F(PopArtToolTest, withoutAPhotoNothingHappens) {
-    for (const char *level : {"0", "1"}) {
+    for (const Switch level : {Switch::Off, Switch::On, Switch::Other}) {
         ctx.fields.txtAndyStyle = level;
         tool.open();
         EXPECT_FALSE(tool.panel()->isOpen());

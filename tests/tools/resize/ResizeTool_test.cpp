@@ -42,7 +42,7 @@ struct ResizeToolTest : testing::Test {
     void apply() { control<PictureButton>("cmdApplyResize")->click(); }
 
     void startByHand() {
-        ctx.fields.txtResizeMode = "1";
+        ctx.fields.txtResizeMode = true;
         resize.open();
     }
     QPoint handle(ResizeHandle which) { return hand.handles().place(which).center().toPoint(); }

@@ -78,7 +78,7 @@ TEST(GridSetting, showsTheGridInFreeRotationOnlyWhenItIsOne) {
         CanvasMouse mouse(ctx.photo, ctx.flags, view);
         RotateTool rotate(ctx, view, mouse, nullptr, nullptr);
         ctx.photo.openPicture({.picture = test::photoLike(50, 40), .reason = {}}, PhotoDocument::OpenRoute::LoadPhoto);
-        ctx.fields.txtGrid = row.setting;
+        ctx.fields.txtGrid = settings::valueOf<Setting::Grid>(row.setting);
         rotate.open(row.key);
         EXPECT_EQ(rotate.grid().GridShown(), row.shown) << row.setting << " " << row.key;
         mouse.setTool(nullptr);

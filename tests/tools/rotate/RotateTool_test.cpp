@@ -189,7 +189,7 @@ TEST_F(RotateToolTest, ShiftSnapsTheWholeAngle) {
 }
 
 TEST_F(RotateToolTest, ThePhotoTurnsUnderTheHand) {
-    ctx.fields.txtGrid = "0";
+    ctx.fields.txtGrid = false;
     for (const bool transparent : {false, true}) {
         for (const int zoom : {50, 100, 170}) {
             SCOPED_TRACE(testing::Message() << zoom << (transparent ? " transparent" : ""));

@@ -1,0 +1,74 @@
+#include "session/Settings.h"
+
+#include "base/IniFiles.h"
+
+namespace lumora {
+
+namespace {
+
+constexpr bool isInOrder() {
+    for (size_t i = 0; i < std::size(settingRows); ++i) {
+        if (settingRows[i].setting != static_cast<Setting>(i)) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(isInOrder(), "the rows follow the enumeration");
+
+} // namespace
+
+namespace settings {
+
+std::optional<int> number(const QString &text) {
+    bool isNumber = false;
+    const int value = text.trimmed().toInt(&isNumber);
+    return isNumber ? std::optional(value) : std::nullopt;
+}
+
+std::optional<QString> textOf(const QString &value) {
+    return value;
+}
+
+std::optional<QString> textOf(bool value) {
+    return value ? QStringLiteral("1") : QStringLiteral("0");
+}
+
+std::optional<QString> textOf(int value) {
+    return QString::number(value);
+}
+
+std::optional<QString> textOf(std::optional<int> value) {
+    return value ? textOf(*value) : std::nullopt;
+}
+
+std::optional<QString> textOf(Switch value) {
+    return value == Switch::Other ? std::nullopt : textOf(value == Switch::On);
+}
+
+std::optional<QString> textOf(DialogStyle value) {
+    return value == DialogStyle::Other ? std::nullopt : textOf(value == DialogStyle::System);
+}
+
+} // namespace settings
+
+Settings::Settings(IniFiles &files, QString file) : m_files(files), m_file(std::move(file)) {}
+
+void Settings::switchOff(Writer writer) {
+    for (const SettingRow &row : settingRows) {
+        if (row.isWrittenBy(writer)) {
+            writeText(row, QStringLiteral("0"));
+        }
+    }
+}
+
+QString Settings::text(const SettingRow &row, const char *standard) const {
+    return m_files.ReadIniValue(m_file, QString::fromUtf8(row.section), QString::fromUtf8(row.key),
+                                QString::fromUtf8(standard));
+}
+
+void Settings::writeText(const SettingRow &row, const QString &value) {
+    m_files.WriteIniValue(m_file, QString::fromUtf8(row.section), QString::fromUtf8(row.key), value);
+}
+
+} // namespace lumora

@@ -1,0 +1,211 @@
+// The settings file: one table of everything that stands in Lumora.ini, and typed access to it.
+#pragma once
+
+#include <QString>
+#include <optional>
+
+namespace lumora {
+
+class IniFiles;
+
+/// The sender's address as long as nobody has entered one.
+inline constexpr char placeholderAddress[] = "you@example.com";
+
+/// Every setting. The table below has its rows in this order.
+enum class Setting {
+    DialogStyle,
+    AdvancedEffects,
+    AdvancedResize,
+    AdvancedPopart,
+    Grid,
+    Email,
+    SenderAddress,
+    RecipientAddress,
+    SlideshowDelay,
+    AdvancedScan,
+    Scanner,
+    ScannerButtonOff,
+    Printer,
+    PrintLock,
+    PrintLockMinutes,
+    PrintButtonOff,
+    CropTip,
+    Welcome,
+    ScreenNotice,
+    WorkingDirectory,
+    MyDocs,
+    NoticeTitle,
+    NoticeText,
+    NoticeButton,
+    EmailFrom,
+    EmailTo,
+    EmailMessage,
+    EmailTitle,
+};
+
+/// A yes or no whose readers do nothing at all for any other value.
+enum class Switch { Off, On, Other };
+
+/// Whose file dialogs open and save photos.
+enum class DialogStyle { Own, System, Other };
+
+/// How a value is understood.
+enum class SettingKind {
+    Text,        ///< QString, as it stands
+    Number,      ///< int; what is no whole number is the default
+    Index,       ///< std::optional<int>; nothing for what is no whole number
+    Yes,         ///< bool, true for "1" alone
+    YesUnlessNo, ///< bool, false for "0" alone
+    Switch,      ///< Switch: "0", "1" or other
+    Dialogs,     ///< DialogStyle: "0", "1" or other
+};
+
+/// What writes a setting; a row may have several.
+enum class Writer : unsigned {
+    Nobody = 0,
+    SimpleStart = 1, ///< the start of Simple mode, which writes "0"
+    Options = 2,     ///< the options window's OK
+    Reset = 4,       ///< its reset button
+    CropTip = 8,     ///< the controls of the crop tip
+    Welcome = 16,    ///< the OK of the welcome bubble
+    Notice = 32,     ///< the OK of the notice about small screens
+    EmailWindow = 64,
+};
+
+constexpr Writer operator|(Writer a, Writer b) {
+    return static_cast<Writer>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
+}
+
+struct SettingRow {
+    Setting setting;
+    const char *section;
+    const char *key;
+    SettingKind kind;
+    const char *standard; ///< what counts where the file does not say
+    Writer writers;
+    const char *standardOfOptions = nullptr; ///< what counts in the options window, if that differs
+
+    constexpr bool isWrittenBy(Writer writer) const {
+        return (static_cast<unsigned>(writers) & static_cast<unsigned>(writer)) != 0;
+    }
+};
+
+// clang-format off
+inline constexpr SettingRow settingRows[] = {
+    {Setting::DialogStyle, "Dialogs", "Style", SettingKind::Dialogs, "0", Writer::SimpleStart | Writer::Options, "1"},
+    {Setting::AdvancedEffects, "SFX", "Advanced", SettingKind::Switch, "0", Writer::SimpleStart | Writer::Options},
+    {Setting::AdvancedResize, "Resize", "Advanced", SettingKind::Yes, "0", Writer::SimpleStart | Writer::Options},
+    {Setting::AdvancedPopart, "Popart", "Level", SettingKind::Switch, "0", Writer::Options, "1"},
+    {Setting::Grid, "Grid", "Value", SettingKind::Yes, "1", Writer::SimpleStart | Writer::Options},
+    {Setting::Email, "E-mail", "Value", SettingKind::Switch, "0", Writer::SimpleStart | Writer::Options},
+    {Setting::SenderAddress, "Sender", "Address", SettingKind::Text, placeholderAddress, Writer::Options},
+    {Setting::RecipientAddress, "Recipient", "Address", SettingKind::Text, "", Writer::EmailWindow},
+    {Setting::SlideshowDelay, "Slideshow", "Delay", SettingKind::Number, "2000", Writer::Options}, // seconds
+    {Setting::AdvancedScan, "Scan", "Autoscan", SettingKind::Yes, "0", Writer::Options},
+    {Setting::Scanner, "Scanner", "Device", SettingKind::Index, "-1", Writer::Options}, // -1: none
+    {Setting::ScannerButtonOff, "Scanner Button", "Value", SettingKind::Yes, "0", Writer::Options},
+    {Setting::Printer, "Printer", "Device", SettingKind::Text, "", Writer::Options}, // "": the computer's choice
+    {Setting::PrintLock, "Printer", "Timed", SettingKind::Yes, "0", Writer::SimpleStart | Writer::Options, "1"},
+    {Setting::PrintLockMinutes, "Printer", "Timer", SettingKind::Number, "1", Writer::Options},
+    {Setting::PrintButtonOff, "Print Button", "Value", SettingKind::Yes, "0", Writer::Options},
+    {Setting::CropTip, "Tips", "Crop", SettingKind::Switch, "0", Writer::SimpleStart | Writer::Options | Writer::Reset | Writer::CropTip},
+    {Setting::Welcome, "Welcome", "Show", SettingKind::Yes, "1", Writer::Reset | Writer::Welcome},
+    {Setting::ScreenNotice, "Display Message", "Value", SettingKind::Switch, "1", Writer::Notice},
+    {Setting::WorkingDirectory, "Working Directory", "Path", SettingKind::Text, "", Writer::Options}, // see workingDirectory()
+    {Setting::MyDocs, "MyDocs", "Value", SettingKind::YesUnlessNo, "1", Writer::Options},
+    {Setting::NoticeTitle, "ScreenMessageTitle", "Caption", SettingKind::Text, "Notice", Writer::Nobody},
+    {Setting::NoticeText, "ScreenMessage", "Caption", SettingKind::Text, "Lumora is designed to run best on screen size 1024 x 768 or higher.", Writer::Nobody},
+    {Setting::NoticeButton, "ScreenMessageButton", "Caption", SettingKind::Text, "OK", Writer::Nobody},
+    {Setting::EmailFrom, "DlgEmailYourEmail", "Caption", SettingKind::Text, "Your Address:", Writer::Nobody},
+    {Setting::EmailTo, "DlgEmailSendto", "Caption", SettingKind::Text, "Send to:", Writer::Nobody},
+    {Setting::EmailMessage, "DlgEmailMessage", "Caption", SettingKind::Text, "Your Message:", Writer::Nobody},
+    {Setting::EmailTitle, "DlgEmailTitle", "caption", SettingKind::Text, "E-mail Photo", Writer::Nobody},
+};
+// clang-format on
+
+constexpr const SettingRow &rowOf(Setting setting) {
+    return settingRows[static_cast<size_t>(setting)];
+}
+
+namespace settings {
+
+/// A whole number, with blanks around it or none; nothing for any other text.
+std::optional<int> number(const QString &text);
+
+/// What a text of the file means.
+template <Setting S> auto valueOf(const QString &text) {
+    constexpr SettingKind kind = rowOf(S).kind;
+    if constexpr (kind == SettingKind::Number) {
+        return number(text).value_or(number(rowOf(S).standard).value_or(0));
+    } else if constexpr (kind == SettingKind::Index) {
+        return number(text);
+    } else if constexpr (kind == SettingKind::Yes) {
+        return text == QLatin1StringView("1");
+    } else if constexpr (kind == SettingKind::YesUnlessNo) {
+        return text != QLatin1StringView("0");
+    } else if constexpr (kind == SettingKind::Switch) {
+        return text == QLatin1StringView("0")   ? Switch::Off
+               : text == QLatin1StringView("1") ? Switch::On
+                                                : Switch::Other;
+    } else if constexpr (kind == SettingKind::Dialogs) {
+        return text == QLatin1StringView("0")   ? DialogStyle::Own
+               : text == QLatin1StringView("1") ? DialogStyle::System
+                                                : DialogStyle::Other;
+    } else {
+        return text;
+    }
+}
+
+/// The default of a setting, as its readers other than the options window take it.
+template <Setting S> auto standard() {
+    return valueOf<S>(QString::fromUtf8(rowOf(S).standard));
+}
+
+/// As it stands in the file; nothing for a value that is neither yes nor no.
+std::optional<QString> textOf(const QString &value);
+std::optional<QString> textOf(bool value);
+std::optional<QString> textOf(int value);
+std::optional<QString> textOf(std::optional<int> value);
+std::optional<QString> textOf(Switch value);
+std::optional<QString> textOf(DialogStyle value);
+
+} // namespace settings
+
+template <Setting S> using SettingValue = decltype(settings::standard<S>());
+
+/// The values of one settings file.
+class Settings {
+  public:
+    Settings(IniFiles &files, QString file);
+
+    /// A value, or the default where the file has none.
+    template <Setting S> SettingValue<S> read() const {
+        return settings::valueOf<S>(text(rowOf(S), rowOf(S).standard));
+    }
+
+    /// The same with the options window's own default.
+    template <Setting S> SettingValue<S> readForOptions() const {
+        constexpr const char *own = rowOf(S).standardOfOptions;
+        return settings::valueOf<S>(text(rowOf(S), own != nullptr ? own : rowOf(S).standard));
+    }
+
+    /// Writes a value at once; one that is neither yes nor no is left as it stands in the file.
+    template <Setting S, Writer W> void write(const SettingValue<S> &value) {
+        static_assert(rowOf(S).isWrittenBy(W), "the table says who writes a setting");
+        if (const auto words = settings::textOf(value)) {
+            writeText(rowOf(S), *words);
+        }
+    }
+
+    /// Writes "0" to every setting that this writer switches off, in the table's order.
+    void switchOff(Writer writer);
+
+  private:
+    QString text(const SettingRow &row, const char *standard) const;
+    void writeText(const SettingRow &row, const QString &value);
+
+    IniFiles &m_files;
+    QString m_file;
+};
+
+} // namespace lumora

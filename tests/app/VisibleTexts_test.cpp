@@ -1,0 +1,98 @@
+// Every window, with a language file in which every text is another one: whatever still shows words stands in the code.
+#include "app/frmLauncher.h"
+#include "app/frmSplash.h"
+#include "dialogs/frmPrompt.h"
+#include "dialogs/frmRecover.h"
+#include "dialogs/frmSimpleOpen.h"
+#include "dialogs/frmSimpleSave.h"
+#include "guide/frmHelp.h"
+#include "ideas/frmSamples.h"
+#include "options/frmOptions.h"
+#include "support/ShellCheck.h"
+#include "support/TestPictures.h"
+#include "support/TextCheck.h"
+#include "widgets/FloatingToolbar.h"
+#include "widgets/PictureButton.h"
+#include "window/frmMain.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QLabel>
+#include <QLineEdit>
+
+namespace lumora {
+namespace {
+
+class VisibleTexts : public test::Shell {
+  protected:
+    void SetUp() override {
+        Shell::SetUp();
+        ASSERT_TRUE(test::writeChangedLanguageFile(context.installation.languageFile()));
+        context.photo.openPicture({.picture = test::photoLike(120, 80), .reason = {}},
+                                  PhotoDocument::OpenRoute::LoadPhoto);
+    }
+    static void look(QWidget &window, const QString &when = {}) {
+        window.show();
+        QCoreApplication::processEvents();
+        const QStringList found = test::textsOfTheCode(window);
+        EXPECT_TRUE(found.isEmpty()) << qPrintable(window.objectName() + ' ' + when + ": " + found.join("\n"));
+        window.hide();
+    }
+};
+
+TEST_F(VisibleTexts, OfTheCodeAreFound) {
+    QWidget window;
+    auto *label = new QLabel("640 x 480", &window);
+    label->setObjectName("lblSize");
+    label->setToolTip("/home/anna/Photos");
+    (new QLineEdit(&window))->setText("my cat");
+    auto *list = new QComboBox(&window);
+    list->setObjectName("cboTypes");
+    list->addItems({context.texts.text("Open") + " (*.bmp)", "Pictures"});
+    EXPECT_EQ(test::textsOfTheCode(window), (QStringList{"lblSize text: 640 x 480", "cboTypes item: Pictures"}));
+}
+
+TEST_F(VisibleTexts, OfTheWindowsComeFromTheLanguageFile) {
+    // The notice that the splash would show has its texts in the settings file.
+    context.settings.write<Setting::ScreenNotice, Writer::Notice>(Switch::Off);
+    look(*std::make_unique<frmSplash>(context));
+    look(*std::make_unique<frmLauncher>(context));
+    look(*std::make_unique<frmOptions>(context, nullptr, "/nonexistent"));
+    look(*std::make_unique<frmSimpleOpen>(context, "frmSimpleOpen", nullptr));
+    look(*std::make_unique<frmSimpleSave>(context, "frmSimpleSave", nullptr));
+    look(*std::make_unique<frmRecover>(context, test::photoLike(40, 30), nullptr));
+    look(*std::make_unique<frmHelp>(context, nullptr));
+    look(*std::make_unique<frmSamples>(context, nullptr));
+    for (const PromptKind kind :
+         {PromptKind::Exit, PromptKind::Save, PromptKind::SaveBeforeOpen, PromptKind::Overwrite}) {
+        look(*std::make_unique<frmPrompt>(context, kind, nullptr));
+    }
+}
+
+TEST_F(VisibleTexts, OfTheMainWindowAndItsToolsComeFromTheLanguageFile) {
+    context.settings.write<Setting::AdvancedEffects, Writer::Options>(Switch::On);
+    context.settings.write<Setting::AdvancedPopart, Writer::Options>(Switch::On);
+    frmMain window(context);
+    look(window, "at the start");
+    window.show();
+    const auto press = [&](PictureButton *button, const QString &name) {
+        ASSERT_NE(button, nullptr) << qPrintable(name);
+        button->click();
+        QCoreApplication::processEvents();
+        const QStringList found = test::textsOfTheCode(window);
+        EXPECT_TRUE(found.isEmpty()) << qPrintable(name + ": " + found.join("\n"));
+    };
+    const auto click = [&](const QString &name) { press(window.findChild<PictureButton *>(name), name); };
+    for (int number = 1; number <= 11; ++number) {
+        click(QString("cmdTool%1").arg(number));
+    }
+    click("cmdCropCut");
+    for (const FloatingToolbar *bar : window.findChildren<FloatingToolbar *>()) {
+        for (PictureButton *item : bar->findChildren<PictureButton *>()) {
+            press(item, item->property("key").toString());
+        }
+    }
+}
+
+} // namespace
+} // namespace lumora

@@ -1,0 +1,125 @@
+// The table of settings: what the texts of the file mean, and that its columns say what the readers and writers do.
+#include "session/Settings.h"
+
+#include "base/TemporaryHome.h"
+#include "session/AppContext.h"
+#include "session/LoadSettings.h"
+#include "session/OptionsSettings.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace lumora {
+namespace {
+
+class SettingsTest : public testing::Test {
+  protected:
+    /// "Section/Key" of every value in the file, in the file's order.
+    QStringList written() {
+        QStringList places;
+        QString section;
+        QFile in(context.installation.settingsFile());
+        EXPECT_TRUE(in.open(QIODevice::ReadOnly));
+        for (const QString &line : QString::fromUtf8(in.readAll()).split('\n', Qt::SkipEmptyParts)) {
+            if (line.startsWith('[')) {
+                section = line.mid(1, line.size() - 2);
+            } else {
+                places << section + '/' + line.section('=', 0, 0);
+            }
+        }
+        return places;
+    }
+
+    test::TemporaryHome home;
+    QTemporaryDir folder;
+    AppContext context{Installation{folder.path()}};
+};
+
+TEST_F(SettingsTest, TextsMeanWhatTheirKindSays) {
+    const struct {
+        const char *text;
+        bool yes, yesUnlessNo;
+        Switch state;
+        DialogStyle dialogs;
+        int number; ///< of a setting whose default is 2000
+        std::optional<int> index;
+    } cases[] = {
+        {"0", false, false, Switch::Off, DialogStyle::Own, 0, 0},
+        {"1", true, true, Switch::On, DialogStyle::System, 1, 1},
+        {"2", false, true, Switch::Other, DialogStyle::Other, 2, 2},
+        {"", false, true, Switch::Other, DialogStyle::Other, 2000, {}},
+        {"01", false, true, Switch::Other, DialogStyle::Other, 1, 1},
+        {"-1", false, true, Switch::Other, DialogStyle::Other, -1, -1},
+        {"1.5", false, true, Switch::Other, DialogStyle::Other, 2000, {}},
+        {"yes", false, true, Switch::Other, DialogStyle::Other, 2000, {}},
+        {"99999999999", false, true, Switch::Other, DialogStyle::Other, 2000, {}},
+    };
+    for (const auto &one : cases) {
+        EXPECT_EQ(settings::valueOf<Setting::Grid>(one.text), one.yes) << one.text;
+        EXPECT_EQ(settings::valueOf<Setting::MyDocs>(one.text), one.yesUnlessNo) << one.text;
+        EXPECT_EQ(settings::valueOf<Setting::CropTip>(one.text), one.state) << one.text;
+        EXPECT_EQ(settings::valueOf<Setting::DialogStyle>(one.text), one.dialogs) << one.text;
+        EXPECT_EQ(settings::valueOf<Setting::SlideshowDelay>(one.text), one.number) << one.text;
+        EXPECT_EQ(settings::valueOf<Setting::Scanner>(one.text), one.index) << one.text;
+        EXPECT_EQ(settings::valueOf<Setting::Printer>(one.text), one.text);
+    }
+}
+
+TEST_F(SettingsTest, WhatIsNeitherYesNorNoIsLeftInTheFile) {
+    QFile out(context.installation.settingsFile());
+    ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+    out.write("[Tips]\nCrop=perhaps\n");
+    out.close();
+    context.settings.write<Setting::CropTip, Writer::CropTip>(context.settings.read<Setting::CropTip>());
+    EXPECT_EQ(context.ini.ReadIniValue(out.fileName(), "Tips", "Crop", "gone"), "perhaps");
+    context.settings.write<Setting::CropTip, Writer::CropTip>(Switch::On);
+    EXPECT_EQ(context.ini.ReadIniValue(out.fileName(), "Tips", "Crop", "gone"), "1");
+}
+
+TEST_F(SettingsTest, WritersWriteTheRowsThatNameThem) {
+    const struct {
+        Writer writer;
+        void (*write)(AppContext &);
+    } cases[] = {
+        {Writer::SimpleStart, ApplySimpleSettings},
+        {Writer::Options, [](AppContext &ctx) { writeOptions(ctx, readOptions(ctx)); }},
+        {Writer::Reset, resetWarnings},
+    };
+    for (const auto &one : cases) {
+        one.write(context);
+        QStringList expected;
+        for (const SettingRow &row : settingRows) {
+            if (row.isWrittenBy(one.writer)) {
+                expected << QString(row.section) + '/' + row.key;
+            }
+        }
+        QStringList found = written();
+        found.sort();
+        expected.sort();
+        EXPECT_EQ(found, expected) << "writer " << static_cast<unsigned>(one.writer);
+        ASSERT_TRUE(QFile::remove(context.installation.settingsFile()));
+    }
+}
+
+TEST(SettingsTable, NoPlaceTwiceAndDefaultsOfTheirKind) {
+    QStringList places;
+    for (const SettingRow &row : settingRows) {
+        const QString place = (QString(row.section) + '/' + row.key).toCaseFolded();
+        EXPECT_FALSE(places.contains(place)) << qPrintable(place);
+        places << place;
+        for (const char *standard : {row.standard, row.standardOfOptions}) {
+            if (standard == nullptr) {
+                continue;
+            }
+            if (row.kind == SettingKind::Number || row.kind == SettingKind::Index) {
+                EXPECT_TRUE(settings::number(standard)) << qPrintable(place);
+            } else if (row.kind != SettingKind::Text) {
+                EXPECT_TRUE(qstrcmp(standard, "0") == 0 || qstrcmp(standard, "1") == 0) << qPrintable(place);
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace lumora
