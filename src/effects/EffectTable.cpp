@@ -176,7 +176,8 @@ const std::vector<Effect> &rows() {
 } // namespace
 
 std::span<const Effect> effects(EffectGroup group) {
-    return std::ranges::equal_range(rows(), group, {}, &Effect::group);
+    return {std::ranges::lower_bound(rows(), group, {}, &Effect::group),
+            std::ranges::upper_bound(rows(), group, {}, &Effect::group)};
 }
 
 const Effect *findEffect(EffectGroup group, int number) {
