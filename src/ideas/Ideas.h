@@ -1,5 +1,5 @@
 // The projects that the ideas window shows: one row an idea. Its finished pictures are ":/ideas/ID-1.jpg" and on, made
-// by tools/ideas/make.sh.
+// by content/ideas/make.sh.
 #pragma once
 
 #include <QString>
