@@ -8,12 +8,13 @@ class QLabel;
 namespace lumora {
 
 class PictureButton;
+class Texts;
 
 class GuideContents : public QScrollArea {
     Q_OBJECT
 
   public:
-    explicit GuideContents(QWidget *parent);
+    GuideContents(const Texts &texts, QWidget *parent);
 
     /// The keyboard goes to the first picture.
     void takeFocus();
@@ -27,7 +28,7 @@ class GuideContents : public QScrollArea {
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
-    void addPages();
+    void addPages(const Texts &texts);
     void placeAll();
     PictureButton *neighbour(const PictureButton &from, int key) const;
 

@@ -7,6 +7,8 @@
 
 namespace lumora {
 
+class Texts;
+
 /// The text without accents and in small letters, each character at its old place: "Größe" becomes "große".
 QString foldedForSearch(const QString &text);
 
@@ -27,14 +29,15 @@ class GuideSearch {
         QStringList words; ///< the beginnings of words, folded, by which the page was found
     };
 
-    explicit GuideSearch(const QList<Page> &pages);
-    /// Over the whole guide.
-    static GuideSearch overGuide();
+    /// `littleWords`, folded, do not count beside others.
+    explicit GuideSearch(const QList<Page> &pages, const QStringList &littleWords = {});
+    /// Over the whole guide in the language of those texts.
+    static GuideSearch overGuide(const Texts &texts);
 
     /// The pages on which most of the words of the question stand, the best first: a word in the title counts most, a
     /// keyword more than one in the text. Words count from their beginning ("rot" finds "rotate"), without regard to
     /// capitals and accents; one that no page has is taken for a slip of the keyboard and stands for its likes. Little
-    /// words such as "how" do not count beside others. Nothing for a question without a letter or digit.
+    /// words ("how") do not count beside others. Nothing for a question without a letter or digit.
     QList<Hit> find(const QString &question) const;
 
   private:
@@ -48,6 +51,7 @@ class GuideSearch {
     static Hit hitOn(const Entry &entry, const QStringList &words);
 
     QList<Entry> m_entries;
+    QStringList m_littleWords;
     QStringList m_vocabulary;
 };
 
