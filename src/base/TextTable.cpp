@@ -169,7 +169,7 @@ constexpr TextRow textRows[] = {
     {"frmMain", "BtnRotateDone", "Done", "cmdRotateDone", "text"},
     {"frmMain", "BtnResizeDone", "Done", "cmdResizeDone", "text"},
     {"frmMain", "StatusSizeZero", "The smallest size is 1 x 1. Your photo has not changed.", "-", ""},
-    {"frmMain", "StatusFreeRotation", "Drag the round dot to turn the photo.", "-", ""},
+    {"frmMain", "StatusFreeRotation", "Drag the green knob to turn the photo.", "-", ""},
     {"frmMain", "StatusFreeResize", "Drag the dots to make the photo larger or smaller.", "-", ""},
     {"frmMain", "PanelClose", "Close", "cmdpnlSFXExit", "toolTip"},
     {"frmMain", "PanelClose", "Close", "cmdpnlCropExit", "toolTip"},
