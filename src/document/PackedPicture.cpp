@@ -71,7 +71,8 @@ quint32 addBytes(quint32 a, quint32 b) {
     return ((a & ~top) + (b & ~top)) ^ ((a ^ b) & top);
 }
 
-/// The strip's planes, one behind the other. The row above its first one counts as zero, so that strips stand alone.
+/// The strip's planes, one behind the other. The row above its first one counts as zero, so that strips are
+/// independent.
 void splitStrip(const QImage &picture, int top, int rows, int planes, quint8 *out) {
     const auto width = static_cast<size_t>(picture.width());
     const size_t plane = width * static_cast<size_t>(rows);

@@ -7,7 +7,7 @@
 namespace lumora {
 
 /// Writes the pixels to the file: differences from the row above, one plane for each colour, no alpha where the
-/// picture is opaque; `pack` squeezes them with zstd, about four times slower than leaving them. Returns the bytes
+/// picture is opaque; `pack` compresses them with zstd, which takes about four times as long. Returns the bytes
 /// written, or -1 when the disk is full, more than `limit` bytes would be needed or a stop is asked for.
 qint64 writePacked(int file, const QImage &picture, bool pack, qint64 limit, const std::stop_token &stop);
 

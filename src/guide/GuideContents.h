@@ -24,7 +24,7 @@ class GuideContents : public QScrollArea {
 
   protected:
     void resizeEvent(QResizeEvent *event) override;
-    /// The arrow keys go from picture to picture as they lie.
+    /// The arrow keys go from picture to picture as they are arranged.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:

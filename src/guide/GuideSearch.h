@@ -1,4 +1,4 @@
-// Finds the pages of the user guide that speak of something. GuideWindow asks it; it knows no window.
+// Full-text search over the pages of the user guide. Used by GuideWindow; knows nothing of windows.
 #pragma once
 
 #include <QList>
@@ -34,9 +34,9 @@ class GuideSearch {
     /// Over the whole guide in the language of those texts.
     static GuideSearch overGuide(const Texts &texts);
 
-    /// The pages on which most of the words of the question stand, the best first: a word in the title counts most, a
+    /// The pages that contain most of the words of the question, the best first: a word in the title counts most, a
     /// keyword more than one in the text. Words count from their beginning ("rot" finds "rotate"), without regard to
-    /// capitals and accents; one that no page has is taken for a slip of the keyboard and stands for its likes. Little
+    /// capitals and accents; one that no page has counts as a typing error for the words most like it. Little
     /// words ("how") do not count beside others. Nothing for a question without a letter or digit.
     QList<Hit> find(const QString &question) const;
 
@@ -45,7 +45,7 @@ class GuideSearch {
         Page page;
         QString title, keywords, text; ///< folded
     };
-    /// What to look for in place of a word: itself where it stands anywhere, else its likes.
+    /// What to look for in place of a word: itself where any page has it, else the words most like it.
     QStringList meant(const QString &word) const;
     static int score(const Entry &entry, const QStringList &alternatives);
     static Hit hitOn(const Entry &entry, const QStringList &words);

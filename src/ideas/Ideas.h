@@ -11,7 +11,7 @@ namespace lumora {
 struct MainFields;
 struct ToolFlags;
 
-/// How the finished pictures of a project lie on the paper.
+/// How the finished pictures of a project are arranged on the paper.
 enum class IdeaLayout {
     Single,  ///< one picture
     Pieces,  ///< one, cut along its tiles, five by five

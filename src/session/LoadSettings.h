@@ -8,7 +8,7 @@ namespace lumora {
 
 struct AppContext;
 
-/// Fills the hidden fields from the settings file, in the order in which the file's readers always did. The scanner's
+/// Fills the hidden fields from the settings file. The scanner's
 /// index is set only when the list of scanners has entries: -1 where the setting is no number or lies outside the list.
 /// The fields stay text, whatever the file holds; what is no number is dealt with where a number is needed.
 void LoadSettingsFromINIFile(AppContext &context);

@@ -37,7 +37,7 @@ struct OptionsSettings {
 /// default; a number out of range the nearest one that can be chosen.
 OptionsSettings readOptions(AppContext &context);
 
-/// Writes them in the order in which the file's writers always did, and switches the crop tip on again, but never
+/// Writes them, always in the same order, and switches the crop tip on again, but never
 /// touches "Welcome"/"Show".
 void writeOptions(AppContext &context, const OptionsSettings &options);
 

@@ -9,7 +9,7 @@ namespace lumora {
 
 class PhotoLevels {
   public:
-    /// A picture to paint from, and how many pixels of the photo one pixel of it stands for.
+    /// A picture to paint from, and how many pixels of the photo one pixel of it represents.
     struct Level {
         QImage picture;
         int factor = 1;

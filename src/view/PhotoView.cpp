@@ -184,7 +184,7 @@ bool PhotoView::event(QEvent *event) {
     if (event->type() != QEvent::ShortcutOverride) {
         return QAbstractScrollArea::event(event);
     }
-    event->ignore(); // what nobody wants goes on to the shortcuts
+    event->ignore(); // what no tool uses is left to the shortcuts
     Q_EMIT key(*static_cast<QKeyEvent *>(event));
     return event->isAccepted();
 }
@@ -237,7 +237,7 @@ void PhotoView::paintPhoto(QPainter &painter, const QRect &exposed) {
     }
 }
 
-/// Pixel for pixel what paintPhoto would paint were the stand-in a part of the photo or of one of its reduced copies.
+/// Pixel for pixel what paintPhoto would paint were the preview a part of the photo or of one of its reduced copies.
 void PhotoView::paintStandIn(QPainter &painter, const QRect &exposed) {
     if (m_standIn.isNull()) {
         return;
@@ -250,7 +250,7 @@ void PhotoView::paintStandIn(QPainter &painter, const QRect &exposed) {
     if (part.isEmpty()) {
         return;
     }
-    const double factorX = double(m_standInPart.width()) / m_standIn.width(); // photo pixels to one of the stand-in
+    const double factorX = double(m_standInPart.width()) / m_standIn.width(); // photo pixels to one of the preview
     const double factorY = double(m_standInPart.height()) / m_standIn.height();
     const QPointF origin(m_standInPart.left() / factorX, m_standInPart.top() / factorY);
     paintPixels(painter, sampled(m_standIn, {m_scale * factorX, m_scale * factorY}, origin, part, sampling()), part);
@@ -306,7 +306,7 @@ bool PhotoView::pinch(QGestureEvent &event) {
     if (gesture->state() == Qt::GestureStarted) {
         m_gestureZoom = m_document.zoom();
     }
-    // What lay between the fingers stays between them, also when they wander.
+    // The point between the fingers stays between them, also when they move.
     const bool moved = gesture->state() != Qt::GestureStarted;
     const QPointF before = moved ? gesture->lastCenterPoint() : gesture->centerPoint();
     m_anchor = Anchor{toPicture(viewport()->mapFromGlobal(before)), viewport()->mapFromGlobal(gesture->centerPoint())};

@@ -250,7 +250,7 @@ TEST(Effect, whatCannotBeDoneIsRefusedAndLeavesThePicture) {
     }
     EXPECT_EQ(engine.picture().constBits(), picture.constBits());
     engine.setPicture(QImage(5, 5, QImage::Format_Grayscale8));
-    EXPECT_FALSE(engine.sepia(false)) << "not a picture of this house";
+    EXPECT_FALSE(engine.sepia(false)) << "not a picture format that Lumora uses";
 }
 
 } // namespace

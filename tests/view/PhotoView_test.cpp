@@ -1,4 +1,4 @@
-// The view: where pixels lie at any zoom and scroll position, what is painted, and what mouse and keys do.
+// The view: where pixels are at any zoom and scroll position, what is painted, and what mouse and keys do.
 #include "view/PhotoView.h"
 
 #include "imaging/Picture.h"
@@ -270,7 +270,7 @@ TEST_F(View, showsAStandInJustAsThePhotoWouldLook) {
     struct Row {
         int zoom;
         QRect part;
-        int factor; // picture pixels to one of the stand-in
+        int factor; // picture pixels to one of the preview
     };
     const Row rows[] = {
         {100, {0, 0, 700, 500}, 1}, {100, {100, 50, 200, 150}, 1}, {130, {120, 80, 64, 40}, 1},
@@ -355,7 +355,7 @@ TEST_F(View, aStandInStaysWithinThePhotoAndGoesWithIt) {
     EXPECT_EQ(painted().pixel(where.center()), qRgb(0, 0, 255));
 }
 
-TEST_F(View, showsTheToolsPointerWhileNobodyPans) {
+TEST_F(View, showsTheToolsPointerWhileNotPanning) {
     open(photoLike(3000, 2000));
     const auto shape = [this] { return view.viewport()->cursor().shape(); };
     view.setToolCursor(Qt::CrossCursor);

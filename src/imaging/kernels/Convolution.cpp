@@ -45,7 +45,7 @@ struct Accumulator {
 };
 
 /// Adds two of the nine places with their weights, number n and the next. Called five times, not in a loop,
-/// so that the loads stand at fixed places.
+/// so that the loads are at fixed offsets.
 HWY_INLINE void addPair(Accumulator *sums, PixelVector first, PixelVector next, const FixedKernel &kernel,
                         std::size_t n) {
     const Pixels d;

@@ -7,7 +7,7 @@
 
 namespace lumora {
 
-/// Any pointers and sizes will do; whole vectors of it go past the caches.
+/// Any pointers and sizes will do; whole vectors of it go past the cache.
 /// Other threads see it after flushPastCache().
 void copyPastCache(const std::uint8_t *from, std::uint8_t *to, std::size_t bytes);
 

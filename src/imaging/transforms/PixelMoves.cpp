@@ -44,7 +44,7 @@ void transposeBlock(const std::uint8_t *from, std::ptrdiff_t right, std::ptrdiff
     const hn::CappedTag<std::uint32_t, 4> d;
     const hn::Repartition<std::uint64_t, decltype(d)> d64;
     const auto wide = [&](auto v) { return hn::BitCast(d64, v); };
-    // Four pixels are read in the order in which they lie: against that of the target's rows where down is -4.
+    // Four pixels are read in memory order, which is the reverse of the order in the target's rows where down is -4.
     const std::uint8_t *start = down > 0 ? from : from + 3 * down;
     const int firstRow = down > 0 ? 0 : 3;
     const std::ptrdiff_t rowStep = down > 0 ? target.stride : -target.stride;

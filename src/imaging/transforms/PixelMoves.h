@@ -1,11 +1,11 @@
-// Pixels that only change their place: what the turns, the flips and the crop are made of.
+// Flips, rotations by 90 degrees and crops: operations that only move pixels.
 #pragma once
 
 #include "imaging/PixelView.h"
 
 namespace lumora {
 
-/// Three steps in this order: swap the axes, then mirror left to right, then top to bottom. All eight ways to lay a
+/// Three steps in this order: swap the axes, then mirror left to right, then top to bottom. All eight ways to place a
 /// rectangle on itself.
 struct Turn {
     bool swapAxes = false;

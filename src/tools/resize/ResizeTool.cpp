@@ -110,8 +110,7 @@ void ResizeTool::sayNoMemory() {
     Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
 }
 
-/// The status line with a second opening bracket before the millimetres: after the panel's resize it has always read
-/// so.
+/// The status line after a resize by the panel: with a second opening bracket, before the millimetres.
 QString ResizeTool::statusAfterResize() const {
     const QString pixels = QStringLiteral(" pixels - ");
     QString line = m_ctx.photo.statusLine(m_ctx.texts.text("Statusbar"), versionNumber(), m_window->logicalDpiX());
