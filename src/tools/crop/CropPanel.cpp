@@ -65,7 +65,7 @@ void CropPanel::open(Use use, CanvasTool &tool) {
     m_ctx.flags.canvasToolMode = 0;
     Q_EMIT toolsEnabled(false);
     titleLabel()->setText(m_ctx.texts.text(crop ? "CropDescription" : "SelectBkgDescription"));
-    m_hint->setText(crop ? m_ctx.texts.text("CropHint", "Move the frame, or pull its dots.")
+    m_hint->setText(crop ? m_ctx.texts.text("CropHint")
                          : m_ctx.texts.text("CutOutHint", "Draw a line all the way round something."));
     m_cropNow->setVisible(crop);
     m_cropCutNow->setVisible(!crop);

@@ -56,7 +56,7 @@ void ResizeTool::openFreeResize() {
     begin();
     m_ctx.fields.txtResizeMode = "1";
     m_mouse.setTool(&m_byHand);
-    Q_EMIT message(m_ctx.texts.text("StatusFreeResize", "Drag the handles to make the photo larger or smaller."), true);
+    Q_EMIT message(m_ctx.texts.text("StatusFreeResize"), true);
 }
 
 void ResizeTool::begin() {
@@ -92,8 +92,7 @@ void ResizeTool::close() {
 
 void ResizeTool::resizeTo(QSize size) {
     if (size.isEmpty()) {
-        Q_EMIT message(
-            m_ctx.texts.text("StatusSizeZero", "A photo needs at least 1 pixel each way. It stays as it is."), false);
+        Q_EMIT message(m_ctx.texts.text("StatusSizeZero"), false);
         return;
     }
     const QImage photo = m_ctx.photo.picCanvas();
