@@ -69,7 +69,8 @@ class StepStore {
   private:
     friend struct StoredPixels;
     void work(const std::stop_token &stop);
-    qint64 write(const std::string &name, const QImage &picture, bool pack, qint64 limit, const std::stop_token &stop);
+    qint64 write(const std::string &name, const QImage &picture, bool compress, qint64 limit,
+                 const std::stop_token &stop);
     void finish(const Pixels &pixels, const std::string &name, qint64 written);
 
     const qint64 m_memoryBudget;

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "document/PhotoDocument.h"
-#include "view/PhotoLevels.h"
+#include "view/MipLevels.h"
 #include "view/PhotoTable.h"
 
 #include <QAbstractScrollArea>
@@ -53,12 +53,12 @@ class PhotoView : public QAbstractScrollArea {
     /// The photo's pixels that are in view, cut to the photo, and the picture (the photo or a reduced copy of it) that
     /// the view paints them from.
     QRect visiblePart() const;
-    PhotoLevels::Level visibleLevel();
+    MipLevels::Level visibleLevel();
     /// Paints `picture` in place of the photo's pixels in `part` (picture pixels; what of it is outside the photo is
     /// not painted), stretched to it just as the photo is, until cleared or until the photo itself changes. What a tool
     /// shows of a change that has not been made. A null picture or an empty part clears.
-    void showStandIn(const QImage &picture, const QRect &part);
-    void clearStandIn();
+    void showPreview(const QImage &picture, const QRect &part);
+    void clearPreview();
     /// Leaves the photo itself unpainted, for a tool that draws it in another shape on the overlay.
     void setPhotoHidden(bool hidden);
     /// The cursor over the view while the photo is not panned.
@@ -105,7 +105,7 @@ class PhotoView : public QAbstractScrollArea {
     QRect inDevice(const QRect &exposed) const;
     Sampling sampling() const;
     void paintPhoto(QPainter &painter, const QRect &exposed);
-    void paintStandIn(QPainter &painter, const QRect &exposed);
+    void paintPreview(QPainter &painter, const QRect &exposed);
     void paintPixels(QPainter &painter, QImage pixels, const QRect &part);
     bool pinch(QGestureEvent &event);
     bool nativeGesture(const QNativeGestureEvent &event);
@@ -115,11 +115,11 @@ class PhotoView : public QAbstractScrollArea {
     void showHand();
 
     PhotoDocument &m_document;
-    PhotoLevels m_levels;
+    MipLevels m_levels;
     PhotoTable m_table;
 
-    QImage m_standIn;
-    QRect m_standInPart; ///< picture pixels
+    QImage m_preview;
+    QRect m_previewPart; ///< picture pixels
     bool m_photoHidden = false;
     QCursor m_toolCursor;
 

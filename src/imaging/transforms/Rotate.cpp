@@ -1,6 +1,6 @@
 #include "imaging/transforms/Rotate.h"
 
-#include "imaging/kernels/PastCache.h"
+#include "imaging/kernels/NonTemporalStore.h"
 #include "imaging/kernels/RowBands.h"
 #include "imaging/kernels/Targets.h"
 
@@ -221,13 +221,13 @@ void rotatePixels(ConstPixelView source, PixelView target, double sine, double c
                 for (int y = 0; y < rows; ++y) {
                     std::uint32_t tileRow[tileWidth];
                     fillTileRow(source, plans[y], tileRow, tile);
-                    copyPastCache(reinterpret_cast<const std::uint8_t *>(tileRow),
-                                  target.row(top + y) + std::ptrdiff_t(4) * left,
-                                  std::size_t(tile.end - tile.begin) * 4);
+                    copyNonTemporal(reinterpret_cast<const std::uint8_t *>(tileRow),
+                                    target.row(top + y) + std::ptrdiff_t(4) * left,
+                                    std::size_t(tile.end - tile.begin) * 4);
                 }
             }
         }
-        flushPastCache();
+        flushNonTemporal();
     });
 }
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "imaging/Region.h"
-#include "imaging/transforms/PixelMoves.h"
+#include "imaging/transforms/FlipAndRotate.h"
 
 #include <QImage>
 

@@ -1,5 +1,5 @@
-// The photo at half, a quarter, an eighth and a sixteenth of its size, so that a view of a large photo paints from few
-// pixels.
+// The mip levels of the photo: half, a quarter, an eighth and a sixteenth of its size, so that a view of a large photo
+// paints from few pixels.
 #pragma once
 
 #include <QImage>
@@ -7,7 +7,7 @@
 
 namespace lumora {
 
-class PhotoLevels {
+class MipLevels {
   public:
     /// A picture to paint from, and how many pixels of the photo one pixel of it represents.
     struct Level {

@@ -1,10 +1,10 @@
-#include "view/PhotoLevels.h"
+#include "view/MipLevels.h"
 
 #include "imaging/Scale.h"
 
 namespace lumora {
 
-PhotoLevels::Level PhotoLevels::forScale(const QImage &photo, double scale) {
+MipLevels::Level MipLevels::forScale(const QImage &photo, double scale) {
     if (photo.cacheKey() != m_photo) {
         m_levels.fill(QImage());
         m_photo = photo.cacheKey();

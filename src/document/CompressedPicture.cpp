@@ -1,4 +1,4 @@
-#include "document/PackedPicture.h"
+#include "document/CompressedPicture.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -24,8 +24,8 @@ int planesOf(const QImage &picture) {
 }
 
 struct StripHeader {
-    quint32 bytes = 0;  ///< of the strip in the file
-    quint32 packed = 0; ///< 1: a zstd frame
+    quint32 bytes = 0;      ///< of the strip in the file
+    quint32 compressed = 0; ///< 1: a zstd frame
 };
 
 bool writeAll(int file, const void *data, size_t size) {
@@ -114,11 +114,11 @@ void joinStrip(QImage &picture, int top, int rows, int planes, const quint8 *in)
 
 } // namespace
 
-qint64 writePacked(int file, const QImage &picture, bool pack, qint64 limit, const std::stop_token &stop) {
+qint64 writeCompressed(int file, const QImage &picture, bool compress, qint64 limit, const std::stop_token &stop) {
     const int planes = planesOf(picture);
     const int stripRows = rowsPerStrip(picture.width());
     std::vector<quint8> strip(static_cast<size_t>(planes) * picture.width() * stripRows);
-    std::vector<quint8> packed(pack ? ZSTD_compressBound(strip.size()) : 0);
+    std::vector<quint8> compressed(compress ? ZSTD_compressBound(strip.size()) : 0);
     const std::unique_ptr<ZSTD_CCtx, size_t (*)(ZSTD_CCtx *)> context(ZSTD_createCCtx(), ZSTD_freeCCtx);
     qint64 total = 0;
     for (int top = 0; top < picture.height(); top += stripRows) {
@@ -126,15 +126,15 @@ qint64 writePacked(int file, const QImage &picture, bool pack, qint64 limit, con
         const size_t size = static_cast<size_t>(planes) * picture.width() * rows;
         splitStrip(picture, top, rows, planes, strip.data());
         StripHeader header{static_cast<quint32>(size), 0};
-        if (pack && context != nullptr) {
+        if (compress && context != nullptr) {
             const size_t squeezed =
-                ZSTD_compressCCtx(context.get(), packed.data(), packed.size(), strip.data(), size, 1);
+                ZSTD_compressCCtx(context.get(), compressed.data(), compressed.size(), strip.data(), size, 1);
             if (ZSTD_isError(squeezed) == 0) {
                 header = {static_cast<quint32>(squeezed), 1};
             }
         }
         total += static_cast<qint64>(sizeof header) + header.bytes;
-        const quint8 *const data = header.packed == 1 ? packed.data() : strip.data();
+        const quint8 *const data = header.compressed == 1 ? compressed.data() : strip.data();
         if (stop.stop_requested() || total > limit || !writeAll(file, &header, sizeof header) ||
             !writeAll(file, data, header.bytes)) {
             return -1;
@@ -143,23 +143,24 @@ qint64 writePacked(int file, const QImage &picture, bool pack, qint64 limit, con
     return total;
 }
 
-bool readPacked(int file, QImage &picture) {
+bool readCompressed(int file, QImage &picture) {
     const int planes = planesOf(picture);
     const int stripRows = rowsPerStrip(picture.width());
     std::vector<quint8> strip(static_cast<size_t>(planes) * picture.width() * stripRows);
-    std::vector<quint8> packed(ZSTD_compressBound(strip.size()));
+    std::vector<quint8> compressed(ZSTD_compressBound(strip.size()));
     for (int top = 0; top < picture.height(); top += stripRows) {
         const int rows = std::min(stripRows, picture.height() - top);
         const size_t size = static_cast<size_t>(planes) * picture.width() * rows;
         StripHeader header;
-        if (!readAll(file, &header, sizeof header) || header.bytes > packed.size()) {
+        if (!readAll(file, &header, sizeof header) || header.bytes > compressed.size()) {
             return false;
         }
-        std::vector<quint8> &target = header.packed == 1 ? packed : strip;
-        if ((header.packed == 0 && header.bytes != size) || !readAll(file, target.data(), header.bytes)) {
+        std::vector<quint8> &target = header.compressed == 1 ? compressed : strip;
+        if ((header.compressed == 0 && header.bytes != size) || !readAll(file, target.data(), header.bytes)) {
             return false;
         }
-        if (header.packed == 1 && ZSTD_decompress(strip.data(), strip.size(), packed.data(), header.bytes) != size) {
+        if (header.compressed == 1 &&
+            ZSTD_decompress(strip.data(), strip.size(), compressed.data(), header.bytes) != size) {
             return false;
         }
         joinStrip(picture, top, rows, planes, strip.data());

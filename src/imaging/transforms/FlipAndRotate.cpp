@@ -1,4 +1,4 @@
-#include "imaging/transforms/PixelMoves.h"
+#include "imaging/transforms/FlipAndRotate.h"
 
 #include "imaging/kernels/PointOperation.h"
 #include "imaging/kernels/Targets.h"
@@ -6,7 +6,7 @@
 #include <tbb/blocked_range2d.h>
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "imaging/transforms/PixelMoves.cpp"
+#define HWY_TARGET_INCLUDE "imaging/transforms/FlipAndRotate.cpp"
 #include <hwy/foreach_target.h> // must come before highway.h
 
 #include "imaging/kernels/PointOperation-inl.h"
@@ -18,8 +18,8 @@ struct SameOperation {
     PixelVector operator()(PixelVector pixels) const { return pixels; }
 };
 
-void copyRows(ConstPixelView source, PixelView target, PixelRect area, bool pastCache) {
-    mapPixels(SameOperation{}, source, target, area, pastCache);
+void copyRows(ConstPixelView source, PixelView target, PixelRect area, bool nonTemporal) {
+    mapPixels(SameOperation{}, source, target, area, nonTemporal);
 }
 
 /// The last pixel of the row first.
@@ -132,7 +132,7 @@ void transpose(ConstPixelView source, PixelView target, Turn turn) {
 
 } // namespace
 
-void movePixels(ConstPixelView source, PixelView target, Turn turn) {
+void flipAndRotate(ConstPixelView source, PixelView target, Turn turn) {
     if (turn.swapAxes) {
         transpose(source, target, turn);
         return;
@@ -144,8 +144,8 @@ void movePixels(ConstPixelView source, PixelView target, Turn turn) {
         reverseRows(from, target);
         return;
     }
-    const bool pastCache = leavesCache(wholeOf(target));
-    forBands(wholeOf(target), [&](PixelRect band) { HWY_DYNAMIC_DISPATCH(copyRows)(from, target, band, pastCache); });
+    const bool nonTemporal = leavesCache(wholeOf(target));
+    forBands(wholeOf(target), [&](PixelRect band) { HWY_DYNAMIC_DISPATCH(copyRows)(from, target, band, nonTemporal); });
 }
 
 } // namespace lumora

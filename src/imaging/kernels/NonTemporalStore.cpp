@@ -1,4 +1,4 @@
-#include "imaging/kernels/PastCache.h"
+#include "imaging/kernels/NonTemporalStore.h"
 
 #include "imaging/kernels/Targets.h"
 
@@ -6,7 +6,7 @@
 #include <cstring>
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "imaging/kernels/PastCache.cpp"
+#define HWY_TARGET_INCLUDE "imaging/kernels/NonTemporalStore.cpp"
 #include <hwy/cache_control.h>
 #include <hwy/foreach_target.h> // must come before highway.h
 #include <hwy/highway.h>
@@ -36,11 +36,11 @@ namespace lumora {
 
 HWY_EXPORT(copyStreaming);
 
-void copyPastCache(const std::uint8_t *from, std::uint8_t *to, std::size_t bytes) {
+void copyNonTemporal(const std::uint8_t *from, std::uint8_t *to, std::size_t bytes) {
     HWY_DYNAMIC_DISPATCH(copyStreaming)(from, to, bytes);
 }
 
-void flushPastCache() {
+void flushNonTemporal() {
     hwy::FlushStream();
 }
 

@@ -15,6 +15,6 @@ struct Turn {
 
 /// Fills the target with the turned source, byte for byte. The target has the source's size, with the sides swapped
 /// where the axes are. Neither is empty; they do not overlap.
-void movePixels(ConstPixelView source, PixelView target, Turn turn);
+void flipAndRotate(ConstPixelView source, PixelView target, Turn turn);
 
 } // namespace lumora
