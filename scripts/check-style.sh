@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 . scripts/setup.sh
 
-# A build folder of its own: clang-tidy wants the commands and the generated files, not the objects.
+# A build folder of its own: clang-tidy needs the compile commands and the generated files, not the objects.
 if [ ! -f build/style/build.ninja ]; then
     say "Preparing the analysis"
     quietly build/log/configure-style.log \
@@ -13,14 +13,14 @@ if [ ! -f build/style/build.ninja ]; then
 fi
 quietly build/log/build-style.log cmake --build build/style --target autogen
 
-say "Looking at the formatting"
+say "Checking the formatting"
 find src tests devtools content bench -name '*.cpp' -o -name '*.h' | xargs -r clang-format --dry-run --Werror
 
-say "Analysing the code ($(nproc) at a time; this takes minutes)"
+say "Analysing the code ($(nproc) files at a time; this takes minutes)"
 compiled=$(awk -F'"' '$2 == "file" && $4 !~ /\/build/ { print $4 }' build/style/compile_commands.json | sort -u)
 log=build/log/clang-tidy.log
 if ! xargs -r -n 1 -P "$(nproc)" clang-tidy -p build/style --quiet <<<"$compiled" >"$log" 2>/dev/null; then
     grep -E 'error:|warning:' "$log" | sort -u >&2
-    fail "clang-tidy has something to say; all of it is in $log."
+    fail "clang-tidy reported problems; see $log."
 fi
-say "The style holds."
+say "No style problems."

@@ -1,6 +1,6 @@
-# Finding the screen, or making one up. Sourced by ../run.
+# Finding a display, or starting a virtual one. Sourced by ../run.
 
-# Does anybody answer at this socket? (perl-base is part of every Debian.)
+# True when something answers at this socket. (perl-base is part of every Debian.)
 answers() {
     perl -MIO::Socket::UNIX -e 'exit !IO::Socket::UNIX->new(Peer => $ARGV[0])' "$1" 2>/dev/null
 }
@@ -23,12 +23,12 @@ has_display() {
     fi
 }
 
-# start_virtual_display WIDTHxHEIGHT: an X server of our own that ends with the script.
+# start_virtual_display WIDTHxHEIGHT: starts an X server that ends with the script.
 start_virtual_display() {
     mkdir -p build/log
     exec 9< <(exec Xvfb -displayfd 1 -screen 0 "$1x24" -nolisten tcp 2>build/log/xvfb.log)
     local screen=$! number
-    # shellcheck disable=SC2064 # the number of now is the one to end
+    # shellcheck disable=SC2064 # the process number as it is now
     trap "kill $screen 2>/dev/null || true" EXIT
     read -r -t 30 number <&9 || fail "The virtual display did not start; see build/log/xvfb.log."
     export DISPLAY=:$number QT_QPA_PLATFORM=xcb

@@ -1,16 +1,16 @@
 # Adding free photographs to the sample photos. Sourced by ../run after setup.sh; nothing depends on them.
 
 # add_photographs FOLDER: fetches the packages named in photographs.txt and puts their photographs below FOLDER, with
-# their photographers and licences in Credits.txt beside them. Tried once; without a network it is tried the next time.
+# their photographers and licences in Credits.txt beside them. Without a network it is tried again the next time.
 add_photographs() {
     local photos=$1 store=build/photographs wanted package
     wanted=$(sha256sum <scripts/photographs.txt)
     [ "$(cat "$photos/.photographs" 2>/dev/null)" = "$wanted" ] && return 0
-    say "Fetching some free photographs"
+    say "Downloading some free photographs"
     mkdir -p "$store" build/log
     for package in $(sed 's/#.*//; s/ *|.*//' scripts/photographs.txt | sort -u); do
         [ -d "$store/$package" ] || fetch_package "$package" "$store" 2>build/log/photographs.log || {
-            say "  They cannot be had now; Lumora's own sample pictures are there."
+            say "  Could not download them. Lumora's own sample pictures are there."
             return 0
         }
     done
@@ -30,7 +30,7 @@ fetch_package() {
 copy_photographs() {
     local package file group name author licence
     {
-        printf '%s\n\n' "These photographs come from packages of Debian. Each belongs to its photographer, who lets everybody use it under
+        printf '%s\n\n' "These photographs come from packages of Debian. Each belongs to its photographer, who lets everyone use it under
 the licence named (https://creativecommons.org/licenses). All other pictures here are part of Lumora."
         while IFS='|' read -r package file group name author licence; do
             case $package in '' | '#'*) continue ;; esac

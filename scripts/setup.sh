@@ -1,5 +1,5 @@
-# What run, test and the style check share: saying what happens, installing packages, building. Sourced by bash from
-# the root of the repository.
+# What run, test and the style check share: messages, installing packages, building. Sourced by bash from the root of the
+# repository.
 
 say() {
     printf '%s\n' "$*"
@@ -10,15 +10,15 @@ fail() {
     exit 1
 }
 
-# quietly LOG COMMAND...: runs the command with its output in LOG; shows the log's end and stops when it fails.
+# quietly LOG COMMAND...: runs the command with its output in LOG; shows the end of the log and stops when it fails.
 quietly() {
     local log=$1
     shift
     mkdir -p "$(dirname "$log")"
     if ! "$@" >"$log" 2>&1 </dev/null; then
         tail -n 60 "$log" >&2
-        fail "That did not work: $*
-The whole story is in $log."
+        fail "Failed: $*
+See $log."
     fi
 }
 
@@ -29,11 +29,11 @@ packages_of() {
         /^[^#]/ && NF && index(sections, " " section " ") { print $1 }' scripts/packages.txt
 }
 
-# need_packages SECTION...: installs what is missing of these sections of packages.txt.
+# need_packages SECTION...: installs the missing packages of these sections of packages.txt.
 need_packages() {
     command -v dpkg-query >/dev/null && command -v apt-get >/dev/null ||
-        fail "This script installs what it needs with apt and so wants Debian 12. On another system install the
-counterparts of scripts/packages.txt and build with: cmake --preset release && cmake --build --preset release"
+        fail "This script installs packages with apt and needs Debian 12. On another system, install the
+equivalents of scripts/packages.txt and build with: cmake --preset release && cmake --build --preset release"
 
     local wanted missing
     wanted=$(packages_of "$@" | sort)
@@ -43,24 +43,24 @@ counterparts of scripts/packages.txt and build with: cmake --preset release && c
 
     local -a apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300)
     if [ "$(id -u)" -ne 0 ]; then
-        command -v sudo >/dev/null || fail "Some packages are missing and only the administrator may install them.
-Please ask for: apt-get install" $missing
-        say "Some packages are missing; your password may be asked for to install them."
+        command -v sudo >/dev/null || fail "Some packages are missing, and only the administrator can install them.
+Please ask them to run: apt-get install" $missing
+        say "Some packages are missing; you may be asked for your password to install them."
         sudo -v || fail "Without the administrator's password the packages cannot be installed."
         apt=(sudo "${apt[@]}")
     fi
     say "Fetching the list of packages"
     quietly build/log/apt-update.log "${apt[@]}" update
-    say "Installing $(wc -w <<<"$missing") packages (the first time this takes some minutes)"
+    say "Installing $(wc -w <<<"$missing") packages (this takes a few minutes the first time)"
     quietly build/log/apt-install.log "${apt[@]}" install -y --no-install-recommends $missing
 }
 
-# build PRESET: configures where that has not happened yet and builds everything of that preset.
+# build PRESET: configures the build if needed and builds everything of that preset.
 build() {
     local preset=$1
     local cache=build/$preset/CMakeCache.txt
     if [ -f "$cache" ] && ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "$cache"; then
-        rm -rf "build/$preset" # the whole folder was copied or moved from elsewhere
+        rm -rf "build/$preset" # the repository was copied or moved
     fi
     if [ ! -f "build/$preset/build.ninja" ]; then
         say "Preparing the build ($preset)"

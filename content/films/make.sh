@@ -1,6 +1,6 @@
 #!/bin/bash
-# Makes the films of the help anew from the running program: content/films/make.sh [LUMORA-PLAY [FILM...]]
-# Plays each *.play of this folder unseen and packs its frames into resources/installed/Videos/*.webm, with a still
+# Makes the films of the help again from the running program: content/films/make.sh [LUMORA-PLAY [FILM...]]
+# Plays each *.play of this folder unseen and encodes its frames into resources/installed/Videos/*.webm, with a still
 # picture of each film and the page that shows them. FILM is a script's name without .play; without one it makes all.
 # Needs ffmpeg (package ffmpeg). Without a program it takes build/release/bin/lumora-play.
 set -euo pipefail
@@ -13,11 +13,11 @@ size=1024x768
 rate=12 # frames a second, as in the scripts
 
 if ! command -v ffmpeg >/dev/null; then
-    echo "The films are packed by ffmpeg, which is missing here. Please install it: apt-get install ffmpeg" >&2
+    echo "ffmpeg is missing. Please install it: apt-get install ffmpeg" >&2
     exit 1
 fi
 if [ ! -x "$play" ]; then
-    echo "There is no $play. Build it first, with ./run for instance, or name another one." >&2
+    echo "$play not found. Build it first, with ./run for instance, or name another one." >&2
     exit 1
 fi
 

@@ -1,12 +1,12 @@
 #!/bin/bash
-# Makes the pictures of the user guide anew from the running program: content/guide/make.sh [LUMORA-PLAY]
-# Plays each *.play of this folder unseen, at double density, and packs what it shows into resources/guide/*.jpg.
+# Makes the pictures of the user guide again from the running program: content/guide/make.sh [LUMORA-PLAY]
+# Plays each *.play of this folder unseen, at double density, and compresses the screenshots into resources/guide/*.jpg.
 # Needs ImageMagick (package imagemagick). Without a program it takes build/release/bin/lumora-play.
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
 root=$(readlink -f "$here/../..")
 play=$(readlink -f "${1:-$root/build/release/bin/lumora-play}")
-[ -x "$play" ] || { echo "There is no $play. Build it first, with ./run for instance, or name another one." >&2; exit 1; }
+[ -x "$play" ] || { echo "$play not found. Build it first, with ./run for instance, or name another one." >&2; exit 1; }
 command -v convert >/dev/null || { echo "ImageMagick is missing: apt-get install imagemagick" >&2; exit 1; }
 
 # The folder is seen in the windows for opening and saving: a short name looks best.

@@ -61,7 +61,7 @@ PARTS = {
 
 
 def element(tag, parent=None, **attributes):
-    """A new SVG element; an underscore in a name stands for a hyphen."""
+    """A new SVG element; an underscore in a name becomes a hyphen."""
     made = ET.Element(SVG + tag) if parent is None else ET.SubElement(parent, SVG + tag)
     for name, value in attributes.items():
         made.set(name.replace("_", "-"), f"{value:.4g}" if isinstance(value, float) else str(value))

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Draws canvas.png, the texture of the effect "Texture": painter's canvas on which the ground has dried unevenly.
 
-It repeats without a seam. Levels lie around 128, which leaves a photo as it is; darker ones darken it, lighter ones
+It repeats without a seam. Levels are around 128, which leaves a photo unchanged; darker ones darken it, lighter ones
 light it. Threads show on a photo at full size, the unevenness on one that is made small.
 """
 import math

@@ -34,7 +34,7 @@ QWidget *keyboardWindow();
 void activate(const QWidget &window);
 
 /// Why a person could not click this control now: "it is hidden", "it is disabled", "the window frmSave is in front of
-/// it", ...; empty when they could. Scrolls the areas it lies in so that it comes into view.
+/// it", ...; empty when they could. Scrolls the areas it is in so that it comes into view.
 QString obstacle(QWidget &widget);
 
 /// A point of the control, in its own pixels, at which a click reaches it; its centre where that does.

@@ -1,4 +1,4 @@
-// Writes a picture of the screen at every beat, while a script goes on: raw frames, for a program that packs films.
+// Writes a picture of the screen at every beat, while a script goes on: raw frames, for a program that encodes films.
 #pragma once
 
 #include <QFile>

@@ -12,7 +12,7 @@ namespace lumora::play {
 
 namespace {
 
-/// "*" stands for any run of characters; runs of blanks count as one.
+/// "*" matches any run of characters; runs of blanks count as one.
 bool agrees(const QString &value, const QString &pattern) {
     const QString expression = QRegularExpression::escape(pattern.simplified()).replace("\\*", ".*");
     static constexpr auto across = QRegularExpression::DotMatchesEverythingOption;

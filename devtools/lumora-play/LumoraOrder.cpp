@@ -84,7 +84,7 @@ bool hasArrow(const frmMain &window) {
 
 QString stuckCursor(const frmMain &window, const PhotoView &view) {
     if (QGuiApplication::overrideCursor() != nullptr) {
-        return "a cursor lies over all others";
+        return "a cursor overrides all others";
     }
     switch (view.viewport()->cursor().shape()) {
     case Qt::WaitCursor:

@@ -64,7 +64,7 @@ QString said(const QPoint &point) {
     return QString("%1,%2").arg(point.x()).arg(point.y());
 }
 
-/// The child of the window that the control lies in.
+/// The child of the window that the control is in.
 const QWidget *groupOf(const QWidget &control, const QWidget &window) {
     const QWidget *group = &control;
     while (group->parentWidget() != &window && group->parentWidget() != nullptr) {

@@ -20,11 +20,11 @@ class QComboBox;
 
 namespace lumora::play {
 
-/// What became of a try at a step.
+/// The outcome of an attempt at a step.
 struct Outcome {
     enum class Kind { Done, Goes, NotYet };
     Kind kind = Kind::Done;
-    QString reason; ///< NotYet: what it waits for, said when patience ends
+    QString reason; ///< NotYet: what it waits for, reported when patience ends
 
     static Outcome done() { return {}; }
     /// Input was planned; the step is called again, in its next phase, once the program has taken it in.
@@ -42,7 +42,7 @@ class Player : public QObject {
     QHash<QString, QString> variables;
     std::function<void(const QString &)> print;   ///< what state, hash and shot say
     std::function<void(const Step &)> beforeStep; ///< and again before each action of a step that takes many
-    std::function<void(const QString &)> log;     ///< the actions of a monkey, where anybody wants to hear of them
+    std::function<void(const QString &)> log;     ///< the actions of a monkey, if wanted
 
     /// Plays from the next turn of the event loop on.
     void begin();
@@ -65,7 +65,7 @@ class Player : public QObject {
     void orderTick();
     bool isQuiet(const Step &step) const;
     void attempt(const Step &step);
-    /// A step that takes many actions begins another one: patience begins anew.
+    /// A step that takes many actions begins another one: the time limit begins again.
     void goOn(const Step &step);
     void finish(const QString &problem = {});
 

@@ -25,10 +25,10 @@ struct Script {
 };
 
 /// Reads the lines. Blank ones and those that begin with "#" are passed over. Stops at the first unknown verb or wrong
-/// number of words. "start" comes once and first; only "setting" may stand before it, and nowhere else.
+/// number of words. "start" comes once and first; "setting" may be used only before it, and nothing else may.
 Script readScript(const QString &text);
 
-/// $NAME and ${NAME} replaced by the variables' values. A name that is not among them stays as it stands, so that the
+/// $NAME and ${NAME} replaced by the variables' values. A name that is not among them is left unchanged, so that the
 /// step that uses it fails visibly.
 QString withVariables(const QString &text, const QHash<QString, QString> &variables);
 

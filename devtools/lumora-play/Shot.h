@@ -8,7 +8,7 @@ namespace lumora::play {
 
 class Hand;
 
-/// All open windows where they stand, the oldest at the bottom, on a picture of the screen's size. Only the program's
+/// All open windows in their places, the oldest at the bottom, on a picture of the screen's size. Only the program's
 /// own windows are in it, on every platform alike, and the pointer of the hand where there is one.
 QImage takeShot(const Hand *hand = nullptr);
 

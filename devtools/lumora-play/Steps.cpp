@@ -24,7 +24,7 @@ namespace {
 
 const QKeyCombination selectAll = Qt::ControlModifier | Qt::Key_A;
 
-/// Where the handle of a slider stands (its middle) when it shows that value, in the slider's pixels.
+/// Where the middle of a slider's handle is when it shows that value, in the slider's pixels.
 QPoint handlePlace(const QAbstractSlider &slider, int value) {
     const int handle = slider.style()->pixelMetric(QStyle::PM_SliderLength, nullptr, &slider);
     const bool mirrored = slider.isRightToLeft() != slider.invertedAppearance();

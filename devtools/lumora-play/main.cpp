@@ -47,7 +47,7 @@ bool readOptions(const QStringList &arguments, Options &options, int &code) {
                                       "MS", "5000");
     const QCommandLineOption timeout("timeout", "A step that takes longer ends the run (default: 120).", "SECONDS",
                                      "120");
-    const QCommandLineOption verbose("verbose", "Says each step before it is done.");
+    const QCommandLineOption verbose("verbose", "Prints each step before it is done.");
     parser.addOptions({help, folder, size, patience, timeout, verbose});
     const bool understood = parser.parse(arguments);
     if (!understood || parser.isSet(help) || parser.positionalArguments().size() != 1) {
@@ -66,7 +66,7 @@ bool readOptions(const QStringList &arguments, Options &options, int &code) {
         options.screen = QSize(sides.value(0).toInt(), sides.value(1).toInt());
     }
     if (options.screen.isEmpty()) {
-        complain("--size wants two numbers: 1280x800");
+        complain("--size needs two numbers: 1280x800");
         code = 1;
         return false;
     }

@@ -1,4 +1,5 @@
-// Running one piece of work in a child process, so that a crash, a hang or a memory bomb in it ends nothing else.
+// Running one piece of work in a child process, so that a crash, a hang or a flood of memory in it affects nothing
+// else.
 #pragma once
 
 #include <QByteArray>
@@ -11,6 +12,6 @@ struct IsolatedAnswer {
     QString failure; ///< empty when the child gave its answer and ended well
 };
 
-/// Forks, lets the child call `work` and hands back what it returns. After `timeoutMs` milliseconds the child is
+/// Forks, lets the child call `work` and returns its result. After `timeoutMs` milliseconds the child is
 /// killed. Call it only while the process has one thread.
 IsolatedAnswer runIsolated(const std::function<QByteArray()> &work, int timeoutMs);

@@ -59,7 +59,7 @@ std::optional<Options> parse(int count, char **arguments) {
         } else if (isOption) {
             const double seconds = QByteArray(arguments[++i]).toDouble();
             if (!(seconds > 0 && seconds <= 86'400)) {
-                std::fputs("lumora-probe: a timeout lies between 0 and 86400 seconds\n", stderr);
+                std::fputs("lumora-probe: the timeout must be between 0 and 86400 seconds\n", stderr);
                 return std::nullopt;
             }
             options.timeoutMs = std::max(1, static_cast<int>(seconds * 1000));

@@ -50,7 +50,7 @@ DeviceSearch::DeviceSearch(QString helper, QObject *parent) : QObject(parent), m
             }
         });
         connect(&search.process, &QProcess::finished, this, [this, kind] { finish(kind); });
-        // Queued: a program that is missing is told of while start() still runs.
+        // Queued: a missing program is reported while start() still runs.
         connect(
             &search.process, &QProcess::errorOccurred, this,
             [this, kind](QProcess::ProcessError error) {

@@ -1,5 +1,5 @@
-// Looks for scanners and printers without making anybody wait: the helper program lumora-devices looks, this asks it
-// and says what came back. Used by the output room's lists.
+// Looks for scanners and printers in the background: the helper program lumora-devices looks, this class starts it and
+// emits what it found. Used by the lists of the output module.
 #pragma once
 
 #include <QList>

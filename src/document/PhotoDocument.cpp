@@ -206,7 +206,7 @@ bool PhotoDocument::stepThroughHistory(bool back) {
 }
 
 PictureError PhotoDocument::openFile(const QString &path, OpenRoute route) {
-    // The point stands even when the file turns out to be none: it then leads back to the same photo.
+    // The point is recorded even when the file turns out to be no picture: it then leads back to the same photo.
     RecordUndoPoint();
     return fillFrom(readPicture(path), route);
 }

@@ -1,5 +1,5 @@
-// The one photo of the program: its holders, its flags, its history. Views and tools read it and hear of changes
-// through one signal; nobody changes the photo except through it.
+// The one photo of the program: its holders, its flags, its history. Views and tools read it and learn of changes
+// through one signal; the photo is changed only through it.
 #pragma once
 
 #include "document/PhotoHistory.h"
@@ -104,7 +104,7 @@ class PhotoDocument : public QObject {
     /// Puts a picture from the clipboard in the photo's place the way a loaded file does, but without an undo point;
     /// clears PhotoModified. With an error nothing changes.
     PictureError pastePicture(const PictureRead &read);
-    /// Writes the canvas to the path; clears PhotoModified when the file stands.
+    /// Writes the canvas to the path; clears PhotoModified when the file is written.
     PictureWritten saveFile(const QString &path);
 
     /// Stores the canvas in MemoryPhoto as base64 JPEG text; loads it back into picBuffer at a width of 120 pixels.

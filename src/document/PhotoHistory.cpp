@@ -61,7 +61,7 @@ PhotoHistory::Step PhotoHistory::stepTo(const QImage &other, const QImage &pictu
         if (rect.isEmpty()) {
             return {};
         }
-        // A part has to be copied; beyond half of the picture the whole, which is only shared, is the better bargain.
+        // Above half of the picture, sharing all of it is cheaper than copying a part.
         const bool small = qint64{2} * rect.width() * rect.height() <= qint64{1} * other.width() * other.height();
         const QImage part = small ? other.copy(rect) : QImage();
         if (!part.isNull()) {

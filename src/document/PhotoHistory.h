@@ -27,13 +27,13 @@ class PhotoHistory {
     /// Records a change of the picture: a point that leads back to `before`. Nothing can be redone any more. False, and
     /// nothing recorded, when memory is refused.
     bool recordChange(const QImage &before, const QImage &after);
-    /// Says that the picture was replaced: the latest recorded point keeps leading back to the picture it was recorded
-    /// with, and nothing can be redone any more. False, and nothing changed, when memory is refused.
+    /// To be called when the picture was replaced: the latest recorded point keeps leading back to the picture it was
+    /// recorded with, and nothing can be redone any more. False, and nothing changed, when memory is refused.
     bool replaced(const QImage &before, const QImage &after);
 
     /// Steps back to the latest recorded point, or forward to what was undone last: takes the picture as it is now and
     /// gives the other one. False, and the picture unchanged, when there is none or memory is refused. A step whose
-    /// file is gone is left out, and with it those that cannot be reached any more.
+    /// file is missing is left out, and with it those that cannot be reached any more.
     bool undo(QImage &picture) { return move(picture, true); }
     bool redo(QImage &picture) { return move(picture, false); }
 

@@ -19,7 +19,7 @@ class PhotoSelection {
     /// An empty box marks nothing.
     void markRectangle(const QRect &box) { mark(Shape::Rectangle, box); }
     void markEllipse(const QRect &box) { mark(Shape::Ellipse, box); }
-    /// Marks what the closed line through these points goes round, in picture pixels. Points that are not numbers are
+    /// Marks what the closed line through these points surrounds, in picture pixels. Points that are not numbers are
     /// left out; fewer than three mark nothing.
     void markLasso(std::vector<PicturePoint> points);
     /// Marks nothing any more: the box 0, 0, 0, 0. Drawn value and visible flag stay as they are.

@@ -70,7 +70,7 @@ void Recovery::want(const QImage &picture) {
 }
 
 void Recovery::work(const std::stop_token &stop) {
-    ::setpriority(PRIO_PROCESS, 0, backgroundNiceness); // on Linux this thread alone: what a click starts goes first
+    ::setpriority(PRIO_PROCESS, 0, backgroundNiceness); // on Linux this thread alone: what a click starts has priority
     std::unique_lock lock(m_mutex);
     while (m_toDo.wait(lock, stop, [this] { return m_waiting.has_value(); }) && !stop.stop_requested()) {
         m_busy = true;

@@ -16,8 +16,8 @@
 namespace lumora {
 
 /// After every change of an unsaved photo its copy is written by a thread of its own; the pixels are shared, and of
-/// several changes only the newest waits. The copy goes when the photo is saved and with this object; it stays when
-/// the program ends while the photo is unsaved, and is then brought up to date first.
+/// several changes only the newest waits. The copy is removed when the photo is saved and with this object; it stays
+/// when the program ends while the photo is unsaved, and is then brought up to date first.
 class Recovery : public QObject {
     Q_OBJECT
 
@@ -56,7 +56,7 @@ class Recovery : public QObject {
 
     // The thread's while it is busy, this object's otherwise.
     std::unique_ptr<RecoveryFolder> m_folder;
-    qint64 m_keptKey = 0; ///< of the picture whose copy stands
+    qint64 m_keptKey = 0; ///< of the picture whose copy is written
     std::jthread m_thread;
 };
 

@@ -1,6 +1,6 @@
 #include "document/RecoveryCopy.h"
 
-#include "document/PackedPicture.h"
+#include "document/CompressedPicture.h"
 #include "imaging/Picture.h"
 
 #include <QCryptographicHash>
@@ -61,7 +61,7 @@ bool writeRecoveryCopy(int file, const QImage &picture, qint64 limit, const std:
     header.opaque = picture.format() == QImage::Format_RGB32 ? 1 : 0;
     header.checksum = checksumOf(header, picture);
     return ::write(file, &header, sizeof header) == ssize_t{sizeof header} &&
-           writePacked(file, picture, true, limit, stop) >= 0;
+           writeCompressed(file, picture, true, limit, stop) >= 0;
 }
 
 CopyRead readRecoveryCopy(int file, QImage &picture) {
@@ -78,7 +78,8 @@ CopyRead readRecoveryCopy(int file, QImage &picture) {
         }
         char more = 0;
         errno = 0;
-        if (!readPacked(file, target) || ::read(file, &more, 1) != 0 || checksumOf(header, target) != header.checksum) {
+        if (!readCompressed(file, target) || ::read(file, &more, 1) != 0 ||
+            checksumOf(header, target) != header.checksum) {
             return errno == EIO || errno == ESTALE ? CopyRead::NotNow : CopyRead::Damaged;
         }
         picture = target;

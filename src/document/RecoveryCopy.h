@@ -17,7 +17,7 @@ enum class CopyRead {
 bool writeRecoveryCopy(int file, const QImage &picture, qint64 limit, const std::stop_token &stop);
 
 /// Reads what writeRecoveryCopy wrote, to the bit. The size is checked against maxPicturePixels and against the
-/// file's own before memory for pixels is taken. The picture stays as it is unless the answer is Done.
+/// file's own before memory for pixels is taken. The picture is not changed unless the result is Done.
 CopyRead readRecoveryCopy(int file, QImage &picture);
 
 } // namespace lumora

@@ -18,16 +18,16 @@ namespace lumora {
 class RecoveryFolder {
   public:
     explicit RecoveryFolder(const QString &parent);
-    /// Lets go of the lock; a copy stays where it is.
+    /// Releases the lock; a copy stays where it is.
     ~RecoveryFolder();
     RecoveryFolder(const RecoveryFolder &) = delete;
     RecoveryFolder &operator=(const RecoveryFolder &) = delete;
 
-    /// Puts a copy of the picture in the place of the last one, whole or not at all, flushed to the disk. False, and
-    /// the last one stands, when the disk is full (half of what is free is left to others), the folder cannot be made
+    /// Replaces the last copy by one of the picture, whole or not at all, flushed to the disk. False, and
+    /// the last one stays, when the disk is full (half of what is free is left to others), the folder cannot be made
     /// or a stop is asked for.
     bool write(const QImage &picture, const std::stop_token &stop = {});
-    /// Removes the copy and the folder; the next write makes them anew.
+    /// Removes the copy and the folder; the next write makes them again.
     void clear();
 
     /// The newest copy below `parent` that no running program holds, read into `picture`; null when there is none.

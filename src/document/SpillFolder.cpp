@@ -45,7 +45,7 @@ void removeFiles(int folder) {
     }
 }
 
-/// The process that a folder's name says it belongs to, 0 when the name is not one of ours.
+/// The process that a folder's name says it belongs to, 0 when it is no name of a private folder.
 pid_t ownerOf(const std::string &name) {
     const size_t length = std::strlen(namePrefix);
     if (name.compare(0, length, namePrefix) != 0) {
@@ -134,7 +134,7 @@ void SpillFolder::sweep(const QString &parent) {
             continue;
         }
         struct stat status {};
-        // The lock tells of a living program whose process this one cannot see (another container).
+        // The lock belongs to a running program whose process cannot be seen from here (another container).
         if (::fstat(folder, &status) == 0 && status.st_uid == ::geteuid() && ::flock(folder, LOCK_EX | LOCK_NB) == 0) {
             removeFiles(folder);
             ::unlinkat(top, name.c_str(), AT_REMOVEDIR);

@@ -1,5 +1,5 @@
-// The private temporary folder that older undo steps go to. It vanishes with the program; what a crash left behind is
-// swept by the next one that starts.
+// The private temporary folder that older undo steps go to. It is removed when the program ends; what a crash left
+// behind is removed at the next start.
 #pragma once
 
 #include <QString>
@@ -17,7 +17,7 @@ class SpillFolder {
     SpillFolder &operator=(const SpillFolder &) = delete;
 
     /// Descriptor of a new file of that name, for writing; -1 when neither the folder nor the file can be made. The
-    /// caller closes it. A folder that somebody deleted is made anew.
+    /// caller closes it. A folder that somebody deleted is made again.
     int create(const std::string &name);
     /// Descriptor of a file for reading; -1 when it is not there any more.
     int open(const std::string &name) const;
@@ -25,8 +25,8 @@ class SpillFolder {
     /// Bytes that may still be written under the parent folder; 0 when that cannot be found out.
     qint64 freeBytes() const;
 
-    /// Removes the folders of this user's programs that run no longer. Links are never followed; what is not ours or
-    /// holds more than plain files stays.
+    /// Removes the folders of this user's programs that have ended. Links are never followed; what is not Lumora's
+    /// or holds more than plain files stays.
     static void sweep(const QString &parent);
 
   private:
@@ -35,7 +35,7 @@ class SpillFolder {
     const std::string m_parent;
     mutable std::mutex m_mutex;
     std::string m_path;
-    int m_folder = -1; ///< kept open and locked: what a sweep sees as in use
+    int m_folder = -1; ///< kept open and locked: what marks it as in use
 };
 
 } // namespace lumora

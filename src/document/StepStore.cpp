@@ -1,6 +1,6 @@
 #include "document/StepStore.h"
 
-#include "document/PackedPicture.h"
+#include "document/CompressedPicture.h"
 #include "imaging/Picture.h"
 
 #include <algorithm>
@@ -58,7 +58,7 @@ StepStore::Reading StepStore::read(const Pixels &pixels, QImage &picture) const 
     Reading reading = Reading::NoMemory;
     try {
         if (!target.isNull()) {
-            reading = readPacked(file, target) ? Reading::Done : Reading::Lost;
+            reading = readCompressed(file, target) ? Reading::Done : Reading::Lost;
         }
     } catch (const std::bad_alloc &) {
         reading = Reading::NoMemory;
@@ -142,15 +142,15 @@ void StepStore::work(const std::stop_token &stop) {
         }
         m_writing = true;
         const QImage picture = pixels->m_picture;
-        const bool pack = m_queue.empty(); // more is waiting: quick counts
+        const bool compress = m_queue.empty(); // more is waiting: quick counts
         const qint64 limit = m_diskBudget - m_diskBytes;
         const std::string name = "step-" + std::to_string(++m_files);
         lock.unlock();
-        finish(pixels, name, write(name, picture, pack, limit, stop));
+        finish(pixels, name, write(name, picture, compress, limit, stop));
     }
 }
 
-qint64 StepStore::write(const std::string &name, const QImage &picture, bool pack, qint64 limit,
+qint64 StepStore::write(const std::string &name, const QImage &picture, bool compress, qint64 limit,
                         const std::stop_token &stop) {
     const int file = m_folder.create(name);
     if (file < 0) {
@@ -158,7 +158,7 @@ qint64 StepStore::write(const std::string &name, const QImage &picture, bool pac
     }
     qint64 written = -1;
     try {
-        written = writePacked(file, picture, pack, limit, stop);
+        written = writeCompressed(file, picture, compress, limit, stop);
     } catch (const std::bad_alloc &) {
         written = -1; // as if the disk were full
     }

@@ -1,4 +1,4 @@
-// Where the pixels of undo steps live: in memory, and beyond a budget in temporary files that one background thread
+// Where the pixels of undo steps are kept: in memory, and beyond a budget in temporary files that one background thread
 // writes. Used by PhotoHistory only, from the user-interface thread.
 #pragma once
 
@@ -16,7 +16,7 @@ namespace lumora {
 
 class StepStore;
 
-/// The pixels of one step, kept by a StepStore, which must outlive them. Gone with the last pointer.
+/// The pixels of one step, kept by a StepStore, which must outlive them. Freed with the last pointer.
 struct StoredPixels {
     explicit StoredPixels(StepStore &owner, const QImage &pixels);
     ~StoredPixels();
@@ -42,7 +42,7 @@ class StepStore {
     using Pixels = std::shared_ptr<StoredPixels>;
     enum class Reading { Done, Lost, NoMemory };
 
-    /// Budgets in bytes; a negative disk budget stands for the smaller of 8 GB and half of what is free.
+    /// Budgets in bytes; a negative disk budget means the smaller of 8 GB and half of what is free.
     StepStore(qint64 memoryBudget, qint64 diskBudget, const QString &parentFolder);
     ~StepStore();
     StepStore(const StepStore &) = delete;
@@ -50,7 +50,7 @@ class StepStore {
 
     /// Takes a picture in; the pixels are shared, not copied.
     Pixels keep(const QImage &picture) { return std::make_shared<StoredPixels>(*this, picture); }
-    /// Gives the pixels back, from the file when they are no longer in memory. Lost: the file is gone or broken.
+    /// Returns the pixels, from the file when they are no longer in memory. Lost: the file is missing or damaged.
     Reading read(const Pixels &pixels, QImage &picture) const;
 
     /// Has the thread write these pixels to the disk; until that is done they stay in memory.
@@ -69,7 +69,8 @@ class StepStore {
   private:
     friend struct StoredPixels;
     void work(const std::stop_token &stop);
-    qint64 write(const std::string &name, const QImage &picture, bool pack, qint64 limit, const std::stop_token &stop);
+    qint64 write(const std::string &name, const QImage &picture, bool compress, qint64 limit,
+                 const std::stop_token &stop);
     void finish(const Pixels &pixels, const std::string &name, qint64 written);
 
     const qint64 m_memoryBudget;
@@ -83,12 +84,12 @@ class StepStore {
     std::vector<std::weak_ptr<StoredPixels>> m_refused;
     bool m_writing = false;
     bool m_failed = false;
-    quint64 m_finished = 0; ///< pictures that the thread is done with
+    quint64 m_finished = 0; ///< pictures that the thread has finished
     quint64 m_files = 0;    ///< files named so far
     qint64 m_memoryBytes = 0;
     int m_inMemory = 0;
     qint64 m_diskBytes = 0;
-    std::jthread m_thread; ///< last: it starts when everything above stands and is joined first
+    std::jthread m_thread; ///< last: it starts when everything above is constructed and is joined first
 };
 
 } // namespace lumora

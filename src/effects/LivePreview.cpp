@@ -87,7 +87,7 @@ void LivePreview::clear() {
     m_operation.reset();
     m_timer.stop();
     m_stale = false;
-    m_view.clearStandIn();
+    m_view.clearPreview();
 }
 
 void LivePreview::schedule() {
@@ -108,7 +108,7 @@ std::optional<LivePreview::Job> LivePreview::makeJob() const {
     if (visible.isEmpty()) {
         return std::nullopt;
     }
-    const PhotoLevels::Level level = m_view.visibleLevel();
+    const MipLevels::Level level = m_view.visibleLevel();
     Job job{*m_operation, level.picture, level.factor, level.factor, {}, limited, m_ctx.photo.selection()};
     if (m_operation->atFullSize) {
         job.picture = m_ctx.photo.picCanvas();
@@ -126,7 +126,7 @@ std::optional<LivePreview::Job> LivePreview::makeJob() const {
 void LivePreview::start() {
     const std::optional<Job> job = makeJob();
     if (!job) {
-        m_view.clearStandIn();
+        m_view.clearPreview();
         return;
     }
     m_busy = true;
@@ -167,7 +167,7 @@ QImage LivePreview::compute(const Job &job) {
 void LivePreview::finished(int generation, const QImage &picture, const QRect &part, qint64 milliseconds) {
     m_busy = false;
     if (generation == m_generation) {
-        m_view.showStandIn(picture, part);
+        m_view.showPreview(picture, part);
         Q_EMIT shown(milliseconds);
     } else {
         m_stale = m_operation.has_value();

@@ -21,14 +21,14 @@ constexpr int margin = 16;
 constexpr int mostColumns = 8;
 constexpr int greetingPicture = 72;
 
-QWidget *greeting(QWidget *parent) {
+QWidget *greeting(const Texts &texts, QWidget *parent) {
     auto *box = new QWidget(parent);
     auto *row = new QHBoxLayout(box);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(16);
     auto *picture = new QLabel(box);
     picture->setPixmap(iconPixmap("lumora", greetingPicture, parent->devicePixelRatioF()));
-    auto *words = new QLabel(guideHtml("index.html"), box);
+    auto *words = new QLabel(guideHtml(guideLanguage(texts), "index.html"), box);
     words->setObjectName("lblGreeting");
     words->setWordWrap(true);
     row->addWidget(picture);
@@ -38,7 +38,7 @@ QWidget *greeting(QWidget *parent) {
 
 } // namespace
 
-GuideContents::GuideContents(QWidget *parent) : QScrollArea(parent), m_sheet(new QWidget) {
+GuideContents::GuideContents(const Texts &texts, QWidget *parent) : QScrollArea(parent), m_sheet(new QWidget) {
     setObjectName("GuideContents");
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
@@ -48,21 +48,22 @@ GuideContents::GuideContents(QWidget *parent) : QScrollArea(parent), m_sheet(new
     viewport()->setBackgroundRole(QPalette::Base);
     setWidget(m_sheet);
     m_sheet->setAutoFillBackground(true);
-    m_greeting = greeting(m_sheet);
-    addPages();
+    m_greeting = greeting(texts, m_sheet);
+    addPages(texts);
 }
 
-void GuideContents::addPages() {
+void GuideContents::addPages(const Texts &texts) {
     for (const GuidePage &page : guidePages()) {
         if (page.heading[0] != '\0') {
-            auto *heading = new QLabel(QString("<h3>%1</h3>").arg(page.heading), m_sheet);
+            auto *heading = new QLabel("<h3>" + guideTitle(texts, page.heading).toHtmlEscaped() + "</h3>", m_sheet);
             m_groups << Group{heading, {}};
         }
         auto *button = new PictureButton(page.icon, PictureButton::CaptionPlace::Below, m_sheet);
         button->setLook(PictureButton::Look::Raised);
         button->setPictureSize(tilePicture);
-        button->setText(page.title);
-        button->setAccessibleName(page.title);
+        const QString title = guideTitle(texts, page.title);
+        button->setText(QString(title).replace("&", "&&"));
+        button->setAccessibleName(title);
         button->installEventFilter(this);
         const QString file = page.file;
         button->setProperty("key", file);

@@ -8,12 +8,13 @@ class QLabel;
 namespace lumora {
 
 class PictureButton;
+class Texts;
 
 class GuideContents : public QScrollArea {
     Q_OBJECT
 
   public:
-    explicit GuideContents(QWidget *parent);
+    GuideContents(const Texts &texts, QWidget *parent);
 
     /// The keyboard goes to the first picture.
     void takeFocus();
@@ -23,11 +24,11 @@ class GuideContents : public QScrollArea {
 
   protected:
     void resizeEvent(QResizeEvent *event) override;
-    /// The arrow keys go from picture to picture as they lie.
+    /// The arrow keys go from picture to picture as they are arranged.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
-    void addPages();
+    void addPages(const Texts &texts);
     void placeAll();
     PictureButton *neighbour(const PictureButton &from, int key) const;
 

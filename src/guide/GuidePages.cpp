@@ -1,5 +1,7 @@
 #include "guide/GuidePages.h"
 
+#include "base/Texts.h"
+
 #include <QFile>
 #include <algorithm>
 
@@ -8,39 +10,44 @@ namespace lumora {
 namespace {
 
 const GuidePage pages[] = {
-    {"first-steps.html", "First steps", "hand", "Begin"},
+    {"first-steps.html", "GuideFirstSteps", "hand", "GuideBegin"},
     {"open.html", "Open", "open", ""},
     {"save.html", "Save", "save", ""},
     // Scanning and printing have their place here, as in the command row.
-    {"zoom.html", "Zoom", "setzoom", ""},
-    {"undo.html", "Undo and redo", "undo", ""},
+    {"zoom.html", "GuideZoom", "setzoom", ""},
+    {"undo.html", "GuideUndo", "undo", ""},
     // E-mail.
-    {"copy.html", "Copy and paste", "copy", ""},
+    {"copy.html", "GuideCopy", "copy", ""},
     // The slideshow.
     {"ideas.html", "Ideas", "ideas", ""},
-    {"pop-art.html", "Pop-art", "pop-art", ""},
+    {"pop-art.html", "IdeaPopArtName", "pop-art", ""},
     {"help.html", "Help", "help", ""},
     {"exit.html", "Exit", "exit", ""},
 
-    {"arrow.html", "Arrow Tool", "tool1", "Tools"},
-    {"selection.html", "Selection", "tool2", ""},
-    {"crop.html", "Crop", "tool3", ""},
-    {"resize.html", "Resize", "tool4", ""},
-    {"rotate.html", "Rotate", "tool5", ""},
-    {"red-eye.html", "Remove Red Eye", "tool6", ""},
-    {"frames.html", "Frames", "tool7", ""},
-    {"basic-effects.html", "Basic Effects", "tool8", ""},
-    {"adjust.html", "Adjust Brightness/Contrast", "tool9", ""},
-    {"special-effects.html", "Special Effects", "tool10", ""},
-    {"colour-focus.html", "Colour Focus", "tool11", ""},
-    {"cut-out.html", "Cut out", "cropcut", ""},
+    {"arrow.html", "Tool1", "tool1", "GuideTools"},
+    {"selection.html", "Tool2", "tool2", ""},
+    {"crop.html", "Tool3", "tool3", ""},
+    {"resize.html", "Tool4", "tool4", ""},
+    {"rotate.html", "Tool5", "tool5", ""},
+    {"red-eye.html", "Tool6", "tool6", ""},
+    {"frames.html", "Tool7", "tool7", ""},
+    {"basic-effects.html", "Tool8", "tool8", ""},
+    {"adjust.html", "Tool9", "tool9", ""},
+    {"special-effects.html", "Tool10", "tool10", ""},
+    {"colour-focus.html", "Tool11", "tool11", ""},
+    {"cut-out.html", "BtnCutout", "cropcut", ""},
 
-    {"grownups.html", "For grown-ups", "simple-mode", "For grown-ups"},
-    {"options.html", "Options", "options", ""},
-    {"settings.html", "Settings file", "options-general", ""},
-    {"languages.html", "Languages", "options-miscellaneous", ""},
-    {"keys.html", "Keys", "advanced-mode", ""},
+    {"grownups.html", "GuideGrownUps", "simple-mode", "GuideGrownUps"},
+    {"options.html", "DlgOptionsTitle", "options", ""},
+    {"settings.html", "GuideSettings", "options-general", ""},
+    {"languages.html", "GuideLanguages", "options-miscellaneous", ""},
+    {"keys.html", "GuideKeys", "advanced-mode", ""},
 };
+
+QString contentsOf(const QString &file) {
+    QFile in(":/guide/" + file);
+    return in.open(QIODevice::ReadOnly) ? QString::fromUtf8(in.readAll()) : QString();
+}
 
 } // namespace
 
@@ -54,9 +61,21 @@ const GuidePage *guidePage(const QString &file) {
     return row == std::end(pages) ? nullptr : row;
 }
 
-QString guideHtml(const QString &file) {
-    QFile in(":/guide/" + file);
-    return in.open(QIODevice::ReadOnly) ? QString::fromUtf8(in.readAll()) : QString();
+QString guideTitle(const Texts &texts, const char *identifier) {
+    return texts.text(identifier).replace("&&", "&");
+}
+
+QString guideLanguage(const Texts &texts) {
+    return texts.text("GuideLanguage");
+}
+
+QString guideHtml(const QString &language, const QString &file) {
+    const QString html = contentsOf(language + '/' + file);
+    return html.isEmpty() ? contentsOf("en/" + file) : html;
+}
+
+QString guideStyle() {
+    return contentsOf("guide.css");
 }
 
 } // namespace lumora

@@ -16,9 +16,9 @@ namespace {
 constexpr int usualIcon = 48; // pixels
 constexpr qreal corner = 10;
 
-/// Pages point at pictures from their own folder.
+/// Pages point at pictures from their own folder, which is as deep in every language.
 QString pathOf(const QTextFormat &format) {
-    return QDir::cleanPath(":/guide/" + format.toImageFormat().name());
+    return QDir::cleanPath(":/guide/en/" + format.toImageFormat().name());
 }
 
 bool isDrawing(const QString &path) {

@@ -17,16 +17,16 @@ constexpr int widestText = 780;    // pixels
 constexpr int documentMargin = 28; // pixels
 } // namespace
 
-GuideReader::GuideReader(QWidget *parent) : QTextBrowser(parent) {
+GuideReader::GuideReader(const Texts &texts, QWidget *parent) : QTextBrowser(parent), m_texts(texts) {
     setOpenLinks(false);
     setStyleSheet(QString("QTextBrowser { background: %1; border: none; padding: 0px; }").arg(colours::paper.name()));
     document()->setDocumentMargin(documentMargin);
-    document()->setDefaultStyleSheet(guideHtml("guide.css"));
+    document()->setDefaultStyleSheet(guideStyle());
     document()->documentLayout()->registerHandler(QTextFormat::ImageObject, new GuidePictures(this));
 }
 
 void GuideReader::showPage(const QString &file, const QStringList &words) {
-    setHtml(guideHtml(file));
+    setHtml(guideHtml(guideLanguage(m_texts), file));
     moveCursor(QTextCursor::Start);
     verticalScrollBar()->setValue(0); // above the margin too
     mark(words);

@@ -5,15 +5,17 @@
 
 namespace lumora {
 
+class Texts;
+
 /// The text keeps a width that reads well however wide the window is.
 class GuideReader : public QTextBrowser {
     Q_OBJECT
 
   public:
-    explicit GuideReader(QWidget *parent);
+    GuideReader(const Texts &texts, QWidget *parent);
 
-    /// Shows ":/guide/FILE" and marks the words that begin like one of `words` (folded for searching); goes to the
-    /// first of them. A link that is clicked is told as anchorClicked.
+    /// Shows that page of the guide and marks the words that begin like one of `words` (folded for searching); goes to
+    /// the first of them. A click on a link emits anchorClicked.
     void showPage(const QString &file, const QStringList &words);
 
   protected:
@@ -21,6 +23,8 @@ class GuideReader : public QTextBrowser {
 
   private:
     void mark(const QStringList &words);
+
+    const Texts &m_texts;
 };
 
 } // namespace lumora

@@ -63,7 +63,7 @@ class RowPainter : public QStyledItemDelegate {
 
 } // namespace
 
-GuideResults::GuideResults(QWidget *parent) : QListWidget(parent) {
+GuideResults::GuideResults(const Texts &texts, QWidget *parent) : QListWidget(parent), m_texts(texts) {
     setObjectName("lstGuideFound");
     setItemDelegate(new RowPainter(this));
     setVerticalScrollMode(ScrollPerPixel);
@@ -76,7 +76,7 @@ void GuideResults::show(const QList<GuideSearch::Hit> &hits) {
     clear();
     for (const GuideSearch::Hit &hit : hits) {
         const GuidePage *page = guidePage(hit.file);
-        auto *row = new QListWidgetItem(page->title, this);
+        auto *row = new QListWidgetItem(guideTitle(m_texts, page->title), this);
         row->setData(fileRole, hit.file);
         row->setData(wordsRole, hit.words);
         row->setData(iconRole, page->icon);
@@ -94,7 +94,7 @@ void GuideResults::choose() {
 
 void GuideResults::resizeEvent(QResizeEvent *event) {
     QListWidget::resizeEvent(event);
-    scheduleDelayedItemsLayout(); // sentences wrap anew
+    scheduleDelayedItemsLayout(); // sentences wrap again
 }
 
 void GuideResults::keyPressEvent(QKeyEvent *event) {

@@ -12,7 +12,7 @@ class GuideResults : public QListWidget {
     Q_OBJECT
 
   public:
-    explicit GuideResults(QWidget *parent);
+    GuideResults(const Texts &texts, QWidget *parent);
 
     void show(const QList<GuideSearch::Hit> &hits);
     /// Chooses the current row, the first where none is current. Nothing in an empty list.
@@ -25,6 +25,9 @@ class GuideResults : public QListWidget {
   protected:
     void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+
+  private:
+    const Texts &m_texts;
 };
 
 } // namespace lumora

@@ -20,10 +20,6 @@ constexpr int mostInText = 5;       // occurrences that count
 constexpr int sentenceLength = 170; // characters
 constexpr int leastForLikes = 4;    // letters of a word that may be a slip
 
-const char *const littleWords[] = {"get", "make", "picture", "photo", "put", "want", "a",  "an",   "and",  "can",
-                                   "do",  "does", "for",     "how",   "i",   "in",   "is", "it",   "me",   "my",
-                                   "of",  "on",   "or",      "the",   "to",  "up",   "we", "what", "with", "you"};
-
 bool isWordCharacter(QChar character) {
     return character.isLetterOrNumber();
 }
@@ -33,17 +29,18 @@ QStringList wordsOf(const QString &folded) {
     return folded.split(others, Qt::SkipEmptyParts);
 }
 
-bool isLittle(const QString &word) {
-    return std::any_of(std::begin(littleWords), std::end(littleWords),
-                       [&](const char *one) { return word == QLatin1String(one); });
-}
-
 int countOf(const QString &text, const QString &word) {
     int count = 0;
     for (qsizetype at = findWord(text, word); at >= 0; at = findWord(text, word, at + 1)) {
         ++count;
     }
     return count;
+}
+
+/// What a page's <meta name="NAME" content="..."> holds; empty where there is none.
+QString metaOf(const QString &html, const QString &name) {
+    const QRegularExpression meta("<meta name=\"" + name + "\" content=\"([^\"]*)\"");
+    return meta.match(html).captured(1);
 }
 
 /// How many letters have to be put in, left out or replaced to make one word of the other (Levenshtein's distance),
@@ -126,7 +123,7 @@ qsizetype findWord(const QString &text, const QString &folded, qsizetype from) {
     return at;
 }
 
-GuideSearch::GuideSearch(const QList<Page> &pages) {
+GuideSearch::GuideSearch(const QList<Page> &pages, const QStringList &littleWords) : m_littleWords(littleWords) {
     QSet<QString> vocabulary;
     for (const Page &page : pages) {
         m_entries << Entry{page, foldedForSearch(page.title), foldedForSearch(page.keywords),
@@ -141,17 +138,22 @@ GuideSearch::GuideSearch(const QList<Page> &pages) {
     m_vocabulary.sort();
 }
 
-GuideSearch GuideSearch::overGuide() {
-    static const QRegularExpression keywords(R"re(<meta name="keywords" content="([^"]*)")re");
+GuideSearch GuideSearch::overGuide(const Texts &texts) {
+    const QString language = guideLanguage(texts);
     QList<Page> pages;
     for (const GuidePage &row : guidePages()) {
-        const QString html = guideHtml(row.file);
+        const QString html = guideHtml(language, row.file);
         QTextDocument document;
         document.setHtml(html);
         const QString text = document.toPlainText().remove(QChar::ObjectReplacementCharacter);
-        pages << Page{row.file, row.title, keywords.match(html).captured(1), text};
+        pages << Page{row.file, guideTitle(texts, row.title), metaOf(html, "keywords"), text};
     }
-    return GuideSearch(pages);
+    // English ones too: a question may be about a page that exists in English only.
+    QStringList littleWords;
+    for (const QString &spoken : {language, QString("en")}) {
+        littleWords << wordsOf(foldedForSearch(metaOf(guideHtml(spoken, "index.html"), "littlewords")));
+    }
+    return GuideSearch(pages, littleWords);
 }
 
 QStringList GuideSearch::meant(const QString &word) const {
@@ -193,7 +195,7 @@ GuideSearch::Hit GuideSearch::hitOn(const Entry &entry, const QStringList &words
         const QString sentence = entry.text.mid(begin, length);
         const int found = static_cast<int>(std::count_if(
             words.begin(), words.end(), [&](const QString &word) { return findWord(sentence, word) >= 0; }));
-        // The title is above the sentence already.
+        // The title is shown above the sentence already.
         if (found > most && text.mid(begin, length).trimmed() != entry.page.title) {
             most = found;
             best = {begin, length};
@@ -205,7 +207,7 @@ GuideSearch::Hit GuideSearch::hitOn(const Entry &entry, const QStringList &words
 QList<GuideSearch::Hit> GuideSearch::find(const QString &question) const {
     QStringList asked = wordsOf(foldedForSearch(question));
     const QStringList all = asked;
-    asked.removeIf(isLittle);
+    asked.removeIf([this](const QString &word) { return m_littleWords.contains(word); });
     asked = asked.isEmpty() ? all : asked;
     struct Found {
         const Entry *entry;

@@ -1,4 +1,4 @@
-// Finds the pages of the user guide that speak of something. GuideWindow asks it; it knows no window.
+// Full-text search over the pages of the user guide. Used by GuideWindow; knows nothing of windows.
 #pragma once
 
 #include <QList>
@@ -6,6 +6,8 @@
 #include <QStringList>
 
 namespace lumora {
+
+class Texts;
 
 /// The text without accents and in small letters, each character at its old place: "Größe" becomes "große".
 QString foldedForSearch(const QString &text);
@@ -27,14 +29,15 @@ class GuideSearch {
         QStringList words; ///< the beginnings of words, folded, by which the page was found
     };
 
-    explicit GuideSearch(const QList<Page> &pages);
-    /// Over the whole guide.
-    static GuideSearch overGuide();
+    /// `littleWords`, folded, do not count beside others.
+    explicit GuideSearch(const QList<Page> &pages, const QStringList &littleWords = {});
+    /// Over the whole guide in the language of those texts.
+    static GuideSearch overGuide(const Texts &texts);
 
-    /// The pages on which most of the words of the question stand, the best first: a word in the title counts most, a
+    /// The pages that contain most of the words of the question, the best first: a word in the title counts most, a
     /// keyword more than one in the text. Words count from their beginning ("rot" finds "rotate"), without regard to
-    /// capitals and accents; one that no page has is taken for a slip of the keyboard and stands for its likes. Little
-    /// words such as "how" do not count beside others. Nothing for a question without a letter or digit.
+    /// capitals and accents; one that no page has counts as a typing error for the words most like it. Little
+    /// words ("how") do not count beside others. Nothing for a question without a letter or digit.
     QList<Hit> find(const QString &question) const;
 
   private:
@@ -42,12 +45,13 @@ class GuideSearch {
         Page page;
         QString title, keywords, text; ///< folded
     };
-    /// What to look for in place of a word: itself where it stands anywhere, else its likes.
+    /// What to look for in place of a word: itself where any page has it, else the words most like it.
     QStringList meant(const QString &word) const;
     static int score(const Entry &entry, const QStringList &alternatives);
     static Hit hitOn(const Entry &entry, const QStringList &words);
 
     QList<Entry> m_entries;
+    QStringList m_littleWords;
     QStringList m_vocabulary;
 };
 

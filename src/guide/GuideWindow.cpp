@@ -24,12 +24,13 @@ namespace lumora {
 
 GuideWindow::GuideWindow(AppContext &context, QWidget *owner)
     : QWidget(owner, Qt::Window), m_context(context),
-      cmdBack(button("cmdBack", "left", context.texts.text("GuideBack", "Back"))),
-      cmdForward(button("cmdForward", "right", context.texts.text("GuideForward", "Forward"))),
-      cmdHome(button("cmdHome", "guide", context.texts.text("GuideHome", "First Page"))),
-      cmdClose(button("cmdClose", "close", context.texts.text("GuideClose", "Close"))), txtSearch(new QLineEdit(this)),
-      m_sheets(new QStackedWidget(this)), m_contents(new GuideContents(this)), txtGuide(new GuideReader(this)),
-      m_results(new GuideResults(this)), lblNothing(new QLabel(this)) {
+      cmdBack(button("cmdBack", "left", context.texts.text("GuideBack"))),
+      cmdForward(button("cmdForward", "right", context.texts.text("GuideForward"))),
+      cmdHome(button("cmdHome", "guide", context.texts.text("GuideHome"))),
+      cmdClose(button("cmdClose", "close", context.texts.text("GuideClose"))), txtSearch(new QLineEdit(this)),
+      m_sheets(new QStackedWidget(this)), m_contents(new GuideContents(context.texts, this)),
+      txtGuide(new GuideReader(context.texts, this)), m_results(new GuideResults(context.texts, this)),
+      lblNothing(new QLabel(this)) {
     setObjectName("GuideWindow");
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(context.texts.text("ApplicationName") + " - " + context.texts.text("DlgHelpTitle"));
@@ -53,7 +54,7 @@ GuideWindow::GuideWindow(AppContext &context, QWidget *owner)
 void GuideWindow::build() {
     txtGuide->setObjectName("txtGuide");
     txtGuide->setAccessibleName(m_context.texts.text("DlgHelpTitle"));
-    const QString find = m_context.texts.text("GuideSearch", "Search");
+    const QString find = m_context.texts.text("GuideSearch");
     txtSearch->setObjectName("txtSearch");
     txtSearch->setPlaceholderText(find);
     txtSearch->setAccessibleName(find);
@@ -156,12 +157,11 @@ void GuideWindow::search(const QString &question) {
 
 void GuideWindow::showFound(const QString &question) {
     if (!m_search) {
-        m_search = GuideSearch::overGuide();
+        m_search = GuideSearch::overGuide(m_context.texts);
     }
     const QList<GuideSearch::Hit> hits = m_search->find(question);
     m_results->show(hits);
-    const QString nothing = m_context.texts.text("GuideNothing", "\"%1\" is not in this guide. Try another word, or "
-                                                                 "look at the pictures on the first page.");
+    const QString nothing = m_context.texts.text("GuideNothing");
     lblNothing->setText("<p style=\"font-size: 15pt\">" + nothing.arg(question.trimmed()).toHtmlEscaped() + "</p>");
     m_sheets->setCurrentWidget(hits.isEmpty() ? static_cast<QWidget *>(lblNothing) : m_results);
 }

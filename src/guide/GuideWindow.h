@@ -38,7 +38,7 @@ class GuideWindow : public QWidget {
     /// Where the reader was: a page (found by words, perhaps), a search, or the contents.
     struct Place {
         QString page;      ///< its file; empty for a search and the contents
-        QString question;  ///< what stands in the search field
+        QString question;  ///< what is in the search field
         QStringList words; ///< marked on the page
         int scrolled = 0;  ///< of a page, in pixels
         bool isSearch() const { return page.isEmpty() && !question.isEmpty(); }

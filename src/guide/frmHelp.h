@@ -18,7 +18,7 @@ class frmHelp : public BorderlessDialog {
   public:
     frmHelp(AppContext &context, QWidget *owner);
 
-    /// Shows it modally over its owner; it goes when it is answered.
+    /// Shows it modally over its owner; it is deleted when it is answered.
     static void showModal(AppContext &context, QWidget *owner);
     void LoadLanguage();
 

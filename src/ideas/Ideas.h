@@ -1,5 +1,5 @@
 // The projects that the ideas window shows: one row an idea. Its finished pictures are ":/ideas/ID-1.jpg" and on, made
-// by tools/ideas/make.sh.
+// by content/ideas/make.sh.
 #pragma once
 
 #include <QString>
@@ -11,7 +11,7 @@ namespace lumora {
 struct MainFields;
 struct ToolFlags;
 
-/// How the finished pictures of a project lie on the paper.
+/// How the finished pictures of a project are arranged on the paper.
 enum class IdeaLayout {
     Single,  ///< one picture
     Pieces,  ///< one, cut along its tiles, five by five

@@ -24,7 +24,7 @@ class frmSamples : public BorderlessDialog {
   public:
     frmSamples(AppContext &context, QWidget *owner);
 
-    /// Shows it modally over its owner; it goes when it is closed.
+    /// Shows it modally over its owner; it is deleted when it is closed.
     static frmSamples *showModal(AppContext &context, QWidget *owner);
     void LoadLanguage();
 

@@ -1,4 +1,4 @@
-// What lies under and round the photo: the hatched table, the photo's shadow and border, the checkerboard under its
+// What is under and round the photo: the hatched table, the photo's shadow and border, the checkerboard under its
 // transparent parts.
 #pragma once
 

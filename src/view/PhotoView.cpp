@@ -77,7 +77,7 @@ void PhotoView::followDocument(PhotoChanges what) {
     const Anchor anchor = other ? photoCentre() : m_anchor.value_or(centre());
     m_anchor.reset();
     if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Loaded)) {
-        m_standIn = QImage(); // it was made from another picture
+        m_preview = QImage(); // it was made from another picture
     }
     if (other || what.testFlag(PhotoChange::Zoom)) {
         layOut(anchor);
@@ -119,21 +119,21 @@ QRect PhotoView::visiblePart() const {
     return inPicture.toAlignedRect().intersected(m_document.picCanvas().rect());
 }
 
-PhotoLevels::Level PhotoView::visibleLevel() {
+MipLevels::Level PhotoView::visibleLevel() {
     return m_levels.forScale(m_document.picCanvas(), m_scale);
 }
 
-void PhotoView::showStandIn(const QImage &picture, const QRect &part) {
-    if (picture.isNull() && m_standIn.isNull()) {
+void PhotoView::showPreview(const QImage &picture, const QRect &part) {
+    if (picture.isNull() && m_preview.isNull()) {
         return;
     }
-    m_standIn = part.isEmpty() ? QImage() : picture;
-    m_standInPart = part;
+    m_preview = part.isEmpty() ? QImage() : picture;
+    m_previewPart = part;
     viewport()->update();
 }
 
-void PhotoView::clearStandIn() {
-    showStandIn({}, {});
+void PhotoView::clearPreview() {
+    showPreview({}, {});
 }
 
 void PhotoView::setPhotoHidden(bool hidden) {
@@ -184,7 +184,7 @@ bool PhotoView::event(QEvent *event) {
     if (event->type() != QEvent::ShortcutOverride) {
         return QAbstractScrollArea::event(event);
     }
-    event->ignore(); // what nobody wants goes on to the shortcuts
+    event->ignore(); // what no tool uses is left to the shortcuts
     Q_EMIT key(*static_cast<QKeyEvent *>(event));
     return event->isAccepted();
 }
@@ -210,7 +210,7 @@ void PhotoView::paintEvent(QPaintEvent *event) {
         m_table.paintTable(painter, exposed, photo, QPointF(m_origin) / devicePixelRatioF(), devicePixelRatioF());
         if (!m_photoHidden) {
             paintPhoto(painter, exposed);
-            paintStandIn(painter, exposed);
+            paintPreview(painter, exposed);
         }
     }
     Q_EMIT paintOverlay(painter);
@@ -232,28 +232,28 @@ Sampling PhotoView::sampling() const {
 void PhotoView::paintPhoto(QPainter &painter, const QRect &exposed) {
     const QRect part = inDevice(exposed);
     if (!part.isEmpty()) {
-        const PhotoLevels::Level level = m_levels.forScale(m_document.picCanvas(), m_scale);
+        const MipLevels::Level level = m_levels.forScale(m_document.picCanvas(), m_scale);
         paintPixels(painter, sampled(level.picture, m_scale * level.factor, part, sampling()), part);
     }
 }
 
-/// Pixel for pixel what paintPhoto would paint were the stand-in a part of the photo or of one of its reduced copies.
-void PhotoView::paintStandIn(QPainter &painter, const QRect &exposed) {
-    if (m_standIn.isNull()) {
+/// Pixel for pixel what paintPhoto would paint were the preview a part of the photo or of one of its reduced copies.
+void PhotoView::paintPreview(QPainter &painter, const QRect &exposed) {
+    if (m_preview.isNull()) {
         return;
     }
     const auto edge = [this](int pixel) { return toInt(std::round(pixel * m_scale)); };
-    const QPoint first(edge(m_standInPart.left()), edge(m_standInPart.top()));
-    const QPoint end(edge(m_standInPart.left() + m_standInPart.width()),
-                     edge(m_standInPart.top() + m_standInPart.height()));
+    const QPoint first(edge(m_previewPart.left()), edge(m_previewPart.top()));
+    const QPoint end(edge(m_previewPart.left() + m_previewPart.width()),
+                     edge(m_previewPart.top() + m_previewPart.height()));
     const QRect part = inDevice(exposed).intersected(QRect(first, end - QPoint(1, 1)));
     if (part.isEmpty()) {
         return;
     }
-    const double factorX = double(m_standInPart.width()) / m_standIn.width(); // photo pixels to one of the stand-in
-    const double factorY = double(m_standInPart.height()) / m_standIn.height();
-    const QPointF origin(m_standInPart.left() / factorX, m_standInPart.top() / factorY);
-    paintPixels(painter, sampled(m_standIn, {m_scale * factorX, m_scale * factorY}, origin, part, sampling()), part);
+    const double factorX = double(m_previewPart.width()) / m_preview.width(); // photo pixels to one of the preview
+    const double factorY = double(m_previewPart.height()) / m_preview.height();
+    const QPointF origin(m_previewPart.left() / factorX, m_previewPart.top() / factorY);
+    paintPixels(painter, sampled(m_preview, {m_scale * factorX, m_scale * factorY}, origin, part, sampling()), part);
 }
 
 /// `part` counts device pixels from the photo's top left corner.
@@ -306,7 +306,7 @@ bool PhotoView::pinch(QGestureEvent &event) {
     if (gesture->state() == Qt::GestureStarted) {
         m_gestureZoom = m_document.zoom();
     }
-    // What lay between the fingers stays between them, also when they wander.
+    // The point between the fingers stays between them, also when they move.
     const bool moved = gesture->state() != Qt::GestureStarted;
     const QPointF before = moved ? gesture->lastCenterPoint() : gesture->centerPoint();
     m_anchor = Anchor{toPicture(viewport()->mapFromGlobal(before)), viewport()->mapFromGlobal(gesture->centerPoint())};

@@ -1,9 +1,9 @@
-// The photo on its table, as the main window shows it: paints what is exposed, scrolls, zooms and pans, and tells tools
-// of the pointer in picture pixels.
+// The photo on its table, as the main window shows it: paints what is exposed, scrolls, zooms and pans, and passes the
+// pointer to tools in picture pixels.
 #pragma once
 
 #include "document/PhotoDocument.h"
-#include "view/PhotoLevels.h"
+#include "view/MipLevels.h"
 #include "view/PhotoTable.h"
 
 #include <QAbstractScrollArea>
@@ -53,15 +53,15 @@ class PhotoView : public QAbstractScrollArea {
     /// The photo's pixels that are in view, cut to the photo, and the picture (the photo or a reduced copy of it) that
     /// the view paints them from.
     QRect visiblePart() const;
-    PhotoLevels::Level visibleLevel();
-    /// Paints `picture` in place of the photo's pixels in `part` (picture pixels; what of it lies outside the photo is
+    MipLevels::Level visibleLevel();
+    /// Paints `picture` in place of the photo's pixels in `part` (picture pixels; what of it is outside the photo is
     /// not painted), stretched to it just as the photo is, until cleared or until the photo itself changes. What a tool
     /// shows of a change that has not been made. A null picture or an empty part clears.
-    void showStandIn(const QImage &picture, const QRect &part);
-    void clearStandIn();
+    void showPreview(const QImage &picture, const QRect &part);
+    void clearPreview();
     /// Leaves the photo itself unpainted, for a tool that draws it in another shape on the overlay.
     void setPhotoHidden(bool hidden);
-    /// The cursor over the table while nobody pans.
+    /// The cursor over the view while the photo is not panned.
     void setToolCursor(const QCursor &cursor);
 
   Q_SIGNALS:
@@ -70,7 +70,7 @@ class PhotoView : public QAbstractScrollArea {
     /// Mouse over the table: what tools listen to.
     void pointer(const lumora::PointerEvent &event);
     /// A key, before the view or a shortcut of the window has it: QEvent::ShortcutOverride asks, QEvent::KeyPress is
-    /// it. Whoever wants the key accepts both.
+    /// it. To use the key, accept both.
     void key(QKeyEvent &event);
     /// After the photo is painted: selections and grids draw on top, in view coordinates.
     void paintOverlay(QPainter &painter);
@@ -105,7 +105,7 @@ class PhotoView : public QAbstractScrollArea {
     QRect inDevice(const QRect &exposed) const;
     Sampling sampling() const;
     void paintPhoto(QPainter &painter, const QRect &exposed);
-    void paintStandIn(QPainter &painter, const QRect &exposed);
+    void paintPreview(QPainter &painter, const QRect &exposed);
     void paintPixels(QPainter &painter, QImage pixels, const QRect &part);
     bool pinch(QGestureEvent &event);
     bool nativeGesture(const QNativeGestureEvent &event);
@@ -115,15 +115,15 @@ class PhotoView : public QAbstractScrollArea {
     void showHand();
 
     PhotoDocument &m_document;
-    PhotoLevels m_levels;
+    MipLevels m_levels;
     PhotoTable m_table;
 
-    QImage m_standIn;
-    QRect m_standInPart; ///< picture pixels
+    QImage m_preview;
+    QRect m_previewPart; ///< picture pixels
     bool m_photoHidden = false;
     QCursor m_toolCursor;
 
-    // How the photo lies now, in device pixels.
+    // Where the photo is shown now, in device pixels.
     double m_scale = 1.0; ///< device pixels to a picture pixel
     QPoint m_origin;      ///< of the photo's top left corner
     QSize m_size;         ///< of the photo at this zoom

@@ -8,8 +8,8 @@
 
 namespace lumora {
 
-/// What is asked last is made first, so that a list that is scrolled fills where the eye is. Not kept: the asker keeps
-/// what it needs.
+/// What is asked last is made first, so that a list that is scrolled first fills what is visible. Not cached: the
+/// caller keeps what it needs.
 class Thumbnails : public QObject {
     Q_OBJECT
 

@@ -1,4 +1,4 @@
-// Lumora's own sign, for windows and the desktop's task bar.
+// Lumora's icon, for windows and the desktop's task bar.
 #pragma once
 
 #include <QIcon>

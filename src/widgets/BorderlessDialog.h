@@ -11,10 +11,10 @@ namespace lumora {
 
 class TitleStrip;
 
-/// Modal when run with exec(). As large as its layout likes and the screen allows; stands centred over its owner, or on
+/// Modal when run with exec(). As large as its layout likes and the screen allows; is centred over its owner, or on
 /// the screen without one, and wholly on the screen. Esc rejects; Enter presses the default button. The title strip
 /// shows the window's title and the other way round. On an X server without a compositor, where a translucent window
-/// would be black, the shadow gives way to a line.
+/// would be black, a line replaces the shadow.
 class BorderlessDialog : public QDialog {
     Q_OBJECT
 

@@ -63,7 +63,7 @@ Bubble::Side Bubble::sideFor(const QRect &target) const {
     if (middle.y() < window.height() / 4) {
         return Side::Top;
     }
-    // A column of buttons at the window's side stays in view when the bubble stands beside it.
+    // A column of buttons at the window's side stays in view when the bubble is beside it.
     if (middle.x() < window.width() / 4) {
         return Side::Left;
     }

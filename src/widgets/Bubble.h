@@ -26,8 +26,8 @@ class Bubble : public QWidget {
     /// Adds a button to the row at the bubble's foot and returns it.
     PictureButton *addButton(const QString &objectName, const QString &iconName);
 
-    /// Shows the bubble with its beak at the middle of one of that widget's edges: below what stands in the window's
-    /// top quarter, beside what stands in its left or right quarter, else above.
+    /// Shows the bubble with its beak at the middle of one of that widget's edges: below what is in the window's
+    /// top quarter, beside what is in its left or right quarter, else above.
     void pointAt(QWidget *target);
 
   protected:

@@ -3,7 +3,7 @@
 
 namespace lumora {
 
-/// True where what lies behind a translucent window shows through it: on Wayland always, on X while a compositing
+/// True where what is behind a translucent window shows through it: on Wayland always, on X while a compositing
 /// manager runs. False on an X server without one (such windows would be black there) and on any other platform.
 bool translucencyWorks();
 

@@ -117,7 +117,7 @@ void FloatingToolbar::showBeside(QWidget *button) {
     const bool rightToLeft = layoutDirection() == Qt::RightToLeft;
     const int start = rightToLeft ? window->width() - beside.left() : beside.right() + 1;
     layOut(qMax(narrowestItem, window->width() - start - 2 * padding - 8));
-    // The panel begins at the button's side; the shadow's margin may lie over the button.
+    // The panel begins at the button's side; the shadow's margin may cover the button.
     int x = rightToLeft ? beside.left() - 4 - width() + shadowMargin : beside.right() + 5 - shadowMargin;
     int y = beside.center().y() - height() / 2;
     x = qBound(-shadowMargin, x, qMax(-shadowMargin, window->width() - width() + shadowMargin));

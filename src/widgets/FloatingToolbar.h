@@ -8,7 +8,7 @@
 
 namespace lumora {
 
-/// A child of the main window, hidden until showBeside(). Items stand in rows, as many beside each other as the width
+/// A child of the main window, hidden until showBeside(). Items are in rows, as many beside each other as the width
 /// and the window allow, the last row as full as the others where it can be. Each item carries its key in the dynamic
 /// property "key". Arrow keys move between items; Esc hides the bar and gives the focus back.
 class FloatingToolbar : public QWidget {
@@ -26,7 +26,7 @@ class FloatingToolbar : public QWidget {
     void setItemPicture(const QString &key, const QPixmap &picture);
     void setItemEnabled(const QString &key, bool enabled);
 
-    /// The width that the bar takes where the window has room for it, in twips; 0 for as wide as its items.
+    /// The width that the bar takes where the window is wide enough, in twips; 0 for as wide as its items.
     void setWidthTwips(int width);
     int widthTwips() const { return m_widthTwips; }
     /// Width and height of the items' pictures in pixels, 64 at first.

@@ -30,7 +30,7 @@ bool isGnomeLike() {
     return desktop.contains("gnome") || desktop.contains("unity") || desktop.contains("pantheon");
 }
 
-/// GNOME keeps its answer in a database of its own; its small program reads it without holding up the start.
+/// GNOME keeps this setting in its own database; its command line program reads it without delaying the start.
 void askGnome(bool &wanted) {
     const QString program = QStandardPaths::findExecutable("gsettings");
     if (program.isEmpty() || !QCoreApplication::instance()) {

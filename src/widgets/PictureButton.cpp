@@ -151,7 +151,7 @@ PictureButton::Places PictureButton::places() const {
         return {QStyle::visualRect(layoutDirection(), rect(), picture),
                 QStyle::visualRect(layoutDirection(), rect(), caption)};
     }
-    // Two lines are kept free below the picture, so that the pictures of a row stand level whatever their captions.
+    // Two lines are kept free below the picture, so that the pictures of a row are level whatever their captions.
     const QRect across = rect().adjusted(captionMargin, padding, -captionMargin, -padding);
     const int lineHeight = fontMetrics().height();
     const int captionHeight = static_cast<int>(captionLines(across.width()).size()) * lineHeight;

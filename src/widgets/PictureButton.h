@@ -16,7 +16,7 @@ class PictureButton : public QAbstractButton {
 
   public:
     enum class CaptionPlace { None, Below, Beside };
-    /// Flat lies on its surface until touched; Raised shows its edges always.
+    /// Flat shows its edges only while touched; Raised shows them always.
     enum class Look { Flat, Raised };
 
     explicit PictureButton(QWidget *parent = nullptr);

@@ -41,7 +41,7 @@ void PictureChoice::paintEvent(QPaintEvent *) {
     const int top = (height() - sizeHint().height()) / 2 + padding;
     painter.drawPixmap((width() - m_pictureSize) / 2, top, picture);
 
-    // Dot and caption stand together in the middle.
+    // Dot and caption are together in the middle.
     const QString caption = plainCaption(text());
     const int dot = style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth);
     const int room = width() - 2 * padding - dot - gap;

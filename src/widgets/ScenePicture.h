@@ -1,4 +1,4 @@
-// A painted scene with rounded corners, for controls to stand on: behind the splash's name, above the launcher's
+// A painted scene with rounded corners, as a background of controls: behind the splash's name, above the launcher's
 // buttons, on the empty table.
 #pragma once
 

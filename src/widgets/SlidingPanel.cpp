@@ -93,7 +93,7 @@ void SlidingPanel::slideOut() {
 
 void SlidingPanel::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    // Only the upper edge shows; the lower corners stand below the panel's own edge.
+    // Only the upper edge shows; the lower corners are below the panel's own edge.
     const QRectF panel = QRectF(rect()).adjusted(0, shadowMargin, 0, panelCorner);
     paintSoftShadow(painter, panel, panelCorner);
     paintPanel(painter, panel, panelCorner);

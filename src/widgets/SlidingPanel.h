@@ -28,8 +28,8 @@ class SlidingPanel : public QWidget {
     PictureButton *closeButton() const { return m_close; }
     /// Where the panel's own controls go.
     QVBoxLayout *body() const { return m_body; }
-    /// The window's part that the panel slides over, in the window's pixels; the panel stands on its lower edge. At
-    /// first the whole window.
+    /// The window's part that the panel slides over, in the window's pixels; the panel is aligned with its lower edge.
+    /// At first the whole window.
     void setArea(const QRect &area);
 
     /// Starts to slide in; a panel that is up stays where it is.

@@ -11,7 +11,7 @@ class StatusLine : public ElidedLabel {
     Q_OBJECT
 
   public:
-    /// What stands before a message: a tick where something has worked, an exclamation mark where it has not.
+    /// The picture before a message: a tick where something has worked, an exclamation mark where it has not.
     enum class Tone { Good, Problem };
 
     explicit StatusLine(const QString &name, QWidget *parent = nullptr);

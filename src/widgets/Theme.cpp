@@ -35,7 +35,7 @@ QPalette warmPalette() {
     return palette;
 }
 
-/// Names in the sheet stand for the colours: one place to change them.
+/// Names in the style sheet are replaced by the colours, so that there is one place to change them.
 QString styleSheet() {
     QString sheet = QStringLiteral(R"(
 QToolTip { background: @paper; color: @ink; border: 1px solid @line; padding: 6px 10px; }

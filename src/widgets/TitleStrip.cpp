@@ -20,7 +20,7 @@ TitleStrip::TitleStrip(QWidget *parent)
     bold.setPointSizeF(12);
     m_caption->setFont(bold);
     m_caption->setAttribute(Qt::WA_TransparentForMouseEvents);
-    const QMargins margins(18, 0, 6, 0); // a close button brings room of its own
+    const QMargins margins(18, 0, 6, 0); // a close button has its own margin
     const bool mirrored = layoutDirection() == Qt::RightToLeft;
     m_row->setContentsMargins(mirrored ? QMargins(margins.right(), 0, margins.left(), 0) : margins);
     m_row->setSpacing(2);

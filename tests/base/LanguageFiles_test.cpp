@@ -1,5 +1,5 @@
 // The language files that are installed: the English one equals the table, the others translate all of it.
-// With LUMORA_WRITE_LANGUAGE=1 in the environment the English one is written anew.
+// With LUMORA_WRITE_LANGUAGE=1 in the environment the English one is written again.
 #include "base/IniText.h"
 #include "base/Texts.h"
 
@@ -44,8 +44,8 @@ QList<Entry> entries() {
 /// The English file. A text whose readers have defaults of their own stands as a remark, so that the file as it is
 /// installed changes nothing.
 QByteArray englishFile() {
-    QString file = "; Every text of Lumora (UTF-8). Change what stands behind \"Caption=\", or put a file from the\n"
-                   "; folder \"languages\" in place of this one. A text that is missing here shows in English.\n"
+    QString file = "; Every text of Lumora (UTF-8). Change the text after \"Caption=\", or replace this file with a\n"
+                   "; copy of one from the folder \"languages\". A text that is missing here appears in English.\n"
                    "; \"&&\" shows one \"&\" on a button.\n";
     QString window;
     for (const Entry &entry : entries()) {

@@ -194,13 +194,15 @@ TEST(TextTable, RowsAreWellFormed) {
     }
 }
 
-/// Every text that the program asks for by name has its row: a slip of the pen would show an empty text.
+/// Every text that the program asks for by name has its row, with the default that the program gives: a typing error
+/// would show an empty text, a default of its own an old one.
 TEST(TextTable, HoldsEveryTextThatTheProgramAsksFor) {
     const QString source = qEnvironmentVariable("LUMORA_SOURCE") + "/src";
-    const QRegularExpression asks(R"re(\btexts?(?:\(\))?(?:\.|->)text\(\s*"([^"]+)")re");
+    const QRegularExpression asks(R"re(\btexts?(?:\(\))?(?:\.|->)text\(\s*"([^"]+)"(?:,\s*"([^"]+)"\))?)re");
     std::set<QString> known;
     for (const TextRow &row : allTexts()) {
         known.insert(string(row.identifier));
+        known.insert(string(row.identifier) + " = " + string(row.defaultText));
     }
     QDirIterator files(source, {"*.cpp", "*.h"}, QDir::Files, QDirIterator::Subdirectories);
     int read = 0;
@@ -210,8 +212,9 @@ TEST(TextTable, HoldsEveryTextThatTheProgramAsksFor) {
         ++read;
         const QString code = QString::fromUtf8(in.readAll());
         for (auto match = asks.globalMatch(code); match.hasNext();) {
-            const QString identifier = match.next().captured(1);
-            EXPECT_TRUE(known.contains(identifier)) << qPrintable(files.filePath() + " asks for " + identifier);
+            const auto call = match.next();
+            const QString asked = call.captured(1) + (call.hasCaptured(2) ? " = " + call.captured(2) : "");
+            EXPECT_TRUE(known.contains(asked)) << qPrintable(files.filePath() + " asks for " + asked);
         }
     }
     EXPECT_GT(read, 10) << "is LUMORA_SOURCE set?";

@@ -1,7 +1,7 @@
 // Undo and redo against a plain list of whole pictures, under budgets that keep everything, spill and drop.
 #include "document/PhotoHistory.h"
 
-#include "document/PackedPicture.h"
+#include "document/CompressedPicture.h"
 #include "document/PictureDifference.h"
 #include "imaging/Picture.h"
 #include "support/TestPictures.h"
@@ -311,24 +311,24 @@ TEST(PictureDifference, findsTheSmallestRectangle) {
     }
 }
 
-TEST(PackedPicture, comesBackPixelForPixelOrNotAtAll) {
+TEST(CompressedPicture, comesBackPixelForPixelOrNotAtAll) {
     for (const QSize size : {QSize(1, 1), QSize(301, 900), QSize(5000, 70)}) {
         for (const int variant : {0, 1, 2, 3}) {
-            const bool pack = (variant & 1) != 0;
+            const bool compress = (variant & 1) != 0;
             const QImage picture = photoLike(size.width(), size.height(), (variant & 2) != 0);
             QTemporaryFile file;
             ASSERT_TRUE(file.open());
-            const qint64 written = writePacked(file.handle(), picture, pack, plenty, {});
+            const qint64 written = writeCompressed(file.handle(), picture, compress, plenty, {});
             ASSERT_EQ(written, QFile(file.fileName()).size());
             QImage back = newPicture(size.width(), size.height(), picture.format() == QImage::Format_RGB32);
             file.seek(0);
-            ASSERT_TRUE(readPacked(file.handle(), back));
+            ASSERT_TRUE(readCompressed(file.handle(), back));
             EXPECT_EQ(firstDifference(picture, back), nowhere);
             file.resize(written - 1);
             file.seek(0);
-            EXPECT_FALSE(readPacked(file.handle(), back));
+            EXPECT_FALSE(readCompressed(file.handle(), back));
             file.seek(0);
-            EXPECT_EQ(writePacked(file.handle(), picture, pack, written - 1, {}), -1);
+            EXPECT_EQ(writeCompressed(file.handle(), picture, compress, written - 1, {}), -1);
         }
     }
 }

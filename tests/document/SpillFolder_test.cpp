@@ -1,4 +1,4 @@
-// The private folder of spilled undo steps: whose it is, when it goes, and what a sweep must leave alone.
+// The private folder of spilled undo steps: whose it is, when it is removed, and what a sweep must leave alone.
 #include "document/SpillFolder.h"
 
 #include "document/PhotoHistory.h"
@@ -18,7 +18,7 @@ using namespace lumora;
 
 namespace {
 
-/// A process number that nobody has any more.
+/// A process number that no process has any more.
 pid_t deadProcess() {
     const pid_t pid = ::fork();
     if (pid == 0) {

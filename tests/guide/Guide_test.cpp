@@ -37,28 +37,66 @@ QString plainText(const QString &html) {
     return document.toPlainText();
 }
 
+/// The texts that are installed in that language; English ones for "en".
+struct InstalledTexts {
+    explicit InstalledTexts(const QString &language)
+        : texts(files, qEnvironmentVariable("LUMORA_SOURCE") + "/resources/installed/languages/language-" + language +
+                           ".ini") {}
+    IniFiles files;
+    Texts texts;
+};
+
+QString englishHtml(const QString &file) {
+    return guideHtml("en", file);
+}
+
 TEST(GuidePages, EveryLinkAndPictureOfEveryPageIsThere) {
+    const QStringList languages = QDir(":/guide").entryList(QDir::Dirs);
+    EXPECT_EQ(languages, QStringList({"de", "en", "fr"}));
     QStringList shown;
-    for (const GuidePage &page : guidePages()) {
-        const QString html = guideHtml(page.file);
-        EXPECT_TRUE(html.contains(QString("<title>%1</title>").arg(page.title))) << page.file;
-        EXPECT_FALSE(iconPixmap(page.icon, 32, 1).isNull()) << page.file << ": " << page.icon;
-        for (const QString &link : captured(html, "href=\"([^\"]*)\"")) {
-            EXPECT_NE(guidePage(link), nullptr) << page.file << ": " << qPrintable(link);
+    for (const QString &language : languages) {
+        const InstalledTexts installed(language);
+        EXPECT_EQ(guideLanguage(installed.texts), language);
+        const QDir folder(":/guide/" + language);
+        for (const GuidePage &page : guidePages()) {
+            SCOPED_TRACE(qPrintable(language + '/' + page.file));
+            EXPECT_NE(guideTitle(installed.texts, page.title), "");
+            EXPECT_FALSE(iconPixmap(page.icon, 32, 1).isNull()) << page.icon;
+            if (!folder.exists(page.file)) {
+                EXPECT_NE(language, "en");
+                continue;
+            }
+            const QString html = guideHtml(language, page.file);
+            const QString title = guideTitle(installed.texts, page.title);
+            EXPECT_TRUE(html.contains("<title>" + title + "</title>")) << qPrintable(title);
+            EXPECT_TRUE(html.contains("<html lang=\"" + language + "\">"));
+            for (const QString &link : captured(html, "href=\"([^\"]*)\"")) {
+                EXPECT_NE(guidePage(link), nullptr) << qPrintable(link);
+            }
+            for (const QString &source : captured(html, "src=\"([^\"]*)\"")) {
+                const QString path = QDir::cleanPath(folder.filePath(source));
+                EXPECT_TRUE(QFile::exists(path)) << qPrintable(source);
+                shown << path;
+            }
         }
-        for (const QString &source : captured(html, "src=\"([^\"]*)\"")) {
-            const QString path = QDir::cleanPath(":/guide/" + source);
-            EXPECT_TRUE(QFile::exists(path)) << page.file << ": " << qPrintable(source);
-            shown << path;
+        // Nor is there a page that the contents leave out.
+        for (const QString &file : folder.entryList(QDir::Files)) {
+            EXPECT_TRUE(file == "index.html" || guidePage(file) != nullptr) << qPrintable(language + '/' + file);
         }
+        EXPECT_TRUE(folder.exists("index.html"));
+        EXPECT_GT(plainText(guideHtml(language, "index.html")).size(), 40);
     }
-    EXPECT_GT(plainText(guideHtml("index.html")).size(), 40);
-    // Nor is there a page that the contents leave out, or a screenshot that no page shows.
-    for (const QString &file : QDir(":/guide").entryList()) {
-        EXPECT_TRUE(file == "index.html" || file == "guide.css" || guidePage(file) != nullptr ||
-                    shown.contains(":/guide/" + file))
-            << qPrintable(file);
+    for (const QString &file : QDir(":/guide").entryList(QDir::Files)) {
+        EXPECT_TRUE(file == "guide.css" || shown.contains(":/guide/" + file)) << qPrintable(file) << " is not shown";
     }
+}
+
+TEST(GuidePages, AreInEnglishWhereALanguageHasNone) {
+    for (const char *language : {"xx", "", "../en", "de/.."}) {
+        EXPECT_EQ(guideHtml(language, "crop.html"), englishHtml("crop.html")) << language;
+    }
+    EXPECT_NE(guideHtml("de", "index.html"), englishHtml("index.html"));
+    EXPECT_EQ(guideHtml("en", "no such page.html"), "");
 }
 
 TEST(GuidePages, EveryToolHasItsPageUnderItsOwnCaption) {
@@ -68,10 +106,10 @@ TEST(GuidePages, EveryToolHasItsPageUnderItsOwnCaption) {
         });
         ASSERT_NE(row, allTexts().end());
         const auto page = std::find_if(guidePages().begin(), guidePages().end(),
-                                       [&](const GuidePage &one) { return QString(one.title) == row->defaultText; });
+                                       [&](const GuidePage &one) { return QString(one.title) == row->identifier; });
         ASSERT_NE(page, guidePages().end()) << row->defaultText;
         EXPECT_STREQ(page->icon, tool.iconName);
-        const QString html = guideHtml(page->file);
+        const QString html = englishHtml(page->file);
         const QString text = plainText(html);
         EXPECT_TRUE(text.contains("Try this!") && text.contains("Went wrong?")) << page->file;
         EXPECT_TRUE(html.contains(".jpg\"")) << page->file << " has no screenshot";
@@ -80,28 +118,50 @@ TEST(GuidePages, EveryToolHasItsPageUnderItsOwnCaption) {
     }
 }
 
-/// Texts of effects, frames, panels and options that the guide speaks of: they are the program's own.
+/// Buttons, effects and files that the guide speaks of are called as the program calls them.
 TEST(GuidePages, NameButtonsAsTheProgramDoes) {
-    QStringList captions = {"Try this!", "Went wrong?"};
-    for (const TextRow &row : allTexts()) {
-        captions << QString(row.defaultText).replace("&&", "&");
-    }
-    const QStringList ours = {"Custom",    "PNG",   "JPEG",  "red balloon", "pixel",       "mirror",
-                              "File Type", "Sepia", "Reset", "Esc",         "Print Button"};
-    int known = 0;
-    for (const char *file : {"basic-effects.html", "special-effects.html", "adjust.html", "crop.html", "cut-out.html",
-                             "rotate.html", "resize.html", "colour-focus.html", "frames.html", "copy.html"}) {
-        for (const QString &bold : captured(guideHtml(file), "<b>([^<]*)</b>")) {
-            const QString name = plainText(bold);
-            EXPECT_TRUE(captions.contains(name) || ours.contains(name)) << file << ": " << qPrintable(name);
-            ++known;
+    const QStringList englishTools = {
+        "basic-effects.html", "special-effects.html", "adjust.html",       "crop.html",   "cut-out.html",
+        "rotate.html",        "resize.html",          "colour-focus.html", "frames.html", "copy.html"};
+    const auto all = [](const char *language) { return QDir(QString(":/guide/") + language).entryList({"*.html"}); };
+    const struct {
+        const char *language;
+        QStringList files;
+        QStringList others; ///< bold for another reason
+    } cases[] = {
+        {"en", englishTools, {"Custom", "PNG", "JPEG", "Esc", "Try this!", "Went wrong?", "lumora /s"}},
+        {"de",
+         all("de"),
+         {"PNG", "JPEG", "Esc", "lumora /s", "Hallo! Was möchtest du machen?", "roter Ballon", "Werkzeuge",
+          "ganze Foto", "Probier’s aus!", "Hat’s nicht geklappt?"}},
+        {"fr",
+         all("fr"),
+         {"PNG", "JPEG", "Échap", "lumora /s", "Bonjour\u00a0! Que veux-tu faire\u00a0?", "ballon rouge", "outils",
+          "toute la photo", "Essaie\u00a0!", "Ça n’a pas marché\u00a0?"}},
+    };
+    for (const auto &one : cases) {
+        const InstalledTexts installed(one.language);
+        QStringList captions = one.others;
+        for (const TextRow &row : allTexts()) {
+            captions << installed.texts.text(row.identifier, row.defaultText).replace("&&", "&");
         }
+        int known = 0;
+        for (const QString &file : one.files) {
+            const QString html = guideHtml(one.language, file);
+            for (const QString &name :
+                 captured(html, "<b>([^<]*)</b>") + captured(html, "[“„«]\u00a0?([^”“»]*?)\u00a0?[”“»]")) {
+                EXPECT_TRUE(captions.contains(plainText(name)) || captions.join('\n').contains("\n" + name))
+                    << one.language << ' ' << qPrintable(file) << ": " << qPrintable(name);
+                ++known;
+            }
+        }
+        EXPECT_GT(known, 25);
     }
-    EXPECT_GT(known, 50);
 }
 
 TEST(GuideSearch, FindsThePageFirstThatAChildWants) {
-    const GuideSearch search = GuideSearch::overGuide();
+    const InstalledTexts installed("en");
+    const GuideSearch search = GuideSearch::overGuide(installed.texts);
     const struct {
         const char *question;
         const char *page;
@@ -155,6 +215,29 @@ TEST(GuideSearch, FindsThePageFirstThatAChildWants) {
     }
 }
 
+TEST(GuideSearch, UnderstandsTheLanguageOfTheTexts) {
+    const struct {
+        const char *language;
+        const char *question;
+        const char *page;
+    } cases[] = {
+        {"de", "Wie kann ich ein Foto zuschneiden?", "crop.html"},
+        {"de", "Rahmen", "frames.html"},
+        {"de", "Blitz", "red-eye.html"},
+        {"de", "Wie mache ich ein Foto heller?", "adjust.html"},
+        {"de", "Schatzkarte", "frames.html"},
+        {"fr", "comment recadrer ma photo", "crop.html"},
+        {"fr", "cadres", "frames.html"},
+        {"fr", "mettre la tête en bas", "rotate.html"},
+    };
+    for (const auto &one : cases) {
+        const InstalledTexts installed(one.language);
+        const auto hits = GuideSearch::overGuide(installed.texts).find(one.question);
+        ASSERT_FALSE(hits.isEmpty()) << one.question;
+        EXPECT_EQ(hits.first().file, one.page) << one.question;
+    }
+}
+
 TEST(GuideSearch, ShowsTheWordsInTheirSentence) {
     const GuideSearch search({
         {"a.html", "Größe", "", "Ein Satz. Die GRÖSSE der Straße und die Größe! Noch ein <Satz>."},
@@ -200,9 +283,20 @@ class Guide : public test::Shell {
     void SetUp() override {
         Shell::SetUp();
         applyTheme(*qApp);
+        show();
+    }
+    void show() {
+        delete m_guide;
         m_guide = new GuideWindow(context, nullptr);
         m_guide->show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(m_guide));
+    }
+    /// Closes the guide and opens it in that language.
+    void showIn(const QString &language) {
+        const QString file = "/languages/language-" + language + ".ini";
+        ASSERT_TRUE(QFile::copy(qEnvironmentVariable("LUMORA_SOURCE") + "/resources/installed" + file,
+                                m_folder.filePath("language.ini")));
+        show();
     }
     void TearDown() override { delete m_guide; }
 
@@ -308,6 +402,24 @@ TEST_F(Guide, ResultsAreChosenByKeyAndMouse) {
     EXPECT_EQ(seen(), first);
 }
 
+TEST_F(Guide, SpeaksTheLanguageOfTheTexts) {
+    showIn("de");
+    EXPECT_TRUE(part<QLabel>("lblGreeting")->text().contains("Hallo"));
+    EXPECT_EQ(part<PictureButton>("cmdHome")->toolTip(), "Erste Seite");
+    QStringList headings;
+    for (const QLabel *label : m_guide->findChildren<QLabel *>()) {
+        headings << plainText(label->text());
+    }
+    EXPECT_TRUE(headings.contains("Werkzeuge"));
+    write("spezial");
+    const auto *found = part<GuideResults>("lstGuideFound");
+    ASSERT_GT(found->count(), 0);
+    EXPECT_EQ(found->item(0)->text(), "Spezialeffekte");
+    key(Qt::Key_Escape);
+    open("first-steps.html");
+    EXPECT_EQ(seen(), "Erste Schritte");
+}
+
 TEST_F(Guide, PicturesFitEveryWidth) {
     open("crop.html");
     auto *page = part<GuideReader>("txtGuide");
@@ -333,7 +445,7 @@ TEST_F(Guide, ContentsAreWalkedByKeys) {
     key(Qt::Key_Up);
     EXPECT_EQ(focused(), "open.html");
     key(Qt::Key_Left);
-    key(Qt::Key_Left); // nothing lies there
+    key(Qt::Key_Left); // nothing is there
     EXPECT_EQ(focused(), "first-steps.html");
     key(Qt::Key_Return);
     EXPECT_EQ(seen(), "First steps");

@@ -16,7 +16,7 @@
 namespace lumora {
 namespace {
 
-/// Stands in for the desktop's file manager.
+/// Takes the place of the desktop's file manager.
 class FileManager : public QObject {
     Q_OBJECT
 
@@ -95,7 +95,7 @@ TEST_F(Help, VideosOpenTheirFolderOrAreMissedKindly) {
 }
 
 /// The films of the installation: each script has its film, and the page shows all of them.
-TEST(Films, ArePackedAndShown) {
+TEST(Films, AreInstalledAndShown) {
     const QDir root(qEnvironmentVariable("LUMORA_SOURCE"));
     const QDir videos(root.filePath("resources/installed/Videos"));
     QFile file(videos.filePath("index.html"));

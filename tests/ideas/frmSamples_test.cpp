@@ -54,7 +54,7 @@ TEST_F(Ideas, EveryProjectHasItsPicturesStepsAndTexts) {
         for (int number = 1; number <= idea.pictures; ++number) {
             EXPECT_TRUE(QImageReader(ideaPicturePath(idea, number)).canRead()) << number;
         }
-        EXPECT_FALSE(QFile::exists(ideaPicturePath(idea, idea.pictures + 1))) << "one that nobody sees";
+        EXPECT_FALSE(QFile::exists(ideaPicturePath(idea, idea.pictures + 1))) << "one that is never shown";
         for (const char *text : {idea.name, idea.title, idea.then}) {
             EXPECT_FALSE(context.texts.text(text).isEmpty()) << text;
         }

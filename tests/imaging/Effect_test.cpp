@@ -242,7 +242,7 @@ TEST(Effect, whatCannotBeDoneIsRefusedAndLeavesThePicture) {
     }
     EXPECT_EQ(engine.picture().constBits(), picture.constBits());
     engine.setPicture(QImage(5, 5, QImage::Format_Grayscale8));
-    EXPECT_FALSE(engine.apply({applySepia, {}}, false)) << "not a picture of this house";
+    EXPECT_FALSE(engine.apply({applySepia, {}}, false)) << "not a picture format that Lumora uses";
 }
 
 } // namespace

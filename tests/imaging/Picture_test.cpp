@@ -94,7 +94,7 @@ TEST(Picture, writingDetachesFromThoseThatShare) {
         EXPECT_EQ(shared.pixel(3, 2), qRgba(10, 20, 30, 40));
         EXPECT_EQ(picture.pixel(3, 2), qRgba(10, 20, 99, 40));
         const uchar *own = picture.constBits();
-        EXPECT_EQ(writeView(picture).data, own) << "no second copy when nobody shares";
+        EXPECT_EQ(writeView(picture).data, own) << "no second copy when it is not shared";
     }
     QImage nothing;
     EXPECT_TRUE(writeView(nothing).isEmpty());
@@ -149,7 +149,7 @@ TEST(Picture, memoryRefusedIsANullPictureAndIdleBuffersAreTriedFirst) {
     rlimit tight = before;
     tight.rlim_cur = used * 4096 + (std::size_t(60) << 20);
     ASSERT_EQ(setrlimit(RLIMIT_AS, &tight), 0);
-    const QImage fits = newPicture(7500, 4500); // 135 MB: only in place of the 96 MB that lie idle
+    const QImage fits = newPicture(7500, 4500); // 135 MB: only in place of the idle 96 MB
     const QImage refused = newPicture(16000, 12000);
     QImage shared = fits;
     const PixelView copy = writeView(shared);

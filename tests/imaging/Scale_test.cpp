@@ -13,7 +13,7 @@ using test::firstDifference;
 using test::forEachTarget;
 using test::photoLike;
 
-/// How much of the length [index * source / target, (index + 1) * source / target) lies in pixel p, times target.
+/// How much of the length [index * source / target, (index + 1) * source / target) is in pixel p, times target.
 std::int64_t overlap(int index, int p, int source, int target) {
     const std::int64_t begin = std::max(std::int64_t(index) * source, std::int64_t(p) * target);
     const std::int64_t end = std::min(std::int64_t(index + 1) * source, std::int64_t(p + 1) * target);

@@ -32,7 +32,7 @@ toff_t tiffSeek(thandle_t device, toff_t offset, int from) {
     return static_cast<toff_t>(buffer->pos());
 }
 
-// Packs samples of any depth; 16 bits and more in this machine's order.
+// Joins samples of any depth into bytes; 16 bits and more in this machine's order.
 std::vector<std::uint8_t> packRow(const std::vector<int> &values, int bits) {
     std::vector<std::uint8_t> row((values.size() * bits + 7) / 8);
     for (std::size_t i = 0; i < values.size(); ++i) {

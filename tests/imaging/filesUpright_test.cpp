@@ -22,7 +22,7 @@ QRgb colourOf(int column, int row) {
     return qRgb(40 + column * 60, 40 + row * 80, (column + row) % 2 ? 200 : 60);
 }
 
-// Where the stored row 0 and column 0 lie in the upright picture, from the definition of EXIF tag 0x0112.
+// Where the stored row 0 and column 0 are in the upright picture, from the definition of EXIF tag 0x0112.
 struct Sides {
     char row;
     char column;
@@ -137,7 +137,7 @@ TEST(FilesUpright, EveryOrientationOfEveryFormat) {
             {"PNG", makePng(width, height, 8, PNG_COLOR_TYPE_RGB, false, stored(orientation), exif)},
             {"TIFF", makeTiff(width, height, {.orientation = orientation}, stored(orientation))},
             {"WebP", makeWebP(picture, exif)},
-            {"HEIF", makeHeif(picture, orientation, exif)}, // says it twice, to be turned once
+            {"HEIF", makeHeif(picture, orientation, exif)}, // has it twice and is turned once
         };
         for (const auto &file : files) {
             SCOPED_TRACE(testing::Message() << file.name << ", orientation " << orientation);
@@ -187,7 +187,7 @@ TEST(FilesUpright, ProfilesBecomeSrgb) {
 }
 
 TEST(FilesUpright, InksMeetTheirProfile) {
-    // Inverted, as Adobe stores it: black lies at 255 - 153 of 255, the colours count for nothing in this profile.
+    // Inverted, as Adobe stores it: black is 255 - 153 of 255; the colours are ignored by this profile.
     const JpegKind kind{.components = 4, .profile = inkProfile()};
     const auto inks = [](int, int, int channel) { return channel == 3 ? 153 : 10; };
     const QRgb pixel = readPictureFromData(makeJpeg(16, 16, kind, inks)).picture.pixel(8, 8);

@@ -65,7 +65,7 @@ double meanDifference(const QImage &a, const QImage &b) {
     return sum / (3.0 * a.width() * a.height());
 }
 
-// Reads TGA by the format's description alone, in any of the arrangements of true colour without packing.
+// Reads TGA by the format's description alone, in any of the arrangements of uncompressed true colour.
 QImage readTga(const QByteArray &bytes) {
     const auto byte = [&](qsizetype at) { return static_cast<int>(static_cast<uchar>(bytes[at])); };
     if (bytes.size() < 18 || byte(1) != 0 || byte(2) != 2 || (byte(16) != 24 && byte(16) != 32)) {
@@ -107,7 +107,7 @@ TEST(FilesWrite, ComesBackAsItWas) {
                 EXPECT_EQ(read.reason, QString());
                 const bool keepsAlpha = QByteArray(extension) != "bmp";
                 EXPECT_EQ(firstDifference(read.picture, keepsAlpha ? picture : ontoWhite(picture)), QPoint(-1, -1));
-                // And to eyes other than ours.
+                // And other programs read the same.
                 EXPECT_EQ(QImage(path).size(), size);
                 EXPECT_EQ(entries(folder.path()).size(), 1);
                 QFile::remove(path);
@@ -145,7 +145,7 @@ TEST(FilesWrite, JpegStripsJoinWithoutSeam) {
     const QImage whole = readPictureFromData(file).picture;
     ASSERT_EQ(whole.size(), picture.size());
     EXPECT_EQ(QImage::fromData(file, "JPG").size(), picture.size()) << "only the own reader takes it";
-    // A part that lies across a seam, coded as a picture of its own: the same pixels but for the rows at its ends,
+    // A part that crosses a seam, coded as a picture of its own: the same pixels but for the rows at its ends,
     // whose chroma is mixed with what follows.
     for (const int top : {0, 304, 1312, 3424}) {
         const QImage part = readPictureFromData(encodeJpeg(picture.copy(0, top, 3000, 64), 90)).picture;
@@ -278,7 +278,7 @@ TEST(FilesWrite, FullDiskLeavesTheOldFile) {
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
     for (const char *extension : {"jpg", "png", "tif", "bmp", "gif", "tga"}) {
         for (const rlim_t room : {rlim_t{0}, rlim_t{5}, rlim_t{7000}}) {
-            SCOPED_TRACE(testing::Message() << extension << ", room for " << room << " bytes");
+            SCOPED_TRACE(testing::Message() << extension << ", space for " << room << " bytes");
             const QString path = folder.filePath(QStringLiteral("a.") + QLatin1String(extension));
             fill(path, "old");
             const rlimit small{room, old.rlim_max};

@@ -1,4 +1,4 @@
-// The view: where pixels lie at any zoom and scroll position, what is painted, and what mouse and keys do.
+// The view: where pixels are at any zoom and scroll position, what is painted, and what mouse and keys do.
 #include "view/PhotoView.h"
 
 #include "imaging/Picture.h"
@@ -264,13 +264,13 @@ TEST_F(View, tellsToolsOfThePointerInPicturePixels) {
     EXPECT_EQ(heard[2].picture, QPointF(35, 23));
 }
 
-TEST_F(View, showsAStandInJustAsThePhotoWouldLook) {
+TEST_F(View, showsAPreviewJustAsThePhotoWouldLook) {
     const QImage before = photoLike(700, 500);
     const QImage after = before.mirrored(); // other pixels everywhere
     struct Row {
         int zoom;
         QRect part;
-        int factor; // picture pixels to one of the stand-in
+        int factor; // picture pixels to one of the preview
     };
     const Row rows[] = {
         {100, {0, 0, 700, 500}, 1}, {100, {100, 50, 200, 150}, 1}, {130, {120, 80, 64, 40}, 1},
@@ -286,9 +286,9 @@ TEST_F(View, showsAStandInJustAsThePhotoWouldLook) {
             view.verticalScrollBar()->setValue(int(view.verticalScrollBar()->maximum() * along));
             const QImage plain = painted();
             const QRect small(row.part.topLeft() / row.factor, row.part.size() / row.factor);
-            view.showStandIn((row.factor == 1 ? after : boxReduced(after, row.factor)).copy(small), row.part);
+            view.showPreview((row.factor == 1 ? after : boxReduced(after, row.factor)).copy(small), row.part);
             const QImage shown = painted();
-            view.clearStandIn();
+            view.clearPreview();
             EXPECT_EQ(painted(), plain);
 
             // What the photo looks like when it is changed; at the part's border pixels blend with their neighbours.
@@ -312,7 +312,7 @@ TEST_F(View, showsAStandInJustAsThePhotoWouldLook) {
     }
 }
 
-TEST_F(View, aStandInStaysWithinThePhotoAndGoesWithIt) {
+TEST_F(View, aPreviewStaysWithinThePhotoAndGoesWithIt) {
     QImage red(81, 61, QImage::Format_RGB32);
     red.fill(qRgb(255, 0, 0));
     QImage blue(11, 8, QImage::Format_RGB32);
@@ -320,17 +320,17 @@ TEST_F(View, aStandInStaysWithinThePhotoAndGoesWithIt) {
     open(red);
     const QImage plain = painted();
     const QRect where = photoOnView();
-    const auto show = [&] { view.showStandIn(blue, {0, 0, 88, 64}); }; // whole squares of 8 reach beyond the photo
+    const auto show = [&] { view.showPreview(blue, {0, 0, 88, 64}); }; // whole squares of 8 reach beyond the photo
     show();
     QImage expected = plain;
     QPainter(&expected).fillRect(where, qRgb(0, 0, 255));
     EXPECT_EQ(firstDifference(painted(), expected), nowhere);
     QImage halfClear(11, 8, QImage::Format_ARGB32);
     halfClear.fill(Qt::transparent);
-    view.showStandIn(halfClear, {0, 0, 88, 64}); // over checks, not over the photo
+    view.showPreview(halfClear, {0, 0, 88, 64}); // over checks, not over the photo
     EXPECT_NE(painted().pixel(where.center()), qRgb(255, 0, 0));
     for (const QRect &part : {QRect(-50, -50, 20, 20), QRect(200, 0, 5, 5), QRect(3, 3, 0, 0)}) {
-        view.showStandIn(blue, part);
+        view.showPreview(blue, part);
         EXPECT_EQ(painted(), plain);
     }
     show();
@@ -355,7 +355,7 @@ TEST_F(View, aStandInStaysWithinThePhotoAndGoesWithIt) {
     EXPECT_EQ(painted().pixel(where.center()), qRgb(0, 0, 255));
 }
 
-TEST_F(View, showsTheToolsPointerWhileNobodyPans) {
+TEST_F(View, showsTheToolsPointerWhileNotPanning) {
     open(photoLike(3000, 2000));
     const auto shape = [this] { return view.viewport()->cursor().shape(); };
     view.setToolCursor(Qt::CrossCursor);

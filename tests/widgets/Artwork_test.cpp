@@ -70,7 +70,7 @@ TEST(Artwork, LoopsHaveEightFramesAndNoJump) {
         for (int n = 1; n <= AnimatedButton::frames; ++n) {
             ASSERT_FALSE(frame(n).isNull()) << first.toStdString() << ", frame " << n;
             const double step = difference(frame(n), frame(AnimatedButton::nextFrame(n)));
-            EXPECT_GT(step, 0) << first.toStdString() << " stands still at frame " << n;
+            EXPECT_GT(step, 0) << first.toStdString() << " does not move at frame " << n;
             sum += step;
             largest = std::max(largest, step);
         }

@@ -1,4 +1,4 @@
-// What floats over the window or stands as a window of its own: panels, bubbles, the status line, borderless windows.
+// What floats over the window or is a window of its own: panels, bubbles, the status line, borderless windows.
 #include "widgets/BorderlessDialog.h"
 #include "widgets/Bubble.h"
 #include "widgets/PictureButton.h"

@@ -53,7 +53,7 @@ void printPrinters() {
 } // namespace
 
 int main(int argc, char **argv) {
-    prctl(PR_SET_PDEATHSIG, SIGKILL); // nobody waits for the answer of an orphan
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // the answer is of no use when Lumora has ended
     const std::string kind = argc == 2 ? argv[1] : "";
     bool found = false;
     if (kind == "scanners") {
@@ -71,5 +71,5 @@ int main(int argc, char **argv) {
         std::puts("done");
     }
     std::fflush(stdout);
-    _exit(found ? 0 : 1); // a driver that hangs or crashes while it is put away cannot spoil the answer
+    _exit(found ? 0 : 1); // a driver that hangs or crashes while it is closed cannot change the answer
 }

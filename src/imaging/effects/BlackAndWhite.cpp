@@ -26,8 +26,8 @@ struct BlackAndWhiteOperation {
 };
 
 void blackAndWhiteRows(const BlackAndWhite &parameters, ConstPixelView source, PixelView target, PixelRect area,
-                       bool pastCache) {
-    mapPixels(BlackAndWhiteOperation{parameters.threshold}, source, target, area, pastCache);
+                       bool nonTemporal) {
+    mapPixels(BlackAndWhiteOperation{parameters.threshold}, source, target, area, nonTemporal);
 }
 
 } // namespace lumora::HWY_NAMESPACE

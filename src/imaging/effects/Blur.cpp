@@ -1,7 +1,7 @@
 #include "imaging/effects/Blur.h"
 
+#include "imaging/kernels/NonTemporalStore.h"
 #include "imaging/kernels/PartOf.h"
-#include "imaging/kernels/PastCache.h"
 #include "imaging/kernels/Premultiply.h"
 #include "imaging/kernels/RowBands.h"
 #include "imaging/kernels/ScratchPicture.h"
@@ -192,7 +192,7 @@ void blurStrip(ConstPixelView source, PixelView target, std::ptrdiff_t offset, s
         for (int row = 0; row < rows; ++row) {
             const int y = block + row - 3 * radius;
             if (y >= 0) {
-                copyPastCache(means + std::size_t(row) * bytes, target.row(y) + offset, bytes);
+                copyNonTemporal(means + std::size_t(row) * bytes, target.row(y) + offset, bytes);
             }
         }
     }

@@ -29,8 +29,8 @@ struct BrightnessOperation {
 };
 
 void brightnessRows(const Brightness &parameters, ConstPixelView source, PixelView target, PixelRect area,
-                    bool pastCache) {
-    mapPixels(BrightnessOperation(parameters.amount), source, target, area, pastCache);
+                    bool nonTemporal) {
+    mapPixels(BrightnessOperation(parameters.amount), source, target, area, nonTemporal);
 }
 
 } // namespace lumora::HWY_NAMESPACE

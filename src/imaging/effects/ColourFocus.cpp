@@ -69,8 +69,8 @@ struct ColourFocusOperation {
 };
 
 void colourFocusRows(const FocusWeights &weights, ConstPixelView source, PixelView target, PixelRect area,
-                     bool pastCache) {
-    mapPixels(ColourFocusOperation{weights}, source, target, area, pastCache);
+                     bool nonTemporal) {
+    mapPixels(ColourFocusOperation{weights}, source, target, area, nonTemporal);
 }
 
 } // namespace lumora::HWY_NAMESPACE

@@ -54,8 +54,8 @@ struct ColouriseOperation {
 };
 
 void colouriseRows(const Colourise &parameters, ConstPixelView source, PixelView target, PixelRect area,
-                   bool pastCache) {
-    mapPixels(ColouriseOperation(parameters), source, target, area, pastCache);
+                   bool nonTemporal) {
+    mapPixels(ColouriseOperation(parameters), source, target, area, nonTemporal);
 }
 
 } // namespace lumora::HWY_NAMESPACE

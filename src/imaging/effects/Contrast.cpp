@@ -38,8 +38,9 @@ struct ContrastOperation {
     std::int16_t factor; ///< in 1 / 256
 };
 
-void contrastRows(const Contrast &parameters, ConstPixelView source, PixelView target, PixelRect area, bool pastCache) {
-    mapPixels(ContrastOperation(parameters.amount), source, target, area, pastCache);
+void contrastRows(const Contrast &parameters, ConstPixelView source, PixelView target, PixelRect area,
+                  bool nonTemporal) {
+    mapPixels(ContrastOperation(parameters.amount), source, target, area, nonTemporal);
 }
 
 } // namespace lumora::HWY_NAMESPACE

@@ -24,8 +24,8 @@ struct GreyscaleOperation {
 };
 
 void greyscaleRows(const Greyscale & /*parameters*/, ConstPixelView source, PixelView target, PixelRect area,
-                   bool pastCache) {
-    mapPixels(GreyscaleOperation{}, source, target, area, pastCache);
+                   bool nonTemporal) {
+    mapPixels(GreyscaleOperation{}, source, target, area, nonTemporal);
 }
 
 } // namespace lumora::HWY_NAMESPACE

@@ -18,10 +18,10 @@ struct InvertOperation {
     std::uint32_t flipped;
 };
 
-void invertRows(const Invert &parameters, ConstPixelView source, PixelView target, PixelRect area, bool pastCache) {
+void invertRows(const Invert &parameters, ConstPixelView source, PixelView target, PixelRect area, bool nonTemporal) {
     const std::uint32_t flipped =
         (parameters.red ? 0x00FF0000U : 0) | (parameters.green ? 0x0000FF00U : 0) | (parameters.blue ? 0x000000FFU : 0);
-    mapPixels(InvertOperation{flipped}, source, target, area, pastCache);
+    mapPixels(InvertOperation{flipped}, source, target, area, nonTemporal);
 }
 
 } // namespace lumora::HWY_NAMESPACE

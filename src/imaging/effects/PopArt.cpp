@@ -81,8 +81,8 @@ struct PopArtOperation {
     WeightedSum sum{lightness.blue, lightness.green, lightness.red};
 };
 
-void popArtRows(const PopArt &parameters, ConstPixelView source, PixelView target, PixelRect area, bool pastCache) {
-    mapPixels(PopArtOperation(parameters), source, target, area, pastCache);
+void popArtRows(const PopArt &parameters, ConstPixelView source, PixelView target, PixelRect area, bool nonTemporal) {
+    mapPixels(PopArtOperation(parameters), source, target, area, nonTemporal);
 }
 
 } // namespace lumora::HWY_NAMESPACE

@@ -114,7 +114,7 @@ bool applyReflection(const Reflection &parameters, ConstPixelView source, PixelV
         return false;
     }
     const Layout layout = layouts[style - 1](source.width, source.height);
-    const bool pastCache = leavesCache(area);
+    const bool nonTemporal = leavesCache(area);
     forBands(area, [&](PixelRect band) {
         std::vector<std::uint32_t> line(std::size_t(source.width));
         std::vector<Shade> rowShades(shadesOfRow, noShade);
@@ -128,14 +128,14 @@ bool applyReflection(const Reflection &parameters, ConstPixelView source, PixelV
             auto *to = reinterpret_cast<std::uint32_t *>(target.row(y));
             if (!layout.columnShades.empty()) {
                 shadePixels(from + band.left, to + band.left, layout.columnShades.data() + band.left, band.width(),
-                            pastCache);
+                            nonTemporal);
                 continue;
             }
             if (rowShades.front() != row.shade) {
                 std::ranges::fill(rowShades, row.shade);
             }
             for (int x = band.left; x < band.right; x += shadesOfRow) {
-                shadePixels(from + x, to + x, rowShades.data(), std::min(shadesOfRow, band.right - x), pastCache);
+                shadePixels(from + x, to + x, rowShades.data(), std::min(shadesOfRow, band.right - x), nonTemporal);
             }
         }
     });

@@ -43,8 +43,8 @@ struct SaturationOperation {
 };
 
 void saturationRows(const Saturation &parameters, ConstPixelView source, PixelView target, PixelRect area,
-                    bool pastCache) {
-    mapPixels(SaturationOperation(parameters.amount), source, target, area, pastCache);
+                    bool nonTemporal) {
+    mapPixels(SaturationOperation(parameters.amount), source, target, area, nonTemporal);
 }
 
 } // namespace lumora::HWY_NAMESPACE

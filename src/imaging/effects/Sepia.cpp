@@ -31,8 +31,9 @@ struct SepiaOperation {
     WeightedSum toBlue{4293, 17498, 8913};
 };
 
-void sepiaRows(const Sepia & /*parameters*/, ConstPixelView source, PixelView target, PixelRect area, bool pastCache) {
-    mapPixels(SepiaOperation{}, source, target, area, pastCache);
+void sepiaRows(const Sepia & /*parameters*/, ConstPixelView source, PixelView target, PixelRect area,
+               bool nonTemporal) {
+    mapPixels(SepiaOperation{}, source, target, area, nonTemporal);
 }
 
 } // namespace lumora::HWY_NAMESPACE

@@ -26,10 +26,11 @@ struct SolariseOperation {
     std::uint32_t sense;      ///< all ones: flip what is not at most the threshold
 };
 
-void solariseRows(const Solarise &parameters, ConstPixelView source, PixelView target, PixelRect area, bool pastCache) {
+void solariseRows(const Solarise &parameters, ConstPixelView source, PixelView target, PixelRect area,
+                  bool nonTemporal) {
     const auto byte = [](int threshold) { return static_cast<std::uint32_t>(std::clamp(threshold, 0, 255)); };
     const std::uint32_t thresholds = byte(parameters.red) << 16 | byte(parameters.green) << 8 | byte(parameters.blue);
-    mapPixels(SolariseOperation{thresholds, parameters.above ? ~0U : 0U}, source, target, area, pastCache);
+    mapPixels(SolariseOperation{thresholds, parameters.above ? ~0U : 0U}, source, target, area, nonTemporal);
 }
 
 } // namespace lumora::HWY_NAMESPACE

@@ -61,7 +61,7 @@ void unpackRow(const BmpHeader &header, const uchar *raw, std::uint8_t *to) {
     }
 }
 
-// Answers how many rows, in the file's order, came out.
+// Returns how many rows, in the file's order, were read.
 int readRows(const BmpHeader &header, Source &source, const PixelView &view) {
     std::vector<uchar> raw(static_cast<std::size_t>(header.rowBytes()));
     for (int row = 0; row < header.height; ++row) {
@@ -79,7 +79,7 @@ class RunLengths {
     RunLengths(const BmpHeader &header, Source &source, const PixelView &view)
         : m_header(header), m_view(view), m_bytes(source.bytes(header.pixelsAt, source.size())) {}
 
-    // Answers whether any pixel came out.
+    // Returns whether any pixel was read.
     bool read() {
         while (m_at + 1 < m_bytes.size() && m_y < m_header.height) {
             const int count = next();
@@ -169,7 +169,7 @@ bool isBmp(const QByteArray &head) {
 FileHeader readBmpHeader(Source &source) {
     const BmpHeader fields = readBmpFields(source);
     if (!fields.known) {
-        return refusedHeader(PictureError::Damaged, QStringLiteral("a kind of BMP that nobody writes"));
+        return refusedHeader(PictureError::Damaged, QStringLiteral("unsupported BMP variant"));
     }
     FileHeader header;
     header.width = fields.width;

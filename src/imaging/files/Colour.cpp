@@ -114,7 +114,7 @@ void convertToSrgb(QImage &picture, Channels channels, const QByteArray &profile
 }
 
 QByteArray profileFromGamma(double gamma, const double *chromaticities) {
-    // sRGB's own curve is written as a gamma of 1 / 2.2; what lies close to it is meant as sRGB.
+    // sRGB's own curve is written as a gamma of 1 / 2.2; a value close to it means sRGB.
     const bool plain = gamma > 0.43 && gamma < 0.48;
     if (gamma < 0.05 || gamma > 5 || (plain && !chromaticities)) {
         return {};

@@ -19,7 +19,7 @@ enum class Channels {
 void convertToSrgb(QImage &picture, Channels channels, const QByteArray &profile);
 
 /// The profile of a PNG that gives its gamma (and, when `chromaticities` is not null, the x and y of white, red, green
-/// and blue) in place of a profile; empty when it comes to nothing.
+/// and blue) in place of a profile; empty when there is no profile to be made of it.
 QByteArray profileFromGamma(double gamma, const double *chromaticities);
 
 } // namespace lumora

@@ -1,4 +1,4 @@
-// The little that Lumora wants from EXIF data: which way is up, and the small picture that cameras put in.
+// What Lumora uses of EXIF data: which way is up, and the thumbnail that cameras store.
 #pragma once
 
 #include <QByteArray>

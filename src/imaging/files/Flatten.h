@@ -1,11 +1,11 @@
-// Laying see-through pixels onto white, for the formats that know no transparency.
+// Blending transparent pixels with white, for formats without transparency.
 #pragma once
 
 #include <cstdint>
 
 namespace lumora {
 
-/// Lays `width` pixels (blue, green, red, straight alpha) onto white; the result is opaque. Rounded to the nearest.
+/// Blends `width` pixels (blue, green, red, straight alpha) with white; the result is opaque. Rounded to the nearest.
 inline void rowOntoWhite(const std::uint8_t *from, int width, std::uint8_t *to) {
     for (int x = 0; x < width; ++x, from += 4, to += 4) {
         const int alpha = from[3];

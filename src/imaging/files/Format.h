@@ -1,4 +1,4 @@
-// What a picture format brings to PictureFile: a few functions, which stand as one row in its table. Each format has a
+// What a picture format provides to PictureFile: a few functions, which are one row in its table. Each format has a
 // file of its own in this folder; the steps that all share (size check, colours, turning) are done by PictureFile.
 #pragma once
 
@@ -12,13 +12,13 @@
 
 namespace lumora {
 
-/// What the head of a file says. Sizes are in pixels as stored, before any turning.
+/// What the header of a file says. Sizes are in pixels as stored, before any turning.
 struct FileHeader {
     int width = 0;
     int height = 0;
     int orientation = 1; ///< 1 to 8 as EXIF counts them; 1 where the decoder turns by itself
     Packing packing = Packing::Stored;
-    double unpackedBytes = 0; ///< what the packed data come to, see Plausible.h
+    double unpackedBytes = 0; ///< size of the data after decompression, see Plausible.h
     double packedBytes = 0;   ///< what the file has for them
     PictureError error = PictureError::None;
     QString reason;
@@ -35,7 +35,7 @@ struct Decoded {
 
 struct Format {
     const char *name;
-    bool (*matches)(const QByteArray &head); ///< told from the first 4096 bytes
+    bool (*matches)(const QByteArray &head); ///< judges by the first 4096 bytes
     FileHeader (*readHeader)(Source &source);
     /// Decodes the whole picture. The header has been read and found plausible.
     Decoded (*decode)(Source &source, const FileHeader &header);

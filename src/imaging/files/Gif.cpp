@@ -12,7 +12,7 @@ bool isGif(const QByteArray &head) {
 }
 
 FileHeader readGifHeader(Source &source) {
-    // GIF89a, section 18: the size of the canvas that all frames lie on.
+    // GIF89a, section 18: the size of the canvas that all frames are drawn on.
     constexpr int headerBytes = 13;
     const QByteArray head = source.bytes(0, headerBytes);
     if (head.size() < headerBytes) {
@@ -28,7 +28,7 @@ FileHeader readGifHeader(Source &source) {
 }
 
 Decoded decodeGif(Source &source, const FileHeader &header) {
-    // Qt's own limit lies at 256 MB; the size has been checked already.
+    // Qt's own limit is 256 MB; the size has been checked already.
     QImageReader::setAllocationLimit(0);
     source.device().seek(0);
     QImageReader reader(&source.device(), "gif");

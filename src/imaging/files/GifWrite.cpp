@@ -13,7 +13,7 @@ namespace lumora {
 namespace {
 
 constexpr int longestSide = 65535;
-constexpr int seeThroughBelow = 128; // GIF knows only wholly transparent and opaque
+constexpr int seeThroughBelow = 128; // GIF has only fully transparent and opaque pixels
 
 using Attributes = std::unique_ptr<liq_attr, void (*)(liq_attr *)>;
 using Pixels = std::unique_ptr<liq_image, void (*)(liq_image *)>;

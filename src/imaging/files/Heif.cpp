@@ -1,5 +1,5 @@
 // Reading HEIF (HEIC from phones, AVIF) with libheif. It turns and mirrors by the file's own properties, so that the
-// EXIF orientation, which says the same again, is left alone.
+// EXIF orientation, which repeats it, is ignored.
 #include "imaging/Picture.h"
 #include "imaging/files/Format.h"
 

@@ -26,7 +26,7 @@ struct Failure {
 [[noreturn]] void fail(j_common_ptr codec) {
     auto *failure = reinterpret_cast<Failure *>(codec->err);
     codec->err->format_message(codec, failure->text.data());
-    std::longjmp(failure->back, 1); // NOLINT(cert-err52-cpp) the library knows no other way
+    std::longjmp(failure->back, 1); // NOLINT(cert-err52-cpp) the library has no other way
 }
 
 // Some hundred scans of a few bytes each would keep the decoder busy for minutes.

@@ -1,4 +1,4 @@
-// What stands in a JPEG file in front of its pixel data, read without decoding anything.
+// What precedes the pixel data in a JPEG file, read without decoding anything.
 #pragma once
 
 #include "imaging/files/Source.h"

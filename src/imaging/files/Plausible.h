@@ -1,12 +1,12 @@
-// How little a file can hold of a picture of a given size. A header that promises more than the file's bytes could
-// ever unpack to is a lie, and is refused before memory for pixels is taken. Each format's header reader names its
-// packing; PictureFile asks.
+// The fewest bytes that a file of a given picture size can have. A header that promises more than the file's bytes can
+// ever decompress to is wrong, and is refused before memory for pixels is taken. Each format's header reader names its
+// compression; PictureFile asks.
 #pragma once
 
 namespace lumora {
 
 enum class Packing {
-    Stored,     ///< not packed
+    Stored,     ///< not compressed
     RunLength,  ///< BMP's RLE, TIFF's PackBits
     Deflate,    ///< PNG, TIFF
     Lzw,        ///< GIF, TIFF

@@ -13,7 +13,7 @@ namespace lumora {
 
 namespace {
 
-// What stands in a PNG file beside its pixels, from a walk over the chunks.
+// What a PNG file holds besides its pixels, read from its chunks.
 struct Chunks {
     QByteArray header; ///< the thirteen bytes of IHDR, or empty
     QByteArray exif;
@@ -131,7 +131,7 @@ class Decoder {
     [[noreturn]] static void fail(png_structp png, png_const_charp text) {
         auto *decoder = static_cast<Decoder *>(png_get_error_ptr(png));
         qstrncpy(decoder->m_text.data(), text, decoder->m_text.size());
-        std::longjmp(decoder->m_back, 1); // NOLINT(cert-err52-cpp) the library knows no other way
+        std::longjmp(decoder->m_back, 1); // NOLINT(cert-err52-cpp) the library has no other way
     }
     static void feed(png_structp png, png_bytep to, std::size_t count) {
         auto *decoder = static_cast<Decoder *>(png_get_io_ptr(png));

@@ -15,7 +15,7 @@ namespace {
 
 constexpr char upFilter = 2;
 
-// The rows as PNG wants them: a byte for the filter, then red, green, blue (and alpha), each less the byte above.
+// The rows as PNG stores them: a byte for the filter, then red, green, blue (and alpha), each minus the byte above.
 std::vector<std::uint8_t> filtered(const ConstPixelView &view, int channels, int firstRow, int endRow) {
     std::vector<std::uint8_t> raw((static_cast<std::size_t>(view.width) * channels + 1) * (endRow - firstRow));
     const std::vector<std::uint8_t> nothing(static_cast<std::size_t>(view.width) * 4);

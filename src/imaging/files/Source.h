@@ -1,4 +1,4 @@
-// The bytes of a picture file, read where they are wanted: headers are looked at without taking the file into memory.
+// The bytes of a picture file, read where they are needed: a header is read without loading the whole file.
 // Used by the formats in this folder.
 #pragma once
 

@@ -1,4 +1,4 @@
-// Packing a picture's rows on all cores while the strips are written in their order. Used by the JPEG, PNG and TIFF
+// Compressing a picture's rows on all cores while the strips are written in order. Used by the JPEG, PNG and TIFF
 // writers.
 #pragma once
 
@@ -9,14 +9,14 @@
 
 namespace lumora {
 
-/// Rows in a strip of about a megabyte, enough for the compressor to find its feet.
+/// Rows in a strip of about a megabyte, enough for a good compression ratio.
 inline int rowsInStrip(int width, int height, int channels) {
     constexpr int stripBytes = 1 << 20;
     return std::clamp(stripBytes / std::max(1, width * channels), 1, height);
 }
 
 /// Calls `pack(firstRow, endRow)` for the strips of `height` rows, on all cores at once, and `write(result)` for the
-/// results in their order, one at a time. Ends early when `write` answers false.
+/// results in their order, one at a time. Ends early when `write` returns false.
 template <typename Result, typename Pack, typename Write>
 void packStrips(int height, int stripRows, Pack pack, Write write) {
     constexpr int stripsAtOnce = 8;

@@ -13,7 +13,7 @@ QString writeTga(const QImage &picture, QIODevice &target) {
     if (view.width > longestSide || view.height > longestSide) {
         return QStringLiteral("TGA ends at 65535 pixels");
     }
-    // Truevision TGA File Format 2.0, fields 3 to 5: true colour, not packed.
+    // Truevision TGA File Format 2.0, fields 3 to 5: true colour, not compressed.
     const int channels = picture.hasAlphaChannel() ? 4 : 3;
     QByteArray header(18, '\0');
     header[2] = 2;

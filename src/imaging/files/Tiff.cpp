@@ -1,5 +1,6 @@
 // Reading TIFF with libtiff: the first page, in any of its many arrangements. What is stored as plain samples is read
-// here, so that alpha stays straight and inks meet their profile; the rest goes through libtiff's own conversion.
+// here, so that alpha stays straight and inks are converted by their profile; the rest goes through libtiff's own
+// conversion.
 #include "imaging/Picture.h"
 #include "imaging/files/Format.h"
 #include "imaging/files/TiffFile.h"
@@ -68,7 +69,7 @@ FileHeader headerOf(Source &source, const TiffFile &file) {
     return header;
 }
 
-// Reads the strips row by row, so that the rows before a fault count. Answers how many rows came out.
+// Reads the strips row by row, so that the rows before a fault count. Returns how many rows were read.
 int readStrips(const TiffFile &file, const TiffSamples &samples, const PixelView &view) {
     std::vector<uint8_t> raw(static_cast<std::size_t>(TIFFScanlineSize64(file.handle())));
     const int rowsPerStrip = static_cast<int>(

@@ -21,7 +21,7 @@ class TiffFile {
     /// The first error message, or an empty text.
     const QString &text() const { return m_text; }
 
-    /// The value of a tag that stands once, or `fallback` when it is missing.
+    /// The value of a tag that occurs once, or `fallback` when it is missing.
     template <typename Value> Value field(uint32_t tag, Value fallback) const {
         Value value{};
         return TIFFGetFieldDefaulted(m_tiff, tag, &value) == 1 ? value : fallback;

@@ -17,7 +17,7 @@ void convert(const std::uint8_t *raw, int count, std::uint8_t *to, ToByte toByte
     }
 }
 
-// `spread` stretches 1, 2 and 4 bits to the whole byte; palettes want them as they are.
+// `spread` stretches 1, 2 and 4 bits to the whole byte; palettes need them unchanged.
 void unpackBits(const std::uint8_t *raw, int count, int bits, bool spread, std::uint8_t *to) {
     const int most = (1 << bits) - 1;
     const int factor = spread ? 255 / most : 1;

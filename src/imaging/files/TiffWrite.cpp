@@ -1,4 +1,4 @@
-// Writing TIFF with libtiff: Deflate with horizontal differences, the strips packed on all cores.
+// Writing TIFF with libtiff: Deflate with horizontal differences, the strips compressed on all cores.
 #include "imaging/Picture.h"
 #include "imaging/files/Deflate.h"
 #include "imaging/files/Format.h"

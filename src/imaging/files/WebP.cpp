@@ -54,7 +54,7 @@ Parts readParts(Source &source) {
     return parts;
 }
 
-// Decodes into the view, which has the size asked for. Answers how many rows came out.
+// Decodes into the view, which has the size asked for. Returns how many rows were read.
 int decodeInto(const QByteArray &data, const PixelView &view, bool scale) {
     WebPDecoderConfig config;
     if (!WebPInitDecoderConfig(&config)) {

@@ -1,4 +1,4 @@
-// The alpha bytes of a picture: whether any says "not opaque", and making them all 255.
+// The alpha bytes of a picture: whether any of them is below 255, and setting all of them to 255.
 #pragma once
 
 #include "imaging/PixelView.h"

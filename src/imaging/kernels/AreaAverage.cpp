@@ -21,7 +21,7 @@ namespace lumora::HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
 /// One row of the target from the sums of its columns. All numbers are integers below 2^53, so that doubles hold them
-/// and floor(a / b) is exact. `pixelsAtOnce` totals add up without leaving 31 bits.
+/// and floor(a / b) is exact. `pixelsAtOnce` totals add up without overflowing 31 bits.
 void averageColumns(const std::uint32_t *totals, const AreaCover *columns, int pixelsAtOnce, double area,
                     std::uint8_t *to, int width) {
     const hn::CappedTag<double, 4> d;

@@ -1,4 +1,4 @@
-// Halving, quartering and so on: the reduced levels that the view paints from.
+// Halving, quartering and so on: the mip levels that the view paints from.
 #pragma once
 
 #include "imaging/PixelView.h"

@@ -45,7 +45,7 @@ struct Accumulator {
 };
 
 /// Adds two of the nine places with their weights, number n and the next. Called five times, not in a loop,
-/// so that the loads stand at fixed places.
+/// so that the loads are at fixed offsets.
 HWY_INLINE void addPair(Accumulator *sums, PixelVector first, PixelVector next, const FixedKernel &kernel,
                         std::size_t n) {
     const Pixels d;
@@ -158,7 +158,7 @@ void convolveFew(const FixedKernel &kernel, const std::uint32_t *const *rows, in
 }
 
 template <Way way>
-void convolve(const FixedKernel &kernel, ConstPixelView source, PixelView target, PixelRect area, bool pastCache) {
+void convolve(const FixedKernel &kernel, ConstPixelView source, PixelView target, PixelRect area, bool nonTemporal) {
     const Pixels d;
     const int lanes = static_cast<int>(hn::Lanes(d));
     for (int y = area.top; y < area.bottom; ++y) {
@@ -176,7 +176,7 @@ void convolve(const FixedKernel &kernel, ConstPixelView source, PixelView target
             } else {
                 const auto result =
                     convolved<way>([&](int n) { return hn::LoadU(d, rows[n / 3] + x - 1 + n % 3); }, kernel);
-                if (pastCache) {
+                if (nonTemporal) {
                     hn::Stream(result, d, to + x);
                 } else {
                     hn::Store(result, d, to + x);
@@ -185,24 +185,24 @@ void convolve(const FixedKernel &kernel, ConstPixelView source, PixelView target
             x += count;
         }
     }
-    if (pastCache) {
+    if (nonTemporal) {
         hwy::FlushStream();
     }
 }
 
 void convolveNarrow(const FixedKernel &kernel, ConstPixelView source, PixelView target, PixelRect area,
-                    bool pastCache) {
-    convolve<Way::Narrow>(kernel, source, target, area, pastCache);
+                    bool nonTemporal) {
+    convolve<Way::Narrow>(kernel, source, target, area, nonTemporal);
 }
 
 void convolveOpaque(const FixedKernel &kernel, ConstPixelView source, PixelView target, PixelRect area,
-                    bool pastCache) {
-    convolve<Way::Opaque>(kernel, source, target, area, pastCache);
+                    bool nonTemporal) {
+    convolve<Way::Opaque>(kernel, source, target, area, nonTemporal);
 }
 
 void convolveTransparent(const FixedKernel &kernel, ConstPixelView source, PixelView target, PixelRect area,
-                         bool pastCache) {
-    convolve<Way::Transparent>(kernel, source, target, area, pastCache);
+                         bool nonTemporal) {
+    convolve<Way::Transparent>(kernel, source, target, area, nonTemporal);
 }
 
 } // namespace lumora::HWY_NAMESPACE

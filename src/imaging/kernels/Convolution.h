@@ -14,8 +14,8 @@ struct Convolution {
 
 /// Each channel becomes the sum of the nine pixels around it, each times its coefficient, plus the offset; rounded, cut
 /// at 0 and 255. Coefficients are taken as 16-bit fixed point with as many bits after the point (14 at most) as the
-/// largest leaves. Beyond the border the outermost pixel goes on. Alpha is kept; pictures that are not opaque are
-/// computed with colours and offset multiplied by alpha. Source and target have one size; the area lies within it.
+/// largest leaves. Beyond the border the outermost pixel is repeated. Alpha is kept; pictures that are not opaque are
+/// computed with colours and offset multiplied by alpha. Source and target have equal size and contain area.
 /// False, and nothing done, when a coefficient is not a number or infinite, or when memory is refused (a transparent
 /// picture takes that of one more).
 bool applyConvolution(const Convolution &parameters, ConstPixelView source, PixelView target, PixelRect area,

@@ -64,17 +64,17 @@ void mapFewPixels(const Operation &operation, const std::uint32_t *from, std::ui
     std::memcpy(to, lanes, count * sizeof(std::uint32_t));
 }
 
-/// to = operation(from) for every pixel of the area. With `pastCache` the result goes straight to memory, which
+/// to = operation(from) for every pixel of the area. With `nonTemporal` the result goes straight to memory, which
 /// spares reading the lines it overwrites; right for results that no cache could hold.
 template <typename Operation>
-void mapPixels(const Operation &operation, ConstPixelView source, PixelView target, PixelRect area, bool pastCache) {
+void mapPixels(const Operation &operation, ConstPixelView source, PixelView target, PixelRect area, bool nonTemporal) {
     const Pixels d;
     const std::size_t lanes = hn::Lanes(d);
     for (int y = area.top; y < area.bottom; ++y) {
         const auto *from = reinterpret_cast<const std::uint32_t *>(source.row(y)) + area.left;
         auto *to = reinterpret_cast<std::uint32_t *>(target.row(y)) + area.left;
         auto left = static_cast<std::size_t>(area.width());
-        if (pastCache) {
+        if (nonTemporal) {
             const std::size_t offset = reinterpret_cast<std::uintptr_t>(to) / sizeof(std::uint32_t) % lanes;
             if (offset != 0 && left >= lanes) {
                 mapFewPixels(operation, from, to, lanes - offset);
@@ -94,7 +94,7 @@ void mapPixels(const Operation &operation, ConstPixelView source, PixelView targ
             mapFewPixels(operation, from, to, left);
         }
     }
-    if (pastCache) {
+    if (nonTemporal) {
         hwy::FlushStream();
     }
 }

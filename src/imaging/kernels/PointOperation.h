@@ -10,12 +10,12 @@ inline bool leavesCache(PixelRect area) {
     return std::int64_t(area.width()) * area.height() * 4 > (std::int64_t(8) << 20);
 }
 
-/// kernel(parameters, source, target, band, pastCache) for bands of the area.
+/// kernel(parameters, source, target, band, nonTemporal) for bands of the area.
 template <typename Kernel, typename Parameters>
 void runPointKernel(Kernel kernel, const Parameters &parameters, ConstPixelView source, PixelView target,
                     PixelRect area) {
-    const bool pastCache = leavesCache(area);
-    forBands(area, [&](PixelRect band) { kernel(parameters, source, target, band, pastCache); });
+    const bool nonTemporal = leavesCache(area);
+    forBands(area, [&](PixelRect band) { kernel(parameters, source, target, band, nonTemporal); });
 }
 
 } // namespace lumora

@@ -1,4 +1,4 @@
-// Spreads the rows of a kernel over the processors. The kernels themselves know nothing of threads.
+// Spreads the rows of a kernel over the processors. The kernels themselves do not use threads.
 #pragma once
 
 #include "imaging/Region.h"

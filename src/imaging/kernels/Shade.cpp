@@ -27,7 +27,7 @@ HWY_INLINE PixelVector shaded(PixelVector pixels, PixelVector shades) {
     return hn::Or(hn::Or(hn::BitCast(d, newBlueAndRed), newGreen), hn::And(pixels, hn::Set(d, 0xFF000000U)));
 }
 
-void shadePixelsKernel(const std::uint32_t *from, std::uint32_t *to, const Shade *shades, int count, bool pastCache) {
+void shadePixelsKernel(const std::uint32_t *from, std::uint32_t *to, const Shade *shades, int count, bool nonTemporal) {
     const Pixels d;
     const int lanes = static_cast<int>(hn::Lanes(d));
     while (count > 0) {
@@ -40,7 +40,7 @@ void shadePixelsKernel(const std::uint32_t *from, std::uint32_t *to, const Shade
             std::memcpy(few, shades, std::size_t(now) * sizeof(Shade));
             hn::Store(shaded(hn::Load(d, pixels), hn::Load(d, few)), d, pixels);
             std::memcpy(to, pixels, std::size_t(now) * sizeof(Shade));
-        } else if (pastCache) {
+        } else if (nonTemporal) {
             hn::Stream(shaded(hn::LoadU(d, from), hn::LoadU(d, shades)), d, to);
         } else {
             hn::Store(shaded(hn::LoadU(d, from), hn::LoadU(d, shades)), d, to);
@@ -50,7 +50,7 @@ void shadePixelsKernel(const std::uint32_t *from, std::uint32_t *to, const Shade
         shades += now;
         count -= now;
     }
-    if (pastCache) {
+    if (nonTemporal) {
         hwy::FlushStream();
     }
 }
@@ -63,8 +63,8 @@ namespace lumora {
 
 HWY_EXPORT(shadePixelsKernel);
 
-void shadePixels(const std::uint32_t *from, std::uint32_t *to, const Shade *shades, int count, bool pastCache) {
-    HWY_DYNAMIC_DISPATCH(shadePixelsKernel)(from, to, shades, count, pastCache);
+void shadePixels(const std::uint32_t *from, std::uint32_t *to, const Shade *shades, int count, bool nonTemporal) {
+    HWY_DYNAMIC_DISPATCH(shadePixelsKernel)(from, to, shades, count, nonTemporal);
 }
 
 namespace {
@@ -86,7 +86,7 @@ void ShadePattern::set(int row, int column, Shade shade) {
 
 void applyPattern(const ShadePattern &pattern, const std::function<int(int y)> &rowOf, ConstPixelView source,
                   PixelView target, PixelRect area) {
-    const bool pastCache = leavesCache(area);
+    const bool nonTemporal = leavesCache(area);
     forBands(area, [&](PixelRect band) {
         for (int y = band.top; y < band.bottom; ++y) {
             const Shade *shades = pattern.row(rowOf(y));
@@ -94,7 +94,7 @@ void applyPattern(const ShadePattern &pattern, const std::function<int(int y)> &
                 const int column = x % pattern.length();
                 const int count = std::min(pattern.length() - column, band.right - x);
                 shadePixels(reinterpret_cast<const std::uint32_t *>(source.row(y)) + x,
-                            reinterpret_cast<std::uint32_t *>(target.row(y)) + x, shades + column, count, pastCache);
+                            reinterpret_cast<std::uint32_t *>(target.row(y)) + x, shades + column, count, nonTemporal);
                 x += count;
             }
         }

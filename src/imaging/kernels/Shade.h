@@ -19,8 +19,8 @@ constexpr Shade shadeTowards(int grey, int share) {
     return static_cast<Shade>(256 - share) | static_cast<Shade>(grey * share) << 16;
 }
 
-/// to = from with one shade for each pixel. `pastCache` as in PointOperation-inl.h.
-void shadePixels(const std::uint32_t *from, std::uint32_t *to, const Shade *shades, int count, bool pastCache);
+/// to = from with one shade for each pixel. `nonTemporal` as in PointOperation-inl.h.
+void shadePixels(const std::uint32_t *from, std::uint32_t *to, const Shade *shades, int count, bool nonTemporal);
 
 /// Shades that repeat from left to right every `period` pixels, in a number of rows.
 class ShadePattern {

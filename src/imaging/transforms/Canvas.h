@@ -14,7 +14,7 @@ PixelRect redEyeBounds(int pictureWidth, int pictureHeight, int x, int y, int ra
 /// are none): red becomes the larger of green and blue; green, blue and alpha stay. To decide that, the pixel is read
 /// as the number red + 256 green + 65536 blue, and the channels as round(n / 256) and round(n / 65536), halves to even,
 /// each modulo 256: above a red of 128 green reads one higher than it is, and 255 becomes 0. White stays white and pure
-/// red becomes black in spite of that. Any integers will do; what lies off the picture is ignored. False, and nothing
+/// red becomes black in spite of that. Any integers will do; what is outside the picture is ignored. False, and nothing
 /// done, for no picture or when memory is refused.
 bool removeRedEye(QImage &picture, int x, int y, int radius);
 

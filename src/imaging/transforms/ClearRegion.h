@@ -1,5 +1,5 @@
-// Cutting a region out of a picture: what is not wanted becomes see-through. Called by the cut-out tool.
-// Both answer a null picture for a null one and when memory is refused; their argument stays as it was.
+// Cutting a region out of a picture: the rest becomes transparent. Called by the cut-out tool.
+// Both return a null picture for a null one and when memory is refused; their argument is not changed.
 #pragma once
 
 #include "imaging/Region.h"
@@ -8,7 +8,7 @@
 
 namespace lumora {
 
-/// What is cut away: white, so that what knows no transparency shows paper, with alpha 0.
+/// What is cut away: white with alpha 0, so that programs without transparency show white.
 inline constexpr std::uint32_t clearedPixel = 0x00FFFFFF;
 
 /// The part of the picture in that rectangle, which is cut to the picture first, with clearedPixel outside the region.

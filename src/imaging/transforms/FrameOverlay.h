@@ -7,9 +7,9 @@ namespace lumora {
 
 /// The photo with the frame stretched over the whole of it, whatever the proportions of both; where the frame is
 /// transparent the photo shows through ("source over", Porter and Duff, Computer Graphics 18, 1984). The frame is
-/// scaled as `scaled` in Scale.h does it, of which only what lies around its transparent middle is computed; one of the
+/// scaled as `scaled` in Scale.h does it, of which only what is around its transparent middle is computed; one of the
 /// photo's size goes over it in one pass. A null picture without a photo or a frame and when memory is refused; both
-/// stay as they were.
+/// are left unchanged.
 QImage framed(const QImage &photo, const QImage &frame);
 
 } // namespace lumora

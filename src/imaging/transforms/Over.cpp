@@ -86,15 +86,16 @@ void layFew(const std::uint32_t *over, const std::uint32_t *under, std::uint32_t
     std::memcpy(to, upper, count * 4);
 }
 
-/// `pastCache`: straight to memory, for results that no cache could hold.
-void layRow(const std::uint8_t *over, const std::uint8_t *under, std::uint8_t *to, std::size_t pixels, bool pastCache) {
+/// `nonTemporal`: straight to memory, for results that no cache could hold.
+void layRow(const std::uint8_t *over, const std::uint8_t *under, std::uint8_t *to, std::size_t pixels,
+            bool nonTemporal) {
     const Pixels d;
     const std::size_t lanes = hn::Lanes(d);
     const auto *overPixels = reinterpret_cast<const std::uint32_t *>(over);
     const auto *underPixels = reinterpret_cast<const std::uint32_t *>(under);
     auto *toPixels = reinterpret_cast<std::uint32_t *>(to);
     std::size_t x = 0;
-    if (pastCache) {
+    if (nonTemporal) {
         const std::size_t offset = reinterpret_cast<std::uintptr_t>(to) / 4 % lanes;
         if (offset != 0 && pixels >= lanes) {
             x = lanes - offset;
@@ -128,11 +129,11 @@ void layOver(const std::uint8_t *over, const std::uint8_t *under, std::uint8_t *
 }
 
 void layPictureOver(ConstPixelView over, ConstPixelView under, PixelView target) {
-    const bool pastCache = leavesCache(wholeOf(target));
+    const bool nonTemporal = leavesCache(wholeOf(target));
     forRowBands(target.height, target.width, [&](int first, int end) {
         for (int y = first; y < end; ++y) {
             HWY_DYNAMIC_DISPATCH(layRow)
-            (over.row(y), under.row(y), target.row(y), std::size_t(target.width), pastCache);
+            (over.row(y), under.row(y), target.row(y), std::size_t(target.width), nonTemporal);
         }
     });
 }

@@ -13,7 +13,7 @@ namespace lumora {
 void layOver(const std::uint8_t *over, const std::uint8_t *under, std::uint8_t *to, int pixels);
 
 /// target = (over * alpha + under * (255 - alpha)) / 255, rounded, for each channel, and opaque; alpha is that of
-/// `over`, whose colours are not multiplied by it. `under` is opaque. All three have one size.
+/// `over`, whose colours are not multiplied by it. `under` is opaque. All three have the same size.
 void layPictureOver(ConstPixelView over, ConstPixelView under, PixelView target);
 
 } // namespace lumora

@@ -19,21 +19,21 @@ struct CubicTaps {
     std::vector<std::int32_t> weights;
 };
 
-/// A picture scaled to width x height pixels, given out in pieces of rows. Cubic convolution along each axis (R. Keys,
+/// A picture scaled to width x height pixels, computed in pieces of rows. Cubic convolution along each axis (R. Keys,
 /// IEEE Trans. ASSP 29, 1981, a = -1/2), widened by the ratio where a side gets smaller; beyond the border the
-/// outermost pixel goes on. Weights are whole 16384ths, levels between the axes have six bits after the point, results
-/// are rounded and cut to 0 to 255. Colours are multiplied by alpha, which is 255 in opaque pictures. Making one throws
-/// std::bad_alloc when memory for the weights is refused; then any number of threads may use it.
+/// outermost pixel is repeated. Weights are whole 16384ths, levels between the axes have six bits after the point,
+/// results are rounded and cut to 0 to 255. Colours are multiplied by alpha, which is 255 in opaque pictures. Making
+/// one throws std::bad_alloc when memory for the weights is refused; then any number of threads may use it.
 class Resampler {
   public:
     Resampler(ConstPixelView source, int width, int height);
 
     const CubicTaps &across() const { return m_across; }
     const CubicTaps &down() const { return m_down; }
-    /// 16-bit numbers that a thread lends to writeRow.
+    /// 16-bit work space that a thread passes to writeRow.
     std::size_t rowMemory() const { return (std::size_t(m_source.width) + 1) * 4; }
 
-    /// Pixels `begin` to `end` - 1 of row y to `to`, where the first of them goes first.
+    /// Pixels `begin` to `end` - 1 of row y to `to`, the first of them first.
     void writeRow(int y, int begin, int end, std::uint8_t *to, std::int16_t *memory) const;
 
   private:

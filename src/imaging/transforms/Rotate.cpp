@@ -1,6 +1,6 @@
 #include "imaging/transforms/Rotate.h"
 
-#include "imaging/kernels/PastCache.h"
+#include "imaging/kernels/NonTemporalStore.h"
 #include "imaging/kernels/RowBands.h"
 #include "imaging/kernels/Targets.h"
 
@@ -22,7 +22,7 @@ constexpr int pointBits = 32;
 constexpr int tileWidth = 256;
 constexpr int tileHeight = 64;
 
-/// Where a row of the target lies in the source, and one pixel further right.
+/// Where a row of the target begins in the source, and the step to its next pixel.
 struct SourceLine {
     std::int64_t x, y, stepX, stepY;
 };
@@ -59,7 +59,7 @@ template <typename V> HWY_INLINE V mixChannels(V aboveLeft, V aboveRight, V belo
     return hn::ShiftRight<7>(hn::Add(mixed, hn::Set(d16, 64)));
 }
 
-/// `count` pixels whose neighbours all lie in the source.
+/// `count` pixels whose neighbours are all in the source.
 void sampleInside(ConstPixelView source, SourceLine line, std::uint32_t *to, int count) {
     const hn::ScalableTag<std::uint32_t> d;
     const hn::Repartition<std::int16_t, decltype(d)> d16;
@@ -159,7 +159,7 @@ SourceLine advanced(const SourceLine &line, int x) {
     return {line.x + x * line.stepX, line.y + x * line.stepY, line.stepX, line.stepY};
 }
 
-/// A pixel of which a neighbour may lie beside the source: the same as sampleInside, one at a time.
+/// A pixel of which a neighbour may be outside the source: the same as sampleInside, one at a time.
 std::uint32_t sampleRim(ConstPixelView source, const SourceLine &at) {
     const std::int64_t left = at.x >> pointBits;
     const std::int64_t top = at.y >> pointBits;
@@ -221,13 +221,13 @@ void rotatePixels(ConstPixelView source, PixelView target, double sine, double c
                 for (int y = 0; y < rows; ++y) {
                     std::uint32_t tileRow[tileWidth];
                     fillTileRow(source, plans[y], tileRow, tile);
-                    copyPastCache(reinterpret_cast<const std::uint8_t *>(tileRow),
-                                  target.row(top + y) + std::ptrdiff_t(4) * left,
-                                  std::size_t(tile.end - tile.begin) * 4);
+                    copyNonTemporal(reinterpret_cast<const std::uint8_t *>(tileRow),
+                                    target.row(top + y) + std::ptrdiff_t(4) * left,
+                                    std::size_t(tile.end - tile.begin) * 4);
                 }
             }
         }
-        flushPastCache();
+        flushNonTemporal();
     });
 }
 

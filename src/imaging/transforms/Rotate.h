@@ -5,8 +5,8 @@
 
 namespace lumora {
 
-/// Fills the target with the source rotated clockwise about its middle, which comes to lie on the target's middle. Sine
-/// and cosine of the angle say how far. Bilinear: positions in 128ths of a pixel across and 32768ths down, integers
+/// Fills the target with the source rotated clockwise about its middle, which is placed on the target's middle. Sine
+/// and cosine of the angle say by how much. Bilinear: positions in 128ths of a pixel across and 32768ths down, integers
 /// from there on, rounded once. Pixels beside the source are opaque white, and so the border is smooth. Colours of
 /// both are multiplied by alpha, which is 255 in opaque pictures. Neither is empty; they do not overlap.
 void rotatePixels(ConstPixelView source, PixelView target, double sine, double cosine);

@@ -21,7 +21,7 @@ QImage turned(const QImage &picture, Turn turn) {
                                   : newPicture(source.width, source.height, opaque);
     const PixelView target = writeView(result);
     if (!target.isEmpty()) {
-        movePixels(source, target, turn);
+        flipAndRotate(source, target, turn);
     }
     return result;
 }
@@ -100,8 +100,9 @@ QImage cropped(const QImage &picture, PixelRect rectangle) {
     QImage result = newPicture(part.width(), part.height(), picture.format() == QImage::Format_RGB32);
     const PixelView target = writeView(result);
     if (!target.isEmpty()) {
-        movePixels({source.row(part.top) + std::ptrdiff_t(4) * part.left, part.width(), part.height(), source.stride},
-                   target, {});
+        flipAndRotate(
+            {source.row(part.top) + std::ptrdiff_t(4) * part.left, part.width(), part.height(), source.stride}, target,
+            {});
     }
     return result;
 }

@@ -53,7 +53,7 @@ void CropPanel::prepare(Use use) {
     m_tip->writeSetting();
     const bool crop = use == Use::Crop;
     titleLabel()->setText(m_ctx.texts.text(crop ? "CropDescription" : "SelectBkgDescription"));
-    m_hint->setText(crop ? m_ctx.texts.text("CropHint", "Move the frame, or pull its dots.")
+    m_hint->setText(crop ? m_ctx.texts.text("CropHint")
                          : m_ctx.texts.text("CutOutHint", "Draw a line all the way round something."));
     m_cropNow->setVisible(crop);
     m_cropCutNow->setVisible(!crop);

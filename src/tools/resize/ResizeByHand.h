@@ -3,7 +3,7 @@
 
 #include "tools/canvas/CanvasTool.h"
 #include "tools/resize/ResizeHandles.h"
-#include "view/PhotoLevels.h"
+#include "view/MipLevels.h"
 #include "view/PhotoTable.h"
 
 #include <QObject>
@@ -55,7 +55,7 @@ class ResizeByHand : public QObject, public CanvasTool {
 
     AppContext &m_ctx;
     PhotoView &m_view;
-    PhotoLevels m_levels;
+    MipLevels m_levels;
     PhotoTable m_table;
     bool m_active = false;
     ResizeHandle m_grabbed; ///< null while nothing is dragged

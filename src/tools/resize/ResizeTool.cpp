@@ -48,7 +48,7 @@ void ResizeTool::openFreeResize() {
     m_ctx.fields.txtResizeMode = true;
     m_mouse.setTool(&m_byHand); // which puts the panel away
     Q_EMIT stateChanged();
-    Q_EMIT message(m_ctx.texts.text("StatusFreeResize", "Drag the handles to make the photo larger or smaller."), true);
+    Q_EMIT message(m_ctx.texts.text("StatusFreeResize"), true);
 }
 
 void ResizeTool::close() {
@@ -74,8 +74,7 @@ void ResizeTool::clicked(QPoint) {
 
 void ResizeTool::resizeTo(QSize size) {
     if (size.isEmpty()) {
-        Q_EMIT message(
-            m_ctx.texts.text("StatusSizeZero", "A photo needs at least 1 pixel each way. It stays as it is."), false);
+        Q_EMIT message(m_ctx.texts.text("StatusSizeZero"), false);
         return;
     }
     const QImage photo = m_ctx.photo.picCanvas();

@@ -126,7 +126,7 @@ void RotateTool::startFreeRotation() {
         m_grid.DrawGrid();
     }
     m_mouse.setTool(&m_byHand);
-    Q_EMIT message(m_ctx.texts.text("StatusFreeRotation", "Drag the round handle to turn the photo."), true);
+    Q_EMIT message(m_ctx.texts.text("StatusFreeRotation"), true);
 }
 
 void RotateTool::close() {

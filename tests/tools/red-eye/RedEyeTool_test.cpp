@@ -11,7 +11,7 @@ namespace lumora {
 namespace {
 
 struct RedEyeToolTest : test::ColourTools {
-    /// The fix as it was first written down, pixel by pixel.
+    /// The fix by its definition, pixel by pixel.
     QImage fixed(const QImage &picture, QPoint at, int radius) const {
         QImage result = picture.copy();
         for (int dy = -radius; dy <= radius; ++dy) {

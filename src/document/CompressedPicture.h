@@ -1,0 +1,18 @@
+// A picture as the file of an undo step: written by the history's thread, read when the step is taken back.
+#pragma once
+
+#include <QImage>
+#include <stop_token>
+
+namespace lumora {
+
+/// Writes the pixels to the file: differences from the row above, one plane for each colour, no alpha where the
+/// picture is opaque; `compress` compresses them with zstd, which takes about four times as long. Returns the bytes
+/// written, or -1 when the disk is full, more than `limit` bytes would be needed or a stop is asked for.
+qint64 writeCompressed(int file, const QImage &picture, bool compress, qint64 limit, const std::stop_token &stop);
+
+/// Reads what writeCompressed wrote into a picture that already has its size and format. False for a file that does not
+/// hold these pixels whole.
+bool readCompressed(int file, QImage &picture);
+
+} // namespace lumora
