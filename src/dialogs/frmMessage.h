@@ -3,8 +3,6 @@
 
 #include "widgets/BorderlessDialog.h"
 
-#include <QTimer>
-
 class QCheckBox;
 class QLabel;
 
@@ -27,7 +25,6 @@ class frmMessage : public BorderlessDialog {
     QLabel *lblMessage;
     QCheckBox *chkDontShow;
     AnimatedButton *cmdYes;
-    QTimer tmrYes{this};
 };
 
 } // namespace lumora
