@@ -1,4 +1,6 @@
-// What stands in a JPEG file in front of its pixel data, read without decoding anything.
+// What stands in a JPEG file in front of its pixel data, read without decoding anything. By hand, for libjpeg keeps
+// every segment that it is asked for in a list and walks the whole of it for the next one: a file of a million empty
+// segments would hold it up for minutes.
 #pragma once
 
 #include "imaging/files/Source.h"
