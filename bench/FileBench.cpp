@@ -4,11 +4,14 @@
 
 #include "imaging/PictureFile.h"
 
+#include <QBuffer>
 #include <QFile>
+#include <QImageWriter>
 #include <QTemporaryDir>
 #include <cstdlib>
 #include <map>
 #include <memory>
+#include <string>
 
 namespace lumora {
 
@@ -21,6 +24,25 @@ const QByteArray &jpegOf(const QImage &picture) {
         file = encodeJpeg(picture, 90);
     }
     return file;
+}
+
+/// A file type as Lumora writes it and as Qt's plugin for it does with the usual library, on one core.
+void addWriterRows(const std::string &name, const QString &extension, int compression) {
+    // To a file in memory where the machine has such a folder: the disk is not what is measured.
+    const auto folder = std::make_shared<QTemporaryDir>("/dev/shm/lumora-bench-XXXXXX");
+    const QString path = folder->filePath("a." + extension);
+    addRows((name + "Encode").c_str(), [folder, path](const QImage &picture) {
+        if (!writePicture(picture, path).ok()) {
+            std::abort();
+        }
+    });
+    addRows((name + "EncodeByQt").c_str(), [folder, path, compression](const QImage &picture) {
+        QImageWriter writer(path);
+        writer.setCompression(compression);
+        if (!writer.write(picture)) {
+            std::abort();
+        }
+    });
 }
 
 } // namespace
@@ -39,15 +61,19 @@ void addFileRows() {
         }
         benchmark::DoNotOptimize(readThumbnail(path, 120).picture.constBits());
     });
-    // To a file in memory where the machine has such a folder: the disk is not what is measured.
-    addRows("PngEncode",
-            [folder = std::make_shared<QTemporaryDir>("/dev/shm/lumora-bench-XXXXXX")](const QImage &picture) {
-                if (!writePicture(picture, folder->filePath("a.png")).ok()) {
-                    std::abort();
-                }
-            });
+    addWriterRows("Png", "png", 11); // of 100: deflate's level 1, as Lumora packs
+    addWriterRows("Tiff", "tif", 1);
+    addWriterRows("Bmp", "bmp", 0);
     addRows("JpegEncode90",
             [](const QImage &picture) { benchmark::DoNotOptimize(encodeJpeg(picture, 90).constData()); });
+    addRows("JpegEncode90ByQt", [](const QImage &picture) {
+        QBuffer buffer;
+        QImageWriter writer(&buffer, "jpg");
+        writer.setQuality(90);
+        if (!writer.write(picture)) {
+            std::abort();
+        }
+    });
 }
 
 } // namespace lumora

@@ -1,5 +1,6 @@
 // What the verbs of a script do that look at the outcome and change nothing.
 #include "Controls.h"
+#include "Look.h"
 #include "Player.h"
 #include "Shot.h"
 
@@ -24,6 +25,8 @@ bool agrees(const QString &value, const QString &pattern) {
 QString quoted(const QString &value) {
     return value.contains(' ') || value.isEmpty() ? '"' + value + '"' : value;
 }
+
+constexpr int remakeTime = 1000; // milliseconds: what the step before it set off has come to its end
 
 /// Size and SHA-256 of the picture's RGBA rows; where a mask of its size is set, the pixels count as 0.
 QString printOf(const QImage &photo, const QImage &mask = {}) {
@@ -93,6 +96,55 @@ Outcome Player::expectNot(const Step &step) {
         return Outcome::notYet(problem);
     }
     return agrees(value, step.word(1)) ? Outcome::notYet("it is just that") : Outcome::done();
+}
+
+bool Player::seen(const Step &step, QImage &picture, QString &problem) const {
+    if (step.word(1).isEmpty()) {
+        picture = lookOf(m_program.picture());
+        return true;
+    }
+    const FoundControl found = findControl(step.word(1));
+    problem = found.widget == nullptr      ? found.problem
+              : !found.widget->isVisible() ? QString("it is hidden")
+              : m_program.isMoving()       ? QString("something is still moving")
+                                           : QString();
+    if (problem.isEmpty()) {
+        picture = lookOf(found.widget->grab().toImage());
+    }
+    return problem.isEmpty();
+}
+
+Outcome Player::look(const Step &step) {
+    QImage picture;
+    QString problem;
+    if (!seen(step, picture, problem)) {
+        return Outcome::notYet(problem);
+    }
+    m_looks[step.word(0)] = picture;
+    return Outcome::done();
+}
+
+Outcome Player::expectLook(const Step &step) {
+    QImage picture;
+    QString problem;
+    if (!seen(step, picture, problem)) {
+        return Outcome::notYet(problem);
+    }
+    const bool kept = m_looks.contains(step.word(0));
+    const QString file = QDir::current().absoluteFilePath(step.word(0));
+    const QString apart = difference(picture, kept ? m_looks.value(step.word(0)) : QImage(file));
+    if (apart.isEmpty()) {
+        return Outcome::done();
+    }
+    if (kept || !remakesLooks || m_stepClock.elapsed() < remakeTime) {
+        return Outcome::notYet(apart);
+    }
+    if (!picture.save(file)) {
+        finish(QString("%1 cannot be written").arg(file));
+    } else {
+        print(file);
+    }
+    return Outcome::done();
 }
 
 QString Player::windowNames() {

@@ -44,6 +44,9 @@ class Player : public QObject {
     std::function<void(const Step &)> beforeStep; ///< and again before each action of a step that takes many
     std::function<void(const QString &)> log;     ///< the actions of a monkey, if wanted
 
+    /// expect-look writes the files that it is to compare with, where they are not the same, instead.
+    bool remakesLooks = false;
+
     /// Plays from the next turn of the event loop on.
     void begin();
     /// The program has ended; only "quit" may still follow.
@@ -87,6 +90,8 @@ class Player : public QObject {
     Outcome wait(const Step &step);
     Outcome expect(const Step &step);
     Outcome expectNot(const Step &step);
+    Outcome look(const Step &step);
+    Outcome expectLook(const Step &step);
     Outcome state(const Step &step);
     Outcome hash(const Step &step);
     Outcome mask(const Step &step);
@@ -108,6 +113,8 @@ class Player : public QObject {
     /// The value that expect compares: a control's, "hash", "outside.MASK" or "state.NAME". False with the reason in
     /// `problem`.
     bool observed(const QString &what, QString &value, QString &problem) const;
+    /// The look of the photo, or of the control that the step names. False with the reason in `problem`.
+    bool seen(const Step &step, QImage &picture, QString &problem) const;
     static QString windowNames();
 
     Program &m_program;
@@ -129,6 +136,7 @@ class Player : public QObject {
     std::unique_ptr<Film> m_film;
     QString m_undoSteps; ///< before undo pressed its keys last
     QHash<QString, QImage> m_masks;
+    QHash<QString, QImage> m_looks;
     std::unique_ptr<Monkey> m_monkey; ///< while it walks
     QString m_problem;
     int m_problemLine = 0;

@@ -33,6 +33,8 @@ const Verb verbs[] = {
     {"wait", 1, 1, "wait MILLISECONDS"},
     {"expect", 2, 2, "expect CONTROL TEXT"},
     {"expect-not", 2, 2, "expect-not CONTROL TEXT"},
+    {"look", 1, 2, "look NAME [CONTROL]"},
+    {"expect-look", 1, 2, "expect-look NAME-OR-FILE [CONTROL]"},
     {"state", 0, 0, "state"},
     {"hash", 0, 3, "hash [NAME] | hash outside MASK [NAME]"},
     {"mask", 1, 1, "mask NAME"},

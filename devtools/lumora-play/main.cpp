@@ -25,6 +25,7 @@ struct Options {
     int patience = 5000;
     int watchdog = 120;
     bool verbose = false;
+    bool remakesLooks = false;
 };
 
 void say(const QString &text) {
@@ -48,7 +49,8 @@ bool readOptions(const QStringList &arguments, Options &options, int &code) {
     const QCommandLineOption timeout("timeout", "A step that takes longer ends the run (default: 120).", "SECONDS",
                                      "120");
     const QCommandLineOption verbose("verbose", "Prints each step before it is done.");
-    parser.addOptions({help, folder, size, patience, timeout, verbose});
+    const QCommandLineOption remake("remake-looks", "Writes the pictures that expect-look compares with again.");
+    parser.addOptions({help, folder, size, patience, timeout, verbose, remake});
     const bool understood = parser.parse(arguments);
     if (!understood || parser.isSet(help) || parser.positionalArguments().size() != 1) {
         const bool asked = understood && parser.isSet(help);
@@ -61,6 +63,7 @@ bool readOptions(const QStringList &arguments, Options &options, int &code) {
     options.patience = parser.value(patience).toInt();
     options.watchdog = parser.value(timeout).toInt();
     options.verbose = parser.isSet(verbose);
+    options.remakesLooks = parser.isSet(remake);
     const QStringList sides = parser.value(size).split('x');
     if (parser.isSet(size)) {
         options.screen = QSize(sides.value(0).toInt(), sides.value(1).toInt());
@@ -98,6 +101,7 @@ int playScript(QApplication &application, const Options &options, Script script,
     LumoraProgram program(stage.programFolder());
     Player player(program, std::move(script), options.patience);
     player.variables = variablesOf(options, stage);
+    player.remakesLooks = options.remakesLooks;
     player.print = say;
     if (options.verbose) {
         player.log = say;

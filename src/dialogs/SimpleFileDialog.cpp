@@ -2,6 +2,7 @@
 
 #include "session/AppContext.h"
 #include "widgets/AnimatedButton.h"
+#include "widgets/AnswerButtons.h"
 #include "widgets/TitleStrip.h"
 
 #include <QLabel>
@@ -12,8 +13,11 @@ namespace lumora {
 
 SimpleFileDialog::SimpleFileDialog(AppContext &ctx, const QString &name, QWidget *owner, const QString &okLoop)
     : BorderlessDialog(name, owner), m_ctx(ctx), txtPath(new QLineEdit(this)), txtFile(new QLineEdit(this)),
-      cmdOK(bigButton("cmdOK", okLoop)), cmdCancel(bigButton("cmdCancel", "cancel")),
-      cmdAdvCMDLG(new PictureButton("more", PictureButton::CaptionPlace::Beside, this)), tmrYes(this) {
+      cmdAdvCMDLG(new PictureButton("more", PictureButton::CaptionPlace::Beside, this)) {
+    auto *buttons = new AnswerButtons(this);
+    constexpr AnswerButtons::Look big{.pictureSize = 56, .captionPoints = 14};
+    cmdOK = buttons->add("cmdOK", okLoop, big);
+    cmdCancel = buttons->add("cmdCancel", "cancel", big);
     txtPath->setObjectName("txtPath");
     txtPath->hide();
     txtFile->setObjectName("txtFile");
@@ -30,35 +34,11 @@ SimpleFileDialog::SimpleFileDialog(AppContext &ctx, const QString &name, QWidget
         m_ending = Ending::More;
         accept();
     });
-    tmrYes.setObjectName("tmrYes");
-    tmrYes.setInterval(AnimatedButton::interval);
-    connect(&tmrYes, &QTimer::timeout, this, &SimpleFileDialog::nextFrame);
-}
-
-AnimatedButton *SimpleFileDialog::bigButton(const QString &name, const QString &loop) {
-    auto *button = new AnimatedButton(this);
-    button->setObjectName(name);
-    button->setLoop(loop);
-    button->setLook(PictureButton::Look::Raised);
-    button->setCaptionPlace(PictureButton::CaptionPlace::Beside);
-    button->setPictureSize(56);
-    QFont large = button->font();
-    large.setPointSizeF(14);
-    button->setFont(large);
-    return button;
-}
-
-void SimpleFileDialog::nextFrame() {
-    m_frame = AnimatedButton::nextFrame(m_frame);
-    cmdOK->setFrame(m_frame);
-    cmdCancel->setFrame(m_frame);
 }
 
 SimpleFileDialog::Ending SimpleFileDialog::run() {
     m_ending = Ending::Cancelled;
-    tmrYes.start();
     exec();
-    tmrYes.stop();
     return m_ending;
 }
 

@@ -3,8 +3,6 @@
 
 #include "widgets/BorderlessDialog.h"
 
-#include <QTimer>
-
 class QLineEdit;
 
 namespace lumora {
@@ -46,12 +44,7 @@ class SimpleFileDialog : public BorderlessDialog {
     PictureButton *cmdAdvCMDLG;
 
   private:
-    AnimatedButton *bigButton(const QString &name, const QString &loop);
-    void nextFrame();
-
     Ending m_ending = Ending::Cancelled;
-    QTimer tmrYes;
-    int m_frame = 1;
 };
 
 } // namespace lumora

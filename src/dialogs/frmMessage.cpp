@@ -2,6 +2,7 @@
 
 #include "session/AppContext.h"
 #include "widgets/AnimatedButton.h"
+#include "widgets/AnswerButtons.h"
 #include "widgets/Theme.h"
 
 #include <QCheckBox>
@@ -12,7 +13,7 @@ namespace lumora {
 
 frmMessage::frmMessage(AppContext &context, QWidget *owner)
     : BorderlessDialog("frmMessage", owner), m_context(context), lblMessage(new QLabel(this)),
-      chkDontShow(new QCheckBox(this)), cmdYes(new AnimatedButton("yes", PictureButton::CaptionPlace::Beside, this)) {
+      chkDontShow(new QCheckBox(this)), cmdYes((new AnswerButtons(this))->add("cmdYes", "yes", {})) {
     lblMessage->setObjectName("lblMessage");
     lblMessage->setWordWrap(true);
     lblMessage->setTextFormat(Qt::PlainText);
@@ -20,10 +21,6 @@ frmMessage::frmMessage(AppContext &context, QWidget *owner)
     auto *picture = new QLabel(this);
     picture->setPixmap(iconPixmap("lumora", 88, devicePixelRatioF()));
     chkDontShow->setObjectName("chkDontShow");
-    cmdYes->setObjectName("cmdYes");
-    cmdYes->setLoop("yes");
-    cmdYes->setLook(PictureButton::Look::Raised);
-    cmdYes->setPictureSize(40);
 
     auto *foot = new QHBoxLayout;
     foot->addWidget(chkDontShow, 1);
@@ -42,9 +39,6 @@ frmMessage::frmMessage(AppContext &context, QWidget *owner)
     chkDontShow->setText(context.texts.text("Welcome_Bubble"));
 
     connect(cmdYes, &QAbstractButton::clicked, this, &frmMessage::accept);
-    connect(&tmrYes, &QTimer::timeout, this, [this] { cmdYes->setFrame(AnimatedButton::nextFrame(cmdYes->frame())); });
-    tmrYes.setObjectName("tmrYes");
-    tmrYes.start(AnimatedButton::interval);
     cmdYes->setFocus();
 }
 

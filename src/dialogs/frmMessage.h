@@ -3,8 +3,6 @@
 
 #include "widgets/BorderlessDialog.h"
 
-#include <QTimer>
-
 class QCheckBox;
 class QLabel;
 
@@ -26,7 +24,6 @@ class frmMessage : public BorderlessDialog {
     QLabel *lblMessage;
     QCheckBox *chkDontShow;
     AnimatedButton *cmdYes;
-    QTimer tmrYes{this};
 };
 
 } // namespace lumora

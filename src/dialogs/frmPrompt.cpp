@@ -1,138 +1,178 @@
 #include "dialogs/frmPrompt.h"
 
+#include "imaging/Scale.h"
 #include "session/AppContext.h"
 #include "view/Thumbnails.h"
 #include "widgets/AnimatedButton.h"
-#include "widgets/PictureButton.h"
+#include "widgets/AnswerButtons.h"
 #include "widgets/Theme.h"
 #include "widgets/TitleStrip.h"
 #include "widgets/WindowTexts.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
 #include <QVBoxLayout>
 
 namespace lumora {
 
-namespace {
+/// What stands above the question.
+enum class PromptPicture {
+    Drawing, ///< the row's icon
+    File,    ///< the photo in the file that would be replaced, once it is read; the icon until then
+    Print,   ///< the photo that the question is about, large
+};
 
 struct PromptRow {
     PromptKind kind;
-    const char *window;
-    const char *picture;
-    bool cancelButton;  // a third way out, cmdExit
-    Answer enterAnswer; // what Enter gives at first: never the answer that loses something
+    const char *window; // also finds the texts
+    PromptPicture picture;
+    const char *icon;
+    double textPoints;
+    int answerPicture; // pixels
+    int answerGap;     // pixels above the answers, beside the usual spacing
+    bool cancelButton; // a third way out, cmdExit
+    Answer enter;      // what Enter gives at first: never the answer that loses something
 };
 
+namespace {
+
 constexpr PromptRow prompts[] = {
-    {PromptKind::Exit, "frmExit", "exit", false, Answer::Yes},
-    {PromptKind::Save, "frmSave", "save", true, Answer::Yes},
-    {PromptKind::SaveBeforeOpen, "frmSave2", "save", true, Answer::Yes},
-    {PromptKind::Overwrite, "frmOverwrite", "save", false, Answer::No},
+    {PromptKind::Exit, "frmExit", PromptPicture::Drawing, "exit", 18, 88, 6, false, Answer::Yes},
+    {PromptKind::Save, "frmSave", PromptPicture::Drawing, "save", 18, 88, 6, true, Answer::Yes},
+    {PromptKind::SaveBeforeOpen, "frmSave2", PromptPicture::Drawing, "save", 18, 88, 6, true, Answer::Yes},
+    {PromptKind::Overwrite, "frmOverwrite", PromptPicture::File, "save", 18, 88, 6, false, Answer::No},
+    {PromptKind::Recover, "frmRecover", PromptPicture::Print, "", 16, 72, 0, false, Answer::Yes},
 };
 
 const PromptRow &rowOf(PromptKind kind) {
     return prompts[static_cast<int>(kind)];
 }
 
-constexpr int pictureSize = 88; // pixels, of the question and of its answers
-constexpr int photoSize = 200;  // pixels, of the photo that would be replaced
+constexpr int drawingSize = 88;         // pixels
+constexpr QSize filePhoto(200, 150);    // pixels
+constexpr QSize largestPrint(440, 320); // pixels
+constexpr int mount = 8;                // pixels of white paper round a print
+constexpr int smallestPrintSide = 96;   // pixels, with the mount: a strip or a dot is still seen to be a photo
+
+/// The photo on a white mount, as a print lies on the table.
+QPixmap print(const QImage &photo, qreal ratio) {
+    const QSize room = largestPrint * ratio;
+    const QSize fitted = photo.size().scaled(photo.size().boundedTo(room), Qt::KeepAspectRatio);
+    const QImage small = scaleByAveraging(photo, std::max(1, fitted.width()), std::max(1, fitted.height()));
+    const int paper = qRound(2 * mount * ratio);
+    const int least = qRound(smallestPrintSide * ratio);
+    QPixmap pixmap((small.size() + QSize(paper, paper)).expandedTo(QSize(least, least)));
+    pixmap.fill(Qt::white);
+    QPainter painter(&pixmap);
+    painter.drawImage((pixmap.width() - small.width()) / 2, (pixmap.height() - small.height()) / 2, small);
+    painter.setPen(colours::line);
+    painter.drawRect(0, 0, pixmap.width() - 1, pixmap.height() - 1);
+    painter.end();
+    pixmap.setDevicePixelRatio(ratio);
+    return pixmap;
+}
+
+/// Breaks a text that does not fit into one line into lines of about the same length.
+void balanceLines(QLabel &label) {
+    const int whole = label.fontMetrics().horizontalAdvance(label.text());
+    const int lines = 1 + whole / largestPrint.width();
+    label.setWordWrap(true);
+    label.setFixedWidth(std::min(largestPrint.width(), whole / lines * 6 / 5 + 1));
+    label.setMinimumHeight(label.heightForWidth(label.width()));
+}
 
 } // namespace
 
-frmPrompt::frmPrompt(AppContext &ctx, PromptKind kind, QWidget *owner)
-    : BorderlessDialog(rowOf(kind).window, owner), m_picture(new QLabel(this)), lblPrompt(new QLabel(this)),
-      tmrYes(this) {
+frmPrompt::frmPrompt(AppContext &ctx, PromptKind kind, QWidget *owner, const QImage &photo)
+    : BorderlessDialog(rowOf(kind).window, owner), picPrompt(new QLabel(this)), lblPrompt(new QLabel(this)) {
     const PromptRow &row = rowOf(kind);
+    body()->setContentsMargins(28, 18, 28, 26);
+    addQuestion(row);
+    addAnswers(ctx, row);
+    showTexts(ctx.texts, *this);
+    showPicture(ctx, row, photo);
+}
+
+void frmPrompt::addQuestion(const PromptRow &row) {
+    picPrompt->setObjectName(row.picture == PromptPicture::Print ? "picRecover" : "picPrompt");
+    picPrompt->setAlignment(Qt::AlignCenter);
     lblPrompt->setObjectName("lblPrompt");
     QFont large = lblPrompt->font();
-    large.setPointSizeF(18);
+    large.setPointSizeF(row.textPoints);
     lblPrompt->setFont(large);
     lblPrompt->setTextFormat(Qt::PlainText);
     lblPrompt->setAlignment(Qt::AlignCenter);
-    m_picture->setAlignment(Qt::AlignCenter);
-    body()->setContentsMargins(28, 18, 28, 26);
-    body()->addWidget(m_picture);
-    body()->addWidget(lblPrompt);
+    body()->addWidget(picPrompt);
+    body()->addWidget(lblPrompt, 0, row.picture == PromptPicture::Print ? Qt::AlignHCenter : Qt::Alignment());
+}
 
-    cmdYes = addAnswer("cmdYes", "yes", Answer::Yes);
-    cmdNo = addAnswer("cmdNo", "no", Answer::No);
+void frmPrompt::addAnswers(AppContext &ctx, const PromptRow &row) {
+    auto *buttons = new AnswerButtons(this);
+    const AnswerButtons::Look look{PictureButton::CaptionPlace::Below, row.answerPicture, 14, 150};
     auto *answers = new QHBoxLayout;
     answers->setSpacing(16);
-    answers->addWidget(cmdYes, 1);
-    answers->addWidget(cmdNo, 1);
-    body()->addSpacing(6);
+    const struct {
+        const char *name, *loop;
+        Answer answer;
+    } rows[] = {{"cmdYes", "yes", Answer::Yes}, {"cmdNo", "no", Answer::No}};
+    for (const auto &[name, loop, answer] : rows) {
+        AnimatedButton *button = buttons->add(name, loop, look);
+        answers->addWidget(button, 1);
+        connect(button, &QAbstractButton::clicked, this, [this, chosen = answer] {
+            m_answer = chosen;
+            accept();
+        });
+        if (answer == row.enter) {
+            button->setFocus();
+            setDefaultButton(button);
+        }
+    }
+    body()->addSpacing(row.answerGap);
     body()->addLayout(answers);
     if (row.cancelButton) {
         PictureButton *cmdExit = picTBar()->addCloseButton("cmdExit");
         cmdExit->setToolTip(ctx.texts.text("DlgSaveCancelButton"));
         connect(cmdExit, &QAbstractButton::clicked, this, &QDialog::reject);
     }
-    showTexts(ctx.texts, *this);
-    addPicture(ctx, kind);
-
-    AnimatedButton *first = row.enterAnswer == Answer::Yes ? cmdYes : cmdNo;
-    first->setFocus();
-    setDefaultButton(first);
-    tmrYes.setObjectName("tmrYes");
-    tmrYes.setInterval(AnimatedButton::interval);
-    connect(&tmrYes, &QTimer::timeout, this, &frmPrompt::nextFrame);
 }
 
-AnimatedButton *frmPrompt::addAnswer(const QString &name, const QString &loop, Answer answer) {
-    auto *button = new AnimatedButton(this);
-    button->setObjectName(name);
-    button->setLoop(loop);
-    button->setLook(PictureButton::Look::Raised);
-    button->setCaptionPlace(PictureButton::CaptionPlace::Below);
-    button->setPictureSize(pictureSize);
-    QFont large = button->font();
-    large.setPointSizeF(14);
-    button->setFont(large);
-    button->setMinimumWidth(150);
-    connect(button, &QAbstractButton::clicked, this, [this, answer] {
-        m_answer = answer;
-        accept();
-    });
-    return button;
-}
-
-void frmPrompt::addPicture(AppContext &ctx, PromptKind kind) {
-    m_picture->setPixmap(iconPixmap(rowOf(kind).picture, pictureSize, devicePixelRatioF()));
-    if (kind != PromptKind::Overwrite) {
+void frmPrompt::showPicture(AppContext &ctx, const PromptRow &row, const QImage &photo) {
+    if (row.picture == PromptPicture::Print) {
+        picPrompt->setPixmap(print(photo, devicePixelRatioF()));
+        picPrompt->setAccessibleName(lblPrompt->text());
+        balanceLines(*lblPrompt);
         return;
     }
-    // Which photo would be replaced is best said by showing it.
-    m_picture->setMinimumHeight(photoSize * 3 / 4);
-    const qreal ratio = devicePixelRatioF();
-    auto *thumbnails = new Thumbnails(qRound(photoSize * ratio), this);
-    connect(thumbnails, &Thumbnails::made, this, [this, ratio](const QString &, const QImage &photo) {
-        if (!photo.isNull()) {
-            QPixmap pixmap = QPixmap::fromImage(photo).scaled(QSize(photoSize, photoSize * 3 / 4) * ratio,
-                                                              Qt::KeepAspectRatio, Qt::SmoothTransformation);
-            pixmap.setDevicePixelRatio(ratio);
-            m_picture->setPixmap(pixmap);
-        }
-    });
-    thumbnails->want({ctx.fields.txtSimpleSavePath});
+    picPrompt->setPixmap(iconPixmap(row.icon, drawingSize, devicePixelRatioF()));
+    if (row.picture == PromptPicture::File) {
+        showFile(ctx.fields.txtSimpleSavePath);
+    }
 }
 
-void frmPrompt::nextFrame() {
-    m_frame = AnimatedButton::nextFrame(m_frame);
-    cmdYes->setFrame(m_frame);
-    cmdNo->setFrame(m_frame);
+void frmPrompt::showFile(const QString &path) {
+    picPrompt->setMinimumHeight(filePhoto.height());
+    const qreal ratio = devicePixelRatioF();
+    auto *thumbnails = new Thumbnails(qRound(filePhoto.width() * ratio), this);
+    connect(thumbnails, &Thumbnails::made, this, [this, ratio](const QString &, const QImage &photo) {
+        if (!photo.isNull()) {
+            QPixmap pixmap =
+                QPixmap::fromImage(photo).scaled(filePhoto * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+            pixmap.setDevicePixelRatio(ratio);
+            picPrompt->setPixmap(pixmap);
+        }
+    });
+    thumbnails->want({path});
 }
 
 Answer frmPrompt::ask() {
     m_answer = Answer::Cancelled;
-    tmrYes.start();
     exec();
-    tmrYes.stop();
     return m_answer;
 }
 
-Answer ask(AppContext &ctx, PromptKind kind, QWidget *owner) {
-    return frmPrompt(ctx, kind, owner).ask();
+Answer ask(AppContext &ctx, PromptKind kind, QWidget *owner, const QImage &photo) {
+    return frmPrompt(ctx, kind, owner, photo).ask();
 }
 
 } // namespace lumora

@@ -1,52 +1,53 @@
-// The small yes-or-no questions before something could be lost. Asked by the commands that open, save and leave; what
-// an answer does is theirs.
+// The yes-or-no questions before something could be lost, each a row of the table in frmPrompt.cpp. Asked by the
+// commands that open, save and leave, and by RecoveryOffer; what an answer does is theirs.
 #pragma once
 
 #include "widgets/BorderlessDialog.h"
 
-#include <QTimer>
+#include <QImage>
 
 class QLabel;
 
 namespace lumora {
 
-class AnimatedButton;
 struct AppContext;
+struct PromptRow;
 
 enum class PromptKind {
     Exit,           ///< frmExit: leave the editor, with nothing unsaved
     Save,           ///< frmSave: save changes before leaving
     SaveBeforeOpen, ///< frmSave2: save changes before opening another photo
-    Overwrite,      ///< frmOverwrite: replace an existing file
+    Overwrite,      ///< frmOverwrite: replace an existing file, txtSimpleSavePath
+    Recover,        ///< frmRecover: have back the photo of a run that was not ended properly
 };
 
-/// Cancelled is Esc, the button cmdExit where there is one, and the window system's own ways to close a window.
+/// Cancelled is Esc, the button cmdExit where there is one, and the window system's own ways to close a window: nothing
+/// is decided.
 enum class Answer { Yes, No, Cancelled };
 
 class frmPrompt : public BorderlessDialog {
     Q_OBJECT
 
   public:
-    frmPrompt(AppContext &ctx, PromptKind kind, QWidget *owner);
+    /// `photo` is what the question is about, where a caller has it; else the row's drawing, or the file's own picture,
+    /// stands above the question. `owner` may be null.
+    frmPrompt(AppContext &ctx, PromptKind kind, QWidget *owner, const QImage &photo = {});
 
     /// Shows the question, modal over its owner, and waits for the answer.
     Answer ask();
 
   private:
-    AnimatedButton *addAnswer(const QString &name, const QString &loop, Answer answer);
-    void addPicture(AppContext &ctx, PromptKind kind);
-    void nextFrame();
+    void addQuestion(const PromptRow &row);
+    void addAnswers(AppContext &ctx, const PromptRow &row);
+    void showPicture(AppContext &ctx, const PromptRow &row, const QImage &photo);
+    void showFile(const QString &path);
 
     Answer m_answer = Answer::Cancelled;
-    QLabel *m_picture;
+    QLabel *picPrompt;
     QLabel *lblPrompt;
-    AnimatedButton *cmdYes;
-    AnimatedButton *cmdNo;
-    QTimer tmrYes;
-    int m_frame = 1;
 };
 
 /// Asks that question and gives back the answer.
-Answer ask(AppContext &ctx, PromptKind kind, QWidget *owner);
+Answer ask(AppContext &ctx, PromptKind kind, QWidget *owner, const QImage &photo = {});
 
 } // namespace lumora

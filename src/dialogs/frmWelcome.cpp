@@ -2,6 +2,7 @@
 
 #include "session/AppContext.h"
 #include "widgets/AnimatedButton.h"
+#include "widgets/AnswerButtons.h"
 #include "widgets/Theme.h"
 #include "widgets/WindowTexts.h"
 
@@ -59,11 +60,14 @@ class Ring : public QWidget {
 } // namespace
 
 frmWelcome::frmWelcome(AppContext &context, QWidget *window)
-    : Bubble("frmWelcome", window), m_context(context), chkShow(new QCheckBox(this)), cmdOK(answer("cmdOK", "yes")),
-      cmdCancel(answer("cmdCancel", "cancel")), picCrayon(new QLabel(this)) {
+    : Bubble("frmWelcome", window), m_context(context), chkShow(new QCheckBox(this)), picCrayon(new QLabel(this)) {
     setAttribute(Qt::WA_DeleteOnClose);
     label()->setObjectName("lblDesc");
     chkShow->setObjectName("chkShow");
+    auto *buttons = new AnswerButtons(this);
+    constexpr AnswerButtons::Look look{.captionPlace = PictureButton::CaptionPlace::None};
+    cmdOK = buttons->add("cmdOK", "yes", look);
+    cmdCancel = buttons->add("cmdCancel", "cancel", look);
     auto *answers = new QHBoxLayout;
     answers->addWidget(picCrayon);
     answers->addStretch(1);
@@ -72,29 +76,18 @@ frmWelcome::frmWelcome(AppContext &context, QWidget *window)
     body()->addWidget(chkShow);
     body()->addLayout(answers);
     picCrayon->setObjectName("picCrayon");
-    showFrame(1);
+    showCrayon(1);
     LoadLanguage();
 
     connect(cmdOK, &QAbstractButton::clicked, this, &frmWelcome::keepAnswer);
     connect(cmdCancel, &QAbstractButton::clicked, this, &QWidget::close);
-    connect(&tmrYes, &QTimer::timeout, this, [this] { showFrame(AnimatedButton::nextFrame(cmdOK->frame())); });
+    connect(buttons, &AnswerButtons::frameShown, this, &frmWelcome::showCrayon);
     connect(&tmrBlinker, &QTimer::timeout, this, [this] { picRing->setVisible(!picRing->isVisible()); });
-    tmrYes.setObjectName("tmrYes");
     tmrBlinker.setObjectName("tmrBlinker");
-    tmrYes.start(AnimatedButton::interval);
 }
 
 frmWelcome::~frmWelcome() {
     delete picRing.data();
-}
-
-AnimatedButton *frmWelcome::answer(const QString &name, const QString &loop) {
-    auto *button = new AnimatedButton(loop, PictureButton::CaptionPlace::None, this);
-    button->setObjectName(name);
-    button->setLoop(loop);
-    button->setLook(PictureButton::Look::Raised);
-    button->setPictureSize(40);
-    return button;
 }
 
 void frmWelcome::LoadLanguage() {
@@ -120,10 +113,8 @@ void frmWelcome::keepAnswer() {
     close();
 }
 
-void frmWelcome::showFrame(int frame) {
-    cmdOK->setFrame(frame);
-    cmdCancel->setFrame(frame);
-    const QString crayon = QString(":/loops/simple-mode-%1.svg").arg(cmdOK->frame());
+void frmWelcome::showCrayon(int frame) {
+    const QString crayon = QString(":/loops/simple-mode-%1.svg").arg(frame);
     picCrayon->setPixmap(iconPixmap(crayon, crayonSize, devicePixelRatioF()));
 }
 

@@ -30,9 +30,8 @@ class frmWelcome : public Bubble {
     void keyPressEvent(QKeyEvent *event) override;
 
   private:
-    AnimatedButton *answer(const QString &name, const QString &loop);
     void keepAnswer();
-    void showFrame(int frame);
+    void showCrayon(int frame);
 
     AppContext &m_context;
     QCheckBox *chkShow;
@@ -40,7 +39,6 @@ class frmWelcome : public Bubble {
     AnimatedButton *cmdCancel;
     QLabel *picCrayon; ///< greets in step with the answers
     QPointer<QWidget> picRing;
-    QTimer tmrYes{this};
     QTimer tmrBlinker{this};
 };
 

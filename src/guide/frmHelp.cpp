@@ -3,6 +3,7 @@
 #include "guide/GuideWindow.h"
 #include "session/AppContext.h"
 #include "widgets/AnimatedButton.h"
+#include "widgets/AnswerButtons.h"
 #include "widgets/Theme.h"
 #include "widgets/WindowTexts.h"
 
@@ -28,8 +29,10 @@ QRadioButton *option(const QString &name, const QString &icon, QWidget *parent) 
 
 frmHelp::frmHelp(AppContext &context, QWidget *owner)
     : BorderlessDialog("frmHelp", owner), m_context(context), optVideos(option("optVideos", "videos", this)),
-      optUserGuide(option("optUserGuide", "guide", this)), cmdYes(answer("cmdYes", "yes")),
-      cmdNo(answer("cmdNo", "cancel")) {
+      optUserGuide(option("optUserGuide", "guide", this)) {
+    auto *buttons = new AnswerButtons(this);
+    cmdYes = buttons->add("cmdYes", "yes", {});
+    cmdNo = buttons->add("cmdNo", "cancel", {});
     auto *answers = new QHBoxLayout;
     answers->addStretch(1);
     answers->addWidget(cmdYes);
@@ -44,9 +47,6 @@ frmHelp::frmHelp(AppContext &context, QWidget *owner)
 
     connect(cmdYes, &QAbstractButton::clicked, this, &frmHelp::accept);
     connect(cmdNo, &QAbstractButton::clicked, this, &QDialog::reject);
-    connect(&tmrYes, &QTimer::timeout, this, &frmHelp::nextFrame);
-    tmrYes.setObjectName("tmrYes");
-    tmrYes.start(AnimatedButton::interval);
     optUserGuide->setChecked(true);
     optUserGuide->setFocus();
 }
@@ -59,21 +59,6 @@ void frmHelp::showModal(AppContext &context, QWidget *owner) {
 
 void frmHelp::LoadLanguage() {
     showTexts(m_context.texts, *this);
-}
-
-AnimatedButton *frmHelp::answer(const QString &name, const QString &loop) {
-    auto *button = new AnimatedButton(loop, PictureButton::CaptionPlace::Beside, this);
-    button->setObjectName(name);
-    button->setLoop(loop);
-    button->setLook(PictureButton::Look::Raised);
-    button->setPictureSize(40);
-    return button;
-}
-
-void frmHelp::nextFrame() {
-    const int frame = AnimatedButton::nextFrame(cmdYes->frame());
-    cmdYes->setFrame(frame);
-    cmdNo->setFrame(frame);
 }
 
 void frmHelp::accept() {

@@ -3,8 +3,6 @@
 
 #include "widgets/BorderlessDialog.h"
 
-#include <QTimer>
-
 class QRadioButton;
 
 namespace lumora {
@@ -25,15 +23,12 @@ class frmHelp : public BorderlessDialog {
   private:
     void accept() override;
     void launchVideos();
-    AnimatedButton *answer(const QString &name, const QString &loop);
-    void nextFrame();
 
     AppContext &m_context;
     QRadioButton *optVideos;
     QRadioButton *optUserGuide;
     AnimatedButton *cmdYes;
     AnimatedButton *cmdNo;
-    QTimer tmrYes{this};
 };
 
 } // namespace lumora

@@ -3,6 +3,7 @@
 #include "ideas/IdeaPicture.h"
 #include "session/AppContext.h"
 #include "widgets/AnimatedButton.h"
+#include "widgets/AnswerButtons.h"
 #include "widgets/Theme.h"
 #include "widgets/WindowTexts.h"
 
@@ -42,7 +43,8 @@ frmSamples::frmSamples(AppContext &context, QWidget *owner)
     middle->setSpacing(18);
     middle->addWidget(m_picture, 0, Qt::AlignTop);
     middle->addWidget(makeSteps());
-    cmdYes = makeAnswer();
+    cmdYes = (new AnswerButtons(this))->add("cmdYes", "yes", {.minimumWidth = 130});
+    connect(cmdYes, &QAbstractButton::clicked, this, &QDialog::accept);
     auto *answers = new QHBoxLayout;
     answers->addStretch(1);
     answers->addWidget(cmdYes);
@@ -154,21 +156,6 @@ QWidget *frmSamples::makeSteps() {
     m_needsPhoto = label("lblIdeaNeedsPhoto", 11, false);
     column->addWidget(m_needsPhoto);
     return m_guide;
-}
-
-AnimatedButton *frmSamples::makeAnswer() {
-    auto *button = new AnimatedButton("yes", PictureButton::CaptionPlace::Beside, this);
-    button->setObjectName("cmdYes");
-    button->setLoop("yes");
-    button->setLook(PictureButton::Look::Raised);
-    button->setPictureSize(40);
-    button->setMinimumWidth(130);
-    connect(button, &QAbstractButton::clicked, this, &QDialog::accept);
-    tmrYes.setObjectName("tmrYes");
-    connect(&tmrYes, &QTimer::timeout, button,
-            [button] { button->setFrame(AnimatedButton::nextFrame(button->frame())); });
-    tmrYes.start(AnimatedButton::interval);
-    return button;
 }
 
 // --- What it shows --------------------------------------------------------------------------------------------------

@@ -5,7 +5,6 @@
 #include "ideas/Ideas.h"
 #include "widgets/BorderlessDialog.h"
 
-#include <QTimer>
 #include <array>
 
 class QButtonGroup;
@@ -39,7 +38,6 @@ class frmSamples : public BorderlessDialog {
     };
     QWidget *makeChoices();
     QWidget *makeSteps();
-    AnimatedButton *makeAnswer();
     void choose(int index);
     void showSteps(const Idea &idea);
     void reserveRoom();
@@ -56,7 +54,6 @@ class frmSamples : public BorderlessDialog {
     PictureButton *cmdMakePopArt;
     QLabel *m_needsPhoto;
     AnimatedButton *cmdYes;
-    QTimer tmrYes{this};
 };
 
 } // namespace lumora

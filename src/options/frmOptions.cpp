@@ -9,6 +9,7 @@
 #include "session/LoadSettings.h"
 #include "session/OptionsSettings.h"
 #include "widgets/AnimatedButton.h"
+#include "widgets/AnswerButtons.h"
 #include "widgets/Theme.h"
 #include "widgets/TitleStrip.h"
 #include "widgets/WindowTexts.h"
@@ -34,8 +35,10 @@ frmOptions::frmOptions(AppContext &ctx, QWidget *owner, const QString &helper)
     addPage(new OptionsDialogs(this));
     m_miscellaneous = new OptionsMiscellaneous(ctx, this);
     addPage(m_miscellaneous);
-    cmdOK = answer("cmdOK", "yes");
-    cmdCancel = answer("cmdCancel", "cancel");
+    auto *buttons = new AnswerButtons(this);
+    constexpr AnswerButtons::Look look{.pictureSize = 32, .minimumWidth = 130};
+    cmdOK = buttons->add("cmdOK", "yes", look);
+    cmdCancel = buttons->add("cmdCancel", "cancel", look);
     setDefaultButton(cmdOK);
 
     auto *middle = new QHBoxLayout;
@@ -57,9 +60,6 @@ frmOptions::frmOptions(AppContext &ctx, QWidget *owner, const QString &helper)
     connect(new QShortcut(QKeySequence("Ctrl+Tab"), this), &QShortcut::activated, this, [this] { TabStrip1->step(1); });
     connect(new QShortcut(QKeySequence("Ctrl+Shift+Tab"), this), &QShortcut::activated, this,
             [this] { TabStrip1->step(-1); });
-    tmrYes.setObjectName("tmrYes");
-    connect(&tmrYes, &QTimer::timeout, this, &frmOptions::nextFrame);
-    tmrYes.start(AnimatedButton::interval);
     LoadLanguage();
     LoadMyINISettings();
 }
@@ -74,22 +74,6 @@ frmOptions *frmOptions::showModal(AppContext &ctx, QWidget *owner) {
 void frmOptions::addPage(OptionsPage *page) {
     m_pages->addWidget(page);
     m_allPages << page;
-}
-
-AnimatedButton *frmOptions::answer(const QString &name, const QString &loop) {
-    auto *button = new AnimatedButton(loop, PictureButton::CaptionPlace::Beside, this);
-    button->setObjectName(name);
-    button->setLoop(loop);
-    button->setLook(PictureButton::Look::Raised);
-    button->setPictureSize(32);
-    button->setMinimumWidth(130);
-    return button;
-}
-
-void frmOptions::nextFrame() {
-    const int frame = AnimatedButton::nextFrame(cmdOK->frame());
-    cmdOK->setFrame(frame);
-    cmdCancel->setFrame(frame);
 }
 
 void frmOptions::LoadLanguage() {

@@ -4,7 +4,6 @@
 #include "widgets/BorderlessDialog.h"
 
 #include <QList>
-#include <QTimer>
 
 class QStackedWidget;
 
@@ -36,8 +35,6 @@ class frmOptions : public BorderlessDialog {
 
   private:
     void addPage(OptionsPage *page);
-    AnimatedButton *answer(const QString &name, const QString &loop);
-    void nextFrame();
     void accept() override;
     void askForAddress();
 
@@ -48,7 +45,6 @@ class frmOptions : public BorderlessDialog {
     OptionsMiscellaneous *m_miscellaneous = nullptr;
     AnimatedButton *cmdOK;
     AnimatedButton *cmdCancel;
-    QTimer tmrYes{this};
 };
 
 } // namespace lumora

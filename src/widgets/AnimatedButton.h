@@ -5,8 +5,8 @@
 
 namespace lumora {
 
-/// Frames are ":/loops/NAME-1.svg" to "-8.svg". A timer of the window counts and hands the number to each of its
-/// buttons, so that they move together. Where the desktop asks for less motion the button stays on frame 1.
+/// Frames are ":/loops/NAME-1.svg" to "-8.svg"; AnswerButtons and the launcher count them. Where the desktop asks for
+/// less motion the button stays on frame 1.
 class AnimatedButton : public PictureButton {
     Q_OBJECT
 

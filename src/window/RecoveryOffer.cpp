@@ -1,6 +1,6 @@
 #include "window/RecoveryOffer.h"
 
-#include "dialogs/frmRecover.h"
+#include "dialogs/frmPrompt.h"
 #include "document/Recovery.h"
 #include "session/AppContext.h"
 #include "session/DoEvents.h"
@@ -44,14 +44,14 @@ void RecoveryOffer::ask() {
         return;
     }
     Q_EMIT asking();
-    switch (frmRecover(m_ctx, m_photo, m_owner).ask()) {
-    case frmRecover::Choice::Yes:
+    switch (lumora::ask(m_ctx, PromptKind::Recover, m_owner, m_photo)) {
+    case Answer::Yes:
         open();
         break;
-    case frmRecover::Choice::No:
+    case Answer::No:
         m_left->clear();
         break;
-    case frmRecover::Choice::Later:
+    case Answer::Cancelled:
         break;
     }
     m_left.reset();

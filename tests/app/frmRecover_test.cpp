@@ -1,11 +1,10 @@
 // What a child meets after a crash: the question, its answers, and the ways in which the program ends without asking.
-#include "dialogs/frmRecover.h"
+#include "dialogs/frmPrompt.h"
 
 #include "app/ClosingSignals.h"
 #include "document/Recovery.h"
 #include "support/TestPictures.h"
 #include "support/TextCheck.h"
-#include "widgets/AnimatedButton.h"
 #include "window/RecoveryOffer.h"
 
 #include "support/ShellCheck.h"
@@ -23,7 +22,6 @@
 namespace lumora {
 namespace {
 
-using Choice = frmRecover::Choice;
 using test::firstDifference;
 using test::photoLike;
 
@@ -132,7 +130,7 @@ TEST_F(Recover, DamagedAndNothingAskNothing) {
 TEST_F(Recover, WindowShowsThePhotoAndItsTexts) {
     ASSERT_TRUE(test::writeChangedLanguageFile(m_folder.filePath("language.ini")));
     for (const QSize size : {QSize(1, 1), QSize(4000, 3), QSize(2, 3000), QSize(640, 480)}) {
-        frmRecover window(context, photoLike(size.width(), size.height(), true), nullptr);
+        frmPrompt window(context, PromptKind::Recover, nullptr, photoLike(size.width(), size.height(), true));
         EXPECT_EQ(test::textsNotShown(window), QStringList());
         const QPixmap shown = window.findChild<QLabel *>("picRecover")->pixmap(Qt::ReturnByValue);
         EXPECT_GE(std::min(shown.width(), shown.height()), 96);
@@ -140,14 +138,6 @@ TEST_F(Recover, WindowShowsThePhotoAndItsTexts) {
         EXPECT_LE(shown.height(), 340);
         EXPECT_LE(window.sizeHint().height(), 700) << "does not fit on a small screen";
         EXPECT_FALSE(window.findChild<QLabel *>("lblPrompt")->text().isEmpty());
-        auto *yes = window.findChild<AnimatedButton *>("cmdYes");
-        QTimer::singleShot(0, &window, [&] {
-            test::tick(window, "tmrYes");
-            EXPECT_EQ(yes->frame(), 2);
-            EXPECT_EQ(window.findChild<AnimatedButton *>("cmdNo")->frame(), 2);
-            window.reject();
-        });
-        EXPECT_EQ(window.ask(), Choice::Later);
     }
 }
 

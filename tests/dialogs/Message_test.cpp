@@ -4,7 +4,6 @@
 #include "support/SettingsFile.h"
 #include "support/ShellCheck.h"
 #include "support/TextCheck.h"
-#include "widgets/AnimatedButton.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -51,17 +50,6 @@ TEST_F(Message, WritesItsAnswer) {
         EXPECT_FALSE(notice.isVisible());
         EXPECT_EQ(test::setting(context, "Display Message", "Value", "?"), one.written);
     }
-}
-
-TEST_F(Message, ButtonMovesThroughEightPictures) {
-    frmMessage notice(context, nullptr);
-    auto *button = notice.findChild<AnimatedButton *>("cmdYes");
-    QList<int> frames;
-    for (int i = 0; i < 9; ++i) {
-        test::tick(notice, "tmrYes");
-        frames << button->frame();
-    }
-    EXPECT_EQ(frames, QList<int>({2, 3, 4, 5, 6, 7, 8, 1, 2}));
 }
 
 } // namespace

@@ -1,10 +1,8 @@
 #include "dialogs/frmPrompt.h"
 
 #include "DialogTest.h"
-#include "widgets/AnimatedButton.h"
 
 #include <QLabel>
-#include <QSet>
 
 namespace lumora {
 namespace {
@@ -89,23 +87,6 @@ TEST_F(frmPromptTest, ATranslationReachesEveryPart) {
              EXPECT_EQ(control<QLabel>(window, "lblPrompt")->text(), "Beenden ?");
              EXPECT_EQ(control<QAbstractButton>(window, "cmdYes")->text(), "Ja");
              EXPECT_EQ(control<QAbstractButton>(window, "cmdNo")->accessibleName(), "Nein");
-         });
-}
-
-TEST_F(frmPromptTest, BothButtonsMoveTogetherThroughTheirEightFrames) {
-    play([&] { ask(context(), PromptKind::Exit, nullptr); },
-         [&](QWidget &window) {
-             auto *yes = control<AnimatedButton>(window, "cmdYes");
-             auto *no = control<AnimatedButton>(window, "cmdNo");
-             auto *timer = window.findChild<QTimer *>("tmrYes");
-             ASSERT_NE(timer, nullptr);
-             timer->setInterval(1);
-             QSet<int> seen;
-             EXPECT_TRUE(QTest::qWaitFor([&] {
-                 EXPECT_EQ(yes->frame(), no->frame());
-                 seen += yes->frame();
-                 return seen.size() == 8;
-             }));
          });
 }
 

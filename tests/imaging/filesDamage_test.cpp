@@ -159,6 +159,15 @@ TEST(FilesDamage, MoreThan200MegapixelsAreRefused) {
     }
 }
 
+TEST(FilesDamage, JpegOfNothingButSegmentsIsRefused) {
+    const QByteArray whole = makeJpeg(40, 30, {}, [](int x, int y, int) { return x + y; });
+    const QByteArray empty("\xFF\xE1\0\2", 4);
+    const QByteArray padding = QByteArray("\xFF\xE5\xFF\xFF", 4) + QByteArray(0xFFFF - 2, 'x');
+    EXPECT_EQ(readPictureFromData(whole.left(2) + empty.repeated(1000) + whole.mid(2)).error, PictureError::None);
+    EXPECT_EQ(readPictureFromData(whole.left(2) + padding.repeated(300) + whole.mid(2)).error, PictureError::None);
+    EXPECT_EQ(readPictureFromData(whole.left(2) + empty.repeated(1 << 20)).error, PictureError::Damaged);
+}
+
 TEST(FilesDamage, CutOffAnywhere) {
     for (const File &file : everyKind()) {
         SCOPED_TRACE(file.name);

@@ -188,40 +188,6 @@ TEST(FilesRead, TiffOddities) {
     }
 }
 
-TEST(FilesRead, Bmp) {
-    for (const bool fromTop : {false, true}) {
-        SCOPED_TRACE(fromTop ? "from the top" : "from the bottom");
-        for (const int bits : {1, 4, 8}) {
-            const std::vector<QRgb> palette = paletteOf(1 << bits);
-            const QByteArray file = makeBmp(width, height, bits, fromTop, false, patternOf(bits), palette);
-            EXPECT_TRUE(
-                shows(readPictureFromData(file), [&](int x, int y) { return paletteColour(pattern(x, y, 0, bits)); }))
-                << bits << " bits";
-        }
-        for (const bool masks : {false, true}) {
-            const QByteArray file = makeBmp(width, height, 16, fromTop, masks, patternOf(8));
-            EXPECT_TRUE(shows(readPictureFromData(file),
-                              [&](int x, int y) {
-                                  const auto channel = [&](int index, int bits) {
-                                      return toByte(pattern(x, y, index, 8) >> (8 - bits), bits);
-                                  };
-                                  return qRgb(channel(0, 5), channel(1, masks ? 6 : 5), channel(2, 5));
-                              }))
-                << "16 bits, masks " << masks;
-        }
-        EXPECT_TRUE(
-            shows(readPictureFromData(makeBmp(width, height, 24, fromTop, false, patternOf(8))), looksOf(8, 3, false)));
-        EXPECT_TRUE(
-            shows(readPictureFromData(makeBmp(width, height, 32, fromTop, false, patternOf(8))), looksOf(8, 3, false)));
-        EXPECT_TRUE(
-            shows(readPictureFromData(makeBmp(width, height, 32, fromTop, true, patternOf(8))), looksOf(8, 3, true)));
-    }
-    const QByteArray zeroAlpha = makeBmp(width, height, 32, false, true, [](int x, int y, int channel) {
-        return channel == 3 ? 0 : pattern(x, y, channel, 8);
-    });
-    EXPECT_TRUE(shows(readPictureFromData(zeroAlpha), looksOf(8, 3, false))) << "alpha 0 everywhere means opaque";
-}
-
 TEST(FilesRead, BmpRunLengths) {
     // Runs, literals with and without padding, a jump, an end of line, the end; written out by hand.
     const auto file = [](int bits, const QByteArray &packed) {

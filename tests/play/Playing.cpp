@@ -6,7 +6,8 @@
 
 namespace lumora::play::test {
 
-Played playScript(const QString &text, int patience, const std::function<void(SmallWindow &)> &prepare) {
+Played playScript(const QString &text, int patience, const std::function<void(SmallWindow &)> &prepare,
+                  const std::function<void(Player &)> &preparePlayer) {
     Played run;
     SmallProgram program;
     if (prepare) {
@@ -18,6 +19,9 @@ Played playScript(const QString &text, int patience, const std::function<void(Sm
     player.print = [&](const QString &line) { run.printed << line; };
     player.log = [&](const QString &action) { run.actions << action; };
     player.variables["TMP"] = QDir::tempPath();
+    if (preparePlayer) {
+        preparePlayer(player);
+    }
     QObject::connect(&player, &Player::finished, qApp, [] { QCoreApplication::exit(); });
     player.begin();
     QApplication::exec();

@@ -14,7 +14,8 @@ struct Played {
     int line = 0;
 };
 
-/// `prepare` sees the window before the script begins.
-Played playScript(const QString &text, int patience = 400, const std::function<void(SmallWindow &)> &prepare = {});
+/// `prepare` sees the window before the script begins, `preparePlayer` the player.
+Played playScript(const QString &text, int patience = 400, const std::function<void(SmallWindow &)> &prepare = {},
+                  const std::function<void(Player &)> &preparePlayer = {});
 
 } // namespace lumora::play::test

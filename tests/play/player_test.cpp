@@ -1,5 +1,6 @@
 // The player on a small window: real input reaches the controls, modal windows are played through, and what cannot be
 // done ends the run with its line and reason.
+#include "Look.h"
 #include "Playing.h"
 
 #include <QApplication>
@@ -8,6 +9,7 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QTemporaryDir>
+#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -200,6 +202,72 @@ TEST(Player, HashesWhatLiesOutsideAMask) {
     const QByteArray pixels("\0\0\0\0\x04\x05\x06\xff", 8);
     const QByteArray sum = QCryptographicHash::hash(pixels, QCryptographicHash::Sha256).toHex();
     EXPECT_EQ(run.printed.value(0), "2x1 " + QString::fromLatin1(sum));
+}
+
+TEST(Player, ComparesLooksWithWhatWasKept) {
+    QTemporaryDir folder;
+    const QString file = folder.filePath("look.png");
+    QImage other(2, 1, QImage::Format_RGB32);
+    other.fill(qRgb(1, 2, 40));
+    ASSERT_TRUE(lookOf(other).save(folder.filePath("other.png")));
+    ASSERT_TRUE(lookOf(other.copy(0, 0, 1, 1)).save(folder.filePath("small.png")));
+    const auto play = [&](const QString &lines, bool remakes = false) {
+        return playScript("start\n" + lines, remakes ? 2000 : 200, {},
+                          [remakes](Player &player) { player.remakesLooks = remakes; });
+    };
+    const Played made = play("expect-look " + file, true);
+    EXPECT_EQ(made.problem, "");
+    EXPECT_EQ(made.printed, QStringList(file));
+    EXPECT_EQ(play("expect-look " + file, true).printed, QStringList()) << "the same look is not written again";
+    EXPECT_EQ(play("expect-look " + file).problem, "");
+    EXPECT_EQ(play("look before cmdHover\nexpect-look before cmdHover").problem, "");
+    EXPECT_EQ(play("look before cmdHover\npoint cmdHover\nexpect-look before cmdWork", true).line, 4)
+        << "what is kept in the run is never remade";
+    EXPECT_TRUE(play("expect-look " + folder.filePath("other.png")).problem.startsWith("it looks different"));
+    EXPECT_EQ(play("expect-look " + folder.filePath("small.png")).problem, "it is 2x1, not 1x1");
+    EXPECT_EQ(play("expect-look nothing.png").problem, "there is no picture to compare with");
+    EXPECT_EQ(play("look before cmdHidden").problem, "it is hidden");
+    EXPECT_EQ(play("expect-look /nowhere/x.png", true).problem, "/nowhere/x.png cannot be written");
+}
+
+TEST(Look, RoundingIsNoDifferenceAndAnythingSeenIsOne) {
+    QImage photo(400, 300, QImage::Format_RGB32);
+    for (int y = 0; y < photo.height(); ++y) {
+        for (int x = 0; x < photo.width(); ++x) {
+            photo.setPixel(x, y, qRgb(x * 255 / 400, y * 255 / 300, (x / 3 + y / 5) % 2 * 90 + 80));
+        }
+    }
+    const auto changed = [&photo](const std::function<QRgb(int, int, QRgb)> &change) {
+        QImage copy = photo;
+        for (int y = 0; y < copy.height(); ++y) {
+            for (int x = 0; x < copy.width(); ++x) {
+                copy.setPixel(x, y, change(x, y, photo.pixel(x, y)));
+            }
+        }
+        return copy;
+    };
+    const struct {
+        const char *name;
+        QImage picture;
+        bool same;
+    } cases[] = {
+        {"itself", photo, true},
+        {"rounded otherwise", changed([](int x, int, QRgb p) { return x % 3 ? p : p ^ 0x010001U; }), true},
+        {"a little brighter", changed([](int, int, QRgb p) {
+             return qRgb(std::min(255, qRed(p) + 4), std::min(255, qGreen(p) + 4), std::min(255, qBlue(p) + 4));
+         }),
+         false},
+        {"blurred", photo.scaled(200, 150, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).scaled(400, 300), false},
+        {"mirrored", photo.mirrored(true, false), false},
+        {"a frame of 9 pixels",
+         changed([](int x, int y, QRgb p) { return x < 9 || y < 9 || x >= 391 || y >= 291 ? qRgb(200, 40, 40) : p; }),
+         false},
+        {"one row less", photo.copy(0, 0, 400, 299), false},
+    };
+    for (const auto &one : cases) {
+        const QString said = difference(lookOf(one.picture), lookOf(photo));
+        EXPECT_EQ(said.isEmpty(), one.same) << one.name << ": " << said.toStdString();
+    }
 }
 
 } // namespace

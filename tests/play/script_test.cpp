@@ -39,6 +39,8 @@ TEST(Script, RefusesWhatItCannotRead) {
         {"start\nmonkey 1", 2, "write it so: monkey SEED COUNT"},
         {"start\nmonkey 1 -1", 2, "write it so: monkey SEED COUNT"},
         {"start\nmask", 2, "write it so: mask NAME"},
+        {"start\nlook", 2, "write it so: look NAME [CONTROL]"},
+        {"start\nexpect-look", 2, "write it so: expect-look NAME-OR-FILE [CONTROL]"},
         {"start\nhash one two", 2, "write it so: hash [NAME] | hash outside MASK [NAME]"},
         {"start\nhash outside", 2, "write it so: hash [NAME] | hash outside MASK [NAME]"},
         {"start\nfilm x.raw", 2, "write it so: film FILE FRAMES-PER-SECOND | film end"},

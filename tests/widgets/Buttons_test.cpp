@@ -1,10 +1,16 @@
 // Picture buttons: what can be seen, clicked, read aloud and animated.
 #include "widgets/AnimatedButton.h"
+#include "widgets/AnswerButtons.h"
+#include "widgets/Motion.h"
 #include "widgets/Theme.h"
 
 #include <QAccessible>
+#include <QCoreApplication>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
+#include <QTimerEvent>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -134,6 +140,41 @@ TEST(AnimatedButton, FrameOneFollowsFrameEight) {
     }
     button.setLoop("no");
     EXPECT_EQ(button.frame(), 1);
+}
+
+TEST(AnswerButtons, MoveTogetherWhileTheWindowIsShown) {
+    QWidget window;
+    AnswerButtons answers(&window);
+    const AnimatedButton *yes = answers.add("cmdYes", "yes", {});
+    const AnimatedButton *no = answers.add("cmdNo", "no", {.captionPoints = 14});
+    auto *timer = window.findChild<QTimer *>("tmrYes");
+    ASSERT_NE(timer, nullptr);
+    QSignalSpy shown(&answers, &AnswerButtons::frameShown);
+    for (const bool again : {false, true}) {
+        EXPECT_FALSE(timer->isActive()) << "shown before: " << again;
+        window.show();
+        EXPECT_EQ(timer->isActive(), motionWanted());
+        for (int tick = 0; tick < 9; ++tick) {
+            const int expected = motionWanted() ? AnimatedButton::nextFrame(yes->frame()) : 1;
+            QTimerEvent event(timer->timerId());
+            QCoreApplication::sendEvent(timer, &event);
+            EXPECT_EQ(yes->frame(), expected);
+            EXPECT_EQ(no->frame(), expected);
+        }
+        EXPECT_EQ(shown.count(), motionWanted() ? (again ? 18 : 9) : 0);
+        window.hide();
+    }
+}
+
+/// The desktop is asked once in a process, so another one answers for the one that asks for less motion.
+TEST(AnswerButtons, StandStillWhereLessMotionIsWanted) {
+    QProcess still;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("LUMORA_MOTION", "0");
+    still.setProcessEnvironment(environment);
+    still.start(QCoreApplication::applicationFilePath(), {"--gtest_filter=AnswerButtons.MoveTogether*"});
+    ASSERT_TRUE(still.waitForFinished(60'000));
+    EXPECT_EQ(still.exitCode(), 0) << still.readAllStandardOutput().toStdString();
 }
 
 } // namespace

@@ -1,10 +1,13 @@
-// Reading and writing BMP.
+// Reading and writing BMP. Qt writes it; the reader is Lumora's own, as files of three decades come with every header
+// that there was: of the 604 that the tests make, Qt 6.4 reads 396, and their 16-bit colours coarsely. It knows neither
+// 2 bits a pixel, headers of 52 and 56 bytes nor masks of more than 8 bits.
 #include "imaging/Picture.h"
 #include "imaging/files/BmpHeader.h"
 #include "imaging/files/Flatten.h"
 #include "imaging/files/Format.h"
 #include "imaging/kernels/AlphaBytes.h"
 
+#include <QImageWriter>
 #include <QtEndian>
 #include <bit>
 #include <cstring>
@@ -216,33 +219,19 @@ Decoded decodeBmp(Source &source, const FileHeader &header) {
 }
 
 QString writeBmp(const QImage &picture, QIODevice &target) {
-    constexpr qint64 headerBytes = 54;
-    const ConstPixelView view = readView(picture);
-    const qint64 rowBytes = (static_cast<qint64>(view.width) * 3 + 3) / 4 * 4;
-    // BITMAPFILEHEADER and BITMAPINFOHEADER; 24 bits, rows from the bottom.
-    QByteArray header(headerBytes, '\0');
-    header.replace(0, 2, "BM");
-    qToLittleEndian(static_cast<quint32>(headerBytes + rowBytes * view.height), header.data() + 2);
-    qToLittleEndian(static_cast<quint32>(headerBytes), header.data() + 10);
-    qToLittleEndian(quint32{40}, header.data() + 14);
-    qToLittleEndian(static_cast<qint32>(view.width), header.data() + 18);
-    qToLittleEndian(static_cast<qint32>(view.height), header.data() + 22);
-    qToLittleEndian(quint16{1}, header.data() + 26);
-    qToLittleEndian(quint16{24}, header.data() + 28);
-    bool good = target.write(header) == header.size();
-    std::vector<std::uint8_t> white(static_cast<std::size_t>(view.width) * 4);
-    std::vector<char> row(static_cast<std::size_t>(rowBytes));
-    for (int y = view.height - 1; good && y >= 0; --y) {
-        const std::uint8_t *pixel = view.row(y);
-        if (picture.hasAlphaChannel()) {
-            rowOntoWhite(pixel, view.width, white.data());
-            pixel = white.data();
+    QImage opaque = picture;
+    if (picture.hasAlphaChannel()) {
+        opaque = newPicture(picture.width(), picture.height(), true);
+        if (opaque.isNull()) {
+            return QStringLiteral("no memory for the pixels on white");
         }
-        for (int x = 0; x < view.width; ++x, pixel += 4) {
-            std::copy_n(pixel, 3, row.data() + static_cast<std::size_t>(x) * 3);
+        const ConstPixelView from = readView(picture);
+        const PixelView to = writeView(opaque);
+        for (int y = 0; y < from.height; ++y) {
+            rowOntoWhite(from.row(y), from.width, to.row(y));
         }
-        good = target.write(row.data(), rowBytes) == rowBytes;
     }
+    const bool good = QImageWriter(&target, "bmp").write(opaque); // 24 bits, rows from the bottom
     return good ? QString() : QStringLiteral("cannot write: %1").arg(target.errorString());
 }
 

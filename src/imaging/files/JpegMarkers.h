@@ -1,4 +1,6 @@
-// What precedes the pixel data in a JPEG file, read without decoding anything.
+// What precedes the pixel data in a JPEG file, read without decoding anything. Written by hand because libjpeg keeps
+// every segment that it is asked for in a list and walks all of it for the next one: a file of a million empty segments
+// would hold it up for minutes.
 #pragma once
 
 #include "imaging/files/Source.h"

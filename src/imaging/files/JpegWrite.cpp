@@ -1,5 +1,6 @@
 // Writing JPEG with libjpeg-turbo. Strips of rows are coded on all cores as pictures of their own; their coded data,
-// joined by restart markers (ITU-T T.81, B.2.1), make the scan of the whole.
+// joined by restart markers (ITU-T T.81, B.2.1), make the scan of the whole. The library codes on one core; in strips
+// 24 megapixels take 0.6 of its time on two cores (bench: JpegEncode90 beside JpegEncode90ByQt).
 #include "imaging/Picture.h"
 #include "imaging/files/Flatten.h"
 #include "imaging/files/Format.h"

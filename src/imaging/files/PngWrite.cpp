@@ -1,5 +1,6 @@
 // Writing PNG. Strips of rows are filtered and deflated on all cores; their deflate streams, each ended on a byte
-// boundary, make one stream when joined (RFC 1951, as pigz does it).
+// boundary, make one stream when joined (RFC 1951, as pigz does it). libpng packs on one core with zlib: this takes a
+// quarter of its time on two cores (bench: PngEncode beside PngEncodeByQt).
 #include "imaging/Picture.h"
 #include "imaging/files/Deflate.h"
 #include "imaging/files/Format.h"

@@ -1,4 +1,4 @@
-// Writing TGA: an 18-byte header and the rows, from the top.
+// Writing TGA: an 18-byte header and the rows, from the top. By hand, as Qt's plugin only reads the format.
 #include "imaging/Picture.h"
 #include "imaging/files/Format.h"
 
