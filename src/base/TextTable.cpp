@@ -301,6 +301,9 @@ constexpr TextRow textRows[] = {
     {"frmMain", "StatusNoMemory", "The computer has not enough memory for this. Your photo is as it was.", "-", ""},
     {"frmMain", "StatusUnknownType", "Lumora cannot save a picture of this type. Try .jpg or .png.", "-", ""},
     {"frmMain", "StatusNotWritable", "Your photo could not be saved there. Try another folder.", "-", ""},
+    {"frmMain", "StatusStopped", "Stopped. Your photo is as it was.", "-", ""},
+    {"frmMain", "StatusSaveStopped", "Stopped. Your photo is not saved yet.", "-", ""},
+    {"frmMain", "BtnStop", "Stop", "cmdStop", "text"},
 
     // Options.
     {"frmOptions", "DlgOptionsTitle", "Options", "", "windowTitle"},

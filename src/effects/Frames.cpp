@@ -60,7 +60,7 @@ bool Frames::fFramePicture(int n) {
     m_ctx.flags.EffectChosen = true;
     Q_EMIT hideFloatingToolbars();
     QImage picFrame1;
-    m_ctx.longWork.run([&] { picFrame1 = inFrame(n, m_ctx.photo.picThumb()); });
+    m_ctx.tasks.run([&] { picFrame1 = inFrame(n, m_ctx.photo.picThumb()); });
     const bool changed = m_ctx.photo.changePhoto(picFrame1);
     m_ctx.photo.ResizePicCanvas();
     m_ctx.photo.setPhotoModified(true);

@@ -16,6 +16,11 @@ constexpr int ellipseKind = 2;
 constexpr int lassoKind = 3;
 constexpr int fullStrength = 100; // per cent of a paste
 
+QImage pastedThrough(const Region &region, const QImage &photo, const QImage &changed) {
+    QImage next = photo; // its own pixels as soon as they are written to
+    return pasteThrough(next, changed, region, 0, 0, fullStrength) ? next : QImage();
+}
+
 } // namespace
 
 EffectOutcome SelectionFlow::apply(const EffectOperation &operation, const EffectOperation &throughLasso) {
@@ -26,7 +31,7 @@ EffectOutcome SelectionFlow::apply(const EffectOperation &operation, const Effec
         return applyToWholePhoto(operation, true);
     }
     const EffectOutcome outcome = applyToMarked(operation, throughLasso ? throughLasso : operation);
-    if (outcome != EffectOutcome::NoRegion) {
+    if (outcome != EffectOutcome::NoRegion && outcome != EffectOutcome::Stopped) {
         hideSelection();
         m_ctx.flags.SelectionActive = false;
     }
@@ -51,7 +56,7 @@ EffectOutcome SelectionFlow::applyToMarked(const EffectOperation &operation, con
     const auto setRegion = kind == rectangleKind ? &EffectEngine::setRectangularRegion //
                                                  : &EffectEngine::setEllipticalRegion;
     (m_engine.*setRegion)(bounds.SelLeft, bounds.SelTop, bounds.SelRight, bounds.SelBottom);
-    return take(compute(operation, true) ? m_engine.picture() : QImage(), true);
+    return change([&] { return operation(m_engine, true) ? m_engine.picture() : QImage(); }, true);
 }
 
 EffectOutcome SelectionFlow::applyThroughLasso(const EffectOperation &operation) {
@@ -63,9 +68,15 @@ EffectOutcome SelectionFlow::applyThroughLasso(const EffectOperation &operation)
     SelectionBounds bounds;
     readBounds(bounds);
     m_engine.setRectangularRegion(bounds.SelLeft, bounds.SelTop, bounds.SelRight, bounds.SelBottom);
-    const bool done = compute(operation, true);
-    const EffectOutcome outcome = take(done ? pastedThroughLasso(m_engine.picture()) : QImage(), true);
+    const QImage photo = m_ctx.photo.picCanvas();
     PhotoSelection selection = m_ctx.photo.selection();
+    const Region &region = selection.region(photo.size());
+    const EffectOutcome outcome = change(
+        [&] { return operation(m_engine, true) ? pastedThrough(region, photo, m_engine.picture()) : QImage(); }, true);
+    if (outcome == EffectOutcome::Stopped) {
+        return outcome;
+    }
+    selection = m_ctx.photo.selection();
     selection.setDrawn(0);
     m_ctx.photo.setSelection(selection);
     return outcome;
@@ -77,7 +88,7 @@ EffectOutcome SelectionFlow::applyToWholePhoto(const EffectOperation &operation,
     }
     m_engine.setPicture(m_ctx.photo.picCanvas());
     m_engine.clearRegion();
-    return take(compute(operation, false) ? m_engine.picture() : QImage(), dummyPicture);
+    return change([&] { return operation(m_engine, false) ? m_engine.picture() : QImage(); }, dummyPicture);
 }
 
 void SelectionFlow::hideSelection() {
@@ -102,29 +113,24 @@ bool SelectionFlow::marksPixels() const {
     return shaped && readBounds(bounds) && !selection.region(m_ctx.photo.picCanvas().size()).isEmpty();
 }
 
-bool SelectionFlow::compute(const EffectOperation &operation, bool limitToRegion) {
-    bool done = false;
-    m_ctx.longWork.run([&] {
-        try {
-            done = operation(m_engine, limitToRegion);
-        } catch (const std::bad_alloc &) {
-            done = false;
-        }
-    });
+EffectOutcome SelectionFlow::change(const std::function<QImage()> &compute, bool dummyPicture) {
+    QImage next;
+    const bool isWhole = m_ctx.tasks.run(
+        [&] {
+            try {
+                next = compute();
+            } catch (const std::bad_alloc &) {
+                next = QImage();
+            }
+        },
+        Stopping::Offered);
+    m_engine.setPicture({}); // gives the buffer back: the engine keeps no second photo alive
     DoEvents();
-    return done;
-}
-
-QImage SelectionFlow::pastedThroughLasso(const QImage &changed) const {
-    const QImage &photo = m_ctx.photo.picCanvas();
-    QImage next = photo; // its own pixels as soon as they are written to
-    const Region &region = m_ctx.photo.selection().region(photo.size());
-    return pasteThrough(next, changed, region, 0, 0, fullStrength) ? next : QImage();
+    return isWhole ? take(next, dummyPicture) : EffectOutcome::Stopped;
 }
 
 /// A null picture says that the engine refused: the photo stays, what is said about it follows nevertheless.
 EffectOutcome SelectionFlow::take(const QImage &next, bool dummyPicture) {
-    m_engine.setPicture({}); // gives the buffer back: the engine keeps no second photo alive
     if (!next.isNull() && m_ctx.photo.changePhoto(next, {.dummyPicture = dummyPicture})) {
         return EffectOutcome::Done;
     }

@@ -198,7 +198,8 @@ EffectOutcome SpecialEffects::run(const SpecialEffect &effect, bool advanced) {
         return runOnWholePhoto(effect, advanced, operation(advanced));
     }
     const EffectOutcome outcome = m_flow.apply(operation(advanced), operation(false));
-    if (endsWithSelectionTool(effect.number) && outcome != EffectOutcome::NoRegion) {
+    if (endsWithSelectionTool(effect.number) && outcome != EffectOutcome::NoRegion &&
+        outcome != EffectOutcome::Stopped) {
         Q_EMIT selectionToolWanted();
     }
     return outcome;

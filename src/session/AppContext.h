@@ -5,14 +5,17 @@
 #include "base/Texts.h"
 #include "base/basMisc.h"
 #include "document/PhotoDocument.h"
-#include "session/LongWork.h"
+#include "session/BackgroundTasks.h"
 #include "session/MainFields.h"
 #include "session/ToolFlags.h"
 
 namespace lumora {
 
 struct AppContext {
-    explicit AppContext(Installation where) : installation(std::move(where)), texts(ini, installation.languageFile()) {}
+    explicit AppContext(Installation where) : installation(std::move(where)), texts(ini, installation.languageFile()) {
+        photo.setTaskRunner(
+            [this](const std::function<void()> &work, Stopping stopping) { return tasks.run(work, stopping); });
+    }
 
     Installation installation;
     IniFiles ini;
@@ -20,7 +23,7 @@ struct AppContext {
     MainFields fields;
     ToolFlags flags;
     PhotoDocument photo;
-    LongWork longWork; ///< the main window shows its progress
+    BackgroundTasks tasks; ///< the main window shows their progress
 
     /// A value of the settings file, with the reader's own default.
     QString setting(const QString &section, const QString &key, const QString &defaultValue) {

@@ -151,7 +151,7 @@ void PopArtTool::make(const PopArtPairs &pairs) {
     EffectEngine engine;
     engine.setPicture(m_ctx.photo.picCanvas());
     bool done = false;
-    m_ctx.longWork.run([&] { done = engine.popArtRow(pairs); });
+    m_ctx.tasks.run([&] { done = engine.popArtRow(pairs); });
     if (done) {
         close();
         done = m_ctx.photo.changePhoto(engine.picture());
