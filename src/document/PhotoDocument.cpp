@@ -170,8 +170,9 @@ void PhotoDocument::RecordUndoPoint() {
     }
 }
 
-bool PhotoDocument::replaceCanvas(const QImage &next) {
-    if (!m_canvas.isNull() && !m_history.replaced(m_canvas, next)) {
+bool PhotoDocument::replaceCanvas(const QImage &next, bool recordUndo) {
+    const auto tell = recordUndo ? &PhotoHistory::recordChange : &PhotoHistory::replaced;
+    if (!m_canvas.isNull() && !(m_history.*tell)(m_canvas, next)) {
         return false;
     }
     m_canvas = next;
@@ -190,13 +191,7 @@ bool PhotoDocument::changePhoto(const QImage &next, ChangeSteps steps) {
     }
     PhotoChanges what = PhotoChange::Pixels | PhotoChange::History;
     const bool resized = picture.size() != m_canvas.size();
-    if (steps.recordUndo && !m_canvas.isNull()) {
-        m_history.record();
-    }
-    if (!replaceCanvas(picture)) {
-        if (steps.recordUndo && !m_canvas.isNull()) {
-            m_history.forgetRecord();
-        }
+    if (!replaceCanvas(picture, steps.recordUndo)) {
         return false;
     }
     m_thumb = m_canvas;
@@ -274,7 +269,7 @@ PictureError PhotoDocument::fillFrom(const PictureRead &read, OpenRoute route) {
     if (picture.isNull()) {
         return read.picture.isNull() ? PictureError::NotAPicture : PictureError::NoMemory;
     }
-    if (!replaceCanvas(picture)) {
+    if (!replaceCanvas(picture, false)) {
         return PictureError::NoMemory;
     }
     restoreDisplay();

@@ -128,7 +128,7 @@ class PhotoDocument : public QObject {
   private:
     bool restoreDisplay();
     class Change;
-    bool replaceCanvas(const QImage &next);
+    bool replaceCanvas(const QImage &next, bool recordUndo);
     bool stepThroughHistory(bool back);
     PictureError fillFrom(const PictureRead &read, OpenRoute route);
 

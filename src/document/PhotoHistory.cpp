@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <cstring>
+#include <new>
 
 namespace lumora {
 
@@ -20,10 +21,16 @@ void PhotoHistory::record() {
     ++m_position;
 }
 
-void PhotoHistory::forgetRecord() {
-    if (m_position > 0 && m_steps[m_position - 1].pixels == nullptr) {
-        m_steps.erase(m_steps.begin() + --m_position);
+bool PhotoHistory::recordChange(const QImage &before, const QImage &after) {
+    try {
+        m_steps.insert(m_steps.begin() + m_position, stepTo(before, after));
+    } catch (const std::bad_alloc &) {
+        return false;
     }
+    ++m_position;
+    m_steps.erase(m_steps.begin() + m_position, m_steps.end());
+    trim();
+    return true;
 }
 
 bool PhotoHistory::replaced(const QImage &before, const QImage &after) {

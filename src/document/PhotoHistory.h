@@ -28,8 +28,9 @@ class PhotoHistory {
 
     /// Records an undo point: the picture as it is now. What can be redone stays until the picture is replaced.
     void record();
-    /// Takes the point back that record() has just made, when the picture could not be replaced.
-    void forgetRecord();
+    /// Records a change of the picture: a point that leads back to `before`. Nothing can be redone any more. False, and
+    /// nothing recorded, when memory is refused.
+    bool recordChange(const QImage &before, const QImage &after);
     /// Says that the picture was replaced: the latest recorded point keeps leading back to the picture it was recorded
     /// with, and nothing can be redone any more. False, and nothing changed, when memory is refused.
     bool replaced(const QImage &before, const QImage &after);

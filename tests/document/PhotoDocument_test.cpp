@@ -1,11 +1,15 @@
 // The document's own rules: zoom, copies, status line, opening and saving, undo and redo as commands.
 #include "document/PhotoDocument.h"
 
+#include "imaging/Picture.h"
 #include "support/TestPictures.h"
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 using namespace lumora;
 using test::firstDifference;
@@ -249,6 +253,43 @@ TEST_F(Document, changesThePhotoInOneWay) {
     ASSERT_TRUE(photo.changePhoto(plain(4, 4).convertToFormat(QImage::Format_RGB888)));
     EXPECT_EQ(photo.picCanvas().format(), QImage::Format_RGB32);
 }
+
+#ifndef __SANITIZE_ADDRESS__
+/// In a process of its own: 0 when changes without memory left the photo and its history alone.
+int changesWithoutMemory() {
+    PhotoDocument photo;
+    const QImage first = photoLike(3000, 2000);
+    QImage dotted = first.copy();
+    dotted.setPixel(7, 7, qRgb(1, 2, 3));
+    const QImage other = plain(3000, 2000);
+    const QImage foreign = other.convertToFormat(QImage::Format_RGB888); // memory is needed to make it one of ours
+    photo.openPicture({first, PictureError::None, {}}, Route::LoadPhoto);
+    if (!photo.changePhoto(dotted)) {
+        return 2;
+    }
+    photo.setPhotoModified(false);
+    int heard = 0;
+    QObject::connect(&photo, &PhotoDocument::changed, [&](PhotoChanges) { ++heard; });
+    releaseKeptBuffers();
+    long pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    rlimit limit{};
+    ::getrlimit(RLIMIT_AS, &limit);
+    const rlimit tight{static_cast<rlim_t>(pages * ::sysconf(_SC_PAGESIZE) + (4 << 20)), limit.rlim_max};
+    ::setrlimit(RLIMIT_AS, &tight);
+    const qint64 key = photo.picCanvas().cacheKey();
+    const bool refused = !photo.changePhoto(foreign) && !photo.changePhoto(other, {.recordUndo = false});
+    const bool asBefore =
+        photo.picCanvas().cacheKey() == key && photo.history().undoSteps() == 1 && heard == 0 && !photo.PhotoModified();
+    ::setrlimit(RLIMIT_AS, &limit);
+    return refused && asBefore && photo.PerformUndo() && firstDifference(photo.picCanvas(), first) == nowhere ? 0 : 1;
+}
+
+TEST(DocumentDeathTest, aRefusedChangeLeavesNoUndoStep) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(::_exit(changesWithoutMemory()), testing::ExitedWithCode(0), "");
+}
+#endif
 
 TEST_F(Document, undoesAndRedoes) {
     photo.PerformUndo();

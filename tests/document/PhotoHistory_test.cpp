@@ -75,8 +75,7 @@ QStringList spilledFiles(const QString &folder) {
 struct Editing {
     explicit Editing(const PhotoHistory::Limits &limits) : history(limits) {}
     void change(const QImage &next) {
-        history.record();
-        ASSERT_TRUE(history.replaced(picture, next));
+        ASSERT_TRUE(history.recordChange(picture, next));
         picture = next;
     }
     PhotoHistory history;
@@ -100,13 +99,17 @@ TEST(PhotoHistory, walksLikeAListOfWholePictures) {
         QImage now = editing.picture;
         for (int i = 0; i < 600; ++i) {
             const auto what = random() % 10;
-            if (what < 4) { // a change, now and then without its point
+            if (what < 4) { // a change, now and then without its point or some time after it
                 const QImage next = someChange(now, random);
-                if (random() % 8 != 0) {
-                    editing.history.record();
+                const auto point = random() % 8;
+                if (point != 0) {
                     undo.push_back(now);
                 }
-                ASSERT_TRUE(editing.history.replaced(editing.picture, next));
+                if (point == 1) {
+                    editing.history.record();
+                }
+                ASSERT_TRUE(point > 1 ? editing.history.recordChange(editing.picture, next)
+                                      : editing.history.replaced(editing.picture, next));
                 editing.picture = next;
                 now = next;
                 redo.clear();
