@@ -23,7 +23,9 @@ void PhotoHistory::record() {
 
 bool PhotoHistory::recordChange(const QImage &before, const QImage &after) {
     try {
-        m_steps.insert(m_steps.begin() + m_position, stepTo(before, after));
+        Step step;
+        m_run([&] { step = stepTo(before, after); }, Stopping::NotOffered);
+        m_steps.insert(m_steps.begin() + m_position, std::move(step));
     } catch (const std::bad_alloc &) {
         return false;
     }

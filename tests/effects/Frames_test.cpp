@@ -5,6 +5,7 @@
 #include "widgets/FloatingToolbar.h"
 
 #include <QTemporaryDir>
+#include <QTest>
 #include <gtest/gtest.h>
 
 namespace lumora {
@@ -173,7 +174,9 @@ TEST_F(FramesTest, IconsShowThePhotoInItsFrame) {
     int closed = 0;
     QObject::connect(&frames, &Frames::hideFloatingToolbars, [&] { ++closed; });
     frames.CreateFrameThumbnails();
-    EXPECT_EQ(closed, frameCount);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return closed == frameCount; })) << closed;
+    QTest::qWait(20);
+    EXPECT_EQ(closed, frameCount) << "once each";
     EXPECT_NE(frames.fFrameThumbnail(1), frames.fFrameThumbnail(2));
 }
 
