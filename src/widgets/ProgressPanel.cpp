@@ -16,7 +16,7 @@ constexpr int tick = 30;   // milliseconds
 constexpr int period = 60; // ticks to and fro
 constexpr int barWidth = 360;
 constexpr int barHeight = 22;
-constexpr int buttonWidth = 150;
+constexpr int buttonPicture = 40;   // pixels
 constexpr double strokeShare = 0.3; // of the bar
 
 } // namespace
@@ -87,7 +87,9 @@ ProgressPanel::ProgressPanel(QWidget *window)
     column->addWidget(m_bar, 0, Qt::AlignHCenter);
     cmdStop->setObjectName("cmdStop");
     cmdStop->setLook(PictureButton::Look::Raised);
-    cmdStop->setMinimumWidth(buttonWidth);
+    cmdStop->setPictureSize(buttonPicture);
+    cmdStop->setFont(large);
+    cmdStop->installEventFilter(this);
     column->addWidget(cmdStop, 0, Qt::AlignHCenter);
     connect(cmdStop, &PictureButton::clicked, this, &ProgressPanel::stopWanted);
     hide();
@@ -121,6 +123,12 @@ bool ProgressPanel::event(QEvent *event) {
         return true;
     }
     return QWidget::event(event);
+}
+
+bool ProgressPanel::eventFilter(QObject *watched, QEvent *event) {
+    // A key that has been held since before the panel came was not meant for it.
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    return (isKey && static_cast<QKeyEvent *>(event)->isAutoRepeat()) || QWidget::eventFilter(watched, event);
 }
 
 void ProgressPanel::keyPressEvent(QKeyEvent *event) {
