@@ -306,7 +306,12 @@ void PhotoCommands::leaveEditor() {
 }
 
 void PhotoCommands::say(PictureError error) {
-    Q_EMIT failed(plainWords(m_ctx.texts, error));
+    const QString words = plainWords(m_ctx.texts, error);
+    if (error == PictureError::Cancelled) {
+        Q_EMIT done(words); // the user wanted it so
+    } else {
+        Q_EMIT failed(words);
+    }
 }
 
 void PhotoCommands::sayNotSaved(PictureError error) {
