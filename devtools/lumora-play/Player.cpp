@@ -63,7 +63,7 @@ void Player::tick() {
         return;
     }
     orderTick();
-    if (!m_waiting || !m_program.takesInput()) {
+    if (!m_meanwhile && (!m_waiting || !m_program.takesInput())) {
         return;
     }
     if (m_hand.isBusy()) {
@@ -93,7 +93,8 @@ void Player::attempt(const Step &step) {
     if (m_phase == 0 && beforeStep) {
         beforeStep(filled);
     }
-    const Outcome outcome = (this->*performerOf(step.verb))(filled);
+    const auto perform = [&] { return (this->*performerOf(step.verb))(filled); };
+    const Outcome outcome = step.verb == "start" ? perform() : m_turns.leaveOut(perform);
     if (m_finished) {
         return;
     }
@@ -113,7 +114,20 @@ void Player::attempt(const Step &step) {
         m_lastWidget = nullptr;
         m_undoSteps.clear();
         m_stepClock.start();
+        judgeTurns(step);
         return;
+    }
+}
+
+void Player::judgeTurns(const Step &step) {
+    const std::chrono::milliseconds longest = m_turns.takeLongest();
+    const QString says = QString("the longest turn of the event loop took %1 ms").arg(longest.count());
+    if (log) {
+        log(QString("%1: %2").arg(step.line).arg(says));
+    }
+    if (turnLimit.count() > 0 && longest > turnLimit) {
+        --m_next; // the step whose line is said
+        finish(says);
     }
 }
 

@@ -8,6 +8,7 @@
 #include "Monkey.h"
 #include "Program.h"
 #include "Script.h"
+#include "TurnWatch.h"
 
 #include <QElapsedTimer>
 #include <QHash>
@@ -47,6 +48,8 @@ class Player : public QObject {
     /// expect-look writes the files that it is to compare with, where they are not the same, instead.
     bool remakesLooks = false;
 
+    std::chrono::milliseconds turnLimit{0}; ///< a step whose longest turn takes more ends the run; 0: none does
+
     /// Plays from the next turn of the event loop on.
     void begin();
     /// The program has ended; only "quit" may still follow.
@@ -68,6 +71,8 @@ class Player : public QObject {
     void orderTick();
     bool isQuiet(const Step &step) const;
     void attempt(const Step &step);
+    /// Ends the run when the program has computed for too long in one turn of its event loop.
+    void judgeTurns(const Step &step);
     /// A step that takes many actions begins another one: the time limit begins again.
     void goOn(const Step &step);
     void finish(const QString &problem = {});
@@ -86,6 +91,9 @@ class Player : public QObject {
     Outcome key(const Step &step);
     Outcome undo(const Step &step);
     Outcome choose(const Step &step);
+    Outcome drop(const Step &step);
+    Outcome close(const Step &step);
+    Outcome meanwhile(const Step &step);
     Outcome monkey(const Step &step);
     Outcome wait(const Step &step);
     Outcome expect(const Step &step);
@@ -121,9 +129,11 @@ class Player : public QObject {
     Script m_script;
     int m_patience;
     Hand m_hand;
+    TurnWatch m_turns;
     bool m_waiting = false; ///< the event loop had nothing to do before this tick
     std::size_t m_next = 0;
     int m_phase = 0;
+    bool m_meanwhile = false; ///< steps go on while the program is busy and lets no input in
     bool m_ended = false;
     bool m_finished = false;
     QPoint m_lastPlace;

@@ -29,6 +29,9 @@ const Verb verbs[] = {
     {"key", 1, 1, "key KEYS"},
     {"undo", 1, 1, "undo all"},
     {"choose", 1, 1, "choose FILE"},
+    {"drop", 1, 1, "drop FILE"},
+    {"close", 0, 0, "close"},
+    {"meanwhile", 1, 1, "meanwhile on | meanwhile off"},
     {"monkey", 2, 2, "monkey SEED COUNT"},
     {"wait", 1, 1, "wait MILLISECONDS"},
     {"expect", 2, 2, "expect CONTROL TEXT"},
@@ -93,13 +96,14 @@ QString misread(const Step &step, const Verb &verb, bool started) {
         return how;
     }
     const bool outside = step.word(0) == "outside";
-    const bool wrong = (step.verb == "wait" && !isCount(step.word(0))) ||
-                       (step.verb == "monkey" && !(isCount(step.word(0)) && isCount(step.word(1)))) ||
-                       (step.verb == "film" && !isFilm(step)) ||
-                       (step.verb == "pointer" && step.word(0) != "on" && step.word(0) != "off") ||
-                       (step.verb == "undo" && step.word(0) != "all") ||
-                       (step.verb == "hash" && (outside ? step.words.size() < 2 : step.words.size() > 1)) ||
-                       (step.verb == "press" && numbers != 2) || (step.verb == "drag" && numbers < 4);
+    const bool wrong =
+        (step.verb == "wait" && !isCount(step.word(0))) ||
+        (step.verb == "monkey" && !(isCount(step.word(0)) && isCount(step.word(1)))) ||
+        (step.verb == "film" && !isFilm(step)) ||
+        ((step.verb == "pointer" || step.verb == "meanwhile") && step.word(0) != "on" && step.word(0) != "off") ||
+        (step.verb == "undo" && step.word(0) != "all") ||
+        (step.verb == "hash" && (outside ? step.words.size() < 2 : step.words.size() > 1)) ||
+        (step.verb == "press" && numbers != 2) || (step.verb == "drag" && numbers < 4);
     return wrong ? how : QString();
 }
 

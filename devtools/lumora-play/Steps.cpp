@@ -10,11 +10,15 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QDropEvent>
 #include <QFileDialog>
 #include <QKeySequence>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPushButton>
 #include <QStyle>
+#include <QTimer>
+#include <QWindow>
 #include <algorithm>
 #include <cstdlib>
 
@@ -76,6 +80,9 @@ Player::Performer Player::performerOf(const QString &verb) {
         {"quit", &Player::quit},
         {"look", &Player::look},
         {"expect-look", &Player::expectLook},
+        {"drop", &Player::drop},
+        {"close", &Player::close},
+        {"meanwhile", &Player::meanwhile},
     };
     return performers.value(verb);
 }
@@ -396,6 +403,46 @@ Outcome Player::choose(const Step &step) {
     const bool saves = dialog->acceptMode() == QFileDialog::AcceptSave;
     const auto *buttons = dialog->findChild<QDialogButtonBox *>();
     return clickOn(*buttons->button(saves ? QDialogButtonBox::Save : QDialogButtonBox::Open));
+}
+
+/// As the window system tells of it: the drag comes over the window, and is let go there when the window wants it.
+Outcome Player::drop(const Step &step) {
+    const QWidget *canvas = m_program.canvas();
+    const QPointer<QWidget> window = canvas == nullptr ? QApplication::activeWindow() : canvas->window();
+    if (window == nullptr || window->windowHandle() == nullptr) {
+        return Outcome::notYet("there is no window");
+    }
+    auto data = std::make_shared<QMimeData>();
+    data->setUrls({QUrl::fromLocalFile(QDir::current().absoluteFilePath(step.word(0)))});
+    const QPoint at = window->rect().center();
+    QDragEnterEvent enter(at, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window->windowHandle(), &enter);
+    if (enter.isAccepted()) {
+        QDropEvent drop(at, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(window->windowHandle(), &drop);
+    }
+    if (print) {
+        print(enter.isAccepted() ? "drop: taken" : "drop: refused");
+    }
+    m_inputClock.start();
+    return Outcome::done();
+}
+
+/// The desktop's request to close the main window.
+Outcome Player::close(const Step &) {
+    const QWidget *canvas = m_program.canvas();
+    QWidget *window = canvas == nullptr ? QApplication::activeWindow() : canvas->window();
+    if (window == nullptr) {
+        return Outcome::notYet("there is no window");
+    }
+    QTimer::singleShot(0, window, [window] { window->close(); });
+    m_inputClock.start();
+    return Outcome::done();
+}
+
+Outcome Player::meanwhile(const Step &step) {
+    m_meanwhile = step.word(0) == "on";
+    return Outcome::done();
 }
 
 Outcome Player::wait(const Step &step) {

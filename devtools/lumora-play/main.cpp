@@ -18,12 +18,19 @@ namespace {
 using namespace lumora;
 using namespace lumora::play;
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool isSlowedDown = true; // what a turn takes says nothing about the program then
+#else
+constexpr bool isSlowedDown = false;
+#endif
+
 struct Options {
     QString script;
     QString folder;
     QSize screen{1280, 800};
     int patience = 5000;
     int watchdog = 120;
+    int turnLimit = 0;
     bool verbose = false;
     bool remakesLooks = false;
 };
@@ -48,9 +55,13 @@ bool readOptions(const QStringList &arguments, Options &options, int &code) {
                                       "MS", "5000");
     const QCommandLineOption timeout("timeout", "A step that takes longer ends the run (default: 120).", "SECONDS",
                                      "120");
+    const QCommandLineOption turnLimit("turn-limit",
+                                       "A step ends the run when the program computes for longer in one turn of its "
+                                       "event loop, in processor time.",
+                                       "MS", "0");
     const QCommandLineOption verbose("verbose", "Prints each step before it is done.");
     const QCommandLineOption remake("remake-looks", "Writes the pictures that expect-look compares with again.");
-    parser.addOptions({help, folder, size, patience, timeout, verbose, remake});
+    parser.addOptions({help, folder, size, patience, timeout, turnLimit, verbose, remake});
     const bool understood = parser.parse(arguments);
     if (!understood || parser.isSet(help) || parser.positionalArguments().size() != 1) {
         const bool asked = understood && parser.isSet(help);
@@ -62,6 +73,7 @@ bool readOptions(const QStringList &arguments, Options &options, int &code) {
     options.folder = parser.value(folder);
     options.patience = parser.value(patience).toInt();
     options.watchdog = parser.value(timeout).toInt();
+    options.turnLimit = isSlowedDown ? 0 : parser.value(turnLimit).toInt();
     options.verbose = parser.isSet(verbose);
     options.remakesLooks = parser.isSet(remake);
     const QStringList sides = parser.value(size).split('x');
@@ -103,6 +115,7 @@ int playScript(QApplication &application, const Options &options, Script script,
     player.variables = variablesOf(options, stage);
     player.remakesLooks = options.remakesLooks;
     player.print = say;
+    player.turnLimit = std::chrono::milliseconds(options.turnLimit);
     if (options.verbose) {
         player.log = say;
     }

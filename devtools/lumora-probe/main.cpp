@@ -92,6 +92,8 @@ const char *name(PictureError error) {
         return "unknown type";
     case PictureError::NotWritable:
         return "not writable";
+    case PictureError::Cancelled:
+        return "cancelled";
     }
     return "";
 }

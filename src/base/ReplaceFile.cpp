@@ -1,5 +1,7 @@
 #include "base/ReplaceFile.h"
 
+#include "base/TaskControl.h"
+
 #include <QFile>
 #include <QRandomGenerator>
 #include <cerrno>
@@ -134,6 +136,9 @@ std::optional<QString> replaceFile(const QString &path, const std::function<bool
     }
     if (exists) {
         keepOwnerAndMode(temporary.descriptor(), old);
+    }
+    if (TaskControl::isCurrentCancelled()) {
+        return QStringLiteral("stopped");
     }
     if (!temporary.rename(real)) {
         return systemError("cannot replace the file");

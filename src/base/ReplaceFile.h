@@ -13,7 +13,8 @@ namespace lumora {
 /// existing file keeps its mode (and its owner, where the system allows); a new one gets the usual mode.
 /// Nothing on success, else what went wrong, in English; then the old file stands and no temporary file is left.
 /// Refused: a folder or anything else that is no plain file, a file that may not be written, a missing or read-only
-/// folder, a full disk, and `write` answering false.
+/// folder, a full disk, `write` answering false, and a current TaskControl that is cancelled before the file gets its
+/// name.
 std::optional<QString> replaceFile(const QString &path, const std::function<bool(QIODevice &)> &write);
 
 } // namespace lumora

@@ -320,6 +320,9 @@ constexpr TextRow textRows[] = {
     {"frmMain", "StatusNoMemory", "There is not enough memory for this. Your photo has not changed.", "-", ""},
     {"frmMain", "StatusUnknownType", "Lumora cannot save this type of picture. Try .jpg or .png.", "-", ""},
     {"frmMain", "StatusNotWritable", "Your photo could not be saved there. Try another folder.", "-", ""},
+    {"frmMain", "StatusStopped", "Stopped. Your photo is as it was.", "-", ""},
+    {"frmMain", "StatusSaveStopped", "Stopped. Your photo is not saved yet.", "-", ""},
+    {"frmMain", "BtnStop", "Stop", "cmdStop", "text"},
 
     // Options.
     {"frmOptions", "DlgOptionsTitle", "Options", "", "windowTitle"},

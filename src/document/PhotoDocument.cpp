@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <utility>
 
 namespace lumora {
 
@@ -43,9 +45,38 @@ QImage houseFormat(const QImage &picture) {
 
 } // namespace
 
-PhotoDocument::PhotoDocument(QObject *parent) : QObject(parent) {}
+/// Holds the photo for one change: long parts of it let the event loop run, and whatever comes from there must not
+/// begin a second one.
+class PhotoDocument::Change {
+  public:
+    explicit Change(PhotoDocument &photo) : m_photo(photo), m_isFirst(!std::exchange(photo.m_changing, true)) {}
+    Change(const Change &) = delete;
+    Change &operator=(const Change &) = delete;
+    ~Change() {
+        if (m_isFirst) {
+            m_photo.m_changing = false;
+        }
+    }
+    bool isRefused() const { return !m_isFirst; }
+
+  private:
+    PhotoDocument &m_photo;
+    const bool m_isFirst;
+};
+
+PhotoDocument::PhotoDocument(QObject *parent) : QObject(parent) {
+    setTaskRunner([](const std::function<void()> &work, Stopping) {
+        work();
+        return true;
+    });
+}
 
 PhotoDocument::~PhotoDocument() = default;
+
+void PhotoDocument::setTaskRunner(const TaskRunner &runner) {
+    m_run = runner;
+    m_history.setTaskRunner(runner);
+}
 
 const QImage &PhotoDocument::pic2nd() const {
     if (m_2ndStale) {
@@ -154,7 +185,8 @@ bool PhotoDocument::changePhoto(const QImage &next) {
 
 bool PhotoDocument::changePhoto(const QImage &next, ChangeSteps steps) {
     const QImage picture = houseFormat(next);
-    if (picture.isNull()) {
+    std::optional<Change> change(*this);
+    if (picture.isNull() || change->isRefused()) {
         return false;
     }
     PhotoChanges what = PhotoChange::Pixels | PhotoChange::History;
@@ -175,6 +207,7 @@ bool PhotoDocument::changePhoto(const QImage &next, ChangeSteps steps) {
         m_modified = true;
         what |= PhotoChange::Modified;
     }
+    change.reset();
     Q_EMIT changed(what);
     return true;
 }
@@ -188,11 +221,15 @@ bool PhotoDocument::PerformRedo() {
 }
 
 bool PhotoDocument::stepThroughHistory(bool back) {
-    if (!m_loaded) {
+    std::optional<Change> change(*this);
+    if (!m_loaded || change->isRefused()) {
         return true;
     }
     const QSize sizeBefore = m_canvas.size();
-    const bool stepped = back ? m_history.undo(m_canvas) : m_history.redo(m_canvas);
+    QImage canvas = m_canvas; // what is on the screen stays until the step is whole
+    const bool stepped = back ? m_history.undo(canvas) : m_history.redo(canvas);
+    change.reset();
+    m_canvas = canvas;
     m_thumb = m_canvas;
     CreateDummyPicture();
     PhotoChanges what = PhotoChange::Pixels | PhotoChange::History;
@@ -224,6 +261,10 @@ PictureError PhotoDocument::fillFrom(const PictureRead &read, OpenRoute route) {
     if (read.error != PictureError::None) {
         return read.error;
     }
+    std::optional<Change> change(*this);
+    if (change->isRefused()) {
+        return PictureError::Cancelled;
+    }
     const QImage picture = houseFormat(read.picture);
     if (picture.isNull()) {
         return read.picture.isNull() ? PictureError::NotAPicture : PictureError::NoMemory;
@@ -243,6 +284,7 @@ PictureError PhotoDocument::fillFrom(const PictureRead &read, OpenRoute route) {
         m_modified = false;
         what |= PhotoChange::Modified;
     }
+    change.reset();
     Q_EMIT changed(what);
     return PictureError::None;
 }
@@ -251,7 +293,8 @@ PictureWritten PhotoDocument::saveFile(const QString &path) {
     if (m_canvas.isNull()) {
         return {PictureError::NotAPicture, QStringLiteral("there is no photo to save")};
     }
-    PictureWritten written = writePicture(m_canvas, path);
+    PictureWritten written;
+    m_run([&, picture = m_canvas] { written = writePicture(picture, path); }, Stopping::Offered);
     if (written.ok()) {
         setPhotoModified(false);
     }

@@ -36,6 +36,10 @@ class PhotoDocument : public QObject {
     explicit PhotoDocument(QObject *parent = nullptr);
     ~PhotoDocument() override;
 
+    /// Who does what takes long: the undo history and writing files. At first it is done where it is asked for. While
+    /// the runner is at it the photo cannot be changed: who tries is refused.
+    void setTaskRunner(const TaskRunner &runner);
+
     // The holders. All share their pixels until one is changed.
     const QImage &picCanvas() const { return m_canvas; } ///< the working photo, full resolution
     const QImage &picBuffer() const { return m_buffer; } ///< as it was last loaded or pasted
@@ -83,7 +87,8 @@ class PhotoDocument : public QObject {
         bool modified = true;
     };
     /// The way in which tools change the photo: records the undo point, replaces the picture, refreshes the copies,
-    /// sets PhotoModified, says what changed. False, and nothing changed, for a null picture or when memory is refused.
+    /// sets PhotoModified, says what changed. False, and nothing changed, for a null picture, when memory is refused
+    /// and while another change is under way.
     bool changePhoto(const QImage &next);
     bool changePhoto(const QImage &next, ChangeSteps steps);
 
@@ -104,7 +109,8 @@ class PhotoDocument : public QObject {
     /// Puts a picture from the clipboard in the photo's place the way a loaded file does, but without an undo point;
     /// clears PhotoModified. With an error nothing changes.
     PictureError pastePicture(const PictureRead &read);
-    /// Writes the canvas to the path; clears PhotoModified when the file is written.
+    /// Writes the canvas to the path; clears PhotoModified when the file is written. Cancelled: the user stopped it,
+    /// and the file is as it was.
     PictureWritten saveFile(const QString &path);
 
     /// Stores the canvas in MemoryPhoto as base64 JPEG text; loads it back into picBuffer at a width of 120 pixels.
@@ -117,10 +123,13 @@ class PhotoDocument : public QObject {
 
   private:
     bool restoreDisplay();
+    class Change;
     bool replaceCanvas(const QImage &next, bool recordUndo);
     bool stepThroughHistory(bool back);
     PictureError fillFrom(const PictureRead &read, OpenRoute route);
 
+    TaskRunner m_run;
+    bool m_changing = false;
     PhotoHistory m_history;
     PhotoSelection m_selection;
     QImage m_canvas, m_buffer, m_thumb;

@@ -23,7 +23,9 @@ void PhotoHistory::record() {
 
 bool PhotoHistory::recordChange(const QImage &before, const QImage &after) {
     try {
-        m_steps.insert(m_steps.begin() + m_position, stepTo(before, after));
+        Step step;
+        m_run([&] { step = stepTo(before, after); }, Stopping::NotOffered);
+        m_steps.insert(m_steps.begin() + m_position, std::move(step));
     } catch (const std::bad_alloc &) {
         return false;
     }
@@ -37,13 +39,22 @@ bool PhotoHistory::replaced(const QImage &before, const QImage &after) {
     bool reachable = true;
     while (m_position > 0 && !m_steps[m_position - 1].isWhole()) {
         Step &last = m_steps[m_position - 1];
-        QImage recorded;
-        const Reading reading = reachable ? apply(last, before, recorded) : Reading::Lost;
+        Reading reading = Reading::Lost;
+        Step next;
+        if (reachable) {
+            m_run(
+                [&] {
+                    QImage recorded;
+                    reading = apply(last, before, recorded);
+                    next = reading == Reading::Done ? stepTo(recorded, after) : Step();
+                },
+                Stopping::NotOffered);
+        }
         if (reading == Reading::NoMemory) {
             return false;
         }
         if (reading == Reading::Done) {
-            last = stepTo(recorded, after);
+            last = next;
             break;
         }
         reachable = false;
@@ -69,6 +80,15 @@ PhotoHistory::Step PhotoHistory::stepTo(const QImage &other, const QImage &pictu
         }
     }
     return {m_store.keep(other), {}};
+}
+
+/// What leads back to the picture once the step has been taken from it.
+PhotoHistory::Step PhotoHistory::stepBackFrom(const Step &step, const QImage &picture) {
+    if (step.pixels == nullptr) {
+        return {};
+    }
+    const QImage part = step.isWhole() ? QImage() : picture.copy(step.rect);
+    return part.isNull() ? Step{m_store.keep(picture), {}} : Step{m_store.keep(part), step.rect};
 }
 
 StepStore::Reading PhotoHistory::apply(const Step &step, const QImage &picture, QImage &other) const {
@@ -104,15 +124,21 @@ bool PhotoHistory::move(QImage &picture, bool back) {
         const int at = back ? m_position - 1 : m_position;
         Step &step = m_steps[at];
         QImage other;
-        const Reading reading = reachable || step.isWhole() ? apply(step, picture, other) : Reading::Lost;
+        Reading reading = Reading::Lost;
+        Step reverse;
+        if (reachable || step.isWhole()) {
+            m_run(
+                [&] {
+                    reading = apply(step, picture, other);
+                    reverse = reading == Reading::Done ? stepBackFrom(step, picture) : Step();
+                },
+                Stopping::NotOffered);
+        }
         if (reading == Reading::NoMemory) {
             return false;
         }
         if (reading == Reading::Done) {
-            if (step.pixels != nullptr) {
-                const QImage part = step.isWhole() ? QImage() : picture.copy(step.rect);
-                step = part.isNull() ? Step{m_store.keep(picture), {}} : Step{m_store.keep(part), step.rect};
-            }
+            step = reverse;
             m_position += back ? -1 : 1;
             picture = other;
             trim();
@@ -128,12 +154,17 @@ bool PhotoHistory::move(QImage &picture, bool back) {
 /// Brings memory back under the budget: the thread starts to write well before it is spent, and only who changes
 /// faster than the disk can follow has to wait for it.
 void PhotoHistory::trim() {
+    bool again = false;
     do {
         if (m_store.takeFailure()) {
             dropFarthest();
         }
         spillBeyond(m_store.memoryBudget() / 4 * 3);
-    } while (m_store.isOverBudget() && m_store.waitForWriter());
+        again = false;
+        if (m_store.isOverBudget()) {
+            m_run([&] { again = m_store.waitForWriter(); }, Stopping::NotOffered);
+        }
+    } while (again);
 }
 
 /// Sends the steps that are farthest from the picture of now to the disk.

@@ -2,6 +2,7 @@
 // other picture, shared, where most of it or the size changed. Used by PhotoDocument only.
 #pragma once
 
+#include "base/TaskControl.h"
 #include "document/StepStore.h"
 
 #include <QImage>
@@ -21,6 +22,9 @@ class PhotoHistory {
 
     PhotoHistory();
     explicit PhotoHistory(const Limits &limits);
+    /// Who does what takes long (comparing, copying and reading whole pictures); at first it is done where it is asked
+    /// for. Nothing else may be asked of the history meanwhile but how many steps it has.
+    void setTaskRunner(TaskRunner runner) { m_run = std::move(runner); }
 
     /// Records an undo point: the picture as it is now. What can be redone stays until the picture is replaced.
     void record();
@@ -54,12 +58,17 @@ class PhotoHistory {
     };
 
     Step stepTo(const QImage &other, const QImage &picture);
+    Step stepBackFrom(const Step &step, const QImage &picture);
     StepStore::Reading apply(const Step &step, const QImage &picture, QImage &other) const;
     bool move(QImage &picture, bool back);
     void trim();
     void spillBeyond(qint64 bytes);
     bool dropFarthest();
 
+    TaskRunner m_run = [](const std::function<void()> &work, Stopping) {
+        work();
+        return true;
+    };
     StepStore m_store; ///< before the steps, whose pixels it keeps
     std::deque<Step> m_steps;
     int m_position = 0; ///< steps before it can be undone, those from it on redone

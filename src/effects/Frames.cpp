@@ -35,7 +35,9 @@ QImage icon(const QImage &picture) {
 
 } // namespace
 
-Frames::Frames(AppContext &ctx, FloatingToolbar *FT5, QObject *parent) : QObject(parent), m_ctx(ctx), m_FT5(FT5) {}
+Frames::Frames(AppContext &ctx, FloatingToolbar *FT5, QObject *parent) : QObject(parent), m_ctx(ctx), m_FT5(FT5) {
+    connect(&m_turn, &QTimer::timeout, this, &Frames::nextThumbnail);
+}
 
 bool Frames::pick(const QString &key) {
     for (int n = 1; n <= frameCount; ++n) {
@@ -57,7 +59,7 @@ bool Frames::fFramePicture(int n) {
         return true;
     }
     QImage picFrame1;
-    m_ctx.longWork.run([&] { picFrame1 = inFrame(n, m_ctx.photo.picThumb()); });
+    m_ctx.tasks.run([&] { picFrame1 = inFrame(n, m_ctx.photo.picThumb()); });
     const bool changed = m_ctx.photo.changePhoto(picFrame1);
     m_ctx.photo.ResizePicCanvas();
     m_ctx.photo.setPhotoModified(true);
@@ -76,9 +78,19 @@ QImage Frames::fFrameThumbnail(int n) {
 }
 
 void Frames::CreateFrameThumbnails() {
-    for (int n = 1; n <= frameCount; ++n) {
-        fFrameThumbnail(n);
+    m_nextThumbnail = 1;
+    m_turn.start(0);
+}
+
+void Frames::nextThumbnail() {
+    if (m_ctx.tasks.isRunning()) {
+        return; // it may be the artwork that the other thread draws
     }
+    if (m_nextThumbnail > frameCount) {
+        m_turn.stop();
+        return;
+    }
+    fFrameThumbnail(m_nextThumbnail++);
 }
 
 } // namespace lumora

@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
 namespace lumora {
 
@@ -32,15 +33,18 @@ class Frames : public QObject {
     /// The icon of frame n (1 to 8): the reduced photo in that frame, unframed when memory is refused, with a longer
     /// side of 120 pixels. Shows it in FT5 and answers it; null without a photo and for other numbers.
     QImage fFrameThumbnail(int n);
-    /// All eight icons.
+    /// All eight icons, one a turn of the event loop: drawing a frame takes its time.
     void CreateFrameThumbnails();
 
   private:
     QImage inFrame(int n, const QImage &photo);
+    void nextThumbnail();
 
     AppContext &m_ctx;
     FloatingToolbar *m_FT5;
     FrameArtwork m_artwork; ///< PF1 to PF8
+    QTimer m_turn;
+    int m_nextThumbnail = 1;
 };
 
 } // namespace lumora

@@ -14,6 +14,11 @@ using Shape = PhotoSelection::Shape;
 
 constexpr int fullStrength = 100; // per cent of a paste
 
+QImage pastedThrough(const Region &region, const QImage &photo, const QImage &changed) {
+    QImage next = photo; // its own pixels as soon as they are written to
+    return pasteThrough(next, changed, region, 0, 0, fullStrength) ? next : QImage();
+}
+
 } // namespace
 
 EffectOutcome SelectionFlow::apply(const Operation &operation, const Operation &throughLasso) {
@@ -24,7 +29,7 @@ EffectOutcome SelectionFlow::apply(const Operation &operation, const Operation &
         return applyToWholePhoto(operation, true);
     }
     const EffectOutcome outcome = applyToMarked(operation, throughLasso);
-    if (outcome != EffectOutcome::NoRegion) {
+    if (outcome != EffectOutcome::NoRegion && outcome != EffectOutcome::Stopped) {
         hideSelection();
         m_ctx.flags.endSelection();
     }
@@ -46,7 +51,7 @@ EffectOutcome SelectionFlow::applyToMarked(const Operation &operation, const Ope
     const auto setRegion = kind == Shape::Rectangle ? &EffectEngine::setRectangularRegion //
                                                     : &EffectEngine::setEllipticalRegion;
     (m_engine.*setRegion)(bounds.SelLeft, bounds.SelTop, bounds.SelRight, bounds.SelBottom);
-    return take(compute(operation, true) ? m_engine.picture() : QImage(), true);
+    return change([&] { return m_engine.apply(operation, true) ? m_engine.picture() : QImage(); }, true);
 }
 
 EffectOutcome SelectionFlow::applyThroughLasso(const Operation &operation) {
@@ -58,9 +63,16 @@ EffectOutcome SelectionFlow::applyThroughLasso(const Operation &operation) {
     SelectionBounds bounds;
     readBounds(bounds);
     m_engine.setRectangularRegion(bounds.SelLeft, bounds.SelTop, bounds.SelRight, bounds.SelBottom);
-    const bool done = compute(operation, true);
-    const EffectOutcome outcome = take(done ? pastedThroughLasso(m_engine.picture()) : QImage(), true);
+    const QImage photo = m_ctx.photo.picCanvas();
     PhotoSelection selection = m_ctx.photo.selection();
+    const Region &region = selection.region(photo.size());
+    const EffectOutcome outcome = change(
+        [&] { return m_engine.apply(operation, true) ? pastedThrough(region, photo, m_engine.picture()) : QImage(); },
+        true);
+    if (outcome == EffectOutcome::Stopped) {
+        return outcome;
+    }
+    selection = m_ctx.photo.selection();
     selection.setDrawn(0);
     m_ctx.photo.setSelection(selection);
     return outcome;
@@ -72,7 +84,7 @@ EffectOutcome SelectionFlow::applyToWholePhoto(const Operation &operation, bool 
     }
     m_engine.setPicture(m_ctx.photo.picCanvas());
     m_engine.clearRegion();
-    return take(compute(operation, false) ? m_engine.picture() : QImage(), dummyPicture);
+    return change([&] { return m_engine.apply(operation, false) ? m_engine.picture() : QImage(); }, dummyPicture);
 }
 
 void SelectionFlow::hideSelection() {
@@ -97,23 +109,24 @@ bool SelectionFlow::marksPixels() const {
     return shaped && readBounds(bounds) && !selection.region(m_ctx.photo.picCanvas().size()).isEmpty();
 }
 
-bool SelectionFlow::compute(const Operation &operation, bool limitToRegion) {
-    bool done = false;
-    m_ctx.longWork.run([&] { done = m_engine.apply(operation, limitToRegion); });
+EffectOutcome SelectionFlow::change(const std::function<QImage()> &compute, bool dummyPicture) {
+    QImage next;
+    const bool isWhole = m_ctx.tasks.run(
+        [&] {
+            try {
+                next = compute();
+            } catch (const std::bad_alloc &) {
+                next = QImage();
+            }
+        },
+        Stopping::Offered);
+    m_engine.setPicture({}); // gives the buffer back: the engine keeps no second photo alive
     DoEvents();
-    return done;
-}
-
-QImage SelectionFlow::pastedThroughLasso(const QImage &changed) const {
-    const QImage &photo = m_ctx.photo.picCanvas();
-    QImage next = photo; // its own pixels as soon as they are written to
-    const Region &region = m_ctx.photo.selection().region(photo.size());
-    return pasteThrough(next, changed, region, 0, 0, fullStrength) ? next : QImage();
+    return isWhole ? take(next, dummyPicture) : EffectOutcome::Stopped;
 }
 
 /// A null picture says that the engine refused: the photo stays, what is said about it follows nevertheless.
 EffectOutcome SelectionFlow::take(const QImage &next, bool dummyPicture) {
-    m_engine.setPicture({}); // gives the buffer back: the engine keeps no second photo alive
     if (!next.isNull() && m_ctx.photo.changePhoto(next, {.dummyPicture = dummyPicture})) {
         return EffectOutcome::Done;
     }

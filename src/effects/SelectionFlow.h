@@ -15,6 +15,7 @@ enum class EffectOutcome {
     Nothing,  ///< there was nothing to do: no photo, an unknown effect, a value that ends it
     NoRegion, ///< a selection tool is current but marks nothing of the photo; nothing changed
     Refused,  ///< the engine or the memory refused; the photo keeps its pixels
+    Stopped,  ///< the user stopped it; photo, selection and flags are as they were
 };
 
 class SelectionFlow : public QObject {
@@ -49,8 +50,7 @@ class SelectionFlow : public QObject {
     EffectOutcome applyToMarked(const Operation &operation, const Operation &throughLasso);
     bool readBounds(SelectionBounds &bounds) const;
     bool marksPixels() const;
-    bool compute(const Operation &operation, bool limitToRegion);
-    QImage pastedThroughLasso(const QImage &changed) const;
+    EffectOutcome change(const std::function<QImage()> &compute, bool dummyPicture);
     EffectOutcome take(const QImage &next, bool dummyPicture);
 
     AppContext &m_ctx;

@@ -1,6 +1,7 @@
 #include "imaging/PictureFile.h"
 
 #include "base/ReplaceFile.h"
+#include "base/TaskControl.h"
 #include "imaging/Picture.h"
 #include "imaging/Scale.h"
 #include "imaging/files/Format.h"
@@ -156,6 +157,42 @@ PictureRead readSmallFrom(QIODevice &device, int longerSide) {
     });
 }
 
+// A file whose reader can be watched and stopped; formats take a file that ends early for a broken one.
+class WatchedFile : public QFile {
+  public:
+    using QFile::QFile;
+
+  protected:
+    qint64 readData(char *data, qint64 most) override {
+        TaskControl *control = TaskControl::current();
+        if (control == nullptr) {
+            return QFile::readData(data, most);
+        }
+        if (control->isCancelled()) {
+            return -1;
+        }
+        constexpr qint64 portion = qint64{4} << 20; // some formats want the whole file at once
+        qint64 done = 0;
+        while (done < most && !control->isCancelled()) {
+            const qint64 wanted = std::min(portion, most - done);
+            const qint64 count = QFile::readData(data + done, wanted);
+            if (count < 0) {
+                return done > 0 ? done : count;
+            }
+            done += count;
+            if (count < wanted) {
+                break;
+            }
+        }
+        m_read += done;
+        control->setProgress(std::min(m_read, size()), size());
+        return done;
+    }
+
+  private:
+    qint64 m_read = 0;
+};
+
 // Opens plain files only: a pipe or a device would keep the program waiting.
 std::optional<QString> openForReading(QFile &file) {
     if (!QFileInfo(file).isFile()) {
@@ -189,11 +226,12 @@ PictureHeader readPictureHeader(const QString &path) {
 }
 
 PictureRead readPicture(const QString &path) {
-    QFile file(path);
+    WatchedFile file(path);
     if (const auto failure = openForReading(file)) {
         return refusedRead(PictureError::NotFound, *failure);
     }
-    return readFrom(file);
+    const PictureRead read = readFrom(file);
+    return TaskControl::isCurrentCancelled() ? refusedRead(PictureError::Cancelled, QStringLiteral("stopped")) : read;
 }
 
 PictureRead readThumbnail(const QString &path, int longerSide) {
@@ -208,7 +246,8 @@ PictureRead readPictureFromData(const QByteArray &data) {
     QBuffer buffer;
     buffer.setData(data);
     buffer.open(QIODevice::ReadOnly);
-    return readFrom(buffer);
+    const PictureRead read = readFrom(buffer);
+    return TaskControl::isCurrentCancelled() ? refusedRead(PictureError::Cancelled, QStringLiteral("stopped")) : read;
 }
 
 PictureWritten writePicture(const QImage &picture, const QString &path) {
@@ -238,7 +277,7 @@ PictureWritten writePicture(const QImage &picture, const QString &path) {
         return reason.isEmpty();
     });
     if (failure) {
-        result.error = PictureError::NotWritable;
+        result.error = TaskControl::isCurrentCancelled() ? PictureError::Cancelled : PictureError::NotWritable;
         result.reason = reason.isEmpty() ? *failure : reason;
     }
     return result;

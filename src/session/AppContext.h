@@ -5,7 +5,7 @@
 #include "base/Texts.h"
 #include "base/basMisc.h"
 #include "document/PhotoDocument.h"
-#include "session/LongWork.h"
+#include "session/BackgroundTasks.h"
 #include "session/MainFields.h"
 #include "session/Settings.h"
 #include "session/ToolFlags.h"
@@ -15,7 +15,10 @@ namespace lumora {
 struct AppContext {
     explicit AppContext(Installation where)
         : installation(std::move(where)), settings(ini, installation.settingsFile()),
-          texts(ini, installation.languageFile()) {}
+          texts(ini, installation.languageFile()) {
+        photo.setTaskRunner(
+            [this](const std::function<void()> &work, Stopping stopping) { return tasks.run(work, stopping); });
+    }
 
     Installation installation;
     IniFiles ini;
@@ -24,7 +27,7 @@ struct AppContext {
     MainFields fields;
     ToolFlags flags;
     PhotoDocument photo;
-    LongWork longWork; ///< the main window shows its progress
+    BackgroundTasks tasks; ///< the main window shows their progress
 };
 
 } // namespace lumora

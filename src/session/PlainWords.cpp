@@ -22,6 +22,8 @@ QString plainWords(const Texts &texts, PictureError error) {
         return texts.text("StatusUnknownType");
     case PictureError::NotWritable:
         return texts.text("StatusNotWritable");
+    case PictureError::Cancelled:
+        return texts.text("StatusStopped");
     }
     return {};
 }

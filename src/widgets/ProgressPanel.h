@@ -1,18 +1,24 @@
-// pnlProgress: says that something takes a while, with a bar that keeps moving.
+// pnlProgress: says that something takes a while, shows how far it is, and offers to stop it where that can be done.
 #pragma once
 
 #include <QLabel>
+#include <QPointer>
 #include <QTimer>
 #include <QWidget>
 
 namespace lumora {
 
-/// A bar without an end: a crayon stroke that runs to and fro.
+class PictureButton;
+
+/// A crayon stroke: as long as what is done, or, while that is not known, one that runs to and fro.
 class BusyBar : public QWidget {
     Q_OBJECT
 
   public:
     explicit BusyBar(QWidget *parent = nullptr);
+
+    /// Per cent, 0 to 100; -1 when it is not known.
+    void setPercent(int percent);
 
   protected:
     void paintEvent(QPaintEvent *event) override;
@@ -22,20 +28,36 @@ class BusyBar : public QWidget {
   private:
     QTimer m_timer;
     int m_step = 0;
+    int m_percent = -1;
 };
 
-/// A child of the window, in its middle while shown; hidden at first.
+/// A child of the window, in its middle while shown; hidden at first. The button has the keyboard meanwhile; Esc stops
+/// as well.
 class ProgressPanel : public QWidget {
     Q_OBJECT
 
   public:
     explicit ProgressPanel(QWidget *window);
 
-    void begin();
-    void end() { hide(); }
+    void begin(bool canBeStopped);
+    /// Per cent, 0 to 100; -1 when it is not known.
+    void setPercent(int percent);
+    /// Gives the keyboard back to who had it.
+    void end();
+
+  Q_SIGNALS:
+    void stopWanted();
 
   protected:
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+
+  private:
+    BusyBar *m_bar;
+    PictureButton *cmdStop;
+    QPointer<QWidget> m_hadKeyboard;
 };
 
 } // namespace lumora

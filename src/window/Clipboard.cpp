@@ -8,8 +8,10 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QPointer>
 #include <QUrl>
 #include <new>
+#include <system_error>
 
 namespace lumora {
 
@@ -85,30 +87,53 @@ bool hasPicture(const QMimeData &data) {
                                           [&](const char *type) { return data.hasFormat(QLatin1String(type)); });
 }
 
-PictureRead pictureIn(const QMimeData &data) {
+PictureRead decoded(const TaskRunner &run, const std::function<PictureRead()> &decode) {
+    PictureRead read;
+    run([&] { read = decode(); }, Stopping::Offered);
+    return read;
+}
+
+PictureRead fromImage(const QImage &image) {
+    const QImage picture = qint64{image.width()} * image.height() <= maxPicturePixels ? toPicture(image) : QImage();
+    return {picture, picture.isNull() ? PictureError::NotAPicture : PictureError::None, {}};
+}
+
+/// While one kind is being decoded the clipboard may get other contents; then what is left of the kinds is not tried.
+PictureRead pictureIn(const QPointer<const QMimeData> &data, const TaskRunner &run) {
     PictureRead read;
     read.error = PictureError::NotAPicture;
-    if (const auto *own = qobject_cast<const PhotoMimeData *>(&data)) {
+    if (const auto *own = qobject_cast<const PhotoMimeData *>(data.data())) {
         return {own->photo(), PictureError::None, {}};
     }
+    const auto isToTry = [&] {
+        return data != nullptr && read.error != PictureError::None && read.error != PictureError::Cancelled;
+    };
     for (const char *type : pictureTypes) {
-        if (data.hasFormat(QLatin1String(type))) {
-            read = readPictureFromData(data.data(QLatin1String(type)));
-            if (read.error == PictureError::None) {
-                return read;
-            }
+        if (isToTry() && data->hasFormat(QLatin1String(type))) {
+            const QByteArray bytes = data->data(QLatin1String(type));
+            read = decoded(run, [&bytes] { return readPictureFromData(bytes); });
         }
     }
-    if (data.hasImage()) {
-        const QImage image = toPicture(qvariant_cast<QImage>(data.imageData()));
-        if (!image.isNull() && qint64{image.width()} * image.height() <= maxPicturePixels) {
-            return {image, PictureError::None, {}};
-        }
+    if (isToTry() && data->hasImage()) {
+        const auto image = qvariant_cast<QImage>(data->imageData());
+        read = decoded(run, [&image] { return fromImage(image); });
     }
     return read;
 }
 
 } // namespace
+
+PhotoMimeData::PhotoMimeData(const QImage &photo) : m_photo(photo) {
+    const auto pack = [photo, control = &m_control] {
+        const TaskControl::Scope scope(control);
+        return encoded(photo, writePng);
+    };
+    try {
+        m_png = std::async(std::launch::async, pack).share();
+    } catch (const std::system_error &) {
+        m_png = std::async(std::launch::deferred, pack).share(); // no thread now: when somebody asks
+    }
+}
 
 QStringList PhotoMimeData::formats() const {
     return {png, bmp, qtImage};
@@ -118,14 +143,16 @@ QVariant PhotoMimeData::retrieveData(const QString &type, QMetaType) const {
     if (type == qtImage) {
         return m_photo;
     }
-    if (type != png && type != bmp) {
+    if (type == png) {
+        return m_png.get();
+    }
+    if (type != bmp) {
         return {};
     }
-    QByteArray &bytes = type == png ? m_png : m_bmp;
-    if (bytes.isEmpty()) {
-        bytes = encoded(m_photo, type == png ? writePng : writeBmp);
+    if (m_bmp.isEmpty()) {
+        m_bmp = encoded(m_photo, writeBmp);
     }
-    return bytes;
+    return m_bmp;
 }
 
 void CopyPhoto(const QImage &photo) {
@@ -139,18 +166,17 @@ bool clipboardHasPicture() {
     return data != nullptr && (hasPicture(*data) || !pictureFile(*data).isEmpty());
 }
 
-PictureRead readClipboardPicture() {
+PictureRead readClipboardPicture(const TaskRunner &run) {
     PictureRead read;
     read.error = PictureError::NotAPicture;
-    const QMimeData *data = clipboardData();
+    const QPointer<const QMimeData> data = clipboardData();
     if (data == nullptr) {
         return read;
     }
-    read = pictureIn(*data);
-    if (read.error != PictureError::None) {
-        if (const QString file = pictureFile(*data); !file.isEmpty()) {
-            return readPicture(file);
-        }
+    const QString file = pictureFile(*data);
+    read = pictureIn(data, run);
+    if (read.error != PictureError::None && read.error != PictureError::Cancelled && !file.isEmpty()) {
+        return decoded(run, [&file] { return readPicture(file); });
     }
     return read;
 }

@@ -1,20 +1,24 @@
 // The whole photo to and from other programs: what the Copy and Paste buttons of the command row use.
 #pragma once
 
+#include "base/TaskControl.h"
 #include "imaging/PictureFile.h"
 
 #include <QImage>
 #include <QMimeData>
+#include <future>
 
 namespace lumora {
 
-/// A picture as other programs take it: image/png, image/bmp and what Qt programs read. Encoded only when somebody
-/// asks, and once for each kind; the pixels are shared.
+/// A picture as other programs take it: image/png, image/bmp and what Qt programs read. The PNG, which most ask for and
+/// which takes long, is made in another thread from the beginning on; the BMP when somebody asks. The pixels are
+/// shared.
 class PhotoMimeData : public QMimeData {
     Q_OBJECT
 
   public:
-    explicit PhotoMimeData(QImage photo) : m_photo(std::move(photo)) {}
+    explicit PhotoMimeData(const QImage &photo);
+    ~PhotoMimeData() override { m_control.cancel(); }
 
     const QImage &photo() const { return m_photo; }
     QStringList formats() const override;
@@ -25,7 +29,9 @@ class PhotoMimeData : public QMimeData {
 
   private:
     const QImage m_photo;
-    mutable QByteArray m_png, m_bmp;
+    TaskControl m_control;
+    mutable QByteArray m_bmp;
+    std::shared_future<QByteArray> m_png; ///< last: it goes, and waits for its thread, first
 };
 
 /// Puts the photo into the clipboard; with a null picture the clipboard stays as it is.
@@ -36,7 +42,8 @@ void CopyPhoto(const QImage &photo);
 bool clipboardHasPicture();
 
 /// What there is to paste: the picture (of several kinds the one that keeps most), else the picture file that the
-/// clipboard names, by its address (text/uri-list) or as plain text. NotAPicture when there is neither.
-PictureRead readClipboardPicture();
+/// clipboard names, by its address (text/uri-list) or as plain text. NotAPicture when there is neither. The bytes are
+/// taken from the other program here; `run` does the decoding.
+PictureRead readClipboardPicture(const TaskRunner &run);
 
 } // namespace lumora

@@ -10,18 +10,19 @@
 #include "window/Clipboard.h"
 #include "window/SystemDialogs.h"
 
-#include <QApplication>
 #include <QFileInfo>
 #include <utility>
 
 namespace lumora {
 
 PhotoCommands::PhotoCommands(AppContext &ctx, QWidget *owner) : QObject(owner), m_ctx(ctx), m_owner(owner) {
-    // One-shot: they run the work after the modal dialog that started them has closed.
+    // One-shot: they run the work after the modal dialog that started them has closed, and never inside other work.
     tmrLoadPhoto.setSingleShot(true);
     tmrSavePhoto.setSingleShot(true);
-    connect(&tmrLoadPhoto, &QTimer::timeout, this, &PhotoCommands::loadSimplePath);
-    connect(&tmrSavePhoto, &QTimer::timeout, this, &PhotoCommands::saveSimplePath);
+    connect(&tmrLoadPhoto, &QTimer::timeout, this,
+            [this] { m_ctx.tasks.whenIdle(this, [this] { loadSimplePath(); }); });
+    connect(&tmrSavePhoto, &QTimer::timeout, this,
+            [this] { m_ctx.tasks.whenIdle(this, [this] { saveSimplePath(); }); });
 }
 
 void PhotoCommands::open() {
@@ -37,13 +38,10 @@ void PhotoCommands::save() {
 }
 
 void PhotoCommands::openDropped(const QString &path) {
-    if (QApplication::activeModalWidget() != nullptr) {
-        return; // the window system lets a drop through to a window that waits for an answer
-    }
     const auto load = [this, path] {
         Q_EMIT firstToolWanted();
         Q_EMIT toolsEnabled();
-        loadInto(readPicture(path), false);
+        loadInto(readInBackground(path), false);
     };
     if (m_ctx.photo.PhotoModified()) {
         saveBefore(load);
@@ -86,7 +84,7 @@ void PhotoCommands::LoadPhoto() {
     Q_EMIT toolsEnabled();
     const QString path = askForPhotoToOpen(m_ctx, m_owner);
     if (!path.isEmpty()) {
-        loadInto(readPicture(path), false);
+        loadInto(readInBackground(path), false);
     }
 }
 
@@ -114,11 +112,21 @@ void PhotoCommands::openSimple(const QString &form) {
 
 void PhotoCommands::loadSimplePath() {
     DoEvents();
-    loadInto(readPicture(m_ctx.fields.txtSimplePath), true);
+    loadInto(readInBackground(m_ctx.fields.txtSimplePath), true);
     Q_EMIT buttonsToRefresh();
 }
 
+PictureRead PhotoCommands::readInBackground(const QString &path) {
+    PictureRead read;
+    m_ctx.tasks.run([&] { read = readPicture(path); }, Stopping::Offered);
+    return read;
+}
+
 void PhotoCommands::loadInto(const PictureRead &read, bool simpleRoute) {
+    if (read.error == PictureError::Cancelled) {
+        say(read.error); // stopped by the user, not refused: there is not even an undo point
+        return;
+    }
     Q_EMIT canvasWanted();
     using Route = PhotoDocument::OpenRoute;
     const PictureError error = m_ctx.photo.openPicture(read, simpleRoute ? Route::TmrLoadPhoto : Route::LoadPhoto);
@@ -185,8 +193,10 @@ void PhotoCommands::SaveMySimplePhoto2() {
     if (path.isEmpty()) {
         return;
     }
-    if (const PictureWritten written = writePicture(SavedPicture, path); !written.ok()) {
-        say(written.error);
+    PictureWritten written;
+    m_ctx.tasks.run([&] { written = writePicture(SavedPicture, path); }, Stopping::Offered);
+    if (!written.ok()) {
+        sayNotSaved(written.error);
         return;
     }
     if (result == frmSimpleSave::Result::More) {
@@ -210,7 +220,7 @@ void PhotoCommands::saveSimplePath() {
 PhotoCommands::Saved PhotoCommands::saveTo(const QString &path) {
     const PictureWritten written = m_ctx.photo.saveFile(path);
     if (!written.ok()) {
-        say(written.error);
+        sayNotSaved(written.error);
         return Saved::No;
     }
     Q_EMIT done(m_ctx.texts.text("StatusSaved") + " " + QFileInfo(path).fileName());
@@ -245,7 +255,8 @@ void PhotoCommands::saveBefore(const std::function<void()> &then) {
 
 void PhotoCommands::PastePhoto() {
     // First the picture: while a question is open the other program may end or change its mind.
-    const PictureRead read = readClipboardPicture();
+    const PictureRead read = readClipboardPicture(
+        [this](const std::function<void()> &work, Stopping stopping) { return m_ctx.tasks.run(work, stopping); });
     if (read.error != PictureError::None) {
         say(read.error);
         return;
@@ -291,7 +302,20 @@ void PhotoCommands::leaveEditor() {
 }
 
 void PhotoCommands::say(PictureError error) {
-    Q_EMIT failed(plainWords(m_ctx.texts, error));
+    const QString words = plainWords(m_ctx.texts, error);
+    if (error == PictureError::Cancelled) {
+        Q_EMIT done(words); // the user wanted it so
+    } else {
+        Q_EMIT failed(words);
+    }
+}
+
+void PhotoCommands::sayNotSaved(PictureError error) {
+    if (error == PictureError::Cancelled) {
+        Q_EMIT failed(m_ctx.texts.text("StatusSaveStopped"));
+    } else {
+        say(error);
+    }
 }
 
 } // namespace lumora

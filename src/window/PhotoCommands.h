@@ -23,8 +23,7 @@ class PhotoCommands : public QObject {
     /// The Open and Save buttons.
     void open();
     void save();
-    /// Opens that file the way of the Open button: asks first when there are unsaved changes. Does nothing
-    /// while a modal window waits for an answer.
+    /// Opens that file the way of the Open button: asks first when there are unsaved changes.
     void openDropped(const QString &path);
     /// Asks as ExitApp does and leaves the editor when the answer allows it.
     void leaveEditor();
@@ -63,6 +62,7 @@ class PhotoCommands : public QObject {
 
   private:
     enum class Saved { Yes, No };
+    PictureRead readInBackground(const QString &path);
     void loadInto(const PictureRead &read, bool simpleRoute);
     void loadSimplePath();
     void saveSimplePath();
@@ -71,6 +71,7 @@ class PhotoCommands : public QObject {
     /// Asks frmSave2; runs `then` once the changes are saved or given up.
     void saveBefore(const std::function<void()> &then);
     void say(PictureError error);
+    void sayNotSaved(PictureError error);
 
     AppContext &m_ctx;
     QWidget *m_owner;

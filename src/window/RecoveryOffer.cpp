@@ -3,18 +3,17 @@
 #include "dialogs/frmPrompt.h"
 #include "document/Recovery.h"
 #include "session/AppContext.h"
-#include "session/DoEvents.h"
 #include "session/PlainWords.h"
 
-#include <QApplication>
 #include <QTimer>
+#include <QWidget>
 #include <system_error>
 #include <utility>
 
 namespace lumora {
 
 namespace {
-constexpr int patience = 200; // milliseconds between two looks at whether a question would disturb
+constexpr int patience = 200; // milliseconds between two looks at whether the window is there
 }
 
 RecoveryOffer::RecoveryOffer(AppContext &ctx, Recovery &recovery, QWidget *owner)
@@ -34,13 +33,14 @@ RecoveryOffer::~RecoveryOffer() = default;
 void RecoveryOffer::search() {
     m_left = RecoveryFolder::findNewest(m_recovery.parentFolder(), m_photo);
     if (m_left != nullptr) {
-        QMetaObject::invokeMethod(this, &RecoveryOffer::ask, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { m_ctx.tasks.whenIdle(this, [this] { ask(); }); }, Qt::QueuedConnection);
     }
 }
 
 void RecoveryOffer::ask() {
-    if (isInDoEvents() || QApplication::activeModalWidget() != nullptr || !m_owner->isVisible()) {
-        QTimer::singleShot(patience, this, &RecoveryOffer::ask);
+    if (!m_owner->isVisible()) {
+        QTimer::singleShot(patience, this, [this] { m_ctx.tasks.whenIdle(this, [this] { ask(); }); });
         return;
     }
     Q_EMIT asking();

@@ -40,6 +40,7 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QTimer>
+#include <utility>
 
 namespace lumora {
 
@@ -166,8 +167,13 @@ void frmMain::connectCommands() {
     connect(m_toolSet, &ToolSet::buttonsToRefresh, this, &frmMain::chkPSButtons);
     connect(m_toolSet, &ToolSet::fitWanted, this, &frmMain::fitPhoto);
     connect(m_toolSet, &ToolSet::panelChanged, this, &frmMain::makeRoomForPanel);
-    connect(&m_ctx.longWork, &LongWork::began, m_progress, &ProgressPanel::begin);
-    connect(&m_ctx.longWork, &LongWork::ended, m_progress, &ProgressPanel::end);
+    m_ctx.tasks.setPanel(m_progress);
+    connect(&m_ctx.tasks, &BackgroundTasks::began, m_progress, &ProgressPanel::begin);
+    connect(&m_ctx.tasks, &BackgroundTasks::progressed, m_progress, &ProgressPanel::setPercent);
+    connect(&m_ctx.tasks, &BackgroundTasks::ended, m_progress, &ProgressPanel::end);
+    connect(&m_ctx.tasks, &BackgroundTasks::stopped, this,
+            [this] { m_status->showMessage(m_ctx.texts.text("StatusStopped"), StatusLine::Tone::Good); });
+    connect(m_progress, &ProgressPanel::stopWanted, &m_ctx.tasks, &BackgroundTasks::stop);
 
     connect(m_photo, &PhotoCommands::firstToolWanted, this, &frmMain::ResetTools);
     connect(m_photo, &PhotoCommands::toolsEnabled, m_tools, &ToolColumn::EnableToolbars);
@@ -253,7 +259,9 @@ void frmMain::LoadLanguage() {
 void frmMain::openStartupPhoto() {
     showCanvas();
     layout()->activate(); // the canvas needs its size before the photo is fitted into it
-    const PictureRead read = m_startupPicture.valid() ? m_startupPicture.get() : readPicture(m_startupPhotoPath);
+    PictureRead read;
+    m_ctx.tasks.run(
+        [&] { read = m_startupPicture.valid() ? m_startupPicture.get() : readPicture(m_startupPhotoPath); });
     m_startupPicture = {};
     m_photo->openAtStart(read);
 }
@@ -450,24 +458,32 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event) {
 
 void frmMain::closeEvent(QCloseEvent *event) {
     event->ignore(); // leaving asks first; whoever owns the window unloads it
-    ExitApp();
+    if (!std::exchange(m_closeAsked, true)) {
+        m_ctx.tasks.whenIdle(this, [this] {
+            m_closeAsked = false;
+            ExitApp();
+        });
+    }
 }
 
 void frmMain::dragEnterEvent(QDragEnterEvent *event) {
-    if (!droppedFile(*event->mimeData()).isEmpty()) {
+    // The window system lets a drag through to a window that waits for an answer.
+    if (QApplication::activeModalWidget() == nullptr && !droppedFile(*event->mimeData()).isEmpty()) {
         event->acceptProposedAction();
     }
 }
 
 void frmMain::dropEvent(QDropEvent *event) {
     const QString path = droppedFile(*event->mimeData());
-    if (path.isEmpty()) {
+    if (path.isEmpty() || QApplication::activeModalWidget() != nullptr) {
         return;
     }
     event->acceptProposedAction();
-    HideBoxes();
     // The program that was dragged from waits for this to return: ask and load afterwards.
-    QTimer::singleShot(0, this, [this, path] { m_photo->openDropped(path); });
+    m_ctx.tasks.whenIdle(this, [this, path] {
+        HideBoxes();
+        m_photo->openDropped(path);
+    });
 }
 
 } // namespace lumora

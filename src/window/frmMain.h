@@ -97,7 +97,8 @@ class frmMain : public QWidget {
     std::shared_future<PictureRead> m_startupPicture;
     bool m_isSetUp = false;
     bool m_canPaste = false;
-    int m_fittedZoom = 0; ///< per cent that fitPhoto chose last
+    bool m_closeAsked = false; ///< the desktop has asked to close the window, and that waits for its turn
+    int m_fittedZoom = 0;      ///< per cent that fitPhoto chose last
 
     MainBar *m_bar = nullptr;
     CommandRow *m_commands = nullptr;

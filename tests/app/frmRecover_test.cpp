@@ -3,6 +3,7 @@
 
 #include "app/ClosingSignals.h"
 #include "document/Recovery.h"
+#include "session/BackgroundTasks.h"
 #include "support/TestPictures.h"
 #include "support/TextCheck.h"
 #include "window/RecoveryOffer.h"
@@ -14,6 +15,7 @@
 #include <QLabel>
 #include <QProcess>
 #include <QTest>
+#include <QThread>
 #include <csignal>
 #include <functional>
 #include <iostream>
@@ -184,6 +186,13 @@ TEST(RecoverProgram, DISABLED_runs) {
             for (int n = 1; n <= 5; ++n) {
                 ASSERT_TRUE(photo.changePhoto(photoLike(1500, 1000 + n)));
             }
+            if (how == "working") { // what the work makes is still taken
+                std::cout << "ready" << std::endl;
+                BackgroundTasks tasks;
+                tasks.run([] { QThread::msleep(1000); });
+                ASSERT_TRUE(photo.changePhoto(lastChange()));
+                return;
+            }
             ASSERT_TRUE(photo.changePhoto(lastChange()));
             if (how == "saved") {
                 photo.setPhotoModified(false);
@@ -208,7 +217,7 @@ TEST_F(Recover, SignalsEndCleanlyAndKeepTheLastChange) {
         bool kept;
     } rows[] = {
         {SIGTERM, "", true},       {SIGINT, "", true},        {SIGHUP, "", true},
-        {SIGTERM, "dialog", true}, {SIGTERM, "saved", false},
+        {SIGTERM, "dialog", true}, {SIGTERM, "saved", false}, {SIGTERM, "working", true},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(testing::Message() << "signal " << row.number << ' ' << row.how);

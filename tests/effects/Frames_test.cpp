@@ -5,6 +5,7 @@
 #include "widgets/FloatingToolbar.h"
 
 #include <QTemporaryDir>
+#include <QTest>
 #include <gtest/gtest.h>
 
 namespace lumora {

@@ -17,6 +17,11 @@
 namespace lumora {
 namespace {
 
+const TaskRunner inThisThread = [](const std::function<void()> &work, Stopping) {
+    work();
+    return true;
+};
+
 using test::firstDifference;
 using test::photoLike;
 
@@ -65,14 +70,14 @@ TEST_F(Clipboard, OtherProgramsGetThePhoto) {
         EXPECT_EQ(qvariant_cast<QImage>(data->imageData()), photo);
         EXPECT_TRUE(data->data("image/x-nothing").isEmpty());
         // And so does Lumora itself, to the bit, where the photo shows through.
-        const PictureRead read = readClipboardPicture();
+        const PictureRead read = readClipboardPicture(inThisThread);
         EXPECT_EQ(read.picture.format(), photo.format());
         EXPECT_EQ(firstDifference(read.picture, photo), QPoint(-1, -1));
     }
     const QImage kept = photoLike(9, 9);
     CopyPhoto(kept);
     CopyPhoto(QImage());
-    EXPECT_EQ(readClipboardPicture().picture, kept) << "nothing to copy empties the clipboard";
+    EXPECT_EQ(readClipboardPicture(inThisThread).picture, kept) << "nothing to copy empties the clipboard";
 }
 
 TEST_F(Clipboard, TakesPicturesOfEveryKind) {
@@ -93,7 +98,7 @@ TEST_F(Clipboard, TakesPicturesOfEveryKind) {
         SCOPED_TRACE(testing::Message() << row.type << ' ' << row.format);
         offer({{row.type, encoded(row.picture, row.format)}});
         EXPECT_TRUE(clipboardHasPicture());
-        const PictureRead read = readClipboardPicture();
+        const PictureRead read = readClipboardPicture(inThisThread);
         ASSERT_EQ(read.error, PictureError::None);
         EXPECT_EQ(read.picture.size(), row.picture.size());
         EXPECT_EQ(read.picture.format(), row.picture.format());
@@ -101,15 +106,15 @@ TEST_F(Clipboard, TakesPicturesOfEveryKind) {
     }
     // Of several kinds the one that keeps most; a broken one gives way to the next.
     offer({{"image/jpeg", encoded(opaque, "JPG")}, {"image/png", encoded(glass, "PNG")}, {"text/plain", "a photo"}});
-    EXPECT_EQ(firstDifference(readClipboardPicture().picture, glass), QPoint(-1, -1));
+    EXPECT_EQ(firstDifference(readClipboardPicture(inThisThread).picture, glass), QPoint(-1, -1));
     offer({{"image/png", "broken"}, {"image/bmp", encoded(opaque, "BMP")}});
-    EXPECT_EQ(firstDifference(readClipboardPicture().picture, opaque), QPoint(-1, -1));
+    EXPECT_EQ(firstDifference(readClipboardPicture(inThisThread).picture, opaque), QPoint(-1, -1));
     // What only Qt can read, and a premultiplied picture of a Qt program.
     offer({{"image/x-portable-pixmap", encoded(opaque, "PPM")}});
     QGuiApplication::clipboard()->setImage(glass.convertToFormat(QImage::Format_ARGB32_Premultiplied));
     EXPECT_TRUE(clipboardHasPicture());
-    EXPECT_EQ(readClipboardPicture().picture.format(), QImage::Format_ARGB32);
-    EXPECT_EQ(readClipboardPicture().picture.size(), glass.size());
+    EXPECT_EQ(readClipboardPicture(inThisThread).picture.format(), QImage::Format_ARGB32);
+    EXPECT_EQ(readClipboardPicture(inThisThread).picture.size(), glass.size());
 }
 
 TEST_F(Clipboard, TakesAFileByItsNameOrAddress) {
@@ -153,7 +158,7 @@ TEST_F(Clipboard, TakesAFileByItsNameOrAddress) {
         SCOPED_TRACE(row.name);
         offer(row.offered);
         EXPECT_EQ(clipboardHasPicture(), row.taken);
-        const PictureRead read = readClipboardPicture();
+        const PictureRead read = readClipboardPicture(inThisThread);
         EXPECT_EQ(read.error == PictureError::None, row.taken);
         EXPECT_EQ(read.picture.isNull(), !row.taken);
         EXPECT_TRUE(!row.taken || firstDifference(read.picture, photo) == QPoint(-1, -1));
@@ -171,7 +176,7 @@ TEST_F(Clipboard, GarbageIsNoPicture) {
         SCOPED_TRACE(bytes.left(20).toHex().toStdString());
         for (const char *type : {"image/png", "image/bmp", "image/jpeg", "application/x-qt-image"}) {
             offer({{type, bytes}});
-            const PictureRead read = readClipboardPicture();
+            const PictureRead read = readClipboardPicture(inThisThread);
             EXPECT_NE(read.error, PictureError::None);
             EXPECT_TRUE(read.picture.isNull());
         }

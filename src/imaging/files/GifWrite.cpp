@@ -1,4 +1,5 @@
 // Writing GIF: a palette made for the picture and dithered by libimagequant, written by libcgif.
+#include "base/TaskControl.h"
 #include "imaging/Picture.h"
 #include "imaging/Scale.h"
 #include "imaging/files/Format.h"
@@ -48,6 +49,21 @@ QImage forPalette(const QImage &picture) {
     return factor > 1 ? boxReduced(picture, factor) : picture;
 }
 
+// The quantiser tells per cent of its two stages, of which mapping the pixels takes the longer; 0 ends it.
+constexpr int percentUntilPalette = 20;
+
+int tellPalette(float percent, void *control) {
+    auto *task = static_cast<TaskControl *>(control);
+    task->setProgress(static_cast<int>(percent) * percentUntilPalette, 10000);
+    return task->isCancelled() ? 0 : 1;
+}
+
+int tellMapping(float percent, void *control) {
+    auto *task = static_cast<TaskControl *>(control);
+    task->setProgress(percentUntilPalette * 100 + static_cast<int>(percent) * (100 - percentUntilPalette), 10000);
+    return task->isCancelled() ? 0 : 1;
+}
+
 bool quantise(const QImage &picture, Indexed &indexed) {
     // Of 1 to 10: the slower ones gain nothing that dithering leaves visible, and from 8 on the colours lose a bit.
     constexpr int speed = 7;
@@ -55,6 +71,10 @@ bool quantise(const QImage &picture, Indexed &indexed) {
     const QImage reduced = forPalette(picture);
     if (!attributes || reduced.isNull() || liq_set_speed(attributes.get(), speed) != LIQ_OK) {
         return false;
+    }
+    TaskControl *const control = TaskControl::current();
+    if (control != nullptr) {
+        liq_attr_set_progress_callback(attributes.get(), tellPalette, control);
     }
     ConstPixelView view = readView(picture);
     ConstPixelView reducedView = readView(reduced);
@@ -66,6 +86,9 @@ bool quantise(const QImage &picture, Indexed &indexed) {
     }
     const Result result(raw, liq_result_destroy);
     liq_set_dithering_level(result.get(), 1);
+    if (control != nullptr) {
+        liq_result_set_progress_callback(result.get(), tellMapping, control);
+    }
     indexed.indices.resize(static_cast<std::size_t>(view.width) * view.height);
     if (liq_write_remapped_image(result.get(), pixels.get(), indexed.indices.data(), indexed.indices.size()) !=
         LIQ_OK) {

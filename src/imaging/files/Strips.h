@@ -2,6 +2,8 @@
 // writers.
 #pragma once
 
+#include "base/TaskControl.h"
+
 #include <QByteArray>
 #include <algorithm>
 #include <tbb/parallel_pipeline.h>
@@ -16,22 +18,31 @@ inline int rowsInStrip(int width, int height, int channels) {
 }
 
 /// Calls `pack(firstRow, endRow)` for the strips of `height` rows, on all cores at once, and `write(result)` for the
-/// results in their order, one at a time. Ends early when `write` returns false.
+/// results in their order, one at a time. Ends early when `write` returns false or the current TaskControl is
+/// cancelled; tells it how many rows are written.
 template <typename Result, typename Pack, typename Write>
 void packStrips(int height, int stripRows, Pack pack, Write write) {
     constexpr int stripsAtOnce = 8;
+    TaskControl *const control = TaskControl::current();
     int nextRow = 0;
+    int writtenRows = 0;
     bool good = true;
     const auto nextStrip = [&](tbb::flow_control &flow) {
         const int row = nextRow;
-        if (row >= height || !good) {
+        if (row >= height || !good || (control != nullptr && control->isCancelled())) {
             flow.stop();
         }
         nextRow = std::min(row + stripRows, height);
         return row;
     };
     const auto packStrip = [&](int row) { return pack(row, std::min(row + stripRows, height)); };
-    const auto writeStrip = [&](const Result &result) { good = good && write(result); };
+    const auto writeStrip = [&](const Result &result) {
+        good = good && write(result);
+        writtenRows = std::min(writtenRows + stripRows, height);
+        if (control != nullptr) {
+            control->setProgress(writtenRows, height);
+        }
+    };
     tbb::parallel_pipeline(stripsAtOnce,
                            tbb::make_filter<void, int>(tbb::filter_mode::serial_in_order, nextStrip) &
                                tbb::make_filter<int, Result>(tbb::filter_mode::parallel, packStrip) &

@@ -127,7 +127,7 @@ void CropTool::CropPhoto() {
         return;
     }
     QImage next;
-    m_ctx.longWork.run([&] {
+    m_ctx.tasks.run([&] {
         next = cropped(photo, {part.left(), part.top(), part.left() + part.width(), part.top() + part.height()});
     });
     if (!m_ctx.photo.changePhoto(next)) {

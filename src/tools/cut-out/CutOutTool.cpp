@@ -80,7 +80,7 @@ bool CutOutTool::run(const Cut &cut) {
     }
     bool nothing = true;
     QImage next;
-    m_ctx.longWork.run([&] {
+    m_ctx.tasks.run([&] {
         nothing = marked.region(photo.size()).isEmpty();
         next = nothing ? QImage() : cut(photo, marked);
     });

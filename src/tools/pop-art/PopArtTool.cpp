@@ -114,7 +114,7 @@ void PopArtTool::make(const PopArtPairs &pairs) {
     EffectEngine engine;
     engine.setPicture(m_ctx.photo.picCanvas());
     bool done = false;
-    m_ctx.longWork.run([&] { done = engine.apply({popArtRow, pairs}, false); });
+    m_ctx.tasks.run([&] { done = engine.apply({popArtRow, pairs}, false); });
     if (done) {
         close();
         done = m_ctx.photo.changePhoto(engine.picture());

@@ -125,7 +125,7 @@ void ResizeByHand::release(const PointerEvent &at) {
     bool done = true;
     if (size != photo.size()) {
         QImage next;
-        m_ctx.longWork.run([&] { next = scaled(photo, size.width(), size.height()); });
+        m_ctx.tasks.run([&] { next = scaled(photo, size.width(), size.height()); });
         done = m_ctx.photo.changePhoto(next);
     }
     drop();

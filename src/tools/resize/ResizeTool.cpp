@@ -79,7 +79,7 @@ void ResizeTool::resizeTo(QSize size) {
     }
     const QImage photo = m_ctx.photo.picCanvas();
     QImage next;
-    m_ctx.longWork.run([&] { next = scaled(photo, size.width(), size.height()); });
+    m_ctx.tasks.run([&] { next = scaled(photo, size.width(), size.height()); });
     if (m_ctx.photo.changePhoto(next)) {
         Q_EMIT statusText(photoStatus(m_ctx, m_window->logicalDpiX(), PhotoStatusKind::Resized));
     } else {

@@ -123,7 +123,7 @@ void RotateByHand::finish() {
     }
     m_finishing = true;
     QImage turned;
-    m_ctx.longWork.run([&] { turned = rotated(m_unturned, degrees); });
+    m_ctx.tasks.run([&] { turned = rotated(m_unturned, degrees); });
     const QPointF middle = pivot();
     const bool done = m_ctx.photo.changePhoto(turned);
     if (done) {

@@ -107,7 +107,7 @@ void RotateTool::rotatePic(Transform transform) {
     EffectEngine PixTwix1;
     PixTwix1.setPicture(m_ctx.photo.picCanvas());
     bool turned = false;
-    m_ctx.longWork.run([&] { turned = PixTwix1.apply(transform, false); });
+    m_ctx.tasks.run([&] { turned = PixTwix1.apply(transform, false); });
     // Refused or not, this is an undo step, and the copies of the photo are made again.
     const bool taken = m_ctx.photo.changePhoto(PixTwix1.picture());
     if (!turned || !taken) {
