@@ -318,7 +318,7 @@ constexpr TextRow textRows[] = {
     {"frmMain", "StatusDamaged", "This picture is damaged. Lumora cannot open it.", "-", ""},
     {"frmMain", "StatusNotWhole", "Part of this picture is missing. Lumora shows what is there.", "-", ""},
     {"frmMain", "StatusNoMemory", "There is not enough memory for this. Your photo has not changed.", "-", ""},
-    {"frmMain", "StatusUnknownType", "Lumora cannot save this type of picture. Try .jpg or .png.", "-", ""},
+    {"frmMain", "StatusUnknownType", "Lumora cannot save a picture of this type. Try .jpg or .png.", "-", ""},
     {"frmMain", "StatusNotWritable", "Your photo could not be saved there. Try another folder.", "-", ""},
     {"frmMain", "StatusStopped", "Stopped. Your photo is as it was.", "-", ""},
     {"frmMain", "StatusSaveStopped", "Stopped. Your photo is not saved yet.", "-", ""},
@@ -382,7 +382,7 @@ constexpr TextRow textRows[] = {
     {"frmOptions", "OptionsChooseScanner", "Choose a scanner", "-", ""},
     {"frmOptions", "OptionsNoPrinter", "No printer found", "-", ""},
     {"frmOptions", "OptionsUsualPrinter", "The computer's usual printer", "-", ""},
-    {"frmOptions", "OptionsPrinterAway", "%1 (not connected)", "-", ""},
+    {"frmOptions", "OptionsPrinterAway", "%1 (not connected now)", "-", ""},
 
     // Simple open dialogs. The title is followed by the folder on the title strip.
     {"frmSimpleOpen frmSimpleOpen2", "DlgOpenTitle", "Open", "", "windowTitle"},
