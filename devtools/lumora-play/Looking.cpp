@@ -104,14 +104,14 @@ bool Player::seen(const Step &step, QImage &picture, QString &problem) const {
         return true;
     }
     const FoundControl found = findControl(step.word(1));
-    problem = found.widget == nullptr      ? found.problem
-              : !found.widget->isVisible() ? QString("it is hidden")
-              : m_program.isMoving()       ? QString("something is still moving")
-                                           : QString();
-    if (problem.isEmpty()) {
-        picture = lookOf(found.widget->grab().toImage());
+    if (found.widget == nullptr || !found.widget->isVisible() || m_program.isMoving()) {
+        problem = found.widget == nullptr      ? found.problem
+                  : !found.widget->isVisible() ? QString("it is hidden")
+                                               : QString("something is still moving");
+        return false;
     }
-    return problem.isEmpty();
+    picture = lookOf(found.widget->grab().toImage());
+    return true;
 }
 
 Outcome Player::look(const Step &step) {

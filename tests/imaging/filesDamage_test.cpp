@@ -57,8 +57,8 @@ std::vector<File> everyKind() {
         {"JPEG TIFF", makeTiff(width, height, {.compression = COMPRESSION_JPEG}, noise)},
         {"GIF", makeGif(width, height, palette, 3, false, {indices})},
         {"interlaced GIF", makeGif(width, height, palette, -1, true, {indices, indices})},
-        {"BMP", makeBmp(width, height, 24, false, false, noise)},
-        {"palette BMP", makeBmp(width, height, 8, true, false, noise, palette)},
+        {"BMP", makeBmp(width, height, 24, false, noise)},
+        {"palette BMP", makeBmp(width, height, 8, true, noise, palette)},
         {"WebP", makeWebP(photo, exifWithOrientation(3))},
     };
     if (const QByteArray heif = makeHeif(photoLike(64, 64), 1, exifWithOrientation(1)); !heif.isEmpty()) {

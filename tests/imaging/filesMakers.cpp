@@ -228,52 +228,33 @@ QByteArray makeJpeg(int width, int height, const JpegKind &kind, const Sampler &
     return bytes;
 }
 
-QByteArray makeBmp(int width, int height, int bits, bool fromTop, bool masks, const Sampler &sample,
+QByteArray makeBmp(int width, int height, int bits, bool fromTop, const Sampler &sample,
                    const std::vector<QRgb> &palette) {
-    const int headerBytes = masks && bits == 32 ? 108 : 40;
-    const int maskBytes = masks && bits == 16 ? 12 : 0;
+    constexpr int headerBytes = 40;
     const int rowBytes = (width * bits + 31) / 32 * 4;
-    const auto pixelsAt = static_cast<quint32>(14 + headerBytes + maskBytes + palette.size() * 4);
+    const auto pixelsAt = static_cast<quint32>(14 + headerBytes + palette.size() * 4);
     QByteArray bytes(pixelsAt, '\0');
     const auto put16 = [&](int at, int value) { qToLittleEndian(static_cast<quint16>(value), bytes.data() + at); };
     const auto put32 = [&](int at, quint32 value) { qToLittleEndian(value, bytes.data() + at); };
     bytes.replace(0, 2, "BM");
     put32(2, pixelsAt + static_cast<quint32>(rowBytes * height));
     put32(10, pixelsAt);
-    put32(14, static_cast<quint32>(headerBytes));
+    put32(14, headerBytes);
     put32(18, static_cast<quint32>(width));
     put32(22, static_cast<quint32>(fromTop ? -height : height));
     put16(26, 1);
     put16(28, bits);
-    put32(30, masks ? 3 : 0);
     put32(46, static_cast<quint32>(palette.size()));
-    if (masks) {
-        const bool small = bits == 16;
-        put32(54, small ? 0xF800 : 0xFF000000);
-        put32(58, small ? 0x07E0 : 0x00FF0000);
-        put32(62, small ? 0x001F : 0x0000FF00);
-        if (!small) {
-            put32(66, 0x000000FF);
-        }
-    }
     for (std::size_t i = 0; i < palette.size(); ++i) {
-        put32(static_cast<int>(pixelsAt - palette.size() * 4 + i * 4), palette[i] & 0xFFFFFF);
+        put32(static_cast<int>(14 + headerBytes + i * 4), palette[i] & 0xFFFFFF);
     }
     for (int row = 0; row < height; ++row) {
         const int y = fromTop ? row : height - 1 - row;
         QByteArray packed;
-        for (int x = 0; bits > 8 && x < width; ++x) {
-            const int r = sample(x, y, 0);
-            const int g = sample(x, y, 1);
-            const int b = sample(x, y, 2);
-            quint32 value = bits == 16
-                                ? (masks ? r >> 3 << 11 | g >> 2 << 5 | b >> 3 : r >> 3 << 10 | g >> 3 << 5 | b >> 3)
-                                : r << 16 | g << 8 | b;
-            if (bits == 32 && masks) {
-                value = value << 8 | sample(x, y, 3);
+        for (int x = 0; bits == 24 && x < width; ++x) {
+            for (const int channel : {2, 1, 0}) {
+                packed += static_cast<char>(sample(x, y, channel));
             }
-            value = qToLittleEndian(value);
-            packed.append(reinterpret_cast<const char *>(&value), bits / 8);
         }
         if (bits <= 8) {
             const auto indices = packRow(samplesOf(sample, 0, width, y, 0, 1), bits);

@@ -39,8 +39,8 @@ QByteArray makeTiff(int width, int height, const TiffKind &kind, const Sampler &
 QByteArray makePng(int width, int height, int bits, int colourType, bool interlaced, const Sampler &sample,
                    const QByteArray &exif = {}, const QByteArray &profile = {});
 QByteArray makeJpeg(int width, int height, const JpegKind &kind, const Sampler &sample);
-/// `bits` 1, 4, 8 with `palette`; 16 with 5-6-5 masks when `masks`, else 5-5-5; 24; 32, with alpha when `masks`.
-QByteArray makeBmp(int width, int height, int bits, bool fromTop, bool masks, const Sampler &sample,
+/// `bits` 1, 4 or 8 with `palette`, or 24. filesBmp_test makes all the other kinds.
+QByteArray makeBmp(int width, int height, int bits, bool fromTop, const Sampler &sample,
                    const std::vector<QRgb> &palette = {});
 /// Frames of indices into the palette.
 QByteArray makeGif(int width, int height, const std::vector<QRgb> &palette, int transparent, bool interlaced,

@@ -193,7 +193,7 @@ TEST(FilesRead, BmpRunLengths) {
     const auto file = [](int bits, const QByteArray &packed) {
         const std::vector<QRgb> palette = paletteOf(1 << bits);
         QByteArray bytes = makeBmp(
-            6, 3, bits, false, false, [](int, int, int) { return 0; }, palette);
+            6, 3, bits, false, [](int, int, int) { return 0; }, palette);
         bytes[30] = static_cast<char>(bits == 8 ? 1 : 2);
         return bytes.left(54 + (4 << bits)) + packed;
     };
