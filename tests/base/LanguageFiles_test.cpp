@@ -46,7 +46,9 @@ QList<Entry> entries() {
 QByteArray englishFile() {
     QString file = "; Every text of Lumora (UTF-8). Change what stands behind \"Caption=\", or put a file from the\n"
                    "; folder \"languages\" in place of this one. A text that is missing here shows in English.\n"
-                   "; \"&&\" shows one \"&\" on a button.\n";
+                   "; \"&&\" shows one \"&\" on a button. \"%1\", \"%2\" stand for what Lumora puts in there. The code "
+                   "in [Language],\n"
+                   "; such as de or fr, chooses the words of the computer's own message boxes and file windows.\n";
     QString window;
     for (const Entry &entry : entries()) {
         if (entry.window != window && !entry.window.isEmpty()) {
