@@ -452,7 +452,6 @@ constexpr TextRow textRows[] = {
     {"frmHelp", "DlgHelpBtnYes", "OK", "cmdYes", "text"},
     {"frmHelp", "DlgHelpBtnNo", "Cancel", "cmdNo", "text"},
     // The folder of the guide's pages in this language, in resources/guide; a page that is missing there is English.
-    {"GuideWindow", "GuideLanguage", "en", "-", ""},
     {"GuideWindow", "GuideBack", "Back", "-", ""},
     {"GuideWindow", "GuideForward", "Forward", "-", ""},
     {"GuideWindow", "GuideHome", "First Page", "-", ""},

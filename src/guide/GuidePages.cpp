@@ -66,7 +66,7 @@ QString guideTitle(const Texts &texts, const char *identifier) {
 }
 
 QString guideLanguage(const Texts &texts) {
-    return texts.text("GuideLanguage");
+    return texts.text("Language");
 }
 
 QString guideHtml(const QString &language, const QString &file) {

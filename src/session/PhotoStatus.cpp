@@ -8,7 +8,7 @@ namespace lumora {
 
 QString photoStatus(const AppContext &context, double dotsPerInch, PhotoStatusKind kind) {
     const Texts &texts = context.texts;
-    const QString line = texts.text("StatusVersion").arg(texts.text("Statusbar"), versionNumber());
+    QString line = texts.text("StatusVersion").arg(texts.text("Statusbar"), versionNumber());
     const QSize pixels = context.photo.picCanvas().size();
     if (!context.photo.PhotoLoaded() || pixels.isEmpty()) {
         return line;

@@ -2,7 +2,6 @@
 #include "app/frmLauncher.h"
 #include "app/frmSplash.h"
 #include "dialogs/frmPrompt.h"
-#include "dialogs/frmRecover.h"
 #include "dialogs/frmSimpleOpen.h"
 #include "dialogs/frmSimpleSave.h"
 #include "guide/frmHelp.h"
@@ -60,7 +59,7 @@ TEST_F(VisibleTexts, OfTheWindowsComeFromTheLanguageFile) {
     look(*std::make_unique<frmOptions>(context, nullptr, "/nonexistent"));
     look(*std::make_unique<frmSimpleOpen>(context, "frmSimpleOpen", nullptr));
     look(*std::make_unique<frmSimpleSave>(context, "frmSimpleSave", nullptr));
-    look(*std::make_unique<frmRecover>(context, test::photoLike(40, 30), nullptr));
+    look(*std::make_unique<frmPrompt>(context, PromptKind::Recover, nullptr, test::photoLike(40, 30)));
     look(*std::make_unique<frmHelp>(context, nullptr));
     look(*std::make_unique<frmSamples>(context, nullptr));
     for (const PromptKind kind :

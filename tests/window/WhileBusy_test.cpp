@@ -27,11 +27,11 @@ class WhileBusy : public test::Shell {
   protected:
     void SetUp() override {
         Shell::SetUp();
-        context.writeSetting("Welcome", "Show", "0");
-        context.writeSetting("Dialogs", "Style", "1");
-        context.writeSetting("SFX", "Advanced", "0");
-        context.writeSetting("MyDocs", "Value", "0");
-        context.writeSetting("Working Directory", "Path", m_folder.path());
+        context.settings.write<Setting::Welcome, Writer::Welcome>(false);
+        context.settings.write<Setting::DialogStyle, Writer::Options>(DialogStyle::System);
+        context.settings.write<Setting::AdvancedEffects, Writer::Options>(Switch::Off);
+        context.settings.write<Setting::MyDocs, Writer::Options>(false);
+        context.settings.write<Setting::WorkingDirectory, Writer::Options>(m_folder.path());
         ASSERT_TRUE(writePicture(m_other, m_otherFile).ok());
         m_window = std::make_unique<frmMain>(context);
         m_window->show();
