@@ -45,7 +45,8 @@ class Player : public QObject {
     std::function<void(const Step &)> beforeStep; ///< and again before each action of a step that takes many
     std::function<void(const QString &)> log;     ///< the actions of a monkey, where anybody wants to hear of them
 
-    std::chrono::milliseconds turnLimit{0}; ///< a step whose longest turn takes more ends the run; 0: none does
+    std::function<void(const QString &)> logTurn; ///< the longest turn of each step, where anybody wants to hear of it
+    std::chrono::milliseconds turnLimit{0};       ///< a step whose longest turn takes more ends the run; 0: none does
 
     /// Plays from the next turn of the event loop on.
     void begin();
