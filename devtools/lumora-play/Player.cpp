@@ -122,8 +122,8 @@ void Player::attempt(const Step &step) {
 void Player::judgeTurns(const Step &step) {
     const std::chrono::milliseconds longest = m_turns.takeLongest();
     const QString says = QString("the longest turn of the event loop took %1 ms").arg(longest.count());
-    if (log) {
-        log(QString("%1: %2").arg(step.line).arg(says));
+    if (logTurn) {
+        logTurn(QString("%1: %2").arg(step.line).arg(says));
     }
     if (turnLimit.count() > 0 && longest > turnLimit) {
         --m_next; // the step whose line is said

@@ -48,7 +48,8 @@ class Player : public QObject {
     /// expect-look writes the files that it is to compare with, where they are not the same, instead.
     bool remakesLooks = false;
 
-    std::chrono::milliseconds turnLimit{0}; ///< a step whose longest turn takes more ends the run; 0: none does
+    std::function<void(const QString &)> logTurn; ///< the longest turn of each step, where anybody wants to hear of it
+    std::chrono::milliseconds turnLimit{0};       ///< a step whose longest turn takes more ends the run; 0: none does
 
     /// Plays from the next turn of the event loop on.
     void begin();

@@ -118,6 +118,7 @@ int playScript(QApplication &application, const Options &options, Script script,
     player.turnLimit = std::chrono::milliseconds(options.turnLimit);
     if (options.verbose) {
         player.log = say;
+        player.logTurn = say;
     }
     player.beforeStep = [&](const Step &step) {
         if (options.verbose && line != step.line) {

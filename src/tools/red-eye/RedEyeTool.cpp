@@ -87,7 +87,9 @@ void RedEyeTool::clicked(QPoint pixel) {
         return;
     }
     QImage next = photo; // its own pixels as soon as they are written to
-    if (!removeRedEye(next, pixel.x(), pixel.y(), radius) || !m_ctx.photo.changePhoto(next)) {
+    bool done = false;
+    m_ctx.tasks.run([&] { done = removeRedEye(next, pixel.x(), pixel.y(), radius); });
+    if (!done || !m_ctx.photo.changePhoto(next)) {
         Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
     }
 }

@@ -41,7 +41,13 @@ RotateByHand::RotateByHand(AppContext &ctx, PhotoView &view, QObject *parent)
     m_settle.setSingleShot(true);
     m_settle.setInterval(settleTime);
     connect(cmdRotateDone, &QAbstractButton::clicked, this, &RotateByHand::endWanted);
-    connect(&m_settle, &QTimer::timeout, this, &RotateByHand::finish);
+    connect(&m_settle, &QTimer::timeout, this, [this] {
+        m_ctx.tasks.whenIdle(this, [this] {
+            if (m_trying == Trying::Keys && !m_settle.isActive()) {
+                finish();
+            }
+        });
+    });
     connect(&ctx.photo, &PhotoDocument::changed, this, &RotateByHand::photoChanged);
     connect(&view, &PhotoView::visiblePartChanged, this, [this] {
         m_preview.forgetCopy();
@@ -87,7 +93,10 @@ void RotateByHand::takeAsUnturned() {
 }
 
 bool RotateByHand::isTurnedBy(double degrees) const {
-    return m_ctx.photo.picCanvas() == rotated(m_unturned, degrees);
+    const QImage photo = m_ctx.photo.picCanvas();
+    bool isSame = false;
+    m_ctx.tasks.run([&] { isSame = photo == rotated(m_unturned, degrees); });
+    return isSame;
 }
 
 /// Undo and redo lead to a neighbouring turn; any other change brings a photo to start from.
