@@ -43,8 +43,8 @@ PictureHeader readPictureHeader(const QString &path);
 
 /// Reads BMP, GIF (first frame), JPEG, PNG, TIFF (first page), WebP and HEIF by content: upright by its EXIF or TIFF
 /// orientation, colours converted from an embedded profile to sRGB. The size is checked against 200 megapixels and
-/// against what the file can hold before a pixel is allocated. The current TaskControl is told how much has been read and
-/// may stop it.
+/// against what the file can hold before a pixel is allocated. The current TaskControl is told how much has been read
+/// and may stop it.
 PictureRead readPicture(const QString &path);
 
 /// A small picture of the file whose longer side is at most `longerSide` pixels (1 to 2000), upright and sRGB, made
