@@ -56,8 +56,8 @@ PictureRead readPictureFromData(const QByteArray &data);
 
 /// Writes the picture as BMP, GIF, JPEG, PNG, TIFF or TGA, by the extension (.bmp .gif .jpg .jpeg .png .tif .tiff
 /// .tga, any case). The file is replaced whole or not at all: a temporary file beside it, flushed, renamed; links stay
-/// links, an existing file keeps its mode. Transparency goes onto white in JPEG and BMP. The current TaskControl is told
-/// how far it is and may stop it until the moment before the file is replaced.
+/// links, an existing file keeps its mode. Transparency goes onto white in JPEG and BMP. The current TaskControl is
+/// told how far it is and may stop it until the moment before the file is replaced.
 PictureWritten writePicture(const QImage &picture, const QString &path);
 
 /// The picture as the bytes of a JPEG file at quality 1 to 100.
