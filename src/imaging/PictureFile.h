@@ -43,8 +43,8 @@ PictureHeader readPictureHeader(const QString &path);
 
 /// Reads BMP, GIF (first frame), JPEG, PNG, TIFF (first page), WebP and HEIF by content: upright by its EXIF or TIFF
 /// orientation, colours converted from an embedded profile to sRGB. The size is checked against 200 megapixels and
-/// against what the file can hold before a pixel is allocated. The current TaskControl is told how much has been read and
-/// may stop it.
+/// against what the file can hold before a pixel is allocated. The current TaskControl is told how much has been read
+/// and may stop it.
 PictureRead readPicture(const QString &path);
 
 /// A small picture of the file whose longer side is at most `longerSide` pixels (1 to 2000), upright and sRGB, made
@@ -56,8 +56,8 @@ PictureRead readPictureFromData(const QByteArray &data);
 
 /// Writes the picture as BMP, GIF, JPEG, PNG, TIFF or TGA, by the extension (.bmp .gif .jpg .jpeg .png .tif .tiff
 /// .tga, any case). The file is replaced whole or not at all: a temporary file beside it, flushed, renamed; links stay
-/// links, an existing file keeps its mode. Transparency goes onto white in JPEG and BMP. The current TaskControl is told
-/// how far it is and may stop it until the moment before the file is replaced.
+/// links, an existing file keeps its mode. Transparency goes onto white in JPEG and BMP. The current TaskControl is
+/// told how far it is and may stop it until the moment before the file is replaced.
 PictureWritten writePicture(const QImage &picture, const QString &path);
 
 /// The picture as the bytes of a JPEG file at quality 1 to 100.
