@@ -299,6 +299,7 @@ class Guide : public test::Shell {
         const QString file = "/languages/language-" + language + ".ini";
         ASSERT_TRUE(QFile::copy(qEnvironmentVariable("LUMORA_SOURCE") + "/resources/installed" + file,
                                 m_folder.filePath("language.ini")));
+        context.ini.lookAgain();
         show();
     }
     void TearDown() override { delete m_guide; }
