@@ -52,7 +52,7 @@ function(lumora_tests name)
   set(folder ${CMAKE_SOURCE_DIR}/tests/${name})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)
   add_executable(test_${name} ${sources} ${CMAKE_SOURCE_DIR}/tests/support/main.cpp)
-  if(NOT name MATCHES "^(base|guide)$")
+  if(NOT name MATCHES "^(base|guide|how-to)$")
     set_target_properties(test_${name} PROPERTIES AUTOMOC OFF) # no QObject there
   endif()
   target_include_directories(test_${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)

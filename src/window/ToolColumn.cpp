@@ -3,6 +3,7 @@
 #include "widgets/Pager.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
+#include "window/ToolTable.h"
 
 #include <QPainter>
 #include <QVBoxLayout>
@@ -22,8 +23,7 @@ constexpr int pictureSize = 38;
 constexpr int loneSize = 42; ///< of a button that shares its row
 } // namespace
 
-ToolColumn::ToolColumn(QWidget *parent, std::span<const ToolRow> rows)
-    : QWidget(parent), m_rows(rows), m_column(new QWidget) {
+ToolColumn::ToolColumn(QWidget *parent) : QWidget(parent), m_column(new QWidget) {
     setObjectName("SidePanel1");
     setFixedWidth(columnWidth);
     m_pager = new Pager("Pager1", this);
@@ -31,7 +31,7 @@ ToolColumn::ToolColumn(QWidget *parent, std::span<const ToolRow> rows)
     box->setContentsMargins(0, 0, 1, 0);
     box->addWidget(m_pager);
 
-    for (const ToolRow &row : m_rows) {
+    for (const ToolRow &row : toolTable()) {
         if (row.iconName == nullptr) {
             continue;
         }
@@ -49,12 +49,12 @@ ToolColumn::ToolColumn(QWidget *parent, std::span<const ToolRow> rows)
     placeAll();
     m_pager->setWidget(m_column);
     EnableToolbars();
-    setCurrent(rows.front().control);
+    setCurrent(toolTable().front().control);
 }
 
 void ToolColumn::setSimple(bool fromLauncher) {
     m_simple = true;
-    for (const ToolRow &row : m_rows) {
+    for (const ToolRow &row : toolTable()) {
         if (PictureButton *button = m_buttons.value(row.control)) {
             button->setVisible(row.simpleTop != hiddenInSimple && !(fromLauncher && row.hiddenFromLauncher));
         }
@@ -65,7 +65,7 @@ void ToolColumn::setSimple(bool fromLauncher) {
 void ToolColumn::placeAll() {
     std::map<int, std::vector<PictureButton *>> rows; // by top edge in pixels
     int index = 0;
-    for (const ToolRow &row : m_rows) {
+    for (const ToolRow &row : toolTable()) {
         PictureButton *button = m_buttons.value(row.control);
         const int top = m_simple ? row.simpleTop : advancedTop(index);
         ++index;

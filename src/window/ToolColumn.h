@@ -1,8 +1,6 @@
 // The tool column: the buttons cmdTool1 to cmdTool11 and cmdCropCut in Pager1 on SidePanel1.
 #pragma once
 
-#include "window/ToolTable.h"
-
 #include <QMap>
 #include <QWidget>
 
@@ -16,7 +14,7 @@ class ToolColumn : public QWidget {
     Q_OBJECT
 
   public:
-    explicit ToolColumn(QWidget *parent = nullptr, std::span<const ToolRow> rows = toolTable());
+    explicit ToolColumn(QWidget *parent = nullptr);
 
     /// The buttons of Simple mode at their places; those that share a top stand side by side in that row.
     /// `fromLauncher`: the cut-out button is hidden too.
@@ -37,7 +35,6 @@ class ToolColumn : public QWidget {
   private:
     void placeAll();
 
-    std::span<const ToolRow> m_rows;
     QWidget *m_column;
     Pager *m_pager;
     QMap<QString, PictureButton *> m_buttons;

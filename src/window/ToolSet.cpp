@@ -18,13 +18,12 @@
 
 namespace lumora {
 
-ToolSet::ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingBarSet &bars, QWidget *window,
-                 std::span<const ToolRow> rows)
+ToolSet::ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingBarSet &bars, QWidget *window)
     : QObject(window), m_ctx(ctx), m_view(view), m_column(column), m_bars(bars),
       m_outline(new SelectionOutline(ctx.photo, view, this)),
       m_mouse(new CanvasMouse(ctx.photo, ctx.flags, view, this)), picTip(new Bubble("picTip", window)) {
     picTip->label()->setObjectName("lblBubble");
-    for (const ToolRow &row : rows) {
+    for (const ToolRow &row : toolTable()) {
         const ToolPlace place{ctx, view, *m_mouse, *m_outline, bars.barOfTool(row.control), window};
         m_entries.push_back({&row, row.make != nullptr ? row.make(place) : nullptr});
     }

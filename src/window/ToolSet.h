@@ -3,7 +3,6 @@
 #pragma once
 
 #include "tools/EditorTool.h"
-#include "window/ToolTable.h"
 
 #include <QList>
 #include <QTimer>
@@ -16,15 +15,14 @@ namespace lumora {
 class Bubble;
 class FloatingBarSet;
 class ToolColumn;
+struct ToolRow;
 
 class ToolSet : public QObject {
     Q_OBJECT
 
   public:
-    /// Makes panels and tips as children of the window; the other widgets outlive it. The column has the same rows, of
-    /// which the first is the Arrow tool.
-    ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingBarSet &bars, QWidget *window,
-            std::span<const ToolRow> rows = toolTable());
+    /// Makes panels and tips as children of the window; the other widgets outlive it.
+    ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingBarSet &bars, QWidget *window);
     ~ToolSet() override;
 
     /// A button of the tool column was pressed, or a tool without one is asked for by its name in the table.

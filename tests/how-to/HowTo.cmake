@@ -31,3 +31,6 @@ endfunction()
 # An effect.
 lumora_add_row(effects/EffectTable.cpp "        {.group = Adjustment," INCLUDE imaging/effects/Posterise.h)
 lumora_add_row(base/TextTable.cpp "    {\"frmMain\", \"Colour1\",")
+
+# A tool.
+lumora_add_row(window/ToolTable.cpp "    {\"popArt\"," INCLUDE tools/dot/DotTool.h)
