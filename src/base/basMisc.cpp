@@ -27,33 +27,11 @@ QString GetSpecialFolderPath(int folder) {
     return !path.isEmpty() && QDir().mkpath(path) ? path : QString();
 }
 
-int ColourToRGB(qint32 colour, quint8 &red, quint8 &green, quint8 &blue) {
-    if (colour < 0) {
-        return 0;
-    }
-    red = static_cast<quint8>(colour);
-    green = static_cast<quint8>(colour >> 8);
-    blue = static_cast<quint8>(colour >> 16);
-    return 1;
-}
-
 void OpenWithShell(const QString &documentOrAddress) {
     const QUrl url = QUrl::fromUserInput(documentOrAddress, QDir::homePath());
     if (url.isValid()) {
         QDesktopServices::openUrl(url);
     }
-}
-
-QString TrimNull(const QString &text) {
-    return text.left(text.indexOf(QChar::Null));
-}
-
-QString StripPath(const QString &path) {
-    return path.mid(path.lastIndexOf('/') + 1);
-}
-
-QString GetTempDir() {
-    return QDir::tempPath();
 }
 
 QString versionNumber() {

@@ -20,19 +20,8 @@ struct Installation {
 /// does at log-in; an empty text for another number or where it cannot be made.
 QString GetSpecialFolderPath(int folder);
 
-/// Splits a colour 0x00BBGGRR into its bytes and returns 1 when it is greater than -1; a negative (system) colour
-/// leaves them as they are and returns 0.
-int ColourToRGB(qint32 colour, quint8 &red, quint8 &green, quint8 &blue);
-
 /// Opens a document or address with the desktop's own program for it. Quiet when there is none.
 void OpenWithShell(const QString &documentOrAddress);
-
-/// The part before the first NUL character; the whole text without one.
-QString TrimNull(const QString &text);
-/// The part after the last "/"; the whole path without one.
-QString StripPath(const QString &path);
-/// The system's temporary folder.
-QString GetTempDir();
 
 /// "1.0.0": major, minor, revision of this program.
 QString versionNumber();

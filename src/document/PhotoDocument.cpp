@@ -12,7 +12,6 @@ namespace lumora {
 
 namespace {
 
-constexpr int layoutCentred = 5;
 constexpr int zoomStep = 10;
 constexpr int smallestStepZoom = 30;
 constexpr int dummyLongerSide = 480;
@@ -121,7 +120,6 @@ void PhotoDocument::fitPhoto(QSize canvas) {
         zoom = wide ? byHeight() : byWidth();
     }
     m_zoom = std::clamp(zoom, 1, 100);
-    m_layout = layoutCentred;
     PhotoChanges what = PhotoChange::Zoom;
     what.setFlag(PhotoChange::Loaded, !m_loaded);
     m_loaded = true;
@@ -145,8 +143,7 @@ void PhotoDocument::setZoom(int percent) {
 }
 
 bool PhotoDocument::restoreDisplay() {
-    const bool different = m_drawingMode != DrawingMode::Smooth || m_layout != layoutCentred;
-    m_layout = layoutCentred;
+    const bool different = m_drawingMode != DrawingMode::Smooth;
     m_drawingMode = DrawingMode::Smooth;
     return different;
 }

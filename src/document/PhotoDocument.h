@@ -61,7 +61,6 @@ class PhotoDocument : public QObject {
     int zoom() const { return m_zoom; } ///< percent, 1 or more
     bool magnify() const { return m_magnify; }
     DrawingMode drawingMode() const { return m_drawingMode; }
-    int layoutValue() const { return m_layout; } ///< 5: centred in a scrollable view
 
     /// Chooses the zoom at which the whole photo fits a canvas of that size in pixels, never above 100 %; sets
     /// PhotoLoaded. Without a picture or with an empty canvas nothing changes.
@@ -141,7 +140,6 @@ class PhotoDocument : public QObject {
     int m_zoom = 100;
     bool m_magnify = false;
     DrawingMode m_drawingMode = DrawingMode::Smooth;
-    int m_layout = 5;
     QByteArray m_memoryPhoto;
 };
 

@@ -98,12 +98,6 @@ void ToolColumn::EnableToolbars() {
     }
 }
 
-void ToolColumn::DisableToolbars() {
-    for (PictureButton *button : m_buttons) {
-        button->setEnabled(false);
-    }
-}
-
 void ToolColumn::setCurrent(const QString &control) {
     for (auto it = m_buttons.cbegin(); it != m_buttons.cend(); ++it) {
         it.value()->setChecked(it.key() == control);

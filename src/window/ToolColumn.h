@@ -21,7 +21,6 @@ class ToolColumn : public QWidget {
     void setSimple(bool fromLauncher);
     /// Enables all tools.
     void EnableToolbars();
-    void DisableToolbars();
     /// Shows that tool as the current one and the others unpressed.
     void setCurrent(const QString &control);
     PictureButton *button(const QString &control) const { return m_buttons.value(control); }

@@ -40,7 +40,6 @@ class frmMain : public QWidget {
     ~frmMain() override;
 
     void setStartupPhotoPath(const QString &path) { m_startupPhotoPath = path; }
-    QString StartupPhotoPath() const { return m_startupPhotoPath; }
     /// The same photo, already being read in another thread; without it SetMeUp reads the path itself.
     void setStartupPicture(std::shared_future<PictureRead> picture) { m_startupPicture = std::move(picture); }
 

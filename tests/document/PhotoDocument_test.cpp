@@ -141,7 +141,6 @@ TEST_F(Document, zoomsInSteps) {
     photo.ResizePicCanvas();
     EXPECT_EQ(photo.zoom(), 400);
     EXPECT_EQ(photo.drawingMode(), DrawingMode::Smooth);
-    EXPECT_EQ(photo.layoutValue(), 5);
 }
 
 TEST_F(Document, makesTheReducedCopyOf480Pixels) {

@@ -35,12 +35,6 @@ class AdjustTool : public EditorTool {
     /// 1 brightness, 2 contrast, 3 saturation; others do nothing.
     EffectOutcome ApplyBasicBCS(int kind);
     EffectOutcome ApplyBCS(int kind);
-    EffectOutcome ApplyBasicBrightness() { return ApplyBasicBCS(1); }
-    EffectOutcome ApplyBasicContrast() { return ApplyBasicBCS(2); }
-    EffectOutcome ApplyBasicSaturation() { return ApplyBasicBCS(3); }
-    EffectOutcome ApplyBrightness() { return ApplyBCS(1); }
-    EffectOutcome ApplyContrast() { return ApplyBCS(2); }
-    EffectOutcome ApplySaturation() { return ApplyBCS(3); }
 
     /// Makes the small pictures of FT6's items. The panel makes its own two while it is open.
     void CreateBCSSFX();
