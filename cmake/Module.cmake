@@ -51,12 +51,13 @@ function(lumora_tests name)
   cmake_parse_arguments(TESTS "" "" "LINK" ${ARGN})
   set(folder ${CMAKE_SOURCE_DIR}/tests/${name})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)
-  add_executable(test_${name} ${sources} ${CMAKE_SOURCE_DIR}/tests/support/main.cpp)
+  add_executable(test_${name} ${sources})
   if(NOT name MATCHES "^(base|guide|how-to)$")
     set_target_properties(test_${name} PROPERTIES AUTOMOC OFF) # no QObject there
   endif()
   target_include_directories(test_${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
-  target_link_libraries(test_${name} PRIVATE ${TESTS_LINK} lumora_test_support GTest::gtest GTest::gmock Qt6::Test)
+  target_link_libraries(test_${name} PRIVATE
+    lumora_test_main ${TESTS_LINK} lumora_test_support lumora_test_flags GTest::gtest GTest::gmock Qt6::Test)
   lumora_precompiled(test_${name} tests)
   add_test(NAME ${name} COMMAND test_${name})
   set_tests_properties(${name} PROPERTIES
