@@ -1,4 +1,4 @@
-// Runs the tests of one room inside a QApplication without a display.
+// Runs the tests of one module inside a QApplication without a display.
 #include <QApplication>
 #include <QStandardPaths>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// A tool made as docs/how-to.md says, with a row of its own in a table, worked in a window: a dot at each click.
+// A tool made as docs/how-to.md says, with a row of its own in a table, used in a window: a dot at each click.
 #include "session/AppContext.h"
 #include "support/TestPictures.h"
 #include "tools/canvas/CanvasMouse.h"
