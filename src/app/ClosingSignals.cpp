@@ -19,7 +19,7 @@ std::array<int, 2> pipeEnds{-1, -1}; // read, write: async-signal-safe calls on 
 void tellThePipe(int) {
     const int before = errno;
     const char byte = 0;
-    [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], &byte, 1); // a full pipe is enough
+    [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], &byte, 1); // a full pipe wakes the reader
     errno = before;
 }
 

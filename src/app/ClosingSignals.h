@@ -7,7 +7,7 @@
 namespace lumora {
 
 /// Such a signal leaves the event loop with exit code 0, without asking. A signal that was ignored when the program
-/// started (nohup) stays ignored; the destructor restores the previous handlers.
+/// started (nohup) stays ignored; the destructor restores the default handling.
 class ClosingSignals : public QObject {
     Q_OBJECT
 

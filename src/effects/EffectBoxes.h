@@ -22,7 +22,7 @@ class EffectBox : public QWidget {
     /// The box that the row of the effect asks for.
     static EffectBox *make(const Effect &effect, QWidget *parent);
 
-    /// Sets the values without emitting `changed`.
+    /// Sets the values without emitting valueChanged.
     virtual void setValues(const EffectValues &values);
     /// The user's photo, reduced, for boxes that preview a style on it.
     virtual void setPhoto(const QImage &photo);

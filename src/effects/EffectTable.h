@@ -24,7 +24,7 @@ enum class EffectGroup { Basic, Special, Adjustment };
 /// When an effect of the whole photo hides the outline of the selection.
 enum class OutlineHidden { Before, After, OnlyInvisibleAfter };
 
-/// How a whole-photo effect treats the reduced copies.
+/// What else follows from an effect of the whole photo.
 struct WholePhotoSteps {
     OutlineHidden outline = OutlineHidden::After;
     bool dummyPicture = false; ///< the reduced copies are made again

@@ -38,7 +38,7 @@ ToolSet::ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingB
     connect(m_mouse, &CanvasMouse::moved, picTip, &QWidget::hide);
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
-            HideFloatingToolbars(); // their small pictures are of another photo
+            HideFloatingToolbars(); // their previews are of another photo
             m_pictures.stop();
         }
     });

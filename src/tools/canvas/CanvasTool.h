@@ -12,7 +12,7 @@ class CanvasTool {
   public:
     virtual ~CanvasTool() = default;
 
-    /// begin() and end() of being the current tool. end() also cancels a drag.
+    /// Called when the tool becomes the current one, and when it no longer is. end() also cancels a drag.
     virtual void start() {}
     virtual void end() {}
 

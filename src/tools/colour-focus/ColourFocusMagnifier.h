@@ -10,7 +10,7 @@ class QPainter;
 namespace lumora {
 
 /// The place of the magnifier, all in the view's pixels: above and to the right of the pointer, moved to stay inside
-/// the area.
+/// `room`.
 QRect magnifierPlace(QPointF pointer, const QRect &room);
 
 /// Paints it there. The pixel must be inside the photo.

@@ -98,8 +98,7 @@ void SelectionOutline::trace() {
 void SelectionOutline::traceEllipse(const QRectF &box) {
     const QRectF place(inDevice(box.topLeft()), inDevice(box.bottomRight()));
     const double radius = std::max(place.width(), place.height()) / 2;
-    // Enough segments that none deviates a tenth of a pixel from the curve: the sagitta of an arc is radius * angle^2 /
-    // 8.
+    // Enough segments to stay within a tenth of a pixel of the curve: the sagitta of an arc is radius * angle^2 / 8.
     const int strokes = std::max(16, qCeil(std::numbers::pi * std::sqrt(5 * radius)));
     for (int i = 0; i <= strokes; ++i) {
         const double angle = 2 * std::numbers::pi * i / strokes;
