@@ -13,8 +13,8 @@ if(LUMORA_SANITIZE)
   target_link_options(lumora_build_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
-# Qt's headers take most of a file's compile time, so they are compiled once: without widgets, with them, and with
-# GoogleTest besides. lumora_precompiled(TARGET KIND) has the target use one of the three.
+# Qt's headers take most of a file's compile time, so they are precompiled once: without widgets, with widgets, and with
+# GoogleTest. lumora_precompiled(TARGET KIND) lets the target use one of the three.
 function(lumora_add_precompiled kind)
   cmake_parse_arguments(PCH "" "" "LINK;HEADERS" ${ARGN})
   file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/precompiled_${kind}.cpp CONTENT "")
@@ -28,8 +28,8 @@ function(lumora_precompiled target kind)
   target_precompile_headers(${target} REUSE_FROM lumora_precompiled_${kind})
 endfunction()
 
-# A module is a folder of src/ and one static library, lumora_NAME; LINK names what it may use. PRECOMPILED is "gui" for
-# modules without windows.
+# A module is a folder of src/ and one static library, lumora_NAME; LINK lists the modules that it may use. PRECOMPILED
+# is "gui" for modules without windows.
 function(lumora_module name)
   cmake_parse_arguments(MODULE "" "PRECOMPILED" "LINK" ${ARGN})
   set(folder ${CMAKE_SOURCE_DIR}/src/${name})

@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 . scripts/setup.sh
 
-# A build folder of its own: clang-tidy needs the compile commands and the generated files, not the objects.
+# A separate build folder: clang-tidy needs the compile commands and the generated files, not the objects.
 if [ ! -f build/style/build.ninja ]; then
     say "Preparing the analysis"
     quietly build/log/configure-style.log \

@@ -1,6 +1,6 @@
-# Finding a display, or starting a virtual one. Sourced by ../run.
+# Finds a display, or starts a virtual one. Sourced by ../run.
 
-# True when something answers at this socket. (perl-base is part of every Debian.)
+# True when a server accepts connections on this socket. (perl-base is part of every Debian.)
 answers() {
     perl -MIO::Socket::UNIX -e 'exit !IO::Socket::UNIX->new(Peer => $ARGV[0])' "$1" 2>/dev/null
 }

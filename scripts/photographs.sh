@@ -1,7 +1,7 @@
-# Adding free photographs to the sample photos. Sourced by ../run after setup.sh; nothing depends on them.
+# Adds free photographs to the sample photos. Sourced by ../run after setup.sh; nothing depends on them.
 
 # add_photographs FOLDER: fetches the packages named in photographs.txt and puts their photographs below FOLDER, with
-# their photographers and licences in Credits.txt beside them. Without a network it is tried again the next time.
+# their photographers and licences in Credits.txt beside them. Without a network it is tried again at the next start.
 add_photographs() {
     local photos=$1 store=build/photographs wanted package
     wanted=$(sha256sum <scripts/photographs.txt)
@@ -18,7 +18,8 @@ add_photographs() {
     printf '%s\n' "$wanted" >"$photos/.photographs"
 }
 
-# fetch_package PACKAGE STORE: the package's files below STORE/PACKAGE, whole or not at all; nothing is installed.
+# fetch_package PACKAGE STORE: the package's files below STORE/PACKAGE, extracted completely or not at all; nothing is
+# installed.
 fetch_package() {
     local folder=$2/fetching
     rm -rf "$folder"

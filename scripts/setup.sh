@@ -22,7 +22,7 @@ See $log."
     fi
 }
 
-# The packages of the sections named, one a line.
+# The packages of the given sections, one per line.
 packages_of() {
     awk -v sections=" $* " '
         /^\[/ { section = substr($0, 2, length($0) - 2); next }

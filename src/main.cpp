@@ -1,4 +1,4 @@
-// Hands the command line to basMain, nothing else.
+// Passes the command line to basMain.
 #include "app/basMain.h"
 
 int main(int argc, char **argv) {

@@ -14,12 +14,12 @@ namespace lumora {
 namespace {
 
 constexpr std::array closingSignals{SIGTERM, SIGINT, SIGHUP};
-std::array<int, 2> pipeEnds{-1, -1}; // read, write: all that a signal handler may touch is a descriptor
+std::array<int, 2> pipeEnds{-1, -1}; // read, write: async-signal-safe calls on a file descriptor
 
 void tellThePipe(int) {
     const int before = errno;
     const char byte = 0;
-    [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], &byte, 1); // a full pipe has told already
+    [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], &byte, 1); // a full pipe wakes the reader
     errno = before;
 }
 
@@ -27,12 +27,12 @@ void tellThePipe(int) {
 
 ClosingSignals::ClosingSignals(QObject *parent) : QObject(parent) {
     if (::pipe2(pipeEnds.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
-        return; // then a signal ends the program as it always does
+        return; // then a signal ends the program by default
     }
     auto *notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [notifier] {
         notifier->setEnabled(false);
-        QCoreApplication::exit(0); // quit() would ask the windows, and they the user
+        QCoreApplication::exit(0); // quit() would close the windows, which may ask the user
     });
     for (const int number : closingSignals) {
         struct sigaction action {};

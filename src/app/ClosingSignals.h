@@ -1,5 +1,5 @@
-// Ends the program cleanly when the system tells it to (SIGTERM, SIGINT, SIGHUP): whoever listens to
-// QCoreApplication::aboutToQuit can still put things in order. One object, made by runLumora.
+// Ends the program cleanly on SIGTERM, SIGINT and SIGHUP: slots connected to QCoreApplication::aboutToQuit still run
+// for clean-up. One object, created by runLumora.
 #pragma once
 
 #include <QObject>
@@ -7,7 +7,7 @@
 namespace lumora {
 
 /// Such a signal leaves the event loop with exit code 0, without asking. A signal that was ignored when the program
-/// started (nohup) stays ignored; afterwards the system's own handling is back.
+/// started (nohup) stays ignored; the destructor restores the default handling.
 class ClosingSignals : public QObject {
     Q_OBJECT
 

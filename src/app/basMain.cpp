@@ -37,7 +37,7 @@ StartDecision decideStart(const QString &commandLine) {
     return {StartOutcome::Nothing, {}};
 }
 
-/// One sitting at the main window: its photo, flags and window begin anew with every start from the launcher.
+/// One session of the main window: photo, flags and window are created again with every start from the launcher.
 struct basMain::Desk : public QObject {
     explicit Desk(const Installation &where) : context(where), window(new frmMain(context)) {}
     ~Desk() override { delete window.data(); }
@@ -49,7 +49,7 @@ struct basMain::Desk : public QObject {
 basMain::basMain(Installation where) : m_context(std::move(where)) {}
 
 basMain::~basMain() {
-    blockSignals(true); // the end is known already
+    blockSignals(true); // the outcome is already known
     delete m_desk;
     m_desk = nullptr;
     delete m_launcher.data();
@@ -105,7 +105,7 @@ void basMain::StartAdvancedMode(const QString &photo) {
         window.setStartupPhotoPath(photo);
         window.setStartupPicture(picture);
     }
-    loadLauncher(); // never seen here, so it is not shown first: that would only flicker
+    loadLauncher(); // not shown first, to avoid flicker
     showAdvancedMainWindow();
 }
 
@@ -171,7 +171,7 @@ void basMain::unloadMainWindow() {
     if (m_desk == nullptr) {
         return;
     }
-    // The window may still be answering the click that left it, so it goes when that is done.
+    // The window may still be handling the click that left it, so it is deleted later.
     m_desk->window->hide();
     m_desk->deleteLater();
     m_desk = nullptr;

@@ -1,5 +1,5 @@
-// The way into the program and out of it: reads the command line, opens the first window, and keeps every window until
-// it is unloaded. main.cpp calls runLumora; the script player drives a basMain of its own.
+// Start and end of the program: reads the command line, opens the first window, and owns every window until
+// it is unloaded. main.cpp calls runLumora; the script player uses its own basMain.
 #pragma once
 
 #include "session/AppContext.h"
@@ -31,8 +31,8 @@ struct StartDecision {
 /// The arguments as a person typed them: joined by blanks, without blanks around.
 QString commandLineAsTyped(const QStringList &arguments);
 
-/// "/s" and "/a" in either case are the switches, nothing is the splash, the name of an existing file (every double
-/// quote in it is dropped; a folder is no file) is a photo. Anything else is StartOutcome::Nothing.
+/// "/s" and "/a" (case-insensitive) are the switches, an empty line is the splash, the name of an existing file (every
+/// double quote in it is dropped; a folder is no file) is a photo. Anything else is StartOutcome::Nothing.
 StartDecision decideStart(const QString &commandLine);
 
 class basMain : public QObject {
@@ -44,17 +44,17 @@ class basMain : public QObject {
 
     /// Acts on a command line (see decideStart). False when it opened no window: the program then ends at once.
     bool Main(const QString &commandLine);
-    /// Straight into Simple mode, without splash or launcher.
+    /// Starts directly in Simple mode, without splash or launcher.
     void StartSimpleMode();
-    /// Straight into Advanced mode; `photo` may be empty. The file is read in a second thread while the window is
+    /// Starts directly in Advanced mode; `photo` may be empty. The file is read in a second thread while the window is
     /// built. The settings stay as the user left them.
     void StartAdvancedMode(const QString &photo);
 
-    // The windows that are loaded, seen or not; null when they are not.
+    // The loaded windows, visible or not; null when not loaded.
     frmSplash *splash() const;
     frmLauncher *launcher() const;
     frmMain *mainWindow() const;
-    /// The main window's context; before there is one, the launcher's.
+    /// The main window's context; the launcher's before the main window exists.
     AppContext &context();
 
   Q_SIGNALS:
@@ -82,7 +82,7 @@ class basMain : public QObject {
     Desk *m_desk = nullptr;
 };
 
-/// Gives the application its name, version, picture and look.
+/// Sets the application's name, version, icon and style.
 void setUpApplication(QApplication &application);
 
 /// The whole program: from the command line to its exit code.

@@ -25,8 +25,8 @@ constexpr int sceneHeight = 112; // pixels
 constexpr QColor entered(255, 128, 255);
 constexpr QColor left(236, 233, 216);
 
-/// A button that shows its edges at rest, is filled with its hover colour, entered or left, and sets its picture off
-/// against a disc of its own colour.
+/// A button with visible edges at rest, filled with its hover colour under the pointer, and with a disc of its own
+/// colour behind its picture.
 class ModeButton : public AnimatedButton {
   public:
     ModeButton(const QString &loop, QColor disc, QWidget *parent)
@@ -101,7 +101,7 @@ void frmLauncher::build() {
     scene->setFixedHeight(sceneHeight);
     WindowDragger::install(scene);
     auto *title = new QHBoxLayout(scene);
-    title->setContentsMargins(0, 0, 0, 24); // the text stands above the hills
+    title->setContentsMargins(0, 0, 0, 24); // the text is drawn above the hills
     title->addStretch(1);
     title->addWidget(picHand);
     title->addWidget(lblTitle);
@@ -153,7 +153,7 @@ void frmLauncher::SetupSimpleMode() {
 void frmLauncher::wave() {
     m_handFrame = AnimatedButton::nextFrame(m_handFrame);
     picHand->setPixmap(iconPixmap(QString(":/loops/hand-%1.svg").arg(m_handFrame), handSize, devicePixelRatioF()));
-    for (AnimatedButton *button : {cmdSimpleMode, cmdAdvMode}) { // the one that Enter or a click would press moves
+    for (AnimatedButton *button : {cmdSimpleMode, cmdAdvMode}) { // animate the button that Enter or a click would press
         const bool chosen = button->hasFocus() || button->underMouse();
         button->setFrame(chosen ? AnimatedButton::nextFrame(button->frame()) : 1);
     }
@@ -180,7 +180,7 @@ void frmLauncher::keyPressEvent(QKeyEvent *event) {
     case Qt::Key_F1:
         showHelp();
         break;
-    case Qt::Key_Escape: // leaves a prompt, not the program
+    case Qt::Key_Escape: // closes a prompt, not the program
         break;
     default:
         BorderlessDialog::keyPressEvent(event);

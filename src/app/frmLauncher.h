@@ -1,5 +1,5 @@
-// Where a person chooses how to work: Simple Mode, Advanced Mode, Help. Stays loaded, hidden, behind the main window.
-// basMain makes it and answers its two signals.
+// The start menu: Simple Mode, Advanced Mode, Help. Stays loaded, hidden, while the main window is open. basMain
+// creates it and handles its two signals.
 #pragma once
 
 #include "widgets/BorderlessDialog.h"
@@ -21,7 +21,7 @@ class frmLauncher : public BorderlessDialog {
   public:
     explicit frmLauncher(AppContext &context);
 
-    /// Writes the settings that Simple mode relies on.
+    /// Writes the settings that Simple mode requires.
     void SetupSimpleMode();
     void LoadLanguage();
 

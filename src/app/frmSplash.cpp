@@ -62,7 +62,7 @@ frmSplash::frmSplash(AppContext &context) : BorderlessDialog("frmSplash", nullpt
     tmrThrobber.setObjectName("tmrThrobber");
     tmrLoader.setObjectName("tmrLoader");
     tmr2ndUnloader.setObjectName("tmr2ndUnloader");
-    // Where things shall not move there is less to look at, so the wait is shorter.
+    // Without animations there is less to see, so the wait is shorter.
     const int pause = motionWanted() ? 1500 : 700; // milliseconds
     for (QTimer *timer : {&tmrLoader, &tmr2ndUnloader}) {
         timer->setSingleShot(true);
@@ -77,7 +77,7 @@ frmSplash::frmSplash(AppContext &context) : BorderlessDialog("frmSplash", nullpt
 
 void frmSplash::build() {
     picTBar()->hide();
-    picTBar()->lblCaption()->setObjectName("lblStripCaption"); // the splash has a lblCaption of its own
+    picTBar()->lblCaption()->setObjectName("lblStripCaption"); // the splash has its own lblCaption
     body()->setContentsMargins(0, 0, 0, 0);
     Frame1 = new ScenePicture("splash", panelCorner - 2, this);
     Frame1->setObjectName("Frame1");
@@ -126,7 +126,7 @@ void frmSplash::showEvent(QShowEvent *event) {
     BorderlessDialog::showEvent(event);
     if (!m_wentOn) {
         m_wentOn = true;
-        // Queued, so that the splash is seen before anything stands over it.
+        // Queued, so that the splash is painted before another window covers it.
         QMetaObject::invokeMethod(this, "goOn", Qt::QueuedConnection);
     }
 }

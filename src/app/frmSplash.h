@@ -1,4 +1,4 @@
-// The first window: the name, the version and a waving sun, while settings and texts are read. Leads to the launcher.
+// The first window: the name, the version and a waving sun, while settings and texts are read. The launcher follows.
 // basMain shows it when the command line is empty.
 #pragma once
 
@@ -18,8 +18,8 @@ struct AppContext;
 /// How the splash ends.
 enum class SplashEnd { Launcher, NoticeThenLauncher, Never };
 
-/// From the setting "Display Message" and the screen's size in pixels: off goes to the launcher, on too on a screen of
-/// more than 800 x 600 and by way of the notice on a smaller one; any other value stays for good.
+/// From the setting "Display Message" and the screen's size in pixels: "0" continues to the launcher, "1" too on
+/// screens larger than 800 x 600 and through the notice on smaller ones; with any other value the splash stays open.
 SplashEnd decideSplash(Switch displayMessage, QSize screen);
 
 class frmSplash : public BorderlessDialog {
@@ -32,7 +32,7 @@ class frmSplash : public BorderlessDialog {
     int throbber() const { return m_throbber; }
 
   Q_SIGNALS:
-    /// Sent once, just before the splash is unloaded.
+    /// Emitted once, just before the splash is unloaded.
     void launcherWanted();
 
   protected:

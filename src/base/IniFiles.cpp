@@ -16,10 +16,10 @@ namespace lumora {
 namespace {
 
 constexpr qsizetype longestValue = 900;            // UTF-16 units
-constexpr qint64 largestFile = 64LL * 1024 * 1024; // bytes; what is larger is no settings file
+constexpr qint64 largestFile = 64LL * 1024 * 1024; // bytes; a larger file is not a settings file
 constexpr qint64 clockGrain = 10'000'000;          // nanoseconds between two ticks of a file system's clock
 
-/// What tells one state of a file from another.
+/// Identifies one state of a file.
 struct Stamp {
     bool readable = false; ///< a regular file of a sensible size
     quint64 device = 0, inode = 0;
@@ -42,7 +42,7 @@ Stamp stampOf(const QString &file) {
         true, status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_mtim), nanoseconds(status.st_ctim)};
 }
 
-/// Whether the stamp of a file read just now would show the very next change: not while the clock stands still.
+/// Whether the stamp of a file read just now would detect the next change: not within one tick of the clock.
 bool isSettled(const Stamp &stamp) {
     timespec now = {};
     clock_gettime(CLOCK_REALTIME, &now);
@@ -50,7 +50,7 @@ bool isSettled(const Stamp &stamp) {
     return age < 0 || age > clockGrain;
 }
 
-/// Whether a new version of the file can take its place: it, or where it would be, can be written.
+/// Whether the file can be replaced: the file, or its folder where it does not exist, is writable.
 bool canBeReplaced(const QString &file) {
     const QFileInfo info(file);
     const QFileInfo target(info.isSymLink() && info.exists() ? info.canonicalFilePath() : file);
@@ -61,7 +61,7 @@ bool canBeReplaced(const QString &file) {
            (!target.exists() || (target.isFile() && may(target.filePath(), R_OK | W_OK)));
 }
 
-/// The user's own copy of a file whose place cannot be written.
+/// The user's own copy of a file whose folder is read-only.
 QString userCopy(const QString &file) {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/lumora/" +
            QFileInfo(file).fileName();
@@ -75,13 +75,13 @@ struct IniFiles::Private {
     struct Copy {
         Stamp stamp;
         bool settled = false;
-        std::shared_ptr<IniText> text; ///< nothing when the file is there but cannot be read
+        std::shared_ptr<IniText> text; ///< empty when the file exists but cannot be read
     };
     /// One file in memory.
     struct File {
         Copy own;               ///< beside the program
         Copy users;             ///< in the user's configuration folder
-        bool usersWins = false; ///< the user's copy counts, before the file's own
+        bool usersWins = false; ///< the user's copy, which overrides the file
     };
 
     std::chrono::milliseconds betweenLooks{};
@@ -90,7 +90,7 @@ struct IniFiles::Private {
     quint64 revision = 0;
     int looks = 0;
 
-    /// Reads the copy when it is not the one that is in memory.
+    /// Reads the file again when it differs from the one in memory.
     void update(Copy &copy, const QString &path) {
         const Stamp stamp = stampOf(path);
         if (copy.text && copy.settled && copy.stamp == stamp) {
@@ -195,7 +195,7 @@ bool IniFiles::WriteIniValue(const QString &file, const QString &section, const 
     }
     d->lookNow(file);
     const Private::Copy &copy = toUser ? d->files[file].users : d->files[file].own;
-    // A file that is there but cannot be read is left alone: writing would cost all its other values.
+    // A file that exists but cannot be read is not written: that would lose all its other values.
     if (!copy.text || (!copy.stamp.readable && QFileInfo::exists(target))) {
         return true;
     }

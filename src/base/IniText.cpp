@@ -14,7 +14,7 @@ bool isLineBreak(QChar c) {
 }
 
 /// Bytes 0x80 to 0x9F of Windows-1252 (https://www.unicode.org/Public/MAPPINGS/VENDORS/MICSFT/WINDOWS/CP1252.TXT); the
-/// five that it leaves free stand for themselves.
+/// five unassigned bytes map to the same code point.
 constexpr std::array<char16_t, 32> windows1252 = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
                                                   0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
                                                   0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
@@ -29,7 +29,7 @@ QString fromWindows1252(QByteArrayView bytes) {
     return text;
 }
 
-/// Line by line, so that one stray byte does not spoil the whole file.
+/// Line by line, so that one invalid byte does not affect the whole file.
 QString decodeLines(QByteArrayView bytes) {
     QString text;
     text.reserve(bytes.size());
@@ -73,7 +73,7 @@ void IniText::index() {
     }
 }
 
-/// Takes up one line; `section` is the folded name of the section that is being read, empty for none that counts.
+/// Parses one line; `section` is the folded name of the current section, empty when its keys are ignored.
 void IniText::indexLine(Span line, qsizetype next, QString &section) {
     const auto trimmed = [this](qsizetype from, qsizetype to) {
         while (from < to && isBlank(m_text[from])) {

@@ -20,9 +20,9 @@ QString systemError(const char *doing) {
     return QString::fromLatin1("%1: %2").arg(QLatin1String(doing), QString::fromLocal8Bit(std::strerror(errno)));
 }
 
-// Where a chain of symbolic links ends, be there a file or not. Empty for a chain without end.
+// The target of a chain of symbolic links, whether it exists or not. Empty for a cycle.
 std::filesystem::path linkTarget(std::filesystem::path path) {
-    constexpr int mostLinks = 40; // as the kernel counts them
+    constexpr int mostLinks = 40; // the limit of the Linux kernel
     for (int i = 0; i < mostLinks; ++i) {
         std::error_code none;
         const std::filesystem::path target = std::filesystem::read_symlink(path, none);
@@ -34,7 +34,7 @@ std::filesystem::path linkTarget(std::filesystem::path path) {
     return {};
 }
 
-// The temporary file; removed again unless it has been renamed.
+// The temporary file; removed unless it was renamed.
 class Temporary {
   public:
     explicit Temporary(const std::filesystem::path &folder) {
@@ -89,17 +89,17 @@ std::optional<QString> fill(int descriptor, const std::function<bool(QIODevice &
     return std::nullopt;
 }
 
-// As far as the system allows: only the superuser gives files away, and sticks know no modes. A picture that is saved
-// with another mode is better than one that is not saved.
+// As far as the system allows: only the superuser can change the owner, and FAT file systems have no modes. A picture
+// saved with another mode is better than none.
 void keepOwnerAndMode(int descriptor, const struct stat &old) {
-    // The owner first: changing it may take set-id bits out of the mode.
+    // The owner first: changing it may clear the set-id bits of the mode.
     const bool owner = ::fchown(descriptor, old.st_uid, old.st_gid) == 0;
     const mode_t mode = owner ? old.st_mode & 07777 : old.st_mode & 0777;
     ::fchmod(descriptor, mode);
 }
 
-// A rename lasts through a power cut only when the folder is flushed as well. Some file systems cannot; the file
-// itself stands either way.
+// A rename survives a power failure only when the folder is flushed as well. Some file systems cannot; the file itself
+// is complete either way.
 void flushFolder(const std::filesystem::path &folder) {
     const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor >= 0) {

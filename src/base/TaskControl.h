@@ -1,5 +1,5 @@
-// What a long computation and the window that waits for it tell each other: stop, and how far it has come. Knows
-// neither windows nor Qt, so that kernels and file formats can ask.
+// Connects a long computation and the window that waits for it: cancellation and progress. Depends on neither windows
+// nor Qt, so that kernels and file formats can use it.
 #pragma once
 
 #include <atomic>
@@ -11,21 +11,21 @@ namespace lumora {
 /// May be used from any thread.
 class TaskControl {
   public:
-    /// Asks the computation to end early. It does so at its next strip or band of rows; its result is to be dropped.
+    /// Requests cancellation. The computation ends at its next strip or band of rows; its result must be discarded.
     void cancel() { m_cancelled = true; }
     bool isCancelled() const { return m_cancelled; }
 
-    /// `done` of `total` rows, bytes or whatever the computation counts; a total of 0 says nothing.
+    /// `done` of `total` rows, bytes or whatever the computation counts; a total of 0 is ignored.
     void setProgress(std::int64_t done, std::int64_t total);
     /// Per cent, 0 to 100; -1 while it is not known.
     int percent() const { return m_percent; }
 
-    /// That of the computation which this thread does; null outside of any. Threads that help ask for nothing: whoever
-    /// spreads the work asks first and hands the answer on.
+    /// The control of the computation that this thread runs; null outside of any. Worker threads have none: the thread
+    /// that distributes the work reads it and passes it on.
     static TaskControl *current();
     static bool isCurrentCancelled();
 
-    /// Makes a control the current one of this thread for its own lifetime.
+    /// Makes a control current for this thread during its own lifetime.
     class Scope {
       public:
         explicit Scope(TaskControl *control);
@@ -42,11 +42,11 @@ class TaskControl {
     std::atomic<int> m_percent = -1;
 };
 
-/// Whether the user is offered to stop a computation. Only where whoever started it drops a result that is not whole.
+/// Whether the user may cancel a computation. Only where the caller discards an incomplete result.
 enum class Stopping { NotOffered, Offered };
 
-/// Does the work and returns when it is done; where and with what on the screen meanwhile, the giver decides. False
-/// when it was stopped: what it made is not whole.
+/// Runs the task and returns when it is done; the provider decides on which thread and what the screen shows meanwhile.
+/// Returns false when it was cancelled: the result is incomplete.
 using TaskRunner = std::function<bool(const std::function<void()> &work, Stopping stopping)>;
 
 } // namespace lumora

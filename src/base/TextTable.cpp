@@ -10,10 +10,10 @@ constexpr TextRow textRows[] = {
     {"", "ApplicationName", "Lumora", "-", ""},
     {"", "Statusbar", "Lumora", "-", ""},
     {"", "Version", "Version %1", "-", ""},
-    // The code of the file's language: it chooses the toolkit's own words (OK on a message box, a text field's menu).
+    // The code of the file's language: it selects the toolkit's own texts (OK on a message box, a text field's menu).
     {"", "Language", "en", "-", ""},
 
-    // Message boxes, and the kinds of files in the file dialogs; the endings are added to them.
+    // Message boxes, and the kinds of files in the file dialogs; the extensions are appended.
     {"", "ErrorTitle", "Error", "-", ""},
     {"", "NoticeTitle", "Notice", "-", ""},
     {"", "FileTypeSupported", "All Supported Files", "-", ""},
@@ -303,7 +303,7 @@ constexpr TextRow textRows[] = {
     {"frmMain", "DlgSSBrowse", "Choose photos for your slideshow:", "-", ""},
     {"frmMain", "NoHelp", "It appears you have not installed the videos. Please install them and try again.", "-", ""},
 
-    // Main window: the zoom menu, and what the status line says in plain words until the next action.
+    // Main window: the zoom menu, and the messages that the status line shows until the next action.
     {"frmMain", "ZoomFit", "Fit", "-", ""},
     {"frmMain", "ZoomPercent", "%1 %", "-", ""},
     {"frmMain", "StatusVersion", "%1                     - Version %2", "-", ""},
@@ -451,7 +451,7 @@ constexpr TextRow textRows[] = {
     {"frmHelp", "DlgHelpOpt2", "View User Guide", "optUserGuide", "text"},
     {"frmHelp", "DlgHelpBtnYes", "OK", "cmdYes", "text"},
     {"frmHelp", "DlgHelpBtnNo", "Cancel", "cmdNo", "text"},
-    // The folder of the guide's pages in this language, in resources/guide; a page that is missing there is English.
+    // The folder of the guide's pages in this language, in resources/guide; a missing page is shown in English.
     {"GuideWindow", "GuideBack", "Back", "-", ""},
     {"GuideWindow", "GuideForward", "Forward", "-", ""},
     {"GuideWindow", "GuideHome", "First Page", "-", ""},

@@ -17,7 +17,7 @@ void Texts::fill() const {
         const QString identifier = QString::fromUtf8(row.identifier);
         if (!m_entries.contains(identifier)) {
             const QString text = m_files.ReadIniValue(m_languageFile, identifier, QStringLiteral("Caption"), {});
-            const bool isFromFile = !text.isNull(); // an empty text is a text
+            const bool isFromFile = !text.isNull(); // an empty text is a valid text
             m_entries.insert(identifier, {isFromFile ? text : QString::fromUtf8(row.defaultText), isFromFile});
         }
     }
@@ -27,7 +27,7 @@ const Texts::Entry &Texts::entry(const QString &identifier) const {
     const quint64 revision = m_files.revision();
     if (m_revision != revision) {
         fill();
-        m_revision = m_files.revision(); // the first look at the file counts as a change
+        m_revision = m_files.revision(); // the first check of the file counts as a change
     }
     static const Entry none;
     const auto found = m_entries.constFind(identifier);

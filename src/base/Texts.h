@@ -1,4 +1,4 @@
-// Every text of the program: one row a text, in the order in which a window sets them.
+// Every text of the program: one row per text, in the order in which a window sets them.
 #pragma once
 
 #include <QHash>
@@ -12,9 +12,9 @@ class IniFiles;
 
 /// One text. `window` names the windows that read it, separated by blanks ("" for a message that any of them may
 /// show). `control` is the object name of the control below the window that shows it ("" for the window itself, "-"
-/// for a message that is read when it is shown). `property` says where it goes:
+/// for a message that is read when it is shown). `property` says where it is set:
 /// - "text", "toolTip", "title", "windowTitle": that property of the control;
-/// - "append": below the text that the control shows already, after an empty line;
+/// - "append": below the text that the control already shows, after an empty line;
 /// - "item:KEY": tool tip of the control's button whose property "key" is KEY;
 /// - "itemText:KEY": text and tool tip of that button.
 struct TextRow {
@@ -31,16 +31,16 @@ std::span<const TextRow> allTexts();
 /// Whether that window (by its object name) reads the row.
 bool isTextOf(const TextRow &row, const QString &window);
 
-/// The texts of one language file, in memory: a text costs one look into a hash table, which is filled again when the
+/// The texts of one language file, in memory: a text costs one hash table lookup; the table is filled again when the
 /// file has changed.
 class Texts {
   public:
     Texts(IniFiles &files, QString languageFile);
 
     /// The text of an identifier, with the table's default (the first row of that identifier). Identifiers are those of
-    /// the table, letter for letter; of any other the text is empty.
+    /// the table, case-sensitive; for any other the text is empty.
     QString text(const QString &identifier) const;
-    /// The same with the caller's own default, for the few identifiers whose readers differ in it.
+    /// The same with the caller's own default, for the few identifiers whose readers use different defaults.
     QString text(const QString &identifier, const QString &defaultText) const;
 
   private:

@@ -1,14 +1,14 @@
-// The small platform helpers that every floor uses, and the folders of this installation.
+// Small platform helpers used by all modules, and the folders of this installation.
 #pragma once
 
 #include <QString>
 
 namespace lumora {
 
-/// Where this installation keeps its things. "/" separates folders.
+/// The folders of this installation, separated by "/".
 struct Installation {
     QString programFolder;       ///< the folder that holds the program file
-    QString recoveryFolder = {}; ///< where copies of unsaved photos are kept; empty: nowhere
+    QString recoveryFolder = {}; ///< where copies of unsaved photos are kept; empty: disabled
     QString settingsFile() const { return programFolder + "/Lumora.ini"; }
     /// language.ini in the program's folder, its name matched without regard to case.
     QString languageFile() const;
@@ -16,11 +16,11 @@ struct Installation {
     QString videosFolder() const { return programFolder + "/Videos"; }
 };
 
-/// The user's folder of that shell number: 5 documents, 39 pictures, 0 desktop, made when it is missing, as a desktop
-/// does at log-in; an empty text for another number or where it cannot be made.
+/// The user's folder of that shell number: 5 documents, 39 pictures, 0 desktop, created when it is missing, as a
+/// desktop does at log-in; an empty text for any other number or when it cannot be created.
 QString GetSpecialFolderPath(int folder);
 
-/// Opens a document or address with the desktop's own program for it. Quiet when there is none.
+/// Opens a document or address with the desktop's own program for it. Does nothing when there is none.
 void OpenWithShell(const QString &documentOrAddress);
 
 /// "1.0.0": major, minor, revision of this program.

@@ -15,7 +15,7 @@ namespace lumora {
 
 namespace {
 
-constexpr QSize tileSize(156, 158);    // pixels, the least: what is left of a row widens its tiles
+constexpr QSize tileSize(156, 158);    // pixels, minimum: the rest of a row widens its tiles
 constexpr QSize pictureRoom(136, 106); // pixels
 constexpr int tileGap = 5;             // pixels around each tile
 constexpr int keptThumbnails = 300;
@@ -78,7 +78,7 @@ class CardDelegate : public QStyledItemDelegate {
 
 QStringList sortedNames(const QString &folder, const QStringList &patterns) {
     QStringList names = QDir(folder).entryList(patterns, QDir::Files, QDir::Unsorted);
-    // The C locale knows no order of names but that of their bytes: photo10 would stand before photo2.
+    // The C locale compares names by bytes only: photo10 would sort before photo2.
     const QLocale locale;
     QCollator collator(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
@@ -175,7 +175,7 @@ QListWidgetItem *PhotoList::itemOf(const QString &name) const {
 }
 
 void PhotoList::resizeEvent(QResizeEvent *event) {
-    // The view leaves the scroll bar's place free when it is hidden too; the last pixel would break the row.
+    // The view reserves the scroll bar's width even when it is hidden; one more pixel would wrap the row.
     const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, verticalScrollBar());
     const int room = maximumViewportSize().width() - bar - 1;
     setGridSize({room / std::max(1, room / tileSize.width()), tileSize.height()});

@@ -10,8 +10,8 @@
 
 namespace lumora {
 
-/// Lists names at once and fills in the thumbnails of what is in view. A file that turns out to be no picture shows a
-/// broken frame and can no longer be chosen.
+/// Lists names at once and loads the thumbnails of visible items. A file that is not a picture shows a broken frame and
+/// cannot be chosen any more.
 class PhotoList : public QListWidget {
     Q_OBJECT
 
@@ -19,21 +19,21 @@ class PhotoList : public QListWidget {
     explicit PhotoList(QWidget *parent = nullptr);
 
     /// Lists the files of that folder whose names match one of the patterns ("*.jpg"), without regard to case, in the
-    /// order of their names. Folders never. Returns an empty text, or what went wrong, and then the list stays as it
-    /// was.
+    /// order of their names. Folders are never listed. Returns an empty text, or an error message; then the list is
+    /// unchanged.
     QString showFolder(const QString &folder, const QStringList &patterns);
 
-    /// What an empty list says, with an icon before it (":/icons/NAME.svg"); nothing when it is not set. Set before
-    /// showFolder.
+    /// The message of an empty list, with an icon before it (":/icons/NAME.svg"); nothing when it is not set. Set
+    /// before showFolder.
     void setEmptyHint(const QString &text, const QString &icon);
 
     /// The name of the chosen file, or an empty text.
     QString chosenName() const;
-    /// The thumbnail of that row's file; null while it is not made or when it cannot be.
+    /// The thumbnail of that row's file; null until it is made or when that fails.
     QPixmap thumbnail(const QString &name) const;
     bool isUnreadable(const QString &name) const { return m_unreadable.contains(name); }
 
-    /// Four photos beside each other on a small screen, six on a large one.
+    /// Four columns on a small screen, six on a large one.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {360, 200}; }
 

@@ -21,7 +21,7 @@ class SimpleFileDialog : public BorderlessDialog {
     /// `okLoop` is the loop of the OK button's drawing.
     SimpleFileDialog(AppContext &ctx, const QString &name, QWidget *owner, const QString &okLoop);
 
-    /// Shows the dialog, modal over its owner, and says how it was ended.
+    /// Shows the dialog, modal over its owner, and returns how it was closed.
     Ending run();
     /// OK was pressed with a name; returns false when the dialog is to stay open.
     virtual bool takeChoice() = 0;
@@ -37,7 +37,7 @@ class SimpleFileDialog : public BorderlessDialog {
     void pressOK();
 
     AppContext &m_ctx;
-    QLineEdit *txtPath; ///< the folder; not shown, for the title line shows it
+    QLineEdit *txtPath; ///< the folder; hidden because the title line shows it
     QLineEdit *txtFile;
     AnimatedButton *cmdOK;
     AnimatedButton *cmdCancel;

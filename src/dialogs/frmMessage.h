@@ -1,4 +1,4 @@
-// The notice on a small screen. Its texts stand in the settings file. The splash shows it.
+// The notice on a small screen. Its texts are in the settings file. The splash shows it.
 #pragma once
 
 #include "widgets/BorderlessDialog.h"

@@ -16,7 +16,7 @@
 
 namespace lumora {
 
-/// What stands above the question.
+/// What is shown above the question.
 enum class PromptPicture {
     Drawing, ///< the row's icon
     File,    ///< the photo in the file that would be replaced, once it is read; the icon until then
@@ -31,8 +31,8 @@ struct PromptRow {
     double textPoints;
     int answerPicture; // pixels
     int answerGap;     // pixels above the answers, beside the usual spacing
-    bool cancelButton; // a third way out, cmdExit
-    Answer enter;      // what Enter gives at first: never the answer that loses something
+    bool cancelButton; // a third way to close it, cmdExit
+    Answer enter;      // the initial default button: never the answer that loses data
 };
 
 namespace {
@@ -55,7 +55,7 @@ constexpr QSize largestPrint(440, 320); // pixels
 constexpr int mount = 8;                // pixels of white paper round a print
 constexpr int smallestPrintSide = 96;   // pixels, with the mount: a strip or a dot is still seen to be a photo
 
-/// The photo on a white mount, as a print lies on the table.
+/// The photo on a white mount, like a print on a table.
 QPixmap print(const QImage &photo, qreal ratio) {
     const QSize room = largestPrint * ratio;
     const QSize fitted = photo.size().scaled(photo.size().boundedTo(room), Qt::KeepAspectRatio);
@@ -73,7 +73,7 @@ QPixmap print(const QImage &photo, qreal ratio) {
     return pixmap;
 }
 
-/// Breaks a text that does not fit into one line into lines of about the same length.
+/// Breaks a text that does not fit on one line into lines of similar length.
 void balanceLines(QLabel &label) {
     const int whole = label.fontMetrics().horizontalAdvance(label.text());
     const int lines = 1 + whole / largestPrint.width();

@@ -1,5 +1,5 @@
-// The yes-or-no questions before something could be lost, each a row of the table in frmPrompt.cpp. Asked by the
-// commands that open, save and leave, and by RecoveryOffer; what an answer does is theirs.
+// The yes-or-no questions before data could be lost, one row each in the table of frmPrompt.cpp. Asked by the commands
+// that open, save and leave, and by RecoveryOffer; the callers act on the answer.
 #pragma once
 
 #include "widgets/BorderlessDialog.h"
@@ -18,11 +18,10 @@ enum class PromptKind {
     Save,           ///< frmSave: save changes before leaving
     SaveBeforeOpen, ///< frmSave2: save changes before opening another photo
     Overwrite,      ///< frmOverwrite: replace an existing file, txtSimpleSavePath
-    Recover,        ///< frmRecover: have back the photo of a run that was not ended properly
+    Recover,        ///< frmRecover: restore the photo after a crash
 };
 
-/// Cancelled is Esc, the button cmdExit where there is one, and the window system's own ways to close a window: nothing
-/// is decided.
+/// Cancelled is Esc, the button cmdExit where there is one, and closing by the window manager: no decision was made.
 enum class Answer { Yes, No, Cancelled };
 
 class frmPrompt : public BorderlessDialog {
@@ -30,7 +29,7 @@ class frmPrompt : public BorderlessDialog {
 
   public:
     /// `photo` is what the question is about, where a caller has it; else the row's drawing, or the file's own picture,
-    /// stands above the question. `owner` may be null.
+    /// is shown above the question. `owner` may be null.
     frmPrompt(AppContext &ctx, PromptKind kind, QWidget *owner, const QImage &photo = {});
 
     /// Shows the question, modal over its owner, and waits for the answer.
@@ -47,7 +46,7 @@ class frmPrompt : public BorderlessDialog {
     QLabel *lblPrompt;
 };
 
-/// Asks that question and gives back the answer.
+/// Asks that question and returns the answer.
 Answer ask(AppContext &ctx, PromptKind kind, QWidget *owner, const QImage &photo = {});
 
 } // namespace lumora

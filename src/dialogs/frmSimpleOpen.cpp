@@ -15,7 +15,7 @@ namespace lumora {
 
 namespace {
 
-/// The sample groups: where each stands below the folder of sample photos. Names and captions differ here and there.
+/// The sample groups: the subfolder of each in the folder of sample photos. Some names and captions differ.
 struct GroupRow {
     const char *button;
     const char *icon;

@@ -1,4 +1,4 @@
-// The Simple mode's own open dialog: the photos of one folder as pictures, and the five groups of sample photos.
+// Simple mode's own open dialog: the photos of one folder as pictures, and the five groups of sample photos.
 // Shown by the Open command; it never loads a photo itself.
 #pragma once
 
@@ -21,7 +21,7 @@ class frmSimpleOpen : public SimpleFileDialog {
     frmSimpleOpen(AppContext &ctx, const QString &name, QWidget *owner);
 
     /// Shows the dialog and waits. Open: fields.txtSimplePath holds the path. More: photo.CurrentFileName holds the
-    /// folder, and the system's own dialog is wanted.
+    /// folder, and the system's own dialog is requested.
     Result ask();
 
   protected:

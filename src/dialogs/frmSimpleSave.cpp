@@ -59,7 +59,7 @@ QPixmap typeBadge(const TypeRow &type, int size, qreal devicePixelRatio) {
     return pixmap;
 }
 
-/// Leaves out what no file name can hold, as it is typed or pasted.
+/// Removes characters that are invalid in file names, as they are typed or pasted.
 class NameValidator : public QValidator {
   public:
     using QValidator::QValidator;
@@ -162,7 +162,7 @@ void frmSimpleSave::layOut() {
     setTabOrder(cmdOK, cmdCancel);
 }
 
-/// What is going to be saved, small.
+/// A thumbnail of what is going to be saved.
 QLabel *frmSimpleSave::photoLabel() {
     constexpr QSize room(112, 84); // pixels
     const qreal ratio = devicePixelRatioF();

@@ -1,4 +1,4 @@
-// The Simple mode's own save dialog: a name, one of six types, a folder from the settings. Shown by the Save command
+// Simple mode's own save dialog: a name, one of six types, a folder from the settings. Shown by the Save command
 // and by the save prompt; it never writes a photo itself.
 #pragma once
 
@@ -9,12 +9,12 @@ class QLabel;
 
 namespace lumora {
 
-/// The name that a file gets: what was typed and the extension of the type at that position of the type list (0 BMP,
-/// 1 JPEG, 2 PNG, 3 GIF, 4 TIFF, 5 TGA), always appended. Empty for another position or without a name.
+/// The resulting file name: the typed text and the extension of the type at that position of the type list (0 BMP,
+/// 1 JPEG, 2 PNG, 3 GIF, 4 TIFF, 5 TGA), always appended. Empty for any other position or without a name.
 QString simpleSaveName(const QString &typed, int type);
 
-/// A name to begin with: `base`, or with the first number from 2 that makes it new in the folder, whatever the type of
-/// the files there. So whoever cannot write yet can save too, and never over another picture.
+/// A suggested name: `base`, or `base` with the first number from 2 that is unused in the folder, whatever the file
+/// types there. So a child who cannot write yet can save too, and never overwrites another picture.
 QString freeSaveName(const QString &folder, const QString &base);
 
 class frmSimpleSave : public SimpleFileDialog {
@@ -26,8 +26,8 @@ class frmSimpleSave : public SimpleFileDialog {
     /// `name` is "frmSimpleSave" for the Save command, "frmSimpleSave2" for the save prompt.
     frmSimpleSave(AppContext &ctx, const QString &name, QWidget *owner);
 
-    /// Shows the dialog and waits. Save: path() is where the photo is to go, and its folder stands. More:
-    /// photo.CurrentFileName holds the folder, and the system's own dialog is wanted.
+    /// Shows the dialog and waits. Save: path() is the target, and its folder exists. More:
+    /// photo.CurrentFileName holds the folder, and the system's own dialog is requested.
     Result ask();
     /// The folder, the name and the type's extension; empty while there is no name.
     QString path() const;

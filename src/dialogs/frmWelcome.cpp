@@ -18,11 +18,11 @@ namespace lumora {
 
 namespace {
 
-constexpr int blinkInterval = 450; // milliseconds: slow enough for sensitive eyes
+constexpr int blinkInterval = 450; // milliseconds: slow enough for photosensitive users
 constexpr int ringRoom = 9;        // pixels around the button
 constexpr int crayonSize = 76;     // pixels
 
-/// A ring drawn around one button of a window; clicks go through it.
+/// A ring drawn around one button of a window; transparent for mouse clicks.
 class Ring : public QWidget {
   public:
     Ring(QWidget *window, QWidget *button) : QWidget(window), m_button(button) {

@@ -1,4 +1,4 @@
-// The welcome bubble: tells a newcomer to begin at the yellow folder, around which it draws a flashing ring. The main
+// The welcome bubble: points a new user to the yellow folder and draws a flashing ring around it. The main
 // window shows it some time after its start.
 #pragma once
 
@@ -37,7 +37,7 @@ class frmWelcome : public Bubble {
     QCheckBox *chkShow;
     AnimatedButton *cmdOK;
     AnimatedButton *cmdCancel;
-    QLabel *picCrayon; ///< greets in step with the answers
+    QLabel *picCrayon; ///< waves in step with the answer buttons
     QPointer<QWidget> picRing;
     QTimer tmrBlinker{this};
 };

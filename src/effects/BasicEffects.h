@@ -16,7 +16,7 @@ class BasicEffects {
     const SelectionFlow &flow() const { return m_flow; }
 
     /// Applies the effect of that FT3 key to what is marked, or to the whole photo, as one undo step. Nothing happens
-    /// without a photo or for an unknown key. Where the engine refuses (no memory) the photo keeps its pixels.
+    /// without a photo or for an unknown key. When the engine fails (no memory) the photo keeps its pixels.
     EffectOutcome apply(const QString &key);
 
   private:

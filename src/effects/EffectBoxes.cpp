@@ -29,7 +29,7 @@ EffectBox::EffectBox(const Effect &effect, QWidget *parent) : QWidget(parent), m
         addSlider(effect.sliders.at(i), static_cast<int>(i));
     }
     if (m_row->count() > 0) {
-        m_row->addStretch(); // what the sliders leave of a wide window
+        m_row->addStretch(); // the width beside the sliders in a wide window
     }
     if (effect.sentence != nullptr) {
         addSentence(effect.sentence, 0);

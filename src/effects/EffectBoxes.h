@@ -22,11 +22,11 @@ class EffectBox : public QWidget {
     /// The box that the row of the effect asks for.
     static EffectBox *make(const Effect &effect, QWidget *parent);
 
-    /// Shows these values; tells nobody.
+    /// Sets the values without emitting valueChanged.
     virtual void setValues(const EffectValues &values);
-    /// The user's photo, made small, for boxes that show what a style does to it.
+    /// The user's photo, reduced, for boxes that preview a style on it.
     virtual void setPhoto(const QImage &photo);
-    /// True where setPhoto shows it.
+    /// Whether setPhoto has an effect.
     virtual bool showsPhoto() const { return false; }
 
   Q_SIGNALS:
@@ -46,7 +46,7 @@ class EffectBox : public QWidget {
     std::vector<CaptionedSlider *> m_sliders; ///< one for each value
 };
 
-/// A slider below its caption and its value. Each change is told with `changed`.
+/// A slider below its caption and its value. Each change emits `changed`.
 class CaptionedSlider : public QWidget {
     Q_OBJECT
 

@@ -18,8 +18,8 @@ QImage fitted(const QImage &picture, int side) {
     return scaled(picture, size.width(), size.height());
 }
 
-/// What the effect makes of the picture, for the item of that key; the icon stays where the engine refuses. `small`:
-/// made small before the effect, for one that changes single pixels, else after it.
+/// The picture with the effect applied, for the item of that key; the icon stays when the engine fails. `small`: the
+/// picture is reduced before the effect, for effects on single pixels, else after it.
 void makePicture(FloatingToolbar *bar, const QString &key, const QImage &source, const Operation &operation,
                  bool small) {
     const PictureButton *item = bar->item(key);
@@ -57,7 +57,7 @@ void EffectPreviews::SetupFoto4FX() {
         return;
     }
     m_jobs.push_back([this] {
-        // From the canvas itself: the reduced copy does not follow every change.
+        // Made from the canvas itself: the reduced copy is not updated on every change.
         const QImage &photo = m_ctx.photo.picCanvas();
         picSFX = fitted(photo, longerSide);
     });

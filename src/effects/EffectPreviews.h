@@ -1,4 +1,4 @@
-// The small pictures of the effects on the user's own photo in the lists FT3 and FT4, made anew after every change.
+// The previews of the effects on the user's own photo in the lists FT3 and FT4, made again after every change.
 #pragma once
 
 #include <QImage>
@@ -22,8 +22,8 @@ class EffectPreviews : public QObject {
     /// Sets the pictures of the items of both lists: those of the basic and of the special effects.
     EffectPreviews(AppContext &ctx, FloatingToolbar *FT3, FloatingToolbar *FT4, QObject *parent = nullptr);
 
-    /// Begins to make the small pictures of the photo as it is now, one a turn of the event loop. What was still to be
-    /// made of an earlier photo is dropped.
+    /// Starts making the previews of the current photo, one per event loop iteration. Pending previews of an earlier
+    /// photo are dropped.
     void SetupFoto4FX();
     bool isDone() const { return m_jobs.empty() && !tmrLoadFX.isActive(); }
 

@@ -37,7 +37,7 @@ namespace {
 using Values = EffectValues;
 using enum EffectGroup;
 
-/// The texture for a photo at 1/factor of its size; null while memory for it is refused.
+/// The texture for a photo at 1/factor of its size; null when memory allocation fails.
 QImage picTexture(int factor) {
     static std::mutex one; // several threads paint previews
     static QImage picture;
@@ -124,7 +124,7 @@ const std::vector<Effect> &rows() {
          .operation = texture,
          .basic = {0},
          .advanced = {50},
-         .sliders = {{"sldSFX7", "lblTexture", 0, 100, true}}}, // its value is how much of the texture fades
+         .sliders = {{"sldSFX7", "lblTexture", 0, 100, true}}}, // its value is how far the texture is faded
         {.group = Special, .number = 8, .name = "SFX8", .icon = "tool10",
          .operation = tile,
          .basic = {5, 5},
@@ -136,7 +136,7 @@ const std::vector<Effect> &rows() {
          .advancedSteps = {OutlineHidden::Before, true}},
         {.group = Special, .number = 9, .name = "SFX9", .icon = "tool10",
          .operation = [](const Values &, int) -> Operation { return {applyColourEmboss, {}}; },
-         .sentence = "lbl3x3", // "No settings" stands here, and not in the box of the 3 x 3 kernel
+         .sentence = "lbl3x3", // "No settings" is shown here, not in the box of the 3 x 3 kernel
          .looksAtNeighbours = true},
         {.group = Special, .number = 10, .name = "SFX10", .icon = "tool10",
          .operation = tracing,

@@ -1,5 +1,5 @@
-// The table of effects: one row says all that the program knows of one. The floating bars, the small pictures, the
-// effects panel, the live preview and what applies an effect are made from it.
+// The table of effects: one row holds all data of an effect. The floating bars, the previews, the effects panel, the
+// live preview and the code that applies an effect use it.
 #pragma once
 
 #include "imaging/Operation.h"
@@ -18,16 +18,16 @@ struct Effect;
 /// What an effect is run with, in the order of its sliders.
 using EffectValues = std::vector<int>;
 
-/// Each has a floating bar of its own.
+/// Each has its own floating bar.
 enum class EffectGroup { Basic, Special, Adjustment };
 
 /// When an effect of the whole photo hides the outline of the selection.
 enum class OutlineHidden { Before, After, OnlyInvisibleAfter };
 
-/// How a whole-photo effect deals with what lies beside the photo.
+/// What else follows from an effect of the whole photo.
 struct WholePhotoSteps {
     OutlineHidden outline = OutlineHidden::After;
-    bool dummyPicture = false; ///< the reduced copies are made anew
+    bool dummyPicture = false; ///< the reduced copies are made again
 };
 
 /// One slider of a settings box, for one value.
@@ -36,7 +36,7 @@ struct EffectSlider {
     const char *label; ///< object name of its caption
     int least;
     int most;
-    bool showsRest = false; ///< shows how far it is from `most`, and grows to the other side
+    bool showsRest = false; ///< shows the distance from `most`, and grows in the opposite direction
 };
 
 /// One effect. Adding one is adding a row in EffectTable.cpp.
@@ -54,13 +54,13 @@ struct Effect {
     EffectValues advanced = {}; ///< of the settings box when it opens
     std::vector<EffectSlider> sliders = {};
     const char *sentence = nullptr; ///< object name of the label in a box without settings
-    EffectBox *(*makeBox)(const Effect &effect, QWidget *parent) = nullptr; ///< a box that is no row of sliders
+    EffectBox *(*makeBox)(const Effect &effect, QWidget *parent) = nullptr; ///< a custom box without the sliders
     const char *panelCaption = nullptr;                                     ///< English, where it differs on the panel
     Make advancedOperation = nullptr; ///< where the settings box applies another operation; not through a lasso
 
     bool valuesAreLengths = false;  ///< pixels of the photo: a reduced photo takes smaller ones
-    bool looksAtNeighbours = false; ///< what it does to single pixels shows at full size only
-    bool noZeros = false;           ///< a value of 0 ends it before it begins
+    bool looksAtNeighbours = false; ///< its effect on single pixels is visible only at full size
+    bool noZeros = false;           ///< a value of 0 cancels it before it starts
     bool wholePhoto = false;        ///< always changes the whole photo and only hides the selection
     WholePhotoSteps basicSteps = {};
     WholePhotoSteps advancedSteps = {};
@@ -79,7 +79,7 @@ const Effect *findEffect(EffectGroup group, const QString &key);
 Operation operationOf(const Effect &effect, bool advanced, const EffectValues &values, int factor = 1);
 /// The values for a photo at 1/factor of its size.
 EffectValues valuesAtScale(const Effect &effect, const EffectValues &values, int factor);
-/// False where the values end the effect before it begins: no tile across or down.
+/// False when the values cancel the effect before it starts: no tile across or down.
 bool canRun(const Effect &effect, const EffectValues &values);
 
 } // namespace lumora

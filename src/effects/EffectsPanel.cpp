@@ -74,7 +74,7 @@ void EffectsPanel::showBox(const Effect &effect) {
     showPhoto();
 }
 
-/// In the boxes that show what a style does to the photo.
+/// The previews in the boxes that show styles on the photo.
 void EffectsPanel::showPhoto() {
     for (const auto &[number, box] : m_boxes) {
         if (!box->isHidden() && box->showsPhoto()) {

@@ -17,7 +17,7 @@ class EffectsPanel : public SlidingPanel {
     EffectsPanel(AppContext &ctx, SpecialEffects &effects, PhotoView &view, QWidget *window);
 
     /// An item of FT4 was picked: "keySFX1", "keySFX2" ...; other keys do nothing. Applies the effect at once, or opens
-    /// its box where advanced settings are on.
+    /// its box when advanced settings are on.
     void pick(const QString &key);
     /// The number of the effect picked last; 0 before the first.
     int SelectedSFX() const { return m_picked; }

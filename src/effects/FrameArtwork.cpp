@@ -21,7 +21,7 @@ namespace {
 struct FrameRow {
     const char *drawing; ///< in the binary, below :/frames
     QMargins corners;    ///< how far the corners reach along the sides
-    QMargins depth;      ///< how far the sides reach towards the middle with their shadow, at most as the corners
+    QMargins depth;      ///< how far the sides reach inwards including their shadow, at most as far as the corners
     int repeats;         ///< of the pattern along a side of the drawing
 };
 
@@ -36,10 +36,10 @@ const FrameRow rows[frameCount] = {
     {"comic", {280, 280, 280, 280}, {205, 210, 200, 200}, 2},
 };
 
-/// Smaller frames are drawn sooner than a second thread has read their drawing.
+/// Smaller frames are drawn faster than a second thread can read their drawing.
 constexpr qint64 worthThreads = 1'000'000; // pixels
 
-/// A corner and the pattern beside it, drawn together so that each drawing is gone through only four times.
+/// A corner and the pattern beside it, drawn together so that each drawing is rendered only four times.
 struct Part {
     QRectF shown;
     QRect corner;  ///< of the part's picture
@@ -58,7 +58,7 @@ void lay(const QImage &picture, const QRect &from, const PixelView &frame, QPoin
     }
 }
 
-/// Fills a side with the pattern, a whole number of times. False when memory is refused.
+/// Fills a side with the pattern, a whole number of times. Returns false when memory allocation fails.
 bool repeat(const QImage &pattern, const Part &part, const PixelView &frame) {
     const int natural = part.across ? pattern.width() : pattern.height();
     const int times = std::max(1, static_cast<int>(std::lround(static_cast<double>(part.sideLength) / natural)));
@@ -90,7 +90,7 @@ Measures measure(const FrameRow &row, QSizeF pattern, QSize size) {
     const auto pixels = [&](double units) {
         return static_cast<int>(std::lround(units * shorter / FrameDrawing::side));
     };
-    const int most = (shorter - 1) / 2; // something of the photo stays
+    const int most = (shorter - 1) / 2; // some of the photo stays visible
     const auto margins = [&](const QMargins &units) {
         return QMargins(std::min(most, pixels(units.left())), std::min(most, pixels(units.top())),
                         std::min(most, pixels(units.right())), std::min(most, pixels(units.bottom())));
@@ -141,7 +141,7 @@ std::array<Part, 4> partsOf(const FrameRow &row, QSize size) {
     }};
 }
 
-/// False when memory is refused.
+/// Returns false when memory allocation fails.
 bool draw(FrameDrawing &drawing, const Part &part, const PixelView &frame) {
     const QImage picture = drawing.part(part.shown, part.corner.united(part.pattern).size());
     if (picture.isNull()) {
@@ -171,7 +171,7 @@ QImage FrameArtwork::picture(int n, QSize size) {
     if (!drawing) {
         drawing = std::make_unique<FrameDrawing>(QStringLiteral(":/frames/%1.svg").arg(QLatin1String(row.drawing)));
     }
-    const auto parts = partsOf(row, size); // they lie beside each other in the frame
+    const auto parts = partsOf(row, size); // they are adjacent in the frame
     std::array<bool, 4> drawn{};
     const auto drawPart = [&](std::size_t i) {
         drawn[i] = parts[i].corner.isEmpty() || draw(*drawing, parts[i], pixels);

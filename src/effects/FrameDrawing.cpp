@@ -16,13 +16,13 @@ constexpr double shadowSoftness = 9; // standard deviation of the blur
 constexpr QPointF shadowOffset(3, 6);
 const QColor shadowColour(33, 24, 40, 128);
 
-// What is soft needs no detail: shadows are kept small, with some of what lies beyond the edges.
+// Soft shadows need no detail: they are kept at low resolution, with a margin beyond the edges.
 constexpr int shadowBlur = 3; // pixels
 constexpr double shadowScale = shadowBlur / shadowSoftness;
 constexpr double beyond = 3 * shadowSoftness;
 const QRectF shadowed(-beyond, -beyond, FrameDrawing::side + 2 * beyond, FrameDrawing::side + 2 * beyond);
 
-/// Where `shown` fills `target`, this is where `area` lies.
+/// The position of `area` in `target` when `shown` fills `target`.
 QRectF placeOf(const QRectF &area, const QRectF &shown, const QRectF &target) {
     const double x = target.width() / shown.width();
     const double y = target.height() / shown.height();
@@ -50,7 +50,7 @@ QImage shadowOf(QSvgRenderer &drawing, const QString &name) {
     }
     EffectEngine engine;
     engine.setPicture(std::move(shadow).convertToFormat(QImage::Format_ARGB32));
-    engine.apply({applyBlur, {shadowBlur}}, false); // refused, it is a hard shadow
+    engine.apply({applyBlur, {shadowBlur}}, false); // without memory the shadow is hard
     return engine.picture().convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 

@@ -12,16 +12,16 @@
 
 namespace lumora {
 
-/// A picture file of a frame around a square. Its groups "layer1" (the lowest), "layer2"... lie on one another like
-/// sheets of paper, each with a soft shadow on what lies below it and on the photo.
+/// A picture file of a frame around a square. Its groups "layer1" (the lowest), "layer2"... are stacked like sheets of
+/// paper, each with a soft shadow on the layers below it and on the photo.
 class FrameDrawing {
   public:
     static constexpr int side = 1000; ///< units from edge to edge
 
     explicit FrameDrawing(const QString &file);
 
-    /// What lies within `shown` (units) at that size in pixels: straight alpha, transparent where nothing is. A null
-    /// picture when memory is refused. Several threads may ask at once.
+    /// Renders the part inside `shown` (units) at that size in pixels: straight alpha, transparent where nothing is
+    /// drawn. Returns a null picture when memory allocation fails. Thread-safe.
     QImage part(const QRectF &shown, QSize size);
 
   private:
@@ -29,7 +29,7 @@ class FrameDrawing {
         QString name;
         QImage shadow;
     };
-    /// The drawing, read from its file, for one thread: a renderer that nobody uses now, or a new one.
+    /// The drawing, read from its file, for one thread: an idle renderer, or a new one.
     std::unique_ptr<QSvgRenderer> takeRenderer();
     void giveBack(std::unique_ptr<QSvgRenderer> renderer);
 

@@ -84,7 +84,7 @@ void Frames::CreateFrameThumbnails() {
 
 void Frames::nextThumbnail() {
     if (m_ctx.tasks.isRunning()) {
-        return; // it may be the artwork that the other thread draws
+        return; // it may be the artwork that another thread is drawing
     }
     if (m_nextThumbnail > frameCount) {
         m_turn.stop();

@@ -1,5 +1,5 @@
 // The eight frames of the list FT5: around the photo, and around the small copies of it that the list shows. The main
-// window hands the list's clicks here.
+// window forwards the list's clicks here.
 #pragma once
 
 #include "effects/FrameArtwork.h"
@@ -21,19 +21,19 @@ class Frames : public QObject {
     /// Sets the pictures of the items keyFrame1 to keyFrame8 of FT5.
     Frames(AppContext &ctx, FloatingToolbar *FT5, QObject *parent = nullptr);
 
-    /// An item of FT5 was picked: frames the photo. False for an unknown key and where
-    /// fFramePicture says so.
+    /// An item of FT5 was picked: frames the photo. False for an unknown key and when
+    /// fFramePicture returns false.
     bool pick(const QString &key);
 
     /// Puts frame n (1 to 8) around the whole photo as one undo step; the photo keeps its size, the selection stays.
-    /// Nothing happens without a photo or for other numbers. False when memory was refused: the photo then keeps its
-    /// pixels.
+    /// Does nothing without a photo or for other numbers. Returns false when memory allocation fails: the photo then
+    /// keeps its pixels.
     bool fFramePicture(int n);
 
-    /// The icon of frame n (1 to 8): the reduced photo in that frame, unframed when memory is refused, with a longer
-    /// side of 120 pixels. Shows it in FT5 and answers it; null without a photo and for other numbers.
+    /// The icon of frame n (1 to 8): the reduced photo in that frame, unframed when memory allocation fails, with a
+    /// longer side of 120 pixels. Shows it in FT5 and returns it; null without a photo and for other numbers.
     QImage fFrameThumbnail(int n);
-    /// All eight icons, one a turn of the event loop: drawing a frame takes its time.
+    /// All eight icons, one per event loop iteration, because drawing a frame is slow.
     void CreateFrameThumbnails();
 
   private:

@@ -15,7 +15,7 @@ namespace lumora {
 
 namespace {
 
-/// Where the selection lies on a picture of 1/factor of the photo's size, seen from a corner of a part of it.
+/// The selection on a picture of 1/factor of the photo's size, relative to a corner of a part of it.
 Region regionOn(const PhotoSelection &selection, int factor, const QRect &part) {
     const auto place = [&](double x, double y) {
         return PicturePoint{x / factor - part.left(), y / factor - part.top()};
@@ -66,7 +66,7 @@ LivePreview::LivePreview(AppContext &ctx, PhotoView &view, QObject *parent)
     connect(&view, &PhotoView::visiblePartChanged, this, &LivePreview::schedule);
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Loaded)) {
-            clear(); // the operation was meant for the photo before
+            clear(); // the operation was for the previous photo
         } else if (what.testFlag(PhotoChange::Selection)) {
             schedule();
         }
@@ -114,7 +114,7 @@ std::optional<LivePreview::Job> LivePreview::makeJob() const {
         job.picture = m_ctx.photo.picCanvas();
         job.factor = 1;
     }
-    // Whole pixels of what the view paints from, also where the photo's own are computed.
+    // Whole pixels of the level that the view paints from, also when the photo itself is computed.
     const QRect shown = reduced(visible, job.shownFactor);
     job.part = (job.factor == job.shownFactor ? shown : enlarged(shown, job.shownFactor)) & job.picture.rect();
     if (limited && regionOn(job.marked, job.factor, job.part).isEmpty()) {
@@ -142,7 +142,7 @@ void LivePreview::start() {
     });
 }
 
-/// In the worker. The engine keeps to the part in view; it reads beyond it where it needs to.
+/// Runs in the worker. The engine changes only the visible part; it reads beyond it where needed.
 QImage LivePreview::compute(const Job &job) {
     try {
         EffectEngine engine;

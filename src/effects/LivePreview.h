@@ -1,5 +1,5 @@
-// Shows on the photo itself what an operation would do to it, without touching it: what a panel shows while its sliders
-// move. Computed in another thread from what is in view.
+// Previews an operation on the photo without changing it: shown while the sliders of a panel move. Computed in another
+// thread from the visible part.
 #pragma once
 
 #include "imaging/Operation.h"
@@ -16,11 +16,11 @@ struct AppContext;
 class PhotoView;
 
 struct LiveOperation {
-    /// What runs on the photo, or on a reduced copy of it at 1/factor of its size. Called in another thread: takes
-    /// everything it needs along as copies.
+    /// The operation on the photo, or on a reduced copy of it at 1/factor of its size. Called in another thread:
+    /// captures everything it needs by value.
     std::function<Operation(int factor)> operation;
-    bool wholePhoto = false; ///< does not keep to the selection, and its pixels move over the whole photo
-    bool atFullSize = false; ///< what it does shows in the photo's own pixels only; the result is reduced
+    bool wholePhoto = false; ///< ignores the selection and moves pixels over the whole photo
+    bool atFullSize = false; ///< computed at full size only; the result is reduced
 };
 
 class LivePreview : public QObject {
@@ -32,16 +32,16 @@ class LivePreview : public QObject {
     LivePreview(AppContext &ctx, PhotoView &view, QObject *parent = nullptr);
     ~LivePreview() override;
 
-    /// Shows the operation instead of the one before it. While one is being computed only the newest is kept. It
-    /// follows scrolling, zooming and the selection, until clear() or until the photo changes.
+    /// Shows the operation instead of the one before it. While one is being computed only the newest request is kept.
+    /// It follows scrolling, zooming and the selection, until clear() or until the photo changes.
     void show(LiveOperation operation);
     void clear();
     bool isShown() const { return m_operation.has_value(); }
-    /// Something is being computed, wanted still or no longer.
+    /// A computation is running, even if its result is obsolete.
     bool isBusy() const { return m_busy; }
 
   Q_SIGNALS:
-    /// A picture is on its way to the view; how long it was computed, in milliseconds.
+    /// A preview is about to be shown; how long it was computed, in milliseconds.
     void shown(qint64 milliseconds);
 
   private:
@@ -59,7 +59,7 @@ class LivePreview : public QObject {
     QTimer m_timer;
     int m_generation = 0; ///< results of an earlier one are dropped
     bool m_busy = false;
-    bool m_stale = false; ///< something newer is wanted than what is being computed
+    bool m_stale = false; ///< a newer request is waiting for the running computation
 };
 
 } // namespace lumora

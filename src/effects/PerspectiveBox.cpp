@@ -80,7 +80,7 @@ void PerspectiveBox::addStyles() {
         button->setObjectName(QStringLiteral("optPerspective%1").arg(i + 1));
         button->setPictureSize(stylePicture);
         button->setCheckable(true);
-        const int sign = i == 0 ? -1 : 1; // the first leaves by the left, the second by the right
+        const int sign = i == 0 ? -1 : 1; // the first recedes to the left, the second to the right
         connect(button, &QAbstractButton::clicked, this, [this, sign] {
             const int degrees = std::abs(m_values[0]);
             setAngle(sign * (degrees == 0 ? styleDegrees : degrees));
@@ -91,7 +91,7 @@ void PerspectiveBox::addStyles() {
     }
 }
 
-/// While it is typed: a text that is no number yet leaves the angle as it is.
+/// Called while typing: a text that is not a number yet does not change the angle.
 void PerspectiveBox::readAngle() {
     bool isNumber = false;
     const int degrees = txtAngle->text().toInt(&isNumber);

@@ -1,4 +1,4 @@
-// SFXBox11: the angle of the perspective, as a slider, as a number and as two styles, and what shows behind the photo.
+// SFXBox11: the angle of the perspective, as a slider, as a number and as two styles, and the background colour.
 #pragma once
 
 #include "effects/EffectBoxes.h"

@@ -15,7 +15,7 @@ using Shape = PhotoSelection::Shape;
 constexpr int fullStrength = 100; // per cent of a paste
 
 QImage pastedThrough(const Region &region, const QImage &photo, const QImage &changed) {
-    QImage next = photo; // its own pixels as soon as they are written to
+    QImage next = photo; // detaches on write
     return pasteThrough(next, changed, region, 0, 0, fullStrength) ? next : QImage();
 }
 
@@ -59,7 +59,7 @@ EffectOutcome SelectionFlow::applyThroughLasso(const Operation &operation) {
         return EffectOutcome::Nothing;
     }
     m_engine.setPicture(m_ctx.photo.picCanvas());
-    // Nothing but what lies in the box around the lasso will be pasted, so nothing else is computed.
+    // Only the bounding box of the lasso is pasted, so nothing else is computed.
     SelectionBounds bounds;
     readBounds(bounds);
     m_engine.setRectangularRegion(bounds.SelLeft, bounds.SelTop, bounds.SelRight, bounds.SelBottom);
@@ -93,7 +93,7 @@ void SelectionFlow::hideSelection() {
     m_ctx.photo.setSelection(selection);
 }
 
-/// False where the sums do not fit their integers: such a box lies outside every photo.
+/// False when the sums overflow: such a box is outside every photo.
 bool SelectionFlow::readBounds(SelectionBounds &bounds) const {
     const QRect &box = m_ctx.photo.selection().box();
     bounds.SelLeft = box.x();
@@ -120,12 +120,12 @@ EffectOutcome SelectionFlow::change(const std::function<QImage()> &compute, bool
             }
         },
         Stopping::Offered);
-    m_engine.setPicture({}); // gives the buffer back: the engine keeps no second photo alive
+    m_engine.setPicture({}); // releases the buffer: the engine keeps no second copy of the photo
     DoEvents();
     return isWhole ? take(next, dummyPicture) : EffectOutcome::Stopped;
 }
 
-/// A null picture says that the engine refused: the photo stays, what is said about it follows nevertheless.
+/// A null picture means that the engine failed: the photo stays, and its signals are still emitted.
 EffectOutcome SelectionFlow::take(const QImage &next, bool dummyPicture) {
     if (!next.isNull() && m_ctx.photo.changePhoto(next, {.dummyPicture = dummyPicture})) {
         return EffectOutcome::Done;

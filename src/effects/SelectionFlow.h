@@ -1,5 +1,5 @@
-// How an operation of the engine changes the photo: what is marked of it, or the whole. Effects and the adjustments of
-// colour call this and know nothing of regions, undo points or copies of the photo.
+// Applies an engine operation to the selection or to the whole photo. Effects and colour adjustments call this and do
+// not deal with regions, undo points or copies of the photo.
 #pragma once
 
 #include "imaging/EffectEngine.h"
@@ -12,10 +12,10 @@ struct AppContext;
 
 enum class EffectOutcome {
     Done,     ///< the photo has changed, as one undo step
-    Nothing,  ///< there was nothing to do: no photo, an unknown effect, a value that ends it
+    Nothing,  ///< there was nothing to do: no photo, an unknown effect, a value that cancels it
     NoRegion, ///< a selection tool is current but marks nothing of the photo; nothing changed
-    Refused,  ///< the engine or the memory refused; the photo keeps its pixels
-    Stopped,  ///< the user stopped it; photo, selection and flags are as they were
+    Refused,  ///< the engine failed or memory ran out; the photo keeps its pixels
+    Stopped,  ///< the user cancelled it; photo, selection and flags are unchanged
 };
 
 class SelectionFlow : public QObject {
@@ -26,12 +26,12 @@ class SelectionFlow : public QObject {
 
     /// Changes what the rectangle, the ellipse or the lasso marks, and the whole photo while no selection tool is
     /// current; then drops the selection. `throughLasso` is the operation for a lasso where it differs. When the tool
-    /// marks nothing of the photo the tip is wanted, and photo and selection stay.
+    /// marks nothing of the photo the tip is requested, and photo and selection stay.
     EffectOutcome apply(const Operation &operation) { return apply(operation, operation); }
     EffectOutcome apply(const Operation &operation, const Operation &throughLasso);
-    /// The lasso's share of it: pastes the changed photo through the outline. Leaves SelectionActive as it is.
+    /// The lasso case: pastes the changed photo through the outline. Does not change SelectionActive.
     EffectOutcome applyThroughLasso(const Operation &operation);
-    /// Changes the whole photo whatever is marked. `dummyPicture`: whether the reduced copies follow.
+    /// Changes the whole photo regardless of the selection. `dummyPicture`: whether the reduced copies are updated.
     EffectOutcome applyToWholePhoto(const Operation &operation, bool dummyPicture);
 
     /// Drawn value 0, the rectangle 0, 0, 0, 0, not visible.
@@ -42,7 +42,7 @@ class SelectionFlow : public QObject {
     void tipWanted();
 
   private:
-    /// The marked box as the engine takes it: picture pixels, right and bottom outside.
+    /// The selected box as the engine expects it: picture pixels, right and bottom exclusive.
     struct SelectionBounds {
         int SelLeft = 0, SelTop = 0, SelRight = 0, SelBottom = 0;
     };

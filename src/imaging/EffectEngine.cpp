@@ -62,8 +62,7 @@ QImage EffectEngine::changed(const Operation &operation) const {
     return operation(m_picture, wholeOf(readView(m_picture)));
 }
 
-/// What the operation does not fill is copied around it. It may thus read beyond the region and still changes nothing
-/// there.
+/// Pixels outside the region are copied. The operation may thus read beyond the region without changing anything there.
 QImage EffectEngine::changedInRegion(const Operation &operation) const {
     const Region region = currentRegion();
     if (region.isEmpty()) {

@@ -10,12 +10,12 @@
 
 namespace lumora {
 
-/// Made of a free function and its parameters: Operation(applyBlur, {6}). The function's header says what it does,
-/// which ranges the parameters have and what is refused. Copies are cheap and may run in several threads at a time.
+/// Made of a free function and its parameters: Operation(applyBlur, {6}). The function's header documents what it does,
+/// the parameter ranges and when it fails. Copies are cheap and may run in several threads at the same time.
 class Operation {
   public:
-    /// A function that fills an area of a picture of the same size, from the whole source; see imaging/effects. One
-    /// that answers false has refused.
+    /// A function that fills an area of a picture of the same size, from the whole source; see imaging/effects. It
+    /// returns false on failure.
     template <typename Answer, typename Parameters, typename... Opaque>
     Operation(Answer (*fill)(const Parameters &, ConstPixelView source, PixelView target, PixelRect area, Opaque...),
               std::type_identity_t<Parameters> parameters)
@@ -36,7 +36,7 @@ class Operation {
                   }
               });
           }) {}
-    /// A function that makes a whole picture of another one, perhaps of other sides; a null one where it refuses.
+    /// A function that makes a new picture from another one, possibly of another size; a null picture on failure.
     template <typename Parameters>
     Operation(QImage (*change)(const QImage &, const Parameters &), std::type_identity_t<Parameters> parameters)
         : m_run([change, parameters = std::move(parameters)](const QImage &picture, PixelRect) {
@@ -44,14 +44,15 @@ class Operation {
           }) {}
     Operation(QImage (*change)(const QImage &))
         : m_run([change](const QImage &picture, PixelRect) { return change(picture); }) {}
-    /// Anything else that gives the changed picture, of which only the area counts, and a null one where it refuses.
+    /// Any other function that returns the changed picture, of which only the area is used, or a null picture on
+    /// failure.
     template <typename Function>
     requires(!std::is_same_v<Function, Operation> &&
              std::is_invocable_r_v<QImage, const Function &, const QImage &, PixelRect>) Operation(Function run)
         : m_run(std::move(run)) {}
 
-    /// The changed picture. The area lies within the picture; what the result holds around it is undefined. A null
-    /// picture where the operation or the memory refuses; std::bad_alloc may come through.
+    /// The changed picture. The area must be inside the picture; the result outside the area is undefined. A null
+    /// picture when the operation or a memory allocation fails; may throw std::bad_alloc.
     QImage operator()(const QImage &picture, PixelRect area) const { return m_run(picture, area); }
 
   private:

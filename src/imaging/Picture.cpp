@@ -9,7 +9,7 @@ namespace lumora {
 
 namespace {
 
-// Below this the allocator's own memory is as quick and does not round up to a huge page.
+// Below this malloc is as fast and does not round up to a huge page.
 constexpr std::size_t smallestKeptBuffer = 1U << 20;
 
 bool isPictureFormat(const QImage &image) {
@@ -38,7 +38,7 @@ QImage newPicture(int width, int height, bool opaque) {
     QImage picture(
         buffer->memory, width, height, width * 4, format,
         [](void *kept) { giveBufferBack(static_cast<KeptBuffer *>(kept)); }, buffer);
-    if (picture.isNull()) { // wider than Qt can count; it does not call the clean-up function then
+    if (picture.isNull()) { // too wide for QImage, which then does not call the clean-up function
         giveBufferBack(buffer);
     }
     return picture;

@@ -12,7 +12,7 @@ namespace lumora {
 namespace {
 
 constexpr std::size_t hugePage = std::size_t(2) << 20;
-// Two pictures go round in a change: the one before and the one after.
+// A change alternates between two buffers: before and after.
 constexpr std::size_t idleBuffersAtMost = 2;
 constexpr std::size_t idleBytesAtMost = std::size_t(512) << 20;
 
@@ -43,7 +43,7 @@ class Pool {
         const std::scoped_lock lock(m_mutex);
         KeptBuffer **best = nullptr;
         for (KeptBuffer *&kept : m_idle) {
-            // A buffer much larger than the picture would be memory that nobody sees.
+            // A buffer much larger than the picture would waste memory.
             const bool fits = kept != nullptr && kept->bytes >= bytes && kept->bytes - bytes <= bytes / 4;
             if (fits && (best == nullptr || kept->bytes < (*best)->bytes)) {
                 best = &kept;
@@ -54,8 +54,8 @@ class Pool {
 
     using Leaving = std::array<KeptBuffer *, idleBuffersAtMost>;
 
-    /// Keeps it and returns what has to leave instead: itself when it is too large, else the oldest, because the size
-    /// worked with now is the one that will be asked for.
+    /// Keeps it and returns the buffer to evict: itself when it is too large, else the oldest, because the current size
+    /// is the most likely to be requested again.
     Leaving keep(KeptBuffer *buffer) noexcept {
         Leaving leaving{};
         if (buffer->bytes > idleBytesAtMost) {
@@ -104,7 +104,7 @@ class Pool {
 };
 
 Pool &pool() {
-    // Never destroyed: a picture with static lifetime may give its buffer back after everything else has gone.
+    // Never destroyed: a picture with static lifetime may release its buffer after all other destructors.
     static Pool *const thePool = new Pool;
     return *thePool;
 }
@@ -123,7 +123,7 @@ KeptBuffer *takeBuffer(std::size_t bytes) noexcept {
     fresh->bytes = rounded;
     fresh->memory = mapMemory(rounded);
     if (fresh->memory == nullptr) {
-        pool().clear(); // what is kept idle may be just what is missing
+        pool().clear(); // idle buffers may be the memory that is missing
         fresh->memory = mapMemory(rounded);
     }
     if (fresh->memory == nullptr) {

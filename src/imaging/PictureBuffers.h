@@ -1,5 +1,5 @@
-// The memory under large pictures: aligned for huge pages, kept after use and handed to the next picture, because the
-// page faults of a fresh buffer cost more than the work on it. Used by Picture.cpp only; safe from any thread.
+// Buffer pool for large pictures: aligned for huge pages, kept after use and reused for the next picture, because the
+// page faults of a fresh buffer cost more than the work on it. Used by Picture.cpp only; thread-safe.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,7 @@ struct KeptBuffer {
     std::size_t bytes = 0;          ///< a multiple of 2 MiB
 };
 
-/// A buffer of at least that many bytes with undefined content, kept or fresh; null when the system refuses.
+/// A buffer of at least that many bytes with undefined content, pooled or new; null when allocation fails.
 KeptBuffer *takeBuffer(std::size_t bytes) noexcept;
 
 /// Keeps the buffer for the next picture while few are idle, else returns it to the system.

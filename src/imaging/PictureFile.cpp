@@ -43,7 +43,7 @@ const Format *formatOf(Source &source) {
     return nullptr;
 }
 
-// Refuses, before a pixel is allocated, what is too large and what the file cannot hold.
+// Rejects, before pixels are allocated, images that are too large or larger than the file can hold.
 void checkSize(FileHeader &header) {
     if (header.error != PictureError::None) {
         return;
@@ -80,7 +80,7 @@ Found find(Source &source) {
     return found;
 }
 
-// 32 bits with nothing transparent in them are the opaque format.
+// Fully opaque images are stored as Format_RGB32.
 void markOpaque(QImage &picture) {
     if (picture.hasAlphaChannel() && allOpaque(readView(picture))) {
         picture.reinterpretAsFormat(QImage::Format_RGB32);
@@ -107,7 +107,7 @@ PictureRead finished(Decoded &&decoded, int orientation) {
                                  : read;
 }
 
-// Runs a step that may find no memory. Formats take buffers of their own besides the picture's.
+// Runs a step that may run out of memory. Codecs allocate their own buffers besides the picture's.
 template <typename Step> PictureRead withinMemory(Step step) {
     try {
         return step();
@@ -157,7 +157,7 @@ PictureRead readSmallFrom(QIODevice &device, int longerSide) {
     });
 }
 
-// A file whose reader can be watched and stopped; formats take a file that ends early for a broken one.
+// A file whose reading reports progress and can be cancelled; codecs treat an early end of file as damage.
 class WatchedFile : public QFile {
   public:
     using QFile::QFile;
@@ -171,7 +171,7 @@ class WatchedFile : public QFile {
         if (control->isCancelled()) {
             return -1;
         }
-        constexpr qint64 portion = qint64{4} << 20; // some formats want the whole file at once
+        constexpr qint64 portion = qint64{4} << 20; // some codecs need the whole file at once
         qint64 done = 0;
         while (done < most && !control->isCancelled()) {
             const qint64 wanted = std::min(portion, most - done);
@@ -193,7 +193,7 @@ class WatchedFile : public QFile {
     qint64 m_read = 0;
 };
 
-// Opens plain files only: a pipe or a device would keep the program waiting.
+// Opens regular files only: a pipe or a device could block.
 std::optional<QString> openForReading(QFile &file) {
     if (!QFileInfo(file).isFile()) {
         return QStringLiteral("no such file");

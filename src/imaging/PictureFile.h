@@ -1,4 +1,5 @@
-// Picture files in and out: what a file holds is decided by its content, what is written by the target's extension.
+// Reads and writes picture files: the format of a file is detected from its content, the format written is chosen by
+// the target's extension.
 #pragma once
 
 #include <QImage>
@@ -11,17 +12,17 @@ enum class PictureError {
     NotFound,    ///< no such file, or it may not be read
     NotAPicture, ///< none of the formats known here
     TooLarge,    ///< more than 200 megapixels
-    Damaged,     ///< the header promises what the file cannot hold, or the data are broken from the start
-    NoMemory,    ///< memory for the pixels was refused
-    UnknownType, ///< writing: an extension that names no format
-    NotWritable, ///< writing: folder gone, read-only, disk full
-    Cancelled,   ///< the user stopped it
+    Damaged,     ///< the header claims more than the file can hold, or the data are damaged from the start
+    NoMemory,    ///< memory for the pixels could not be allocated
+    UnknownType, ///< writing: unknown extension
+    NotWritable, ///< writing: folder missing, read-only, disk full
+    Cancelled,   ///< the user cancelled it
 };
 
 struct PictureRead {
     QImage picture; ///< upright, sRGB, a picture as Picture.h describes it; null unless error is None
     PictureError error = PictureError::None;
-    QString reason; ///< for logs and lumora-probe: what the decoder said, in English
+    QString reason; ///< for logs and lumora-probe: the decoder's message, in English
 };
 
 struct PictureHeader {
@@ -43,8 +44,8 @@ PictureHeader readPictureHeader(const QString &path);
 
 /// Reads BMP, GIF (first frame), JPEG, PNG, TIFF (first page), WebP and HEIF by content: upright by its EXIF or TIFF
 /// orientation, colours converted from an embedded profile to sRGB. The size is checked against 200 megapixels and
-/// against what the file can hold before a pixel is allocated. The current TaskControl is told how much has been read
-/// and may stop it.
+/// against what the file can hold before a pixel is allocated. Reports progress to the current TaskControl, which may
+/// cancel it.
 PictureRead readPicture(const QString &path);
 
 /// A small picture of the file whose longer side is at most `longerSide` pixels (1 to 2000), upright and sRGB, made
@@ -54,10 +55,10 @@ PictureRead readThumbnail(const QString &path, int longerSide);
 /// Reads a picture from the bytes of a file.
 PictureRead readPictureFromData(const QByteArray &data);
 
-/// Writes the picture as BMP, GIF, JPEG, PNG, TIFF or TGA, by the extension (.bmp .gif .jpg .jpeg .png .tif .tiff
-/// .tga, any case). The file is replaced whole or not at all: a temporary file beside it, flushed, renamed; links stay
-/// links, an existing file keeps its mode. Transparency goes onto white in JPEG and BMP. The current TaskControl is
-/// told how far it is and may stop it until the moment before the file is replaced.
+/// Writes the picture as BMP, GIF, JPEG, PNG, TIFF or TGA, by the extension (.bmp .gif .jpg .jpeg .png .tif .tiff .tga,
+/// any case). The file is replaced atomically: a temporary file beside it, flushed, renamed; links stay links, an
+/// existing file keeps its mode. Transparent pixels are blended with white in JPEG and BMP. Reports progress to the
+/// current TaskControl, which may cancel it until the file is replaced.
 PictureWritten writePicture(const QImage &picture, const QString &path);
 
 /// The picture as the bytes of a JPEG file at quality 1 to 100.

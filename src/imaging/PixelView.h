@@ -1,4 +1,4 @@
-// What every pixel kernel sees of a picture: bytes, and nothing of Qt.
+// The view of a picture that all pixel kernels use: plain bytes, without Qt.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 namespace lumora {
 
-/// A window onto the pixels of a picture that somebody else owns. A pixel is four bytes in the order blue, green,
+/// A non-owning view of a picture's pixels. A pixel is four bytes in the order blue, green,
 /// red, alpha (a little-endian 0xAARRGGBB word), straight alpha, 255 where opaque. `stride` counts bytes from one row
 /// to the next.
 template <typename Byte> struct BasicPixelView {

@@ -9,19 +9,19 @@ namespace lumora {
 
 namespace {
 
-/// A side of a lasso's line over the pixel rows whose centres it passes.
+/// An edge of a lasso's polygon over the pixel rows whose centres it crosses.
 struct Edge {
-    double x;     ///< where it meets the centre of row 0
+    double x;     ///< where it intersects the centre of row 0
     double slope; ///< pixels to the right for each row down
     int firstRow;
     int endRow;
     int direction; ///< 1 where the line goes down, -1 where it goes up
 };
 
-/// Far outside every picture, and small enough to reckon with.
+/// Far outside every picture, and small enough to avoid overflow.
 constexpr double farthest = 1e9;
 
-/// The first of the `count` pixels of a line whose centre does not lie before the position; `count` when all do.
+/// The first of the `count` pixels of a line whose centre is not before the position; `count` when all are.
 int pixelFrom(double position, int count) {
     return static_cast<int>(std::clamp(std::ceil(position - 0.5), 0.0, double(count)));
 }
@@ -87,7 +87,7 @@ Region Region::ellipse(int pictureWidth, int pictureHeight, int x1, int y1, int 
     for (int y = firstRow; y < endRow; ++y) {
         const double across = (y + 0.5 - centreY) / radiusY;
         const double half = radiusX * std::sqrt(std::max(0.0, 1 - across * across));
-        // Columns whose centre x + 0.5 lies within centreX +- half.
+        // Columns whose centre x + 0.5 is inside centreX +- half.
         const double begin = std::clamp(std::ceil(centreX - half - 0.5), 0.0, double(pictureWidth));
         const double end = std::clamp(std::floor(centreX + half - 0.5) + 1, 0.0, double(pictureWidth));
         if (begin < end) {
@@ -104,7 +104,7 @@ Region Region::lasso(int pictureWidth, int pictureHeight, std::span<const Pictur
         return region;
     }
     std::vector<const Edge *> crossing;
-    // What the winding number changes by at each column of the row: no sorting, however often the line crosses it.
+    // The change of the winding number at each column of the row: no sorting, however often the line crosses it.
     std::vector<int> changes(std::size_t(pictureWidth) + 1);
     auto next = edges.begin();
     for (int y = edges.front().firstRow; next != edges.end() || !crossing.empty(); ++y) {

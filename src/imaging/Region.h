@@ -1,4 +1,4 @@
-// Which pixels an operation may change: made once from a shape by scan conversion, then only looked up.
+// Which pixels an operation may change: made once from a shape by scan conversion, then only queried.
 #pragma once
 
 #include "imaging/PixelView.h"
@@ -31,7 +31,7 @@ template <typename Byte> PixelRect wholeOf(const BasicPixelView<Byte> &picture) 
     return {0, 0, picture.width, picture.height};
 }
 
-/// A set of pixels of a picture of one size. A pixel belongs to a shape when its centre lies in it.
+/// A set of pixels of a picture of fixed size. A pixel belongs to a shape when its centre is inside.
 class Region {
   public:
     /// Pixels begin to end - 1 of a row.
@@ -40,24 +40,24 @@ class Region {
         int end;
     };
 
-    /// The rectangle cut to the picture. `right` and `bottom` are the first column and row outside. Corners may come
-    /// in any order; any integers will do.
+    /// The rectangle clipped to the picture. `right` and `bottom` are exclusive. Corners may be in any order; any
+    /// integers are valid.
     static Region rectangle(int pictureWidth, int pictureHeight, int left, int top, int right, int bottom);
-    /// The ellipse that fills the box between two opposite corners, cut to the picture.
+    /// The ellipse that fills the box between two opposite corners, clipped to the picture.
     static Region ellipse(int pictureWidth, int pictureHeight, int x1, int y1, int x2, int y2);
 
-    /// What the closed line through the points goes round (the last point is joined to the first), cut to the picture.
-    /// Where the line crosses itself everything it goes round belongs to the region, however often (the non-zero
-    /// winding rule): what a child circles twice is not left out. Made for tens of thousands of points; any will do,
-    /// fewer than three enclose nothing and points that are not numbers are left out.
+    /// The area enclosed by the closed line through the points (the last point is joined to the first), clipped to the
+    /// picture. Where the line crosses itself, everything enclosed belongs to the region, however often (the non-zero
+    /// winding rule): what a child circles twice is included. Designed for tens of thousands of points; fewer than
+    /// three points enclose nothing, and points that are not finite are ignored.
     static Region lasso(int pictureWidth, int pictureHeight, std::span<const PicturePoint> points);
 
-    /// The smallest rectangle around the region; empty where the region is.
+    /// The bounding rectangle of the region; empty when the region is.
     PixelRect bounds() const { return m_bounds; }
     bool isEmpty() const { return m_bounds.isEmpty(); }
-    /// The region's pixels in a row of the picture, from left to right. Any row will do; most have none.
+    /// The region's pixels in a row of the picture, from left to right. Any row is valid; most have none.
     std::span<const Span> row(int y) const;
-    /// Whether the pixel belongs to the region. Any integers will do.
+    /// Whether the pixel belongs to the region. Any integers are valid.
     bool contains(int x, int y) const;
 
   private:

@@ -62,7 +62,7 @@ QImage scaled(const QImage &picture, int width, int height) {
     }
     try {
         return convolved(reduced, width, height);
-    } catch (const std::bad_alloc &) { // also from a worker: the loop hands it on
+    } catch (const std::bad_alloc &) { // also from a worker: the loop rethrows it
         return {};
     }
 }

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int offeredMinutes[] = {1, 2, 3, 4, 5, 10, 15, 20, 30, 45, longestPrintLock};
 
-/// A waiting list says what it waits for, or that there is nothing.
+/// Shows in an empty list what it is waiting for, or that nothing was found.
 void sayInstead(QComboBox &list, const QString &text) {
     list.clear();
     list.setPlaceholderText(text);

@@ -1,5 +1,5 @@
-// The options' page of scanners and printers. The lists fill after the page is first seen; until then, and where
-// nothing is found, the settings stay what they were.
+// The options' page of scanners and printers. The lists fill after the page is first seen; until then, and when nothing
+// is found, the settings stay unchanged.
 #pragma once
 
 #include "devices/DeviceSearch.h"
@@ -16,7 +16,7 @@ class OptionsDevices : public OptionsPage {
     Q_OBJECT
 
   public:
-    /// `helper` as DeviceSearch takes it.
+    /// `helper` as in DeviceSearch.
     OptionsDevices(AppContext &ctx, const QString &helper, QWidget *parent);
 
     void showValues(const OptionsSettings &options) override;
@@ -36,7 +36,7 @@ class OptionsDevices : public OptionsPage {
     AppContext &m_ctx;
     DeviceSearch m_search;
     bool m_searched = false;
-    int m_scanner = -1; ///< the settings' choices, until a list takes over
+    int m_scanner = -1; ///< the saved choices, until a list is filled
     QString m_printer;
 
     QComboBox *cboScanners = nullptr;

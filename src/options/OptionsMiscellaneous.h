@@ -17,7 +17,7 @@ class OptionsMiscellaneous : public OptionsPage {
 
     void showValues(const OptionsSettings &options) override;
     void takeValues(OptionsSettings &options) const override;
-    /// Puts the keyboard on the e-mail address.
+    /// Sets the keyboard focus to the e-mail address.
     void editAddress();
 
   private:

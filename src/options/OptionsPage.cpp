@@ -37,7 +37,7 @@ OptionsPage::OptionsPage(const QString &headingName, QWidget *parent)
     large.setPointSizeF(14);
     large.setBold(true);
     heading->setFont(large);
-    m_column->addWidget(heading, 0, Qt::AlignLeft); // where the page begins, whatever the letters
+    m_column->addWidget(heading, 0, Qt::AlignLeft); // where the page begins, whatever the font size
 }
 
 QVBoxLayout *OptionsPage::addSheet() {
@@ -61,7 +61,7 @@ QCheckBox *OptionsPage::tickBox(const QString &name, const QString &icon) {
     box->setObjectName(name);
     if (!icon.isEmpty()) {
         box->setIcon(iconPixmap(icon, pictureSize, devicePixelRatioF()));
-        box->setIconSize({pictureSize + 8, pictureSize}); // room on both sides
+        box->setIconSize({pictureSize + 8, pictureSize}); // margin on both sides
     }
     return box;
 }

@@ -1,5 +1,5 @@
-// One page of the options window: its heading, and sheets of paper with the settings that belong together. The four
-// pages are made of it; the window moves the values in and out.
+// One page of the options window: its heading, and sheets of paper with the settings that belong together. Base class
+// of the four pages; the window loads and saves the values.
 #pragma once
 
 #include <QWidget>
@@ -18,9 +18,9 @@ class OptionsPage : public QWidget {
     Q_OBJECT
 
   public:
-    /// Puts the page's settings on its controls.
+    /// Shows the page's settings in its controls.
     virtual void showValues(const OptionsSettings &options) = 0;
-    /// Takes the page's settings from its controls; the others stay as they are.
+    /// Reads the page's settings from its controls; other settings are not changed.
     virtual void takeValues(OptionsSettings &options) const = 0;
 
   protected:
@@ -28,11 +28,11 @@ class OptionsPage : public QWidget {
     OptionsPage(const QString &headingName, QWidget *parent);
 
     QVBoxLayout *column() const { return m_column; }
-    /// A sheet of paper below what the page has already; its rows.
+    /// Adds a sheet of paper at the bottom of the page and returns the layout of its rows.
     QVBoxLayout *addSheet();
     /// A row on a sheet.
     static QHBoxLayout *addRow(QBoxLayout *sheet);
-    /// A box to tick, with the picture of what it switches where `icon` is not empty.
+    /// A check box, with a picture of the feature where `icon` is not empty.
     QCheckBox *tickBox(const QString &name, const QString &icon = {});
     QLabel *label(const QString &name);
     /// A remark in smaller letters, over several lines where needed.

@@ -12,7 +12,7 @@ namespace {
 constexpr int pictureSize = 44; // pixels
 constexpr int tabWidth = 136;
 
-/// Enter on a tab is the window's: the tab is chosen already.
+/// Enter on a tab is left to the window: the tab is already chosen.
 class Tab : public PictureButton {
   public:
     using PictureButton::PictureButton;

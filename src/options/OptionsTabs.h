@@ -8,8 +8,8 @@ class QVBoxLayout;
 
 namespace lumora {
 
-/// Arrow keys go from tab to tab and choose; the keyboard's tab key meets the chosen one only. Each tab carries its key
-/// in the dynamic property "key".
+/// Arrow keys move to a tab and choose it; the Tab key stops only at the chosen one. Each tab has its key in the
+/// dynamic property "key".
 class OptionsTabs : public QWidget {
     Q_OBJECT
 
@@ -19,9 +19,9 @@ class OptionsTabs : public QWidget {
     /// Adds a tab below the others; the first one is chosen.
     void addTab(const QString &key, const QString &iconName);
     int current() const { return m_tabs.checkedId(); }
-    /// Chooses the tab of that place, 0 the first; others than there are change nothing.
+    /// Chooses the tab at that index, from 0; an index out of range changes nothing.
     void setCurrent(int place);
-    /// Chooses the next tab (1) or the one before (-1), round and round, and gives it the keyboard.
+    /// Chooses the next tab (1) or the one before (-1), wrapping around, and gives it the keyboard focus.
     void step(int by);
 
   Q_SIGNALS:

@@ -25,7 +25,7 @@ namespace lumora {
 frmOptions::frmOptions(AppContext &ctx, QWidget *owner, const QString &helper)
     : BorderlessDialog("frmOptions", owner), m_ctx(ctx), TabStrip1(new OptionsTabs("TabStrip1", this)),
       m_pages(new QStackedWidget(this)) {
-    // All tabs before the first page: the keyboard walks in the order of making.
+    // All tabs before the first page: the tab order is the order of creation.
     TabStrip1->addTab("keyGeneral", "options-general");
     TabStrip1->addTab("keyDevices", "options-devices");
     TabStrip1->addTab("keyDialogs", "options-dialogs");

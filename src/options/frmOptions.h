@@ -20,11 +20,11 @@ class frmOptions : public BorderlessDialog {
     Q_OBJECT
 
   public:
-    /// `helper` looks for devices, as DeviceSearch takes it.
+    /// `helper` looks for devices, as in DeviceSearch.
     frmOptions(AppContext &ctx, QWidget *owner, const QString &helper = {});
 
-    /// Shows it modally over its owner; it goes when it is answered. accepted() comes when the settings are in the file
-    /// and in the main window's fields.
+    /// Shows it modally over its owner; it is deleted when closed. accepted() is emitted when the settings are in the
+    /// file and in the main window's fields.
     static frmOptions *showModal(AppContext &ctx, QWidget *owner);
 
     void LoadLanguage();

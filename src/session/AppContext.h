@@ -1,4 +1,4 @@
-// What every window and tool is handed: one object, passed by reference, instead of globals.
+// The state that every window and tool gets: one object, passed by reference, instead of globals.
 #pragma once
 
 #include "base/IniFiles.h"

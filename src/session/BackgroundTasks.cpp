@@ -15,8 +15,8 @@ namespace lumora {
 
 namespace {
 
-constexpr std::chrono::milliseconds frame(15); // between two looks at the windows
-constexpr int patience = 50;                   // milliseconds between two looks at whether a command would disturb
+constexpr std::chrono::milliseconds frame(15); // between two checks of the windows
+constexpr int patience = 50;                   // milliseconds between two checks whether a command may start
 
 bool isMenuOpen() {
     const QWindowList windows = QGuiApplication::topLevelWindows();
@@ -77,7 +77,7 @@ void BackgroundTasks::wait(TaskControl &control, const std::function<bool()> &is
     while (!isDone()) {
         if (!told && clock.hasExpired(quietTime)) {
             told = true;
-            // Clicks and keys that came before the panel was there were not meant for it.
+            // Clicks and keys from before the panel was shown were not meant for it.
             DoEvents(this);
             Q_EMIT began(m_canBeStopped);
         }
@@ -117,7 +117,7 @@ void BackgroundTasks::look() {
     const Waiting next = std::move(m_waiting.front());
     m_waiting.pop_front();
     if (!m_waiting.empty()) {
-        m_look.start(0); // before the command, which may run an event loop of its own
+        m_look.start(0); // before the command, which may run its own event loop
     }
     if (next.receiver != nullptr) {
         next.command();

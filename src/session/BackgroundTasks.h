@@ -1,5 +1,5 @@
-// Long work, away from the window's thread: what opening, saving, pasting and every full-size computation goes through,
-// and where commands wait that must not start inside another.
+// Background tasks outside the GUI thread: used for opening, saving, pasting and every full-size computation; also
+// queues commands that must not start inside another.
 #pragma once
 
 #include "base/TaskControl.h"
@@ -16,36 +16,35 @@ class BackgroundTasks : public QObject {
     Q_OBJECT
 
   public:
-    static constexpr int quietTime = 500; ///< milliseconds that work may take before anybody hears of it
+    static constexpr int quietTime = 500; ///< milliseconds that a task may take before progress is shown
 
     explicit BackgroundTasks(QObject *parent = nullptr);
 
-    /// The widget that shows the progress and may offer to stop: the only one that takes clicks and keys while it
-    /// shows.
+    /// The widget that shows the progress and may offer to cancel: the only one that accepts clicks and keys while it
+    /// is visible.
     void setPanel(const QObject *panel) { m_panel = panel; }
 
-    /// Does the work in another thread and returns when it is done. Meanwhile windows repaint and timers run, but no
-    /// command can start: see DoEvents. False when the user stopped it (only where that is offered); its result is then
-    /// to be dropped. An exception of the work reaches the caller. Without another thread (the system may refuse one)
-    /// and inside other work it is done in this one.
+    /// Runs the task in another thread and returns when it is done. Meanwhile windows repaint and timers run, but no
+    /// command can start: see DoEvents. Returns false when the user cancelled it (only where that is offered); its
+    /// result must then be discarded. An exception of the task is rethrown. When no thread can be created, and inside
+    /// another task, it runs in this thread.
     bool run(const std::function<void()> &work, Stopping stopping = Stopping::NotOffered);
     bool isRunning() const { return m_control != nullptr; }
-    /// Asks the work to stop, where that is offered. It ends at its next strip or band of rows.
+    /// Requests cancellation, where that is offered. The task ends at its next strip or band of rows.
     void stop();
 
-    /// Has the command run from the event loop as soon as no work is under way, no modal window waits for an answer and
-    /// no menu is open; never before this returns. Several run in the order of their coming, each to its end. Forgotten
-    /// when the receiver goes first. What comes by itself starts its command this way: a timer, a drop, the desktop's
-    /// request to close.
+    /// Queues the command until no task is running, no modal window and no menu is open; it never runs before this
+    /// returns. Several run in the order of their arrival, each to its end. Dropped when the receiver is deleted first.
+    /// Used for commands that the user does not click: a timer, a drop, the desktop's request to close.
     void whenIdle(QObject *receiver, const std::function<void()> &command);
 
   Q_SIGNALS:
-    /// The work has taken longer than quietTime; ended() will follow.
+    /// The task has taken longer than quietTime; ended() will follow.
     void began(bool canBeStopped);
-    /// Per cent, for work that knows it.
+    /// Percent, for tasks that report it.
     void progressed(int percent);
     void ended();
-    /// The user has stopped it.
+    /// The user has cancelled it.
     void stopped();
 
   private:
@@ -57,7 +56,7 @@ class BackgroundTasks : public QObject {
     void look();
     void wait(TaskControl &control, const std::function<bool()> &isDone);
 
-    TaskControl *m_control = nullptr; ///< of the work under way
+    TaskControl *m_control = nullptr; ///< of the running task
     bool m_canBeStopped = false;
     QPointer<const QObject> m_panel;
     std::deque<Waiting> m_waiting;

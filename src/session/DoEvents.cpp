@@ -9,7 +9,7 @@ namespace lumora {
 
 namespace {
 
-int depth = 0; // the user interface has one thread, and so has this
+int depth = 0; // used by the GUI thread only
 
 bool isInput(QEvent::Type type) {
     switch (type) {
@@ -47,8 +47,8 @@ bool isIn(const QObject *panel, const QObject *object) {
     return panel != nullptr && object == panel;
 }
 
-/// In front of every other filter of the application. Excluding user input from the event loop is not enough: drags
-/// come past it, and so does what the panel needs.
+/// Installed before every other event filter of the application. Excluding user input from the event loop is not
+/// enough: drags are still delivered, and so is input for the panel.
 class Gate : public QObject {
   public:
     explicit Gate(const QObject *panel) : m_panel(panel) { QCoreApplication::instance()->installEventFilter(this); }
@@ -58,7 +58,7 @@ class Gate : public QObject {
             event->ignore();
             return true;
         }
-        // A window hands on to the widget under the pointer or with the keyboard; that one decides.
+        // A window forwards to the widget under the pointer or with the focus; that widget decides.
         const bool handsOn = m_panel != nullptr && qobject_cast<QWindow *>(watched) != nullptr;
         return isInput(event->type()) && !handsOn && !isIn(m_panel, watched);
     }

@@ -38,7 +38,7 @@ QString workingDirectory(AppContext &context) {
     if (path.isEmpty()) {
         return GetSpecialFolderPath(5) + "/My Photos";
     }
-    // A file brought over from another system may hold "\"; a folder that really has one in its name is kept.
+    // A file copied from another system may contain "\"; a folder that really has one in its name is kept.
     return QDir(path).exists() ? path : QString(path).replace('\\', '/');
 }
 

@@ -1,5 +1,5 @@
-// From the settings file into the main window's hidden fields, the writes that start Simple mode, and the folders that
-// the settings name. Called at start, after a Simple save and by the file dialogs.
+// Loads the settings file into the main window's hidden fields, writes the settings of Simple mode, and finds the
+// folders named in the settings. Called at start, after a Simple save and by the file dialogs.
 #pragma once
 
 #include <QString>
@@ -9,17 +9,17 @@ namespace lumora {
 struct AppContext;
 
 /// Fills the hidden fields from the settings file. The scanner's index is set only when the list of scanners has
-/// entries: -1 where the setting is no number or outside the list.
+/// entries: -1 when the setting is not a number or outside the list.
 void LoadSettingsFromINIFile(AppContext &context);
 
-/// Writes "0" to the seven settings of Simple mode. They stay so when Advanced mode is started later.
+/// Writes "0" to the seven settings of Simple mode. They keep this value when Advanced mode is started later.
 void ApplySimpleSettings(AppContext &context);
 
 /// "Working Directory"/"Path", "/" between folders: the documents folder's "My Photos" unless set otherwise.
 QString workingDirectory(AppContext &context);
 
-/// Where the photo dialogs start: the working directory when txtMyDox is false, else the user's documents. Fills
-/// txtMyDox on the way.
+/// The start folder of the photo dialogs: the working directory when txtMyDox is false, else the user's documents.
+/// Also sets txtMyDox.
 QString photoFolder(AppContext &context);
 
 } // namespace lumora

@@ -26,8 +26,8 @@ struct MainFields {
     Switch txtCropTip = settings::standard<Setting::CropTip>();
     bool txtWelcome = settings::standard<Setting::Welcome>();
     bool txtMyDox = settings::standard<Setting::MyDocs>(); ///< read just before a photo dialog opens
-    QString txtSimplePath;                                 ///< the open dialog's answer, read by tmrLoadPhoto
-    QString txtSimpleSavePath;                             ///< the save dialog's answer, read by tmrSavePhoto
+    QString txtSimplePath;                                 ///< the open dialog's result, read by tmrLoadPhoto
+    QString txtSimpleSavePath;                             ///< the save dialog's result, read by tmrSavePhoto
 
     QStringList cboSelect;    ///< scanners, in the driver's order
     int cboSelectIndex = -1;  ///< the chosen scanner, -1 none

@@ -7,22 +7,22 @@ namespace lumora {
 
 struct AppContext;
 
-inline constexpr int shortestSlide = 1;     ///< seconds between two slides, the least that the options offer
-inline constexpr int longestSlide = 30;     ///< seconds, the most
-inline constexpr int longestPrintLock = 60; ///< minutes, the most that the print button can be locked
+inline constexpr int shortestSlide = 1;     ///< seconds between two slides, the minimum in the options
+inline constexpr int longestSlide = 30;     ///< seconds, the maximum
+inline constexpr int longestPrintLock = 60; ///< minutes, the maximum lock of the print button
 
 struct OptionsSettings {
     bool advancedEffects = false;
     int slideshowDelay = 0; ///< seconds, shortestSlide to longestSlide
     bool advancedResize = false;
     bool advancedScan = false;
-    int scanner = -1; ///< place in the list of scanners, -1 none
+    int scanner = -1; ///< index in the list of scanners, -1 none
     bool grid = false;
     bool email = false;
     bool advancedPopart = false;
     bool systemDialogs = false;
-    QString sender;           ///< empty while nobody has entered one
-    QString printer;          ///< a name; empty is the computer's own choice
+    QString sender;           ///< empty until one is entered
+    QString printer;          ///< a name; empty is the system default
     int printLockMinutes = 1; ///< 1 to longestPrintLock
     bool printLock = false;
     QString workingDirectory;
@@ -33,18 +33,18 @@ struct OptionsSettings {
 };
 
 /// Reads them with the options window's own defaults, which differ from the main window's: the system's dialogs,
-/// advanced pop-art and the print lock count as chosen until the file says otherwise. What is no number becomes the
-/// default; a number out of range the nearest one that can be chosen.
+/// advanced pop-art and the print lock are selected unless the file says otherwise. A value that is not a number
+/// becomes the default; a number out of range is clamped.
 OptionsSettings readOptions(AppContext &context);
 
 /// Writes them, each at once, and switches the crop tip on again; never the welcome bubble's setting.
 void writeOptions(AppContext &context, const OptionsSettings &options);
 
-/// Has the tips and the welcome bubble shown again, at once.
+/// Shows the tips and the welcome bubble again; takes effect at once.
 void resetWarnings(AppContext &context);
 
-/// Whether `text` can be somebody's e-mail address: a name, one @, a domain with a dot in it, no blanks; and not the
-/// placeholder that stands in the settings until there is one. Blanks around it do not count.
+/// Whether `text` can be an e-mail address: a name, one @, a domain with a dot in it, no blanks; and not the
+/// placeholder in the settings. Surrounding blanks are ignored.
 bool isMailAddress(const QString &text);
 
 } // namespace lumora

@@ -1,4 +1,4 @@
-// What the status line says about the photo.
+// The status line's text about the photo.
 #pragma once
 
 #include <QString>

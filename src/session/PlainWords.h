@@ -1,4 +1,4 @@
-// What went wrong with a picture, in words that a child can be read.
+// Picture errors in words that can be read to a child.
 #pragma once
 
 #include "imaging/PictureFile.h"

@@ -1,4 +1,4 @@
-// The settings file: one table of everything that stands in Lumora.ini, and typed access to it.
+// The settings file: one table of everything in Lumora.ini, and typed access to it.
 #pragma once
 
 #include <QString>
@@ -8,7 +8,7 @@ namespace lumora {
 
 class IniFiles;
 
-/// The sender's address as long as nobody has entered one.
+/// The sender's address until one is entered.
 inline constexpr char placeholderAddress[] = "you@example.com";
 
 /// Every setting. The table below has its rows in this order.
@@ -43,24 +43,24 @@ enum class Setting {
     EmailTitle,
 };
 
-/// A yes or no whose readers do nothing at all for any other value.
+/// A yes or no setting whose readers ignore any other value.
 enum class Switch { Off, On, Other };
 
-/// Whose file dialogs open and save photos.
+/// Which file dialogs open and save photos.
 enum class DialogStyle { Own, System, Other };
 
-/// How a value is understood.
+/// How a value is parsed.
 enum class SettingKind {
-    Text,        ///< QString, as it stands
-    Number,      ///< int; what is no whole number is the default
-    Index,       ///< std::optional<int>; nothing for what is no whole number
+    Text,        ///< QString, verbatim
+    Number,      ///< int; the default when it is not a whole number
+    Index,       ///< std::optional<int>; nullopt when it is not a whole number
     Yes,         ///< bool, true for "1" alone
     YesUnlessNo, ///< bool, false for "0" alone
     Switch,      ///< Switch: "0", "1" or other
     Dialogs,     ///< DialogStyle: "0", "1" or other
 };
 
-/// What writes a setting; a row may have several.
+/// The code that writes a setting; a row may have several.
 enum class Writer : unsigned {
     Nobody = 0,
     SimpleStart = 1, ///< the start of Simple mode, which writes "0"
@@ -81,9 +81,9 @@ struct SettingRow {
     const char *section;
     const char *key;
     SettingKind kind;
-    const char *standard; ///< what counts where the file does not say
+    const char *standard; ///< the default when the file has no value
     Writer writers;
-    const char *standardOfOptions = nullptr; ///< what counts in the options window, if that differs
+    const char *standardOfOptions = nullptr; ///< the default of the options window, if different
 
     constexpr bool isWrittenBy(Writer writer) const {
         return (static_cast<unsigned>(writers) & static_cast<unsigned>(writer)) != 0;
@@ -104,7 +104,7 @@ inline constexpr SettingRow settingRows[] = {
     {Setting::AdvancedScan, "Scan", "Autoscan", SettingKind::Yes, "0", Writer::Options},
     {Setting::Scanner, "Scanner", "Device", SettingKind::Index, "-1", Writer::Options}, // -1: none
     {Setting::ScannerButtonOff, "Scanner Button", "Value", SettingKind::Yes, "0", Writer::Options},
-    {Setting::Printer, "Printer", "Device", SettingKind::Text, "", Writer::Options}, // "": the computer's choice
+    {Setting::Printer, "Printer", "Device", SettingKind::Text, "", Writer::Options}, // "": the system default
     {Setting::PrintLock, "Printer", "Timed", SettingKind::Yes, "0", Writer::SimpleStart | Writer::Options, "1"},
     {Setting::PrintLockMinutes, "Printer", "Timer", SettingKind::Number, "1", Writer::Options},
     {Setting::PrintButtonOff, "Print Button", "Value", SettingKind::Yes, "0", Writer::Options},
@@ -132,7 +132,7 @@ namespace settings {
 /// A whole number, with blanks around it or none; nothing for any other text.
 std::optional<int> number(const QString &text);
 
-/// What a text of the file means.
+/// Parses a text of the file.
 template <Setting S> auto valueOf(const QString &text) {
     constexpr SettingKind kind = rowOf(S).kind;
     if constexpr (kind == SettingKind::Number) {
@@ -156,12 +156,12 @@ template <Setting S> auto valueOf(const QString &text) {
     }
 }
 
-/// The default of a setting, as its readers other than the options window take it.
+/// The default of a setting for all readers except the options window.
 template <Setting S> auto standard() {
     return valueOf<S>(QString::fromUtf8(rowOf(S).standard));
 }
 
-/// As it stands in the file; nothing for a value that is neither yes nor no.
+/// The text in the file; nothing for a value that is neither yes nor no.
 std::optional<QString> textOf(const QString &value);
 std::optional<QString> textOf(bool value);
 std::optional<QString> textOf(int value);
@@ -189,7 +189,7 @@ class Settings {
         return settings::valueOf<S>(text(rowOf(S), own != nullptr ? own : rowOf(S).standard));
     }
 
-    /// Writes a value at once; one that is neither yes nor no is left as it stands in the file.
+    /// Writes a value at once; one that is neither yes nor no is left unchanged in the file.
     template <Setting S, Writer W> void write(const SettingValue<S> &value) {
         static_assert(rowOf(S).isWrittenBy(W), "the table says who writes a setting");
         if (const auto words = settings::textOf(value)) {

@@ -1,4 +1,4 @@
-// What the tools have to know of each other: the mode of the program and whether a selection tool is current.
+// The state that the tools share: the mode of the program and whether a selection tool is current.
 #pragma once
 
 #include "document/PhotoSelection.h"
@@ -9,7 +9,7 @@ class ToolFlags {
   public:
     bool SimpleModeOn = false; ///< start-up and launcher write; everything that differs between the modes reads
 
-    /// A selection tool is current, so that what is marked limits effects and adjustments: from startSelection() to
+    /// A selection tool is current, so that the selection limits effects and adjustments: from startSelection() to
     /// endSelection(), which every other tool's start calls, and an effect when it has changed what was marked.
     bool SelectionActive() const { return m_selectionActive; }
     /// The shape that the selection tool marks. Still the last one when no selection tool is current any more; None

@@ -22,7 +22,7 @@ const QString png = QStringLiteral("image/png");
 const QString bmp = QStringLiteral("image/bmp");
 constexpr qsizetype longestPath = 4096; // characters; PATH_MAX of Linux
 
-// First what keeps every pixel and its transparency.
+// First the formats that keep every pixel and its transparency.
 constexpr const char *pictureTypes[] = {"image/png",  "image/tiff",  "image/webp",     "image/bmp",
                                         "image/jpeg", "image/x-bmp", "image/x-MS-bmp", "image/x-ms-bmp",
                                         "image/jpg",  "image/heif",  "image/heic",     "image/gif"};
@@ -55,12 +55,12 @@ QString fileNamedBy(QString text) {
     } else if (text.startsWith(QLatin1String("~/"))) {
         text = QDir::homePath() + text.mid(1);
     }
-    // A name alone would depend on where the program was started from.
+    // A bare name would depend on the program's working directory.
     const bool named = QDir::isAbsolutePath(text) && !text.contains(QChar(u'\0')) && QFileInfo(text).isFile();
     return named ? text : QString();
 }
 
-/// The first picture file that the data name; empty when there is none.
+/// The first picture file named in the data; empty when there is none.
 QString pictureFile(const QMimeData &data) {
     QStringList files;
     if (data.hasUrls()) {
@@ -81,7 +81,7 @@ QString pictureFile(const QMimeData &data) {
     return {};
 }
 
-/// Whether the data are a picture of a kind that is tried below.
+/// Whether the data are a picture of a type that is tried below.
 bool hasPicture(const QMimeData &data) {
     return data.hasImage() || std::any_of(std::begin(pictureTypes), std::end(pictureTypes),
                                           [&](const char *type) { return data.hasFormat(QLatin1String(type)); });
@@ -98,7 +98,7 @@ PictureRead fromImage(const QImage &image) {
     return {picture, picture.isNull() ? PictureError::NotAPicture : PictureError::None, {}};
 }
 
-/// While one kind is being decoded the clipboard may get other contents; then what is left of the kinds is not tried.
+/// While one type is being decoded the clipboard contents may change; then the remaining types are not tried.
 PictureRead pictureIn(const QPointer<const QMimeData> &data, const TaskRunner &run) {
     PictureRead read;
     read.error = PictureError::NotAPicture;
@@ -131,7 +131,7 @@ PhotoMimeData::PhotoMimeData(const QImage &photo) : m_photo(photo) {
     try {
         m_png = std::async(std::launch::async, pack).share();
     } catch (const std::system_error &) {
-        m_png = std::async(std::launch::deferred, pack).share(); // no thread now: when somebody asks
+        m_png = std::async(std::launch::deferred, pack).share(); // no thread available: encode on request
     }
 }
 

@@ -1,4 +1,4 @@
-// The whole photo to and from other programs: what the Copy and Paste buttons of the command row use.
+// Copies the whole photo to and from other programs: used by the Copy and Paste buttons of the command row.
 #pragma once
 
 #include "base/TaskControl.h"
@@ -10,9 +10,8 @@
 
 namespace lumora {
 
-/// A picture as other programs take it: image/png, image/bmp and what Qt programs read. The PNG, which most ask for and
-/// which takes long, is made in another thread from the beginning on; the BMP when somebody asks. The pixels are
-/// shared.
+/// A picture in the types that other programs read: image/png, image/bmp and Qt's own type. The PNG, which most
+/// programs request and which is slow, is encoded in another thread at once; the BMP on request. The pixels are shared.
 class PhotoMimeData : public QMimeData {
     Q_OBJECT
 
@@ -31,19 +30,19 @@ class PhotoMimeData : public QMimeData {
     const QImage m_photo;
     TaskControl m_control;
     mutable QByteArray m_bmp;
-    std::shared_future<QByteArray> m_png; ///< last: it goes, and waits for its thread, first
+    std::shared_future<QByteArray> m_png; ///< last member: destroyed first, which waits for its thread
 };
 
 /// Puts the photo into the clipboard; with a null picture the clipboard stays as it is.
 void CopyPhoto(const QImage &photo);
 
-/// Whether there is something to paste: a picture, or the path or address of a picture file on this computer. Takes no
+/// Whether there is something to paste: a picture, or the path or address of a picture file on this computer. Reads no
 /// picture data from the other program; of a file it reads the header.
 bool clipboardHasPicture();
 
-/// What there is to paste: the picture (of several kinds the one that keeps most), else the picture file that the
-/// clipboard names, by its address (text/uri-list) or as plain text. NotAPicture when there is neither. The bytes are
-/// taken from the other program here; `run` does the decoding.
+/// Reads the picture to paste (of several types the most lossless one), else the picture file that the clipboard names,
+/// by its address (text/uri-list) or as plain text. NotAPicture when there is neither. The bytes are read from the
+/// other program here; `run` does the decoding.
 PictureRead readClipboardPicture(const TaskRunner &run);
 
 } // namespace lumora

@@ -15,8 +15,8 @@ constexpr int bigPicture = 44; // pixels
 constexpr int bigButton = 60;
 constexpr int toolbarPicture = 32;
 
-/// Toolbar1 in its order. A row without a key is a separator. The numbers are what Simple mode switches on and off:
-/// 9 stays on, 10 to 16 (e-mail, copy, paste) go, 17 is the slideshow, 23 closes the row.
+/// Toolbar1 in its order. A row without a key is a separator. Simple mode uses the numbers: 9 stays visible, 10 to 16
+/// (e-mail, copy, paste) are hidden, 17 is the slideshow, 23 ends the row.
 struct ToolbarRow {
     const char *key;
     const char *icon;

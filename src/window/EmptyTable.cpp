@@ -56,7 +56,7 @@ void EmptyTable::resizeEvent(QResizeEvent *) {
         centred((photoSize * scale).scaled(room, Qt::KeepAspectRatio).boundedTo(photoSize * scale).toSize()));
     m_folder->setPictureSize(qRound(pictureSize * scale));
     m_folder->setGeometry(centred(QSize(folderSize, folderSize) * scale));
-    // The crayon stands on the lower edge, where the drawing of it goes on.
+    // The crayon is placed at the lower edge, where its drawing is cut off.
     const int crayon = qRound(crayonSize * m_place->width() / photoSize.width());
     m_crayon->setPixmap(iconPixmap("simple-mode", crayon, devicePixelRatioF()));
     m_crayon->setGeometry(m_place->x() + m_place->width() - crayon, m_place->y() + m_place->height() - crayon * 7 / 8,

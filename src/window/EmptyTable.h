@@ -1,5 +1,5 @@
-// What the main window shows before the first photo: the empty table, on it the place of the photo to come, drawn by a
-// crayon, and one big folder to begin with.
+// What the main window shows before the first photo: an empty table, a photo outline drawn with a crayon, and one big
+// folder to start with.
 #pragma once
 
 #include "view/PhotoTable.h"
@@ -18,7 +18,7 @@ class EmptyTable : public QWidget {
 
   public:
     explicit EmptyTable(QWidget *parent = nullptr);
-    /// The folder's words, for those who hear the screen or rest the pointer on it.
+    /// The folder's text for screen readers and as a tool tip.
     void setOpenText(const QString &text);
 
   Q_SIGNALS:

@@ -11,7 +11,7 @@ namespace lumora {
 
 class FloatingToolbar;
 
-/// At most one of them is open. Hands on clicks; runs no tool itself.
+/// At most one of them is open. Forwards clicks; runs no tool itself.
 class FloatingBarSet : public QObject {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ class FloatingBarSet : public QObject {
     FloatingToolbar *bar(const QString &name) const { return m_bars.value(name); }
     /// The bar that belongs to that tool button, or null.
     FloatingToolbar *barOfTool(const QString &control) const;
-    /// The widths that Simple mode gives them.
+    /// The widths in Simple mode.
     void setSimple(bool fromLauncher);
     void HideFloatingToolbars();
     bool isAnyOpen() const;

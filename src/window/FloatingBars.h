@@ -1,5 +1,5 @@
-// The floating tool bars beside the tool column: which there are, and one row an item. Those of the
-// effects stand in the effects' table.
+// The floating tool bars beside the tool column: the bars, and one row per item. Those of the
+// effects are in the effects' table.
 #pragma once
 
 #include "effects/EffectTable.h"
@@ -24,7 +24,7 @@ struct FloatingBarRow {
 struct FloatingItemRow {
     const char *bar;
     QString key;
-    const char *iconName; ///< shown until there is a live picture
+    const char *iconName; ///< shown until there is a preview
 };
 
 std::span<const FloatingBarRow> floatingBars();

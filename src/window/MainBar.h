@@ -15,7 +15,7 @@ class MainBar : public TitleStrip {
   public:
     explicit MainBar(QWidget *parent = nullptr);
 
-    /// Not for children: Simple mode does without it.
+    /// Not for children: hidden in Simple mode.
     PictureButton *cmdOptions() const { return m_options; }
 
   Q_SIGNALS:

@@ -16,7 +16,8 @@
 namespace lumora {
 
 PhotoCommands::PhotoCommands(AppContext &ctx, QWidget *owner) : QObject(owner), m_ctx(ctx), m_owner(owner) {
-    // One-shot: they run the work after the modal dialog that started them has closed, and never inside other work.
+    // One-shot timers: they run the command after the modal dialog that started them has closed, and never inside a
+    // task.
     tmrLoadPhoto.setSingleShot(true);
     tmrSavePhoto.setSingleShot(true);
     connect(&tmrLoadPhoto, &QTimer::timeout, this,
@@ -124,7 +125,7 @@ PictureRead PhotoCommands::readInBackground(const QString &path) {
 
 void PhotoCommands::loadInto(const PictureRead &read, bool simpleRoute) {
     if (read.error == PictureError::Cancelled) {
-        say(read.error); // stopped by the user, not refused: there is not even an undo point
+        say(read.error); // cancelled by the user, not failed: no undo point is made
         return;
     }
     Q_EMIT canvasWanted();
@@ -187,7 +188,7 @@ void PhotoCommands::SaveMySimplePhoto2() {
     if (result == frmSimpleSave::Result::Save) {
         path = dialog.path();
     } else if (result == frmSimpleSave::Result::More) {
-        // CurrentFileName is the dialog's folder now and no name: offering it would lead away from the working folder.
+        // CurrentFileName is the dialog's folder now, not a name: offering it would leave the working folder.
         path = askWhereToSave(m_ctx, m_owner, {.initialName = {}, .suffix = "png", .workingDirectoryOnly = true});
     }
     if (path.isEmpty()) {
@@ -254,7 +255,7 @@ void PhotoCommands::saveBefore(const std::function<void()> &then) {
 }
 
 void PhotoCommands::PastePhoto() {
-    // First the picture: while a question is open the other program may end or change its mind.
+    // Read the picture first: while a question is open the other program may end or change the clipboard.
     const PictureRead read = readClipboardPicture(
         [this](const std::function<void()> &work, Stopping stopping) { return m_ctx.tasks.run(work, stopping); });
     if (read.error != PictureError::None) {
@@ -304,7 +305,7 @@ void PhotoCommands::leaveEditor() {
 void PhotoCommands::say(PictureError error) {
     const QString words = plainWords(m_ctx.texts, error);
     if (error == PictureError::Cancelled) {
-        Q_EMIT done(words); // the user wanted it so
+        Q_EMIT done(words); // the user chose this
     } else {
         Q_EMIT failed(words);
     }

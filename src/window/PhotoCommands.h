@@ -1,5 +1,5 @@
-// Opening, saving and leaving: what the Open, Save and Exit buttons do, by either route (own dialogs or the system's).
-// Owned by the main window, which listens to the signals.
+// Opening, saving and leaving: implements the Open, Save and Exit buttons, with either kind of dialog (Lumora's or the
+// system's). Owned by the main window, which connects to the signals.
 #pragma once
 
 #include "imaging/PictureFile.h"
@@ -23,9 +23,9 @@ class PhotoCommands : public QObject {
     /// The Open and Save buttons.
     void open();
     void save();
-    /// Opens that file the way of the Open button: asks first when there are unsaved changes.
+    /// Opens that file like the Open button: asks first when there are unsaved changes.
     void openDropped(const QString &path);
-    /// Asks as ExitApp does and leaves the editor when the answer allows it.
+    /// Asks like ExitApp and leaves the editor when the answer allows it.
     void leaveEditor();
     /// Shows a picture read while the window was built, or reads the path now where there is none.
     void openAtStart(const PictureRead &read);
@@ -34,7 +34,7 @@ class PhotoCommands : public QObject {
     void OpenPhotos2();
     void SavePhotos();
     void LoadPhoto();
-    /// True when the file stands.
+    /// Returns true when the file was written.
     bool SavePhoto();
     void SavePhoto2();
     void OpenMySimplePhoto();
@@ -42,22 +42,22 @@ class PhotoCommands : public QObject {
     void SaveMySimplePhoto();
     void SaveMySimplePhoto2();
     void SaveBeforeOpen();
-    /// Replaces the photo by the clipboard's picture; asks first when there are unsaved changes.
+    /// Replaces the photo with the clipboard's picture; asks first when there are unsaved changes.
     void PastePhoto();
 
   Q_SIGNALS:
-    /// The Arrow tool is to be current.
+    /// The Arrow tool should become current.
     void firstToolWanted();
     void toolsEnabled();
-    /// The canvas and the side panel are to be seen.
+    /// The canvas and the side panel should be shown.
     void canvasWanted();
-    /// A photo has come into the canvas.
+    /// A photo was loaded into the canvas.
     void opened();
     void buttonsToRefresh();
-    /// Plain words for the status line: what has been done, and what could not be.
+    /// A message for the status line: success or failure.
     void done(const QString &text);
     void failed(const QString &text);
-    /// The editor is left: close the main window, show the launcher.
+    /// The user leaves the editor: close the main window, show the launcher.
     void leave();
 
   private:
@@ -68,7 +68,7 @@ class PhotoCommands : public QObject {
     void saveSimplePath();
     Saved saveTo(const QString &path);
     void openSimple(const QString &form);
-    /// Asks frmSave2; runs `then` once the changes are saved or given up.
+    /// Asks frmSave2; runs `then` once the changes are saved or discarded.
     void saveBefore(const std::function<void()> &then);
     void say(PictureError error);
     void sayNotSaved(PictureError error);
@@ -77,7 +77,7 @@ class PhotoCommands : public QObject {
     QWidget *m_owner;
     QTimer tmrLoadPhoto;
     QTimer tmrSavePhoto;
-    std::function<void()> m_afterSimpleSave; ///< what waits for the Simple save to have happened
+    std::function<void()> m_afterSimpleSave; ///< runs after the Simple save
 };
 
 } // namespace lumora

@@ -13,7 +13,7 @@
 namespace lumora {
 
 namespace {
-constexpr int patience = 200; // milliseconds between two looks at whether the window is there
+constexpr int patience = 200; // milliseconds between two checks whether the window is visible
 }
 
 RecoveryOffer::RecoveryOffer(AppContext &ctx, Recovery &recovery, QWidget *owner)
@@ -24,7 +24,7 @@ RecoveryOffer::RecoveryOffer(AppContext &ctx, Recovery &recovery, QWidget *owner
     try {
         m_thread = std::jthread([this] { search(); });
     } catch (const std::system_error &) {
-        return; // the copies stay for another start
+        return; // the copies are kept for the next start
     }
 }
 
@@ -61,7 +61,7 @@ void RecoveryOffer::ask() {
 void RecoveryOffer::open() {
     const bool before = m_ctx.photo.PhotoModified();
     Q_EMIT canvasWanted();
-    // Unsaved before it comes: a photo that counts as saved would have its copy removed.
+    // Marked unsaved before it is loaded: the copy of a saved photo would be removed.
     m_ctx.photo.setPhotoModified(true);
     PictureRead read;
     read.picture = m_photo;

@@ -1,4 +1,4 @@
-// Offers what a crashed program left, once, when the main window has come up. Made by the main window.
+// Offers to recover the photo of a crashed session, once, after the main window is shown. Created by the main window.
 #pragma once
 
 #include <QImage>
@@ -14,8 +14,8 @@ struct AppContext;
 class Recovery;
 class RecoveryFolder;
 
-/// Looks for left copies in a thread of its own, so that the start never waits; with one, asks frmRecover over `owner`.
-/// Yes opens it as an unsaved photo (undoable), No removes it, no answer leaves it for the next start.
+/// Looks for recovery copies in its own thread, so that the start is not delayed; when there is one, asks frmRecover
+/// over `owner`. Yes opens it as an unsaved photo (undoable), No removes it, cancelling keeps it for the next start.
 class RecoveryOffer : public QObject {
     Q_OBJECT
 
@@ -24,13 +24,13 @@ class RecoveryOffer : public QObject {
     ~RecoveryOffer() override;
 
   Q_SIGNALS:
-    /// The question comes up; what else invites the user is to step back.
+    /// The question is about to be shown; other hints should be hidden.
     void asking();
-    /// The photo is about to come into the canvas, which is to be seen.
+    /// The photo is about to be loaded; the canvas should be shown.
     void canvasWanted();
-    /// It has come.
+    /// The photo was loaded.
     void opened();
-    /// It has not, and stays for the next start; plain words for the status line.
+    /// Loading failed, and the copy is kept for the next start; a message for the status line.
     void failed(const QString &text);
 
   private:

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int documentsFolder = 5;
 
-/// One row a type that the save dialog offers.
+/// One row per type that the save dialog offers.
 struct SaveFilter {
     const char *text;
     const char *pattern;
@@ -25,12 +25,12 @@ const SaveFilter saveFilters[] = {
     {"FileTypePNG", "*.png", "png"}, {"FileTypeTIF", "*.tif", "tif"}, {"FileTypeAll", "*", ""},
 };
 
-/// Starts the dialog in `folder`, or in the documents folder where that is gone.
+/// Starts the dialog in `folder`, or in the documents folder when that does not exist.
 void startIn(QFileDialog &dialog, const QString &folder) {
     dialog.setDirectory(QFileInfo(folder).isDir() ? folder : GetSpecialFolderPath(documentsFolder));
 }
 
-/// The initial name may be a folder: the Simple dialogs hand theirs over when the user wants more.
+/// The initial name may be a folder: the Simple dialogs pass theirs after "More...".
 void offerName(QFileDialog &dialog, const QString &name) {
     if (QFileInfo(name).isDir()) {
         dialog.setDirectory(name);

@@ -13,15 +13,15 @@ struct AppContext;
 /// dialog was cancelled.
 QString askForPhotoToOpen(AppContext &ctx, QWidget *owner);
 
-/// How a save dialog begins.
+/// The initial state of a save dialog.
 struct SaveQuestion {
     QString initialName;
     const char *suffix = "jpg";        ///< the type selected at first
     bool workingDirectoryOnly = false; ///< true: the "MyDocs" setting is not consulted
 };
 
-/// Asks where to save: in the documents folder or, where the settings say so, in the working directory; asks before an
-/// existing file is replaced. A name typed without an extension gets the one of the chosen type. An empty text when
+/// Asks where to save: in the documents folder or, if so configured, in the working directory; asks before an
+/// existing file is replaced. A name without an extension gets the one of the chosen type. An empty text when
 /// the dialog was cancelled.
 QString askWhereToSave(AppContext &ctx, QWidget *owner, const SaveQuestion &question);
 

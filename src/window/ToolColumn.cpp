@@ -80,7 +80,7 @@ void ToolColumn::placeAll() {
         const int each = (width - (count - 1) * gap) / count;
         int left = margin;
         for (PictureButton *button : buttons) {
-            if (count > 1) { // no room for words beside the picture: it stands alone and large
+            if (count > 1) { // no space for text beside the picture: it is shown alone and large
                 button->setCaptionPlace(PictureButton::CaptionPlace::None);
                 button->setPictureSize(loneSize);
             }

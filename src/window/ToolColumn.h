@@ -9,14 +9,14 @@ namespace lumora {
 class Pager;
 class PictureButton;
 
-/// Rows come from ToolTable. Pressing a button tells which; the column itself runs no tool.
+/// Rows come from ToolTable. Pressing a button emits a signal; the column itself runs no tool.
 class ToolColumn : public QWidget {
     Q_OBJECT
 
   public:
     explicit ToolColumn(QWidget *parent = nullptr);
 
-    /// The buttons of Simple mode at their places; those that share a top stand side by side in that row.
+    /// The buttons of Simple mode at their places; those with the same top share that row.
     /// `fromLauncher`: the cut-out button is hidden too.
     void setSimple(bool fromLauncher);
     /// Enables all tools.

@@ -37,7 +37,7 @@ ToolSet::ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingB
     connect(m_mouse, &CanvasMouse::moved, picTip, &QWidget::hide);
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
-            HideFloatingToolbars(); // their small pictures are of another photo
+            HideFloatingToolbars(); // their previews are of another photo
             m_pictures.stop();
         }
     });
@@ -49,7 +49,7 @@ ToolSet::ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingB
 ToolSet::~ToolSet() {
     m_mouse->setTool(nullptr);
     for (const Entry &entry : m_entries) {
-        delete entry.tool; // before the mouse and the view that they were made with
+        delete entry.tool; // destroyed before the mouse and the view that they use
     }
 }
 
@@ -128,7 +128,7 @@ void ToolSet::press(const QString &control) {
     }
 }
 
-/// Opens the tool's bar beside its button, or closes it. Nothing else begins or ends before an item is picked.
+/// Opens the tool's bar beside its button, or closes it. No tool starts or ends before an item is picked.
 void ToolSet::toggleBar(const Entry &entry) {
     FloatingToolbar *bar = m_bars.barOfTool(entry.row->control);
     const bool wasOpen = bar->isVisible();
@@ -144,7 +144,7 @@ void ToolSet::toggleBar(const Entry &entry) {
 void ToolSet::pick(const QString &control, const QString &key) {
     const Entry *entry = entryOf(control);
     if (entry != nullptr && entry->tool != nullptr && m_ctx.photo.PhotoLoaded()) {
-        m_view.setFocus(); // the item that had it is gone
+        m_view.setFocus(); // the item that had the focus was deleted
         start(*entry, key);
     }
 }
@@ -169,7 +169,7 @@ void ToolSet::showTip() {
 }
 
 /// The current tool's button is pressed, and while it excludes others only that button and the Arrow tool's can be
-/// used. A tool with a bar has no use of its own button meanwhile.
+/// used. A tool with a bar does not use its own button meanwhile.
 void ToolSet::showCurrent() {
     const bool excludes = m_current->tool != nullptr && m_current->tool->excludesOthers();
     for (const Entry &entry : m_entries) {
@@ -192,7 +192,7 @@ void ToolSet::HideFloatingToolbars() {
     showCurrent();
 }
 
-/// Ends every tool but those that stay for the next one. What is marked stays marked unless its tool drops it.
+/// Ends every tool except those that stay active with the next one. The selection is kept unless its tool drops it.
 void ToolSet::endTools(const EditorTool *next) {
     for (const Entry &entry : m_entries) {
         if (entry.tool != nullptr && (next == nullptr || !entry.tool->staysFor(*next))) {

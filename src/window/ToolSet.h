@@ -1,5 +1,5 @@
 // The tools behind the tool column and the floating bars: makes one for each row of the tool table, starts one and ends
-// the one before, and keeps the column showing which is current. Knows no tool by name.
+// the one before, and shows the current one in the column. Independent of individual tools.
 #pragma once
 
 #include "tools/EditorTool.h"
@@ -25,7 +25,7 @@ class ToolSet : public QObject {
     ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingBarSet &bars, QWidget *window);
     ~ToolSet() override;
 
-    /// A button of the tool column was pressed, or a tool without one is asked for by its name in the table.
+    /// A button of the tool column was pressed, or a tool without one is requested by its name in the table.
     void press(const QString &control);
     /// An item of the floating bar of that button was picked.
     void pick(const QString &control, const QString &key);
@@ -33,30 +33,30 @@ class ToolSet : public QObject {
     void HideFloatingToolbars();
     /// Closes an open slide-up panel and the tool that it belongs to.
     void HideBoxes();
-    /// Makes the Arrow tool current: whatever tool is at work ends, and what is marked is marked no more.
+    /// Makes the Arrow tool current: ends the active tool and clears the selection.
     void ResetTools();
     /// Esc: closes what is open, one thing at a time.
     void escape();
 
-    /// The part of the window that the photo has, in the window's pixels: panels slide over its lower edge.
+    /// The part of the window for the photo, in the window's pixels: panels slide over its lower edge.
     void setArea(const QRect &area);
-    /// The panel that is up, or null.
+    /// The open panel, or null.
     SlidingPanel *openPanel() const;
     /// The button of the tool that is current, see ToolRow::control.
     QString current() const;
 
   Q_SIGNALS:
-    /// Something to say in the status line, and whether it is good news.
+    /// A message for the status line, and whether it reports success.
     void message(const QString &text, bool good);
-    /// The status line's own text, where a tool words it.
+    /// The status line's text while a tool sets it.
     void statusText(const QString &text);
-    /// To be answered in a message box before the signal returns.
+    /// To be shown in a message box before the signal returns.
     void noticeWanted(const QString &text);
-    /// What depends on the photo and the settings is to be refreshed.
+    /// Everything that depends on the photo and the settings should be refreshed.
     void buttonsToRefresh();
-    /// A panel stands at its place or has gone.
+    /// A panel has finished opening or was closed.
     void panelChanged();
-    /// The whole photo is to be in view.
+    /// The whole photo should be in view.
     void fitWanted();
 
   private:
@@ -81,12 +81,12 @@ class ToolSet : public QObject {
     FloatingBarSet &m_bars;
     SelectionOutline *m_outline;
     CanvasMouse *m_mouse;
-    std::vector<Entry> m_entries; ///< as the table; does not change
+    std::vector<Entry> m_entries; ///< in table order; does not change
     QList<SlidingPanel *> m_panels;
-    const Entry *m_current; ///< the first, the Arrow tool, while no other is at work
+    const Entry *m_current; ///< the first, the Arrow tool, while no other is active
     Bubble *picTip;
-    QTimer m_pictures;                     ///< one tool's small pictures a turn of the event loop
-    QList<EditorTool *> m_picturesWaiting; ///< in their turns
+    QTimer m_pictures;                     ///< one tool's previews per event loop iteration
+    QList<EditorTool *> m_picturesWaiting; ///< in their order
 };
 
 } // namespace lumora

@@ -22,7 +22,7 @@ constexpr int pitch = 790;
 
 using Place = ToolPlace;
 
-/// Makes a tool that needs no more than the photo, the mouse and a window for its panel.
+/// Makes a tool that needs only the photo, the mouse and a window for its panel.
 template <typename Tool> EditorTool *make(const Place &p) {
     return new Tool(p.ctx, p.view, p.mouse, p.window);
 }

@@ -1,4 +1,4 @@
-// The tools: one row each, in the order in which their buttons stand in the column.
+// The tools: one row each, in the order of their buttons in the column.
 #pragma once
 
 #include <span>
@@ -16,8 +16,8 @@ struct ToolRow {
 
     bool hiddenFromLauncher = false; ///< hidden too when Simple mode is chosen in the launcher
     bool whiteWhenHovered = false;   ///< the button's hover colour is white
-    bool marks = false;              ///< what asks for a selection points at its button
-    int picturesTurn = 0;            ///< when its small pictures are made, after those of the effects; 0: never
+    bool marks = false;              ///< the tip for a missing selection points at its button
+    int picturesTurn = 0;            ///< order in which its previews are made, after those of the effects; 0: never
 };
 
 inline constexpr int hiddenInSimple = -1;

@@ -62,7 +62,7 @@ const ShortcutRow shortcuts[] = {
     {"-", "keyZoomout"},    {"Ctrl+-", "keyZoomout"}, {"F1", "keyHelp"},
 };
 
-/// The first picture file among what is dragged over the window.
+/// The first picture file in the drag data.
 QString droppedFile(const QMimeData &data) {
     for (const QUrl &url : data.urls()) {
         if (url.isLocalFile()) {
@@ -87,7 +87,7 @@ frmMain::frmMain(AppContext &ctx, QWidget *parent) : QWidget(parent, Qt::Window 
 }
 
 frmMain::~frmMain() {
-    delete m_toolSet; // before the view that its tools are on
+    delete m_toolSet; // destroyed before the view that its tools use
 }
 
 void frmMain::build() {
@@ -97,7 +97,7 @@ void frmMain::build() {
     m_view = new PhotoView(m_ctx.photo, m_photoRoom);
     m_panelRoom = new QWidget(m_photoRoom);
     m_emptyTable = new EmptyTable(this);
-    m_bar = new MainBar(this); // last for the keyboard, which walks in the order of making
+    m_bar = new MainBar(this); // last in the tab order, which is the order of creation
     m_status = new StatusLine("SBar", this);
     m_photo = new PhotoCommands(m_ctx, this);
     m_devices = new DeviceLists(m_ctx, {}, this);
@@ -140,7 +140,7 @@ void frmMain::connectCommands() {
     connect(m_bar, &MainBar::optionsWanted, this, &frmMain::showOptions);
 
     const auto open = [this] {
-        delete m_welcome; // it has said what it had to say
+        delete m_welcome; // its message was read
         HideBoxes();
         m_photo->open();
     };
@@ -213,12 +213,12 @@ void frmMain::makeShortcuts() {
 
 void frmMain::SetMeUp() {
     LoadLanguage();
-    // The lists fill when the answers come; the window waits for neither.
+    // The lists are filled asynchronously; the window does not wait.
     m_devices->LoadScanners();
     m_devices->GetPrinters();
     LoadSettingsFromINIFile(m_ctx);
     for (const char *key : {"keyEmail", "keySlideShow"}) {
-        m_commands->Toolbar1()->setButtonEnabled(key, false); // they have no behaviour yet
+        m_commands->Toolbar1()->setButtonEnabled(key, false); // they have no command yet
     }
     m_commands->cmdScan()->setEnabled(false);
     m_commands->cmdPrint()->setEnabled(false);
@@ -227,7 +227,7 @@ void frmMain::SetMeUp() {
         tmrWelcome->start();
     }
     chkPSButtons();
-    QTimer::singleShot(0, this, &frmMain::refreshPaste); // other programs answer when the window is up
+    QTimer::singleShot(0, this, &frmMain::refreshPaste); // asks other programs once the window is shown
     refreshZoom();
     refreshStatus();
     if (!m_startupPhotoPath.isEmpty()) {
@@ -341,8 +341,8 @@ void frmMain::ExitApp() {
 }
 
 void frmMain::fitPhoto() {
-    // The room on the table that has the photo's own shape: fitted by either side the whole photo is in view, and the
-    // margin takes up what rounding to a whole per cent adds.
+    // The area on the table with the photo's proportions: fitted by either side the whole photo is in view, and the
+    // margin absorbs the rounding to a whole percent.
     const QSize room = m_view->canvasSize() - QSize(2 * tableMargin, 2 * tableMargin);
     m_ctx.photo.fitPhoto(m_ctx.photo.picCanvas().size().scaled(room, Qt::KeepAspectRatio));
     m_fittedZoom = m_ctx.photo.zoom();
@@ -370,7 +370,7 @@ void frmMain::showZoomMenu() {
     menu.exec(button->mapToGlobal(QPoint(0, button->height())));
 }
 
-/// The photo keeps to what an open panel leaves of the table.
+/// The photo uses the part of the table that an open panel leaves free.
 void frmMain::makeRoomForPanel() {
     const SlidingPanel *panel = m_toolSet->openPanel();
     m_panelRoom->setVisible(panel != nullptr);
@@ -390,7 +390,7 @@ void frmMain::photoChanged(PhotoChanges what) {
         refreshStatus();
     }
     if (what.testFlag(PhotoChange::Size) && m_ctx.photo.zoom() == m_fittedZoom) {
-        QTimer::singleShot(0, this, &frmMain::fitPhoto); // a turned photo stays wholly in view
+        QTimer::singleShot(0, this, &frmMain::fitPhoto); // a rotated photo stays completely in view
     }
     if (what & PhotoChange::Zoom) {
         refreshZoom();
@@ -406,7 +406,7 @@ void frmMain::chkPSButtons() {
     toolbar->setButtonEnabled("keyZoomout", loaded);
     toolbar->setButtonEnabled("keyUndo", loaded && photo.history().undoSteps() > 0);
     toolbar->setButtonEnabled("keyRedo", loaded && photo.history().redoSteps() > 0);
-    if (m_ctx.fields.txtEmail != Switch::Other) { // any other value leaves it
+    if (m_ctx.fields.txtEmail != Switch::Other) { // any other value does not change it
         toolbar->setButtonOn(CommandRow::emailButton, m_ctx.fields.txtEmail == Switch::On);
     }
     toolbar->setButtonEnabled("keyCopy", loaded);
@@ -415,7 +415,7 @@ void frmMain::chkPSButtons() {
     m_commands->cmdSetZoom()->setEnabled(loaded);
 }
 
-/// Asked only when the clipboard changes: the answer may have to come from another program.
+/// Checked only when the clipboard changes: another program may have to respond.
 void frmMain::refreshPaste() {
     m_canPaste = clipboardHasPicture();
     chkPSButtons();
@@ -440,7 +440,7 @@ void frmMain::showCanvas() {
 
 bool frmMain::eventFilter(QObject *watched, QEvent *event) {
     if (watched == m_view && event->type() == QEvent::Resize && m_ctx.photo.zoom() == m_fittedZoom) {
-        // A photo that was fitted stays so when the window changes; after the view has taken its new size.
+        // A fitted photo stays fitted when the window is resized; after the view has taken its new size.
         QTimer::singleShot(0, this, &frmMain::fitPhoto);
     }
     if (watched == m_photoRoom && event->type() == QEvent::Resize) {
@@ -448,7 +448,7 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event) {
     }
     const bool pressed = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress;
     if (pressed && watched->isWidgetType()) {
-        m_status->clearMessage(); // a message stands until the next action
+        m_status->clearMessage(); // a message is shown until the next action
         if (watched == m_view->viewport()) {
             HideFloatingToolbars();
         }
@@ -457,7 +457,7 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event) {
 }
 
 void frmMain::closeEvent(QCloseEvent *event) {
-    event->ignore(); // leaving asks first; whoever owns the window unloads it
+    event->ignore(); // leaving asks first; the owner unloads the window
     if (!std::exchange(m_closeAsked, true)) {
         m_ctx.tasks.whenIdle(this, [this] {
             m_closeAsked = false;
@@ -467,7 +467,7 @@ void frmMain::closeEvent(QCloseEvent *event) {
 }
 
 void frmMain::dragEnterEvent(QDragEnterEvent *event) {
-    // The window system lets a drag through to a window that waits for an answer.
+    // The window system delivers drags even to a window blocked by a modal dialog.
     if (QApplication::activeModalWidget() == nullptr && !droppedFile(*event->mimeData()).isEmpty()) {
         event->acceptProposedAction();
     }
@@ -479,7 +479,7 @@ void frmMain::dropEvent(QDropEvent *event) {
         return;
     }
     event->acceptProposedAction();
-    // The program that was dragged from waits for this to return: ask and load afterwards.
+    // The drag source waits for this to return: ask and load afterwards.
     m_ctx.tasks.whenIdle(this, [this, path] {
         HideBoxes();
         m_photo->openDropped(path);

@@ -1,4 +1,4 @@
-// The main window: makes the controls, lays them out and connects them. What a button does lives in the room of its
+// The main window: makes the controls, lays them out and connects them. What a button does is in the module of its
 // tool; opening, saving and leaving in PhotoCommands.
 #pragma once
 
@@ -29,7 +29,7 @@ class ToolColumn;
 class ToolSet;
 class frmWelcome;
 
-/// From where Simple mode was started; the two differ in a few buttons.
+/// How Simple mode was started; a few buttons differ.
 enum class SimpleStart { CommandLine, Launcher };
 
 class frmMain : public QWidget {
@@ -96,8 +96,8 @@ class frmMain : public QWidget {
     std::shared_future<PictureRead> m_startupPicture;
     bool m_isSetUp = false;
     bool m_canPaste = false;
-    bool m_closeAsked = false; ///< the desktop has asked to close the window, and that waits for its turn
-    int m_fittedZoom = 0;      ///< per cent that fitPhoto chose last
+    bool m_closeAsked = false; ///< the desktop has asked to close the window, and the request is queued
+    int m_fittedZoom = 0;      ///< percent that fitPhoto chose last
 
     MainBar *m_bar = nullptr;
     CommandRow *m_commands = nullptr;

@@ -1,4 +1,4 @@
-// The splash: which way it goes on, its throbber, what it leaves in the user's settings store.
+// The splash: what it opens next, its throbber, what it writes to the user's settings.
 #include "app/frmSplash.h"
 
 #include "dialogs/frmMessage.h"

@@ -1,4 +1,4 @@
-// Every window, with a language file in which every text is another one: whatever still shows words stands in the code.
+// Every window, with a language file that changes every text: anything still shown unchanged is hard-coded.
 #include "app/frmLauncher.h"
 #include "app/frmSplash.h"
 #include "dialogs/frmPrompt.h"
@@ -52,7 +52,7 @@ TEST_F(VisibleTexts, OfTheCodeAreFound) {
 }
 
 TEST_F(VisibleTexts, OfTheWindowsComeFromTheLanguageFile) {
-    // The notice that the splash would show has its texts in the settings file.
+    // The notice of the splash has its texts in the settings file.
     context.settings.write<Setting::ScreenNotice, Writer::Notice>(Switch::Off);
     look(*std::make_unique<frmSplash>(context));
     look(*std::make_unique<frmLauncher>(context));

@@ -1,4 +1,4 @@
-// What a child meets after a crash: the question, its answers, and the ways in which the program ends without asking.
+// Recovery after a crash: the question, its answers, and the ways in which the program ends without asking.
 #include "dialogs/frmPrompt.h"
 
 #include "app/ClosingSignals.h"
@@ -36,7 +36,7 @@ class Recover : public test::Shell {
     QString recoveryFolder() const { return m_folder.filePath("recovery"); }
     void leave(const QImage &photo) const { ASSERT_TRUE(RecoveryFolder(recoveryFolder()).write(photo)); }
 
-    /// Waits for the question, does something in it and closes it when that did not. False when none came.
+    /// Waits for the question, runs an action in it and closes it if still open. Returns false when none came.
     static bool answer(const std::function<void(QWidget &)> &hand) {
         QWidget *window = nullptr;
         const auto asked = [&window] {
@@ -143,7 +143,7 @@ TEST_F(Recover, WindowShowsThePhotoAndItsTexts) {
     }
 }
 
-/// A program in another process that has just changed its photo when it is told to end.
+/// A program in another process that gets a signal just after changing its photo.
 class Program {
   public:
     Program(const QString &folder, const char *how) {
@@ -158,7 +158,7 @@ class Program {
         }
     }
     qint64 processId() const { return m_process.processId(); }
-    /// Its exit code; nothing when it did not end by itself.
+    /// Its exit code; nothing when it did not exit by itself.
     std::optional<int> exitCode() {
         const bool ended = m_process.waitForFinished(60'000) && m_process.exitStatus() == QProcess::NormalExit;
         return ended ? std::optional(m_process.exitCode()) : std::nullopt;
@@ -186,7 +186,7 @@ TEST(RecoverProgram, DISABLED_runs) {
             for (int n = 1; n <= 5; ++n) {
                 ASSERT_TRUE(photo.changePhoto(photoLike(1500, 1000 + n)));
             }
-            if (how == "working") { // what the work makes is still taken
+            if (how == "working") { // the result of the task is still used
                 std::cout << "ready" << std::endl;
                 BackgroundTasks tasks;
                 tasks.run([] { QThread::msleep(1000); });
@@ -198,7 +198,7 @@ TEST(RecoverProgram, DISABLED_runs) {
                 photo.setPhotoModified(false);
             }
             std::cout << "ready" << std::endl;
-            if (how == "dialog") { // a question is open, and nobody is there to answer it
+            if (how == "dialog") { // a question is open and is not answered
                 QDialog dialog;
                 dialog.exec();
             }

@@ -1,4 +1,4 @@
-// Ini files on a disk: what may stand there, who may write, and how often they are read.
+// Ini files on a disk: content, write access, and how often they are read.
 #include "base/IniFiles.h"
 
 #include "base/TemporaryHome.h"
@@ -38,10 +38,10 @@ class IniFilesTest : public testing::Test {
     test::TemporaryHome home;
     QTemporaryDir folder;
     QString file = folder.filePath("Lumora.ini");
-    IniFiles ini{std::chrono::milliseconds(0)}; // every read looks
+    IniFiles ini{std::chrono::milliseconds(0)}; // every read checks the file
 };
 
-TEST_F(IniFilesTest, AnythingMayStandThere) {
+TEST_F(IniFilesTest, AcceptsAnyContent) {
     const struct {
         const char *name;
         QByteArray bytes;
@@ -65,7 +65,7 @@ TEST_F(IniFilesTest, AnythingMayStandThere) {
     }
 }
 
-TEST_F(IniFilesTest, WhatIsNoFileGivesDefaultsAndStays) {
+TEST_F(IniFilesTest, NonFilesGiveDefaultsAndAreKept) {
     ASSERT_TRUE(QDir().mkdir(file));
     EXPECT_EQ(read(), "default");
     EXPECT_TRUE(ini.WriteIniValue(file, "A", "k", "1"));
@@ -102,17 +102,17 @@ TEST_F(IniFilesTest, AWriteKeepsLinkAndMode) {
     EXPECT_EQ(status.st_mode & 07777, 0640U);
 }
 
-TEST_F(IniFilesTest, AFolderThatCannotBeWrittenSendsWritesToTheUser) {
-    // A folder that is not there cannot be written by anybody, not even by the superuser who may run the tests.
+TEST_F(IniFilesTest, WritesGoToTheUserWhenTheFolderIsReadOnly) {
+    // A folder that does not exist cannot be written, not even by root, which may run the tests.
     file = folder.filePath("gone/Lumora.ini");
     EXPECT_TRUE(ini.WriteIniValue(file, "A", "k", "user"));
     EXPECT_EQ(get(userCopy()), "[A]\nk=user\n");
     EXPECT_EQ(read(), "user");
 
-    // The program's file, read-only by its owner's wish, lies under the user's copy.
+    // The program's file is read-only, and the user's copy overrides it.
     const QString shipped = folder.filePath("Lumora.ini");
     put(shipped, "[A]\nk=shipped\nl=both\n");
-    EXPECT_EQ(ini.ReadIniValue(shipped, "A", "k", "default"), "shipped") << "where it can be written it alone counts";
+    EXPECT_EQ(ini.ReadIniValue(shipped, "A", "k", "default"), "shipped") << "a writable file is the only one used";
     if (::geteuid() != 0) {
         ASSERT_EQ(::chmod(QFile::encodeName(shipped).constData(), 0444), 0);
         EXPECT_EQ(ini.ReadIniValue(shipped, "A", "k", "default"), "user");
@@ -125,7 +125,7 @@ TEST_F(IniFilesTest, AFolderThatCannotBeWrittenSendsWritesToTheUser) {
 
 TEST_F(IniFilesTest, ManyReadsOpenTheFileOnceAndStillSeeChanges) {
     put(file, "[A]\nk=1\n");
-    // Let the file system's clock tick, so that its age can be told from now.
+    // Wait for the file system's clock to tick, so that the file is older than now.
     std::this_thread::sleep_for(std::chrono::milliseconds(30));
     const int watch = ::inotify_init1(IN_NONBLOCK);
     ASSERT_GE(watch, 0);
@@ -139,7 +139,7 @@ TEST_F(IniFilesTest, ManyReadsOpenTheFileOnceAndStillSeeChanges) {
     EXPECT_LT(::read(watch, events, sizeof events), 0);
     ::close(watch);
 
-    // Same size, same moment or nearly: each change must show.
+    // Same size, nearly the same time: each change must be noticed.
     for (int i = 0; i < 50; ++i) {
         const QByteArray digit = QByteArray::number(i % 10);
         put(file, "[A]\nk=" + digit + "\n");
@@ -183,7 +183,7 @@ TEST_F(IniFilesTest, AChangeFromOutsideIsSeenSoon) {
     const quint64 before = usual.revision();
     put(file + ".new", "[A]\nk=1\n"); // as an editor does: a new file takes the old one's place
     ASSERT_EQ(::rename(QFile::encodeName(file + ".new").constData(), QFile::encodeName(file).constData()), 0);
-    while (seen() != "1") { // the test's time limit ends it where it never comes
+    while (seen() != "1") { // the test's time limit ends it when the change is never noticed
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     EXPECT_NE(usual.revision(), before);

@@ -1,4 +1,4 @@
-// What an ini file's text means, and what a change leaves alone.
+// What an ini file's text means, and what a change does not touch.
 #include "base/IniText.h"
 
 #include <gtest/gtest.h>

@@ -25,7 +25,7 @@ struct Entry {
     QStringList defaults; ///< more than one where readers differ
 };
 
-/// One entry an identifier, in the table's order.
+/// One entry per identifier, in the table's order.
 QList<Entry> entries() {
     QList<Entry> list;
     std::map<QString, qsizetype> places;
@@ -41,8 +41,8 @@ QList<Entry> entries() {
     return list;
 }
 
-/// The English file. A text whose readers have defaults of their own stands as a remark, so that the file as it is
-/// installed changes nothing.
+/// The English file. A text whose readers have different defaults is written as a comment, so that the installed file
+/// changes nothing.
 QByteArray englishFile() {
     QString file = "; Every text of Lumora (UTF-8). Change the text after \"Caption=\", or replace this file with a\n"
                    "; copy of one from the folder \"languages\". A text that is missing here appears in English.\n"

@@ -1,4 +1,4 @@
-// A home folder for one test, so that nothing is made or read in the real one.
+// A home folder for one test, so that the real one is neither read nor written.
 #pragma once
 
 #include <QTemporaryDir>

@@ -195,7 +195,7 @@ TEST(TextTable, RowsAreWellFormed) {
 }
 
 /// Every text that the program asks for by name has its row, with the default that the program gives: a typing error
-/// would show an empty text, a default of its own an old one.
+/// would show an empty text, a different default an outdated one.
 TEST(TextTable, HoldsEveryTextThatTheProgramAsksFor) {
     const QString source = qEnvironmentVariable("LUMORA_SOURCE") + "/src";
     const QRegularExpression asks(R"re(\btexts?(?:\(\))?(?:\.|->)text\(\s*"([^"]+)"(?:,\s*"([^"]+)"\))?)re");

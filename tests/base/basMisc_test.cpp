@@ -1,4 +1,4 @@
-// The small helpers that every floor uses.
+// The small platform helpers used by all modules.
 #include "base/basMisc.h"
 
 #include "base/TemporaryHome.h"
@@ -34,7 +34,7 @@ TEST(BasMisc, LanguageFileInAnySpelling) {
     EXPECT_EQ(installation.languageFile(), folder.filePath("language.ini"));
 }
 
-/// Stands in for the desktop's own programs.
+/// Replaces the desktop's own programs.
 class Desktop : public QObject {
     Q_OBJECT
 

@@ -1,4 +1,4 @@
-// A throw-away installation and a hand that answers modal windows, for the tests of the dialogs.
+// A temporary installation and helpers that answer modal windows, for the tests of the dialogs.
 #pragma once
 
 #include "imaging/PictureFile.h"
@@ -45,7 +45,7 @@ class DialogTest : public testing::Test {
         ASSERT_TRUE(writePicture(test::photoLike(32, 24), path).ok());
     }
 
-    /// Runs the modal call while `hand` works in its window; closes the window when the hand has not.
+    /// Runs the modal call while `hand` operates its window; closes the window if `hand` does not.
     void play(const std::function<void()> &modalCall, const std::function<void(QWidget &)> &hand) {
         QTimer::singleShot(0, [&] {
             QWidget *window = QApplication::activeModalWidget();
@@ -58,7 +58,7 @@ class DialogTest : public testing::Test {
         modalCall();
     }
 
-    /// Notes title and text of every message box that comes up during `action`, and presses OK in it.
+    /// Records title and text of every message box that comes up during `action`, and presses OK in it.
     static QStringList messagesDuring(const std::function<void()> &action) {
         QStringList messages;
         QTimer presser;

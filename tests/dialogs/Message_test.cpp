@@ -1,4 +1,4 @@
-// The notice on a small screen: its texts come from the settings file, its answer goes there.
+// The notice on a small screen: its texts come from the settings file, its answer is written there.
 #include "dialogs/frmMessage.h"
 
 #include "support/SettingsFile.h"

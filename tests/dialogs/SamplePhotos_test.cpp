@@ -1,4 +1,4 @@
-// The sample photos that Lumora brings along: enough of them in every group, whole, large, and painted by a scene.
+// The sample photos shipped with Lumora: enough in every group, complete, large, and painted by a scene.
 #include "imaging/PictureFile.h"
 
 #include <QDir>
@@ -8,7 +8,7 @@
 namespace lumora {
 namespace {
 
-TEST(SamplePhotos, EveryGroupHasSixThatAreWholeAndPainted) {
+TEST(SamplePhotos, EveryGroupHasSixCompletePaintedPhotos) {
     const QString source = qEnvironmentVariable("LUMORA_SOURCE");
     QFile rows(source + "/content/samples/Gallery.cpp");
     ASSERT_TRUE(rows.open(QIODevice::ReadOnly));

@@ -1,4 +1,4 @@
-// The welcome bubble: what it writes, and the ring around the button it speaks of.
+// The welcome bubble: what it writes, and the ring around the button it refers to.
 #include "dialogs/frmWelcome.h"
 
 #include "support/SettingsFile.h"
@@ -60,7 +60,7 @@ TEST_F(Welcome, OnlyOkWritesTheAnswer) {
     }
 }
 
-TEST_F(Welcome, ATickTakenBackIsNoTick) {
+TEST_F(Welcome, AClearedTickIsNotSaved) {
     auto *box = m_bubble->findChild<QCheckBox *>("chkShow");
     box->click();
     box->click();

@@ -65,7 +65,7 @@ TEST_F(frmSimpleOpenTest, StartsWhereTheSettingsSay) {
     }
 }
 
-TEST_F(frmSimpleOpenTest, EveryWayToAnEnd) {
+TEST_F(frmSimpleOpenTest, EveryWayToCloseIt) {
     using Result = frmSimpleOpen::Result;
     writePhoto("photos/one.png");
     writePhoto("photos/two.png");
@@ -148,7 +148,7 @@ TEST_F(frmSimpleOpenTest, SampleGroupsLeadToTheirFolders) {
     });
 }
 
-TEST_F(frmSimpleOpenTest, AMissingSampleFolderIsSaidTwiceAndChangesNothing) {
+TEST_F(frmSimpleOpenTest, AMissingSampleFolderIsReportedTwiceAndChangesNothing) {
     writePhoto("photos/mine.png");
     open([&](QWidget &window) {
         const QStringList messages = messagesDuring([&] { click(window, "cmdGrp4"); });
@@ -160,11 +160,11 @@ TEST_F(frmSimpleOpenTest, AMissingSampleFolderIsSaidTwiceAndChangesNothing) {
     });
 }
 
-TEST_F(frmSimpleOpenTest, AMissingFolderAtTheStartIsSaidOnceAndTheDialogStays) {
+TEST_F(frmSimpleOpenTest, AMissingFolderAtTheStartIsReportedOnceAndTheDialogStays) {
     QDir(photos()).removeRecursively();
     bool shown = false;
     const QStringList messages = messagesDuring([&] {
-        QTimer closer; // the hand of open() would be given the message box
+        QTimer closer; // open() would operate the message box
         QObject::connect(&closer, &QTimer::timeout, [&] {
             auto *window = qobject_cast<frmSimpleOpen *>(QApplication::activeModalWidget());
             if (window) {
@@ -181,7 +181,7 @@ TEST_F(frmSimpleOpenTest, AMissingFolderAtTheStartIsSaidOnceAndTheDialogStays) {
     EXPECT_TRUE(shown);
 }
 
-TEST_F(frmSimpleOpenTest, AFileThatIsNoPictureCannotBeChosen) {
+TEST_F(frmSimpleOpenTest, AFileThatIsNotAPictureCannotBeChosen) {
     writeFile("photos/broken.jpg", "no picture at all");
     writePhoto("photos/whole.png");
     open([&](QWidget &window) {

@@ -94,7 +94,7 @@ TEST_F(frmSimpleSaveTest, BeginsAsAJpegWithANameThatIsNew) {
     EXPECT_EQ(freeSaveName(photos() + "/nowhere", "my picture"), "my picture");
 }
 
-TEST_F(frmSimpleSaveTest, OtherWaysToAnEnd) {
+TEST_F(frmSimpleSaveTest, OtherWaysToCloseIt) {
     using Result = frmSimpleSave::Result;
     struct Row {
         const char *name;
@@ -126,7 +126,7 @@ TEST_F(frmSimpleSaveTest, OtherWaysToAnEnd) {
     EXPECT_TRUE(QDir(photos()).isEmpty()) << "the dialog writes nothing";
 }
 
-TEST_F(frmSimpleSaveTest, WhatNoFileNameCanHoldIsLeftOut) {
+TEST_F(frmSimpleSaveTest, InvalidFileNameCharactersAreRemoved) {
     const std::pair<QString, QString> rows[] = {
         {"a/b", "ab"},        {"../up", "..up"}, {"/", ""}, {QString("x%1y").arg(QChar(QChar::Null)), "xy"},
         {"Möwe 🐦", "Möwe 🐦"},
@@ -144,7 +144,7 @@ TEST_F(frmSimpleSaveTest, WhatNoFileNameCanHoldIsLeftOut) {
     });
 }
 
-TEST_F(frmSimpleSaveTest, AMissingFolderIsMadeAndAnImpossibleOneSaid) {
+TEST_F(frmSimpleSaveTest, AMissingFolderIsCreatedAndAnInvalidOneReported) {
     QDir(photos()).removeRecursively();
     const auto saveTrip = [](QWidget &window) {
         type(window, "trip");

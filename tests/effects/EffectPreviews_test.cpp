@@ -68,7 +68,7 @@ TEST_F(EffectPreviewsTest, EveryChangeOfThePhotoShowsInThem) {
     open(test::photoLike(300, 200));
     ASSERT_TRUE(waitUntilDone());
     const std::function<void()> changes[] = {
-        [&] { effects.ApplyBasicSFX(8); }, // leaves the document's reduced copy as it was
+        [&] { effects.ApplyBasicSFX(8); }, // does not update the document's reduced copy
         [&] { ctx.photo.PerformUndo(); },
         [&] { open(test::photoLike(30, 20)); },
         [&] { open(test::photoLike(1, 900)); },

@@ -185,7 +185,7 @@ TEST_F(EffectsPanelTest, TheAngleIsANumberASliderAndTwoStyles) {
     EXPECT_EQ(effects.advancedValues(11), (EffectValues{-12, 226, 42, 42}));
 }
 
-/// What is shown is what Apply then does, and closing shows the photo as it was.
+/// The preview equals the result of Apply, and closing shows the unchanged photo.
 TEST_F(EffectsPanelTest, EveryEffectShowsLiveAndTouchesNothing) {
     PhotoSelection lasso;
     lasso.markLasso({{20, 10}, {180, 40}, {60, 110}});
@@ -223,7 +223,7 @@ TEST_F(EffectsPanelTest, EveryEffectShowsLiveAndTouchesNothing) {
     }
 }
 
-TEST_F(EffectsPanelTest, TheLivePictureFollowsSliderScrollingAndZoom) {
+TEST_F(EffectsPanelTest, TheLivePreviewFollowsSliderScrollingAndZoom) {
     openBox(4);
     ASSERT_TRUE(waitForLive());
     const std::pair<const char *, std::function<void()>> moves[] = {

@@ -94,7 +94,7 @@ TEST_P(FramesTest, NothingShowsThroughBetweenTheRepeats) {
     }
 }
 
-TEST_P(FramesTest, TinyPhotosKeepTheirSizeAndSomethingOfThemselves) {
+TEST_P(FramesTest, TinyPhotosKeepTheirSizeAndStayPartlyVisible) {
     for (const QSize size : {QSize(1, 1), QSize(2, 1), QSize(2, 2), QSize(1, 40), QSize(3, 3), QSize(7, 5)}) {
         open(size);
         const QImage photo = ctx.photo.picCanvas();

@@ -27,7 +27,7 @@ namespace {
 
 constexpr QPoint nowhere(-1, -1);
 
-/// Marks a part of a photo of 200 x 180 pixels as the selection tool of that kind does.
+/// Selects a part of a photo of 200 x 180 pixels like the selection tool of that kind.
 PhotoSelection marked(int kind) {
     PhotoSelection selection;
     switch (kind) {
@@ -71,7 +71,7 @@ class SpecialEffectsTest : public testing::Test {
     const QImage photo = test::photoLike(200, 180);
 };
 
-/// Every change of the common flow that the program can make: what it runs and what the engine makes of a whole photo.
+/// Every change of the common flow that the program can make: what it runs and the engine's result for a whole photo.
 struct Change {
     std::string name;
     std::function<EffectOutcome(SpecialEffects &, BasicEffects &, SelectionFlow &)> run;
@@ -249,7 +249,7 @@ TEST_F(SpecialEffectsTest, WhatCannotRunChangesNothing) {
     }
 }
 
-TEST_F(SpecialEffectsTest, ARefusingEngineCostsNeitherPhotoNorHistory) {
+TEST_F(SpecialEffectsTest, AFailingEngineKeepsPhotoAndHistory) {
     const Operation refusals[] = {
         [](const QImage &, PixelRect) { return QImage(); },
         [](const QImage &, PixelRect) -> QImage { throw std::bad_alloc(); },
@@ -274,7 +274,7 @@ TEST_F(SpecialEffectsTest, ARefusingEngineCostsNeitherPhotoNorHistory) {
 }
 
 #ifndef LUMORA_SANITIZED
-/// In a process of its own: 0 when effects without memory left photo and history alone and worked again afterwards.
+/// Runs in a separate process: 0 when effects without memory kept photo and history and worked again afterwards.
 int effectsWithoutMemory() {
     QTemporaryDir folder;
     AppContext ctx{Installation{folder.path()}};

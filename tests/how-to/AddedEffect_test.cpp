@@ -1,4 +1,4 @@
-// The effect "Posterise", added as docs/how-to.md says and worked in the main window like the others.
+// The effect "Posterise", added as docs/how-to.md says and used in the main window like the others.
 #include "document/PhotoDocument.h"
 #include "imaging/EffectEngine.h"
 #include "imaging/Scale.h"
@@ -44,7 +44,7 @@ class AddedEffect : public test::Shell {
         pick("FT4", "keySFX13");
         ASSERT_TRUE(QTest::qWaitFor([this] { return control<QWidget>("SFXBox13")->isVisible(); }));
     }
-    /// Marks with the selection tool of that key by a drag over the view, and answers what it marks.
+    /// Marks with the selection tool of that key by a drag over the view, and returns what it marks.
     Region mark(const char *key) {
         pick("FT1", key);
         PhotoView &view = *window.view();
@@ -56,7 +56,7 @@ class AddedEffect : public test::Shell {
         QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, to);
         return context.photo.selection().region(photo.size());
     }
-    /// The photo with so many levels, where the region says or everywhere.
+    /// The photo with that many levels, inside the region or everywhere.
     QImage posterised(int levels, const Region *region = nullptr) const {
         QImage result = photo.copy();
         const auto channel = [levels](int value) {

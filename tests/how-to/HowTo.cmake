@@ -1,5 +1,5 @@
 # Lumora with what docs/how-to.md says how to add: the files in src/, and the rows in rows/ in copies of their tables.
-# A copy stands in for the table of the library, since the linker takes a program's own object first.
+# A copy replaces the table of the library, since the linker takes a program's own object first.
 
 lumora_tests(how-to LINK lumora_window lumora_test_texts)
 target_include_directories(test_how-to PRIVATE ${CMAKE_CURRENT_LIST_DIR}/src)

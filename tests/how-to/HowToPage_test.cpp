@@ -1,4 +1,4 @@
-// docs/how-to.md names only files that there are.
+// docs/how-to.md names only existing files.
 #include <QFile>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@ TEST(HowToPage, NamesFilesThatExist) {
     const QRegularExpression path("`((?:content|resources|scripts|src|tests)/[^` ]*)`");
     int seen = 0;
     for (auto match = path.globalMatch(text); match.hasNext(); ++seen) {
-        // Where the reader puts in a name of their own, the folder has to be there.
+        // For a placeholder name only the folder has to exist.
         QString named = match.next().captured(1).remove(QRegularExpression("[^/]*(NAME|\\*).*$"));
         if (!named.endsWith('/') && !named.section('/', -1).contains('.') && !QFile::exists(root + named)) {
             named += ".cpp"; // a file pair is named without its ending

@@ -1,4 +1,4 @@
-// The options window: what it reads, shows, takes from real clicks and keys, and writes; and what it leaves alone.
+// The options window: what it reads, shows, accepts from real clicks and keys, and writes; and what it does not change.
 #include "options/frmOptions.h"
 
 #include "options/OptionsTabs.h"
@@ -29,7 +29,7 @@ class Options : public test::Shell {
   protected:
     void SetUp() override {
         Shell::SetUp();
-        m_helper = helperThatPrints("sleep 1000"); // never answers in time unless the test says so
+        m_helper = helperThatPrints("sleep 1000"); // does not finish in time unless the test says so
     }
     QString helperThatPrints(const QByteArray &script) {
         QFile file(m_folder.filePath("helper"));
@@ -163,7 +163,7 @@ TEST_F(Options, SavingSwitchesTheCropTipOnAndKeepsWhatIsNotItsOwn) {
     EXPECT_TRUE(settingsFile().startsWith("; by hand"));
 }
 
-TEST_F(Options, NumbersOutOfRangeOrNoneAtAllBecomeOnesThatCanBeChosen) {
+TEST_F(Options, InvalidNumbersAreClampedOrDefaulted) {
     struct Row {
         const char *section, *key, *value, *saved;
     };
@@ -357,7 +357,7 @@ TEST_F(Options, DevicesAreLookedForWhenTheirTabOpensAndChosenOnesStay) {
     EXPECT_EQ(context.fields.txtPrinter, "Ink");
 }
 
-TEST_F(Options, WhatIsNotFoundIsSaidAndTheSavedChoiceStays) {
+TEST_F(Options, MissingDevicesAreReportedAndTheSavedChoiceStays) {
     saveSettings("[Scanner]\nDevice=1\n[Printer]\nDevice=Laser upstairs\n");
     m_helper = "/no/such/helper";
     show(devices);
@@ -423,7 +423,7 @@ TEST_F(Options, EveryControlHasANameAndAPlaceInTheTabOrder) {
 }
 
 TEST_F(Options, FitsSmallScreensInEveryLanguage) {
-    applyTheme(*qApp); // its letters and margins are what counts here
+    applyTheme(*qApp); // its font and margins matter here
     for (const char *language : {"", "de", "fr"}) {
         QFile::remove(m_folder.filePath("language.ini"));
         const QString folder = qEnvironmentVariable("LUMORA_SOURCE") + "/resources/installed/languages/language-";

@@ -1,4 +1,4 @@
-// Plays a script on the small window and tells what came of it.
+// Plays a script on the small window and returns the result.
 #pragma once
 
 #include "Player.h"

@@ -164,7 +164,7 @@ void SmallWindow::ask() {
     }
 }
 
-/// A long command that repaints and runs timers but lets no input in.
+/// A long command that repaints and runs timers but accepts no input.
 void SmallWindow::work() {
     const auto before = diary.size();
     QElapsedTimer clock;

@@ -1,4 +1,4 @@
-// A small window with one of everything that the player can work, and a diary of what happened to it.
+// A small window with one of each control that the player supports, and a log of its events.
 #pragma once
 
 #include "Program.h"
@@ -38,7 +38,7 @@ class SmallWindow : public QWidget {
     QStringList diary;
     Canvas *canvas = nullptr;
     QImage marked;  ///< of the photo
-    QString broken; ///< the entry of the diary that breaks the order
+    QString broken; ///< the log entry that is out of order
     int undoSteps = 3;
 
   private:
@@ -64,7 +64,7 @@ class SmallProgram : public Program {
     QImage picture() const override;
     QImage marked() const override;
     State state() const override;
-    /// cmdOpen is the one that a walk must not touch.
+    /// cmdOpen is the control that a walk must not use.
     bool isLeftAlone(const QWidget &widget) const override { return widget.objectName() == "cmdOpen"; }
     bool isMoving() const override { return false; }
     bool isAtRest() const override { return window.diary.last() == "escaped"; }

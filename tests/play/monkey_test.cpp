@@ -1,5 +1,5 @@
-// The random walk on a small window: it can be repeated, it reaches every kind of control and no other, and what it
-// finds out of order is told with the action that did it.
+// The random walk on a small window: it can be repeated, it reaches every kind of control and no other, and errors are
+// reported with the action that caused them.
 #include "Playing.h"
 
 #include <QRegularExpression>
@@ -39,10 +39,10 @@ TEST(Monkey, ReachesEveryKindOfControlAndOnlyWhatAPersonCould) {
         EXPECT_TRUE(run.diary.contains(entry)) << entry;
     }
     EXPECT_FALSE(actions.contains(QRegularExpression("cmdOpen|cmdOff|cmdHidden|cmdCovered|keyRedo")));
-    EXPECT_FALSE(run.diary.contains("disturbed")); // no input while a long command lets none in
+    EXPECT_FALSE(run.diary.contains("disturbed")); // no input while a long command accepts none
 }
 
-TEST(Monkey, TellsWhichActionBrokeTheOrder) {
+TEST(Monkey, ReportsWhichActionBrokeTheOrder) {
     const Played run =
         playScript("start\n\nmonkey 1 400", 100, [](test::SmallWindow &window) { window.broken = "keyUndo"; });
     EXPECT_EQ(run.line, 3);

@@ -171,7 +171,7 @@ TEST(Player, FilmsWhatItDoesAtACalmPace) {
                        " 50\npress 3 4\nset sldValue 60\nexpect sldValue 60\nwait 200\nfilm end\npress 1 1",
                    3000);
     ASSERT_EQ(run.problem, "") << run.line;
-    // It glides over the photo, presses once, and goes on quickly once the film has ended.
+    // It moves over the photo, presses once, and continues quickly once the film has ended.
     EXPECT_EQ(run.diary.count("down 3,4"), 1);
     EXPECT_GT(run.diary.indexOf("down 3,4"), 0);
     EXPECT_EQ(run.diary.mid(run.diary.size() - 4), QStringList({"over 1,1", "over 1,1", "down 1,1", "up 1,1"}));
@@ -191,7 +191,7 @@ TEST(Player, FilmsWhatItDoesAtACalmPace) {
     EXPECT_EQ(film.read(4), QByteArray(expected, 4));
 }
 
-TEST(Player, HashesWhatLiesOutsideAMask) {
+TEST(Player, HashesPixelsOutsideAMask) {
     const Played run = playScript("start\nmask pet\nhash outside pet before\nexpect outside.pet $before", 400,
                                   [](test::SmallWindow &window) {
                                       window.marked = QImage(2, 1, QImage::Format_Grayscale8);
@@ -204,7 +204,7 @@ TEST(Player, HashesWhatLiesOutsideAMask) {
     EXPECT_EQ(run.printed.value(0), "2x1 " + QString::fromLatin1(sum));
 }
 
-TEST(Player, ComparesLooksWithWhatWasKept) {
+TEST(Player, ComparesLooksWithStoredOnes) {
     QTemporaryDir folder;
     const QString file = folder.filePath("look.png");
     QImage other(2, 1, QImage::Format_RGB32);

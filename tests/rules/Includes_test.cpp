@@ -1,4 +1,4 @@
-// Rules that no compiler checks: who may include whom, and what the files must not say.
+// Rules that no compiler checks: allowed includes, and forbidden content of files.
 #include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
@@ -30,7 +30,7 @@ QStringList filesBelow(const QString &folder, const QStringList &names) {
     return files;
 }
 
-/// What each module may include of the others; itself always. docs/architecture.md shows the same rows.
+/// The modules that each module may include; itself always. docs/architecture.md shows the same rows.
 const QMap<QString, QStringList> mayUse = {
     {"app", {"base", "dialogs", "document", "guide", "session", "widgets", "window"}},
     {"base", {}},
@@ -68,7 +68,7 @@ QStringList includesOf(const QString &code) {
     return found;
 }
 
-/// What is wrong with an include of a file in src/; empty when it may stay.
+/// The error of an include of a file in src/; empty when it is allowed.
 QString includeFault(const QString &file, const QString &include) {
     const QString from = moduleOf(file);
     const QString name = include.mid(1);
@@ -106,7 +106,7 @@ TEST(Rules, IncludesKeepToTheTable) {
     }
 }
 
-/// Kernels may reach Qt through a header as well; no header that they take in may include any.
+/// Kernels may reach Qt through a header as well; no header that they include may include Qt.
 TEST(Rules, KernelsReachNoQtThroughHeaders) {
     QStringList kernels =
         filesBelow("src/imaging/effects", {"*.h", "*.cpp"}) + filesBelow("src/imaging/kernels", {"*.h", "*.cpp"});
@@ -199,8 +199,8 @@ QString insideBrackets(const QString &code, qsizetype open) {
     return {};
 }
 
-/// The words that the code hands to what shows them, other than by way of the language file: what is painted, said in
-/// the status line or asked in a message box is on no control where a test of the windows would find it.
+/// Texts that the code passes to the user interface without the language file: painted text, status messages and
+/// message boxes are not on controls where a test of the windows would find them.
 QStringList wordsShownByCode(const QString &code) {
     static const QRegularExpression shows(
         R"(\b(set\w*(?:Text|ToolTip|Title|Name|Description|Html|NameFilters?)|add(?:Item|Items|Action)|showMessage|)"
@@ -229,7 +229,7 @@ QStringList wordsShownByCode(const QString &code) {
     return found;
 }
 
-TEST(Rules, WordsForPeopleStandInTheLanguageFile) {
+TEST(Rules, VisibleTextsAreInTheLanguageFile) {
     EXPECT_EQ(
         wordsShownByCode(R"(box->setText(texts.text("Open", "Open it") + "All Files"); Q_EMIT message("No photo"))"),
         (QStringList{"setText: All Files", "message: No photo"}));

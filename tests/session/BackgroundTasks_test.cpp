@@ -1,5 +1,5 @@
-// Work in another thread while the window lives: what is heard of it, how it is stopped, and that nothing which comes
-// meanwhile starts inside it.
+// Tasks in another thread while the window stays responsive: progress, cancellation, and that no command starts inside
+// a task.
 #include "session/BackgroundTasks.h"
 
 #include "session/DoEvents.h"
@@ -29,7 +29,7 @@ void turnEvents(std::chrono::milliseconds time) {
     }
 }
 
-TEST(BackgroundTasks, WindowsGoOnAndHearOfWhatTakesLong) {
+TEST(BackgroundTasks, WindowsStayResponsiveAndAreToldOfSlowTasks) {
     struct Case {
         std::chrono::milliseconds takes;
         Stopping stopping;
@@ -62,7 +62,7 @@ TEST(BackgroundTasks, WindowsGoOnAndHearOfWhatTakesLong) {
     }
 }
 
-TEST(BackgroundTasks, ErrorsReachTheCallerAndWorkInsideWorkIsDone) {
+TEST(BackgroundTasks, ErrorsReachTheCallerAndNestedTasksRun) {
     BackgroundTasks tasks;
     EXPECT_THROW(tasks.run([] { throw std::runtime_error("no"); }), std::runtime_error);
     bool inner = false;
@@ -71,10 +71,10 @@ TEST(BackgroundTasks, ErrorsReachTheCallerAndWorkInsideWorkIsDone) {
     EXPECT_TRUE(inner);
     int again = 0;
     tasks.run([&] { again = 1; });
-    EXPECT_EQ(again, 1) << "after an error and work inside work";
+    EXPECT_EQ(again, 1) << "after an error and a nested task";
 }
 
-TEST(BackgroundTasks, OnlyWorkThatOffersItIsStopped) {
+TEST(BackgroundTasks, OnlyTasksThatOfferItAreCancelled) {
     for (const Stopping stopping : {Stopping::NotOffered, Stopping::Offered}) {
         const bool offered = stopping == Stopping::Offered;
         BackgroundTasks tasks;
@@ -97,7 +97,7 @@ TEST(BackgroundTasks, OnlyWorkThatOffersItIsStopped) {
     }
 }
 
-TEST(BackgroundTasks, WhatWaitsRunsInOrderAndNeverInsideWorkOrUnderAQuestion) {
+TEST(BackgroundTasks, QueuedCommandsRunInOrderAndNeverInsideATaskOrUnderAQuestion) {
     BackgroundTasks tasks;
     QStringList done;
     const auto note = [&](const QString &name) {
@@ -110,7 +110,7 @@ TEST(BackgroundTasks, WhatWaitsRunsInOrderAndNeverInsideWorkOrUnderAQuestion) {
     auto gone = std::make_unique<QObject>();
     tasks.whenIdle(&here, note("before"));
     EXPECT_TRUE(done.isEmpty()) << "never before it returns";
-    // A timer that fires inside the work brings a command, and that command has work of its own.
+    // A timer that fires inside the task queues a command, and that command runs its own task.
     QTimer::singleShot(20, [&] {
         tasks.whenIdle(&here, [&] {
             note("timer")();
@@ -142,7 +142,7 @@ TEST(BackgroundTasks, WhatWaitsRunsInOrderAndNeverInsideWorkOrUnderAQuestion) {
     }
 }
 
-/// Takes whatever comes, and notes it.
+/// Accepts and records every event.
 class Window : public QWindow {
   public:
     QStringList got;
@@ -164,7 +164,7 @@ class Window : public QWindow {
     }
 };
 
-TEST(DoEvents, LetsTimersRunAndNeitherKeysNorDragsIn) {
+TEST(DoEvents, RunsTimersAndBlocksKeysAndDrags) {
     Window window;
     bool ticked = false;
     QMimeData data;

@@ -93,7 +93,7 @@ TEST_F(LoadSettingsTest, ScannerIndexStaysInsideTheList) {
         const char *setting;
         int expected;
     } cases[] = {
-        {{}, "1", 7}, // no list: the index is left alone
+        {{}, "1", 7}, // no list: the index is not changed
         {{"a", "b"}, "1", 1},
         {{"a", "b"}, "0", 0},
         {{"a", "b"}, "2", -1},

@@ -1,4 +1,4 @@
-// The status line's words about the photo.
+// The status line's text about the photo.
 #include "session/PhotoStatus.h"
 
 #include "base/TemporaryHome.h"
@@ -11,7 +11,7 @@
 namespace lumora {
 namespace {
 
-TEST(PhotoStatus, TellsVersionPixelsAndMillimetres) {
+TEST(PhotoStatus, ShowsVersionPixelsAndMillimetres) {
     const test::TemporaryHome home;
     const QTemporaryDir folder;
     AppContext context{Installation{folder.path()}};

@@ -1,4 +1,4 @@
-// The table of settings: what the texts of the file mean, and that its columns say what the readers and writers do.
+// The table of settings: how the texts of the file are parsed, and that its columns match the readers and writers.
 #include "session/Settings.h"
 
 #include "base/TemporaryHome.h"

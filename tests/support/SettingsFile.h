@@ -1,4 +1,4 @@
-// Single values of the settings file as they stand there, for tests of what is read and written.
+// Single values of the settings file, verbatim, for tests of what is read and written.
 #pragma once
 
 #include "session/AppContext.h"

@@ -1,4 +1,4 @@
-// What the tests of the shell's windows share: a program folder of their own, and timers that tick when told to.
+// What the tests of the shell's windows share: a separate program folder, and timers that tick on request.
 #pragma once
 
 #include "session/AppContext.h"

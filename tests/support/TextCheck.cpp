@@ -14,7 +14,7 @@
 namespace lumora::test {
 namespace {
 
-const QChar changeMark(0x263A); // a smiling face, which stands in every changed text
+const QChar changeMark(0x263A); // a smiling face, which is in every changed text
 
 /// The property in which a row's text is seen.
 QByteArray seenProperty(const TextRow &row) {
@@ -25,7 +25,7 @@ QByteArray seenProperty(const TextRow &row) {
     return property.startsWith("item:") ? QByteArray("toolTip") : property;
 }
 
-/// What is wrong with a row in this window; empty when its text shows.
+/// The error of a row in this window; empty when its text is shown.
 QString fault(const TextRow &row, QWidget &window) {
     QWidget *control = controlOfText(row, window);
     if (control == nullptr) {
@@ -48,13 +48,13 @@ QString fault(const TextRow &row, QWidget &window) {
     return {};
 }
 
-/// What a person can see or hear of one control: its words, and where each stands.
+/// The visible and accessible texts of one control, each with its property.
 QList<std::pair<QString, QString>> seenTexts(const QWidget &widget) {
     QList<std::pair<QString, QString>> texts;
     for (const char *property : {"text", "title", "toolTip", "statusTip", "whatsThis", "placeholderText",
                                  "accessibleName", "accessibleDescription"}) {
         const bool typed = qobject_cast<const QLineEdit *>(&widget) != nullptr && qstrcmp(property, "text") == 0;
-        if (!typed) { // a person's own words
+        if (!typed) { // the user's own text
             texts.emplace_back(property, widget.property(property).toString());
         }
     }

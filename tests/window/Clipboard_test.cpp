@@ -1,4 +1,4 @@
-// Copy and paste of the whole photo: what other programs get, and what is taken from them.
+// Copy and paste of the whole photo: what other programs receive, and what is read from them.
 #include "window/Clipboard.h"
 
 #include "imaging/Picture.h"
@@ -69,7 +69,7 @@ TEST_F(Clipboard, OtherProgramsGetThePhoto) {
         EXPECT_EQ(bmp.pixel(0, 60), transparent ? qRgb(255, 255, 255) : photo.pixel(0, 60));
         EXPECT_EQ(qvariant_cast<QImage>(data->imageData()), photo);
         EXPECT_TRUE(data->data("image/x-nothing").isEmpty());
-        // And so does Lumora itself, to the bit, where the photo shows through.
+        // And so does Lumora itself, exactly, for transparent photos.
         const PictureRead read = readClipboardPicture(inThisThread);
         EXPECT_EQ(read.picture.format(), photo.format());
         EXPECT_EQ(firstDifference(read.picture, photo), QPoint(-1, -1));
@@ -91,7 +91,7 @@ TEST_F(Clipboard, TakesPicturesOfEveryKind) {
         {"image/png", "PNG", glass, true},     {"image/png", "PNG", opaque, true},
         {"image/bmp", "BMP", opaque, true},    {"image/jpeg", "JPG", opaque, false},
         {"image/tiff", "TIFF", glass, true},   {"image/x-bmp", "BMP", opaque, true},
-        {"image/png", "JPG", opaque, false}, // by content, not by what it is called
+        {"image/png", "JPG", opaque, false}, // by content, not by name
         {"image/webp", "WEBP", opaque, false},
     };
     for (const auto &row : rows) {
@@ -104,7 +104,7 @@ TEST_F(Clipboard, TakesPicturesOfEveryKind) {
         EXPECT_EQ(read.picture.format(), row.picture.format());
         EXPECT_TRUE(!row.exact || firstDifference(read.picture, row.picture) == QPoint(-1, -1));
     }
-    // Of several kinds the one that keeps most; a broken one gives way to the next.
+    // Of several types the most lossless one; after a broken one the next is tried.
     offer({{"image/jpeg", encoded(opaque, "JPG")}, {"image/png", encoded(glass, "PNG")}, {"text/plain", "a photo"}});
     EXPECT_EQ(firstDifference(readClipboardPicture(inThisThread).picture, glass), QPoint(-1, -1));
     offer({{"image/png", "broken"}, {"image/bmp", encoded(opaque, "BMP")}});
@@ -166,7 +166,7 @@ TEST_F(Clipboard, TakesAFileByItsNameOrAddress) {
     qputenv("HOME", home);
 }
 
-TEST_F(Clipboard, GarbageIsNoPicture) {
+TEST_F(Clipboard, GarbageIsNotAPicture) {
     QByteArray bomb = encoded(photoLike(8, 8), "BMP");
     for (const int at : {20, 21, 24, 25}) { // width and height: 65535 x 65535 pixels
         bomb[at - 2] = bomb[at - 1] = '\xff';

@@ -1,4 +1,4 @@
-// The empty table: its folder is whole and on top at every size.
+// The empty table: its folder is fully visible and on top at every size.
 #include "window/EmptyTable.h"
 
 #include <QAbstractButton>
@@ -22,7 +22,7 @@ TEST(EmptyTable, TheFolderGrowsWithTheTableAndOpens) {
         EXPECT_GE(folder->width(), side);
         side = folder->width();
         QSignalSpy opened(&table, &EmptyTable::openWanted);
-        // Through the window, so that whatever lay above the folder would catch it.
+        // Through the window, so that a widget above the folder would receive it.
         QTest::mouseClick(table.windowHandle(), Qt::LeftButton, {}, folder->geometry().center());
         EXPECT_EQ(opened.count(), 1);
     }

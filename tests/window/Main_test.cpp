@@ -1,4 +1,4 @@
-// The main window: its texts, the two modes' layouts, which buttons stand enabled, where messages stay.
+// The main window: its texts, the two modes' layouts, which buttons are enabled, how long messages stay.
 #include "window/frmMain.h"
 
 #include "support/SettingsFile.h"
@@ -93,7 +93,7 @@ TEST_F(Main, SimpleModeHidesToolsByWhereItWasStarted) {
         EXPECT_EQ(button(window, "cmdTool5")->y(), 2440 / 15);
         EXPECT_EQ(seven.top(), 3240 / 15);
         EXPECT_EQ(eight.top(), seven.top());
-        EXPECT_FALSE(seven.intersects(eight)) << "they stand side by side";
+        EXPECT_FALSE(seven.intersects(eight)) << "they are side by side";
         EXPECT_EQ(button(window, "cmdTool10")->y(), 4040 / 15);
     }
 }
@@ -162,7 +162,7 @@ TEST_F(Main, APhotoThatWasFittedStaysSoWhenTheWindowChanges) {
     EXPECT_EQ(context.photo.zoom(), 100) << "a zoom that was chosen stays";
 }
 
-TEST_F(Main, AMessageStandsUntilTheNextAction) {
+TEST_F(Main, AMessageIsShownUntilTheNextAction) {
     frmMain window(context);
     window.setStartupPhotoPath(m_folder.filePath("gone.png"));
     window.show();
@@ -177,7 +177,7 @@ TEST_F(Main, AMessageStandsUntilTheNextAction) {
 }
 
 TEST_F(Main, ADroppedPictureOpens) {
-    struct Opened : frmMain { // an application hands on a drop only while something is really dragged
+    struct Opened : frmMain { // an application delivers a drop only during a real drag
         using frmMain::dropEvent;
         using frmMain::frmMain;
     };

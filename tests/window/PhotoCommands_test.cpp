@@ -1,4 +1,4 @@
-// Opening, saving, pasting, dropping and leaving, through every question and dialog that stands in the way.
+// Opening, saving, pasting, dropping and leaving, through every question and dialog.
 #include "window/PhotoCommands.h"
 
 #include "support/SettingsFile.h"
@@ -21,7 +21,7 @@
 namespace lumora {
 namespace {
 
-/// Answers modal windows in the order of a list such as "frmSave2 Yes, QFileDialog OK", and notes what came.
+/// Answers modal windows in the order of a list such as "frmSave2 Yes, QFileDialog OK", and records the windows.
 class Hand : public QObject {
   public:
     Hand(const QString &answers, QString savePath, QString openPath)
@@ -98,7 +98,7 @@ class Hand : public QObject {
     QString m_savePath, m_openPath;
 };
 
-/// An application hands on a drop only while something is really dragged.
+/// An application delivers a drop only during a real drag.
 struct Editor : frmMain {
     using frmMain::dropEvent;
     using frmMain::frmMain;
@@ -141,7 +141,7 @@ class PhotoCommandsTest : public test::Shell {
     /// Everything as it is before a row.
     void prepare(const char *style, Where where) {
         test::writeSetting(context, "Dialogs", "Style", style);
-        // Not even the superuser can write there.
+        // Not even root can write there.
         m_target = where == Unwritable ? "/proc/self" : m_photos;
         test::writeSetting(context, "Working Directory", "Path", m_target);
         m_target += "/trip.png";
@@ -238,7 +238,7 @@ TEST_F(PhotoCommandsTest, EveryAnswerOnEveryWay) {
         {{Open}, {"1"}, None, "QFileDialog OK", Other, None},
         {{Open}, {"1"}, None, "QFileDialog Esc", Mine, None},
         {{Drop, Paste}, {"0", "1", "2"}, None, "", Other, None},
-        // A style that nobody knows opens and saves nothing.
+        // An unknown style opens and saves nothing.
         {{Open, Save}, {"2"}, None, "", Mine, None},
         {{Open}, {"2"}, Unsaved, "frmSave2 Yes", Mine, Unsaved},
         {{Open}, {"2"}, Unsaved, "frmSave2 No", Mine, Unsaved},
@@ -425,7 +425,7 @@ TEST_F(PhotoCommandsTest, TheSystemsDialogsBeginWhereTheyShould) {
     qputenv("HOME", home);
 }
 
-TEST_F(PhotoCommandsTest, APhotoDroppedWhileSomethingIsAskedIsNotTaken) {
+TEST_F(PhotoCommandsTest, APhotoDroppedDuringAQuestionIsRefused) {
     for (const char *answers : {"frmSave2 Esc", "frmSave2 Yes, frmSimpleSave Cancel"}) {
         prepare("0", Empty);
         Editor window(context);

@@ -1,4 +1,4 @@
-// Every row of the tool table: pressed, worked with the mouse, and left in every way that there is, with settings
+// Every row of the tool table: pressed, used with the mouse, and ended in every possible way, with settings
 // panels and without. Each row is known by its panel and by what it does to the photo, so that no two can be exchanged.
 #include "window/ToolSet.h"
 
@@ -190,7 +190,7 @@ struct Tools : testing::Test {
     ToolSet tools{ctx, view, column, bars, &window};
 };
 
-TEST_F(Tools, EveryRowAndBarIsWorked) {
+TEST_F(Tools, EveryRowAndBarIsTested) {
     std::set<std::string> inTable, inWorks;
     for (const ToolRow &each : toolTable()) {
         if (each.make != nullptr) {
@@ -315,7 +315,7 @@ TEST_F(Tools, OneFollowsAnother) {
     }
 }
 
-/// An effect that finds nothing marked changes nothing, says so, and lets the selection be made.
+/// An effect without a selection changes nothing, reports it, and lets the user select.
 TEST_F(Tools, ASelectionThatMarksNothingIsAskedFor) {
     for (const auto &[control, key] :
          {std::pair("cmdTool8", "keySepia"), std::pair("cmdTool9", "keyContrast"), std::pair("cmdTool10", "keySFX1")}) {

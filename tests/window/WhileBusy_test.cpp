@@ -1,5 +1,5 @@
-// What comes while long work is under way (a drop, keys, the desktop's request to close, the wish to stop) on large
-// photos in the real window: it waits or is refused, and no photo is lost.
+// Events during background tasks (a drop, keys, the desktop's request to close, cancelling) on large photos in the real
+// window: they are queued or refused, and no photo is lost.
 #include "support/ShellCheck.h"
 #include "support/TestPictures.h"
 #include "widgets/FloatingToolbar.h"
@@ -41,7 +41,7 @@ class WhileBusy : public test::Shell {
     }
     void TearDown() override { QGuiApplication::clipboard()->clear(); }
 
-    /// Until the small pictures are made and nothing is under way.
+    /// Until the previews are made and no task is running.
     static void settle() { QTest::qWait(300); }
 
     /// Applies a slow effect to the whole photo, with `meanwhile` while it computes.
@@ -55,7 +55,7 @@ class WhileBusy : public test::Shell {
         EXPECT_TRUE(came) << "the effect was over too soon for this test";
     }
 
-    /// As the window system tells of a drag; false where the window does not want it.
+    /// Sends a drag as the window system does; false when the window refuses it.
     bool drop() const {
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(m_otherFile)});
@@ -147,7 +147,7 @@ TEST_F(WhileBusy, APhotoDroppedJustBeforeAnEffectComesAfterIt) {
     EXPECT_EQ(context.photo.picCanvas(), m_mine);
 }
 
-TEST_F(WhileBusy, TheDesktopsWishToCloseIsAskedOnceAfterASave) {
+TEST_F(WhileBusy, TheDesktopsRequestToCloseIsHandledOnceAfterASave) {
     context.photo.setPhotoModified(true);
     const QString path = m_folder.filePath("mine.png");
     QSignalSpy left(m_window.get(), &frmMain::leave);

@@ -13,13 +13,13 @@
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/effects/Blur.cpp"
 #include <hwy/cache_control.h>
-#include <hwy/foreach_target.h> // must come before highway.h
+#include <hwy/foreach_target.h> // must be included before highway.h
 #include <hwy/highway.h>
 
 #ifndef LUMORA_BLUR_STRIP
 #define LUMORA_BLUR_STRIP
 namespace lumora {
-constexpr int stripPixels = 128; // columns go in strips as wide as this
+constexpr int stripPixels = 128; // columns are processed in strips of this width
 }
 #endif
 
@@ -30,8 +30,8 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 // Three running means over w samples are, but for the division by w * w * w, three integrations of
 //   in[n] - 3 in[n - w] + 3 in[n - 2w] - in[n - 3w]
-// (a cascaded integrator-comb filter, Hogenauer 1981), delayed by 3 (w - 1) / 2 samples. Along a line that begins with
-// one value for ever the first two sums are 0 and the third is w * w * w times the value. All in 32-bit integers.
+// (a cascaded integrator-comb filter, Hogenauer 1981), delayed by 3 (w - 1) / 2 samples. Along a line that starts with
+// a constant value the first two sums are 0 and the third is w * w * w times the value. All in 32-bit integers.
 using Sums = hn::CappedTag<std::int32_t, 16>;
 using Words = hn::Rebind<std::int16_t, Sums>;
 using Bytes = hn::Rebind<std::uint8_t, Sums>;
@@ -56,12 +56,12 @@ HWY_INLINE void step(hn::Vec<Sums> *sums, const Taps &taps, std::size_t i) {
 
 HWY_INLINE hn::Vec<Bytes> mean(hn::Vec<Sums> sum, float scale) {
     const hn::Rebind<float, Sums> df;
-    // Rounded as a product alone: an addition could be fused with it on some processors and not on others.
+    // Rounded as a product alone: an addition might be fused with it on some processors only.
     return hn::DemoteTo(Bytes(), hn::NearestInt(hn::Mul(hn::ConvertTo(df, sum), hn::Set(df, scale))));
 }
 
-/// Lines of 16 bytes a sample, one sample after the other: `samples` in, as many out. Before `from` its first sample
-/// stands 3 (2 radius + 1) times more, after its end the last one 3 radius times.
+/// Lines of 16 bytes a sample, one sample after the other: `samples` in, as many out. The first sample is repeated 3 (2
+/// radius + 1) times before `from`, the last one 3 radius times after its end.
 void blurLine(const std::uint8_t *from, std::uint8_t *to, int samples, int radius) {
     const Sums d;
     const int w = 2 * radius + 1;
@@ -102,7 +102,7 @@ HWY_INLINE void transpose(Four &a, Four &b, Four &c, Four &d) {
     d = hn::BitCast(d32, hn::InterleaveUpper(d64, abUpper, cdUpper));
 }
 
-/// Four rows of pixels as one line of 16 bytes a sample, and back; rows that are given back are aligned to 16 bytes.
+/// Four rows of pixels as one line of 16 bytes a sample, and back; the rows written back are aligned to 16 bytes.
 void interleaveRows(const std::uint8_t *const *rows, int width, std::uint8_t *line) {
     const FourPixels d;
     const auto *const *pixels = reinterpret_cast<const std::uint32_t *const *>(rows);
@@ -150,8 +150,8 @@ void separateRows(const std::uint8_t *line, int width, std::uint8_t *const *rows
     hwy::FlushStream();
 }
 
-/// Down a strip of `bytes` bytes, whole vectors of them; `state` keeps three sums for each byte. Rows go in blocks, so
-/// that the sums stay in registers for a while and the block's pixels in the first-level cache.
+/// Down a strip of `bytes` bytes, whole vectors of them; `state` keeps three sums for each byte. Rows are processed in
+/// blocks, so that the sums stay in registers and the block's pixels in the L1 cache.
 void blurStrip(ConstPixelView source, PixelView target, std::ptrdiff_t offset, std::size_t bytes, int radius,
                std::int32_t *state) {
     constexpr int blockRows = 16;
@@ -212,10 +212,10 @@ HWY_EXPORT(blurStrip);
 
 namespace {
 
-constexpr int largestAmount = 100; // 255 * 201 * 201 * 201 is the last that fits 31 bits
+constexpr int largestAmount = 100; // 255 * 201 * 201 * 201 is the largest that fits 31 bits
 constexpr int rowsInLine = 4;
 
-/// A line of 16-byte samples with room for what blurLine wants before and after it.
+/// A line of 16-byte samples with the padding that blurLine needs before and after it.
 class PaddedLine {
   public:
     PaddedLine(int samples, int radius)
@@ -223,7 +223,7 @@ class PaddedLine {
           m_bytes(std::size_t(m_before + samples + m_after) * 16) {}
 
     std::uint8_t *samples() { return m_bytes.data() + std::ptrdiff_t(16) * m_before; }
-    /// The first and the last sample go on beyond the ends.
+    /// The first and the last sample are repeated beyond the ends.
     void extend() {
         std::uint8_t *first = samples();
         for (int n = 1; n <= m_before; ++n) {
@@ -240,7 +240,7 @@ class PaddedLine {
     std::vector<std::uint8_t> m_bytes;
 };
 
-/// Along the rows, four at a time; a last group of fewer takes its last row several times.
+/// Along the rows, four at a time; a shorter last group repeats its last row.
 void blurRows(ConstPixelView source, PixelView target, int radius) {
     const int groups = (source.height + rowsInLine - 1) / rowsInLine;
     forRowBands(groups, std::int64_t(source.width) * rowsInLine, [&](int first, int end) {
@@ -262,7 +262,7 @@ void blurRows(ConstPixelView source, PixelView target, int radius) {
     });
 }
 
-/// Along the columns, in strips; what is left beside the last whole vector goes through a line of its own.
+/// Along the columns, in strips; the rest after the last whole vector uses a separate line.
 void blurColumns(ConstPixelView source, PixelView target, int radius) {
     constexpr int vectorPixels = 4;
     const int wholeColumns = source.width / vectorPixels * vectorPixels;
@@ -296,7 +296,7 @@ void blurColumns(ConstPixelView source, PixelView target, int radius) {
 
 bool applyBlur(const Blur &parameters, ConstPixelView source, PixelView target, PixelRect area, bool opaque) {
     const int radius = std::clamp(parameters.amount, 0, largestAmount);
-    // A pixel depends on those up to three radii away: the area with such a margin is a picture of its own.
+    // A pixel depends on those up to three radii away: the area with such a margin is processed as a separate picture.
     const int margin = 3 * radius;
     const PixelRect needed = withMargin(area, margin, source);
     const ScratchPicture scratch(needed.width(), needed.height());

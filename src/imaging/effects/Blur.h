@@ -11,10 +11,10 @@ struct Blur {
 
 /// A blur with the look of a Gaussian of standard deviation sqrt(amount * (amount + 1)): along each axis three means
 /// over 2 * amount + 1 pixels one after the other (the central limit theorem; W3C Filter Effects Module,
-/// "feGaussianBlur"), rounded to whole levels once an axis. Beyond the border the outermost pixel goes on. The cost
+/// "feGaussianBlur"), rounded to whole levels once an axis. Beyond the border the outermost pixel is repeated. The cost
 /// does not depend on the amount. Pictures that are not opaque are blurred with their colours multiplied by alpha.
-/// Source and target have one size; the area lies within it. Takes memory for one more picture; false, and nothing
-/// done, when it is refused.
+/// Source and target have equal size and contain area. Allocates one more picture; returns false and changes nothing
+/// when that fails.
 bool applyBlur(const Blur &parameters, ConstPixelView source, PixelView target, PixelRect area, bool opaque);
 
 } // namespace lumora

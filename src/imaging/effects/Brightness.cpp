@@ -5,7 +5,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/effects/Brightness.cpp"
-#include <hwy/foreach_target.h> // must come before highway.h
+#include <hwy/foreach_target.h> // must be included before highway.h
 
 #include "imaging/kernels/PointOperation-inl.h"
 
@@ -24,7 +24,7 @@ struct BrightnessOperation {
         return hn::BitCast(d, hn::SaturatedSub(brighter, hn::BitCast(d8, hn::Set(d, down))));
     }
 
-    std::uint32_t up; ///< what each byte gains; one of the two is 0
+    std::uint32_t up; ///< added to and subtracted from each byte; one of the two is 0
     std::uint32_t down;
 };
 

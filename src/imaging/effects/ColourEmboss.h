@@ -10,7 +10,7 @@ struct ColourEmboss {
 };
 
 /// A relief that keeps the colours: the picture plus depth times the difference across each pixel along the diagonal,
-/// -2 -1 0 / -1 0 1 / 0 1 2. Edges, alpha and the answer as in Convolution.h.
+/// -2 -1 0 / -1 0 1 / 0 1 2. Edges, alpha and return value as in Convolution.h.
 bool applyColourEmboss(const ColourEmboss &parameters, ConstPixelView source, PixelView target, PixelRect area,
                        bool opaque);
 

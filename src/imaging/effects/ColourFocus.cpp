@@ -8,7 +8,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/effects/ColourFocus.cpp"
-#include <hwy/foreach_target.h> // must come before highway.h
+#include <hwy/foreach_target.h> // must be included before highway.h
 
 #include "imaging/kernels/PointOperation-inl.h"
 
@@ -16,7 +16,7 @@
 #define LUMORA_COLOUR_FOCUS_ONCE
 namespace lumora {
 
-/// The parameters as the kernel wants them. A pixel's share of colour is 256ths of
+/// The parameters in the kernel's form. A pixel's share of colour is 256ths of
 /// scale * cosine of its distance in hue + offset, cut to 0 to 1.
 struct FocusWeights {
     float directionX, directionY; ///< of the colour's hue, whole numbers
@@ -40,7 +40,7 @@ struct ColourFocusOperation {
         const auto channel = [&](auto v) { return hn::BitCast(d32, hn::And(v, hn::Set(d, 0xFFU))); };
         const auto x = hn::ConvertTo(df, hn::Sub(channel(pixels), grey));
         const auto y = hn::ConvertTo(df, hn::Sub(channel(hn::ShiftRight<16>(pixels)), grey));
-        // Whole numbers below 2^24: exact, however the compiler joins products and sums.
+        // Whole numbers below 2^24: exact, even if the compiler fuses products and sums.
         const auto along =
             hn::Add(hn::Mul(x, hn::Set(df, weights.directionX)), hn::Mul(y, hn::Set(df, weights.directionY)));
         const auto square = hn::Max(hn::Add(hn::Mul(x, x), hn::Mul(y, y)), hn::Set(df, 1.0F));

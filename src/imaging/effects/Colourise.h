@@ -15,7 +15,7 @@ struct Colourise {
 /// so that shadows and highlights stay. This is the lightness ramp of the HSL colour model at full saturation; a
 /// middle grey gives a greyscale picture. With y the luma, each channel is
 ///   (colour * min(2y, 255) + (255 - colour) * max(2y - 255, 0)) / 255, rounded.
-/// Alpha is kept. Source and target have one size; the area lies within it.
+/// Alpha is kept. Source and target have equal size and contain area.
 void applyColourise(const Colourise &parameters, ConstPixelView source, PixelView target, PixelRect area);
 
 } // namespace lumora

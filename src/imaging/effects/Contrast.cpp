@@ -5,7 +5,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/effects/Contrast.cpp"
-#include <hwy/foreach_target.h> // must come before highway.h
+#include <hwy/foreach_target.h> // must be included before highway.h
 
 #include "imaging/kernels/PointOperation-inl.h"
 
@@ -29,7 +29,7 @@ struct ContrastOperation {
     PixelVector stretched(PixelVector levels) const {
         const hn::Repartition<std::int16_t, Pixels> d16;
         const auto middle = hn::Set(d16, 128);
-        // 7 + 8 bits of fraction: what the product with rounding takes away again.
+        // 7 + 8 bits of fraction, which the rounding product removes.
         const auto away = hn::ShiftLeft<7>(hn::Sub(hn::BitCast(d16, levels), middle));
         const auto level = hn::Add(hn::MulFixedPoint15(away, hn::Set(d16, factor)), middle);
         return hn::BitCast(Pixels(), hn::Min(hn::Max(level, hn::Zero(d16)), hn::Set(d16, 255)));

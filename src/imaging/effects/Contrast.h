@@ -10,7 +10,7 @@ struct Contrast {
 };
 
 /// Moves each channel away from the middle: 128 + (value - 128) * factor, rounded, cut at 0 and 255, where the factor
-/// is 1 + amount / 100 in steps of 1 / 256. Alpha is kept. Source and target have one size; the area lies within it.
+/// is 1 + amount / 100 in steps of 1 / 256. Alpha is kept. Source and target have equal size and contain area.
 void applyContrast(const Contrast &parameters, ConstPixelView source, PixelView target, PixelRect area);
 
 } // namespace lumora

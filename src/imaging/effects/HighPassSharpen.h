@@ -10,7 +10,7 @@ struct HighPassSharpen {
 };
 
 /// An unsharp mask: the picture plus (2 + strength / 32) times its detail, the difference to its mean with the weights
-/// 1 2 1 / 2 4 2 / 1 2 1. Edges, alpha and the answer as in Convolution.h.
+/// 1 2 1 / 2 4 2 / 1 2 1. Edges, alpha and return value as in Convolution.h.
 bool applyHighPassSharpen(const HighPassSharpen &parameters, ConstPixelView source, PixelView target, PixelRect area,
                           bool opaque);
 

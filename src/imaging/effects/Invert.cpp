@@ -5,7 +5,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/effects/Invert.cpp"
-#include <hwy/foreach_target.h> // must come before highway.h
+#include <hwy/foreach_target.h> // must be included before highway.h
 
 #include "imaging/kernels/PointOperation-inl.h"
 

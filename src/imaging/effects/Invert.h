@@ -11,8 +11,8 @@ struct Invert {
     bool blue = true;
 };
 
-/// Each channel named becomes 255 - value; the others and alpha are kept. Source and target have one size; the area
-/// lies within it.
+/// Each channel named becomes 255 - value; the others and alpha are kept. Source and target have equal size and contain
+/// area.
 void applyInvert(const Invert &parameters, ConstPixelView source, PixelView target, PixelRect area);
 
 } // namespace lumora

@@ -12,7 +12,7 @@ namespace lumora {
 
 namespace {
 
-// Up to this height the sums of a column of bytes fit 32 bits.
+// Up to this height the sums of a column of bytes fit in 32 bits.
 constexpr int tallestTile = 1 << 24;
 
 /// The mean pixel from sums of its columns, all of them opaque.
@@ -30,7 +30,7 @@ void meanOfColumns(const std::uint32_t *totals, int columns, int rows, std::uint
     mean[3] = 255;
 }
 
-/// Writes the part of one row of tiles that lies in the area.
+/// Writes the part of one row of tiles that is inside the area.
 void fillTileRow(ConstPixelView source, PixelView target, PixelRect tiles, int tileWidth, PixelRect area, bool opaque,
                  std::vector<std::uint32_t> &totals) {
     const bool bySums = opaque && tiles.height() <= tallestTile;

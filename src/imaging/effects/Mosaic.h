@@ -10,10 +10,10 @@ struct Mosaic {
     int tileHeight = 10;
 };
 
-/// Every tile becomes its mean colour (rounded, halves up; colours weighted with alpha, so that what is invisible does
-/// not show). Tiles are laid from the picture's upper left corner; the last ones are cut short. Only pixels of the area
-/// are written, from means of the whole tiles. Source and target have one size; the area lies within it.
-/// Throws std::bad_alloc when memory for a row of sums is refused.
+/// Every tile becomes its mean colour (rounded, halves up; colours weighted with alpha, so that invisible pixels have
+/// no effect). Tiles start at the picture's upper left corner; the last ones are cut short. Only pixels of the
+/// area are written, from means of the whole tiles. Source and target have equal size and contain area.
+/// Throws std::bad_alloc when memory for a row of sums cannot be allocated.
 void applyMosaic(const Mosaic &parameters, ConstPixelView source, PixelView target, PixelRect area, bool opaque);
 
 } // namespace lumora

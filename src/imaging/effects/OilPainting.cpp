@@ -10,7 +10,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/effects/OilPainting.cpp"
-#include <hwy/foreach_target.h> // must come before highway.h
+#include <hwy/foreach_target.h> // must be included before highway.h
 #include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
@@ -27,7 +27,7 @@ using ColumnCounts = hn::Rebind<std::uint16_t, Counts>;
 /// that are not opaque, alpha.
 template <int planes> struct Histogram { static constexpr int size = (1 + planes) * classes; };
 
-/// Adds a row of pixels to the columns' histograms, or takes it away.
+/// Adds a row of pixels to the columns' histograms, or removes it.
 template <int planes, int sign> void countRow(const std::uint8_t *pixel, int columns, std::uint16_t *histograms) {
     for (int x = 0; x < columns; ++x, pixel += 4, histograms += Histogram<planes>::size) {
         const int luma = (3736 * pixel[0] + 19235 * pixel[1] + 9797 * pixel[2] + (1 << 14)) >> 15;
@@ -55,7 +55,7 @@ HWY_INLINE void slide(std::int32_t *window, const std::uint16_t *entering, const
 /// The mean pixel of the most frequent class.
 template <int planes> HWY_INLINE void paint(const std::int32_t *window, std::uint8_t *to) {
     const Counts d;
-    // Count and class in one number, the darkest class with the largest.
+    // Count and class in one number; the darkest class has the largest.
     auto best = hn::Zero(d);
     for (std::size_t i = 0; i < classes; i += hn::Lanes(d)) {
         const auto order = hn::Sub(hn::Set(d, classes - 1 - static_cast<std::int32_t>(i)), hn::Iota(d, 0));
@@ -72,7 +72,7 @@ template <int planes> HWY_INLINE void paint(const std::int32_t *window, std::uin
     }
 }
 
-/// One row of the block. `histograms` begin with column `first`, after one that is and stays empty.
+/// One row of the block. `histograms` begin with column `first`, after one that is always empty.
 template <int planes>
 void paintRow(const std::uint16_t *histograms, int first, int end, int radius, PixelRect block, std::uint8_t *to) {
     constexpr int size = Histogram<planes>::size;
@@ -131,7 +131,7 @@ HWY_EXPORT(paintBlock);
 namespace {
 
 constexpr int largestBrush = 100; // 255 * 201 is the largest sum of a column and fits 16 bits
-constexpr int blockWidth = 512;   // the histograms of so many columns stay in the second-level cache
+constexpr int blockWidth = 512;   // the histograms of so many columns fit in the L2 cache
 constexpr int blockHeight = 512;
 constexpr std::size_t entriesPerColumn = 5 * 16;
 

@@ -13,7 +13,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/effects/Perspective.cpp"
-#include <hwy/foreach_target.h> // must come before highway.h
+#include <hwy/foreach_target.h> // must be included before highway.h
 
 #include "imaging/kernels/PointOperation-inl.h"
 
@@ -23,7 +23,7 @@ namespace lumora::HWY_NAMESPACE {
 using Places = hn::Repartition<std::int32_t, Pixels>;
 using PlaceVector = hn::Vec<Places>;
 
-/// a and b mixed; the weights of b, 0 to 256, stand in both halves of each word.
+/// a and b mixed; the weights of b, 0 to 256, are in both halves of each word.
 HWY_INLINE PixelVector mixed(PixelVector a, PixelVector b, PixelVector weights) {
     const Pixels d;
     const hn::Repartition<std::uint16_t, Pixels> d16;
@@ -62,7 +62,7 @@ HWY_INLINE RowPlaces rowPlaces(const double *halfStep, double twiceFromMiddle, d
             hn::Combine(Places(), fraction(high, highTop), fraction(low, lowTop))};
 }
 
-/// Pixels of the source, background where there are none; from anywhere, but slowly.
+/// Pixels of the source, background outside; for any position, but slow.
 struct Sampler {
     ConstPixelView source;
     std::uint32_t background;
@@ -96,7 +96,7 @@ HWY_INLINE PixelVector sampledAnywhere(const Sampler &sampler, const std::int32_
                  mixed(sampler.at(x, below), sampler.at(next, below), across), bothHalves(rows.weight));
 }
 
-/// The same where all four pixels of each place lie in the picture: the two of a row come with one load.
+/// The same where all four pixels of each position are inside the picture: the two of a row need one load.
 HWY_INLINE PixelVector sampledInside(ConstPixelView source, const std::int32_t *left, const std::int32_t *weight,
                                      const RowPlaces &rows) {
     const Pixels d;
@@ -144,7 +144,7 @@ HWY_INLINE PixelVector sampled(const Sampler &sampler, const std::int32_t *left,
     return sampledAnywhere(sampler, left, weight, rows);
 }
 
-/// The columns' entries go on for a vector's length beyond the picture, so that the last vector can be cut.
+/// The column tables are padded by one vector beyond the picture, so that the last vector can be partial.
 void perspectiveRows(const PerspectiveColumns &columns, std::uint32_t background, ConstPixelView source,
                      PixelView target, PixelRect area) {
     const Pixels d;
@@ -178,7 +178,7 @@ HWY_EXPORT(perspectiveRows);
 
 namespace {
 
-/// With the eye at `distance` from the middle of the picture, a point of it X right of the axis comes to lie at
+/// With the eye at `distance` from the middle of the picture, a point of it X right of the axis is projected to
 ///   u = X * cos * near / (distance + X * sin), and everything there is near / (distance + X * sin) as high,
 /// where `near` is the distance of the near side, so that this side keeps its height.
 PerspectiveColumns columnsFor(int angle, int width) {

@@ -6,17 +6,17 @@
 namespace lumora {
 
 struct Perspective {
-    int angle = -30; ///< degrees, -60 to 60, clamped; above 0 the right side goes away, below it the left one
-    int red = 255;   ///< what shows behind the picture, 0 to 255 a channel; clamped
+    int angle = -30; ///< degrees, -60 to 60, clamped; above 0 the right side recedes, below 0 the left one
+    int red = 255;   ///< the background colour, 0 to 255 per channel; clamped
     int green = 255;
     int blue = 255;
 };
 
-/// Turns the picture about its vertical axis and looks at it from one and a half of its widths: a projective map. The
-/// near side keeps its height, and the picture stands in the middle. Bilinear, with weights of 1 / 256; the outline
-/// fades into the background over one pixel; colours of transparent pictures are mixed multiplied by alpha. Source and
-/// target have one size; the area lies within it. False, and nothing done, when memory is refused (a transparent
-/// picture takes that of one more).
+/// Rotates the picture about its vertical axis, viewed from 1.5 times its width: a projective map. The near side keeps
+/// its height, and the picture is centred. Bilinear, with weights of 1 / 256; the outline fades into the background
+/// over one pixel; colours of transparent pictures are mixed multiplied by alpha. Source and target have equal size and
+/// contain area. Returns false and changes nothing when memory allocation fails (a transparent picture needs one more
+/// buffer of its size).
 bool applyPerspective(const Perspective &parameters, ConstPixelView source, PixelView target, PixelRect area,
                       bool opaque);
 

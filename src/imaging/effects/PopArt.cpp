@@ -5,14 +5,14 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/effects/PopArt.cpp"
-#include <hwy/foreach_target.h> // must come before highway.h
+#include <hwy/foreach_target.h> // must be included before highway.h
 
 #include "imaging/kernels/PointOperation-inl.h"
 
-#ifndef LUMORA_POP_ART_LIGHTNESS // once, whatever the processor
+#ifndef LUMORA_POP_ART_LIGHTNESS // compiled once, not per instruction set
 #define LUMORA_POP_ART_LIGHTNESS
 namespace lumora {
-/// Shares of the channels in how light a pixel is, in 15-bit fractions.
+/// Weights of the channels in a pixel's lightness, in 15-bit fractions.
 struct PopArtLightness {
     int blue, green, red;
 };
@@ -28,7 +28,7 @@ struct PopArtOperation {
         : light(std::clamp(print.levels.light, 0, 255)), highlight(std::clamp(print.levels.highlight, light, 255)),
           blue(print.colours, 0), green(print.colours, 8), red(print.colours, 16) {}
 
-    /// What a channel begins with, and what it gains from one tone to the next as a pair of 16-bit numbers.
+    /// The start value of a channel, and its difference from one tone to the next as a pair of 16-bit numbers.
     struct Channel {
         Channel(PopArtColours colours, int shift) {
             const int from = static_cast<int>(colours.dark >> shift & 0xFF);
@@ -51,7 +51,7 @@ struct PopArtOperation {
                       hn::Or(hn::ShiftLeft<8>(printed(shares, green)), hn::ShiftLeft<16>(printed(shares, red))));
     }
 
-    /// How much of the next tone, 0 to 255, a lightness gets about that level.
+    /// The weight of the next tone, 0 to 255, for a lightness near that level.
     static PixelVector share(hn::VFromD<hn::ScalableTag<std::int32_t>> lightness, int level) {
         const hn::ScalableTag<std::int32_t> d32;
         const auto above = hn::Sub(lightness, hn::Set(d32, level));
@@ -103,12 +103,12 @@ namespace {
 
 constexpr int levels = 256;
 
-/// How many pixels lie below each level, and what their levels add up to.
+/// The number of pixels below each level, and the sum of their levels.
 struct Cumulated {
     std::array<double, levels + 1> count{};
     std::array<double, levels + 1> total{};
 
-    /// What the levels from one up to another, itself not among them, add to the variance between the classes.
+    /// The contribution of the levels from one up to another (exclusive) to the variance between the classes.
     double between(int from, int to) const {
         const double pixels = count[std::size_t(to)] - count[std::size_t(from)];
         const double sum = total[std::size_t(to)] - total[std::size_t(from)];
@@ -146,7 +146,7 @@ PopArtLevels popArtLevels(ConstPixelView picture) {
     for (int light = 1; light < levels - 1; ++light) {
         for (int highlight = light + 1; highlight < levels; ++highlight) {
             const double spread = sums.spread({light, highlight});
-            if (spread > most * (1 + 1e-12)) { // not by rounding alone
+            if (spread > most * (1 + 1e-12)) { // ignores rounding errors
                 most = spread;
                 best = {light, highlight};
             }

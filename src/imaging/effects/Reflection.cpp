@@ -12,24 +12,24 @@ namespace lumora {
 
 namespace {
 
-/// What stands in one row of the result.
+/// The content of one row of the result.
 struct MirrorRow {
     int from;      ///< the row of the source
-    int shift = 0; ///< pixels to the right, the outermost one going on
+    int shift = 0; ///< pixels to the right, the outermost one repeated
     Shade shade = noShade;
 };
 
-/// How a style lays the picture out. Columns from `mirror` on are those before it, backwards.
+/// The layout of a style. Columns from `mirror` on are the ones before it in reverse order.
 struct Layout {
     std::vector<MirrorRow> rows;
     int mirror;
-    std::vector<Shade> columnShades; ///< of all columns; empty: the row's shade holds
+    std::vector<Shade> columnShades; ///< of all columns; empty: the row's shade is used
 };
 
-constexpr int shadesOfRow = 2048; // as many alike as stay in the first-level cache
+constexpr int shadesOfRow = 2048; // a multiple that fits in the L1 cache
 constexpr int nearest = 96; ///< the share of white at the mirror's edge, of 256; at the picture's border it is 256
 
-/// Draws towards white with the distance from the mirror.
+/// Fades to white with the distance from the mirror.
 Shade fadeAt(int distance, int depth) {
     return shadeTowards(255, nearest + (256 - nearest) * (distance + 1) / depth);
 }
@@ -43,7 +43,7 @@ int half(int length) {
     return (length + 1) / 2;
 }
 
-/// Every row stays down to `line`; below it the rows above come backwards, as `change` makes them.
+/// Every row down to `line` is kept; below it the rows above follow in reverse order, modified by `change`.
 template <typename Change> std::vector<MirrorRow> mirroredRows(int height, int line, const Change &change) {
     std::vector<MirrorRow> rows;
     rows.reserve(static_cast<std::size_t>(height));
@@ -69,7 +69,7 @@ Layout tableLayout(int width, int height) {
 Layout waterLayout(int width, int height) {
     const int line = half(height);
     const auto wave = [&](int distance, MirrorRow row) {
-        // Waves grow wider and longer towards the one who looks.
+        // Waves grow wider and longer towards the viewer.
         const double near = double(distance + 1) / (height - line);
         row.shift = int(std::lround(width * 0.012 * near * std::sin(28 * std::numbers::pi * std::sqrt(near))));
         row.shade = shadeTowards(24, 56 + int(40 * near));
@@ -91,7 +91,7 @@ Layout fourWaysLayout(int width, int height) {
     return {mirroredRows(height, half(height), unchanged), half(width), {}};
 }
 
-/// A row of the source as the layout bends it.
+/// A row of the source as distorted by the layout.
 void bendRow(const std::uint32_t *from, std::uint32_t *line, int width, int mirror, int shift) {
     for (int x = 0; x < std::min(shift, width); ++x) {
         line[x] = from[0];

@@ -5,7 +5,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/effects/Saturation.cpp"
-#include <hwy/foreach_target.h> // must come before highway.h
+#include <hwy/foreach_target.h> // must be included before highway.h
 
 #include "imaging/kernels/PointOperation-inl.h"
 
@@ -32,7 +32,7 @@ struct SaturationOperation {
     PixelVector stretched(PixelVector levels, PixelVector greys) const {
         const hn::Repartition<std::int16_t, Pixels> d16;
         const auto grey = hn::BitCast(d16, greys);
-        // 6 + 9 bits of fraction: what the product with rounding takes away again.
+        // 6 + 9 bits of fraction, which the rounding product removes.
         const auto away = hn::ShiftLeft<6>(hn::Sub(hn::BitCast(d16, levels), grey));
         const auto level = hn::Add(hn::MulFixedPoint15(away, hn::Set(d16, factor)), grey);
         return hn::BitCast(Pixels(), hn::Min(hn::Max(level, hn::Zero(d16)), hn::Set(d16, 255)));

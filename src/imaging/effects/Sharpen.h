@@ -8,7 +8,7 @@ namespace lumora {
 struct Sharpen {};
 
 /// The picture less its Laplacian: 0 -1 0 / -1 5 -1 / 0 -1 0 (Gonzalez and Woods, "Digital Image Processing", on
-/// spatial sharpening). Edges, alpha and the answer as in Convolution.h.
+/// spatial sharpening). Edges, alpha and return value as in Convolution.h.
 bool applySharpen(const Sharpen &parameters, ConstPixelView source, PixelView target, PixelRect area, bool opaque);
 
 } // namespace lumora

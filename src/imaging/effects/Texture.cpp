@@ -26,7 +26,7 @@ bool applyTexture(const Texture &parameters, ConstPixelView source, PixelView ta
     }
     const int strength = 100 - std::clamp(parameters.fade, 0, 100);
     const int rows = std::min(texture.height, source.height);
-    // What no column of the picture shows is left out; the rest never comes round then.
+    // Columns that the picture never shows are left out; the rest is then never repeated.
     const int columns = std::min(texture.width, source.width);
     ShadePattern pattern(columns, rows);
     for (int y = 0; y < rows; ++y) {

@@ -12,7 +12,7 @@ constexpr Shade jointShade = shadeTowards(232, 256);
 constexpr Shade lightShade = shadeTowards(255, 100);
 constexpr Shade darkShade = shadeTowards(0, 90);
 
-/// The shade at a place in a tile. Where a lit and a dark edge meet they share the corner along its diagonal.
+/// The shade at a place in a tile. A lit and a dark edge meet along the diagonal of the corner.
 Shade shadeAt(int x, int y, int width, int height, int joint, int edge) {
     const int lit = std::min(x, y);
     const int dark = std::min(width - 1 - x, height - 1 - y);
@@ -34,7 +34,7 @@ void applyTile(const Tile &parameters, ConstPixelView source, PixelView target, 
     const int shorter = std::min(width, height);
     const int joint = shorter / 48;
     const int edge = joint + shorter / 16;
-    // The rows of the upper edge, one for all between, and those of the lower edge.
+    // The rows of the upper edge, one for all rows between, and those of the lower edge.
     ShadePattern pattern(width, 2 * edge + 1);
     for (int row = 0; row <= 2 * edge; ++row) {
         const int y = row <= edge ? row : height - 1 - 2 * edge + row;

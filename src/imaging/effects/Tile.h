@@ -11,10 +11,10 @@ struct Tile {
 };
 
 /// The picture on a wall of glazed tiles: light joints around every tile, and slanted edges that are lit from the upper
-/// left. Joints take a 48th of the tile's shorter side on each of its sides, edges a 16th; of tiles under 16 pixels
-/// nothing shows. Tiles are laid from the upper left corner; the last ones are cut short. Alpha is kept. Source and
-/// target have one size; the area lies within it. Throws std::bad_alloc when memory for the pattern (at most a quarter
-/// of the picture's) is refused.
+/// left. Joints take a 48th of the tile's shorter side on each of its sides, edges a 16th; tiles under 16 pixels have
+/// no effect. Tiles start at the upper left corner; the last ones are cut short. Alpha is kept. Source and target
+/// have equal size and contain area. Throws std::bad_alloc when memory for the pattern (at most a quarter of the
+/// picture's) cannot be allocated.
 void applyTile(const Tile &parameters, ConstPixelView source, PixelView target, PixelRect area);
 
 } // namespace lumora

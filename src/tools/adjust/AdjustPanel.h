@@ -1,5 +1,4 @@
-// pnlColmgr: one slider for brightness, contrast or saturation, small pictures of the photo with and without it, and
-// Apply.
+// pnlColmgr: one slider for brightness, contrast or saturation, previews of the photo with and without it, and Apply.
 #pragma once
 
 #include "widgets/SlidingPanel.h"
@@ -24,7 +23,7 @@ class AdjustPanel : public SlidingPanel {
     void showKind(int kind, const QString &title);
     /// Of the slider of that kind, -100 to 100.
     int value(int kind) const;
-    /// Back to the middle; tells of it as of any move of the slider.
+    /// Resets the slider to the middle; emits its signal like any move.
     void resetValue(int kind);
     /// The small photo as it is, picAJP2, and as the slider would make it, picAJP1.
     void setPictures(const QImage &before, const QImage &after);
@@ -32,7 +31,7 @@ class AdjustPanel : public SlidingPanel {
   Q_SIGNALS:
     void valueChanged();
     void applyWanted();
-    /// The small picture is held down to see the photo without the change, or is let go.
+    /// The preview is held down to see the photo without the change, or is released.
     void compared(bool before);
 
   private:

@@ -1,4 +1,4 @@
-// A slider that goes from less to more with nothing in the middle: its bar grows from there to either side.
+// A slider with zero in the middle: its bar grows from there to either side.
 #pragma once
 
 #include <QSlider>

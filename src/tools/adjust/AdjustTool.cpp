@@ -27,7 +27,7 @@ Operation operation(int kind, int amount) {
     return operationOf(*findEffect(EffectGroup::Adjustment, kind), false, {amount});
 }
 
-/// The picture as the adjustment makes it; as it is where the engine refuses.
+/// The adjusted picture; unchanged when the engine fails.
 QImage adjusted(const QImage &picture, int kind, int amount) {
     EffectEngine engine;
     engine.setPicture(picture);
@@ -49,7 +49,7 @@ AdjustTool::AdjustTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, Flo
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (AdjustPanelShown() && what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
             m_small = smallPhoto(m_view, AdjustPanel::pictureSize);
-            m_panel->resetValue(AdjustKind); // it was meant for the photo before
+            m_panel->resetValue(AdjustKind); // it was for the previous photo
             showValue();
         }
     });
@@ -74,11 +74,11 @@ bool AdjustTool::open(const QString &key) {
     }
     AdjustKind = adjustment->number;
     if (!m_ctx.flags.SelectionActive()) {
-        m_mouse.setTool(nullptr); // a selection can still be marked, other tools end
+        m_mouse.setTool(nullptr); // a selection can still be made, other tools end
     }
     if (m_ctx.fields.txtSFX == Switch::Off) {
         close();
-        if (ApplyBasicBCS(AdjustKind) != EffectOutcome::NoRegion) { // a selection can be made now, and tried again
+        if (ApplyBasicBCS(AdjustKind) != EffectOutcome::NoRegion) { // a selection can be made now before the next try
             Q_EMIT finished();
         }
         return false;
@@ -116,7 +116,7 @@ EffectOutcome AdjustTool::apply(int kind, int amount) {
         Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
     }
     if (!m_ctx.flags.SelectionActive()) {
-        m_mouse.setTool(nullptr); // what was marked is no longer, and neither is its pointer
+        m_mouse.setTool(nullptr); // the selection is cleared, and its pointer is reset
     }
     return outcome;
 }
@@ -125,7 +125,7 @@ void AdjustTool::applyPanel() {
     if (!isKind(AdjustKind)) {
         return;
     }
-    if (m_panel->value(AdjustKind) == 0) { // an undo step that changes nothing would only puzzle
+    if (m_panel->value(AdjustKind) == 0) { // an undo step without a change would be confusing
         Q_EMIT message(m_ctx.texts.text("MoveSliderFirst"), false);
         return;
     }
@@ -133,9 +133,9 @@ void AdjustTool::applyPanel() {
     ApplyBCS(AdjustKind);
 }
 
-// --- What it would look like ----------------------------------------------------------------------------------------
+// --- Preview ---------------------------------------------------------------------------------------------------------
 
-/// On the photo, which stays untouched, and on the panel's small picture.
+/// On the photo, which is not changed, and in the panel's preview.
 void AdjustTool::showValue() {
     if (!AdjustPanelShown()) {
         return;

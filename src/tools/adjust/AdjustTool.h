@@ -1,4 +1,4 @@
-// Brightness, contrast and saturation: what the items of FT6 do. In basic mode an item changes the photo at once, in
+// Brightness, contrast and saturation: the items of FT6. In basic mode an item changes the photo at once, in
 // advanced mode it opens the adjust panel.
 #pragma once
 
@@ -16,9 +16,9 @@ class AdjustTool : public EditorTool {
     Q_OBJECT
 
   public:
-    static constexpr int basicAmount = 50; ///< of the basic mode; see imaging/effects for what it means to each kind
+    static constexpr int basicAmount = 50; ///< of the basic mode; see imaging/effects for its meaning for each kind
 
-    /// The panel becomes a child of the window. All outlive the tool.
+    /// The panel becomes a child of the window. All arguments must outlive the tool.
     AdjustTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, FloatingToolbar *FT6, QWidget *window);
 
     SlidingPanel *panel() const override;
@@ -26,17 +26,17 @@ class AdjustTool : public EditorTool {
 
     /// The items of FT6: "keyBrightness", "keyContrast" and "keySaturation". Other keys do nothing.
     bool open(const QString &key) override;
-    /// Puts the panel away and shows the photo as it is.
+    /// Closes the panel and shows the unchanged photo.
     void close() override;
-    /// A part of the photo can be marked while the panel is up, and another item picked.
+    /// A part of the photo can be selected while the panel is open, and another item picked.
     bool staysFor(const EditorTool &next) const override;
 
-    /// One adjustment of what is marked, or of the whole photo, by basicAmount or by the value of its slider. Kinds are
+    /// Adjusts the selection, or the whole photo, by basicAmount or by the value of its slider. Kinds are
     /// 1 brightness, 2 contrast, 3 saturation; others do nothing.
     EffectOutcome ApplyBasicBCS(int kind);
     EffectOutcome ApplyBCS(int kind);
 
-    /// Makes the small pictures of FT6's items. The panel makes its own two while it is open.
+    /// Makes the previews of FT6's items. The panel makes its own two while it is open.
     void CreateBCSSFX();
     void makeSmallPictures() override { CreateBCSSFX(); }
 
@@ -56,7 +56,7 @@ class AdjustTool : public EditorTool {
     SelectionFlow m_flow;
     LivePreview m_live;
     AdjustPanel *m_panel;
-    QImage m_small; ///< the photo as it is, for the panel
+    QImage m_small; ///< the unchanged photo, for the panel
 };
 
 } // namespace lumora

@@ -44,7 +44,7 @@ void CanvasMouse::setTool(CanvasTool *tool) {
     if (m_tool != nullptr) {
         m_tool->start();
     }
-    m_view.viewport()->update(); // what either paints
+    m_view.viewport()->update(); // the overlays of both
 }
 
 void CanvasMouse::showTarget(int image) {
@@ -70,7 +70,7 @@ void CanvasMouse::pointer(const PointerEvent &event) {
     switch (event.kind) {
     case PointerEvent::Kind::Press:
     case PointerEvent::Kind::DoubleClick:
-        if (!m_dragging) { // another button does not disturb a drag
+        if (!m_dragging) { // another button does not affect a drag
             mouseDown(event);
         }
         break;
@@ -125,12 +125,12 @@ void CanvasMouse::mouseMove(const PointerEvent &event) {
         showTarget(marking);
     }
     if (m_dragging && !(event.buttons & Qt::LeftButton)) {
-        endDrag(event); // another window took the mouse and the release with it
+        endDrag(event); // another window has grabbed the mouse, including the release
     }
     drag(event);
 }
 
-/// The pointer is somewhere else over the photo, or the photo under it is.
+/// The pointer or the photo under it has moved.
 void CanvasMouse::drag(const PointerEvent &event) {
     if (event.buttons & Qt::LeftButton) {
         m_selEnd = rounded(event.view);

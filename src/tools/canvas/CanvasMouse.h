@@ -1,5 +1,5 @@
 // The one place where the photo's mouse-down, move and up are handled: it keeps the points, chooses the cursor and
-// hands on to the tool that is current. The main window makes it for its canvas.
+// forwards to the current tool. Created by the main window for its canvas.
 #pragma once
 
 #include "session/ToolFlags.h"
@@ -18,18 +18,18 @@ class CanvasMouse : public QObject {
     Q_OBJECT
 
   public:
-    /// Follows the view's pointer and keys from now on. All three outlive it.
+    /// Handles the view's pointer and keys from now on. All three must outlive it.
     CanvasMouse(PhotoDocument &document, const ToolFlags &flags, PhotoView &view, QObject *parent = nullptr);
 
-    /// Makes that tool the current one and ends the one before; null is the Arrow tool. The pointer becomes the plain
-    /// one; the tool's start may set another. A tool lives as long as it is current.
+    /// Makes that tool the current one and ends the previous one; null is the Arrow tool. The pointer is reset; the
+    /// tool's start may set another. A tool must exist as long as it is current.
     void setTool(CanvasTool *tool);
     CanvasTool *tool() const { return m_tool; }
     /// The canvas's pointer becomes that picture of picTarget, 1 to 6.
     void showTarget(int image);
-    /// A point in whole pixels: to the nearest, halves to the right and down wherever it lies.
+    /// Rounds a point to whole pixels: to the nearest, halves to the right and down for any sign.
     static QPoint rounded(QPointF point);
-    /// Nothing is marked on the photo any more.
+    /// Clears the selection.
     void clearMarked();
 
     /// Where the mouse went down and where it was last with the left button down: in the view's pixels and in the
@@ -63,7 +63,7 @@ class CanvasMouse : public QObject {
     QHash<int, QCursor> m_cursors; ///< for m_cursorsFor
     qreal m_cursorsFor = 0;        ///< device pixel ratio
     QPoint m_selStart, m_selEnd, m_selStartPic, m_selEndPic;
-    bool m_dragging = false; ///< the tool has had a press and no release
+    bool m_dragging = false; ///< the tool has received a press and no release
     PointerEvent m_last;     ///< of the drag
 };
 

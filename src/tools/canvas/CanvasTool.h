@@ -1,5 +1,4 @@
-// What every tool that works with the mouse on the photo is to the mouse dispatch. One file pair a tool; CanvasMouse
-// holds the current one and hands on to it.
+// Interface of the tools that use the mouse on the photo. CanvasMouse holds the current one and forwards events to it.
 #pragma once
 
 #include "view/PhotoView.h"
@@ -13,7 +12,7 @@ class CanvasTool {
   public:
     virtual ~CanvasTool() = default;
 
-    /// The tool has become the current one; it is no longer. end() leaves nothing half done, a drag neither.
+    /// Called when the tool becomes the current one, and when it no longer is. end() also cancels a drag.
     virtual void start() {}
     virtual void end() {}
 
@@ -26,15 +25,14 @@ class CanvasTool {
     /// The left button has gone up at this pixel, which may be outside the photo. After release(), and also where the
     /// press was not this tool's.
     virtual void clicked(QPoint /*pixel*/) {}
-    /// Whether a press at that picture pixel ends the tool instead of reaching it.
+    /// Whether a press at that picture pixel ends the tool instead of being delivered to it.
     virtual bool endsAt(QPoint /*picture*/) const { return false; }
     /// The second press of a double click.
     virtual void doubleClick(const PointerEvent &at) { press(at); }
-    /// Whether the drag that is under way scrolls the photo at the view's edge; moves follow, also when the mouse
-    /// rests.
+    /// Whether the current drag scrolls the photo at the view's edge; moves are then sent even when the mouse rests.
     virtual bool scrollsAtEdge() const { return false; }
 
-    /// Whether the tool uses this key now, before the view and the window's shortcuts do; and using it.
+    /// Whether the tool handles this key now, before the view and the window's shortcuts; and handling it.
     virtual bool wantsKey(const QKeyEvent &) const { return false; }
     virtual void keyPress(const QKeyEvent &) {}
 

@@ -13,7 +13,7 @@ DoneButton::DoneButton(const QString &name, PhotoView &view)
     : PictureButton("ok", CaptionPlace::Beside, &view), m_view(view) {
     setObjectName(name);
     setLook(Look::Raised);
-    setFocusPolicy(Qt::TabFocus); // a click leaves the keys with the photo
+    setFocusPolicy(Qt::TabFocus); // a click leaves the focus on the photo
     hide();
     connect(&view, &PhotoView::visiblePartChanged, this, &DoneButton::place);
 }
@@ -26,7 +26,7 @@ void DoneButton::showEvent(QShowEvent *event) {
 void DoneButton::place() {
     const QRect room = m_view.viewport()->geometry().adjusted(margin, margin, -margin, -margin);
     QRect button(QPoint(), sizeHint());
-    // Clear of what a frame as large as the view has at its corners and in the middle of its sides.
+    // Does not cover the handles at the corners and side centres of a frame as large as the view.
     button.moveCenter({room.left() + room.width() * 3 / 4, 0});
     button.moveBottom(room.bottom());
     setGeometry(button);

@@ -9,14 +9,14 @@ namespace lumora {
 
 namespace {
 
-constexpr int interval = 16; // milliseconds: as often as a screen shows a picture
+constexpr int interval = 16; // milliseconds: the frame rate of a screen
 constexpr int edge = 16;     // pixels inside the view that count as its edge; a full-screen view has nothing outside
-constexpr int fastest = 40;  // pixels an interval
+constexpr int fastest = 40;  // pixels per interval
 
 /// Pixels to scroll along one axis for a drag from one place to another in a view of that length.
 int stepAlong(double from, double to, int length) {
     const auto speed = [](double depth) { return std::clamp(static_cast<int>(depth / 2) + 1, 1, fastest); };
-    if (to < from && to < edge) { // who starts at the edge and drags inwards does not scroll
+    if (to < from && to < edge) { // a drag from the edge inwards does not scroll
         return -speed(edge - to);
     }
     return to > from && to > length - edge ? speed(to - (length - edge)) : 0;

@@ -15,13 +15,13 @@ class EdgeScroller : public QObject {
   public:
     explicit EdgeScroller(QAbstractScrollArea &view) : m_view(view) {}
 
-    /// A drag from one point of the view's pixels is at another now. Near an edge or beyond it the photo scrolls that
-    /// way, faster the farther out, until the next call, stop() or the photo's end.
+    /// A drag from one point to another, in the view's pixels. Near an edge or beyond it the photo scrolls that
+    /// way, faster the farther out, until the next call, stop() or the edge of the photo.
     void drag(QPointF from, QPointF to);
     void stop() { m_timer.stop(); }
 
   Q_SIGNALS:
-    /// Another part of the photo lies under the pointer.
+    /// Another part of the photo is under the pointer.
     void scrolled();
 
   protected:

@@ -1,4 +1,4 @@
-// A tool that has the mouse on the photo as long as its panel is up: crop, cut-out, red-eye, colour focus, pop-art. Its
+// A tool that uses the mouse on the photo while its panel is open: crop, cut-out, red-eye, colour focus, pop-art. Its
 // panel's close button, Esc in the panel and Esc on the photo all leave it.
 #pragma once
 
@@ -14,20 +14,20 @@ class PanelTool : public EditorTool, public CanvasTool {
     SlidingPanel *panel() const override { return m_panel; }
     void close() override;
 
-    /// Puts the panel away. Tools add what is theirs.
+    /// Closes the panel. Subclasses extend it.
     void end() override;
     /// Esc leaves.
     bool wantsKey(const QKeyEvent &key) const override;
     void keyPress(const QKeyEvent &key) override;
 
   protected:
-    /// All three outlive it.
+    /// All three must outlive it.
     PanelTool(CanvasMouse &mouse, SlidingPanel *panel, QObject *parent);
 
     bool isAtWork() const;
-    /// Makes it the mouse's tool, which ends the one before, and slides the panel in.
+    /// Makes it the current mouse tool, which ends the previous one, and slides the panel in.
     void begin();
-    /// The user is done: ends it and lets the Arrow tool follow. Nothing happens while it is not at work.
+    /// The user is done: ends it and activates the Arrow tool. Does nothing while it is not active.
     void leave();
 
     CanvasMouse &m_mouse;

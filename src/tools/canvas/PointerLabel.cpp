@@ -10,7 +10,7 @@ namespace lumora {
 namespace {
 
 // pixels
-constexpr qreal below = 26; // the pointer's tail and a finger hide what is nearer
+constexpr qreal below = 26; // closer text would be covered by the pointer or a finger
 constexpr qreal beside = 18;
 constexpr qreal padding = 10;
 constexpr qreal corner = 10;

@@ -1,4 +1,4 @@
-// A few words beside the pointer: how far, how large. Tools draw it over the photo while something is dragged.
+// A short label beside the pointer: distance or size. Tools draw it over the photo while something is dragged.
 #pragma once
 
 #include <QPointF>
@@ -9,7 +9,7 @@ class QPainter;
 
 namespace lumora {
 
-/// Paints the words on a small dark label beside the pointer, wholly inside `view`.
+/// Paints the words on a small dark label beside the pointer, completely inside `view`.
 void paintPointerLabel(QPainter &painter, const QRect &view, QPointF pointer, const QString &words);
 
 } // namespace lumora

@@ -7,8 +7,8 @@ namespace lumora {
 
 class PhotoView;
 
-/// The photo fitted into a room in the view's pixels, sharp on its screen; made from what the view paints from, so that
-/// a large photo costs no more than a small one. Null without a photo.
+/// The photo fitted into a size in the view's pixels, sharp on its screen; made from the mip level that the view paints
+/// from, so that a large photo costs no more than a small one. Null without a photo.
 QImage smallPhoto(PhotoView &view, QSize room);
 
 } // namespace lumora

@@ -10,7 +10,7 @@ namespace lumora {
 namespace {
 
 constexpr int reach = 5;      // pixels of the photo on each side of the one in the middle
-constexpr int pixelSide = 11; // pixels of the view for one of the photo
+constexpr int pixelSide = 11; // pixels of the view per pixel of the photo
 constexpr int ring = 9;       // wide
 constexpr int edge = 2;       // of dark and white round the ring
 constexpr int lens = (2 * reach + 1) * pixelSide;

@@ -23,7 +23,7 @@ constexpr EffectSlider slider{"sldColourFocusLevel", "lblColourFocusLevel", 5, 9
 ColourFocusPanel::ColourFocusPanel(QWidget *window)
     : SlidingPanel("pnlColourFocus", "cmdExitPnlColourFocus", window), picChosenColour(new ColourFocusSwatch(this)),
       m_strengths(new QButtonGroup(this)), m_slider(new CaptionedSlider(slider, this)) {
-    // The sentence says what the title would and more, so that it stands in its place.
+    // The sentence includes what the title would say, so it replaces the title.
     titleLabel()->setObjectName("LN6");
     titleLabel()->hide();
     auto *lblAQFX = new ElidedLabel(Qt::ElideRight, this);
@@ -78,7 +78,7 @@ void ColourFocusPanel::setLevel(int level) {
     }
     m_level = level;
     m_slider->setValue(level);
-    m_strengths->setExclusive(false); // between the strengths none is chosen
+    m_strengths->setExclusive(false); // none is chosen between the strengths
     for (int strength = 1; strength <= strengths; ++strength) {
         m_strengths->button(strength)->setChecked(levelOf(strength) == level);
     }

@@ -23,13 +23,13 @@ class ColourFocusPanel : public SlidingPanel {
 
     explicit ColourFocusPanel(QWidget *window);
 
-    /// The colour focus's tolerance of a strength, 1 to 4, in degrees of hue: how far other colours may be from the
-    /// chosen one and stay.
+    /// The colour focus's tolerance of a strength, 1 to 4, in degrees of hue: the largest distance to the chosen colour
+    /// at which colours stay.
     static int levelOf(int strength);
     /// The tolerance that is set, by a strength or by the slider.
     int level() const { return m_level; }
     void setLevel(int level);
-    /// Back to the strength that a beginner starts with.
+    /// Resets to the default strength.
     void resetLevel();
 
     /// An invalid colour is none.

@@ -16,7 +16,7 @@ namespace lumora {
 namespace {
 
 constexpr int dropper = 2; // image of picTarget
-constexpr int faint = 16;  // levels between the largest and the smallest channel: less has hardly a hue
+constexpr int faint = 16;  // levels between the largest and the smallest channel: with less, the hue is not meaningful
 
 Operation operation(const QColor &colour, int level) {
     return {applyColourFocus, {colour.red(), colour.green(), colour.blue(), level}};
@@ -35,7 +35,7 @@ ColourFocusTool::ColourFocusTool(AppContext &ctx, PhotoView &view, CanvasMouse &
     view.viewport()->installEventFilter(this);
     connect(&view, &PhotoView::visiblePartChanged, this, [this] {
         if (m_magnifierAt) {
-            m_view.viewport()->update(); // scrolling has moved what was painted
+            m_view.viewport()->update(); // scrolling has moved the painted overlay
         }
     });
     connect(m_panel, &ColourFocusPanel::levelChanged, this, &ColourFocusTool::showLevel);
@@ -57,7 +57,7 @@ bool ColourFocusTool::open(const QString &) {
 }
 
 void ColourFocusTool::start() {
-    // What is marked stays so and limits the change; a selection tool that marks nothing is over.
+    // The selection is kept and limits the change; a selection tool without a selection ends.
     if (m_ctx.photo.selection().isEmpty()) {
         m_ctx.flags.endSelection();
     }
@@ -77,7 +77,7 @@ void ColourFocusTool::photoChanged(PhotoChanges what) {
         return;
     }
     if (what.testFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
-        setColour({}); // it was a colour of the photo before
+        setColour({}); // it was a colour of the previous photo
     }
     CreateCMSFX();
 }
@@ -159,7 +159,7 @@ void ColourFocusTool::CreateCMSFX() {
     }
 }
 
-/// On the photo, which stays untouched.
+/// On the photo, which is not changed.
 void ColourFocusTool::showLevel() {
     if (!isAtWork() || !m_colour) {
         return;

@@ -21,12 +21,12 @@ class ColourFocusTool : public PanelTool {
 
     const LivePreview &livePreview() const { return m_live; }
 
-    /// The panel slides in and the photo waits for a colour to be picked. What is marked on the photo stays marked.
+    /// The panel slides in and the photo waits for a colour to be picked. The selection is kept.
     bool open(const QString &key = {}) override;
 
-    /// The colour that stays; none (an invalid one) until one was picked in this photo.
+    /// The colour that stays; invalid until one is picked in this photo.
     QColor chosenColour() const { return m_colour.value_or(QColor()); }
-    /// Turns everything grey that is not similar to the chosen colour, in what is marked or in the whole photo. Says so
+    /// Turns everything grey that is not similar to the chosen colour, in the selection or in the whole photo. Reports
     /// when no colour was chosen.
     EffectOutcome similarclr();
     /// Makes picCM1 to picCM4: the photo, small, with each of the strengths.

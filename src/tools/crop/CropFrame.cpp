@@ -13,13 +13,13 @@ namespace lumora {
 namespace {
 
 constexpr double reach = 24;         // pixels: half of what a finger needs
-constexpr double smallestGrip = 54;  // pixels: three zones that a finger can tell apart
+constexpr double smallestGrip = 54;  // pixels: room for three separate touch zones
 constexpr double handle = 20;        // pixels across
-constexpr double roomForMiddle = 72; // pixels of an edge: from here on its middle has a handle too
+constexpr double roomForMiddle = 72; // pixels of an edge: minimum for a handle in its middle
 constexpr double labelGap = 16;      // pixels between the frame and its size
 constexpr int dimming = 150;         // of 255
 
-/// The frame as it is held: a tiny one is given room around it.
+/// The frame for hit tests: a tiny one is enlarged.
 QRectF gripArea(const QRectF &frame) {
     const double x = std::max(0.0, smallestGrip - frame.width()) / 2;
     const double y = std::max(0.0, smallestGrip - frame.height()) / 2;
@@ -87,7 +87,7 @@ void paintHandles(QPainter &painter, const QRectF &frame) {
     }
 }
 
-/// Below the frame, above it where there is no room, else inside; always in view.
+/// Below the frame, above it when there is no space, else inside; always in view.
 QRectF labelPlace(const QRectF &frame, const QRectF &view, QSizeF size) {
     const QRectF area = gripArea(frame);
     double top = area.bottom() + labelGap;

@@ -1,5 +1,4 @@
-// The crop frame: what a finger or the mouse takes hold of, what becomes of the frame, and how it is drawn. Used by the
-// crop tool.
+// The crop frame: hit testing for finger and mouse, the frame after a drag, and how it is drawn. Used by the crop tool.
 #pragma once
 
 #include <QRectF>
@@ -10,7 +9,7 @@ class QPainter;
 
 namespace lumora {
 
-/// What of the frame is held: its inside, or one or two edges. Nothing beside it.
+/// The grabbed part of the frame: its inside, or one or two edges. Nothing outside it.
 struct CropGrip {
     bool inside = false;
     Qt::Edges edges;
@@ -19,13 +18,13 @@ struct CropGrip {
     bool operator==(const CropGrip &) const = default;
 };
 
-/// What a press at that point takes hold of; all in the view's pixels. The zones reach 24 pixels beyond the edges and
+/// The part that a press at that point grabs; all in the view's pixels. The zones reach 24 pixels beyond the edges and
 /// up to as far inside, and a third of a small frame always moves it.
 CropGrip cropGripAt(QPointF point, const QRectF &frame);
 
-/// The frame after what is held has been dragged so far, in picture pixels. An edge that passes the opposite one
-/// changes places with it; the frame is never smaller than 1 x 1. What is moved as a whole keeps a pixel on a picture
-/// of that size, or comes no farther from it than it was.
+/// The frame after the grabbed part was dragged by that distance, in picture pixels. An edge that passes the opposite
+/// one swaps with it; the frame is never smaller than 1 x 1. A frame moved as a whole keeps at least a pixel on a
+/// picture of that size, or does not move farther away from it.
 QRect draggedCropFrame(const QRect &frame, CropGrip grip, QPoint by, QSize picture);
 
 /// Dims the photo outside the frame and draws the frame, its eight handles and its size in words, which keeps inside

@@ -15,7 +15,7 @@ class CropPanel : public SlidingPanel {
   public:
     enum class Use { Crop, CutOut };
 
-    /// The window's panel, made when it is first asked for.
+    /// The window's panel, created on first use.
     static CropPanel *of(QWidget *window, AppContext &ctx);
 
     /// Shows that tool's line and buttons.

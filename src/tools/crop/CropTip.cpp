@@ -10,7 +10,7 @@
 namespace lumora {
 
 namespace {
-constexpr int delay = 300; // milliseconds: the hand has let go of the frame
+constexpr int delay = 300; // milliseconds: the user has released the frame by then
 }
 
 CropTip::CropTip(AppContext &ctx, QWidget *window)

@@ -1,4 +1,4 @@
-// picTip2: the tip that invites to the first crop, and its setting "Tips"/"Crop". Shown by the crop tool.
+// picTip2: the tip for the first crop, and its setting "Tips"/"Crop". Shown by the crop tool.
 #pragma once
 
 #include "widgets/Bubble.h"
@@ -19,7 +19,7 @@ class CropTip : public Bubble {
 
     /// Starts tmrCrop, which shows the tip beside that button unless it was switched off for good.
     void showSoonAt(QWidget *button);
-    /// Hides the tip, also one that was about to come.
+    /// Hides the tip, and cancels a pending one.
     void dismiss();
     /// "Tips"/"Crop" = txtCropTip.
     void writeSetting();

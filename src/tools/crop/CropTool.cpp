@@ -25,7 +25,7 @@ int halfOf(int side) {
     return std::max(1, static_cast<int>(std::nearbyint(side / 2.0)));
 }
 
-/// Where an arrow key leads; nowhere for other keys.
+/// The direction of an arrow key; null for other keys.
 QPoint stepOf(int key) {
     switch (key) {
     case Qt::Key_Left:
@@ -59,12 +59,12 @@ CropTool::CropTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget
     connect(m_panel->cmdCropNow(), &QAbstractButton::clicked, this, &CropTool::CropPhoto);
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (isAtWork() && what.testAnyFlags(PhotoChange::Size | PhotoChange::Loaded)) {
-            startFrame(); // the frame was one for another picture
+            startFrame(); // the frame was made for another picture
         }
     });
     connect(&view, &PhotoView::visiblePartChanged, this, [this] {
         if (isAtWork()) {
-            m_view.viewport()->update(); // the frame's size keeps in view and does not scroll with the photo
+            m_view.viewport()->update(); // the size label stays in view when the photo scrolls
         }
     });
 }
@@ -73,7 +73,7 @@ bool CropTool::open(const QString &) {
     if (!m_ctx.photo.PhotoLoaded() || m_ctx.photo.picCanvas().isNull()) {
         return false;
     }
-    m_mouse.setTool(nullptr); // whichever of the two has the panel
+    m_mouse.setTool(nullptr); // whichever of the two tools uses the panel
     m_panel->prepare(CropPanel::Use::Crop);
     begin();
     m_ctx.flags.endSelection();
@@ -115,7 +115,7 @@ void CropTool::CropPhoto() {
     if (!isAtWork()) {
         return;
     }
-    m_view.setFocus(); // where the keys can go on, whatever comes of it
+    m_view.setFocus(); // keyboard focus for the next keys, in either case
     if (!m_cropReady) {
         Q_EMIT tipWanted();
         return;
@@ -160,7 +160,7 @@ void CropTool::press(const PointerEvent &at) {
     }
     m_panel->picTip2()->dismiss();
     m_drag = Drag{.grip = cropGripAt(at.view, inView(m_frame)), .frame = m_frame, .pressed = at};
-    if (m_drag->grip.isNothing()) { // beside the frame: a new one is drawn from here on
+    if (m_drag->grip.isNothing()) { // outside the frame: starts a new one
         m_drag->grip.edges = Qt::RightEdge | Qt::BottomEdge;
         m_drag->frame = QRect(CanvasMouse::rounded(at.picture), QSize(0, 0));
     }

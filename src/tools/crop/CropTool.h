@@ -20,9 +20,8 @@ class CropTool : public PanelTool {
     bool open(const QString &key = {}) override;
     bool excludesOthers() const override { return isAtWork(); }
 
-    /// Cuts the photo down to what of it lies in CropRect, one undo step, and closes the panel. Nothing happens before
-    /// a frame is finished or while no tool is open, but the tip is wanted; a frame that misses the photo is told about
-    /// and stays.
+    /// Crops the photo to the part inside CropRect, one undo step, and closes the panel. Before a frame is finished or
+    /// while no tool is open only the tip is requested; a frame outside the photo is reported and kept.
     void CropPhoto();
 
     /// Left, top, width and height in picture pixels as they were with the last mouse-up or key; may reach beyond the
@@ -30,7 +29,7 @@ class CropTool : public PanelTool {
     const QRect &CropRect() const { return m_cropRect; }
     /// A drag or a key has finished a frame since the tool was opened.
     bool CropReady() const { return m_cropReady; }
-    /// The frame as it stands on the photo now.
+    /// The current frame on the photo.
     const QRect &frame() const { return m_frame; }
 
     void end() override;
@@ -49,7 +48,7 @@ class CropTool : public PanelTool {
         CropGrip grip;
         QRect frame;          ///< when it began
         PointerEvent pressed; ///< how it began
-        bool moved = false;   ///< it is no mere click
+        bool moved = false;   ///< it is more than a click
     };
 
     void startFrame();

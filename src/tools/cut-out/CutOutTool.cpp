@@ -14,7 +14,7 @@ namespace {
 
 constexpr int lassoTarget = 4; // image of picTarget until the mouse moves
 
-/// What of the box lies on the picture.
+/// The part of the box that is inside the picture.
 PixelRect pixelRect(const QRect &box, QSize picture) {
     const QRect part = box.intersected(QRect(QPoint(), picture));
     return {part.left(), part.top(), part.left() + part.width(), part.top() + part.height()};
@@ -41,7 +41,7 @@ bool CutOutTool::open(const QString &) {
     if (!m_ctx.photo.PhotoLoaded() || m_ctx.photo.picCanvas().isNull()) {
         return false;
     }
-    m_mouse.setTool(nullptr); // whichever of the two has the panel
+    m_mouse.setTool(nullptr); // whichever of the two tools uses the panel
     m_panel->prepare(CropPanel::Use::CutOut);
     begin();
     m_mouse.clearMarked();

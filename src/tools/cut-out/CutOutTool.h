@@ -1,5 +1,5 @@
-// Cut out: a line drawn round something in the photo with a free hand, and either everything outside or everything
-// inside of it becomes see-through. Shares its panel with the crop tool.
+// Cut out: a freehand line around something in the photo, and either everything outside or everything inside of it
+// becomes transparent. Shares its panel with the crop tool.
 #pragma once
 
 #include "tools/canvas/PanelTool.h"
@@ -23,11 +23,11 @@ class CutOutTool : public PanelTool {
     bool open(const QString &key = {}) override;
     bool excludesOthers() const override { return isAtWork(); }
 
-    /// Deletes the background: the photo is cut down to the rectangle of what is marked (by any of the selection
-    /// tools), and what lies in it beside the mark becomes transparent. One undo step. False, and nothing changed, when
-    /// nothing of the photo is marked, for which the tip is wanted, and when memory is refused, which is told.
+    /// Deletes the background: the photo is cropped to the bounding rectangle of the selection (of any selection tool),
+    /// and the rest of the rectangle becomes transparent. One undo step. Returns false and changes nothing without a
+    /// selection on the photo (the tip is then requested) and when memory allocation fails (which is reported).
     bool DeleteSelection();
-    /// Deletes what is marked: it becomes transparent, and the photo keeps its size. The same otherwise.
+    /// Deletes the selection: it becomes transparent, and the photo keeps its size. Otherwise the same.
     bool InverseDelete();
 
     void end() override;
@@ -35,7 +35,7 @@ class CutOutTool : public PanelTool {
     void move(const PointerEvent &at) override;
     void release(const PointerEvent &at) override;
     bool scrollsAtEdge() const override;
-    /// Esc clears what is marked or being marked; then it leaves.
+    /// Esc clears the selection or cancels the drag; then it ends the tool.
     void keyPress(const QKeyEvent &key) override;
 
   private:

@@ -1,4 +1,4 @@
-// What the tools of effects and frames have in common: what follows when one has been run.
+// What the tools of effects and frames have in common: the steps after one has been run.
 #pragma once
 
 #include "effects/SelectionFlow.h"
@@ -12,8 +12,8 @@ class EffectTool : public EditorTool {
   protected:
     EffectTool(AppContext &ctx, QObject *parent) : EditorTool(parent), m_ctx(ctx) {}
 
-    /// Says that memory was refused, and lets the Arrow tool follow unless a selection tool waits for a part of the
-    /// photo to be marked or the tool's panel is up.
+    /// Reports a failed memory allocation, and activates the Arrow tool unless a selection tool is waiting for a
+    /// selection or the tool's panel is open.
     void tell(EffectOutcome outcome);
 
     AppContext &m_ctx;

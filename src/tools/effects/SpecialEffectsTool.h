@@ -1,5 +1,5 @@
-// The items of FT4: the special effects, each at once or by its settings in panelSFX. Keeps the small pictures of the
-// effects in FT3 and FT4 up to date.
+// The items of FT4: the special effects, each at once or by its settings in panelSFX. Keeps the previews of the effects
+// in FT3 and FT4 up to date.
 #pragma once
 
 #include "effects/EffectPreviews.h"
@@ -19,7 +19,7 @@ class SpecialEffectsTool : public EffectTool {
     bool open(const QString &key) override;
     void close() override;
     SlidingPanel *panel() const override;
-    /// A part of the photo can be marked while the panel is up, and another effect picked.
+    /// A part of the photo can be selected while the panel is open, and another effect picked.
     bool staysFor(const EditorTool &next) const override;
 
   private:

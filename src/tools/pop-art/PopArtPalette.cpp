@@ -25,7 +25,7 @@ const PopArtColour colourRows[] = {
 constexpr int columns = 4;
 constexpr QSize swatchSize(38, 38); // pixels
 
-/// The dark or the light colours in an order of chance.
+/// The dark or the light colours in random order.
 std::vector<std::uint32_t> mixed(bool dark, QRandomGenerator &random) {
     std::vector<std::uint32_t> colours;
     for (const PopArtColour &colour : colourRows) {

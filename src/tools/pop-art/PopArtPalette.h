@@ -16,14 +16,14 @@ struct PopArtColour {
     const char *key;  ///< of its button
     const char *text; ///< identifier of its name
     std::uint32_t rgb;
-    bool dark; ///< good for the dark parts; the others for the light ones
+    bool dark; ///< suits the dark parts; the others suit the light ones
 };
 
 std::span<const PopArtColour> popArtColours();
 
-/// The pairs that a row begins with.
+/// The default pairs of a row.
 PopArtPairs usualPopArtPairs();
-/// Four pairs of a dark and a light colour, in which no colour comes twice.
+/// Four pairs of a dark and a light colour, without repeated colours.
 PopArtPairs surprisePopArtPairs(QRandomGenerator &random);
 
 /// A colour as the picture of a button: a rounded square, sharp on screens of double density.
@@ -35,7 +35,7 @@ class PopArtPalette : public QWidget {
   public:
     explicit PopArtPalette(QWidget *parent);
 
-    /// Shows that colour as the chosen one; tells nobody.
+    /// Shows that colour as the chosen one without emitting a signal.
     void setColour(std::uint32_t rgb);
 
   Q_SIGNALS:

@@ -15,7 +15,7 @@ namespace lumora {
 
 namespace {
 
-constexpr int gap = 12;             // pixels between the panel's parts: all of them fit the smallest screen
+constexpr int gap = 12;             // pixels between the panel's parts: they all fit on the smallest screen
 constexpr int printGap = 6;         // between prints
 constexpr QSize swatchSize(38, 38); // pixels
 constexpr QSize surpriseButton(72, 64);
@@ -29,7 +29,7 @@ PopArtPanel::PopArtPanel(AppContext &ctx, QWidget *window)
     auto *row = new QHBoxLayout;
     row->setSpacing(gap);
     auto *printRow = new QWidget(this);
-    printRow->setLayoutDirection(Qt::LeftToRight); // in the order of the picture, whichever way texts run
+    printRow->setLayoutDirection(Qt::LeftToRight); // in the order of the picture, also in right-to-left languages
     auto *prints = new QHBoxLayout(printRow);
     prints->setContentsMargins(0, 0, 0, 0);
     prints->setSpacing(printGap);

@@ -25,9 +25,9 @@ class PopArtPanel : public SlidingPanel {
     PopArtPanel(AppContext &ctx, QWidget *window);
 
     const PopArtPairs &pairs() const { return m_pairs; }
-    /// Shows these pairs and tells of them.
+    /// Shows these pairs and emits the change.
     void setPairs(const PopArtPairs &pairs);
-    /// The first colour is the one to change.
+    /// Selects the first colour.
     void chooseFirst();
     /// The row of the photo, small; cut into its four prints.
     void setRow(const QImage &row);

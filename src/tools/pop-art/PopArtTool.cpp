@@ -56,14 +56,14 @@ void PopArtTool::end() {
     m_photo = QImage();
     m_tableRow = QImage();
     m_view.setPhotoHidden(false);
-    m_panel->setPairs(usualPopArtPairs()); // every start is the same
+    m_panel->setPairs(usualPopArtPairs()); // every start uses the defaults
     m_panel->chooseFirst();
     PanelTool::end();
 }
 
 // --- What is shown --------------------------------------------------------------------------------------------------
 
-/// Where the row stands on the table: in its middle, as large as fits but not larger than it will be.
+/// The place of the row on the table: centred, as large as fits but not larger than the result.
 QRect PopArtTool::tablePlace() const {
     const QSize print = popArtPrintSize(m_ctx.photo.picCanvas().size());
     const QRect room = m_view.viewport()->rect().adjusted(margin, margin, -margin, -margin);

@@ -1,5 +1,5 @@
 // The pop-art row: the photo as four prints side by side, at once or by its panel, with the row shown live on the
-// table. The ideas window asks for it.
+// table. Started by the ideas window.
 #pragma once
 
 #include "imaging/transforms/PopArtRow.h"
@@ -18,7 +18,7 @@ class PopArtTool : public PanelTool {
     /// The panel becomes a child of the window. All four outlive the tool.
     PopArtTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window);
 
-    /// Makes the row at once in the usual colours while txtAndyStyle is off; else the panel slides in.
+    /// Makes the row at once in the default colours while txtAndyStyle is off; else the panel slides in.
     bool open(const QString &key = {}) override;
 
     void start() override;

@@ -15,7 +15,7 @@ class RedEyeCircle : public QWidget {
 
     /// Pixels of the photo.
     void setRadius(int radius);
-    /// Where the circle lies, in the middle.
+    /// The place of the circle, in the middle.
     QRectF circle() const;
 
   protected:

@@ -35,7 +35,7 @@ RedEyePanel::RedEyePanel(QWidget *window)
     row->addWidget(hint);
     row->addStretch();
     body()->addLayout(row);
-    // The picture stands beside title and slider, so that the panel stays low.
+    // The picture is beside title and slider, so that the panel stays low.
     const int beside = edge + boxSide + gap;
     const bool mirrored = isRightToLeft();
     layout()->setContentsMargins(mirrored ? foot : beside, shadowMargin + 8, mirrored ? beside : foot, foot);

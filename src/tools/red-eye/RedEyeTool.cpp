@@ -16,11 +16,11 @@ namespace lumora {
 namespace {
 
 constexpr int cross = 3;             // image of picTarget
-constexpr qreal smallestRing = 4;    // pixels of the view: smaller ones would not be seen
-constexpr qreal widestPointer = 128; // radius in device pixels: displays refuse larger pointers
-constexpr qreal ringEdge = 3;        // half of the ring's line and what smooths it
+constexpr qreal smallestRing = 4;    // pixels of the view: smaller ones would not be visible
+constexpr qreal widestPointer = 128; // radius in device pixels: larger cursors are not supported by displays
+constexpr qreal ringEdge = 3;        // half of the ring's line plus antialiasing
 
-/// A ring that is seen on dark and bright photos, with a small cross in its middle.
+/// A ring that is visible on dark and bright photos, with a small cross in its middle.
 void drawRing(QPainter &painter, QPointF centre, qreal radius) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
@@ -86,7 +86,7 @@ void RedEyeTool::clicked(QPoint pixel) {
     if (redEyeBounds(photo.width(), photo.height(), pixel.x(), pixel.y(), radius).isEmpty()) {
         return;
     }
-    QImage next = photo; // its own pixels as soon as they are written to
+    QImage next = photo; // detaches on write
     bool done = false;
     m_ctx.tasks.run([&] { done = removeRedEye(next, pixel.x(), pixel.y(), radius); });
     if (!done || !m_ctx.photo.changePhoto(next)) {
@@ -146,7 +146,7 @@ void RedEyeTool::repaintRing(QPointF at) {
     m_view.viewport()->update(QRectF(at.x() - reach, at.y() - reach, 2 * reach, 2 * reach).toAlignedRect());
 }
 
-/// Only a ring that is too large for a pointer.
+/// Only when the ring is too large for a cursor.
 void RedEyeTool::paint(QPainter &painter) {
     if (!ringFitsPointer()) {
         drawRing(painter, m_pointer, ringRadius());

@@ -18,13 +18,13 @@ class RedEyeTool : public PanelTool {
 
     /// The panel slides in and the photo waits for clicks.
     bool open(const QString &key = {}) override;
-    /// Whether clicks take out red.
+    /// Whether clicks remove red.
     bool RDMode() const { return isAtWork(); }
 
     void end() override;
     void press(const PointerEvent &at) override;
     void move(const PointerEvent &at) override;
-    /// Takes the red out of a circle about the pixel, one undo step.
+    /// Removes the red in a circle around the pixel, one undo step.
     void clicked(QPoint pixel) override;
     void paint(QPainter &painter) override;
 

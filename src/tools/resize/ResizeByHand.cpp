@@ -16,7 +16,7 @@ namespace lumora {
 
 namespace {
 
-constexpr int frameReach = 5; // picture pixels beyond the frame that still count as on it
+constexpr int frameReach = 5; // picture pixels outside the frame that still count as inside
 
 constexpr qreal handleCorner = 5; // pixels
 
@@ -33,12 +33,12 @@ ResizeByHand::ResizeByHand(AppContext &ctx, PhotoView &view, QObject *parent)
     connect(cmdResizeDone, &QAbstractButton::clicked, this, &ResizeByHand::endWanted);
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (m_active && what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Loaded)) {
-            drop(); // it was a drag of another photo
+            drop(); // the drag was on another photo
         }
     });
     connect(&view, &PhotoView::visiblePartChanged, this, [this] {
         if (m_active) {
-            m_view.viewport()->update(); // handles hang over what the view moves along
+            m_view.viewport()->update(); // the handles overlap what the view scrolls
         }
     });
 }
@@ -55,7 +55,7 @@ void ResizeByHand::end() {
     cmdResizeDone->hide();
 }
 
-/// Ends a drag; the photo shows as it is.
+/// Ends a drag; the photo is shown unchanged.
 void ResizeByHand::drop() {
     m_grabbed = {};
     m_hovered = {};
@@ -96,7 +96,7 @@ void ResizeByHand::move(const PointerEvent &at) {
     m_view.viewport()->update();
 }
 
-/// The frame while the grabbed edge is wanted at that point of the picture.
+/// The frame with the grabbed edge moved to that point of the picture.
 QRect ResizeByHand::dragged(QPointF picture) const {
     const QSize photo = m_ctx.photo.picCanvas().size();
     int left = 0;
@@ -201,7 +201,7 @@ void ResizeByHand::paint(QPainter &painter) {
     }
 }
 
-/// At the frame's size, from the level of the photo that has about as many pixels.
+/// At the frame's size, from the mip level with a similar number of pixels.
 void ResizeByHand::paintPhoto(QPainter &painter) {
     const QImage &photo = m_ctx.photo.picCanvas();
     const QRectF place = frame();

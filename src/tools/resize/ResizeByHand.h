@@ -13,8 +13,8 @@ namespace lumora {
 class DoneButton;
 struct AppContext;
 
-/// A finished drag is one undo step. The side or corner opposite the handle stays where it is while dragging. No side
-/// gets shorter than a pixel or longer than 5000, unless it was longer already.
+/// A finished drag is one undo step. The side or corner opposite the handle stays where it is while dragging. A side is
+/// at least one pixel and at most 5000 long, unless it was already longer.
 class ResizeByHand : public QObject, public CanvasTool {
     Q_OBJECT
 
@@ -33,9 +33,9 @@ class ResizeByHand : public QObject, public CanvasTool {
     void move(const PointerEvent &at) override;
     void release(const PointerEvent &at) override;
     void clicked(QPoint pixel) override;
-    /// Beyond the photo's frame, which counts as some pixels wider each way.
+    /// Outside the photo's frame, extended by some pixels on each side.
     bool endsAt(QPoint picture) const override;
-    /// Esc drops the drag, or ends free resizing, and so does Enter.
+    /// Esc cancels the drag or ends free resizing; Enter ends it too.
     bool wantsKey(const QKeyEvent &key) const override;
     void keyPress(const QKeyEvent &key) override;
     void paint(QPainter &painter) override;
@@ -43,7 +43,7 @@ class ResizeByHand : public QObject, public CanvasTool {
   Q_SIGNALS:
     /// The button, Esc or Enter: the user is done.
     void endWanted();
-    /// The photo could not be resized: there is no memory for it.
+    /// The photo could not be resized because memory allocation failed.
     void failed();
 
   private:

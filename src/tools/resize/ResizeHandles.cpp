@@ -4,7 +4,7 @@
 
 namespace lumora {
 
-/// The square in the frame that lies at that side or corner.
+/// The square inside the frame at that side or corner.
 QRectF ResizeHandles::square(ResizeHandle handle, qreal length) const {
     const auto along = [length](int where, qreal first, qreal last) {
         return where < 0 ? first : where > 0 ? last - length : (first + last - length) / 2;

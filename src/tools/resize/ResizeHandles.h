@@ -1,4 +1,4 @@
-// Where the eight handles of a frame lie, which one a point is on, and what dragging one does to the frame.
+// The places of the eight handles of a frame, hit testing, and the frame after dragging one.
 #pragma once
 
 #include <QCursor>
@@ -25,11 +25,11 @@ class ResizeHandles {
     static constexpr int side = 20;      ///< pixels of a handle
     static constexpr int touchSide = 44; ///< pixels that take a finger
 
-    /// Of a frame in the view's pixels. Handles lie inside it, because a click beyond it means something else.
+    /// Of a frame in the view's pixels. Handles are inside it, because a click outside has another meaning.
     explicit ResizeHandles(const QRectF &frame) : m_frame(frame) {}
 
     QRectF place(ResizeHandle handle) const { return square(handle, side); }
-    /// The handle under that point, touch zones included; a null one beside all.
+    /// The handle under that point, including touch zones; a null one when there is none.
     ResizeHandle at(QPointF point) const;
     /// The pointer over that handle.
     static Qt::CursorShape cursor(ResizeHandle handle);

@@ -160,7 +160,7 @@ void ResizePanel::choose(size_t option) {
     }
 }
 
-/// What each fixed size would make of it.
+/// The result of each fixed size.
 void ResizePanel::showPhoto() {
     const QSize room = (QSizeF(optionPicture) * devicePixelRatioF()).toSize();
     const QImage &photo = m_ctx.photo.picCanvas();
@@ -183,7 +183,7 @@ void ResizePanel::apply() {
         txtWidth->setText("0");
         txtHeight->setText("0");
     } else {
-        // Halves to even, as the processor rounds.
+        // Round half to even (default FP mode).
         Q_EMIT sizeWanted({static_cast<int>(std::nearbyint(width)), static_cast<int>(std::nearbyint(height))});
     }
 }

@@ -37,7 +37,7 @@ class ResizePanel : public SlidingPanel {
     void open();
 
   Q_SIGNALS:
-    /// cmdApplyResize with a size that may be tried; a side may be 0.
+    /// cmdApplyResize with a size up to longestSide; a side may be 0.
     void sizeWanted(QSize size);
     /// cmdApplyResize with a size beyond longestSide.
     void sizeRefused();

@@ -46,7 +46,7 @@ bool ResizeTool::open(const QString &) {
 
 void ResizeTool::openFreeResize() {
     m_ctx.fields.txtResizeMode = true;
-    m_mouse.setTool(&m_byHand); // which puts the panel away
+    m_mouse.setTool(&m_byHand); // which closes the panel
     Q_EMIT stateChanged();
     Q_EMIT message(m_ctx.texts.text("StatusFreeResize"), true);
 }

@@ -12,22 +12,22 @@ class ResizeTool : public EditorTool, public CanvasTool {
     Q_OBJECT
 
   public:
-    /// The panel becomes a child of `window`. All outlive it.
+    /// The panel becomes a child of `window`. All arguments must outlive it.
     ResizeTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget *window);
 
-    /// Slides the panel in, or starts free resizing, as txtResizeMode says.
+    /// Slides the panel in, or starts free resizing, depending on txtResizeMode.
     bool open(const QString &key = {}) override;
     /// cmdFreeResize: from now on, until the program ends, the tool resizes freely.
     void openFreeResize();
     void close() override;
     bool excludesOthers() const override { return m_byHand.isActive(); }
 
-    /// From open() to close(): the panel is up, or the photo is resized freely.
+    /// From open() to close(): the panel is open, or the photo is resized freely.
     bool FreeResizeActive() const;
     SlidingPanel *panel() const override;
     const ResizeByHand &byHand() const { return m_byHand; }
 
-    // The mouse while the panel is up.
+    // The mouse while the panel is open.
     void end() override;
     void clicked(QPoint pixel) override;
 

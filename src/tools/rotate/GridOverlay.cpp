@@ -11,7 +11,7 @@ namespace {
 
 // Pixels of the screen, whatever the zoom.
 constexpr int spacing = 80;
-constexpr int lastLine = 12000; ///< a canvas that reaches beyond shows no lines there
+constexpr int lastLine = 12000; ///< no lines beyond this on a larger canvas
 
 } // namespace
 
@@ -19,7 +19,7 @@ GridOverlay::GridOverlay(PhotoView &view, QObject *parent) : QObject(parent), m_
     connect(&view, &PhotoView::paintOverlay, this, &GridOverlay::paint);
     connect(&view, &PhotoView::visiblePartChanged, this, [this] {
         if (m_shown) {
-            m_view.viewport()->update(); // the view moved the lines along with the photo
+            m_view.viewport()->update(); // the view scrolled the lines with the photo
         }
     });
 }

@@ -15,7 +15,7 @@ class GridOverlay : public QObject {
     Q_OBJECT
 
   public:
-    /// Draws over that view, which outlives it.
+    /// Draws over that view, which must outlive it.
     explicit GridOverlay(PhotoView &view, QObject *parent = nullptr);
 
     /// Shows the grid, with a new pen; hides it.

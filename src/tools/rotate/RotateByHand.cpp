@@ -20,12 +20,12 @@ namespace {
 
 // pixels
 constexpr double clickSlop = 3; // that an unsteady hand may move within a click
-constexpr double deadZone = 16; // round the pivot, where the angle means nothing
+constexpr double deadZone = 16; // around the pivot, where the angle is undefined
 constexpr double knobRadius = 22;
 constexpr int knobPicture = 32;
 constexpr double edgeDistance = 44; // of the handle from the view's edge
 constexpr double leastRadius = 48;
-constexpr double stem = 36; // by which the handle stands off a small photo
+constexpr double stem = 36; // distance of the handle from a small photo
 
 constexpr double snap = 15;   // degrees, with Shift
 constexpr double finest = 10; // steps to a degree
@@ -74,7 +74,7 @@ void RotateByHand::start() {
 
 void RotateByHand::end() {
     if (m_trying == Trying::Keys) {
-        finish(); // the keys are up: this turn is wanted
+        finish(); // the keys are released: apply this angle
     }
     drop();
     m_active = false;
@@ -99,7 +99,7 @@ bool RotateByHand::isTurnedBy(double degrees) const {
     return isSame;
 }
 
-/// Undo and redo lead to a neighbouring turn; any other change brings a photo to start from.
+/// Undo and redo go to a previous or next angle; after any other change rotation starts from the new photo.
 void RotateByHand::photoChanged(PhotoChanges what) {
     if (!m_active || m_finishing || !what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Loaded)) {
         return;
@@ -122,7 +122,7 @@ void RotateByHand::turnTo(double degrees, Trying how) {
     m_view.viewport()->update();
 }
 
-/// Turns the photo itself by what was tried.
+/// Rotates the photo itself by the previewed angle.
 void RotateByHand::finish() {
     m_settle.stop();
     const double degrees = m_degrees;
@@ -159,7 +159,7 @@ void RotateByHand::drop() {
     m_view.viewport()->update();
 }
 
-/// A turned photo is larger or smaller; its middle stays where it was in the view, as far as it can.
+/// A rotated photo is larger or smaller; its middle stays at its place in the view if possible.
 void RotateByHand::keepInPlace(QPointF before) {
     const QPointF moved = pivot() - before;
     m_view.horizontalScrollBar()->setValue(m_view.horizontalScrollBar()->value() + qRound(moved.x()));
@@ -285,7 +285,7 @@ void RotateByHand::paint(QPainter &painter) {
     }
 }
 
-/// After the grid, which lies over the photo.
+/// After the grid, which is drawn over the photo.
 void RotateByHand::paintHandle(QPainter &painter) const {
     const QPointF knob = handle();
     const QPointF middle = pivot();

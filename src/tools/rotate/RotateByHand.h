@@ -14,9 +14,9 @@ namespace lumora {
 class DoneButton;
 struct AppContext;
 
-/// Every turn starts from the photo as it was when free rotation began, so that trying twice neither blurs nor grows it
-/// twice. A finished drag is one undo step, and so are arrow keys pressed one after the other. Undo and redo go on from
-/// the angle that they lead to. Angles are degrees clockwise, -180 to 180.
+/// Every rotation starts from the photo as it was when free rotation began, so that repeated rotations do not add up
+/// blur or size. A finished drag is one undo step, and so are arrow keys pressed one after the other. Undo and redo
+/// restore their angle. Angles are degrees clockwise, -180 to 180.
 class RotateByHand : public QObject, public CanvasTool {
     Q_OBJECT
 
@@ -27,9 +27,9 @@ class RotateByHand : public QObject, public CanvasTool {
     RotateByHand(AppContext &ctx, PhotoView &view, QObject *parent = nullptr);
 
     bool isActive() const { return m_active; }
-    /// By how much the photo is turned now, what is being tried included.
+    /// The current angle of the photo, including the preview.
     double degrees() const { return m_degrees; }
-    /// The middle of the handle and what the photo turns about, in the view's pixels.
+    /// The centre of the handle and of the rotation, in the view's pixels.
     QPointF handle() const;
     QPointF pivot() const;
 
@@ -38,7 +38,7 @@ class RotateByHand : public QObject, public CanvasTool {
     void press(const PointerEvent &at) override;
     void move(const PointerEvent &at) override;
     void release(const PointerEvent &at) override;
-    /// The arrow keys turn by one degree; Esc drops the drag, or ends free rotation, and so does Enter.
+    /// The arrow keys turn by one degree; Esc cancels the drag or ends free rotation; Enter ends it too.
     bool wantsKey(const QKeyEvent &key) const override;
     void keyPress(const QKeyEvent &key) override;
     void paint(QPainter &painter) override;
@@ -47,7 +47,7 @@ class RotateByHand : public QObject, public CanvasTool {
     void ended();
     /// The button, Esc or Enter: the user is done.
     void endWanted();
-    /// The photo could not be turned: there is no memory for it.
+    /// The photo could not be rotated because memory allocation failed.
     void failed();
 
   private:

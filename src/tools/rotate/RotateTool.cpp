@@ -61,7 +61,7 @@ void RotateTool::CreateTHMRorationSFX() const {
     for (const TurnRow &row : turns) {
         EffectEngine PixTwix1;
         PixTwix1.setPicture(picR);
-        PixTwix1.apply(row.transform, false); // where it refuses the picture stays unturned
+        PixTwix1.apply(row.transform, false); // when it fails the picture stays unrotated
         QPixmap preview = QPixmap::fromImage(PixTwix1.picture());
         preview.setDevicePixelRatio(devicePixels);
         m_FT2->setItemPicture(row.key, preview);
@@ -108,7 +108,7 @@ void RotateTool::rotatePic(Transform transform) {
     PixTwix1.setPicture(m_ctx.photo.picCanvas());
     bool turned = false;
     m_ctx.tasks.run([&] { turned = PixTwix1.apply(transform, false); });
-    // Refused or not, this is an undo step, and the copies of the photo are made again.
+    // Even on failure this is an undo step, and the copies of the photo are made again.
     const bool taken = m_ctx.photo.changePhoto(PixTwix1.picture());
     if (!turned || !taken) {
         Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);

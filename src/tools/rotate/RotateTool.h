@@ -1,4 +1,4 @@
-// Turning the photo: the quarter turns and the flip of FT2 at once, free rotation by hand.
+// Flip and rotate by 90 degrees at once (the first items of FT2), and free rotation by hand.
 #pragma once
 
 #include "tools/EditorTool.h"
@@ -11,10 +11,10 @@ class RotateTool : public EditorTool {
     Q_OBJECT
 
   public:
-    /// All outlive it.
+    /// All arguments must outlive it.
     RotateTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, FloatingToolbar *FT2, QObject *parent);
 
-    /// Puts what the first three items would do to the photo on their buttons. Without a photo their icons stay.
+    /// Shows previews of the first three items on their buttons. Without a photo their icons stay.
     void CreateTHMRorationSFX() const;
     void makeSmallPictures() override { CreateTHMRorationSFX(); }
     void barOpens() override { CreateTHMRorationSFX(); }
@@ -23,8 +23,8 @@ class RotateTool : public EditorTool {
     /// other key does nothing.
     bool open(const QString &key) override;
     bool excludesOthers() const override { return FreeRotateActive(); }
-    /// A quarter turn anti-clockwise, top to bottom, a quarter turn clockwise: each one undo step. Where the engine
-    /// refuses, the photo keeps its pixels. Nothing happens without a photo.
+    /// Rotate by 90 degrees anti-clockwise, flip vertically, rotate by 90 degrees clockwise: each one undo step. When
+    /// the engine fails, the photo keeps its pixels. Does nothing without a photo.
     void RotatePic90();
     void RotatePic180();
     void RotatePic270();
@@ -33,7 +33,7 @@ class RotateTool : public EditorTool {
     bool FreeRotateActive() const { return m_byHand.isActive(); }
     const RotateByHand &byHand() const { return m_byHand; }
     const GridOverlay &grid() const { return m_grid; }
-    /// Ends free rotation; a drag that is under way is dropped.
+    /// Ends free rotation; a running drag is discarded.
     void close() override;
 
   private:
@@ -45,7 +45,7 @@ class RotateTool : public EditorTool {
     AppContext &m_ctx;
     CanvasMouse &m_mouse;
     FloatingToolbar *m_FT2;
-    GridOverlay m_grid; ///< before the hand, whose handle lies over the grid
+    GridOverlay m_grid; ///< before m_byHand, whose handle is drawn over the grid
     RotateByHand m_byHand;
 };
 

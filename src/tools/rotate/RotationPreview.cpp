@@ -15,8 +15,8 @@ namespace lumora {
 
 namespace {
 
-/// Pixels of the copy: what two cores turn in a thirtieth of a second with room to spare. A view with more is shown a
-/// little softer while the photo turns.
+/// Pixels of the copy: two cores rotate this many in well under a thirtieth of a second. A larger view is shown a
+/// little softer during rotation.
 constexpr double mostPixels = 4e6;
 
 } // namespace
@@ -26,7 +26,7 @@ void RotationPreview::setPhoto(const QImage &photo) {
     forgetCopy();
 }
 
-/// Of the photo only what lies as near to its middle as some corner of the view can ever come into view.
+/// Only the part of the photo within the distance of the farthest view corner from its middle can become visible.
 void RotationPreview::makeCopy(QPointF centre, double scale) {
     const QRectF view = m_view.viewport()->rect();
     double reach = 0;
@@ -69,7 +69,7 @@ void RotationPreview::paint(QPainter &painter, QPointF centre, double scale, dou
         };
         return QSizeF(side(size.width(), size.height()), side(size.height(), size.width()));
     };
-    // The turned photo as it will lie on the table, and what of it can be in view.
+    // The rotated photo on the table, and its visible part.
     const QSizeF whole = turnedSize(m_photo.size()) * scale;
     const QRectF paper(centre - QPointF(whole.width(), whole.height()) / 2, whole);
     const QRectF viewport = m_view.viewport()->rect();

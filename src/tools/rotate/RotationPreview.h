@@ -1,4 +1,4 @@
-// A photo at any angle, painted at once: from a copy of what can come into view, no larger than the screen shows it.
+// Fast painting of a photo at any angle: from a copy of the part that can become visible, at screen resolution.
 // Free rotation shows it while the photo is dragged.
 #pragma once
 
@@ -18,7 +18,7 @@ class RotationPreview {
     /// The view shows another part, or at another size.
     void forgetCopy() { m_copy = QImage(); }
     /// Paints the photo turned clockwise by that many degrees, with its white corners, over the whole view. Its middle
-    /// lies at `centre` (view's pixels); `scale` is the view's pixels to one of the photo.
+    /// is at `centre` (view's pixels); `scale` is the number of view pixels per photo pixel.
     void paint(QPainter &painter, QPointF centre, double scale, double degrees);
 
   private:
@@ -28,8 +28,8 @@ class RotationPreview {
     const PhotoView &m_view;
     PhotoTable m_table;
     QImage m_photo;
-    QImage m_copy;          ///< of the photo's middle, as much as can come into view
-    double m_copyScale = 1; ///< pixels of the copy to one of the photo
+    QImage m_copy;          ///< of the photo's middle, the part that can become visible
+    double m_copyScale = 1; ///< pixels of the copy per pixel of the photo
 };
 
 } // namespace lumora

@@ -18,7 +18,7 @@ double nearest(double value) {
     return std::floor(value + 0.5);
 }
 
-/// In 256ths of a pixel, so that what is left of reckoning with fractions decides nothing.
+/// In 256ths of a pixel, so that rounding errors have no effect.
 QPointF snapped(QPointF point) {
     return {nearest(point.x() * 256) / 256, nearest(point.y() * 256) / 256};
 }
@@ -62,7 +62,7 @@ QRect DashedLine::lineTo(QPointF devicePoint) {
     const double before = -m_thickness; // the last place whose stroke does not reach the surface
     const double end = flat ? m_pixels.width() : m_pixels.height();
     const double acrossEnd = flat ? m_pixels.height() : m_pixels.width();
-    const double base = std::floor(across(from)); // kept apart: halves round the same wherever the line lies
+    const double base = std::floor(across(from)); // separate: halves round the same way at every position
     const auto [low, high] = std::minmax({across(from), across(m_at)});
     const double begin = direction > 0 ? before + 1 - first : first - end + 1;
     const double last = direction > 0 ? end - 1 - first : first - before - 1;
@@ -100,7 +100,7 @@ std::vector<QRect> DashedLine::parts() const {
     std::vector<QRect> parts;
     size_t at = 0;
     for (int row = 0; row < m_grid.height(); ++row) {
-        bool goesOn = false; // tiles side by side make one part
+        bool goesOn = false; // adjacent tiles are merged
         for (int column = 0; column < m_grid.width(); ++column, ++at) {
             const QRect square = QRect(column * tile, row * tile, tile, tile) & m_pixels.rect();
             if (m_tiles[at] && goesOn) {

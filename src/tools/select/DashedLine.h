@@ -1,5 +1,5 @@
 // A line of black and white dashes made of whole pixels of the screen, whose dashes can move along it at no cost: its
-// pixels hold their place along the line, and the colours come from a palette. SelectionOutline draws with it.
+// pixels store their position along the line, and the colours come from a palette. SelectionOutline draws with it.
 #pragma once
 
 #include <QImage>
@@ -12,15 +12,16 @@ namespace lumora {
 
 class DashedLine {
   public:
-    /// Forgets the line; the next one lies on a surface of that size in device pixels.
+    /// Clears the line; the next one is on a surface of that size in device pixels.
     void clear(QSize surface, qreal devicePixelRatio);
-    /// The line goes on from a new place, in device pixels from the surface's top left corner; the surface's edge is of
-    /// no concern to it. Moving the whole line by whole pixels moves its pixels.
+    /// Continues the line from a new position, in device pixels from the surface's top left corner; it may be outside
+    /// the surface. Moving the whole line by whole pixels moves its pixels.
     void moveTo(QPointF devicePoint);
-    /// A stroke to that place. Gives back the part of the surface around it, in device pixels, which may be empty.
+    /// Draws a segment to that position. Returns the part of the surface around it, in device pixels, which may be
+    /// empty.
     QRect lineTo(QPointF devicePoint);
 
-    /// Where there is something of the line: rectangles of the surface in device pixels that do not overlap.
+    /// The area of the line: non-overlapping rectangles of the surface in device pixels.
     std::vector<QRect> parts() const;
     bool isEmpty() const;
     /// Paints the line on a surface with that device pixel ratio whose top left corner is the painter's origin, the

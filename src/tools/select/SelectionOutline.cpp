@@ -24,7 +24,7 @@ SelectionOutline::SelectionOutline(PhotoDocument &document, PhotoView &view, QOb
             renew();
         }
     });
-    // The view repaints itself what is new then; what it only moves lies right already.
+    // The view repaints the newly exposed part; the scrolled part is already correct.
     connect(&view, &PhotoView::visiblePartChanged, this, &SelectionOutline::trace);
     connect(&view, &PhotoView::paintOverlay, this, &SelectionOutline::paint);
 }
@@ -45,7 +45,7 @@ void SelectionOutline::clearTrail() {
     }
 }
 
-/// The line is another one: repaints where it was and where it is.
+/// The line has changed: repaints its old and new area.
 void SelectionOutline::renew() {
     repaintLine();
     trace();
@@ -56,7 +56,7 @@ QPointF SelectionOutline::inDevice(QPointF picture) const {
     return m_view.toView(picture) * m_view.devicePixelRatioF();
 }
 
-/// Lays the line where the photo lies in the view now.
+/// Builds the line for the photo's current position in the view.
 void SelectionOutline::trace() {
     const qreal devicePixels = m_view.devicePixelRatioF();
     const QSizeF surface = QSizeF(m_view.viewport()->size()) * devicePixels;
@@ -98,7 +98,7 @@ void SelectionOutline::trace() {
 void SelectionOutline::traceEllipse(const QRectF &box) {
     const QRectF place(inDevice(box.topLeft()), inDevice(box.bottomRight()));
     const double radius = std::max(place.width(), place.height()) / 2;
-    // So many strokes that none is a tenth of a pixel off the curve: the arrow of an arc is radius * angle^2 / 8.
+    // Enough segments to stay within a tenth of a pixel of the curve: the sagitta of an arc is radius * angle^2 / 8.
     const int strokes = std::max(16, qCeil(std::numbers::pi * std::sqrt(5 * radius)));
     for (int i = 0; i <= strokes; ++i) {
         const double angle = 2 * std::numbers::pi * i / strokes;

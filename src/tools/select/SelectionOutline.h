@@ -1,5 +1,5 @@
-// The marching outline of what is marked on the photo, drawn over the canvas whichever tool is current. The main window
-// makes it; the lasso shows its line with it while it is drawn.
+// The animated outline of the selection, drawn over the canvas whichever tool is current. The main window creates it;
+// the lasso shows its line with it while it is drawn.
 #pragma once
 
 #include "tools/select/DashedLine.h"
@@ -11,8 +11,8 @@
 
 namespace lumora {
 
-/// The dashes march where the desktop lets things move. A step repaints the view only where the line runs, and a new
-/// point of the lasso only its stroke.
+/// The dashes are animated unless the desktop disables animations. A step repaints the view only where the line runs,
+/// and a new point of the lasso only its stroke.
 class SelectionOutline : public QObject {
     Q_OBJECT
 
@@ -20,8 +20,8 @@ class SelectionOutline : public QObject {
     /// Both outlive it.
     SelectionOutline(PhotoDocument &document, PhotoView &view, QObject *parent = nullptr);
 
-    /// The lasso's line while it is drawn, not yet closed: one point more, in picture pixels. It is shown in place of
-    /// what is marked until clearTrail().
+    /// The lasso's line while it is drawn, not yet closed: adds one point, in picture pixels. It is shown instead of
+    /// the selection until clearTrail().
     void addToTrail(PicturePoint point);
     void clearTrail();
 

@@ -35,7 +35,7 @@ SelectionTool::SelectionTool(AppContext &ctx, CanvasMouse &mouse, SelectionOutli
     : EditorTool(parent), m_ctx(ctx), m_document(ctx.photo), m_mouse(mouse), m_outline(outline) {
     connect(&m_document, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Loaded)) {
-            cancel(); // it was being marked on another picture
+            cancel(); // the drag was on another picture
         }
     });
 }
@@ -102,7 +102,7 @@ void SelectionTool::markBox(const PointerEvent &at) {
     mark(selection);
 }
 
-/// Into the document and the view.
+/// Updates the document and the view.
 void SelectionTool::mark(const PhotoSelection &selection) {
     m_outline.clearTrail();
     m_document.setSelection(selection);
@@ -123,7 +123,7 @@ QPoint SelectionTool::inPhoto(QPoint picture) const {
     return {std::clamp(picture.x(), 0, photo.width()), std::clamp(picture.y(), 0, photo.height())};
 }
 
-/// Ends a drag; what it has marked so far stays.
+/// Ends a drag; the selection so far is kept.
 void SelectionTool::cancel() {
     m_pressed = false;
     m_dragged = false;

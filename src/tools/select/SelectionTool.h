@@ -1,5 +1,5 @@
-// The selection tools: rectangle, ellipse and lasso, the items of FT1, marked on the photo with the mouse. What is
-// marked is the document's.
+// The selection tools: rectangle, ellipse and lasso, the items of FT1, made on the photo with the mouse. The document
+// owns the selection.
 #pragma once
 
 #include "tools/EditorTool.h"
@@ -19,13 +19,13 @@ class SelectionTool : public EditorTool, public CanvasTool {
     bool open(const QString &key) override;
 
     void end() override { cancel(); }
-    /// Starts a mark of the shape that SelectionKind says, while SelectionActive; what was marked is no longer. A click
-    /// without a drag marks nothing.
+    /// Starts a selection of the shape in SelectionKind, while SelectionActive; clears the previous selection. A click
+    /// without a drag selects nothing.
     void press(const PointerEvent &at) override;
     void move(const PointerEvent &at) override;
     void release(const PointerEvent &at) override;
     bool scrollsAtEdge() const override { return m_dragged; }
-    /// Esc clears what is marked or is being marked.
+    /// Esc clears the selection or cancels the drag.
     bool wantsKey(const QKeyEvent &key) const override;
     void keyPress(const QKeyEvent &key) override;
 
@@ -40,7 +40,7 @@ class SelectionTool : public EditorTool, public CanvasTool {
     PhotoDocument &m_document;
     CanvasMouse &m_mouse;
     SelectionOutline &m_outline;
-    bool m_pressed = false; ///< the left button is down and what it draws is wanted
+    bool m_pressed = false; ///< the left button is down and draws a selection
     bool m_dragged = false; ///< the pointer has left the place of the click
     QPointF m_pressedAt;    ///< the view's pixels
     std::vector<PicturePoint> m_lasso;

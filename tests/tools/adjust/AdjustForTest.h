@@ -1,4 +1,4 @@
-// The canvas with the settings behind it, for the tools that change colours, and the ways in which a photo is marked.
+// The canvas with the settings behind it, for the tools that change colours, and the ways to select a part of a photo.
 #pragma once
 
 #include "imaging/EffectEngine.h"
@@ -23,7 +23,7 @@ struct ColourTools : testing::Test {
     ColourTools() {
         window.setObjectName("frmMain");
         window.resize(1000, 700);
-        view.setGeometry(0, 0, 400, 300); // in reach of the mouse at double density, and free of panels
+        view.setGeometry(0, 0, 400, 300); // reachable by the mouse at double density, and not covered by panels
         window.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
     }

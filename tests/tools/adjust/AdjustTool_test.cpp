@@ -158,7 +158,7 @@ TEST_F(AdjustToolTest, WhatCannotBeDoneLeavesThePhoto) {
     EXPECT_EQ(ctx.photo.history().undoSteps(), 0);
 }
 
-TEST_F(AdjustToolTest, ASelectionCanBeMarkedAnewWhileThePanelIsUp) {
+TEST_F(AdjustToolTest, ASelectionCanBeMadeAgainWhileThePanelIsOpen) {
     openPhoto();
     mark(1);
     openPanel(1);
@@ -195,14 +195,14 @@ TEST_F(AdjustToolTest, EveryWayOutLeavesNothingBehind) {
         EXPECT_FALSE(tool.AdjustPanelShown());
         EXPECT_FALSE(tool.livePreview().isShown());
         EXPECT_TRUE(looksLike(photo));
-        slide(slider(2), 20); // a panel that is away changes nothing
+        slide(slider(2), 20); // a closed panel changes nothing
         EXPECT_FALSE(tool.livePreview().isShown());
         tool.close();
     }
     EXPECT_TRUE(photoIs(photo));
 }
 
-TEST_F(AdjustToolTest, AnotherPhotoStartsTheSliderAnew) {
+TEST_F(AdjustToolTest, AnotherPhotoResetsTheSlider) {
     openPhoto();
     openPanel(1);
     slide(slider(1), 50);

@@ -1,4 +1,4 @@
-// A canvas with everything that the main window connects to it, and a hand for the mouse.
+// A canvas with everything that the main window connects to it, and helpers for the mouse.
 #pragma once
 
 #include "session/AppContext.h"

@@ -1,5 +1,5 @@
 // The mouse dispatch: exact points at every zoom, scroll position and device pixel ratio, the pointer's pictures, the
-// order of mouse-up, and what the current tool is told.
+// order of mouse-up, and the events of the current tool.
 #include "tools/canvas/CanvasMouse.h"
 
 #include "tools/canvas/CanvasForTest.h"
@@ -17,7 +17,7 @@ namespace {
 
 struct Mouse : test::Canvas {};
 
-/// Writes down what it is told.
+/// Records its events.
 struct Listener : CanvasTool {
     void start() override { told << "start"; }
     void end() override { told << "end"; }
@@ -56,7 +56,7 @@ TEST_F(Mouse, pointsReachThePicturesPixelsExactly) {
         zoomTo(zoom);
         for (const double part : {0.0, 0.31, 0.5, 1.0}) {
             scrollAlong(part);
-            // Where the photo begins, in device pixels, reckoned without the view.
+            // Where the photo begins, in device pixels, computed without the view.
             const auto origin = [&](const QScrollBar *bar, int length, int pixels) {
                 const int whole = qRound(pixels * zoom / 100.0 * devicePixels);
                 return bar->maximum() > 0 ? -qRound(bar->value() * devicePixels)
@@ -125,7 +125,7 @@ TEST_F(Mouse, showsThePointerOfTheSelectionTool) {
         const char *what;
         bool active;
         Shape kind;
-        int afterDown, afterRightDown, afterMove; // images of picTarget; a move leaves 5 where nothing says otherwise
+        int afterDown, afterRightDown, afterMove; // images of picTarget; a move leaves 5 by default
     } rows[] = {
         {"arrow", false, Shape::None, 5, 5, 5},         {"a kind alone", false, Shape::Ellipse, 5, 5, 5},
         {"rectangle", true, Shape::Rectangle, 5, 5, 3}, {"ellipse", true, Shape::Ellipse, 3, 5, 3},
@@ -172,7 +172,7 @@ TEST_F(Mouse, pointersAreSharpAndPointWithTheirPoint) {
     EXPECT_EQ(targetCursor(7, 1).shape(), Qt::ArrowCursor);
 }
 
-TEST_F(Mouse, aPressEndsAToolThatWantsIt) {
+TEST_F(Mouse, aPressEndsAToolThatRequestsIt) {
     open(photoLike(100, 80), 200);
     for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton}) {
         for (const int x : {30, 70}) {
@@ -210,12 +210,12 @@ TEST_F(Mouse, aClickFollowsTheReleaseAndNamesThePixel) {
     mouse.setTool(nullptr);
 }
 
-TEST_F(Mouse, tellsTheCurrentToolAndNoOther) {
+TEST_F(Mouse, notifiesOnlyTheCurrentTool) {
     open(photoLike(100, 80));
     Listener first, second;
     int tips = 0;
     QObject::connect(&mouse, &CanvasMouse::moved, [&] { ++tips; });
-    move({100, 100}); // nobody to tell
+    move({100, 100}); // no tool is current
     EXPECT_EQ(tips, 1);
     mouse.setTool(&first);
     move({101, 100});
@@ -234,14 +234,14 @@ TEST_F(Mouse, tellsTheCurrentToolAndNoOther) {
     EXPECT_EQ(second.told, QStringList({"start", "press", "release", "double click", "release", "end"}));
 }
 
-TEST_F(Mouse, noDragIsLeftHanging) {
+TEST_F(Mouse, everyDragEnds) {
     open(photoLike(100, 80));
     Listener tool;
     mouse.setTool(&tool);
     tool.told.clear();
     press({150, 120});
     press({155, 120}, Qt::RightButton);
-    EXPECT_EQ(mouse.SelStart(), QPoint(150, 120)); // the other button is not its business
+    EXPECT_EQ(mouse.SelStart(), QPoint(150, 120)); // the other button is ignored
     release({155, 120}, Qt::RightButton);
     QMouseEvent lost(QEvent::MouseMove, QPointF(160, 130), view.viewport()->mapToGlobal(QPointF(160, 130)),
                      Qt::NoButton, Qt::NoButton, Qt::NoModifier);
@@ -282,7 +282,7 @@ TEST_F(Mouse, scrollsWhileADragRestsAtTheEdge) {
         ASSERT_TRUE(QTest::qWaitFor([&] { return tool.told.count("move") >= 3; }));
         const QPoint moved = place() - before;
         EXPECT_EQ(QPoint((moved.x() > 0) - (moved.x() < 0), (moved.y() > 0) - (moved.y() < 0)), row.way);
-        EXPECT_EQ(tool.last, under + moved); // the tool hears where the resting mouse is on the photo now
+        EXPECT_EQ(tool.last, under + moved); // the tool gets the new photo position of the resting mouse
         release(row.to);
     }
     const auto stays = [&](QPoint from, QPoint to) {

@@ -112,7 +112,7 @@ TEST_F(ColourFocusToolTest, FourStrengthsAndTheSliderAreOneLevel) {
         tool.close();
         tool.open();
         EXPECT_TRUE(shown("sldColourFocusLevel") && shown("lblColourFocusLevel"));
-        EXPECT_TRUE(control<PictureButton>("picCM2")->isChecked()); // every start is the same
+        EXPECT_TRUE(control<PictureButton>("picCM2")->isChecked()); // every start uses the defaults
     }
 }
 
@@ -130,7 +130,7 @@ TEST_F(ColourFocusToolTest, TheStrengthsShowThePhoto) {
     EXPECT_NE(ctx.photo.picCM(4), before);
     EXPECT_FALSE(ctx.photo.picCM(4).isNull());
     open(test::photoLike(200, 300));
-    EXPECT_FALSE(tool.chosenColour().isValid()); // it was a colour of the photo before
+    EXPECT_FALSE(tool.chosenColour().isValid()); // it was a colour of the previous photo
     EXPECT_EQ(ctx.photo.picCM(1), ctx.photo.picCM(4));
     EXPECT_GT(strength(2).height(), strength(2).width());
 }
@@ -141,7 +141,7 @@ TEST_F(ColourFocusToolTest, TheMagnifierShowsThePixelUnderThePointer) {
     tool.open();
     const QImage bare = seen();
     const auto differsAt = [&](QPoint place) { return pixelOf(seen(), place) != pixelOf(bare, place); };
-    QPointF pointer; // where it is told to be
+    QPointF pointer; // at the given place
     QObject::connect(&view, &PhotoView::pointer, &tool, [&](const PointerEvent &event) { pointer = event.view; });
     for (const QPoint pixel : {QPoint(160, 100), QPoint(300, 4), QPoint(2, 190)}) {
         moveTo({5, 5}); // the mouse may be there already
@@ -168,7 +168,7 @@ TEST_F(ColourFocusToolTest, TheMagnifierShowsThePixelUnderThePointer) {
     EXPECT_FALSE(tool.chosenColour().isValid());
 }
 
-TEST_F(ColourFocusToolTest, TheMagnifierStaysInItsRoom) {
+TEST_F(ColourFocusToolTest, TheMagnifierStaysInView) {
     const QRect room(0, 0, 500, 400);
     for (const QPoint at : {QPoint(0, 0), QPoint(499, 0), QPoint(0, 399), QPoint(499, 399), QPoint(250, 200)}) {
         const QRect place = magnifierPlace(at, room);

@@ -1,4 +1,4 @@
-// A window with a photo and both tools of the crop panel, as the main window connects them, and a hand for the mouse.
+// A window with a photo and both tools of the crop panel, as the main window connects them, and helpers for the mouse.
 #pragma once
 
 #include "session/AppContext.h"

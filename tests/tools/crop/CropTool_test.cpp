@@ -222,7 +222,7 @@ TEST_F(Cropping, KeysMoveSizeCropAndAreLeftToOthersOtherwise) {
     expectClosed();
 }
 
-TEST_F(Cropping, AnotherPictureUnderItStartsTheFrameAnew) {
+TEST_F(Cropping, AnotherPictureResetsTheFrame) {
     open(photoLike(400, 300));
     photo.changePhoto(photoLike(200, 600));
     crop.open();
@@ -234,7 +234,7 @@ TEST_F(Cropping, AnotherPictureUnderItStartsTheFrameAnew) {
 
 // --- Cropping -------------------------------------------------------------------------------------------------------
 
-TEST_F(Cropping, CutsWhatLiesOnThePhotoAsOneStep) {
+TEST_F(Cropping, CropsThePartOnThePhotoAsOneStep) {
     const struct {
         const char *what;
         QPoint from, to; ///< of a new frame, or of one of its corners
@@ -266,7 +266,7 @@ TEST_F(Cropping, CutsWhatLiesOnThePhotoAsOneStep) {
     }
 }
 
-TEST_F(Cropping, AFrameBesideThePhotoIsToldAbout) {
+TEST_F(Cropping, AFrameOutsideThePhotoIsReported) {
     const QImage original = photoLike(60, 50);
     open(original);
     crop.open(); // at 100, 100

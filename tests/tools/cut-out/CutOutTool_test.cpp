@@ -1,4 +1,4 @@
-// Cutting out: the line drawn with a real mouse, and what of the photo is left, to the bit.
+// Cutting out: the line drawn with a real mouse, and the remaining pixels, compared exactly.
 #include "tools/cut-out/CutOutTool.h"
 
 #include "tools/crop/CropForTest.h"
@@ -20,7 +20,7 @@ using Inside = std::function<bool(double x, double y)>;
 struct ShapeRow {
     const char *what;
     void (*mark)(PhotoSelection &selection);
-    QRect box; ///< what of it lies on a photo of 120 x 90
+    QRect box; ///< the part inside a photo of 120 x 90
     Inside inside;
 };
 const ShapeRow shapes[] = {
@@ -101,7 +101,7 @@ TEST_F(CuttingOut, KeepsWhatIsMarkedOrTheRest) {
     }
 }
 
-TEST_F(CuttingOut, WithNothingMarkedTheTipIsWantedAndThePhotoStays) {
+TEST_F(CuttingOut, WithoutASelectionTheTipIsRequestedAndThePhotoStays) {
     const QImage original = photoLike(120, 90);
     EXPECT_FALSE(cutOut.DeleteSelection() || cutOut.InverseDelete()); // no photo
     EXPECT_EQ(cutOutTip.count(), 0);

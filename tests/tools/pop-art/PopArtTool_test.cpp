@@ -100,7 +100,7 @@ TEST_F(PopArtToolTest, chosenColoursArriveInThePicture) {
     ctx.photo.PerformUndo();
     openPanel();
     press("cmdApplyPopArt");
-    EXPECT_TRUE(photoIs(row(usualPopArtPairs()))); // every start is the same
+    EXPECT_TRUE(photoIs(row(usualPopArtPairs()))); // every start uses the defaults
 }
 
 TEST_F(PopArtToolTest, theTableShowsTheRowOfThePhotoAsItIs) {

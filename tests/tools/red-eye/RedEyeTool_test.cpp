@@ -11,7 +11,7 @@ namespace lumora {
 namespace {
 
 struct RedEyeToolTest : test::ColourTools {
-    /// The fix by its definition, pixel by pixel.
+    /// The reference implementation, pixel by pixel.
     QImage fixed(const QImage &picture, QPoint at, int radius) const {
         QImage result = picture.copy();
         for (int dy = -radius; dy <= radius; ++dy) {
@@ -155,7 +155,7 @@ TEST_F(RedEyeToolTest, TheCircleInThePanelIsTwentyTwipsToThePixel) {
     EXPECT_TRUE(tool.panel()->rect().contains(picture->geometry()));
 }
 
-TEST_F(RedEyeToolTest, StartingAndEveryWayOutSetTheFlags) {
+TEST_F(RedEyeToolTest, StartingAndEveryWayToEndSetTheFlags) {
     openPhoto();
     const struct {
         const char *name;

@@ -284,7 +284,7 @@ TEST_F(ResizeToolTest, SidesKeepToTheirLimits) {
     } rows[] = {
         {{200, 160}, {-5000, -5000}, {1, 1}},
         {{4900, 900}, {3000, 0}, {5000, 900}},
-        {{5200, 900}, {3000, 0}, {5200, 900}}, // longer already
+        {{5200, 900}, {3000, 0}, {5200, 900}}, // already longer
         {{5200, 900}, {-10, 0}, {5100, 900}},
     };
     for (const auto &row : rows) {

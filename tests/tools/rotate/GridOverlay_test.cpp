@@ -1,4 +1,4 @@
-// The guide grid: where its lines lie in the screen's pixels, that they stay there, and which setting shows them.
+// The guide grid: the position of its lines in screen pixels, that they stay there, and which setting shows them.
 #include "tools/rotate/GridOverlay.h"
 
 #include "session/AppContext.h"
@@ -24,14 +24,14 @@ constexpr QRgb olive = qRgb(192, 192, 0);
 
 } // namespace
 
-TEST_F(Grid, linesLieEightyPixelsApartAndStayWhenThePhotoScrolls) {
+TEST_F(Grid, linesAreEightyPixelsApartAndStayWhenThePhotoScrolls) {
     open(test::photoLike(1100, 900));
     scrollTo(0, 0);
     const QImage plain = seen();
     grid.DrawGrid();
     for (const int scroll : {0, 37, 200}) {
         scrollTo(scroll, scroll);
-        QCoreApplication::processEvents(); // the view moves what it shows
+        QCoreApplication::processEvents(); // the view scrolls its contents
         const QImage lines = seen();
         int wrong = 0;
         for (int y = 0; y < lines.height(); ++y) {
@@ -58,7 +58,7 @@ TEST_F(Grid, endsAfterTwelveThousandPixels) {
     const QImage lines = seen();
     EXPECT_EQ(lines.pixel(12000, 20), olive);
     EXPECT_NE(lines.pixel(12080, 20), olive);
-    EXPECT_EQ(lines.pixel(12200, 0), olive); // the lines across go on
+    EXPECT_EQ(lines.pixel(12200, 0), olive); // the horizontal lines continue
 }
 
 TEST(GridSetting, showsTheGridInFreeRotationOnlyWhenItIsOne) {

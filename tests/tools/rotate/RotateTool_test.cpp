@@ -1,5 +1,5 @@
-// Turning the photo: the three turns and their previews, free rotation by hand with real mouse and key events, and its
-// steps back.
+// Rotating the photo: flip and rotate by 90 degrees with previews, free rotation by hand with real mouse and key
+// events, and undo.
 #include "tools/rotate/RotateTool.h"
 
 #include "imaging/transforms/Transform.h"
@@ -30,7 +30,7 @@ struct RotateToolTest : testing::Test {
     int steps() { return ctx.photo.history().undoSteps(); }
 
     void startByHand() { rotate.open("keyRotate4"); }
-    /// Where the hand has to be to turn by that many degrees from the grabbed point.
+    /// The pointer position that rotates by that many degrees from the grabbed point.
     QPoint turnedBy(QPointF grabbed, double degrees) {
         const QPointF from = grabbed - hand.pivot();
         const double angle = degrees * M_PI / 180;
@@ -151,7 +151,7 @@ TEST_F(RotateToolTest, EveryDragTurnsTheUnturnedPhoto) {
     const double one = hand.degrees();
     EXPECT_NEAR(one, 37, 0.5);
     EXPECT_EQ(photo(), rotated(before, one));
-    EXPECT_EQ(photo().pixel(0, 0), 0xFFFFFFFF); // a corner that the photo has left
+    EXPECT_EQ(photo().pixel(0, 0), 0xFFFFFFFF); // a corner that the photo does not cover any more
     dragHandle(-60);
     const double two = hand.degrees();
     EXPECT_NEAR(two, -23, 1);
@@ -166,7 +166,7 @@ TEST_F(RotateToolTest, EveryDragTurnsTheUnturnedPhoto) {
     EXPECT_EQ(photo(), before);
     ctx.photo.PerformRedo();
     EXPECT_EQ(hand.degrees(), one);
-    dragHandle(20); // a step back does not make the turned photo the one to start from
+    dragHandle(20); // undo does not make the rotated photo the new original
     EXPECT_NEAR(hand.degrees(), one + 20, 0.5);
     EXPECT_EQ(photo(), rotated(before, hand.degrees()));
     EXPECT_EQ(steps(), first + 2);
@@ -205,7 +205,7 @@ TEST_F(RotateToolTest, ThePhotoTurnsUnderTheHand) {
             QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, turnedBy(hand.handle(), 0));
             EXPECT_NE(photo(), before);
             EXPECT_LT((hand.pivot() - middle).manhattanLength(), 1.5);
-            // Left of the handle both are the same, up to how it is smoothed and where the checkerboard begins.
+            // Left of the handle both are the same, except for smoothing and the origin of the checkerboard.
             const QImage after = seen();
             const qreal devicePixels = view.devicePixelRatioF();
             QRectF part = view.photoRect().intersected(view.viewport()->rect());
@@ -312,7 +312,7 @@ TEST_F(RotateToolTest, EndsCleanlyFromTheMiddleOfADrag) {
     EXPECT_FALSE(rotate.excludesOthers());
 }
 
-TEST_F(RotateToolTest, AnotherPhotoIsTheOneToStartFrom) {
+TEST_F(RotateToolTest, AnotherPhotoBecomesTheOriginal) {
     open(test::photoLike(300, 200));
     startByHand();
     dragHandle(25);

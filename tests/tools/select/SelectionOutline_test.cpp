@@ -1,5 +1,5 @@
-// The marching outline: whole pixels of black and white where the mark lies, at every zoom, scroll position and device
-// pixel ratio, and no more painting than it needs.
+// The marching outline: whole pixels of black and white along the selection, at every zoom, scroll position and device
+// pixel ratio, and no unnecessary painting.
 #include "tools/select/SelectionOutline.h"
 
 #include "tools/canvas/CanvasForTest.h"
@@ -85,7 +85,7 @@ QImage drawnLine(QSize surface, QPointF offset, const std::vector<QPointF> &poin
 
 } // namespace
 
-TEST_F(Outline, liesOnTheEdgesOfTheMark) {
+TEST_F(Outline, isOnTheEdgesOfTheSelection) {
     const double thick = std::max(1, qRound(2 * view.devicePixelRatioF()));
     for (const int zoom : {25, 37, 100, 130, 250, 400}) {
         zoomTo(zoom);
@@ -140,7 +140,7 @@ TEST_F(Outline, goesRoundTheEllipse) {
     }
 }
 
-TEST_F(Outline, liesRightOnFinerScreensToo) {
+TEST_F(Outline, isExactOnFinerScreensToo) {
     for (const char *scale : {"1.5", "2"}) {
         test::passesAtScale("Outline.liesOn*:Outline.goesRound*:Outline.movesWith*", scale);
     }

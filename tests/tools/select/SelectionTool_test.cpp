@@ -141,7 +141,7 @@ TEST_F(Selecting, marksWhileTheMouseMoves) {
         EXPECT_EQ(photo.selection().box(), QRect(10, 10, 50, 40));
         move(viewAt(61, 12));
         EXPECT_EQ(photo.selection().box(), QRect(10, 10, 51, 2));
-        move(viewAt(10, 10)); // back again: once it is a drag it may be as small as it likes
+        move(viewAt(10, 10)); // back again: once it is a drag it may be of any size
         EXPECT_EQ(photo.selection().box(), nothing);
         move(viewAt(11, 11));
         EXPECT_EQ(photo.selection().box(), QRect(10, 10, 1, 1));
@@ -226,12 +226,12 @@ TEST_F(Selecting, escapeClearsAndEndsADrag) {
         move(viewAt(20, 60));
         release(viewAt(20, 60));
         EXPECT_TRUE(photo.selection().isEmpty());
-        lasso({{10, 10}, {60, 10}, {60, 60}}); // the next drag is a fresh one
+        lasso({{10, 10}, {60, 10}, {60, 60}}); // the next drag starts again
         EXPECT_FALSE(photo.selection().isEmpty());
     }
     EXPECT_EQ(shortcuts, 0);
     mouse.clearMarked();
-    QTest::keyClick(&view, Qt::Key_Escape); // nothing to clear: the window's
+    QTest::keyClick(&view, Qt::Key_Escape); // nothing to clear: left to the window
     EXPECT_EQ(shortcuts, 1);
 }
 

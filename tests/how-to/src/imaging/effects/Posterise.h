@@ -9,8 +9,8 @@ struct Posterise {
     int levels = 4; ///< that are left of a channel's 256, 2 to 256; clamped
 };
 
-/// Each channel goes to the nearest of so many levels, spread evenly from 0 to 255. Alpha is kept. Source and target
-/// have one size; the area lies within it.
+/// Each channel is rounded to the nearest of that many levels, spread evenly from 0 to 255. Alpha is kept. Source and
+/// target have equal size and contain area.
 void applyPosterise(const Posterise &parameters, ConstPixelView source, PixelView target, PixelRect area);
 
 } // namespace lumora
