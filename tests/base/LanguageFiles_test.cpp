@@ -46,7 +46,8 @@ QList<Entry> entries() {
 QByteArray englishFile() {
     QString file = "; Every text of Lumora (UTF-8). Change the text after \"Caption=\", or replace this file with a\n"
                    "; copy of one from the folder \"languages\". A text that is missing here appears in English.\n"
-                   "; \"&&\" shows one \"&\" on a button. \"%1\", \"%2\" are places that Lumora fills in. The code in [Language],\n"
+                   "; \"&&\" shows one \"&\" on a button. \"%1\", \"%2\" are places that Lumora fills in. The code in "
+                   "[Language],\n"
                    "; such as de or fr, chooses the language of the guide and of the computer's own windows.\n";
     QString window;
     for (const Entry &entry : entries()) {
