@@ -251,7 +251,7 @@ int changesWithoutMemory() {
     QImage dotted = first.copy();
     dotted.setPixel(7, 7, qRgb(1, 2, 3));
     const QImage other = plain(3000, 2000);
-    const QImage foreign = other.convertToFormat(QImage::Format_RGB888); // memory is needed to make it one of ours
+    const QImage foreign = other.convertToFormat(QImage::Format_RGB888); // converting it on opening takes memory
     photo.openPicture({first, PictureError::None, {}}, Route::LoadPhoto);
     if (!photo.changePhoto(dotted)) {
         return 2;
