@@ -5,6 +5,10 @@
 // back to one lane, which lacks the operations on parts of a pixel. The tests run every version against the reference.
 #define HWY_BROKEN_EMU128 0
 
+// A processor with SSSE3 and without SSE4.1 was last sold about 2008; it takes the emulation. Each version costs build
+// time in every kernel.
+#define HWY_DISABLED_TARGETS HWY_SSSE3
+
 namespace lumora {
 
 /// The name of the version of the kernels that runs on this processor, such as "AVX3".
