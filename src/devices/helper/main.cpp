@@ -1,7 +1,10 @@
 // lumora-devices scanners|printers
-// Prints one line for each device, fields separated by tabs: the word "device", the name by which the system knows it
-// and the name to show; for the default printer "default" and its name; then "done". Looking can take many seconds and
-// drivers may hang or crash, so Lumora has this program do it (see src/devices/DeviceSearch.h).
+// lumora-devices options|scan DEVICE ...: see ScanCommands.h
+// The first two print one line for each device, fields separated by tabs: the word "device", the name by which the
+// system knows it and the name to show; for the default printer "default" and its name; then "done". Looking can take
+// many seconds and drivers may hang or crash, so Lumora has this program do it (see src/devices/DeviceSearch.h).
+#include "ScanCommands.h"
+
 #include <QGuiApplication>
 #include <QPrinterInfo>
 #include <csignal>
@@ -54,7 +57,15 @@ void printPrinters() {
 
 int main(int argc, char **argv) {
     prctl(PR_SET_PDEATHSIG, SIGKILL); // the answer is of no use when Lumora has ended
-    const std::string kind = argc == 2 ? argv[1] : "";
+    const std::string kind = argc >= 2 ? argv[1] : "";
+    if (argc >= 3 && (kind == "options" || kind == "scan")) {
+        QStringList values;
+        for (int i = 3; i < argc; ++i) {
+            values.append(QString::fromUtf8(argv[i]));
+        }
+        const QString device = QString::fromUtf8(argv[2]);
+        _exit(kind == "scan" ? lumora::runScan(device, values) : lumora::runOptions(device, values));
+    }
     bool found = false;
     if (kind == "scanners") {
         found = printScanners();
@@ -64,7 +75,7 @@ int main(int argc, char **argv) {
         printPrinters();
         found = true;
     } else {
-        std::fputs("usage: lumora-devices scanners|printers\n", stderr);
+        std::fputs("usage: lumora-devices scanners|printers|options DEVICE ...|scan DEVICE ...\n", stderr);
         return 2;
     }
     if (found) {

@@ -1,0 +1,136 @@
+#include "devices/ScanProcess.h"
+
+#include <QCoreApplication>
+
+namespace lumora {
+
+namespace {
+
+QStringList argumentsOf(const QList<ScanValue> &values) {
+    QStringList arguments;
+    for (const ScanValue &value : values) {
+        arguments.append(value.name + '=' + value.value);
+    }
+    return arguments;
+}
+
+} // namespace
+
+ScanProcess::ScanProcess(QString helper, QObject *parent) : QObject(parent), m_helper(std::move(helper)) {
+    if (m_helper.isEmpty()) {
+        m_helper = QCoreApplication::applicationDirPath() + "/lumora-devices";
+    }
+    m_timer.setSingleShot(true);
+    m_process.setStandardErrorFile(QProcess::nullDevice()); // drivers are talkative
+    m_process.setStandardInputFile(QProcess::nullDevice());
+    connect(&m_process, &QProcess::readyReadStandardOutput, this, &ScanProcess::take);
+    connect(&m_process, &QProcess::finished, this, &ScanProcess::finish);
+    // Queued: a missing program is reported while start() still runs.
+    connect(
+        &m_process, &QProcess::errorOccurred, this,
+        [this](QProcess::ProcessError error) {
+            if (error == QProcess::FailedToStart) { // every other error is followed by finished()
+                finish();
+            }
+        },
+        Qt::QueuedConnection);
+    connect(&m_timer, &QTimer::timeout, this, &ScanProcess::giveUp);
+}
+
+ScanProcess::~ScanProcess() {
+    m_process.disconnect(this);
+    if (m_process.state() != QProcess::NotRunning) {
+        m_process.kill();
+        m_process.waitForFinished(1000);
+    }
+}
+
+void ScanProcess::readOptions(const QString &device, const QList<ScanValue> &values) {
+    start(QStringList{"options", device} + argumentsOf(values));
+}
+
+void ScanProcess::scan(const QString &device, Settings settings, const QList<ScanValue> &values) {
+    QStringList arguments{"scan", device};
+    if (settings == Settings::Automatic) {
+        arguments.append("auto");
+    }
+    start(arguments + argumentsOf(values));
+}
+
+void ScanProcess::start(const QStringList &arguments) {
+    if (m_running) {
+        return;
+    }
+    m_running = true;
+    m_status.reset();
+    m_messages = {};
+    m_timer.start(m_limits.silence);
+    m_process.start(m_helper, arguments);
+}
+
+void ScanProcess::cancel() {
+    if (m_running && !m_status) {
+        m_status = ScanStatus::Cancelled;
+        m_timer.start(m_limits.closing);
+        m_process.terminate();
+    }
+}
+
+void ScanProcess::take() {
+    m_messages.add(m_process.readAllStandardOutput());
+    while (const auto message = m_messages.next()) {
+        if (!m_status) {
+            takeMessage(*message);
+        }
+    }
+    if (m_messages.isBroken() && !m_status) {
+        m_status = ScanStatus::Crashed;
+        m_process.kill();
+    }
+}
+
+void ScanProcess::takeMessage(const ScanMessage &message) {
+    m_timer.start(m_limits.silence);
+    switch (message.kind) {
+    case ScanMessage::Kind::Frame:
+        if (const auto frame = ScanFrame::fromText(message.content)) {
+            Q_EMIT frameBegan(*frame);
+            return;
+        }
+        break;
+    case ScanMessage::Kind::Data:
+        Q_EMIT dataRead(message.content);
+        return;
+    case ScanMessage::Kind::Options:
+        if (const auto options = scanOptionsFromJson(message.content)) {
+            Q_EMIT optionsRead(*options);
+            return;
+        }
+        break;
+    case ScanMessage::Kind::Status:
+        m_status = statusOf(message.content).value_or(ScanStatus::Crashed);
+        m_timer.start(m_limits.closing);
+        return;
+    }
+    m_status = ScanStatus::Crashed; // it talks nonsense
+    m_process.kill();
+}
+
+/// The time is up.
+void ScanProcess::giveUp() {
+    if (!m_status) {
+        m_status = ScanStatus::NotAnswering;
+    }
+    m_process.kill();
+}
+
+void ScanProcess::finish() {
+    if (m_process.isOpen()) {
+        take(); // what came with the end
+    }
+    m_timer.stop();
+    m_running = false;
+    Q_EMIT finished(m_status.value_or(ScanStatus::Crashed));
+}
+
+} // namespace lumora
