@@ -277,10 +277,9 @@ PictureError PhotoDocument::fillFrom(const PictureRead &read, OpenRoute route) {
     CreateDummyPicture();
     PhotoChanges what = PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Zoom | PhotoChange::Loaded;
     what |= PhotoChange::History | PhotoChange::Selection;
-    if (route == OpenRoute::LoadPhoto && m_modified) {
-        m_modified = false;
-        what |= PhotoChange::Modified;
-    }
+    const bool modified = route == OpenRoute::Scan || (route == OpenRoute::TmrLoadPhoto && m_modified);
+    what.setFlag(PhotoChange::Modified, modified != m_modified);
+    m_modified = modified;
     change.reset();
     Q_EMIT changed(what);
     return PictureError::None;

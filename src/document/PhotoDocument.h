@@ -98,12 +98,14 @@ class PhotoDocument : public QObject {
     const PhotoHistory &history() const { return m_history; }
 
     // Files.
-    /// Which of the two open routes runs: LoadPhoto clears PhotoModified, tmrLoadPhoto leaves it as it is.
-    enum class OpenRoute { LoadPhoto, TmrLoadPhoto };
+    /// Where the picture comes from: LoadPhoto clears PhotoModified, tmrLoadPhoto leaves it as it is, a scan, which is
+    /// in no file yet, sets it.
+    enum class OpenRoute { LoadPhoto, TmrLoadPhoto, Scan };
     /// Records an undo point, loads the file into the canvas, refreshes all holders. When the file cannot be read the
     /// photo, the flags and what can be redone stay as they were.
     PictureError openFile(const QString &path, OpenRoute route);
-    /// The same for a picture already read (start-up reads it while the window is built).
+    /// The same for a picture already read (start-up reads it while the window is built) or
+    /// scanned.
     PictureError openPicture(const PictureRead &read, OpenRoute route);
     /// Puts a picture from the clipboard in the photo's place the way a loaded file does, but without an undo point;
     /// clears PhotoModified. With an error nothing changes.

@@ -99,11 +99,24 @@ void ProgressPanel::begin(bool canBeStopped) {
     m_bar->setPercent(-1);
     cmdStop->setVisible(canBeStopped);
     layout()->activate();
-    move(parentWidget()->rect().center() - rect().center());
+    settle();
     raise();
     show();
     m_hadKeyboard = window()->focusWidget();
     cmdStop->setFocus(Qt::OtherFocusReason);
+}
+
+void ProgressPanel::setPlace(Place place) {
+    m_place = place;
+    settle();
+}
+
+void ProgressPanel::settle() {
+    QPoint at = parentWidget()->rect().center() - rect().center();
+    if (m_place == Place::Low) {
+        at.setY(parentWidget()->height() - height());
+    }
+    move(at);
 }
 
 void ProgressPanel::setPercent(int percent) {

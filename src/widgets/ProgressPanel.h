@@ -31,7 +31,7 @@ class BusyBar : public QWidget {
     int m_percent = -1;
 };
 
-/// A child of the window, in its middle while shown; hidden at first. The button has the keyboard meanwhile; Esc stops
+/// A child of the window, hidden at first. The button has the keyboard meanwhile; Esc stops
 /// as well.
 class ProgressPanel : public QWidget {
     Q_OBJECT
@@ -40,6 +40,9 @@ class ProgressPanel : public QWidget {
     explicit ProgressPanel(QWidget *window);
 
     void begin(bool canBeStopped);
+    /// In the middle of the window, or near its lower edge, where it leaves a picture that is coming in to be seen.
+    enum class Place { Middle, Low };
+    void setPlace(Place place);
     /// Per cent, 0 to 100; -1 when it is not known.
     void setPercent(int percent);
     /// Gives the keyboard back to who had it.
@@ -55,8 +58,11 @@ class ProgressPanel : public QWidget {
     void paintEvent(QPaintEvent *event) override;
 
   private:
+    void settle();
+
     BusyBar *m_bar;
     PictureButton *cmdStop;
+    Place m_place = Place::Middle;
     QPointer<QWidget> m_hadKeyboard;
 };
 

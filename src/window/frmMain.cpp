@@ -5,6 +5,7 @@
 #include "ideas/frmSamples.h"
 #include "options/frmOptions.h"
 #include "output/DeviceLists.h"
+#include "output/scan/ScanCommands.h"
 #include "session/AppContext.h"
 #include "session/LoadSettings.h"
 #include "session/PhotoStatus.h"
@@ -101,6 +102,7 @@ void frmMain::build() {
     m_status = new StatusLine("SBar", this);
     m_photo = new PhotoCommands(m_ctx, this);
     m_devices = new DeviceLists(m_ctx, {}, this);
+    m_scan = new ScanCommands(m_ctx, *m_devices, this);
     m_recovery = new Recovery(m_ctx.photo, m_ctx.installation.recoveryFolder, this);
     m_bars = new FloatingBarSet(this);
     m_toolSet = new ToolSet(m_ctx, *m_view, *m_tools, *m_bars, this);
@@ -184,10 +186,34 @@ void frmMain::connectCommands() {
             [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Good); });
     connect(m_photo, &PhotoCommands::failed, this, problem);
     connect(m_photo, &PhotoCommands::leave, this, &frmMain::leave);
+    connectScanning();
 
     connect(&m_ctx.photo, &PhotoDocument::changed, this, &frmMain::photoChanged);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &frmMain::refreshPaste);
     connect(tmrWelcome, &QTimer::timeout, this, &frmMain::showWelcome);
+}
+
+void frmMain::connectScanning() {
+    connect(m_commands->cmdScan(), &PictureButton::clicked, m_scan, &ScanCommands::scan);
+    connect(m_tools, &ToolColumn::pressed, m_scan, &ScanCommands::closePanel);
+    connect(m_scan, &ScanCommands::firstToolWanted, this, [this] {
+        HideBoxes();
+        ResetTools();
+    });
+    connect(m_scan, &ScanCommands::barsToHide, this, &frmMain::HideFloatingToolbars);
+    connect(m_scan, &ScanCommands::canvasWanted, m_tools, &ToolColumn::EnableToolbars);
+    connect(m_scan, &ScanCommands::canvasWanted, this, &frmMain::showCanvas);
+    connect(m_scan, &ScanCommands::scanning, this, [this](bool now) {
+        placePanels(); // the scan grows where the photo is
+        m_progress->setPlace(now ? ProgressPanel::Place::Low : ProgressPanel::Place::Middle);
+    });
+    connect(m_scan, &ScanCommands::scanned, this, &frmMain::fitPhoto);
+    connect(m_scan, &ScanCommands::panelChanged, this, &frmMain::makeRoomForPanel);
+    connect(m_scan, &ScanCommands::buttonsToRefresh, this, &frmMain::chkPSButtons);
+    connect(m_scan, &ScanCommands::done, this,
+            [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Good); });
+    connect(m_scan, &ScanCommands::failed, this,
+            [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Problem); });
 }
 
 void frmMain::makeShortcuts() {
@@ -206,7 +232,7 @@ void frmMain::makeShortcuts() {
     press("Ctrl+S", [this] { m_commands->cmdSave()->click(); });
     press("Ctrl+P", [this] { m_commands->cmdPrint()->click(); });
     press("Ctrl+0", [this] { fitPhoto(); });
-    press("Esc", [this] { m_toolSet->escape(); });
+    press("Esc", [this] { m_scan->ScanPanelOpen() ? m_scan->closePanel() : m_toolSet->escape(); });
 }
 
 // --- Start ----------------------------------------------------------------------------------------------------------
@@ -220,7 +246,6 @@ void frmMain::SetMeUp() {
     for (const char *key : {"keyEmail", "keySlideShow"}) {
         m_commands->Toolbar1()->setButtonEnabled(key, false); // they have no command yet
     }
-    m_commands->cmdScan()->setEnabled(false);
     m_commands->cmdPrint()->setEnabled(false);
     m_ctx.fields.txtWelcome = m_ctx.settings.read<Setting::Welcome>();
     if (m_ctx.fields.txtWelcome) {
@@ -328,6 +353,7 @@ void frmMain::HideFloatingToolbars() {
 
 void frmMain::HideBoxes() {
     m_toolSet->HideBoxes();
+    m_scan->closePanel();
 }
 
 void frmMain::ResetTools() {
@@ -337,6 +363,7 @@ void frmMain::ResetTools() {
 void frmMain::ExitApp() {
     HideFloatingToolbars();
     ResetTools();
+    m_scan->closePanel();
     m_photo->leaveEditor();
 }
 
@@ -352,6 +379,7 @@ void frmMain::showOptions() {
     HideBoxes();
     connect(frmOptions::showModal(m_ctx, this), &QDialog::accepted, this, [this] {
         chkPSButtons();
+        m_devices->LoadScanners();
         m_devices->GetPrinters();
     });
 }
@@ -372,7 +400,7 @@ void frmMain::showZoomMenu() {
 
 /// The photo uses the part of the table that an open panel leaves free.
 void frmMain::makeRoomForPanel() {
-    const SlidingPanel *panel = m_toolSet->openPanel();
+    const SlidingPanel *panel = m_scan->ScanPanelOpen() ? m_scan->panel() : m_toolSet->openPanel();
     m_panelRoom->setVisible(panel != nullptr);
     if (panel != nullptr) {
         m_panelRoom->setFixedHeight(panel->height() - shadowMargin);
@@ -381,6 +409,7 @@ void frmMain::makeRoomForPanel() {
 
 void frmMain::placePanels() {
     m_toolSet->setArea(m_photoRoom->geometry());
+    m_scan->setArea((m_photoRoom->isVisible() ? m_photoRoom : m_emptyTable)->geometry());
 }
 
 // --- What the photo says --------------------------------------------------------------------------------------------
@@ -412,6 +441,7 @@ void frmMain::chkPSButtons() {
     toolbar->setButtonEnabled("keyCopy", loaded);
     toolbar->setButtonEnabled("keyPaste", m_canPaste);
     m_commands->cmdSave()->setEnabled(loaded);
+    m_commands->cmdScan()->setEnabled(!m_devices->scanners().isEmpty() && !m_ctx.fields.txtScannerButton);
     m_commands->cmdSetZoom()->setEnabled(loaded);
 }
 

@@ -24,6 +24,7 @@ class PhotoCommands;
 class PhotoView;
 class ProgressPanel;
 class Recovery;
+class ScanCommands;
 class StatusLine;
 class ToolColumn;
 class ToolSet;
@@ -76,6 +77,7 @@ class frmMain : public QWidget {
   private:
     void build();
     void connectCommands();
+    void connectScanning();
     void makeShortcuts();
     void photoChanged(PhotoChanges what);
     void runToolbarCommand(const QString &key);
@@ -112,6 +114,7 @@ class frmMain : public QWidget {
     QWidget *m_panelRoom = nullptr;
     PhotoCommands *m_photo = nullptr;
     DeviceLists *m_devices = nullptr;
+    ScanCommands *m_scan = nullptr;
     Recovery *m_recovery = nullptr;
     QTimer *tmrWelcome = nullptr;
     QPointer<frmWelcome> m_welcome;

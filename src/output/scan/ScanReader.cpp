@@ -35,7 +35,7 @@ class Growth {
         const QImage strip =
             scaleByAveraging(m_picture.part(m_shown, used), std::max(1, whole.width() / factor), std::max(1, rows));
         if (!strip.isNull()) {
-            m_grown({strip, m_shown / factor, whole.height() < 0 ? -1 : std::max(1, whole.height() / factor)});
+            m_grown({strip, m_shown / factor, whole.height() < 0 ? -1 : std::max(1, whole.height() / factor), factor});
         }
         m_shown += used;
     }

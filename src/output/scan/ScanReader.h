@@ -25,6 +25,7 @@ struct ScanStrip {
     QImage picture;
     int top = 0;    ///< of the strip in the reduced picture
     int height = 0; ///< of the whole reduced picture; -1 while nobody knows
+    int factor = 1; ///< how many times larger the scan is
 };
 
 /// The longer side of the reduced picture is as long as this, or a little longer; pixels.
