@@ -113,8 +113,9 @@ void ProgressPanel::setPlace(Place place) {
 
 void ProgressPanel::settle() {
     QPoint at = parentWidget()->rect().center() - rect().center();
-    if (m_place == Place::Low) {
-        at.setY(parentWidget()->height() - height());
+    if (m_place == Place::Corner) {
+        const bool mirrored = layoutDirection() == Qt::RightToLeft;
+        at = QPoint(mirrored ? parentWidget()->width() - width() : 0, parentWidget()->height() - height());
     }
     move(at);
 }

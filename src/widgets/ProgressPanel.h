@@ -31,8 +31,7 @@ class BusyBar : public QWidget {
     int m_percent = -1;
 };
 
-/// A child of the window, hidden at first. The button has the keyboard meanwhile; Esc stops
-/// as well.
+/// A child of the window, hidden at first. The button has the keyboard meanwhile; Esc stops as well.
 class ProgressPanel : public QWidget {
     Q_OBJECT
 
@@ -40,8 +39,9 @@ class ProgressPanel : public QWidget {
     explicit ProgressPanel(QWidget *window);
 
     void begin(bool canBeStopped);
-    /// In the middle of the window, or near its lower edge, where it leaves a picture that is coming in to be seen.
-    enum class Place { Middle, Low };
+    /// In the middle of the window, or in its lower corner over the tools, where it leaves a picture that is coming in
+    /// to be seen.
+    enum class Place { Middle, Corner };
     void setPlace(Place place);
     /// Per cent, 0 to 100; -1 when it is not known.
     void setPercent(int percent);

@@ -205,7 +205,7 @@ void frmMain::connectScanning() {
     connect(m_scan, &ScanCommands::canvasWanted, this, &frmMain::showCanvas);
     connect(m_scan, &ScanCommands::scanning, this, [this](bool now) {
         placePanels(); // the scan grows where the photo is
-        m_progress->setPlace(now ? ProgressPanel::Place::Low : ProgressPanel::Place::Middle);
+        m_progress->setPlace(now ? ProgressPanel::Place::Corner : ProgressPanel::Place::Middle);
     });
     connect(m_scan, &ScanCommands::scanned, this, &frmMain::fitPhoto);
     connect(m_scan, &ScanCommands::panelChanged, this, &frmMain::makeRoomForPanel);

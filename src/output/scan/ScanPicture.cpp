@@ -83,7 +83,7 @@ ScanStatus ScanPicture::makeRoom(int lines) {
 }
 
 ScanStatus ScanPicture::add(const QByteArray &bytes) {
-    if (m_passes == 0) {
+    if (m_passes == 0 && m_status == ScanStatus::Good) {
         m_status = ScanStatus::Crashed;
     }
     qsizetype used = 0;
