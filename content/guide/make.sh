@@ -19,7 +19,7 @@ ln -s "$root/resources/installed/My Photos/"*/*.jpg "$stage/My Photos/"
 for script in "$here"/*.play; do
     size=$(sed -n 's/^# size: //p' "$script")
     echo "$(basename "$script")"
-    QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=2 LUMORA_PLAY_OUT=$stage \
+    QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=2 LUMORA_PLAY_OUT=$stage SANE_CONFIG_DIR=$here/sane \
         "$play" --size "${size:-2048x1536}" --patience 30000 "$script" >/dev/null 2>"$stage/log" ||
         { cat "$stage/log" >&2; exit 1; }
 done

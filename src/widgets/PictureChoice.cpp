@@ -31,13 +31,18 @@ QSize PictureChoice::sizeHint() const {
 void PictureChoice::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QColor surface = underMouse() ? colours::hover : isChecked() ? colours::checked : colours::paper;
-    const qreal edge = isChecked() || hasFocus() ? 3 : 2;
-    painter.setPen(QPen(edge > 2 ? colours::sky : underMouse() ? colours::sun : colours::line, edge));
+    const bool lit = isEnabled() && underMouse();
+    const bool chosen = isEnabled() && isChecked();
+    const QColor surface = lit ? colours::hover : chosen ? colours::checked : colours::paper;
+    const qreal edge = chosen || hasFocus() ? 3 : 2;
+    painter.setPen(QPen(edge > 2 ? colours::sky : lit ? colours::sun : colours::line, edge));
     painter.setBrush(surface);
     painter.drawRoundedRect(QRectF(rect()).adjusted(edge / 2, edge / 2, -edge / 2, -edge / 2), panelCorner,
                             panelCorner);
-    const QPixmap picture = iconPixmap(m_icon, m_pictureSize, devicePixelRatioF());
+    QPixmap picture = iconPixmap(m_icon, m_pictureSize, devicePixelRatioF());
+    if (!isEnabled()) {
+        picture = disabledPixmap(picture);
+    }
     const int top = (height() - sizeHint().height()) / 2 + padding;
     painter.drawPixmap((width() - m_pictureSize) / 2, top, picture);
 
@@ -53,7 +58,7 @@ void PictureChoice::paintEvent(QPaintEvent *) {
     option.rect =
         QStyle::visualRect(layoutDirection(), line, QRect(line.left(), line.top() + (lineHeight - dot) / 2, dot, dot));
     style()->drawPrimitive(QStyle::PE_IndicatorRadioButton, &option, &painter, this);
-    painter.setPen(palette().color(QPalette::WindowText));
+    painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
     painter.drawText(QStyle::visualRect(layoutDirection(), line, line.adjusted(dot + gap, 0, 0, 0)),
                      static_cast<int>(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft)) | Qt::AlignVCenter,
                      fontMetrics().elidedText(caption, Qt::ElideRight, wide));

@@ -23,7 +23,6 @@ namespace {
 
 /// Controls of the tool panels, which come with their tools.
 const QStringList notBuiltYet = {
-    "LN5",          "lblScanners", "cmdScanNow",  "optAutomatic", "optManual",
     "optStretched", "optTiled",    "optSharpen1", "optSharpen2",  "optSharpen3",
 };
 

@@ -1,4 +1,4 @@
-#include "SaneDevice.h"
+#include "devices/helper/SaneDevice.h"
 
 #include <QVarLengthArray>
 #include <algorithm>

@@ -1,6 +1,6 @@
-#include "ScanCommands.h"
+#include "devices/helper/ScanCommands.h"
 
-#include "SaneDevice.h"
+#include "devices/helper/SaneDevice.h"
 
 #include <array>
 #include <cerrno>

@@ -3,7 +3,7 @@
 // The first two print one line for each device, fields separated by tabs: the word "device", the name by which the
 // system knows it and the name to show; for the default printer "default" and its name; then "done". Looking can take
 // many seconds and drivers may hang or crash, so Lumora has this program do it (see src/devices/DeviceSearch.h).
-#include "ScanCommands.h"
+#include "devices/helper/ScanCommands.h"
 
 #include <QGuiApplication>
 #include <QPrinterInfo>

@@ -7,6 +7,7 @@
 #include "output/scan/frmScanner.h"
 #include "session/AppContext.h"
 #include "session/PlainWords.h"
+#include "widgets/Theme.h"
 
 #include <QPointer>
 #include <QScopeGuard>
@@ -72,8 +73,8 @@ void ScanCommands::closePanel() {
 }
 
 void ScanCommands::setArea(const QRect &area) {
+    m_area = area;
     m_panel->setArea(area);
-    m_growth->setGeometry(area);
 }
 
 void ScanCommands::scan() {
@@ -128,6 +129,8 @@ void ScanCommands::ScanNow() {
 
 void ScanCommands::acquire(const ScanRequest &request) {
     Q_EMIT scanning(true);
+    const int covered = m_panel->isOpen() ? m_panel->height() - shadowMargin : 0;
+    m_growth->setGeometry(m_area.adjusted(0, 0, 0, -covered));
     m_growth->begin();
     const auto ended = qScopeGuard([this] {
         m_growth->end();

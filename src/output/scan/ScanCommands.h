@@ -5,8 +5,8 @@
 #include "output/scan/ScanReader.h"
 
 #include <QObject>
+#include <QRect>
 
-class QRect;
 class QWidget;
 
 namespace lumora {
@@ -66,6 +66,7 @@ class ScanCommands : public QObject {
     DeviceLists &m_devices;
     QWidget *m_window;
     QString m_helper;
+    QRect m_area;
     GrowingScan *m_growth;
     ScanPanel *m_panel;
 };

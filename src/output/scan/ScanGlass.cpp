@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QScreen>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -82,6 +83,11 @@ void ScanGlass::setWaiting(bool waiting) {
 void ScanGlass::timerEvent(QTimerEvent *) {
     m_step = (m_step + 1) % lampPeriod;
     update();
+}
+
+QSize ScanGlass::sizeHint() const {
+    const int height = screen()->availableGeometry().height() * 6 / 10;
+    return {height * 9 / 10, height};
 }
 
 // --- Places ---------------------------------------------------------------------------------------------------------
@@ -232,23 +238,13 @@ void ScanGlass::paintEvent(QPaintEvent *) {
     if (!m_preview.isNull()) {
         painter.drawImage(QRectF(glass.topLeft(), QSizeF(glass.width(), glass.height() * m_share)), m_preview);
     }
-    if (!m_message.isEmpty()) {
-        const QRectF room = glass.adjusted(24, 24, -24, -24);
-        QFont large = font();
-        large.setPointSizeF(13);
-        painter.setFont(large);
-        QRectF text =
-            painter.boundingRect(room, Qt::AlignCenter | Qt::TextWordWrap, m_message).adjusted(-14, -10, 14, 10);
-        painter.setPen(QPen(colours::line, 1));
-        painter.setBrush(colours::paper);
-        painter.drawRoundedRect(text, buttonCorner, buttonCorner);
-        painter.setPen(colours::ink);
-        painter.drawText(room, Qt::AlignCenter | Qt::TextWordWrap, m_message);
-    }
     if (m_hasArea) {
         paintFrame(painter, glass);
     }
     paintLamp(painter, glass);
+    if (!m_message.isEmpty()) {
+        paintMessage(painter, glass);
+    }
 }
 
 void ScanGlass::paintBody(QPainter &painter, const QRectF &glass) const {
@@ -305,6 +301,20 @@ void ScanGlass::paintFrame(QPainter &painter, const QRectF &glass) const {
     for (const QPointF &at : knobs) {
         painter.drawEllipse(at, knob, knob);
     }
+}
+
+/// A sentence on a label in the middle of the glass.
+void ScanGlass::paintMessage(QPainter &painter, const QRectF &glass) const {
+    const QRectF room = glass.adjusted(24, 24, -24, -24);
+    QFont large = font();
+    large.setPointSizeF(13);
+    painter.setFont(large);
+    QRectF text = painter.boundingRect(room, Qt::AlignCenter | Qt::TextWordWrap, m_message).adjusted(-14, -10, 14, 10);
+    painter.setPen(QPen(colours::line, 1));
+    painter.setBrush(colours::paper);
+    painter.drawRoundedRect(text, buttonCorner, buttonCorner);
+    painter.setPen(colours::ink);
+    painter.drawText(room, Qt::AlignCenter | Qt::TextWordWrap, m_message);
 }
 
 /// The light under the glass, where the scanner is.

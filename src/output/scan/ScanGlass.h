@@ -29,7 +29,8 @@ class ScanGlass : public QWidget {
     /// The lamp moves to and fro: the scanner is at work, and nobody knows how far.
     void setWaiting(bool waiting);
 
-    QSize sizeHint() const override { return {440, 520}; }
+    /// As large as the screen has room for.
+    QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {300, 320}; }
 
   Q_SIGNALS:
@@ -57,6 +58,7 @@ class ScanGlass : public QWidget {
     void showCursor(const Grip &grip);
     void paintBody(QPainter &painter, const QRectF &glass) const;
     void paintFrame(QPainter &painter, const QRectF &glass) const;
+    void paintMessage(QPainter &painter, const QRectF &glass) const;
     void paintLamp(QPainter &painter, const QRectF &glass) const;
 
     QSizeF m_glass{210, 297};

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int choicePicture = 56; // pixels
 constexpr int buttonPicture = 56;
-constexpr int listWidth = 180;
+constexpr int listWidth = 130;
 
 } // namespace
 
@@ -46,13 +46,16 @@ ScanPanel::ScanPanel(AppContext &ctx, QWidget *window)
     list->addStretch();
     auto *row = new QHBoxLayout;
     row->setSpacing(12);
-    row->addLayout(list, 1);
+    row->addLayout(list, 2);
     row->addWidget(optAutomatic, 1);
     row->addWidget(optManual, 1);
     row->addWidget(cmdScanNow);
     body()->addLayout(row);
 
-    connect(cboSelect, &QComboBox::activated, this, [this](int index) { m_ctx.fields.cboSelectIndex = index; });
+    connect(cboSelect, &QComboBox::activated, this, [this](int index) {
+        m_ctx.fields.cboSelectIndex = index;
+        cboSelect->setToolTip(cboSelect->currentText());
+    });
     connect(optAutomatic, &QAbstractButton::clicked, this, [this] { m_automatic = true; });
     connect(optManual, &QAbstractButton::clicked, this, [this] { m_automatic = false; });
     connect(cmdScanNow, &QAbstractButton::clicked, this, &ScanPanel::scanWanted);
@@ -64,6 +67,7 @@ void ScanPanel::showScanners() {
     cboSelect->addItems(m_ctx.fields.cboSelect);
     cboSelect->setPlaceholderText(m_ctx.texts.text("OptionsChooseScanner"));
     cboSelect->setCurrentIndex(m_ctx.fields.cboSelectIndex);
+    cboSelect->setToolTip(cboSelect->currentText()); // may be longer than the list is wide
     const auto *caption = findChild<QLabel *>("lblScanners");
     cboSelect->setAccessibleName(caption->text());
 }

@@ -77,7 +77,7 @@ void frmScanner::build() {
     lblHint->setWordWrap(true);
     lblHint->setTextFormat(Qt::PlainText);
     lblHint->setMinimumHeight(2 * fontMetrics().lineSpacing());
-    m_settings->setFixedWidth(settingsWidth);
+    m_settings->setMinimumWidth(settingsWidth);
     auto *below = new QHBoxLayout;
     below->setSpacing(12);
     below->addWidget(cmdLook);
@@ -157,6 +157,9 @@ void frmScanner::start(Task task) {
 void frmScanner::takeOptions(const QList<ScanOption> &options) {
     const bool again = m_asked;
     m_settings->setOptions(options);
+    if (m_settings->isFeeder()) {
+        m_looked = false; // what lies on the glass does not matter
+    }
     const QSizeF glass = m_settings->glass();
     const bool other = !glass.isEmpty() && glass != m_glass->glass();
     m_glass->setGlass(glass.isEmpty() ? m_glass->glass() : glass, !glass.isEmpty());
@@ -178,6 +181,9 @@ void frmScanner::showGrowth(bool atEnd) {
     m_shown.start();
     const QImage picture = m_look->picture();
     if (!picture.isNull()) {
+        if (m_settings->glass().isEmpty() && m_look->wholeSize().height() > 0) {
+            m_glass->setGlass(m_look->wholeSize(), false); // its shape is known now
+        }
         const double share = double(picture.height()) / std::max(m_look->wholeSize().height(), picture.height());
         m_glass->showPreview(picture, share);
         m_glass->setMessage({});
