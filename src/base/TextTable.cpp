@@ -370,6 +370,7 @@ constexpr TextRow textRows[] = {
     {"frmScanner", "ScannerLooking", "The scanner is looking...", "-", ""},
     {"frmScanner", "ScannerPutIn", "Put your picture face down on the glass and close the lid. Then click on Look.", "-", ""},
     {"frmScanner", "ScannerFeed", "Put your picture into the paper feeder. Then click on Scan.", "-", ""},
+    {"frmScanner", "ScannerReady", "Now click on Scan.", "-", ""},
     {"frmScanner", "ScannerDrag", "Draw a frame round what you want. Then click on Scan.", "-", ""},
 
     // Options.

@@ -281,6 +281,21 @@ TEST_F(ScannerWindowTest, theControlsAreTheScannersOwn) {
     EXPECT_FALSE(window.findChild<QWidget *>("cmdScanLook")->isVisible());
 }
 
+TEST_F(ScannerWindowTest, brightnessIsThereWhereTheScannerHasItAndAFrameIsNot) {
+    plugIn();
+    write("dll.conf", "pnm\n"); // a driver that reads a file
+    frmScanner window(context, "pnm:0", nullptr, helper());
+    ask(window);
+    auto *brightness = window.findChild<QSlider *>("sldScanBrightness");
+    ASSERT_TRUE(brightness->isVisible());
+    EXPECT_EQ(value(window, "brightness"), "0");
+    brightness->setValue(brightness->maximum());
+    EXPECT_EQ(value(window, "brightness"), "100");
+    EXPECT_EQ(value(window, "contrast"), "0");
+    EXPECT_EQ(value(window, "br-x"), QString());
+    EXPECT_EQ(value(window, "mode"), QString());
+}
+
 TEST_F(ScannerWindowTest, aFrameIsDrawnOnWhatTheScannerSaw) {
     plugIn();
     frmScanner window(context, "test:0", nullptr, helper());

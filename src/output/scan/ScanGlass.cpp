@@ -65,7 +65,9 @@ void ScanGlass::showPreview(const QImage &picture, double share) {
 
 void ScanGlass::setMessage(const QString &text) {
     m_message = text;
-    setAccessibleName(text);
+    if (!text.isEmpty()) {
+        setAccessibleName(text); // later the last sentence is still the best that can be said of it
+    }
     update();
 }
 

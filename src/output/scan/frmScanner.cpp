@@ -244,7 +244,7 @@ void frmScanner::sayWhatToDo() {
     } else if (!m_looked) {
         onGlass = texts.text("ScannerPutIn");
     } else {
-        hint = texts.text("ScannerDrag");
+        hint = texts.text(m_settings->glass().isEmpty() ? "ScannerReady" : "ScannerDrag");
     }
     m_glass->setMessage(onGlass);
     lblHint->setText(hint);
