@@ -117,6 +117,7 @@ const ToolSet::Entry *ToolSet::entryOf(const QString &control) const {
 }
 
 void ToolSet::press(const QString &control) {
+    Q_EMIT toolWanted();
     const Entry *entry = entryOf(control);
     if (entry == nullptr || entry->tool == nullptr || !m_ctx.photo.PhotoLoaded()) {
         HideFloatingToolbars();

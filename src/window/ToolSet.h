@@ -46,6 +46,8 @@ class ToolSet : public QObject {
     QString current() const;
 
   Q_SIGNALS:
+    /// A tool is about to start: panels of others should be closed now, before its own opens.
+    void toolWanted();
     /// A message for the status line, and whether it reports success.
     void message(const QString &text, bool good);
     /// The status line's text while a tool sets it.

@@ -195,7 +195,7 @@ void frmMain::connectCommands() {
 
 void frmMain::connectScanning() {
     connect(m_commands->cmdScan(), &PictureButton::clicked, m_scan, &ScanCommands::scan);
-    connect(m_tools, &ToolColumn::pressed, m_scan, &ScanCommands::closePanel);
+    connect(m_toolSet, &ToolSet::toolWanted, m_scan, &ScanCommands::closePanel);
     connect(m_scan, &ScanCommands::firstToolWanted, this, [this] {
         HideBoxes();
         ResetTools();
