@@ -4,8 +4,8 @@
 
 namespace lumora {
 
-DeviceLists::DeviceLists(AppContext &context, QString helper, QObject *parent)
-    : QObject(parent), m_context(context), m_search(std::move(helper)) {
+DeviceLists::DeviceLists(AppContext &context, const QString &helper, QObject *parent)
+    : QObject(parent), m_context(context), m_search(helper) {
     connect(&m_search, &DeviceSearch::answered, this, &DeviceLists::showAnswer);
 }
 

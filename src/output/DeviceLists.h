@@ -13,7 +13,7 @@ class DeviceLists : public QObject {
 
   public:
     /// `helper` as DeviceSearch takes it.
-    explicit DeviceLists(AppContext &context, QString helper = {}, QObject *parent = nullptr);
+    explicit DeviceLists(AppContext &context, const QString &helper = {}, QObject *parent = nullptr);
 
     /// Has the scanners looked for. With the answer cboSelect is filled with their names in the system's order and
     /// cboSelectIndex becomes the setting "Scanner"/"Device"; where that is no number, the first scanner, and where it
