@@ -4,13 +4,12 @@
 
 #include <QLocale>
 #include <algorithm>
-#include <optional>
 
 namespace lumora {
 
 namespace {
 
-constexpr int paperLimit = 20'000; // milliseconds
+
 constexpr qreal widestMargin = 28; // points; a centimetre, which every printer can keep
 
 /// The line of lumora-devices; nothing where it is missing or makes no sense.
@@ -57,6 +56,10 @@ PrinterPaper standardPaper() {
     const bool inches = QLocale::system().measurementSystem() == QLocale::ImperialUSSystem;
     const QMarginsF margins(widestMargin, widestMargin, widestMargin, widestMargin);
     return {inches ? QSizeF(612, 792) : QSizeF(595.28, 841.89), margins, 300};
+}
+
+std::optional<PrinterPaper> askForPaper(const QString &printer, const QString &helper, int timeLimit) {
+    return parsedPaper(outputOfHelper(helper, {"paper", printer}, timeLimit));
 }
 
 PaperSearch::PaperSearch(const QString &helper, QObject *parent) : QObject(parent), m_helper(helper) {}

@@ -8,6 +8,7 @@
 #include <QSizeF>
 #include <QStringList>
 #include <memory>
+#include <optional>
 
 namespace lumora {
 
@@ -20,9 +21,15 @@ struct PrinterPaper {
     bool operator==(const PrinterPaper &) const = default;
 };
 
+inline constexpr int paperLimit = 20'000; ///< milliseconds that a printer may take to tell its paper
+
 /// A sheet that needs no printer: A4, or Letter where people measure in inches, with margins that every printer can
 /// keep.
 PrinterPaper standardPaper();
+
+/// Asks for the paper of that printer (an empty name: the system's default printer) and waits: for threads without
+/// windows. Nothing when the printer does not say so within `timeLimit` milliseconds.
+std::optional<PrinterPaper> askForPaper(const QString &printer, const QString &helper = {}, int timeLimit = paperLimit);
 
 /// Looks for the paper of a printer in the background.
 class PaperSearch : public QObject {
@@ -32,8 +39,8 @@ class PaperSearch : public QObject {
     /// `helper` as HelperRun takes it.
     explicit PaperSearch(const QString &helper = {}, QObject *parent = nullptr);
 
-    /// Starts looking for the paper of that printer (an empty name: the system's default printer) and returns at once;
-    /// drops what was looked for before.
+    /// Starts looking for the paper of that printer, as askForPaper(), and returns at once; drops what was looked for
+    /// before.
     void start(const QString &printer);
     /// Drops it without an answer.
     void stop() { m_run.reset(); }

@@ -43,6 +43,8 @@ void DeviceLists::fillScanners(const DeviceAnswer &answer) {
 
 void DeviceLists::fillPrinters(const DeviceAnswer &answer) {
     MainFields &fields = m_context.fields;
+    m_printersAnswered = answer.complete;
+    m_defaultPrinter = answer.defaultName;
     fields.cboPrinter.clear();
     for (const FoundDevice &printer : answer.devices) {
         fields.cboPrinter.append(printer.name);

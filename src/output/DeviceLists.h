@@ -24,6 +24,11 @@ class DeviceLists : public QObject {
     /// where the setting is empty; -1 where none has that name.
     void GetPrinters();
 
+    /// Whether the print system answered when it was asked last; false before.
+    bool printersAnswered() const { return m_printersAnswered; }
+    /// The system's default printer as the last answer had it; may be empty.
+    const QString &defaultPrinter() const { return m_defaultPrinter; }
+
     /// The scanners behind cboSelect, entry by entry.
     const QList<FoundDevice> &scanners() const { return m_scanners; }
 
@@ -41,6 +46,8 @@ class DeviceLists : public QObject {
     AppContext &m_context;
     DeviceSearch m_search;
     QList<FoundDevice> m_scanners;
+    QString m_defaultPrinter;
+    bool m_printersAnswered = false;
 };
 
 } // namespace lumora

@@ -22,6 +22,7 @@ class FloatingBarSet;
 class MainBar;
 class PhotoCommands;
 class PhotoView;
+class PrintCommands;
 class ProgressPanel;
 class Recovery;
 class StatusLine;
@@ -90,6 +91,7 @@ class frmMain : public QWidget {
     void openStartupPhoto();
     void offerRecovery();
     void refreshPaste();
+    void refreshPrint();
 
     AppContext &m_ctx;
     QString m_startupPhotoPath;
@@ -112,6 +114,7 @@ class frmMain : public QWidget {
     QWidget *m_panelRoom = nullptr;
     PhotoCommands *m_photo = nullptr;
     DeviceLists *m_devices = nullptr;
+    PrintCommands *m_print = nullptr;
     Recovery *m_recovery = nullptr;
     QTimer *tmrWelcome = nullptr;
     QPointer<frmWelcome> m_welcome;

@@ -1,4 +1,4 @@
-#include "Lines.h"
+#include "devices/helper/Lines.h"
 
 #include <QString>
 #include <cstdio>

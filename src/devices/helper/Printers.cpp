@@ -1,6 +1,6 @@
-#include "Printers.h"
+#include "devices/helper/Printers.h"
 
-#include "Lines.h"
+#include "devices/helper/Lines.h"
 
 #include <QPageLayout>
 #include <QPrinter>

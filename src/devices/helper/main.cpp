@@ -5,8 +5,8 @@
 // system knows it and the name to show; for the default printer "default" and its name. Printers.h has the answers of
 // the others. The last line is "done". Devices and drivers may take many seconds, hang or crash, so Lumora has this
 // program talk to them (see src/devices/HelperRun.h).
-#include "Lines.h"
-#include "Printers.h"
+#include "devices/helper/Lines.h"
+#include "devices/helper/Printers.h"
 
 #include <QGuiApplication>
 #include <csignal>
