@@ -11,6 +11,7 @@ namespace {
 
 constexpr qsizetype longestOutput = 1 << 20; // bytes; more is no answer
 constexpr int patience = 50;                 // milliseconds between two checks for a cancelled task
+constexpr int timeToEnd = 2000;              // milliseconds
 
 } // namespace
 
@@ -74,9 +75,11 @@ QByteArray outputOfHelper(const QString &helper, const QStringList &arguments, i
         loop.quit();
     });
     QTimer check;
-    QObject::connect(&check, &QTimer::timeout, &loop, [&loop] {
+    QObject::connect(&check, &QTimer::timeout, &loop, [&] {
         if (TaskControl::isCurrentCancelled()) {
-            loop.quit();
+            check.stop();
+            run.askToEnd();
+            QTimer::singleShot(timeToEnd, &loop, &QEventLoop::quit);
         }
     });
     check.start(patience);

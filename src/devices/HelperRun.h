@@ -22,6 +22,8 @@ class HelperRun : public QObject {
     /// is killed.
     void start(const QStringList &arguments, int timeLimit);
     bool isRunning() const { return m_running; }
+    /// Asks it to end by itself (SIGTERM); finished() follows once it has.
+    void askToEnd() { m_process.terminate(); }
 
   Q_SIGNALS:
     /// Once for each start, never before it returns: what the program has printed until it ended, which is incomplete
@@ -38,8 +40,8 @@ class HelperRun : public QObject {
     bool m_running = false;
 };
 
-/// The same for a thread without windows: waits for the output. Empty when the thread's current TaskControl is
-/// cancelled, which kills the program.
+/// The same for a thread without windows: waits for the output. When the thread's current TaskControl is cancelled, the
+/// program is asked to end, and killed where it does not in two seconds; what it printed until then is the output.
 QByteArray outputOfHelper(const QString &helper, const QStringList &arguments, int timeLimit);
 
 } // namespace lumora

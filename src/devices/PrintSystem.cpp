@@ -9,7 +9,6 @@ namespace lumora {
 
 namespace {
 
-
 constexpr qreal widestMargin = 28; // points; a centimetre, which every printer can keep
 
 /// The line of lumora-devices; nothing where it is missing or makes no sense.

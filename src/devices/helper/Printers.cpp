@@ -7,6 +7,7 @@
 #include <QPrinterInfo>
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <cups/cups.h>
@@ -82,6 +83,13 @@ int dotsPerInch(const Destination &printer) {
     return dots > 0 ? dots : usual;
 }
 
+volatile std::sig_atomic_t stopWanted = 0;
+
+extern "C" void wantStop(int) {
+    stopWanted = 1;
+}
+
+/// False when the print system does not take it, or SIGTERM came before it had all of it.
 bool sendFile(cups_dest_t *printer, cups_dinfo_t *info, int job, const char *title, FILE *file) {
     if (cupsStartDestDocument(CUPS_HTTP_DEFAULT, printer, info, job, title, CUPS_FORMAT_PDF, 0, nullptr, 1) !=
         HTTP_STATUS_CONTINUE) {
@@ -90,7 +98,7 @@ bool sendFile(cups_dest_t *printer, cups_dinfo_t *info, int job, const char *tit
     std::array<char, 65536> part{};
     std::size_t length = 0;
     while ((length = std::fread(part.data(), 1, part.size(), file)) > 0) {
-        if (cupsWriteRequestData(CUPS_HTTP_DEFAULT, part.data(), length) != HTTP_STATUS_CONTINUE) {
+        if (stopWanted != 0 || cupsWriteRequestData(CUPS_HTTP_DEFAULT, part.data(), length) != HTTP_STATUS_CONTINUE) {
             return false;
         }
     }
@@ -121,11 +129,15 @@ bool printPaper(const char *printer) {
     if (info.isNull()) {
         return false;
     }
-    const QPageLayout layout = QPrinter(info).pageLayout();
+    QPrinter device(info);
+    const QPageSize sheet = info.defaultPageSize();
+    if (sheet.isValid()) {
+        device.setPageSize(sheet); // it starts with a size that is not the printer's
+    }
+    QPageLayout layout = device.pageLayout();
+    layout.setUnits(QPageLayout::Point);
     const QSizeF size = layout.pageSize().size(QPageSize::Point);
-    QPageLayout inPoints = layout;
-    inPoints.setUnits(QPageLayout::Point);
-    const QMarginsF margins = inPoints.minimumMargins();
+    const QMarginsF margins = layout.minimumMargins();
     std::printf("paper\t%.2f\t%.2f\t%.2f\t%.2f\t%.2f\t%.2f\t%d\n", size.width(), size.height(), margins.left(),
                 margins.top(), margins.right(), margins.bottom(), dotsPerInch(destination));
     return true;
@@ -150,6 +162,7 @@ bool printDocument(const char *printer, const char *title, const char *file, dou
     if (!info || !in) {
         return false;
     }
+    std::signal(SIGTERM, wantStop); // a job that was begun has to be taken back
     int count = 0;
     cups_option_t *list = nullptr;
     // The page is laid out for this paper already, each on a sheet of its own.

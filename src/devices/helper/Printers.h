@@ -10,5 +10,6 @@ bool printPaper(const char *printer);
 
 /// Prints a PDF file on sheets of that size (points): "sent", "waiting" (sent, but the printer is not ready),
 /// "missing" (no such printer), "refused", or nothing. `options` are NAME=VALUE. An empty printer is the default one.
+/// Sent SIGTERM, it takes back what the print system does not have completely.
 bool printDocument(const char *printer, const char *title, const char *file, double width, double height,
                    int optionCount, char **options);
