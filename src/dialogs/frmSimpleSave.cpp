@@ -131,7 +131,7 @@ void frmSimpleSave::fillTypes(Saves what) {
 }
 
 int frmSimpleSave::type() const {
-    return cboFilter->currentData().toInt();
+    return cboFilter->currentIndex() < 0 ? -1 : cboFilter->currentData().toInt();
 }
 
 void frmSimpleSave::layOut() {

@@ -39,7 +39,7 @@ class frmSimpleSave : public SimpleFileDialog {
 
   private:
     void fillTypes(Saves what);
-    int type() const; ///< the position in the type list
+    int type() const; ///< the position in the type list; -1 none
     void layOut();
     QLabel *photoLabel();
     void showName();

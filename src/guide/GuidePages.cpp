@@ -13,7 +13,8 @@ const GuidePage pages[] = {
     {"first-steps.html", "GuideFirstSteps", "hand", "GuideBegin"},
     {"open.html", "Open", "open", ""},
     {"save.html", "Save", "save", ""},
-    // Scanning and printing have their place here, as in the command row.
+    // Scanning has its place here, as in the command row.
+    {"print.html", "Print", "print", ""},
     {"zoom.html", "GuideZoom", "setzoom", ""},
     {"undo.html", "GuideUndo", "undo", ""},
     // E-mail.
