@@ -36,6 +36,10 @@ std::optional<PrintJob> askDesktopToPrint(const PrintJob &job, QWidget *owner) {
     }
     printer.setDocName(job.title);
     printer.setCopyCount(job.copies);
+    if (!job.pdfFile.isEmpty()) {
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(job.pdfFile);
+    }
     QPrintDialog dialog(&printer, owner);
     dialog.setObjectName("QPrintDialog");
     // There is one page, and all of it is printed.

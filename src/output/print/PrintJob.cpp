@@ -13,7 +13,8 @@ namespace lumora {
 
 namespace {
 
-constexpr int finestPrint = 600; // dots an inch: more than an eye sees in a photo
+constexpr int paperPatience = 10'000; // milliseconds; the window has asked for the paper before
+constexpr int finestPrint = 600;      // dots an inch: more than an eye sees in a photo
 
 PrintResult resultOf(PrintAnswer answer) {
     switch (answer) {
@@ -38,7 +39,7 @@ PrinterPaper paperOf(const PrintJob &job, const QString &helper, int timeLimit) 
     if (job.paper || !job.pdfFile.isEmpty()) {
         return job.paper.value_or(standardPaper());
     }
-    return askForPaper(job.printer, helper, timeLimit).value_or(standardPaper());
+    return askForPaper(job.printer, helper, std::min(timeLimit, paperPatience)).value_or(standardPaper());
 }
 
 PrintResult writeFile(const PrintJob &job, const PrintPage &page, const QImage &picture) {

@@ -17,6 +17,12 @@ PrinterChoice::PrinterChoice(AppContext &ctx, DeviceLists &devices, const QStrin
     m_devices.GetPrinters();
 }
 
+void PrinterChoice::searchAgain() {
+    m_search = Search::Running;
+    m_devices.GetPrinters();
+    Q_EMIT changed();
+}
+
 void PrinterChoice::takePrinters() {
     m_search = m_devices.printersAnswered() ? Search::Answered : Search::NoAnswer;
     m_printers = m_ctx.fields.cboPrinter;

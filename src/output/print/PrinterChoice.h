@@ -23,6 +23,8 @@ class PrinterChoice : public QObject {
     PrinterChoice(AppContext &ctx, DeviceLists &devices, const QString &helper, QObject *parent);
 
     Search search() const { return m_search; }
+    /// Looks once more, for what changes while the window is open.
+    void searchAgain();
     /// The printers, in the system's order; before the answer those that are known.
     const QStringList &printers() const { return m_printers; }
 

@@ -5,6 +5,7 @@
 #include "output/print/PagePreview.h"
 #include "output/print/PrinterChoice.h"
 #include "session/AppContext.h"
+#include "session/LoadSettings.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/AnswerButtons.h"
 #include "widgets/Theme.h"
@@ -15,6 +16,7 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QSignalBlocker>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace lumora {
@@ -42,10 +44,7 @@ frmSimplePrint::frmSimplePrint(AppContext &ctx, DeviceLists &devices, const QStr
     picPrint1->setAccessibleName(ctx.texts.text("PrintPreview"));
     LoadPrinters();
     UpdatePreviews();
-    connect(m_printer, &PrinterChoice::changed, this, [this] {
-        LoadPrinters();
-        UpdatePreviews();
-    });
+    connect(m_printer, &PrinterChoice::changed, this, &frmSimplePrint::printersChanged);
 }
 
 void frmSimplePrint::makeControls() {
@@ -85,7 +84,11 @@ void frmSimplePrint::makeControls() {
     lblCopies->setBuddy(m_copies->field());
     cmdAdvanced->setObjectName("cmdAdvanced");
     cmdAdvanced->setLook(PictureButton::Look::Raised);
-    connect(cmdAdvanced, &QAbstractButton::clicked, this, &frmSimplePrint::AdvancedPrinting);
+    connect(cmdAdvanced, &QAbstractButton::clicked, this, [this] {
+        // The desktop's dialog asks the print system in the window's thread: only one that answers now may be asked.
+        m_wantsDesktop = true;
+        m_printer->searchAgain();
+    });
 }
 
 QVBoxLayout *frmSimplePrint::settingsColumn() {
@@ -182,18 +185,23 @@ void frmSimplePrint::UpdatePreviews() {
     }
 }
 
-void frmSimplePrint::AdvancedPrinting() {
-    if (m_printer->search() == PrinterChoice::Search::NoAnswer) {
-        return; // the desktop's dialog would wait for the printer too; the hint says so
+void frmSimplePrint::printersChanged() {
+    LoadPrinters();
+    UpdatePreviews();
+    if (m_wantsDesktop && m_printer->search() != PrinterChoice::Search::Running) {
+        m_wantsDesktop = false;
+        if (m_printer->search() == PrinterChoice::Search::Answered && isVisible()) {
+            QTimer::singleShot(0, this, &frmSimplePrint::AdvancedPrinting); // after all who hear of the answer
+        }
     }
-    PrintJob job{.photo = m_ctx.photo.picCanvas(),
-                 .layout = m_layout,
-                 .copies = m_copies->copies(),
-                 .title = m_ctx.texts.text("ApplicationName"),
-                 .printer = m_printer->isPdf() ? QString() : m_printer->printer(),
-                 .pdfFile = {},
-                 .paper = {},
-                 .options = {}};
+}
+
+void frmSimplePrint::AdvancedPrinting() {
+    PrintJob job = shownJob();
+    job.paper.reset();
+    if (m_printer->isPdf()) {
+        job.pdfFile = photoFolder(m_ctx) + '/' + m_ctx.texts.text("MyPicture") + ".pdf";
+    }
     m_desktopJob = askDesktopToPrint(job, this);
     if (m_desktopJob) {
         accept();
@@ -211,14 +219,18 @@ std::optional<PrintJob> frmSimplePrint::ask() {
     if (m_desktopJob) {
         return m_desktopJob;
     }
-    return PrintJob{.photo = m_ctx.photo.picCanvas(),
-                    .layout = m_layout,
-                    .copies = m_copies->copies(),
-                    .title = m_ctx.texts.text("ApplicationName"),
-                    .printer = m_printer->printer(),
-                    .pdfFile = {},
-                    .paper = m_printer->paper(),
-                    .options = {}};
+    return shownJob();
+}
+
+PrintJob frmSimplePrint::shownJob() const {
+    return {.photo = m_ctx.photo.picCanvas(),
+            .layout = m_layout,
+            .copies = m_copies->copies(),
+            .title = m_ctx.texts.text("ApplicationName"),
+            .printer = m_printer->isPdf() ? QString() : m_printer->printer(),
+            .pdfFile = {},
+            .paper = m_printer->paper(),
+            .options = {}};
 }
 
 } // namespace lumora

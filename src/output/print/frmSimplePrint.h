@@ -45,7 +45,9 @@ class frmSimplePrint : public BorderlessDialog {
     void layOut();
     QVBoxLayout *settingsColumn();
     void choosePrinter(int index);
+    void printersChanged();
     void AdvancedPrinting();
+    PrintJob shownJob() const;
 
     AppContext &m_ctx;
     PrinterChoice *m_printer;
@@ -59,6 +61,7 @@ class frmSimplePrint : public BorderlessDialog {
     QLabel *lblCopies;
     CopiesBox *m_copies;
     PictureButton *cmdAdvanced;
+    bool m_wantsDesktop = false;          ///< the desktop's dialog opens when the printers have answered
     std::optional<PrintJob> m_desktopJob; ///< what the desktop's dialog asked for
 };
 
