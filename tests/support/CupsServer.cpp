@@ -4,7 +4,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QThread>
-#include <pwd.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace lumora::test {
@@ -84,10 +85,11 @@ bool CupsServer::start() {
                                             "AccessLog %1/log/access\nErrorLog %1/log/error\nPageLog %1/log/page\n"
                                             "DocumentRoot %1/root\nSyncOnClose No\n")
                                  .arg(m_folder.path()));
-    write("cupsd.conf", QStringLiteral("LogLevel info\nListen %1/socket\nBrowsing No\nDefaultAuthType None\n"
-                                       "WebInterface No\nMaxJobTime 60\nDefaultPaperSize None\n<Location />\nAllow all\n</Location>\n"
-                                       "<Policy default>\n<Limit All>\nAllow all\n</Limit>\n</Policy>\n")
-                            .arg(m_folder.path()));
+    write("cupsd.conf",
+          QStringLiteral("LogLevel info\nListen %1/socket\nBrowsing No\nDefaultAuthType None\n"
+                         "WebInterface No\nMaxJobTime 60\nDefaultPaperSize None\n<Location />\nAllow all\n</Location>\n"
+                         "<Policy default>\n<Limit All>\nAllow all\n</Limit>\n</Policy>\n")
+              .arg(m_folder.path()));
     QString program = "/usr/sbin/cupsd";
     QStringList arguments = {"-f", "-c", path("cupsd.conf"), "-s", path("cups-files.conf")};
     if (::geteuid() == 0) { // the superuser's scheduler would not do with folders of its own
@@ -164,6 +166,18 @@ QString CupsServer::takeFile(const QString &printer) {
 
 QList<QImage> CupsServer::takePages(const QString &printer) {
     return pagesOf(takeFile(printer), 72);
+}
+
+SilentServer::SilentServer(const QString &path) : m_socket(::socket(AF_UNIX, SOCK_STREAM, 0)) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    qstrncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path);
+    m_isListening = ::bind(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0 &&
+                    ::listen(m_socket, 20) == 0; // the system takes the connections
+}
+
+SilentServer::~SilentServer() {
+    ::close(m_socket);
 }
 
 QList<QImage> pagesOf(const QString &file, int dotsPerInch) {

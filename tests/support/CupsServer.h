@@ -47,6 +47,22 @@ class CupsServer {
     bool m_isRunning = false;
 };
 
+/// A print system that takes connections and never says a word.
+class SilentServer {
+  public:
+    /// `path` of its socket, for CUPS_SERVER.
+    explicit SilentServer(const QString &path);
+    ~SilentServer();
+    SilentServer(const SilentServer &) = delete;
+    SilentServer &operator=(const SilentServer &) = delete;
+
+    bool isListening() const { return m_isListening; }
+
+  private:
+    int m_socket;
+    bool m_isListening;
+};
+
 /// The pages of a PDF file, so many dots an inch.
 QList<QImage> pagesOf(const QString &file, int dotsPerInch);
 

@@ -11,37 +11,17 @@
 #include <QTemporaryDir>
 #include <QThread>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <thread>
-#include <unistd.h>
 
 namespace lumora {
 namespace {
 
 using test::CupsServer;
+using test::SilentServer;
 
 QString helper() {
     return qEnvironmentVariable("LUMORA_BIN") + "/lumora-devices";
 }
-
-/// A print system that takes connections and never says a word.
-class SilentServer {
-  public:
-    explicit SilentServer(const QString &path) : m_socket(::socket(AF_UNIX, SOCK_STREAM, 0)) {
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        qstrncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path);
-        EXPECT_EQ(::bind(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
-        EXPECT_EQ(::listen(m_socket, 5), 0); // the system takes the connections
-    }
-    ~SilentServer() { ::close(m_socket); }
-    SilentServer(const SilentServer &) = delete;
-    SilentServer &operator=(const SilentServer &) = delete;
-
-  private:
-    int m_socket;
-};
 
 /// Four colours, so that a photo that is turned or mirrored is seen; nothing in it is white.
 QImage quarters(int width, int height) {
@@ -222,6 +202,7 @@ TEST_F(PrintJobTest, NoServerAndOneThatNeverAnswers) {
     EXPECT_EQ(doPrintJob(job("Photo", quarters(200, 100)), helper()), PrintResult::NoAnswer);
     EXPECT_EQ(doPrintJob(job({}, quarters(200, 100)), helper()), PrintResult::NoAnswer);
     const SilentServer silent(m_folder.filePath("silent"));
+    ASSERT_TRUE(silent.isListening());
     qputenv("CUPS_SERVER", m_folder.filePath("silent").toUtf8());
     EXPECT_EQ(doPrintJob(job("Photo", quarters(200, 100)), helper(), 500), PrintResult::NoAnswer);
     qputenv("CUPS_SERVER", real);
@@ -233,6 +214,7 @@ TEST_F(PrintJobTest, NoServerAndOneThatNeverAnswers) {
 TEST_F(PrintJobTest, ACancelledJobEndsSoonAndPrintsNothing) {
     const QByteArray real = qgetenv("CUPS_SERVER");
     const SilentServer silent(m_folder.filePath("silent"));
+    ASSERT_TRUE(silent.isListening());
     for (const int after : {0, 100, 400}) {
         qputenv("CUPS_SERVER", after == 400 ? m_folder.filePath("silent").toUtf8() : real);
         TaskControl control;

@@ -164,6 +164,24 @@ TEST_F(PrintWindowsTest, TwoHundredPrintersAndAPrintSystemThatDoesNotAnswer) {
     EXPECT_FALSE(control<QLabel>(other, "lblPrinterHint")->isHidden());
 }
 
+TEST_F(PrintWindowsTest, APrintSystemThatNeverAnswersHoldsNothingUp) {
+    const test::SilentServer silent(m_folder.filePath("silent"));
+    ASSERT_TRUE(silent.isListening());
+    qputenv("CUPS_SERVER", m_folder.filePath("silent").toUtf8());
+    DeviceLists devices(context, realHelper);
+    const QSignalSpy answered(&devices, &DeviceLists::printersLoaded);
+    frmSimplePrint window(context, devices, realHelper, nullptr);
+    EXPECT_FALSE(control<QAbstractButton>(window, "cmdAdvanced")->isEnabled()) << "the desktop's dialog would hang";
+    auto *list = control<QComboBox>(window, "cboPrinter");
+    list->setCurrentIndex(0);
+    Q_EMIT list->activated(0);
+    EXPECT_TRUE(window.wantsPdf());
+    std::optional<PrintJob> job;
+    play([&] { job = window.ask(); }, [](QWidget &open) { click(open, "cmdYes"); });
+    EXPECT_TRUE(job);
+    EXPECT_EQ(answered.count(), 0) << "still looking";
+}
+
 TEST_F(PrintWindowsTest, ThePreviewIsThePaperOfTheChosenPrinter) {
     const QString helper =
         script("case $1 in printers) printf 'device\\tInk\\tInk\\ndevice\\tCard\\tCard\\ndone\\n';;\n"
@@ -302,6 +320,25 @@ TEST_F(PrintCommandsTest, WhatHappensIsSaidAndThePauseBegins) {
             EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
         }
     }
+}
+
+TEST_F(PrintCommandsTest, AJobThatHangsCanBeStopped) {
+    QWidget owner;
+    writeSetting(context, "Printer", "Timed", "1");
+    const QString helper = script("[ $1 = print ] && touch \"$0.asked\" && exec sleep 1000\n");
+    DeviceLists devices(context, helper);
+    PrintCommands print(context, devices, &owner, noPdf, helper);
+    QTimer user;
+    QObject::connect(&user, &QTimer::timeout, [&] {
+        if (QFile::exists(helper + ".asked")) {
+            context.tasks.stop();
+        }
+    });
+    user.start(20);
+    const QSignalSpy stopped(&context.tasks, &BackgroundTasks::stopped);
+    EXPECT_EQ(printed(print), "") << "the task says that it was stopped";
+    EXPECT_EQ(stopped.count(), 1);
+    EXPECT_FALSE(print.lock().isLocked());
 }
 
 TEST_F(PrintCommandsTest, WithoutAPrinterAPdfFileIsWrittenAndNothingPauses) {
