@@ -73,6 +73,9 @@ void Stage::redirectEnvironment() const {
     if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) {
         set("XDG_RUNTIME_DIR", "run");
     }
+    if (!qEnvironmentVariableIsSet("CUPS_SERVER")) {
+        set("CUPS_SERVER", "run/no-print-system"); // no run puts out paper
+    }
 }
 
 void Stage::makeScreen(QSize screen) const {

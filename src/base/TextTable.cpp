@@ -24,6 +24,7 @@ constexpr TextRow textRows[] = {
     {"", "FileTypeTIF", "TIF Files", "-", ""},
     {"", "FileTypeTIFF", "TIFF Files", "-", ""},
     {"", "FileTypeTGA", "TGA Files", "-", ""},
+    {"", "FileTypePDF", "PDF Files", "-", ""},
     {"", "FileTypeAll", "All Files", "-", ""},
 
     // Splash and launcher.
@@ -492,6 +493,23 @@ constexpr TextRow textRows[] = {
     {"frmSimplePrint", "DlgPrintAdvanced", "Advanced...", "cmdAdvanced", "text"},
     {"frmSimplePrint", "DlgPrintDevice", "Printer", "lblDevice", "text"},
     {"frmSimplePrint", "DlgPrintCopies", "Number of Copies", "lblCopies", "text"},
+    {"frmPrint", "PrintOn", "Printer: %1", "-", ""},
+    {"frmSimplePrint", "PrintOnePhoto", "One photo", "ImageX1", "text"},
+    {"frmSimplePrint", "PrintTwoPhotos", "Two photos", "ImageX2", "text"},
+    {"frmSimplePrint", "PrintFourPhotos", "Four photos", "ImageX3", "text"},
+    {"frmSimplePrint", "PrintNinePhotos", "Nine photos", "ImageX4", "text"},
+    {"frmPrint2 frmSimplePrint", "PrintMore", "One more", "cmdUp", "toolTip"},
+    {"frmPrint2 frmSimplePrint", "PrintFewer", "One fewer", "cmdDown", "toolTip"},
+    {"frmSimplePrint", "PrintToPdf", "Print to PDF", "-", ""},
+    {"frmSimplePrint", "PrintSearching", "Looking for printers...", "-", ""},
+    {"frmSimplePrint", "PrintPreview", "The page as it will come out", "-", ""},
+    // What the status line says after printing.
+    {"frmMain", "PrintSent", "Your photo is on its way to the printer.", "-", ""},
+    {"frmMain", "PrintWaiting", "Your photo is waiting for the printer. Is it on, and is there paper in it?", "-", ""},
+    {"frmMain", "PrintNoAnswer", "The printer is not answering. Is it on?", "-", ""},
+    {"frmMain", "PrintNoPrinter", "There is no such printer. Choose another one, or \"Print to PDF\".", "-", ""},
+    {"frmMain", "PrintRefused", "The printer takes no photos at the moment. Please ask a grown-up to look at it.", "-", ""},
+    {"frmMain", "PrintPause", "The printer is having a rest. You can print again when the number has run down.", "-", ""},
 
     // Help and ideas.
     {"frmHelp", "DlgHelpTitle", "Help", "", "windowTitle"},

@@ -2,12 +2,11 @@
 // emits what it found. Used by the lists of the output module.
 #pragma once
 
+#include "devices/HelperRun.h"
+
 #include <QList>
 #include <QObject>
-#include <QProcess>
 #include <QString>
-#include <QTimer>
-#include <array>
 
 namespace lumora {
 
@@ -30,9 +29,8 @@ class DeviceSearch : public QObject {
 
   public:
     /// `helper` is the program to ask; by default lumora-devices beside the program file.
-    explicit DeviceSearch(QString helper = {}, QObject *parent = nullptr);
-    /// Ends what still looks.
-    ~DeviceSearch() override;
+    /// Deleting the search ends what still looks.
+    explicit DeviceSearch(const QString &helper = {}, QObject *parent = nullptr);
 
     /// How long a search may take, milliseconds (30,000 unless set; 1 or more). After that the helper is killed.
     void setTimeLimit(int milliseconds) { m_timeLimit = milliseconds; }
@@ -40,26 +38,18 @@ class DeviceSearch : public QObject {
     /// Starts looking and returns at once. While a search of that kind runs, nothing new begins. The answer comes with
     /// answered(), never before this returns.
     void start(DeviceKind kind);
-    bool isRunning(DeviceKind kind) const { return m_searches[index(kind)].running; }
+    bool isRunning(DeviceKind kind) const { return runFor(kind).isRunning(); }
 
   Q_SIGNALS:
     /// Once for each search.
     void answered(lumora::DeviceKind kind, const lumora::DeviceAnswer &answer);
 
   private:
-    struct Search {
-        QProcess process;
-        QTimer limit;
-        QByteArray output;
-        bool running = false;
-    };
+    const HelperRun &runFor(DeviceKind kind) const { return kind == DeviceKind::Scanners ? m_scanners : m_printers; }
 
-    static std::size_t index(DeviceKind kind) { return static_cast<std::size_t>(kind); }
-    void finish(DeviceKind kind);
-
-    QString m_helper;
     int m_timeLimit = 30'000;
-    std::array<Search, 2> m_searches;
+    HelperRun m_scanners;
+    HelperRun m_printers;
 };
 
 } // namespace lumora

@@ -29,13 +29,15 @@ struct TypeRow {
 };
 
 constexpr TypeRow types[] = {
-    {"FileTypeBMP", ".bmp", colours::sky},  {"FileTypeJPEG", ".jpg", colours::leaf},
-    {"FileTypePNG", ".png", colours::plum}, {"FileTypeGIF", ".gif", colours::coral},
-    {"FileTypeTIFF", ".tif", colours::sun}, {"FileTypeTGA", ".tga", colours::faintInk},
+    {"FileTypeBMP", ".bmp", colours::sky},   {"FileTypeJPEG", ".jpg", colours::leaf},
+    {"FileTypePNG", ".png", colours::plum},  {"FileTypeGIF", ".gif", colours::coral},
+    {"FileTypeTIFF", ".tif", colours::sun},  {"FileTypeTGA", ".tga", colours::faintInk},
+    {"FileTypePDF", ".pdf", colours::coral},
 };
 constexpr int typeCount = std::size(types);
 constexpr int jpeg = 1;
-constexpr int longestName = 240; // bytes: file systems take 255 with the extension and a temporary file's ending
+constexpr int pdf = typeCount - 1; // of a page that is printed into a file; no type of photos
+constexpr int longestName = 240;   // bytes: file systems take 255 with the extension and a temporary file's ending
 
 /// A sheet of paper with the extension on it in the type's colour.
 QPixmap typeBadge(const TypeRow &type, int size, qreal devicePixelRatio) {
@@ -96,7 +98,7 @@ QString freeSaveName(const QString &folder, const QString &base) {
     return name;
 }
 
-frmSimpleSave::frmSimpleSave(AppContext &ctx, const QString &name, QWidget *owner)
+frmSimpleSave::frmSimpleSave(AppContext &ctx, const QString &name, QWidget *owner, Saves what)
     : SimpleFileDialog(ctx, name, owner, "save"), lblFile(new QLabel(this)), lblFileType(new QLabel(this)),
       cboFilter(new QComboBox(this)), m_badge(new QLabel(this)), lblResult(new ElidedLabel(Qt::ElideMiddle, this)) {
     lblFile->setObjectName("lblFile");
@@ -106,8 +108,9 @@ frmSimpleSave::frmSimpleSave(AppContext &ctx, const QString &name, QWidget *owne
     cboFilter->setObjectName("cboFilter");
     lblResult->setObjectName("lblResult");
     txtFile->setValidator(new NameValidator(txtFile));
-    fillTypes();
+    fillTypes(what);
     layOut();
+    cmdAdvCMDLG->setVisible(what == Saves::Photo);
     showTexts(m_ctx.texts, *this);
     connect(txtFile, &QLineEdit::textChanged, this, &frmSimpleSave::showName);
     connect(cboFilter, &QComboBox::currentIndexChanged, this, &frmSimpleSave::showName);
@@ -115,14 +118,20 @@ frmSimpleSave::frmSimpleSave(AppContext &ctx, const QString &name, QWidget *owne
     txtFile->setFocus();
 }
 
-void frmSimpleSave::fillTypes() {
+void frmSimpleSave::fillTypes(Saves what) {
     constexpr int badgeSize = 32;
     cboFilter->setIconSize({badgeSize, badgeSize});
-    for (const TypeRow &type : types) {
-        cboFilter->addItem(typeBadge(type, badgeSize, devicePixelRatioF()),
-                           fileTypeText(m_ctx.texts, type.text, {QString("*") + type.extension}));
+    for (int i = 0; i < typeCount; ++i) {
+        if ((i == pdf) == (what == Saves::PdfPage)) {
+            cboFilter->addItem(typeBadge(types[i], badgeSize, devicePixelRatioF()),
+                               fileTypeText(m_ctx.texts, types[i].text, {QString("*") + types[i].extension}), i);
+        }
     }
-    cboFilter->setCurrentIndex(jpeg);
+    cboFilter->setCurrentIndex(what == Saves::PdfPage ? 0 : jpeg);
+}
+
+int frmSimpleSave::type() const {
+    return cboFilter->currentIndex() < 0 ? -1 : cboFilter->currentData().toInt();
 }
 
 void frmSimpleSave::layOut() {
@@ -177,14 +186,13 @@ QLabel *frmSimpleSave::photoLabel() {
 }
 
 void frmSimpleSave::showName() {
-    const QString name = simpleSaveName(fileName(), cboFilter->currentIndex());
+    const QString name = simpleSaveName(fileName(), type());
     lblResult->setText(name);
-    m_badge->setPixmap(name.isEmpty() ? QPixmap()
-                                      : typeBadge(types[cboFilter->currentIndex()], 56, devicePixelRatioF()));
+    m_badge->setPixmap(name.isEmpty() ? QPixmap() : typeBadge(types[type()], 56, devicePixelRatioF()));
 }
 
 QString frmSimpleSave::path() const {
-    const QString name = simpleSaveName(fileName(), cboFilter->currentIndex());
+    const QString name = simpleSaveName(fileName(), type());
     return name.isEmpty() ? QString() : pathOf(name);
 }
 

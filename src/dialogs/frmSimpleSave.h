@@ -10,7 +10,7 @@ class QLabel;
 namespace lumora {
 
 /// The resulting file name: the typed text and the extension of the type at that position of the type list (0 BMP,
-/// 1 JPEG, 2 PNG, 3 GIF, 4 TIFF, 5 TGA), always appended. Empty for any other position or without a name.
+/// 1 JPEG, 2 PNG, 3 GIF, 4 TIFF, 5 TGA, 6 PDF), always appended. Empty for any other position or without a name.
 QString simpleSaveName(const QString &typed, int type);
 
 /// A suggested name: `base`, or `base` with the first number from 2 that is unused in the folder, whatever the file
@@ -22,9 +22,11 @@ class frmSimpleSave : public SimpleFileDialog {
 
   public:
     enum class Result { Save, More, Cancelled };
+    /// What is to be saved: a photo, in one of its types, or a page that is printed into a PDF file.
+    enum class Saves { Photo, PdfPage };
 
     /// `name` is "frmSimpleSave" for the Save command, "frmSimpleSave2" for the save prompt.
-    frmSimpleSave(AppContext &ctx, const QString &name, QWidget *owner);
+    frmSimpleSave(AppContext &ctx, const QString &name, QWidget *owner, Saves what = Saves::Photo);
 
     /// Shows the dialog and waits. Save: path() is the target, and its folder exists. More:
     /// photo.CurrentFileName holds the folder, and the system's own dialog is requested.
@@ -36,7 +38,8 @@ class frmSimpleSave : public SimpleFileDialog {
     bool takeChoice() override;
 
   private:
-    void fillTypes();
+    void fillTypes(Saves what);
+    int type() const; ///< the position in the type list; -1 none
     void layOut();
     QLabel *photoLabel();
     void showName();

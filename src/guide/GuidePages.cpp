@@ -14,7 +14,7 @@ const GuidePage pages[] = {
     {"open.html", "Open", "open", ""},
     {"save.html", "Save", "save", ""},
     {"scan.html", "Scan", "scan", ""},
-    // Printing has its place here, as in the command row.
+    {"print.html", "Print", "print", ""},
     {"zoom.html", "GuideZoom", "setzoom", ""},
     {"undo.html", "GuideUndo", "undo", ""},
     // E-mail.

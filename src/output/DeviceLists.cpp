@@ -4,8 +4,8 @@
 
 namespace lumora {
 
-DeviceLists::DeviceLists(AppContext &context, QString helper, QObject *parent)
-    : QObject(parent), m_context(context), m_search(std::move(helper)) {
+DeviceLists::DeviceLists(AppContext &context, const QString &helper, QObject *parent)
+    : QObject(parent), m_context(context), m_search(helper) {
     connect(&m_search, &DeviceSearch::answered, this, &DeviceLists::showAnswer);
 }
 
@@ -43,6 +43,8 @@ void DeviceLists::fillScanners(const DeviceAnswer &answer) {
 
 void DeviceLists::fillPrinters(const DeviceAnswer &answer) {
     MainFields &fields = m_context.fields;
+    m_printersAnswered = answer.complete;
+    m_defaultPrinter = answer.defaultName;
     fields.cboPrinter.clear();
     for (const FoundDevice &printer : answer.devices) {
         fields.cboPrinter.append(printer.name);

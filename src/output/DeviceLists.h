@@ -13,7 +13,7 @@ class DeviceLists : public QObject {
 
   public:
     /// `helper` as DeviceSearch takes it.
-    explicit DeviceLists(AppContext &context, QString helper = {}, QObject *parent = nullptr);
+    explicit DeviceLists(AppContext &context, const QString &helper = {}, QObject *parent = nullptr);
 
     /// Has the scanners looked for. With the answer cboSelect is filled with their names in the system's order and
     /// cboSelectIndex becomes the setting "Scanner"/"Device"; where that is no number, the first scanner, and where it
@@ -23,6 +23,11 @@ class DeviceLists : public QObject {
     /// cboPrinterIndex becomes the one whose name is the setting "Printer"/"Device", or the system's default printer's
     /// where the setting is empty; -1 where none has that name.
     void GetPrinters();
+
+    /// Whether the print system answered when it was asked last; false before.
+    bool printersAnswered() const { return m_printersAnswered; }
+    /// The system's default printer as the last answer had it; may be empty.
+    const QString &defaultPrinter() const { return m_defaultPrinter; }
 
     /// The scanners behind cboSelect, entry by entry.
     const QList<FoundDevice> &scanners() const { return m_scanners; }
@@ -41,6 +46,8 @@ class DeviceLists : public QObject {
     AppContext &m_context;
     DeviceSearch m_search;
     QList<FoundDevice> m_scanners;
+    QString m_defaultPrinter;
+    bool m_printersAnswered = false;
 };
 
 } // namespace lumora

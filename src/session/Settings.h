@@ -29,6 +29,7 @@ enum class Setting {
     PrintLock,
     PrintLockMinutes,
     PrintButtonOff,
+    PrintPause,
     CropTip,
     Welcome,
     ScreenNotice,
@@ -70,6 +71,7 @@ enum class Writer : unsigned {
     Welcome = 16,    ///< the OK of the welcome bubble
     Notice = 32,     ///< the OK of the notice about small screens
     EmailWindow = 64,
+    PrintLock = 128, ///< the pause of the print button
 };
 
 constexpr Writer operator|(Writer a, Writer b) {
@@ -108,6 +110,7 @@ inline constexpr SettingRow settingRows[] = {
     {Setting::PrintLock, "Printer", "Timed", SettingKind::Yes, "0", Writer::SimpleStart | Writer::Options, "1"},
     {Setting::PrintLockMinutes, "Printer", "Timer", SettingKind::Number, "1", Writer::Options},
     {Setting::PrintButtonOff, "Print Button", "Value", SettingKind::Yes, "0", Writer::Options},
+    {Setting::PrintPause, "Printer", "Pause", SettingKind::Text, "", Writer::PrintLock}, // "": none
     {Setting::CropTip, "Tips", "Crop", SettingKind::Switch, "0", Writer::SimpleStart | Writer::Options | Writer::Reset | Writer::CropTip},
     {Setting::Welcome, "Welcome", "Show", SettingKind::Yes, "1", Writer::Reset | Writer::Welcome},
     {Setting::ScreenNotice, "Display Message", "Value", SettingKind::Switch, "1", Writer::Notice},

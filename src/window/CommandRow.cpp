@@ -1,5 +1,6 @@
 #include "window/CommandRow.h"
 
+#include "output/print/PrintButton.h"
 #include "widgets/CommandBar.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
@@ -55,7 +56,8 @@ CommandRow::CommandRow(QWidget *parent) : QWidget(parent), m_row(new QHBoxLayout
     m_open = addButton("cmdOpen", "open");
     m_save = addButton("cmdSave", "save");
     m_scan = addButton("cmdScan", "scan");
-    m_print = addButton("cmdPrint", "print");
+    m_print = new PrintButton("print", PictureButton::CaptionPlace::None, this);
+    add(m_print, "cmdPrint");
     m_row->addSpacing(14);
 
     m_setZoom = new PictureButton("setzoom", PictureButton::CaptionPlace::Beside, this);
@@ -80,11 +82,15 @@ CommandRow::CommandRow(QWidget *parent) : QWidget(parent), m_row(new QHBoxLayout
 
 PictureButton *CommandRow::addButton(const char *name, const char *icon) {
     auto *button = new PictureButton(icon, PictureButton::CaptionPlace::None, this);
+    add(button, name);
+    return button;
+}
+
+void CommandRow::add(PictureButton *button, const char *name) {
     button->setObjectName(name);
     button->setPictureSize(bigPicture);
     button->setFixedSize(bigButton, bigButton);
     m_row->addWidget(button);
-    return button;
 }
 
 void CommandRow::paintEvent(QPaintEvent *) {

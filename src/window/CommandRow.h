@@ -9,6 +9,7 @@ namespace lumora {
 
 class CommandBar;
 class PictureButton;
+class PrintButton;
 
 class CommandRow : public QWidget {
     Q_OBJECT
@@ -21,7 +22,7 @@ class CommandRow : public QWidget {
     PictureButton *cmdOpen() const { return m_open; }
     PictureButton *cmdSave() const { return m_save; }
     PictureButton *cmdScan() const { return m_scan; }
-    PictureButton *cmdPrint() const { return m_print; }
+    PrintButton *cmdPrint() const { return m_print; }
     PictureButton *cmdSetZoom() const { return m_setZoom; }
     CommandBar *Toolbar1() const { return m_toolbar; }
 
@@ -30,9 +31,11 @@ class CommandRow : public QWidget {
 
   private:
     PictureButton *addButton(const char *name, const char *icon);
+    void add(PictureButton *button, const char *name);
 
     QHBoxLayout *m_row;
-    PictureButton *m_open, *m_save, *m_scan, *m_print, *m_setZoom;
+    PictureButton *m_open, *m_save, *m_scan, *m_setZoom;
+    PrintButton *m_print;
     CommandBar *m_toolbar;
 };
 

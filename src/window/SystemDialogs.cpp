@@ -1,5 +1,7 @@
 #include "window/SystemDialogs.h"
 
+#include "dialogs/frmPrompt.h"
+#include "dialogs/frmSimpleSave.h"
 #include "session/AppContext.h"
 #include "session/FileTypeText.h"
 #include "session/LoadSettings.h"
@@ -75,6 +77,27 @@ QString askWhereToSave(AppContext &ctx, QWidget *owner, const SaveQuestion &ques
     startIn(dialog, question.workingDirectoryOnly ? workingDirectory(ctx) : photoFolder(ctx));
     offerName(dialog, question.initialName);
     return answer(dialog);
+}
+
+QString askWhereToPrintPdf(AppContext &ctx, QWidget *owner) {
+    if (ctx.fields.txtDlgs == DialogStyle::System) {
+        QFileDialog dialog(owner, ctx.texts.text("PrintToPdf"));
+        dialog.setAcceptMode(QFileDialog::AcceptSave);
+        dialog.setFileMode(QFileDialog::AnyFile);
+        dialog.setNameFilter(fileTypeText(ctx.texts, "FileTypePDF", {"*.pdf"}));
+        dialog.setDefaultSuffix("pdf");
+        startIn(dialog, photoFolder(ctx));
+        const QString photo = QFileInfo(ctx.photo.CurrentFileName).completeBaseName();
+        dialog.selectFile((photo.isEmpty() ? ctx.texts.text("MyPicture") : photo) + ".pdf");
+        return answer(dialog);
+    }
+    frmSimpleSave dialog(ctx, "frmSimpleSave", owner, frmSimpleSave::Saves::PdfPage);
+    if (dialog.ask() != frmSimpleSave::Result::Save) {
+        return {};
+    }
+    ctx.fields.txtSimpleSavePath = dialog.path(); // which the question shows
+    const bool free = !QFileInfo::exists(dialog.path());
+    return free || ask(ctx, PromptKind::Overwrite, owner) == Answer::Yes ? dialog.path() : QString();
 }
 
 } // namespace lumora

@@ -1,4 +1,4 @@
-// The desktop's own file dialogs, as Advanced mode uses them to open and save.
+// The desktop's own file dialogs, as Advanced mode uses them to open and save, and the question for a PDF file.
 #pragma once
 
 #include <QString>
@@ -24,5 +24,9 @@ struct SaveQuestion {
 /// existing file is replaced. A name without an extension gets the one of the chosen type. An empty text when
 /// the dialog was cancelled.
 QString askWhereToSave(AppContext &ctx, QWidget *owner, const SaveQuestion &question);
+
+/// Asks which PDF file a page is to be printed into: with the system's dialog, or with Simple mode's own where the
+/// settings say so. Asks before an existing file is replaced. An empty text when the person did not want to.
+QString askWhereToPrintPdf(AppContext &ctx, QWidget *owner);
 
 } // namespace lumora

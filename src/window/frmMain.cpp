@@ -6,6 +6,8 @@
 #include "options/frmOptions.h"
 #include "output/DeviceLists.h"
 #include "output/scan/ScanCommands.h"
+#include "output/print/PrintButton.h"
+#include "output/print/PrintCommands.h"
 #include "session/AppContext.h"
 #include "session/LoadSettings.h"
 #include "session/PhotoStatus.h"
@@ -26,6 +28,7 @@
 #include "window/MainBar.h"
 #include "window/PhotoCommands.h"
 #include "window/RecoveryOffer.h"
+#include "window/SystemDialogs.h"
 #include "window/ToolColumn.h"
 #include "window/ToolSet.h"
 
@@ -103,6 +106,7 @@ void frmMain::build() {
     m_photo = new PhotoCommands(m_ctx, this);
     m_devices = new DeviceLists(m_ctx, {}, this);
     m_scan = new ScanCommands(m_ctx, *m_devices, this);
+    m_print = new PrintCommands(m_ctx, *m_devices, this, [this] { return askWhereToPrintPdf(m_ctx, this); });
     m_recovery = new Recovery(m_ctx.photo, m_ctx.installation.recoveryFolder, this);
     m_bars = new FloatingBarSet(this);
     m_toolSet = new ToolSet(m_ctx, *m_view, *m_tools, *m_bars, this);
@@ -152,6 +156,10 @@ void frmMain::connectCommands() {
         HideBoxes();
         m_photo->save();
     });
+    connect(m_commands->cmdPrint(), &PictureButton::clicked, this, [this] {
+        HideBoxes();
+        m_print->print();
+    });
     connect(m_commands->cmdSetZoom(), &PictureButton::clicked, this, &frmMain::showZoomMenu);
     connect(m_commands->Toolbar1(), &CommandBar::buttonClicked, this, &frmMain::runToolbarCommand);
     connect(m_commands->Toolbar1(), &CommandBar::barClicked, this, [this] {
@@ -187,6 +195,12 @@ void frmMain::connectCommands() {
     connect(m_photo, &PhotoCommands::failed, this, problem);
     connect(m_photo, &PhotoCommands::leave, this, &frmMain::leave);
     connectScanning();
+
+    connect(m_print, &PrintCommands::buttonsToRefresh, this, &frmMain::chkPSButtons);
+    connect(m_print, &PrintCommands::done, this,
+            [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Good); });
+    connect(m_print, &PrintCommands::failed, this, problem);
+    connect(&m_print->lock(), &PrintLock::changed, this, &frmMain::refreshPrint);
 
     connect(&m_ctx.photo, &PhotoDocument::changed, this, &frmMain::photoChanged);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &frmMain::refreshPaste);
@@ -246,7 +260,6 @@ void frmMain::SetMeUp() {
     for (const char *key : {"keyEmail", "keySlideShow"}) {
         m_commands->Toolbar1()->setButtonEnabled(key, false); // they have no command yet
     }
-    m_commands->cmdPrint()->setEnabled(false);
     m_ctx.fields.txtWelcome = m_ctx.settings.read<Setting::Welcome>();
     if (m_ctx.fields.txtWelcome) {
         tmrWelcome->start();
@@ -378,6 +391,7 @@ void frmMain::fitPhoto() {
 void frmMain::showOptions() {
     HideBoxes();
     connect(frmOptions::showModal(m_ctx, this), &QDialog::accepted, this, [this] {
+        m_print->lock().LoadPrintTimer();
         chkPSButtons();
         m_devices->LoadScanners();
         m_devices->GetPrinters();
@@ -443,6 +457,17 @@ void frmMain::chkPSButtons() {
     m_commands->cmdSave()->setEnabled(loaded);
     m_commands->cmdScan()->setEnabled(!m_devices->scanners().isEmpty() && !m_ctx.fields.txtScannerButton);
     m_commands->cmdSetZoom()->setEnabled(loaded);
+    refreshPrint();
+}
+
+/// Enabled with a photo, unless the settings have it off or it pauses after a print.
+void frmMain::refreshPrint() {
+    const PrintLock &lock = m_print->lock();
+    PrintButton *button = m_commands->cmdPrint();
+    button->setPause(lock.secondsLeft(), lock.secondsTotal());
+    button->setToolTip(m_ctx.texts.text(lock.isLocked() ? "PrintPause" : "Print"));
+    button->setEnabled(m_ctx.photo.PhotoLoaded() && !m_ctx.photo.picCanvas().isNull() && !lock.isLocked() &&
+                       !m_ctx.settings.read<Setting::PrintButtonOff>());
 }
 
 /// Checked only when the clipboard changes: another program may have to respond.

@@ -22,6 +22,7 @@ class FloatingBarSet;
 class MainBar;
 class PhotoCommands;
 class PhotoView;
+class PrintCommands;
 class ProgressPanel;
 class Recovery;
 class ScanCommands;
@@ -92,6 +93,7 @@ class frmMain : public QWidget {
     void openStartupPhoto();
     void offerRecovery();
     void refreshPaste();
+    void refreshPrint();
 
     AppContext &m_ctx;
     QString m_startupPhotoPath;
@@ -115,6 +117,7 @@ class frmMain : public QWidget {
     PhotoCommands *m_photo = nullptr;
     DeviceLists *m_devices = nullptr;
     ScanCommands *m_scan = nullptr;
+    PrintCommands *m_print = nullptr;
     Recovery *m_recovery = nullptr;
     QTimer *tmrWelcome = nullptr;
     QPointer<frmWelcome> m_welcome;

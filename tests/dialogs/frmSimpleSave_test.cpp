@@ -64,7 +64,26 @@ TEST_F(frmSimpleSaveTest, TheTypeAlwaysAppendsItsExtension) {
         }
     }
     EXPECT_EQ(simpleSaveName("trip", -1), "");
-    EXPECT_EQ(simpleSaveName("trip", 6), "");
+    EXPECT_EQ(simpleSaveName("trip", 6), "trip.pdf");
+    EXPECT_EQ(simpleSaveName("trip", 7), "");
+}
+
+TEST_F(frmSimpleSaveTest, APageIsSavedAsAPdfFileOnly) {
+    QString path;
+    play(
+        [&] {
+            frmSimpleSave dialog(context(), "frmSimpleSave", nullptr, frmSimpleSave::Saves::PdfPage);
+            EXPECT_EQ(dialog.ask(), frmSimpleSave::Result::Save);
+            path = dialog.path();
+        },
+        [](QWidget &window) {
+            const auto *types = control<QComboBox>(window, "cboFilter");
+            EXPECT_EQ(types->count(), 1);
+            EXPECT_EQ(types->currentText(), "PDF Files (*.pdf)");
+            EXPECT_TRUE(control<QWidget>(window, "cmdAdvCMDLG")->isHidden()) << "the system's dialog is for photos";
+            click(window, "cmdOK");
+        });
+    EXPECT_EQ(path, photos() + "/my picture.pdf");
 }
 
 TEST_F(frmSimpleSaveTest, BeginsAsAJpegWithANameThatIsNew) {

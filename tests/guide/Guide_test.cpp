@@ -172,6 +172,8 @@ TEST(GuideSearch, FindsThePageFirstThatAChildWants) {
         {"crop", "crop.html"},
         {"CROP", "crop.html"},
         {"cut off the edges", "crop.html"},
+        {"print", "print.html"},
+        {"paper", "print.html"},
         {"mirror", "special-effects.html"},
         {"upside down", "rotate.html"},
         {"turn", "rotate.html"},

@@ -1,29 +1,25 @@
 // lumora-devices scanners|printers
-// lumora-devices options|scan DEVICE ...: see ScanCommands.h
-// The first two print one line for each device, fields separated by tabs: the word "device", the name by which the
-// system knows it and the name to show; for the default printer "default" and its name; then "done". Looking can take
-// many seconds and drivers may hang or crash, so Lumora has this program do it (see src/devices/DeviceSearch.h).
+// lumora-devices options|scan DEVICE [NAME=VALUE...]: see ScanCommands.h
+// lumora-devices paper PRINTER
+// lumora-devices print PRINTER TITLE FILE WIDTH HEIGHT [OPTION=VALUE...]
+// The first form prints one line for each device, fields separated by tabs: the word "device", the name by which the
+// system knows it and the name to show; for the default printer "default" and its name. Printers.h has the answers of
+// "paper" and "print". The last line is "done". Devices and drivers may take many seconds, hang or crash, so Lumora has
+// this program talk to them (see src/devices/HelperRun.h).
+#include "devices/helper/Lines.h"
+#include "devices/helper/Printers.h"
 #include "devices/helper/ScanCommands.h"
 
 #include <QGuiApplication>
-#include <QPrinterInfo>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <sane/sane.h>
 #include <string>
 #include <sys/prctl.h>
 #include <unistd.h>
 
 namespace {
-
-/// A text on one line and in one field.
-QByteArray field(const QString &text) {
-    return text.simplified().toUtf8();
-}
-
-void printLine(const char *what, const QString &name, const QString &shown) {
-    std::printf("%s\t%s\t%s\n", what, field(name).constData(), field(shown).constData());
-}
 
 /// False when the scanner system itself does not start.
 bool printScanners() {
@@ -42,22 +38,29 @@ bool printScanners() {
     return true;
 }
 
-void printPrinters() {
-    const QStringList names = QPrinterInfo::availablePrinterNames();
-    for (const QString &name : names) {
-        printLine("device", name, name);
+/// Does what the arguments say; false when there is no complete answer.
+bool answered(const std::string &kind, int argc, char **argv) {
+    if (kind == "scanners") {
+        return printScanners();
     }
-    const QString defaultName = QPrinterInfo::defaultPrinterName();
-    if (!defaultName.isEmpty()) {
-        printLine("default", defaultName, defaultName);
+    qputenv("QT_QPA_PLATFORM", "minimal"); // no window will be shown, so no display is needed
+    const QGuiApplication application(argc, argv);
+    if (kind == "printers") {
+        return printPrinters();
     }
+    if (kind == "paper") {
+        return printPaper(argv[2]);
+    }
+    constexpr int firstOption = 7;
+    return printDocument(argv[2], argv[3], argv[4], std::strtod(argv[5], nullptr), std::strtod(argv[6], nullptr),
+                         argc - firstOption, argv + firstOption);
 }
 
 } // namespace
 
 int main(int argc, char **argv) {
     prctl(PR_SET_PDEATHSIG, SIGKILL); // the answer is of no use when Lumora has ended
-    const std::string kind = argc >= 2 ? argv[1] : "";
+    const std::string kind = argc > 1 ? argv[1] : "";
     if (argc >= 3 && (kind == "options" || kind == "scan")) {
         QStringList values;
         for (int i = 3; i < argc; ++i) {
@@ -66,18 +69,16 @@ int main(int argc, char **argv) {
         const QString device = QString::fromUtf8(argv[2]);
         _exit(kind == "scan" ? lumora::runScan(device, values) : lumora::runOptions(device, values));
     }
-    bool found = false;
-    if (kind == "scanners") {
-        found = printScanners();
-    } else if (kind == "printers") {
-        qputenv("QT_QPA_PLATFORM", "minimal"); // no window will be shown, so no display is needed
-        const QGuiApplication application(argc, argv);
-        printPrinters();
-        found = true;
-    } else {
-        std::fputs("usage: lumora-devices scanners|printers|options DEVICE ...|scan DEVICE ...\n", stderr);
+    const bool isSearch = argc == 2 && (kind == "scanners" || kind == "printers");
+    if (!isSearch && !(argc == 3 && kind == "paper") && !(argc >= 7 && kind == "print")) {
+        std::fputs("usage: lumora-devices scanners|printers\n"
+                   "       lumora-devices options|scan DEVICE [NAME=VALUE...]\n"
+                   "       lumora-devices paper PRINTER\n"
+                   "       lumora-devices print PRINTER TITLE FILE WIDTH HEIGHT [OPTION=VALUE...]\n",
+                   stderr);
         return 2;
     }
+    const bool found = answered(kind, argc, argv);
     if (found) {
         std::puts("done");
     }

@@ -1,0 +1,39 @@
+// Where photos come to lie on a sheet of paper. Pure computation: the preview, the printer and the PDF file share it.
+#pragma once
+
+#include "devices/PrintSystem.h"
+
+#include <QList>
+#include <QRectF>
+#include <QSize>
+
+namespace lumora {
+
+/// How the person wants the page.
+struct PrintLayout {
+    int photos = 1;     ///< to a page: 1, 2, 4 or 9, each the same; any other number is 1
+    bool centre = true; ///< in the middle of its part of the page, else in the upper left corner
+    bool fit = true;    ///< as large as its part of the page, else at its own size where that is smaller
+
+    bool operator==(const PrintLayout &) const = default;
+};
+
+/// The size of a photo that is not fitted: 96 pixels are an inch.
+inline constexpr double ownPixelsPerInch = 96;
+
+/// A page as it is looked at, in points.
+struct PrintPage {
+    QSizeF size;          ///< the sheet, turned to lie where the photos get larger so
+    QList<QRectF> places; ///< of the photos, row by row, all of the same size and the photo's proportions
+};
+
+/// Lays out the photo (its size in pixels). The sheet is turned, never the photo: of its two ways to lie and, for two
+/// photos, of one beside and one above the other, that is taken in which photos get largest; where it does not matter,
+/// the sheet lies like the photo. Opposite margins are both as wide as the wider one, so that the middle is the
+/// sheet's and a sheet may come out of the printer either end first. No places for an empty photo.
+PrintPage layOutPage(const PrinterPaper &paper, QSize photo, const PrintLayout &layout);
+
+/// The size in dots of a picture that long at that resolution, at least one each way.
+QSize dotsOf(QSizeF points, double dotsPerInch);
+
+} // namespace lumora

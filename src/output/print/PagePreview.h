@@ -1,0 +1,40 @@
+// The sheet as it will come out, small: the same drawing that goes to the printer. The print windows show it.
+#pragma once
+
+#include "output/print/PageLayout.h"
+
+#include <QImage>
+#include <QPixmap>
+#include <QWidget>
+
+namespace lumora {
+
+/// The photo at a size that is enough for a preview, so that drawing it is quick.
+QImage pictureForPreview(const QImage &photo);
+
+/// The page with its sheet of paper, in the middle of a picture of that size in pixels.
+QPixmap sheetPixmap(const PrintPage &page, const QImage &picture, QSize size, qreal devicePixelRatio);
+
+class PagePreview : public QWidget {
+    Q_OBJECT
+
+  public:
+    /// `picture` as pictureForPreview() makes it; `smallest` is the size in pixels that it asks for.
+    PagePreview(const QImage &picture, QSize smallest, QWidget *parent = nullptr);
+
+    void setPage(const PrintPage &page);
+    const PrintPage &page() const { return m_page; }
+
+    QSize sizeHint() const override { return m_smallest; }
+    QSize minimumSizeHint() const override { return m_smallest; }
+
+  protected:
+    void paintEvent(QPaintEvent *event) override;
+
+  private:
+    QImage m_picture;
+    QSize m_smallest;
+    PrintPage m_page;
+};
+
+} // namespace lumora

@@ -1,0 +1,236 @@
+#include "output/print/frmSimplePrint.h"
+
+#include "output/print/CopiesBox.h"
+#include "output/print/DesktopPrintDialog.h"
+#include "output/print/PagePreview.h"
+#include "output/print/PrinterChoice.h"
+#include "session/AppContext.h"
+#include "session/LoadSettings.h"
+#include "widgets/AnimatedButton.h"
+#include "widgets/AnswerButtons.h"
+#include "widgets/Theme.h"
+#include "widgets/WindowTexts.h"
+
+#include <QButtonGroup>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace lumora {
+
+namespace {
+
+constexpr int photosOnPage[] = {1, 2, 4, 9};
+constexpr int layoutPicture = 76;          // pixels
+constexpr QSize smallestPreview(380, 400); // pixels
+constexpr double bigPoints = 14;
+
+} // namespace
+
+frmSimplePrint::frmSimplePrint(AppContext &ctx, DeviceLists &devices, const QString &helper, QWidget *owner)
+    : BorderlessDialog("frmSimplePrint", owner), m_ctx(ctx), m_printer(new PrinterChoice(ctx, devices, helper, this)),
+      lblDevice(new QLabel(this)), cboPrinter(new QComboBox(this)), m_hint(new QLabel(this)),
+      lblCopies(new QLabel(this)), m_copies(new CopiesBox("txtNumbers", this)),
+      cmdAdvanced(new PictureButton("more", PictureButton::CaptionPlace::Beside, this)) {
+    fitPhoto();
+    makeControls();
+    layOut();
+    showTexts(ctx.texts, *this);
+    cboPrinter->setAccessibleName(lblDevice->text());
+    m_copies->field()->setAccessibleName(lblCopies->text());
+    picPrint1->setAccessibleName(ctx.texts.text("PrintPreview"));
+    LoadPrinters();
+    UpdatePreviews();
+    connect(m_printer, &PrinterChoice::changed, this, &frmSimplePrint::printersChanged);
+}
+
+void frmSimplePrint::makeControls() {
+    picPrint1 = new PagePreview(m_picture, smallestPreview, this);
+    picPrint1->setObjectName("picPrint1");
+    auto *group = new QButtonGroup(this);
+    for (std::size_t i = 0; i < m_layouts.size(); ++i) {
+        auto *button = new PictureButton("print", PictureButton::CaptionPlace::Below, this);
+        button->setObjectName(QString("ImageX%1").arg(i + 1));
+        button->setLook(PictureButton::Look::Raised);
+        button->setPictureSize(layoutPicture);
+        button->setMinimumWidth(layoutPicture + 28);
+        button->setCheckable(true);
+        button->setChecked(i == 0);
+        group->addButton(button);
+        connect(button, &QAbstractButton::clicked, this, [this, i] {
+            m_layout.photos = photosOnPage[i];
+            UpdatePreviews();
+        });
+        m_layouts[i] = button;
+    }
+    QFont big = font();
+    big.setPointSizeF(bigPoints);
+    for (QWidget *one : std::initializer_list<QWidget *>{lblDevice, cboPrinter, lblCopies}) {
+        one->setFont(big);
+    }
+    lblDevice->setObjectName("lblDevice");
+    lblDevice->setBuddy(cboPrinter);
+    cboPrinter->setObjectName("cboPrinter");
+    cboPrinter->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    cboPrinter->setMinimumContentsLength(14);
+    cboPrinter->setIconSize({28, 28});
+    connect(cboPrinter, &QComboBox::activated, this, &frmSimplePrint::choosePrinter);
+    m_hint->setObjectName("lblPrinterHint");
+    m_hint->setWordWrap(true);
+    lblCopies->setObjectName("lblCopies");
+    lblCopies->setBuddy(m_copies->field());
+    cmdAdvanced->setObjectName("cmdAdvanced");
+    cmdAdvanced->setLook(PictureButton::Look::Raised);
+    connect(cmdAdvanced, &QAbstractButton::clicked, this, [this] {
+        // The desktop's dialog asks the print system in the window's thread: only one that answers now may be asked.
+        m_wantsDesktop = true;
+        m_printer->searchAgain();
+    });
+}
+
+QVBoxLayout *frmSimplePrint::settingsColumn() {
+    auto *layouts = new QHBoxLayout;
+    layouts->setSpacing(8);
+    for (PictureButton *button : m_layouts) {
+        layouts->addWidget(button, 1);
+    }
+    auto *copies = new QHBoxLayout;
+    copies->addWidget(lblCopies, 1);
+    copies->addWidget(m_copies);
+    auto *buttons = new AnswerButtons(this);
+    constexpr AnswerButtons::Look look{PictureButton::CaptionPlace::Beside, 64, 18, 170};
+    AnimatedButton *cmdYes = buttons->add("cmdYes", "yes", look);
+    AnimatedButton *cmdNo = buttons->add("cmdNo", "no", look);
+    connect(cmdYes, &QAbstractButton::clicked, this, &QDialog::accept);
+    connect(cmdNo, &QAbstractButton::clicked, this, &QDialog::reject);
+    setDefaultButton(cmdYes);
+    cmdYes->setFocus();
+    auto *answers = new QHBoxLayout;
+    answers->setSpacing(12);
+    answers->addWidget(cmdYes, 1);
+    answers->addWidget(cmdNo, 1);
+    auto *column = new QVBoxLayout;
+    column->setSpacing(8);
+    column->addLayout(layouts);
+    column->addSpacing(8);
+    column->addWidget(lblDevice);
+    column->addWidget(cboPrinter);
+    column->addWidget(m_hint);
+    column->addSpacing(6);
+    column->addLayout(copies);
+    column->addStretch(1);
+    column->addWidget(cmdAdvanced, 0, Qt::AlignLeading);
+    column->addSpacing(8);
+    column->addLayout(answers);
+    return column;
+}
+
+void frmSimplePrint::layOut() {
+    auto *row = new QHBoxLayout;
+    row->setSpacing(18);
+    row->addWidget(picPrint1, 1);
+    row->addLayout(settingsColumn());
+    body()->addLayout(row, 1);
+}
+
+void frmSimplePrint::fitPhoto() {
+    m_picture = pictureForPreview(m_ctx.photo.picCanvas());
+}
+
+void frmSimplePrint::LoadPrinters() {
+    const QSignalBlocker quiet(cboPrinter);
+    QStringList shown;
+    for (int i = 0; i < cboPrinter->count(); ++i) {
+        shown << cboPrinter->itemText(i);
+    }
+    const QStringList entries = m_printer->printers() + QStringList{m_ctx.texts.text("PrintToPdf")};
+    if (entries != shown) { // a list that is open stays so when the answer brings nothing new
+        cboPrinter->clear();
+        const qreal ratio = devicePixelRatioF();
+        const QIcon printer(iconPixmap("print", 28, ratio));
+        for (const QString &name : m_printer->printers()) {
+            cboPrinter->addItem(printer, name);
+        }
+        cboPrinter->addItem(QIcon(iconPixmap("save", 28, ratio)), entries.last());
+    }
+    const bool looking = m_printer->search() == PrinterChoice::Search::Running;
+    cboPrinter->setPlaceholderText(looking ? m_ctx.texts.text("PrintSearching") : QString());
+    cboPrinter->setCurrentIndex(m_printer->isPdf()
+                                    ? cboPrinter->count() - 1
+                                    : static_cast<int>(m_printer->printers().indexOf(m_printer->printer())));
+    m_hint->setText(m_printer->search() == PrinterChoice::Search::NoAnswer ? m_ctx.texts.text("PrintNoAnswer")
+                                                                           : QString());
+    m_hint->setVisible(!m_hint->text().isEmpty());
+    cmdAdvanced->setEnabled(!looking);
+}
+
+void frmSimplePrint::choosePrinter(int index) {
+    if (index == cboPrinter->count() - 1) {
+        m_printer->choosePdf();
+    } else {
+        m_printer->choosePrinter(cboPrinter->itemText(index));
+    }
+}
+
+void frmSimplePrint::UpdatePreviews() {
+    const PrinterPaper paper = m_printer->paper().value_or(standardPaper());
+    const QSize photo = m_ctx.photo.picCanvas().size();
+    picPrint1->setPage(layOutPage(paper, photo, m_layout));
+    for (std::size_t i = 0; i < m_layouts.size(); ++i) {
+        const PrintPage page = layOutPage(paper, photo, {.photos = photosOnPage[i]});
+        m_layouts[i]->setPicture(sheetPixmap(page, m_picture, {layoutPicture, layoutPicture}, devicePixelRatioF()));
+    }
+}
+
+void frmSimplePrint::printersChanged() {
+    LoadPrinters();
+    UpdatePreviews();
+    if (m_wantsDesktop && m_printer->search() != PrinterChoice::Search::Running) {
+        m_wantsDesktop = false;
+        if (m_printer->search() == PrinterChoice::Search::Answered && isVisible()) {
+            QTimer::singleShot(0, this, &frmSimplePrint::AdvancedPrinting); // after all who hear of the answer
+        }
+    }
+}
+
+void frmSimplePrint::AdvancedPrinting() {
+    PrintJob job = shownJob();
+    job.paper.reset();
+    if (m_printer->isPdf()) {
+        job.pdfFile = photoFolder(m_ctx) + '/' + m_ctx.texts.text("MyPicture") + ".pdf";
+    }
+    m_desktopJob = askDesktopToPrint(job, this);
+    if (m_desktopJob) {
+        accept();
+    }
+}
+
+bool frmSimplePrint::wantsPdf() const {
+    return !m_desktopJob && m_printer->isPdf();
+}
+
+std::optional<PrintJob> frmSimplePrint::ask() {
+    if (exec() != Accepted) {
+        return std::nullopt;
+    }
+    if (m_desktopJob) {
+        return m_desktopJob;
+    }
+    return shownJob();
+}
+
+PrintJob frmSimplePrint::shownJob() const {
+    return {.photo = m_ctx.photo.picCanvas(),
+            .layout = m_layout,
+            .copies = m_copies->copies(),
+            .title = m_ctx.texts.text("ApplicationName"),
+            .printer = m_printer->isPdf() ? QString() : m_printer->printer(),
+            .pdfFile = {},
+            .paper = m_printer->paper(),
+            .options = {}};
+}
+
+} // namespace lumora
