@@ -27,6 +27,10 @@ QString GetSpecialFolderPath(int folder) {
     return !path.isEmpty() && QDir().mkpath(path) ? path : QString();
 }
 
+QString GetTempDir() {
+    return QDir::tempPath();
+}
+
 void OpenWithShell(const QString &documentOrAddress) {
     const QUrl url = QUrl::fromUserInput(documentOrAddress, QDir::homePath());
     if (url.isValid()) {

@@ -22,6 +22,7 @@ class FloatingBarSet;
 class MainBar;
 class PhotoCommands;
 class PhotoView;
+class Postman;
 class ProgressPanel;
 class Recovery;
 class StatusLine;
@@ -112,6 +113,7 @@ class frmMain : public QWidget {
     QWidget *m_panelRoom = nullptr;
     PhotoCommands *m_photo = nullptr;
     DeviceLists *m_devices = nullptr;
+    Postman *m_postman = nullptr;
     Recovery *m_recovery = nullptr;
     QTimer *tmrWelcome = nullptr;
     QPointer<frmWelcome> m_welcome;
