@@ -28,7 +28,8 @@ QString GetSpecialFolderPath(int folder) {
 }
 
 QString GetTempDir() {
-    return QDir::tempPath();
+    const QString named = QDir::tempPath(); // empty where TMPDIR names nothing
+    return named.isEmpty() ? QStringLiteral("/tmp") : named;
 }
 
 void OpenWithShell(const QString &documentOrAddress) {

@@ -40,7 +40,7 @@ class ProgressPanel : public QWidget {
     explicit ProgressPanel(QWidget *window);
 
     void begin(bool canBeStopped);
-    /// Per cent, 0 to 100; -1 when it is not known.
+    /// Per cent, 0 to 100; -1 when it is not known. 100 or more hides the panel, less shows it.
     void setPercent(int percent);
     /// Gives the keyboard back to who had it.
     void end();

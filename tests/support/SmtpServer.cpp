@@ -19,7 +19,7 @@ QByteArray contents(const QString &path) {
 /// An authority (ca.pem) and its certificates: good, expired, wrong (another name), and one signed by itself (self).
 /// Each NAME.pem holds certificate and key. Made once for a program.
 QString certificates() {
-    static const QTemporaryDir folder;
+    static const QTemporaryDir folder("/tmp/lumora-certificates-XXXXXX"); // whatever a test does with TMPDIR
     static bool made = false;
     if (made) {
         return folder.path();

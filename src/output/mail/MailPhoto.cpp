@@ -42,11 +42,12 @@ bool writeAs(const QString &path, const QByteArray &bytes) {
 
 QImage reducedForMail(const QImage &photo, MailSize size) {
     const int side = longestSide(size);
-    if (side == 0 || std::max(photo.width(), photo.height()) <= side) {
+    const int longer = std::max(photo.width(), photo.height());
+    if (side == 0 || longer <= side) {
         return photo;
     }
-    const QSize small = photo.size().scaled(side, side, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
-    return scaled(photo, small.width(), small.height());
+    const auto reduced = [&](int pixels) { return std::max(1, qRound(double(pixels) * side / longer)); };
+    return scaled(photo, reduced(photo.width()), reduced(photo.height()));
 }
 
 QByteArray mailJpeg(const QImage &picture) {
