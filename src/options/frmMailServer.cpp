@@ -36,9 +36,10 @@ constexpr SecurityRow securities[] = {{"MailNotEncrypted", 25}, {"MailStartTls",
 
 frmMailServer::frmMailServer(AppContext &ctx, const MailServer &server, const QString &password, QString sender,
                              QWidget *owner)
-    : BorderlessDialog("frmMailServer", owner), m_ctx(ctx), m_sender(std::move(sender)), txtServer(new QLineEdit(this)),
-      txtPort(new QSpinBox(this)), cboSecurity(new QComboBox(this)), txtUser(new QLineEdit(this)),
-      txtPassword(new QLineEdit(this)), cmdFind(new PictureButton("search", PictureButton::CaptionPlace::Beside, this)),
+    : BorderlessDialog("frmMailServer", owner), m_ctx(ctx), m_sender(std::move(sender)), m_trial(new MailTrial(this)),
+      txtServer(new QLineEdit(this)), txtPort(new QSpinBox(this)), cboSecurity(new QComboBox(this)),
+      txtUser(new QLineEdit(this)), txtPassword(new QLineEdit(this)),
+      cmdFind(new PictureButton("search", PictureButton::CaptionPlace::Beside, this)),
       cmdTry(new PictureButton("email", PictureButton::CaptionPlace::Beside, this)), picTrial(new QLabel(this)),
       lblTrial(new QLabel(this)), m_busy(new BusyBar(this)) {
     auto *fields = new QGridLayout;
@@ -65,7 +66,7 @@ frmMailServer::frmMailServer(AppContext &ctx, const MailServer &server, const QS
     for (const SecurityRow &row : securities) {
         cboSecurity->addItem(ctx.texts.text(row.text));
     }
-    show(server);
+    showServer(server);
     txtPassword->setText(password);
     txtPassword->setPlaceholderText(ctx.texts.text("MailPasswordKept"));
     connect(cmdOK, &QAbstractButton::clicked, this, &QDialog::accept);
@@ -123,11 +124,11 @@ void frmMailServer::addTrial() {
     row->addWidget(m_busy);
     connect(cmdFind, &QAbstractButton::clicked, this, [this] {
         begin("MailLooking");
-        m_trial.find(m_sender);
+        m_trial->find(m_sender);
     });
     connect(cmdTry, &QAbstractButton::clicked, this, &frmMailServer::tryIt);
-    connect(&m_trial, &MailTrial::found, this, &frmMailServer::sayFound);
-    connect(&m_trial, &MailTrial::tried, this, [this](const MailResult &result) {
+    connect(m_trial, &MailTrial::found, this, &frmMailServer::sayFound);
+    connect(m_trial, &MailTrial::tried, this, [this](const MailResult &result) {
         say(result.ok() ? m_ctx.texts.text("MailWorks") : plainWords(m_ctx.texts, result.fault),
             result.ok() ? "ok" : "no");
     });
@@ -145,7 +146,7 @@ void frmMailServer::addTrial() {
     body()->addLayout(answer);
 }
 
-void frmMailServer::show(const MailServer &server) {
+void frmMailServer::showServer(const MailServer &server) {
     txtServer->setText(server.host);
     txtPort->setValue(server.port);
     cboSecurity->setCurrentIndex(static_cast<int>(server.security));
@@ -166,7 +167,7 @@ QString frmMailServer::password() const {
 
 void frmMailServer::refresh() {
     const MailServer typed = server();
-    const bool idle = !m_trial.isRunning();
+    const bool idle = !m_trial->isRunning();
     cmdFind->setEnabled(idle && typed.host.isEmpty() && isMailAddress(m_sender));
     cmdTry->setEnabled(idle && !typed.host.isEmpty());
     const bool encrypted = typed.security != MailSecurity::None;
@@ -196,10 +197,10 @@ void frmMailServer::tryIt() {
     const MailServer typed = server();
     begin("MailTrying");
     if (!typed.needsPassword() || !password().isEmpty()) {
-        m_trial.tryServer(typed, password());
+        m_trial->tryServer(typed, password());
         return;
     }
-    mailPasswords::find(typed, this, [this, typed](const QString &kept) { m_trial.tryServer(typed, kept); });
+    mailPasswords::find(typed, this, [this, typed](const QString &kept) { m_trial->tryServer(typed, kept); });
 }
 
 void frmMailServer::sayFound(const QList<MailServer> &servers) {
@@ -214,7 +215,7 @@ void frmMailServer::sayFound(const QList<MailServer> &servers) {
                      .arg(found.port)
                      .arg(m_ctx.texts.text(securities[static_cast<int>(found.security)].text));
     }
-    show(servers.constFirst());
+    showServer(servers.constFirst());
     if (txtUser->text().isEmpty()) {
         txtUser->setText(m_sender.trimmed()); // what most servers ask for
     }

@@ -33,7 +33,7 @@ class frmMailServer : public BorderlessDialog {
   private:
     void addFields(QGridLayout &fields);
     void addTrial();
-    void show(const MailServer &server);
+    void showServer(const MailServer &server);
     void refresh();
     void begin(const char *words);
     void say(const QString &text, const QString &icon);
@@ -42,7 +42,7 @@ class frmMailServer : public BorderlessDialog {
 
     AppContext &m_ctx;
     const QString m_sender;
-    MailTrial m_trial;
+    MailTrial *m_trial;
     QLineEdit *txtServer;
     QSpinBox *txtPort;
     QComboBox *cboSecurity;
