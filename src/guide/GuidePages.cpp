@@ -16,7 +16,7 @@ const GuidePage pages[] = {
     // Scanning and printing have their place here, as in the command row.
     {"zoom.html", "GuideZoom", "setzoom", ""},
     {"undo.html", "GuideUndo", "undo", ""},
-    // E-mail.
+    {"email.html", "E-mail", "email", ""},
     {"copy.html", "GuideCopy", "copy", ""},
     // The slideshow.
     {"ideas.html", "Ideas", "ideas", ""},
