@@ -31,6 +31,7 @@ if "--" in words:
     words = words[:words.index("--")]
 faults = dict(word.partition("=")[::2] for word in words)
 connections = 0
+os.makedirs(folder, exist_ok=True)
 mails = 0
 
 
