@@ -13,7 +13,7 @@ namespace lumora::mailPasswords {
 /// with an empty text when there is none; never before this returns, and never when the receiver is gone by then. A
 /// keyring that does not answer within `limit` milliseconds counts as none.
 void find(const MailServer &server, QObject *receiver, const std::function<void(const QString &)> &then,
-          int limit = 30'000);
+          int limit = 60'000);
 
 /// Keeps it in memory and in the keyring, where there is one. Returns at once.
 void keep(const MailServer &server, const QString &password);
