@@ -9,7 +9,10 @@
 #include "support/SmtpServer.h"
 #include "support/TextCheck.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
+#include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QSpinBox>
 #include <QTest>

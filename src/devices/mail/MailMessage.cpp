@@ -49,7 +49,7 @@ QByteArray quoted(const QString &name) {
 }
 
 QByteArray mailboxText(const Mailbox &mailbox) {
-    const QByteArray address = mailbox.address.trimmed().toUtf8();
+    QByteArray address = mailbox.address.trimmed().toUtf8();
     if (mailbox.name.isEmpty()) {
         return address;
     }

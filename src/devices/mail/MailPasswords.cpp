@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <memory>
 #include <qt6keychain/keychain.h>
+#include <utility>
 
 namespace lumora::mailPasswords {
 

@@ -15,13 +15,15 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDir>
 #include <QFileInfo>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QTest>
-#include <unistd.h>
+#include <QTimer>
 
 namespace lumora {
 namespace {
