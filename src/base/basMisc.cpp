@@ -27,6 +27,11 @@ QString GetSpecialFolderPath(int folder) {
     return !path.isEmpty() && QDir().mkpath(path) ? path : QString();
 }
 
+QString GetTempDir() {
+    const QString named = QDir::tempPath(); // empty where TMPDIR names nothing
+    return named.isEmpty() ? QStringLiteral("/tmp") : named;
+}
+
 void OpenWithShell(const QString &documentOrAddress) {
     const QUrl url = QUrl::fromUserInput(documentOrAddress, QDir::homePath());
     if (url.isValid()) {

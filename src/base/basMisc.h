@@ -20,6 +20,9 @@ struct Installation {
 /// desktop does at log-in; an empty text for any other number or when it cannot be created.
 QString GetSpecialFolderPath(int folder);
 
+/// The temporary folder: TMPDIR of the environment, or the system's.
+QString GetTempDir();
+
 /// Opens a document or address with the desktop's own program for it. Does nothing when there is none.
 void OpenWithShell(const QString &documentOrAddress);
 

@@ -17,7 +17,7 @@ const GuidePage pages[] = {
     {"print.html", "Print", "print", ""},
     {"zoom.html", "GuideZoom", "setzoom", ""},
     {"undo.html", "GuideUndo", "undo", ""},
-    // E-mail.
+    {"email.html", "E-mail", "email", ""},
     {"copy.html", "GuideCopy", "copy", ""},
     // The slideshow.
     {"ideas.html", "Ideas", "ideas", ""},

@@ -1,11 +1,13 @@
 #include "options/OptionsMiscellaneous.h"
 
+#include "options/frmMailServer.h"
 #include "session/AppContext.h"
 #include "session/OptionsSettings.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -36,6 +38,37 @@ void OptionsMiscellaneous::addMail() {
     caption->setBuddy(txtAddress);
     row->addWidget(caption);
     row->addWidget(txtAddress, 1);
+
+    cboMailSize = new QComboBox(this);
+    cboMailSize->setObjectName("cboMailSize");
+    for (const char *size : {"MailSizeSmall", "MailSizeMedium", "MailSizeAsItIs"}) { // in the order of MailSize
+        cboMailSize->addItem(m_ctx.texts.text(size));
+    }
+    QLabel *sizeCaption = label("lblMailSize");
+    sizeCaption->setBuddy(cboMailSize);
+    auto *cmdMailServer = new PictureButton("options-general", PictureButton::CaptionPlace::Beside, this);
+    cmdMailServer->setObjectName("cmdMailServer");
+    cmdMailServer->setLook(PictureButton::Look::Raised);
+    connect(cmdMailServer, &QAbstractButton::clicked, this, &OptionsMiscellaneous::editServer);
+    for (QWidget *part : {static_cast<QWidget *>(cboMailSize), static_cast<QWidget *>(cmdMailServer)}) {
+        part->setEnabled(false);
+        connect(chkEmail, &QCheckBox::toggled, part, &QWidget::setEnabled);
+    }
+    QHBoxLayout *details = addRow(sheet);
+    details->addWidget(sizeCaption);
+    details->addWidget(cboMailSize);
+    details->addStretch(1);
+    details->addWidget(cmdMailServer);
+}
+
+void OptionsMiscellaneous::editServer() {
+    auto *window = new frmMailServer(m_ctx, m_mailServer, m_mailPassword, txtAddress->text(), this);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    connect(window, &QDialog::accepted, this, [this, window] {
+        m_mailServer = window->server();
+        m_mailPassword = window->password();
+    });
+    window->open();
 }
 
 void OptionsMiscellaneous::addWarnings() {
@@ -72,12 +105,17 @@ void OptionsMiscellaneous::editAddress() {
 void OptionsMiscellaneous::showValues(const OptionsSettings &options) {
     chkEmail->setChecked(options.email);
     txtAddress->setText(options.sender);
+    m_mailServer = options.mailServer;
+    cboMailSize->setCurrentIndex(static_cast<int>(options.mailSize));
     chkWelcome->setChecked(options.welcome);
 }
 
 void OptionsMiscellaneous::takeValues(OptionsSettings &options) const {
     options.email = chkEmail->isChecked();
     options.sender = txtAddress->text().trimmed();
+    options.mailServer = m_mailServer;
+    options.mailPassword = m_mailPassword;
+    options.mailSize = static_cast<MailSize>(cboMailSize->currentIndex());
     options.welcome = chkWelcome->isChecked();
 }
 

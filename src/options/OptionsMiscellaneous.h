@@ -1,8 +1,10 @@
 // The options' last page: e-mail, and the tips and messages that were switched off.
 #pragma once
 
+#include "base/MailServer.h"
 #include "options/OptionsPage.h"
 
+class QComboBox;
 class QLineEdit;
 
 namespace lumora {
@@ -22,12 +24,16 @@ class OptionsMiscellaneous : public OptionsPage {
 
   private:
     void addMail();
+    void editServer();
     void addWarnings();
     void reset();
 
     AppContext &m_ctx;
     QCheckBox *chkEmail = nullptr;
     QLineEdit *txtAddress = nullptr;
+    QComboBox *cboMailSize = nullptr;
+    MailServer m_mailServer;
+    QString m_mailPassword; ///< typed and not kept yet
     QCheckBox *chkWelcome = nullptr;
 };
 

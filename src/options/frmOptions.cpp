@@ -1,5 +1,6 @@
 #include "options/frmOptions.h"
 
+#include "devices/mail/MailPasswords.h"
 #include "options/OptionsDevices.h"
 #include "options/OptionsDialogs.h"
 #include "options/OptionsGeneral.h"
@@ -98,6 +99,9 @@ void frmOptions::SaveMyINISettings() {
         page->takeValues(options);
     }
     writeOptions(m_ctx, options);
+    if (!options.mailPassword.isEmpty()) {
+        mailPasswords::keep(options.mailServer, options.mailPassword);
+    }
 }
 
 void frmOptions::accept() {

@@ -26,7 +26,16 @@ void LoadSettingsFromINIFile(AppContext &context) {
     fields.txtCountDown = settings.read<Setting::PrintLockMinutes>();
     fields.txtPrinter = settings.read<Setting::Printer>();
     fields.txtYourEmail = settings.read<Setting::SenderAddress>();
+    fields.mailServer = readMailServer(settings);
+    fields.mailSize = settings.read<Setting::MailPhotoSize>();
     fields.txtCropTip = settings.read<Setting::CropTip>();
+}
+
+MailServer readMailServer(const Settings &settings) {
+    const MailServer standard;
+    const int port = settings.read<Setting::MailPort>();
+    return {settings.read<Setting::MailHost>().trimmed(), port >= 1 && port <= 65535 ? port : standard.port,
+            settings.read<Setting::MailSecurityKind>(), settings.read<Setting::MailUser>().trimmed()};
 }
 
 void ApplySimpleSettings(AppContext &context) {

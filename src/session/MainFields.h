@@ -23,6 +23,11 @@ struct MainFields {
     int txtCountDown = settings::standard<Setting::PrintLockMinutes>(); ///< minutes
     QString txtPrinter = settings::standard<Setting::Printer>();
     QString txtYourEmail = settings::standard<Setting::SenderAddress>();
+    QString txtEmailAddress; ///< the recipients that frmEmail got, read by EmailSignlePhoto
+    QString txtMessage;      ///< the same of its message
+    QChar txtComma = '"';    ///< quotes the link below the message
+    MailServer mailServer;   ///< read by EmailSignlePhoto
+    MailSize mailSize = settings::standard<Setting::MailPhotoSize>();
     Switch txtCropTip = settings::standard<Setting::CropTip>();
     bool txtWelcome = settings::standard<Setting::Welcome>();
     bool txtMyDox = settings::standard<Setting::MyDocs>(); ///< read just before a photo dialog opens

@@ -40,6 +40,8 @@ OptionsSettings readOptions(AppContext &context) {
     options.myDocs = settings.readForOptions<Setting::MyDocs>();
     options.printButtonOff = settings.readForOptions<Setting::PrintButtonOff>();
     options.scannerButtonOff = settings.readForOptions<Setting::ScannerButtonOff>();
+    options.mailServer = readMailServer(settings);
+    options.mailSize = settings.readForOptions<Setting::MailPhotoSize>();
     options.welcome = settings.readForOptions<Setting::Welcome>();
     return options;
 }
@@ -66,6 +68,11 @@ void writeOptions(AppContext &context, const OptionsSettings &options) {
     settings.write<Setting::MyDocs, by>(options.myDocs);
     settings.write<Setting::PrintButtonOff, by>(options.printButtonOff);
     settings.write<Setting::ScannerButtonOff, by>(options.scannerButtonOff);
+    settings.write<Setting::MailHost, by>(options.mailServer.host);
+    settings.write<Setting::MailPort, by>(options.mailServer.port);
+    settings.write<Setting::MailSecurityKind, by>(options.mailServer.security);
+    settings.write<Setting::MailUser, by>(options.mailServer.user);
+    settings.write<Setting::MailPhotoSize, by>(options.mailSize);
 }
 
 void resetWarnings(AppContext &context) {

@@ -1,6 +1,8 @@
 // What the options window edits: every setting of the settings file that it shows, read and written together.
 #pragma once
 
+#include "session/Settings.h"
+
 #include <QString>
 
 namespace lumora {
@@ -30,6 +32,9 @@ struct OptionsSettings {
     bool printButtonOff = false;
     bool scannerButtonOff = false;
     bool welcome = false; ///< never written
+    MailServer mailServer;
+    QString mailPassword; ///< newly typed, empty if not; for the keyring, never for the file
+    MailSize mailSize = MailSize::Medium;
 };
 
 /// Reads them with the options window's own defaults, which differ from the main window's: the system's dialogs,

@@ -50,6 +50,14 @@ std::optional<QString> textOf(DialogStyle value) {
     return value == DialogStyle::Other ? std::nullopt : textOf(value == DialogStyle::System);
 }
 
+std::optional<QString> textOf(MailSecurity value) {
+    return textOf(static_cast<int>(value));
+}
+
+std::optional<QString> textOf(MailSize value) {
+    return textOf(static_cast<int>(value));
+}
+
 } // namespace settings
 
 Settings::Settings(IniFiles &files, QString file) : m_files(files), m_file(std::move(file)) {}

@@ -1,6 +1,8 @@
 // The settings file: one table of everything in Lumora.ini, and typed access to it.
 #pragma once
 
+#include "base/MailServer.h"
+
 #include <QString>
 #include <optional>
 
@@ -42,6 +44,11 @@ enum class Setting {
     EmailTo,
     EmailMessage,
     EmailTitle,
+    MailHost,
+    MailPort,
+    MailSecurityKind,
+    MailUser,
+    MailPhotoSize,
 };
 
 /// A yes or no setting whose readers ignore any other value.
@@ -49,6 +56,9 @@ enum class Switch { Off, On, Other };
 
 /// Which file dialogs open and save photos.
 enum class DialogStyle { Own, System, Other };
+
+/// How large a photo is mailed.
+enum class MailSize { Small, Medium, AsItIs };
 
 /// How a value is parsed.
 enum class SettingKind {
@@ -59,6 +69,8 @@ enum class SettingKind {
     YesUnlessNo, ///< bool, false for "0" alone
     Switch,      ///< Switch: "0", "1" or other
     Dialogs,     ///< DialogStyle: "0", "1" or other
+    Security,    ///< MailSecurity: "0", "1" or "2"; STARTTLS for any other text
+    MailSize,    ///< MailSize: "0", "1" or "2"; Medium for any other text
 };
 
 /// The code that writes a setting; a row may have several.
@@ -123,6 +135,11 @@ inline constexpr SettingRow settingRows[] = {
     {Setting::EmailTo, "DlgEmailSendto", "Caption", SettingKind::Text, "Send to:", Writer::Nobody},
     {Setting::EmailMessage, "DlgEmailMessage", "Caption", SettingKind::Text, "Your Message:", Writer::Nobody},
     {Setting::EmailTitle, "DlgEmailTitle", "caption", SettingKind::Text, "E-mail Photo", Writer::Nobody},
+    {Setting::MailHost, "Mail Server", "Server", SettingKind::Text, "", Writer::Options},
+    {Setting::MailPort, "Mail Server", "Port", SettingKind::Number, "587", Writer::Options},
+    {Setting::MailSecurityKind, "Mail Server", "Security", SettingKind::Security, "1", Writer::Options},
+    {Setting::MailUser, "Mail Server", "User", SettingKind::Text, "", Writer::Options},
+    {Setting::MailPhotoSize, "E-mail", "Size", SettingKind::MailSize, "1", Writer::Options},
 };
 // clang-format on
 
@@ -154,6 +171,14 @@ template <Setting S> auto valueOf(const QString &text) {
         return text == QLatin1StringView("0")   ? DialogStyle::Own
                : text == QLatin1StringView("1") ? DialogStyle::System
                                                 : DialogStyle::Other;
+    } else if constexpr (kind == SettingKind::Security) {
+        return text == QLatin1StringView("0")   ? MailSecurity::None
+               : text == QLatin1StringView("2") ? MailSecurity::Tls
+                                                : MailSecurity::StartTls;
+    } else if constexpr (kind == SettingKind::MailSize) {
+        return text == QLatin1StringView("0")   ? MailSize::Small
+               : text == QLatin1StringView("2") ? MailSize::AsItIs
+                                                : MailSize::Medium;
     } else {
         return text;
     }
@@ -171,6 +196,8 @@ std::optional<QString> textOf(int value);
 std::optional<QString> textOf(std::optional<int> value);
 std::optional<QString> textOf(Switch value);
 std::optional<QString> textOf(DialogStyle value);
+std::optional<QString> textOf(MailSecurity value);
+std::optional<QString> textOf(MailSize value);
 
 } // namespace settings
 

@@ -122,6 +122,7 @@ void ProgressPanel::settle() {
 
 void ProgressPanel::setPercent(int percent) {
     m_bar->setPercent(percent);
+    setVisible(percent < 100); // what is left then is not the user's to stop
 }
 
 void ProgressPanel::end() {

@@ -43,7 +43,7 @@ class ProgressPanel : public QWidget {
     /// to be seen.
     enum class Place { Middle, Corner };
     void setPlace(Place place);
-    /// Per cent, 0 to 100; -1 when it is not known.
+    /// Per cent, 0 to 100; -1 when it is not known. 100 or more hides the panel, less shows it.
     void setPercent(int percent);
     /// Gives the keyboard back to who had it.
     void end();

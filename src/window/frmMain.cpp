@@ -8,6 +8,7 @@
 #include "output/scan/ScanCommands.h"
 #include "output/print/PrintButton.h"
 #include "output/print/PrintCommands.h"
+#include "output/mail/Postman.h"
 #include "session/AppContext.h"
 #include "session/LoadSettings.h"
 #include "session/PhotoStatus.h"
@@ -107,6 +108,7 @@ void frmMain::build() {
     m_devices = new DeviceLists(m_ctx, {}, this);
     m_scan = new ScanCommands(m_ctx, *m_devices, this);
     m_print = new PrintCommands(m_ctx, *m_devices, this, [this] { return askWhereToPrintPdf(m_ctx, this); });
+    m_postman = new Postman(m_ctx, this);
     m_recovery = new Recovery(m_ctx.photo, m_ctx.installation.recoveryFolder, this);
     m_bars = new FloatingBarSet(this);
     m_toolSet = new ToolSet(m_ctx, *m_view, *m_tools, *m_bars, this);
@@ -193,6 +195,9 @@ void frmMain::connectCommands() {
     connect(m_photo, &PhotoCommands::done, this,
             [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Good); });
     connect(m_photo, &PhotoCommands::failed, this, problem);
+    connect(m_postman, &Postman::done, this,
+            [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Good); });
+    connect(m_postman, &Postman::failed, this, problem);
     connect(m_photo, &PhotoCommands::leave, this, &frmMain::leave);
     connectScanning();
 
@@ -257,9 +262,7 @@ void frmMain::SetMeUp() {
     m_devices->LoadScanners();
     m_devices->GetPrinters();
     LoadSettingsFromINIFile(m_ctx);
-    for (const char *key : {"keyEmail", "keySlideShow"}) {
-        m_commands->Toolbar1()->setButtonEnabled(key, false); // they have no command yet
-    }
+    m_commands->Toolbar1()->setButtonEnabled("keySlideShow", false); // it has no command yet
     m_ctx.fields.txtWelcome = m_ctx.settings.read<Setting::Welcome>();
     if (m_ctx.fields.txtWelcome) {
         tmrWelcome->start();
@@ -345,6 +348,12 @@ void frmMain::runToolbarCommand(const QString &key) {
         if (!(key == "keyUndo" ? m_ctx.photo.PerformUndo() : m_ctx.photo.PerformRedo())) {
             m_status->showMessage(plainWords(m_ctx.texts, PictureError::NoMemory));
         }
+    } else if (key == "keyEmail") {
+        if (!m_ctx.photo.PhotoLoaded()) {
+            return;
+        }
+        HideBoxes();
+        m_postman->emailPhoto();
     } else if (key == "keyCopy") {
         CopyPhoto(m_ctx.photo.picCanvas());
     } else if (key == "keyPaste") {
@@ -452,6 +461,7 @@ void frmMain::chkPSButtons() {
     if (m_ctx.fields.txtEmail != Switch::Other) { // any other value does not change it
         toolbar->setButtonOn(CommandRow::emailButton, m_ctx.fields.txtEmail == Switch::On);
     }
+    toolbar->setButtonEnabled("keyEmail", loaded);
     toolbar->setButtonEnabled("keyCopy", loaded);
     toolbar->setButtonEnabled("keyPaste", m_canPaste);
     m_commands->cmdSave()->setEnabled(loaded);

@@ -23,6 +23,7 @@ class MainBar;
 class PhotoCommands;
 class PhotoView;
 class PrintCommands;
+class Postman;
 class ProgressPanel;
 class Recovery;
 class ScanCommands;
@@ -118,6 +119,7 @@ class frmMain : public QWidget {
     DeviceLists *m_devices = nullptr;
     ScanCommands *m_scan = nullptr;
     PrintCommands *m_print = nullptr;
+    Postman *m_postman = nullptr;
     Recovery *m_recovery = nullptr;
     QTimer *tmrWelcome = nullptr;
     QPointer<frmWelcome> m_welcome;

@@ -6,7 +6,9 @@
 #include "dialogs/frmSimpleSave.h"
 #include "guide/frmHelp.h"
 #include "ideas/frmSamples.h"
+#include "options/frmMailServer.h"
 #include "options/frmOptions.h"
+#include "output/mail/frmMailPassword.h"
 #include "support/ShellCheck.h"
 #include "support/TestPictures.h"
 #include "support/TextCheck.h"
@@ -57,6 +59,8 @@ TEST_F(VisibleTexts, OfTheWindowsComeFromTheLanguageFile) {
     look(*std::make_unique<frmSplash>(context));
     look(*std::make_unique<frmLauncher>(context));
     look(*std::make_unique<frmOptions>(context, nullptr, "/nonexistent"));
+    look(*std::make_unique<frmMailServer>(context, MailServer(), QString(), QString(), nullptr));
+    look(*std::make_unique<frmMailPassword>(context, MailServer(), nullptr));
     look(*std::make_unique<frmSimpleOpen>(context, "frmSimpleOpen", nullptr));
     look(*std::make_unique<frmSimpleSave>(context, "frmSimpleSave", nullptr));
     look(*std::make_unique<frmPrompt>(context, PromptKind::Recover, nullptr, test::photoLike(40, 30)));

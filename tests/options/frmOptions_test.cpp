@@ -145,12 +145,29 @@ TEST_F(Options, EverythingIsWrittenInItsOrderAndTheWelcomeNever) {
     show();
     pressOK();
     const QString documents = GetSpecialFolderPath(5);
-    EXPECT_EQ(written(),
-              (QStringList{"SFX/Advanced=0", "Slideshow/Delay=30", "Resize/Advanced=0", "Scan/Autoscan=0",
-                           "Scanner/Device=-1", "Grid/Value=1", "E-mail/Value=0", "Popart/Level=1", "Dialogs/Style=1",
-                           "Sender/Address=you@example.com", "Printer/Device=", "Printer/Timer=1", "Printer/Timed=1",
-                           "Tips/Crop=1", "Working Directory/Path=" + documents + "/My Photos", "MyDocs/Value=1",
-                           "Print Button/Value=0", "Scanner Button/Value=0"}));
+    EXPECT_EQ(written(), (QStringList{"SFX/Advanced=0",
+                                      "Slideshow/Delay=30",
+                                      "Resize/Advanced=0",
+                                      "Scan/Autoscan=0",
+                                      "Scanner/Device=-1",
+                                      "Grid/Value=1",
+                                      "E-mail/Value=0",
+                                      "E-mail/Size=1",
+                                      "Popart/Level=1",
+                                      "Dialogs/Style=1",
+                                      "Sender/Address=you@example.com",
+                                      "Printer/Device=",
+                                      "Printer/Timer=1",
+                                      "Printer/Timed=1",
+                                      "Tips/Crop=1",
+                                      "Working Directory/Path=" + documents + "/My Photos",
+                                      "MyDocs/Value=1",
+                                      "Print Button/Value=0",
+                                      "Scanner Button/Value=0",
+                                      "Mail Server/Server=",
+                                      "Mail Server/Port=587",
+                                      "Mail Server/Security=1",
+                                      "Mail Server/User="}));
 }
 
 TEST_F(Options, SavingSwitchesTheCropTipOnAndKeepsWhatIsNotItsOwn) {

@@ -64,6 +64,29 @@ TEST_F(LoadSettingsTest, EveryFieldComesFromItsOwnSetting) {
     });
 }
 
+TEST_F(LoadSettingsTest, TheMailServerIsOneThatCanBe) {
+    const struct {
+        const char *file;
+        MailServer server;
+        MailSize size;
+    } cases[] = {
+        {"", {}, MailSize::Medium},
+        {"[Mail Server]\nServer= smtp.school.example \nPort=465\nSecurity=2\nUser=anna\n[E-mail]\nSize=0",
+         {"smtp.school.example", 465, MailSecurity::Tls, "anna"},
+         MailSize::Small},
+        {"[Mail Server]\nPort=25\nSecurity=0\n[E-mail]\nSize=2", {"", 25, MailSecurity::None, ""}, MailSize::AsItIs},
+        {"[Mail Server]\nPort=0\nSecurity=3\n[E-mail]\nSize=huge", {}, MailSize::Medium},
+        {"[Mail Server]\nPort=65536\nSecurity=none", {}, MailSize::Medium}, // never unencrypted by mistake
+        {"[Mail Server]\nPort=mail\nSecurity=", {}, MailSize::Medium},
+    };
+    for (const auto &one : cases) {
+        put(one.file);
+        LoadSettingsFromINIFile(context);
+        EXPECT_EQ(context.fields.mailServer, one.server) << one.file;
+        EXPECT_EQ(context.fields.mailSize, one.size) << one.file;
+    }
+}
+
 TEST_F(LoadSettingsTest, WithoutAFileTheProgramIsAsNew) {
     LoadSettingsFromINIFile(context);
     const MainFields &fields = context.fields;

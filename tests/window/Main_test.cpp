@@ -9,6 +9,7 @@
 #include "widgets/CommandBar.h"
 #include "widgets/FloatingToolbar.h"
 #include "widgets/PictureButton.h"
+#include "widgets/ProgressPanel.h"
 #include "widgets/StatusLine.h"
 
 #include <QAbstractSpinBox>
@@ -128,6 +129,23 @@ TEST_F(Main, TheEMailButtonShowsWhereTheSettingSaysSo) {
     }
 }
 
+TEST_F(Main, WithoutAPhotoTheEMailButtonDoesNothing) {
+    test::writeSetting(context, "E-mail", "Value", "1");
+    frmMain window(context);
+    window.show();
+    window.view()->show();
+    button(window, "cmdTool8")->click();
+    auto *bar = window.findChild<FloatingToolbar *>("FT3");
+    const bool shown = bar->isVisible();
+    auto *toolbar = window.findChild<CommandBar *>("Toolbar1");
+    EXPECT_FALSE(enabled(window, "keyEmail"));
+    Q_EMIT toolbar->buttonClicked("keyEmail");
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_EQ(bar->isVisible(), shown) << "floating bars stay as they were";
+    open(window);
+    EXPECT_TRUE(enabled(window, "keyEmail"));
+}
+
 TEST_F(Main, FitShowsTheWholePhotoWhateverItsShape) {
     frmMain window(context);
     window.setStartupPhotoPath("/no/such/photo.jpg");
@@ -173,6 +191,18 @@ TEST_F(Main, AMessageIsShownUntilTheNextAction) {
     EXPECT_FALSE(line->message().isEmpty());
     QTest::mouseClick(window.view()->viewport(), Qt::LeftButton);
     EXPECT_EQ(line->message(), QString());
+}
+
+TEST_F(Main, AProgressOfAHundredHidesThePanel) {
+    frmMain window(context);
+    window.show();
+    auto *panel = window.findChild<ProgressPanel *>("pnlProgress");
+    panel->begin(true);
+    const std::pair<int, bool> reports[] = {{-1, true}, {0, true}, {99, true}, {100, false}, {40, true}, {101, false}};
+    for (const auto &[percent, shown] : reports) {
+        Q_EMIT context.tasks.progressed(percent);
+        EXPECT_EQ(panel->isVisible(), shown) << percent;
+    }
 }
 
 TEST_F(Main, ADroppedPictureOpens) {
