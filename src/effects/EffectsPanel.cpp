@@ -114,10 +114,11 @@ void EffectsPanel::showLive() {
         return;
     }
     const bool lasso = m_ctx.flags.SelectionActive() && m_ctx.flags.SelectionKind() == PhotoSelection::Shape::Lasso;
-    m_live.show(
-        {.operation = [effect, lasso, values](int factor) { return operationOf(*effect, !lasso, values, factor); },
-         .wholePhoto = effect->wholePhoto,
-         .atFullSize = effect->looksAtNeighbours});
+    const double unit = effectUnit(m_ctx.photo.picCanvas().size());
+    m_live.show({.operation = [effect, lasso, values,
+                               unit](int factor) { return operationOf(*effect, !lasso, values, unit / factor); },
+                 .wholePhoto = effect->wholePhoto,
+                 .coarsest = effect->looksAtNeighbours ? unit : 16});
 }
 
 } // namespace lumora

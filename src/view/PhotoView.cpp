@@ -119,8 +119,8 @@ QRect PhotoView::visiblePart() const {
     return inPicture.toAlignedRect().intersected(m_document.picCanvas().rect());
 }
 
-MipLevels::Level PhotoView::visibleLevel() {
-    return m_levels.forScale(m_document.picCanvas(), m_scale);
+MipLevels::Level PhotoView::visibleLevel(double coarsest) {
+    return m_levels.forScale(m_document.picCanvas(), m_scale, coarsest);
 }
 
 void PhotoView::showPreview(const QImage &picture, const QRect &part) {

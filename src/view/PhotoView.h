@@ -50,10 +50,10 @@ class PhotoView : public QAbstractScrollArea {
     /// Sets the zoom in percent so that the picture stays where it is under that point of the view.
     void zoomAbout(QPointF viewPoint, int percent);
 
-    /// The photo's pixels that are in view, cut to the photo, and the picture (the photo or a reduced copy of it) that
-    /// the view paints them from.
+    /// The photo's pixels that are in view, cut to the photo, and the picture (the photo or a copy of it, reduced to
+    /// 1/coarsest at most) that the view paints them from.
     QRect visiblePart() const;
-    MipLevels::Level visibleLevel();
+    MipLevels::Level visibleLevel(double coarsest = 16);
     /// Paints `picture` in place of the photo's pixels in `part` (picture pixels; what of it is outside the photo is
     /// not painted), stretched to it just as the photo is, until cleared or until the photo itself changes. What a tool
     /// shows of a change that has not been made. A null picture or an empty part clears.

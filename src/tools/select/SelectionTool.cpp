@@ -55,9 +55,10 @@ bool SelectionTool::open(const QString &key) {
 }
 
 void SelectionTool::press(const PointerEvent &at) {
-    if (!m_ctx.flags.SelectionActive() || m_document.picCanvas().isNull()) {
+    if (m_document.picCanvas().isNull()) {
         return;
     }
+    m_ctx.flags.startSelection(m_ctx.flags.SelectionKind()); // an effect may have dropped the selection
     m_mouse.clearMarked();
     m_pressed = true;
     m_pressedAt = at.view;
