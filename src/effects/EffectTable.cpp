@@ -64,6 +64,11 @@ Operation tracing(const Values & /*none*/, double unit) {
     return {applyConvolution, {{1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, unit}};
 }
 
+/// The colour was chosen, so it is drawn beside holes too.
+Operation perspectiveOnColour(const Values &v, double /*unit*/) {
+    return {applyPerspective, {v[0], v[1], v[2], v[3]}};
+}
+
 template <typename Box> EffectBox *makeBox(const Effect &effect, QWidget *parent) {
     return new Box(effect, parent);
 }
@@ -138,11 +143,12 @@ const std::vector<Effect> &rows() {
          .sentence = "lblColourEmboss",
          .looksAtNeighbours = true},
         {.group = Special, .number = 11, .name = "SFX11", .icon = "tool10",
-         .operation = [](const Values &v, double) -> Operation { return {applyPerspective, {v[0], v[1], v[2], v[3]}}; },
+         .operation = [](const Values &v, double) -> Operation { return {applyPerspective, {v[0], v[1], v[2], v[3], true}}; },
          .basic = {-30, 255, 255, 255},
          .advanced = {-30, 255, 255, 255},
          .makeBox = makeBox<PerspectiveBox>,
          .panelCaption = "Prespective",
+         .advancedOperation = perspectiveOnColour,
          .wholePhoto = true,
          .basicOutline = OutlineHidden::After,
          .advancedOutline = OutlineHidden::Before},

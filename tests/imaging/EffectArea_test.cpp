@@ -398,7 +398,12 @@ const std::vector<AreaEffect> &wholeEffects() {
                           {applyPerspective, {asked[0], asked[1], asked[2], asked[3]}},
                           [=](const QImage &p) { return inPerspectiveSlowly(p, angle, background); }};
     };
+    const AreaEffect besideHoles = {"perspective", {applyPerspective, {20, 255, 255, 255, true}}, [](const QImage &p) {
+                                        return inPerspectiveSlowly(p, 20,
+                                                                   p.hasAlphaChannel() ? 0 : qRgb(255, 255, 255));
+                                    }};
     static const std::vector<AreaEffect> effects = {
+        besideHoles,
         perspective({-30, 255, 255, 255}, -30, qRgb(255, 255, 255)),
         perspective({0, 9, 8, 7}, 0, qRgb(9, 8, 7)),
         perspective({INT_MAX, INT_MAX, 40, INT_MIN}, 60, qRgb(255, 40, 0)),
