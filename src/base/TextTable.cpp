@@ -88,6 +88,7 @@ constexpr TextRow textRows[] = {
     {"frmMain", "Rotation2", "Flip Vertical", "FT2", "itemText:keyRotate2"},
     {"frmMain", "Rotation3", "Rotate Clockwise", "FT2", "itemText:keyRotate3"},
     {"frmMain", "Rotation4", "Free Rotation", "FT2", "itemText:keyRotate4"},
+    {"frmMain", "Rotation5", "Mirror", "FT2", "itemText:keyRotate5"},
     {"frmMain", "BasicEffects1", "Black && White", "FT3", "itemText:keyBW"},
     {"frmMain", "BasicEffects2", "Greyscale", "FT3", "itemText:keyGS"},
     {"frmMain", "BasicEffects3", "Sepia", "FT3", "itemText:keySepia"},

@@ -20,7 +20,8 @@ class SelectionTool : public EditorTool, public CanvasTool {
 
     void end() override { cancel(); }
     /// Starts a selection of the shape in SelectionKind and sets SelectionActive, which an effect clears when it has
-    /// changed what was marked; clears the previous selection. A click without a drag selects nothing.
+    /// changed what was marked; clears the previous selection. A click without a drag selects
+    /// nothing; a drag with Shift makes a square or a circle.
     void press(const PointerEvent &at) override;
     void move(const PointerEvent &at) override;
     void release(const PointerEvent &at) override;
