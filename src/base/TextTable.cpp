@@ -177,6 +177,8 @@ constexpr TextRow textRows[] = {
     {"frmMain", "Frame6", "Leaves", "FT5", "itemText:keyFrame6"},
     {"frmMain", "Frame7", "Instant Photo", "FT5", "itemText:keyFrame7"},
     {"frmMain", "Frame8", "Comic Burst", "FT5", "itemText:keyFrame8"},
+    {"frmMain", "CompareButton", "Before", "-", ""},
+    {"frmMain", "CompareTip", "Hold to see the photo as it was (B)", "-", ""},
     {"frmMain", "CropHint", "Drag the frame, or its dots.", "-", ""},
     {"frmMain", "CutOutHint", "Draw a line all the way round something.", "-", ""},
     {"frmMain", "CropShapeFree", "Any shape", "optCropFree", "text"},

@@ -20,6 +20,7 @@ constexpr int stylePictureSide = 96; // pixels of the photo in a box, its longer
 EffectsPanel::EffectsPanel(AppContext &ctx, SpecialEffects &effects, PhotoView &view, QWidget *window)
     : SlidingPanel("panelSFX", "cmdpnlSFXExit", window), m_ctx(ctx), m_effects(effects), m_live(ctx, view) {
     titleLabel()->setObjectName("LN1");
+    addCompareButton();
     auto *row = new QHBoxLayout;
     row->setSpacing(16);
     for (const Effect &effect : ::lumora::effects(EffectGroup::Special)) {
