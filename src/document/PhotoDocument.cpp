@@ -192,9 +192,7 @@ bool PhotoDocument::changePhoto(const QImage &next, ChangeSteps steps) {
         return false;
     }
     m_thumb = m_canvas;
-    if (steps.dummyPicture) {
-        CreateDummyPicture();
-    }
+    CreateDummyPicture();
     if (resized) {
         m_selection.hide();
         what |= PhotoChange::Size | PhotoChange::Selection;

@@ -82,7 +82,6 @@ class PhotoDocument : public QObject {
     /// Which of the usual steps follow a change.
     struct ChangeSteps {
         bool recordUndo = true;
-        bool dummyPicture = true;
         bool modified = true;
     };
     /// The way in which tools change the photo: records the undo point, replaces the picture, refreshes the copies,

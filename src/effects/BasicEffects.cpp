@@ -10,7 +10,7 @@ EffectOutcome BasicEffects::apply(const QString &key) {
     if (effect == nullptr || m_ctx.photo.picCanvas().isNull()) {
         return EffectOutcome::Nothing;
     }
-    return m_flow.apply(operationOf(*effect, false, effect->basic));
+    return m_flow.apply(operationOf(*effect, false, effect->basic, effectUnit(m_ctx.photo.picCanvas().size())));
 }
 
 } // namespace lumora

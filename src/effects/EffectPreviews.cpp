@@ -11,6 +11,7 @@ namespace lumora {
 namespace {
 
 constexpr int longerSide = 240; // pixels of picSFX: tiles and brushes of ten pixels still show the photo
+constexpr int detailSide = 155; // for effects on single pixels, which show as much then as on the photo
 
 /// A picture made smaller to fit a square of that many pixels.
 QImage fitted(const QImage &picture, int side) {
@@ -18,17 +19,17 @@ QImage fitted(const QImage &picture, int side) {
     return scaled(picture, size.width(), size.height());
 }
 
-/// The picture with the effect applied, for the item of that key; the icon stays when the engine fails. `small`: the
-/// picture is reduced before the effect, for effects on single pixels, else after it.
+/// The picture with the effect applied, for the item of that key; the icon stays when the engine fails. `detail`:
+/// the effect is one on single pixels.
 void makePicture(FloatingToolbar *bar, const QString &key, const QImage &source, const Operation &operation,
-                 bool small) {
+                 bool detail) {
     const PictureButton *item = bar->item(key);
     if (item == nullptr) {
         return;
     }
     const int side = qRound(item->pictureSize().width() * item->devicePixelRatioF());
     EffectEngine engine;
-    engine.setPicture(small ? fitted(source, side) : source);
+    engine.setPicture(detail ? fitted(source, detailSide) : source);
     if (engine.apply(operation, false)) {
         bar->setItemPicture(key, QPixmap::fromImage(fitted(engine.picture(), side)));
     }
@@ -69,7 +70,8 @@ void EffectPreviews::SetupFoto4FX() {
 void EffectPreviews::add(EffectGroup group, FloatingToolbar *bar) {
     for (const Effect &effect : effects(group)) {
         m_jobs.push_back([this, &effect, bar] {
-            makePicture(bar, effect.key(), picSFX, operationOf(effect, false, effect.basic), effect.looksAtNeighbours);
+            makePicture(bar, effect.key(), picSFX, operationOf(effect, false, effect.basic, 1),
+                        effect.looksAtNeighbours);
         });
     }
 }

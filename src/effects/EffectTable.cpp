@@ -49,21 +49,24 @@ QImage picTexture(int factor) {
     return factor > 1 ? boxReduced(picture, factor) : picture;
 }
 
-Operation texture(const Values &fade, int factor) {
-    return [fade = fade[0], factor](const QImage &photo, PixelRect area) {
-        const QImage picture = picTexture(factor);
+Operation texture(const Values &fade, double /*unit*/) {
+    return [fade = fade[0]](const QImage &photo, PixelRect area) {
+        const QImage picture = picTexture(1);
         return Operation(applyTexture, {readView(picture), fade})(photo, area);
     };
 }
 
-Operation tile(const Values &count, int /*factor*/) {
-    return [across = count[0], down = count[1]](const QImage &photo, PixelRect area) {
-        return Operation(applyTile, {photo.width() / across, photo.height() / down})(photo, area);
-    };
+Operation tile(const Values &count, double unit) {
+    return {applyTile, {count[0], count[1], unit}};
 }
 
-Operation tracing(const Values & /*none*/, int /*factor*/) {
-    return {applyConvolution, {{1, 1, 1, 1, -7, 1, 1, 1, 1}}};
+Operation tracing(const Values & /*none*/, double unit) {
+    return {applyConvolution, {{1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, unit}};
+}
+
+/// The colour was chosen, so it is drawn beside holes too.
+Operation perspectiveOnColour(const Values &v, double /*unit*/) {
+    return {applyPerspective, {v[0], v[1], v[2], v[3]}};
 }
 
 template <typename Box> EffectBox *makeBox(const Effect &effect, QWidget *parent) {
@@ -75,51 +78,48 @@ const std::vector<Effect> &rows() {
     // clang-format off
     static const std::vector<Effect> table = {
         {.group = Basic, .number = 1, .name = "BW", .icon = "tool8",
-         .operation = [](const Values &v, int) -> Operation { return {applyBlackAndWhite, {v[0]}}; },
+         .operation = [](const Values &v, double) -> Operation { return {applyBlackAndWhite, {v[0]}}; },
          .basic = {127}},
         {.group = Basic, .number = 2, .name = "GS", .icon = "tool8",
-         .operation = [](const Values &, int) -> Operation { return {applyGreyscale, {}}; }},
+         .operation = [](const Values &, double) -> Operation { return {applyGreyscale, {}}; }},
         {.group = Basic, .number = 3, .name = "Sepia", .icon = "tool8",
-         .operation = [](const Values &, int) -> Operation { return {applySepia, {}}; }},
+         .operation = [](const Values &, double) -> Operation { return {applySepia, {}}; }},
         {.group = Basic, .number = 4, .name = "Invert", .icon = "tool8",
-         .operation = [](const Values &, int) -> Operation { return {applyInvert, {}}; }},
+         .operation = [](const Values &, double) -> Operation { return {applyInvert, {}}; }},
         {.group = Special, .number = 1, .name = "SFX1", .icon = "tool10",
-         .operation = [](const Values &v, int) -> Operation { return {applySolarise, {v[0], v[1], v[2]}}; },
+         .operation = [](const Values &v, double) -> Operation { return {applySolarise, {v[0], v[1], v[2]}}; },
          .basic = {180, 180, 180},
          .advanced = {127, 127, 127},
          .sliders = {{"sldSFX1_1", "lblSolarR", 0, 255},
                      {"sldSFX1_2", "lblSolarG", 0, 255},
                      {"sldSFX1_3", "lblSolarB", 0, 255}}},
         {.group = Special, .number = 2, .name = "SFX2", .icon = "tool10",
-         .operation = [](const Values &v, int) -> Operation { return {applyColourise, {v[0], v[1], v[2]}}; },
+         .operation = [](const Values &v, double) -> Operation { return {applyColourise, {v[0], v[1], v[2]}}; },
          .basic = {255, 0, 0},
          .advanced = {127, 127, 127},
          .sliders = {{"sldSFX2_1", "lblColouriseRed", 0, 255},
                      {"sldSFX2_2", "lblColouriseGreen", 0, 255},
                      {"sldSFX2_3", "lblColouriseBlue", 0, 255}}},
         {.group = Special, .number = 3, .name = "SFX3", .icon = "tool10",
-         .operation = [](const Values &, int) -> Operation { return {applyHighPassSharpen, {}}; },
+         .operation = [](const Values &, double unit) -> Operation { return {applyHighPassSharpen, {0, unit}}; },
          .sentence = "lblSharpen",
-         .advancedOperation = [](const Values &, int) -> Operation { return {applySharpen, {}}; },
+         .advancedOperation = [](const Values &, double unit) -> Operation { return {applySharpen, {unit}}; },
          .looksAtNeighbours = true},
         {.group = Special, .number = 4, .name = "SFX4", .icon = "tool10",
-         .operation = [](const Values &v, int) -> Operation { return {applyMosaic, {v[0], v[1]}}; },
+         .operation = [](const Values &v, double unit) -> Operation { return {applyMosaic, {v[0] * unit, v[1] * unit}}; },
          .basic = {10, 10},
          .advanced = {15, 15},
-         .sliders = {{"sldSFX4_1", "lblMosaicWidth", 1, 100}, {"sldSFX4_2", "lblMosaicHeight", 1, 100}},
-         .valuesAreLengths = true},
+         .sliders = {{"sldSFX4_1", "lblMosaicWidth", 1, 100}, {"sldSFX4_2", "lblMosaicHeight", 1, 100}}},
         {.group = Special, .number = 5, .name = "SFX5", .icon = "tool10",
-         .operation = [](const Values &v, int) -> Operation { return {applyOilPainting, {v[0]}}; },
+         .operation = [](const Values &v, double unit) -> Operation { return {applyOilPainting, {qRound(v[0] * unit)}}; },
          .basic = {6},
          .advanced = {3},
-         .sliders = {{"sldSFX5", "lblOil", 1, 30}},
-         .valuesAreLengths = true},
+         .sliders = {{"sldSFX5", "lblOil", 1, 30}}},
         {.group = Special, .number = 6, .name = "SFX6", .icon = "tool10",
-         .operation = [](const Values &v, int) -> Operation { return {applyBlur, {v[0]}}; },
+         .operation = [](const Values &v, double unit) -> Operation { return {applyBlur, {v[0] * unit}}; },
          .basic = {6},
          .advanced = {5},
-         .sliders = {{"sldSFX6_1", "lblBlur", 1, 100}},
-         .valuesAreLengths = true},
+         .sliders = {{"sldSFX6_1", "lblBlur", 1, 100}}},
         {.group = Special, .number = 7, .name = "SFX7", .icon = "tool10",
          .operation = texture,
          .basic = {0},
@@ -132,10 +132,10 @@ const std::vector<Effect> &rows() {
          .sliders = {{"sldSFX8_1", "lblTilesAcross", 1, 50}, {"sldSFX8_2", "lblTilesDown", 1, 50}},
          .noZeros = true,
          .wholePhoto = true,
-         .basicSteps = {OutlineHidden::OnlyInvisibleAfter},
-         .advancedSteps = {OutlineHidden::Before, true}},
+         .basicOutline = OutlineHidden::OnlyInvisibleAfter,
+         .advancedOutline = OutlineHidden::Before},
         {.group = Special, .number = 9, .name = "SFX9", .icon = "tool10",
-         .operation = [](const Values &, int) -> Operation { return {applyColourEmboss, {}}; },
+         .operation = [](const Values &, double unit) -> Operation { return {applyColourEmboss, {1, unit}}; },
          .sentence = "lbl3x3", // "No settings" is shown here, not in the box of the 3 x 3 kernel
          .looksAtNeighbours = true},
         {.group = Special, .number = 10, .name = "SFX10", .icon = "tool10",
@@ -143,30 +143,31 @@ const std::vector<Effect> &rows() {
          .sentence = "lblColourEmboss",
          .looksAtNeighbours = true},
         {.group = Special, .number = 11, .name = "SFX11", .icon = "tool10",
-         .operation = [](const Values &v, int) -> Operation { return {applyPerspective, {v[0], v[1], v[2], v[3]}}; },
+         .operation = [](const Values &v, double) -> Operation { return {applyPerspective, {v[0], v[1], v[2], v[3], true}}; },
          .basic = {-30, 255, 255, 255},
          .advanced = {-30, 255, 255, 255},
          .makeBox = makeBox<PerspectiveBox>,
          .panelCaption = "Prespective",
+         .advancedOperation = perspectiveOnColour,
          .wholePhoto = true,
-         .basicSteps = {OutlineHidden::After},
-         .advancedSteps = {OutlineHidden::Before}},
+         .basicOutline = OutlineHidden::After,
+         .advancedOutline = OutlineHidden::Before},
         {.group = Special, .number = 12, .name = "SFX12", .icon = "tool10",
-         .operation = [](const Values &v, int) -> Operation { return {applyReflection, {v[0]}}; },
+         .operation = [](const Values &v, double) -> Operation { return {applyReflection, {v[0]}}; },
          .basic = {1},
          .advanced = {1},
          .makeBox = makeBox<ReflectionBox>,
          .wholePhoto = true,
-         .basicSteps = {OutlineHidden::After},
-         .advancedSteps = {OutlineHidden::After}},
+         .basicOutline = OutlineHidden::After,
+         .advancedOutline = OutlineHidden::After},
         {.group = Adjustment, .number = 1, .name = "Brightness", .icon = "brightness",
-         .operation = [](const Values &v, int) -> Operation { return {applyBrightness, {v[0]}}; },
+         .operation = [](const Values &v, double) -> Operation { return {applyBrightness, {v[0]}}; },
          .basic = {50}},
         {.group = Adjustment, .number = 2, .name = "Contrast", .icon = "contrast",
-         .operation = [](const Values &v, int) -> Operation { return {applyContrast, {v[0]}}; },
+         .operation = [](const Values &v, double) -> Operation { return {applyContrast, {v[0]}}; },
          .basic = {50}},
         {.group = Adjustment, .number = 3, .name = "Saturation", .icon = "saturation",
-         .operation = [](const Values &v, int) -> Operation { return {applySaturation, {v[0]}}; },
+         .operation = [](const Values &v, double) -> Operation { return {applySaturation, {v[0]}}; },
          .basic = {50}},
     };
     // clang-format on
@@ -192,17 +193,14 @@ const Effect *findEffect(EffectGroup group, const QString &key) {
     return row == all.end() ? nullptr : &*row;
 }
 
-Operation operationOf(const Effect &effect, bool advanced, const EffectValues &values, int factor) {
-    const bool other = advanced && effect.advancedOperation != nullptr;
-    return (other ? effect.advancedOperation : effect.operation)(valuesAtScale(effect, values, factor), factor);
+double effectUnit(const QSize &photo) {
+    constexpr double reference = 500; // pixels
+    return std::max(1.0, std::max(photo.width(), photo.height()) / reference);
 }
 
-EffectValues valuesAtScale(const Effect &effect, const EffectValues &values, int factor) {
-    EffectValues scaled = values;
-    if (effect.valuesAreLengths) {
-        std::ranges::for_each(scaled, [factor](int &value) { value = qRound(double(value) / factor); });
-    }
-    return scaled;
+Operation operationOf(const Effect &effect, bool advanced, const EffectValues &values, double unit) {
+    const bool other = advanced && effect.advancedOperation != nullptr;
+    return (other ? effect.advancedOperation : effect.operation)(values, unit);
 }
 
 bool canRun(const Effect &effect, const EffectValues &values) {

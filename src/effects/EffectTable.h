@@ -4,6 +4,7 @@
 
 #include "imaging/Operation.h"
 
+#include <QSize>
 #include <QString>
 #include <span>
 #include <vector>
@@ -24,12 +25,6 @@ enum class EffectGroup { Basic, Special, Adjustment };
 /// When an effect of the whole photo hides the outline of the selection.
 enum class OutlineHidden { Before, After, OnlyInvisibleAfter };
 
-/// What else follows from an effect of the whole photo.
-struct WholePhotoSteps {
-    OutlineHidden outline = OutlineHidden::After;
-    bool dummyPicture = false; ///< the reduced copies are made again
-};
-
 /// One slider of a settings box, for one value.
 struct EffectSlider {
     const char *name;  ///< object name
@@ -41,8 +36,8 @@ struct EffectSlider {
 
 /// One effect. Adding one is adding a row in EffectTable.cpp.
 struct Effect {
-    /// The operation for a photo at 1/factor (1, 2, 4, 8 or 16) of its size.
-    using Make = Operation (*)(const EffectValues &values, int factor);
+    /// The operation on a picture whose unit of length is so many pixels: see effectUnit.
+    using Make = Operation (*)(const EffectValues &values, double unit);
 
     EffectGroup group;
     int number;       ///< within its group, from 1
@@ -58,12 +53,11 @@ struct Effect {
     const char *panelCaption = nullptr;                                     ///< English, where it differs on the panel
     Make advancedOperation = nullptr; ///< where the settings box applies another operation; not through a lasso
 
-    bool valuesAreLengths = false;  ///< pixels of the photo: a reduced photo takes smaller ones
-    bool looksAtNeighbours = false; ///< its effect on single pixels is visible only at full size
+    bool looksAtNeighbours = false; ///< its effect on single units is not visible on a picture of coarser pixels
     bool noZeros = false;           ///< a value of 0 cancels it before it starts
     bool wholePhoto = false;        ///< always changes the whole photo and only hides the selection
-    WholePhotoSteps basicSteps = {};
-    WholePhotoSteps advancedSteps = {};
+    OutlineHidden basicOutline = OutlineHidden::After; ///< of an effect of the whole photo
+    OutlineHidden advancedOutline = OutlineHidden::After;
 
     QString key() const { return QStringLiteral("key") + QLatin1StringView(name); }
 };
@@ -74,11 +68,12 @@ std::span<const Effect> effects(EffectGroup group);
 const Effect *findEffect(EffectGroup group, int number);
 const Effect *findEffect(EffectGroup group, const QString &key);
 
-/// What the effect runs on a photo at 1/factor of its size, with values for the photo at full size. `advanced`: the
-/// operation of its settings box.
-Operation operationOf(const Effect &effect, bool advanced, const EffectValues &values, int factor = 1);
-/// The values for a photo at 1/factor of its size.
-EffectValues valuesAtScale(const Effect &effect, const EffectValues &values, int factor);
+/// The unit of length of effects on a picture of that size, in pixels: 1 up to a longer side of 500 pixels, and
+/// growing with it. So an effect changes a photo of any size, seen as a whole on the screen, as much as its icon shows. For a part or a reduced copy of a photo the unit is that of the whole photo, divided by the reduction.
+double effectUnit(const QSize &photo);
+
+/// What the effect runs on a picture with such a unit. `advanced`: the operation of its settings box.
+Operation operationOf(const Effect &effect, bool advanced, const EffectValues &values, double unit);
 /// False when the values cancel the effect before it starts: no tile across or down.
 bool canRun(const Effect &effect, const EffectValues &values);
 

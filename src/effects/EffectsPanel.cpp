@@ -20,6 +20,7 @@ constexpr int stylePictureSide = 96; // pixels of the photo in a box, its longer
 EffectsPanel::EffectsPanel(AppContext &ctx, SpecialEffects &effects, PhotoView &view, QWidget *window)
     : SlidingPanel("panelSFX", "cmdpnlSFXExit", window), m_ctx(ctx), m_effects(effects), m_live(ctx, view) {
     titleLabel()->setObjectName("LN1");
+    addCompareButton();
     auto *row = new QHBoxLayout;
     row->setSpacing(16);
     for (const Effect &effect : ::lumora::effects(EffectGroup::Special)) {
@@ -114,10 +115,11 @@ void EffectsPanel::showLive() {
         return;
     }
     const bool lasso = m_ctx.flags.SelectionActive() && m_ctx.flags.SelectionKind() == PhotoSelection::Shape::Lasso;
-    m_live.show(
-        {.operation = [effect, lasso, values](int factor) { return operationOf(*effect, !lasso, values, factor); },
-         .wholePhoto = effect->wholePhoto,
-         .atFullSize = effect->looksAtNeighbours});
+    const double unit = effectUnit(m_ctx.photo.picCanvas().size());
+    m_live.show({.operation = [effect, lasso, values,
+                               unit](int factor) { return operationOf(*effect, !lasso, values, unit / factor); },
+                 .wholePhoto = effect->wholePhoto,
+                 .coarsest = effect->looksAtNeighbours ? unit : 16});
 }
 
 } // namespace lumora

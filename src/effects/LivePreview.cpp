@@ -109,14 +109,10 @@ std::optional<LivePreview::Job> LivePreview::makeJob() const {
         return std::nullopt;
     }
     const MipLevels::Level level = m_view.visibleLevel();
-    Job job{*m_operation, level.picture, level.factor, level.factor, {}, limited, m_ctx.photo.selection()};
-    if (m_operation->atFullSize) {
-        job.picture = m_ctx.photo.picCanvas();
-        job.factor = 1;
-    }
-    // Whole pixels of the level that the view paints from, also when the photo itself is computed.
-    const QRect shown = reduced(visible, job.shownFactor);
-    job.part = (job.factor == job.shownFactor ? shown : enlarged(shown, job.shownFactor)) & job.picture.rect();
+    const MipLevels::Level worked = m_view.visibleLevel(m_operation->coarsest);
+    Job job{*m_operation, worked.picture, worked.factor, level.factor, {}, limited, m_ctx.photo.selection()};
+    // Whole pixels of the level that the view paints from, also where a larger one is worked on.
+    job.part = enlarged(reduced(visible, job.shownFactor), job.shownFactor / job.factor) & job.picture.rect();
     if (limited && regionOn(job.marked, job.factor, job.part).isEmpty()) {
         return std::nullopt;
     }
@@ -158,7 +154,7 @@ QImage LivePreview::compute(const Job &job) {
             pasteThrough(marked, picture, regionOn(job.marked, job.factor, part), 0, 0, 100);
             picture = marked;
         }
-        return job.factor == job.shownFactor ? picture : boxReduced(picture, job.shownFactor);
+        return job.factor == job.shownFactor ? picture : boxReduced(picture, job.shownFactor / job.factor);
     } catch (const std::bad_alloc &) {
         return {};
     }

@@ -20,7 +20,7 @@ struct LiveOperation {
     /// captures everything it needs by value.
     std::function<Operation(int factor)> operation;
     bool wholePhoto = false; ///< ignores the selection and moves pixels over the whole photo
-    bool atFullSize = false; ///< computed at full size only; the result is reduced
+    double coarsest = 16;    ///< up to which reduction of the photo it is computed; the result is reduced further
 };
 
 class LivePreview : public QObject {

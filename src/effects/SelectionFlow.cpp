@@ -26,7 +26,7 @@ EffectOutcome SelectionFlow::apply(const Operation &operation, const Operation &
         return EffectOutcome::Nothing;
     }
     if (!m_ctx.flags.SelectionActive()) {
-        return applyToWholePhoto(operation, true);
+        return applyToWholePhoto(operation);
     }
     const EffectOutcome outcome = applyToMarked(operation, throughLasso);
     if (outcome != EffectOutcome::NoRegion && outcome != EffectOutcome::Stopped) {
@@ -51,7 +51,7 @@ EffectOutcome SelectionFlow::applyToMarked(const Operation &operation, const Ope
     const auto setRegion = kind == Shape::Rectangle ? &EffectEngine::setRectangularRegion //
                                                     : &EffectEngine::setEllipticalRegion;
     (m_engine.*setRegion)(bounds.SelLeft, bounds.SelTop, bounds.SelRight, bounds.SelBottom);
-    return change([&] { return m_engine.apply(operation, true) ? m_engine.picture() : QImage(); }, true);
+    return change([&] { return m_engine.apply(operation, true) ? m_engine.picture() : QImage(); });
 }
 
 EffectOutcome SelectionFlow::applyThroughLasso(const Operation &operation) {
@@ -67,8 +67,7 @@ EffectOutcome SelectionFlow::applyThroughLasso(const Operation &operation) {
     PhotoSelection selection = m_ctx.photo.selection();
     const Region &region = selection.region(photo.size());
     const EffectOutcome outcome = change(
-        [&] { return m_engine.apply(operation, true) ? pastedThrough(region, photo, m_engine.picture()) : QImage(); },
-        true);
+        [&] { return m_engine.apply(operation, true) ? pastedThrough(region, photo, m_engine.picture()) : QImage(); });
     if (outcome == EffectOutcome::Stopped) {
         return outcome;
     }
@@ -78,13 +77,13 @@ EffectOutcome SelectionFlow::applyThroughLasso(const Operation &operation) {
     return outcome;
 }
 
-EffectOutcome SelectionFlow::applyToWholePhoto(const Operation &operation, bool dummyPicture) {
+EffectOutcome SelectionFlow::applyToWholePhoto(const Operation &operation) {
     if (m_ctx.photo.picCanvas().isNull()) {
         return EffectOutcome::Nothing;
     }
     m_engine.setPicture(m_ctx.photo.picCanvas());
     m_engine.clearRegion();
-    return change([&] { return m_engine.apply(operation, false) ? m_engine.picture() : QImage(); }, dummyPicture);
+    return change([&] { return m_engine.apply(operation, false) ? m_engine.picture() : QImage(); });
 }
 
 void SelectionFlow::hideSelection() {
@@ -109,7 +108,7 @@ bool SelectionFlow::marksPixels() const {
     return shaped && readBounds(bounds) && !selection.region(m_ctx.photo.picCanvas().size()).isEmpty();
 }
 
-EffectOutcome SelectionFlow::change(const std::function<QImage()> &compute, bool dummyPicture) {
+EffectOutcome SelectionFlow::change(const std::function<QImage()> &compute) {
     QImage next;
     const bool isWhole = m_ctx.tasks.run(
         [&] {
@@ -122,17 +121,15 @@ EffectOutcome SelectionFlow::change(const std::function<QImage()> &compute, bool
         Stopping::Offered);
     m_engine.setPicture({}); // releases the buffer: the engine keeps no second copy of the photo
     DoEvents();
-    return isWhole ? take(next, dummyPicture) : EffectOutcome::Stopped;
+    return isWhole ? take(next) : EffectOutcome::Stopped;
 }
 
 /// A null picture means that the engine failed: the photo stays, and its signals are still emitted.
-EffectOutcome SelectionFlow::take(const QImage &next, bool dummyPicture) {
-    if (!next.isNull() && m_ctx.photo.changePhoto(next, {.dummyPicture = dummyPicture})) {
+EffectOutcome SelectionFlow::take(const QImage &next) {
+    if (!next.isNull() && m_ctx.photo.changePhoto(next)) {
         return EffectOutcome::Done;
     }
-    if (dummyPicture) {
-        m_ctx.photo.CreateDummyPicture();
-    }
+    m_ctx.photo.CreateDummyPicture();
     m_ctx.photo.setPhotoModified(true);
     return EffectOutcome::Refused;
 }

@@ -31,8 +31,8 @@ class SelectionFlow : public QObject {
     EffectOutcome apply(const Operation &operation, const Operation &throughLasso);
     /// The lasso case: pastes the changed photo through the outline. Does not change SelectionActive.
     EffectOutcome applyThroughLasso(const Operation &operation);
-    /// Changes the whole photo regardless of the selection. `dummyPicture`: whether the reduced copies are updated.
-    EffectOutcome applyToWholePhoto(const Operation &operation, bool dummyPicture);
+    /// Changes the whole photo regardless of the selection.
+    EffectOutcome applyToWholePhoto(const Operation &operation);
 
     /// Drawn value 0, the rectangle 0, 0, 0, 0, not visible.
     void hideSelection();
@@ -50,8 +50,8 @@ class SelectionFlow : public QObject {
     EffectOutcome applyToMarked(const Operation &operation, const Operation &throughLasso);
     bool readBounds(SelectionBounds &bounds) const;
     bool marksPixels() const;
-    EffectOutcome change(const std::function<QImage()> &compute, bool dummyPicture);
-    EffectOutcome take(const QImage &next, bool dummyPicture);
+    EffectOutcome change(const std::function<QImage()> &compute);
+    EffectOutcome take(const QImage &next);
 
     AppContext &m_ctx;
     EffectEngine m_engine;

@@ -35,29 +35,31 @@ EffectOutcome SpecialEffects::run(int n, bool advanced) {
     if (effect->wholePhoto) {
         return runOnWholePhoto(*effect, advanced, values);
     }
-    return m_flow.apply(operationOf(*effect, advanced, values), operationOf(*effect, false, values));
+    const double unit = effectUnit(m_ctx.photo.picCanvas().size());
+    return m_flow.apply(operationOf(*effect, advanced, values, unit), operationOf(*effect, false, values, unit));
 }
 
 EffectOutcome SpecialEffects::runOnWholePhoto(const Effect &effect, bool advanced, const EffectValues &values) {
     if (m_ctx.photo.picCanvas().isNull()) {
         return EffectOutcome::Nothing;
     }
-    const WholePhotoSteps &steps = advanced ? effect.advancedSteps : effect.basicSteps;
-    if (steps.outline == OutlineHidden::Before) {
+    const OutlineHidden outline = advanced ? effect.advancedOutline : effect.basicOutline;
+    if (outline == OutlineHidden::Before) {
         m_flow.hideSelection();
     }
     if (!canRun(effect, values)) {
         return EffectOutcome::Nothing;
     }
-    const EffectOutcome outcome = m_flow.applyToWholePhoto(operationOf(effect, advanced, values), steps.dummyPicture);
-    if (steps.outline == OutlineHidden::After) {
+    const double unit = effectUnit(m_ctx.photo.picCanvas().size());
+    const EffectOutcome done = m_flow.applyToWholePhoto(operationOf(effect, advanced, values, unit));
+    if (outline == OutlineHidden::After) {
         m_flow.hideSelection();
-    } else if (steps.outline == OutlineHidden::OnlyInvisibleAfter) {
+    } else if (outline == OutlineHidden::OnlyInvisibleAfter) {
         PhotoSelection selection = m_ctx.photo.selection();
         selection.setVisible(false);
         m_ctx.photo.setSelection(selection);
     }
-    return outcome;
+    return done;
 }
 
 } // namespace lumora

@@ -4,13 +4,13 @@
 
 namespace lumora {
 
-MipLevels::Level MipLevels::forScale(const QImage &photo, double scale) {
+MipLevels::Level MipLevels::forScale(const QImage &photo, double scale, double coarsest) {
     if (photo.cacheKey() != m_photo) {
         m_levels.fill(QImage());
         m_photo = photo.cacheKey();
     }
     size_t level = 0; // how often the size is halved
-    while (level < m_levels.size() && scale * (4 << level) / 2 <= 1.0) {
+    while (level < m_levels.size() && scale * (2 << level) <= 1.0 && (2 << level) <= coarsest) {
         ++level;
     }
     if (level == 0) {

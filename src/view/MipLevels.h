@@ -15,9 +15,10 @@ class MipLevels {
         int factor = 1;
     };
 
-    /// The smallest level that need not be enlarged to show the photo at `scale`. Made straight from the photo when
-    /// first asked for and kept until another photo is given; the photo itself when memory for a level is refused.
-    Level forScale(const QImage &photo, double scale);
+    /// The smallest level that need not be enlarged to show the photo at `scale`, of a factor of `coarsest` at most.
+    /// Made straight from the photo when first asked for and kept until another photo is given; the photo itself when
+    /// memory for a level is refused.
+    Level forScale(const QImage &photo, double scale, double coarsest = 16);
 
   private:
     std::array<QImage, 4> m_levels; ///< factors 2, 4, 8, 16

@@ -119,8 +119,8 @@ QRect PhotoView::visiblePart() const {
     return inPicture.toAlignedRect().intersected(m_document.picCanvas().rect());
 }
 
-MipLevels::Level PhotoView::visibleLevel() {
-    return m_levels.forScale(m_document.picCanvas(), m_scale);
+MipLevels::Level PhotoView::visibleLevel(double coarsest) {
+    return m_levels.forScale(m_document.picCanvas(), m_scale, coarsest);
 }
 
 void PhotoView::showPreview(const QImage &picture, const QRect &part) {
@@ -134,6 +134,13 @@ void PhotoView::showPreview(const QImage &picture, const QRect &part) {
 
 void PhotoView::clearPreview() {
     showPreview({}, {});
+}
+
+void PhotoView::showInstead(const QImage &picture) {
+    if (picture.cacheKey() != m_instead.cacheKey()) {
+        m_instead = picture;
+        viewport()->update();
+    }
 }
 
 void PhotoView::setPhotoHidden(bool hidden) {
@@ -208,12 +215,24 @@ void PhotoView::paintEvent(QPaintEvent *event) {
     const QRectF photo = m_size.isEmpty() || m_photoHidden ? QRectF() : photoRect();
     for (const QRect &exposed : event->region()) {
         m_table.paintTable(painter, exposed, photo, QPointF(m_origin) / devicePixelRatioF(), devicePixelRatioF());
-        if (!m_photoHidden) {
+        if (!m_instead.isNull()) {
+            paintInstead(painter, exposed);
+        } else if (!m_photoHidden) {
             paintPhoto(painter, exposed);
             paintPreview(painter, exposed);
         }
     }
-    Q_EMIT paintOverlay(painter);
+    if (m_instead.isNull()) {
+        Q_EMIT paintOverlay(painter);
+    }
+}
+
+void PhotoView::paintInstead(QPainter &painter, const QRect &exposed) const {
+    painter.save();
+    painter.setClipRect(exposed);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(photoRect(), m_instead);
+    painter.restore();
 }
 
 /// The exposed part of the photo in device pixels from its top left corner.

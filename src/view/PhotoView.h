@@ -50,15 +50,17 @@ class PhotoView : public QAbstractScrollArea {
     /// Sets the zoom in percent so that the picture stays where it is under that point of the view.
     void zoomAbout(QPointF viewPoint, int percent);
 
-    /// The photo's pixels that are in view, cut to the photo, and the picture (the photo or a reduced copy of it) that
-    /// the view paints them from.
+    /// The photo's pixels that are in view, cut to the photo, and the picture (the photo or a copy of it, reduced to
+    /// 1/coarsest at most) that the view paints them from.
     QRect visiblePart() const;
-    MipLevels::Level visibleLevel();
+    MipLevels::Level visibleLevel(double coarsest = 16);
     /// Paints `picture` in place of the photo's pixels in `part` (picture pixels; what of it is outside the photo is
     /// not painted), stretched to it just as the photo is, until cleared or until the photo itself changes. What a tool
     /// shows of a change that has not been made. A null picture or an empty part clears.
     void showPreview(const QImage &picture, const QRect &part);
     void clearPreview();
+    /// Shows another picture in the photo's place, stretched to its size; a null one brings the photo back.
+    void showInstead(const QImage &picture);
     /// Leaves the photo itself unpainted, for a tool that draws it in another shape on the overlay.
     void setPhotoHidden(bool hidden);
     /// The cursor over the view while the photo is not panned.
@@ -106,6 +108,7 @@ class PhotoView : public QAbstractScrollArea {
     Sampling sampling() const;
     void paintPhoto(QPainter &painter, const QRect &exposed);
     void paintPreview(QPainter &painter, const QRect &exposed);
+    void paintInstead(QPainter &painter, const QRect &exposed) const;
     void paintPixels(QPainter &painter, QImage pixels, const QRect &part);
     bool pinch(QGestureEvent &event);
     bool nativeGesture(const QNativeGestureEvent &event);
@@ -118,6 +121,7 @@ class PhotoView : public QAbstractScrollArea {
     MipLevels m_levels;
     PhotoTable m_table;
 
+    QImage m_instead; ///< see showInstead
     QImage m_preview;
     QRect m_previewPart; ///< picture pixels
     bool m_photoHidden = false;

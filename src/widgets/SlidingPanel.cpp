@@ -14,7 +14,8 @@ namespace lumora {
 
 SlidingPanel::SlidingPanel(const QString &name, const QString &closeButtonName, QWidget *window)
     : QWidget(window), m_title(new ElidedLabel(Qt::ElideRight, this)),
-      m_close(new PictureButton("close", PictureButton::CaptionPlace::None, this)), m_body(new QVBoxLayout) {
+      m_close(new PictureButton("close", PictureButton::CaptionPlace::None, this)), m_head(new QHBoxLayout),
+      m_body(new QVBoxLayout) {
     setObjectName(name);
     QFont bold = m_title->font();
     bold.setBold(true);
@@ -22,13 +23,12 @@ SlidingPanel::SlidingPanel(const QString &name, const QString &closeButtonName, 
     m_title->setFont(bold);
     m_close->setObjectName(closeButtonName);
     m_close->setPictureSize(24);
-    auto *head = new QHBoxLayout;
-    head->addWidget(m_title, 1);
-    head->addWidget(m_close);
+    m_head->addWidget(m_title, 1);
+    m_head->addWidget(m_close);
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(24, shadowMargin + 8, 16, 16);
     column->setSpacing(8);
-    column->addLayout(head);
+    column->addLayout(m_head);
     column->addLayout(m_body, 1);
     m_timer.setInterval(interval);
     connect(&m_timer, &QTimer::timeout, this, &SlidingPanel::tick);
@@ -37,6 +37,16 @@ SlidingPanel::SlidingPanel(const QString &name, const QString &closeButtonName, 
         Q_EMIT left();
     });
     hide();
+}
+
+void SlidingPanel::addCompareButton() {
+    m_compare = new PictureButton("compare", PictureButton::CaptionPlace::Beside, this);
+    m_compare->setObjectName("cmdCompare");
+    m_compare->setLook(PictureButton::Look::Raised);
+    m_compare->setPictureSize(32);
+    m_compare->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed); // its caption is never cut
+    m_head->insertWidget(1, m_compare);
+    m_head->insertSpacing(2, 12);
 }
 
 void SlidingPanel::setArea(const QRect &area) {

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class QLabel;
+class QHBoxLayout;
 class QVBoxLayout;
 
 namespace lumora {
@@ -26,6 +27,10 @@ class SlidingPanel : public QWidget {
 
     QLabel *titleLabel() const { return m_title; }
     PictureButton *closeButton() const { return m_close; }
+    /// A large button beside the title that is held to see the photo as it was; its text is the caller's.
+    void addCompareButton();
+    /// Null without one.
+    PictureButton *compareButton() const { return m_compare; }
     /// Where the panel's own controls go.
     QVBoxLayout *body() const { return m_body; }
     /// The window's part that the panel slides over, in the window's pixels; the panel is aligned with its lower edge.
@@ -60,6 +65,8 @@ class SlidingPanel : public QWidget {
     QRect m_area;
     QLabel *m_title;
     PictureButton *m_close;
+    PictureButton *m_compare = nullptr;
+    QHBoxLayout *m_head;
     QVBoxLayout *m_body;
     QTimer m_timer;
     bool m_open = false;

@@ -15,10 +15,11 @@ const FloatingBarRow bars[] = {
 
 const FloatingItemRow ownItems[] = {
     {"FT1", "keySqr", "tool2-rectangle"}, {"FT1", "keyCircle", "tool2-ellipse"}, {"FT1", "keyLasso", "tool2-lasso"},
-    {"FT2", "keyRotate1", "rotate1"},     {"FT2", "keyRotate2", "rotate2"},      {"FT2", "keyRotate3", "rotate3"},
-    {"FT2", "keyRotate4", "rotate4"},     {"FT5", "keyFrame1", "tool7"},         {"FT5", "keyFrame2", "tool7"},
-    {"FT5", "keyFrame3", "tool7"},        {"FT5", "keyFrame4", "tool7"},         {"FT5", "keyFrame5", "tool7"},
-    {"FT5", "keyFrame6", "tool7"},        {"FT5", "keyFrame7", "tool7"},         {"FT5", "keyFrame8", "tool7"},
+    {"FT2", "keyRotate1", "rotate1"},     {"FT2", "keyRotate2", "rotate2"},      {"FT2", "keyRotate5", "rotate5"},
+    {"FT2", "keyRotate3", "rotate3"},     {"FT2", "keyRotate4", "rotate4"},      {"FT5", "keyFrame1", "tool7"},
+    {"FT5", "keyFrame2", "tool7"},        {"FT5", "keyFrame3", "tool7"},         {"FT5", "keyFrame4", "tool7"},
+    {"FT5", "keyFrame5", "tool7"},        {"FT5", "keyFrame6", "tool7"},         {"FT5", "keyFrame7", "tool7"},
+    {"FT5", "keyFrame8", "tool7"},
 };
 
 std::vector<FloatingItemRow> allItems() {

@@ -9,6 +9,7 @@
 #include "widgets/PictureButton.h"
 #include "widgets/SlidingPanel.h"
 #include "window/FloatingBarSet.h"
+#include "window/PhotoBefore.h"
 #include "window/ToolColumn.h"
 #include "window/ToolTable.h"
 
@@ -21,7 +22,8 @@ namespace lumora {
 ToolSet::ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingBarSet &bars, QWidget *window)
     : QObject(window), m_ctx(ctx), m_view(view), m_column(column), m_bars(bars),
       m_outline(new SelectionOutline(ctx.photo, view, this)),
-      m_mouse(new CanvasMouse(ctx.photo, ctx.flags, view, this)), picTip(new Bubble("picTip", window)) {
+      m_mouse(new CanvasMouse(ctx.photo, ctx.flags, view, this)), m_before(new PhotoBefore(ctx, view, window)),
+      picTip(new Bubble("picTip", window)) {
     picTip->label()->setObjectName("lblBubble");
     for (const ToolRow &row : toolTable()) {
         const ToolPlace place{ctx, view, *m_mouse, *m_outline, bars.barOfTool(row.control), window};
@@ -83,6 +85,7 @@ void ToolSet::connectTool(const Entry &entry) {
 }
 
 void ToolSet::connectPanel(SlidingPanel &panel) {
+    m_before->add(panel);
     connect(&panel, &SlidingPanel::opened, this, [this, &panel] {
         for (auto *slider : panel.findChildren<QAbstractSlider *>()) {
             if (slider->isVisible()) {

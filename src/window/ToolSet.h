@@ -14,6 +14,7 @@ namespace lumora {
 
 class Bubble;
 class FloatingBarSet;
+class PhotoBefore;
 class ToolColumn;
 struct ToolRow;
 
@@ -83,6 +84,7 @@ class ToolSet : public QObject {
     FloatingBarSet &m_bars;
     SelectionOutline *m_outline;
     CanvasMouse *m_mouse;
+    PhotoBefore *m_before;
     std::vector<Entry> m_entries; ///< in table order; does not change
     QList<SlidingPanel *> m_panels;
     const Entry *m_current; ///< the first, the Arrow tool, while no other is active

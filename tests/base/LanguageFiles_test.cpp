@@ -41,6 +41,11 @@ QList<Entry> entries() {
     return list;
 }
 
+/// Texts that the installed file says better than the defaults do.
+const std::map<QString, const char *> betterTexts = {
+    {"SFX11", "Perspective"}, // the panel's default is misspelt
+};
+
 /// The English file. A text whose readers have different defaults is written as a comment, so that the installed file
 /// changes nothing.
 QByteArray englishFile() {
@@ -56,6 +61,11 @@ QByteArray englishFile() {
         }
         window = entry.window;
         file += "\n[" + entry.identifier + "]\n";
+        const auto better = betterTexts.find(entry.identifier);
+        if (better != betterTexts.end()) {
+            file += QString("Caption=") + better->second + '\n';
+            continue;
+        }
         if (entry.defaults.size() > 1) {
             file += "; Shown in several places, in English as \"" + entry.defaults.join("\" and as \"") +
                     "\". To show one text in all\n; of them, take the \";\" off the next line.\n;";

@@ -223,7 +223,9 @@ TEST_F(Document, savesAndOpensAgain) {
 TEST_F(Document, changesThePhotoInOneWay) {
     open(plain(30, 20));
     takeHeard();
+    const QImage reducedCopy = photo.pic2nd();
     ASSERT_TRUE(photo.changePhoto(plain(20, 30)));
+    EXPECT_NE(photo.pic2nd(), reducedCopy);
     EXPECT_EQ(signalCount, 1);
     EXPECT_TRUE(heard.testFlag(PhotoChange::Size) && heard.testFlag(PhotoChange::Modified));
     EXPECT_TRUE(photo.PhotoModified());
@@ -236,7 +238,7 @@ TEST_F(Document, changesThePhotoInOneWay) {
     EXPECT_EQ(photo.history().undoSteps(), 1);
 
     photo.setPhotoModified(false);
-    ASSERT_TRUE(photo.changePhoto(plain(20, 30, qRgb(9, 9, 9)), {false, true, false}));
+    ASSERT_TRUE(photo.changePhoto(plain(20, 30, qRgb(9, 9, 9)), {.recordUndo = false, .modified = false}));
     EXPECT_FALSE(photo.PhotoModified());
     EXPECT_EQ(photo.history().undoSteps(), 1);
     ASSERT_TRUE(photo.changePhoto(plain(4, 4).convertToFormat(QImage::Format_RGB888)));

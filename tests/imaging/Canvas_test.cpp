@@ -23,8 +23,10 @@ QImage withoutRedEye(QImage picture, int x, int y, int radius) {
             const int green = int(std::nearbyint(number / 256)) & 255;
             const int blue = int(std::nearbyint(number / 256 / 256)) & 255;
             int red = std::max(green, blue);
-            if (number == 0xFFFFFF || number == 0xFF) {
-                red = qGreen(pixel);
+            if (qGreen(pixel) == 255 && qBlue(pixel) == 255) {
+                red = 255;
+            } else if (number == 0xFF) {
+                red = 0;
             }
             reinterpret_cast<QRgb *>(picture.scanLine(y + dy))[x + dx] =
                 qRgba(red, qGreen(pixel), qBlue(pixel), qAlpha(pixel));
@@ -82,7 +84,7 @@ TEST(Canvas, theRedEyeFixRoundsEveryColourAsItsDefinition) {
     };
     for (const Row row : {Row{qRgb(255, 255, 255), qRgb(255, 255, 255)}, Row{qRgb(255, 0, 0), qRgb(0, 0, 0)},
                           Row{qRgb(128, 10, 4), qRgb(10, 10, 4)}, Row{qRgb(128, 11, 4), qRgb(12, 11, 4)},
-                          Row{qRgb(200, 255, 7), qRgb(8, 255, 7)}}) {
+                          Row{qRgb(200, 255, 7), qRgb(8, 255, 7)}, Row{qRgb(240, 255, 255), qRgb(255, 255, 255)}}) {
         QImage one(1, 1, QImage::Format_RGB32);
         one.setPixel(0, 0, row.before);
         ASSERT_TRUE(removeRedEye(one, 0, 0, 0));

@@ -26,14 +26,17 @@ using test::withAlphaOf;
 
 // The operations that look at neighbours or at places, as anybody would write them down.
 
-QImage mosaicSlowly(const QImage &picture, int tileWidth, int tileHeight) {
+QImage mosaicSlowly(const QImage &picture, double tileWidth, double tileHeight) {
     QImage result = picture.copy();
-    for (int top = 0; top < picture.height(); top += tileHeight) {
-        for (int left = 0; left < picture.width(); left += tileWidth) {
-            const QRect tile = QRect(left, top, tileWidth, tileHeight) & picture.rect();
+    const auto border = [](int n, double tile) { return int(std::lround(n * tile)); };
+    for (int j = 0; border(j, tileHeight) < picture.height(); ++j) {
+        for (int i = 0; border(i, tileWidth) < picture.width(); ++i) {
+            const QPoint corner(border(i, tileWidth), border(j, tileHeight));
+            const QPoint next(border(i + 1, tileWidth), border(j + 1, tileHeight));
+            const QRect tile = QRect(corner, next - QPoint(1, 1)) & picture.rect();
             std::array<std::int64_t, 4> sum{};
-            for (int i = 0; i < tile.width() * tile.height(); ++i) {
-                const QRgb p = picture.pixel(left + i % tile.width(), top + i / tile.width());
+            for (int n = 0; n < tile.width() * tile.height(); ++n) {
+                const QRgb p = picture.pixel(tile.left() + n % tile.width(), tile.top() + n / tile.width());
                 sum[0] += qRed(p) * qAlpha(p);
                 sum[1] += qGreen(p) * qAlpha(p);
                 sum[2] += qBlue(p) * qAlpha(p);
@@ -42,8 +45,8 @@ QImage mosaicSlowly(const QImage &picture, int tileWidth, int tileHeight) {
             const auto level = [&](int c) { return sum[3] == 0 ? 0 : int((sum[c] + sum[3] / 2) / sum[3]); };
             const std::int64_t count = tile.width() * tile.height();
             const QRgb mean = qRgba(level(0), level(1), level(2), int((sum[3] + count / 2) / count));
-            for (int i = 0; i < count; ++i) {
-                reinterpret_cast<QRgb *>(result.scanLine(top + int(i / tile.width())))[left + i % tile.width()] = mean;
+            for (int y = tile.top(); y <= tile.bottom(); ++y) {
+                std::fill_n(reinterpret_cast<QRgb *>(result.scanLine(y)) + tile.left(), tile.width(), mean);
             }
         }
     }
@@ -174,13 +177,28 @@ QImage texturedSlowly(const QImage &picture, const QImage &texture, int strength
     });
 }
 
-QImage tiledSlowly(const QImage &picture, int width, int height) {
-    const int joint = std::min(width, height) / 48;
-    const int edge = joint + std::min(width, height) / 16;
+/// A pixel's place in its tile when a side of `length` is divided into `count`, and the length of that tile.
+QPoint placeInTile(int at, int length, int count) {
+    const auto border = [&](int tile) { return int(qint64(length) * tile / count); };
+    int tile = 0;
+    while (border(tile + 1) <= at) {
+        ++tile;
+    }
+    return {at - border(tile), border(tile + 1) - border(tile)};
+}
+
+QImage tiledSlowly(const QImage &picture, int across, int down, int unit) {
+    const int shorter = std::min(picture.width() / across, picture.height() / down);
+    const int most = std::max(1, shorter / 6);
+    const int wanted = std::max({shorter / 48, unit, 1});
+    const int joint = std::min(wanted, most);
+    const int edge = joint + std::min(std::max(shorter / 16, wanted), most);
     return placed(picture, [&](int x, int y) {
         const QRgb p = picture.pixel(x, y);
-        const int lit = std::min(x % width, y % height);
-        const int dark = std::min(width - 1 - x % width, height - 1 - y % height);
+        const QPoint column = placeInTile(x, picture.width(), across);
+        const QPoint row = placeInTile(y, picture.height(), down);
+        const int lit = std::min(column.x(), row.x());
+        const int dark = std::min(column.y() - 1 - column.x(), row.y() - 1 - row.x());
         if (std::min(lit, dark) < joint) {
             return towards(p, 232, 256);
         }
@@ -282,14 +300,15 @@ struct AreaEffect {
 };
 
 const std::vector<AreaEffect> &areaEffects() {
-    const auto mosaic = [](int width, int height) {
+    const auto mosaic = [](double width, double height) {
         return AreaEffect{"mosaic", {applyMosaic, {width, height}}, [=](const QImage &p) {
-                              return mosaicSlowly(p, std::clamp(width, 1, p.width()),
-                                                  std::clamp(height, 1, p.height()));
+                              return mosaicSlowly(p, std::clamp(width, 1.0, double(p.width())),
+                                                  std::clamp(height, 1.0, double(p.height())));
                           }};
     };
     const auto blur = [](int asked, int used) {
-        return AreaEffect{"blur", {applyBlur, {asked}}, [=](const QImage &p) { return blurredSlowly(p, used); }};
+        return AreaEffect{
+            "blur", {applyBlur, {double(asked)}}, [=](const QImage &p) { return blurredSlowly(p, used); }};
     };
     const auto convolution = [](std::array<float, 9> asked, int offset, std::array<double, 9> used, int usedOffset,
                                 int bits) {
@@ -322,6 +341,7 @@ const std::vector<AreaEffect> &areaEffects() {
                           [=](const QImage &p) { return texturedSlowly(p, picture, strength); }};
     };
     static const std::vector<AreaEffect> effects = {
+        mosaic(2.3, 11.61),
         mosaic(10, 10),
         mosaic(1, 1),
         mosaic(3, 50),
@@ -330,7 +350,7 @@ const std::vector<AreaEffect> &areaEffects() {
         blur(0, 0),
         blur(1, 1),
         blur(6, 6),
-        blur(INT_MAX, 100),
+        blur(100, 100),
         blur(INT_MIN, 0),
         convolution({1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, {1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, 12),
         convolution({.5F, 0, 0, 0, -.25F, 0, 0, 0, -.125F}, 100, {.5, 0, 0, 0, -.25, 0, 0, 0, -.125}, 100, 14),
@@ -363,9 +383,10 @@ const std::vector<AreaEffect> &areaEffects() {
 
 /// Those that always take the whole picture.
 const std::vector<AreaEffect> &wholeEffects() {
-    const auto tile = [](int width, int height) {
-        return AreaEffect{"tile", {applyTile, {width, height}}, [=](const QImage &p) {
-                              return tiledSlowly(p, std::clamp(width, 1, p.width()), std::clamp(height, 1, p.height()));
+    const auto tile = [](int across, int down, int unit) {
+        return AreaEffect{"tile", {applyTile, {across, down, double(unit)}}, [=](const QImage &p) {
+                              return tiledSlowly(p, std::clamp(across, 1, p.width()), std::clamp(down, 1, p.height()),
+                                                 unit);
                           }};
     };
     const auto reflection = [](int style) {
@@ -377,16 +398,21 @@ const std::vector<AreaEffect> &wholeEffects() {
                           {applyPerspective, {asked[0], asked[1], asked[2], asked[3]}},
                           [=](const QImage &p) { return inPerspectiveSlowly(p, angle, background); }};
     };
+    const AreaEffect besideHoles = {"perspective", {applyPerspective, {20, 255, 255, 255, true}}, [](const QImage &p) {
+                                        return inPerspectiveSlowly(p, 20,
+                                                                   p.hasAlphaChannel() ? 0 : qRgb(255, 255, 255));
+                                    }};
     static const std::vector<AreaEffect> effects = {
+        besideHoles,
         perspective({-30, 255, 255, 255}, -30, qRgb(255, 255, 255)),
         perspective({0, 9, 8, 7}, 0, qRgb(9, 8, 7)),
         perspective({INT_MAX, INT_MAX, 40, INT_MIN}, 60, qRgb(255, 40, 0)),
         perspective({INT_MIN, 1, 2, 3}, -60, qRgb(1, 2, 3)),
-        tile(27, 14),
-        tile(64, 50),
-        tile(INT_MAX, INT_MAX),
-        tile(INT_MIN, 0),
-        tile(48, 400),
+        tile(5, 5, 1),
+        tile(2, 1, 1),
+        tile(INT_MAX, INT_MAX, 1),
+        tile(INT_MIN, 0, 1),
+        tile(4, 7, 3),
         reflection(1),
         reflection(2),
         reflection(3),

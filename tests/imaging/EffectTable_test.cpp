@@ -59,10 +59,7 @@ const std::vector<Row> &rows() {
          [texture = photoLike(37, 23)](const QImage &picture, PixelRect area) {
              return Operation(applyTexture, {readView(texture)})(picture, area);
          }},
-        {"tile", KeepsAlpha,
-         [](const QImage &picture, PixelRect area) {
-             return Operation(applyTile, {picture.width() / 5, picture.height() / 5})(picture, area);
-         }},
+        {"tile", KeepsAlpha, {applyTile, {5, 5}}},
         {"colour-emboss", KeepsAlpha, {applyColourEmboss, {1}}},
         {"tracing", KeepsAlpha, {applyConvolution, {{1, 1, 1, 1, -7, 1, 1, 1, 1}}}},
         {"perspective", Plain, {applyPerspective, {-30, 255, 255, 255}}},

@@ -348,6 +348,39 @@ TEST_F(Tools, BarsOpenAndCloseBesideTheirButtons) {
     }
 }
 
+TEST_F(Tools, HoldingThePanelsButtonOrItsKeyShowsThePhotoBefore) {
+    QSet<QString> compared;
+    for (const Work &work : works) {
+        openPhoto();
+        QCoreApplication::processEvents();
+        const QImage before = view.viewport()->grab().toImage();
+        start(work);
+        SlidingPanel *panel = tools.openPanel();
+        if (panel == nullptr || panel->compareButton() == nullptr) {
+            tools.ResetTools();
+            continue;
+        }
+        SCOPED_TRACE(testing::Message() << work.control << ' ' << work.key);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !panel->isSliding(); }));
+        compared.insert(panel->objectName());
+        ASSERT_TRUE(ctx.photo.changePhoto(test::photoLike(photoSize.width(), photoSize.height(), true)));
+        const auto likeBefore = [&] { return view.viewport()->grab().toImage() == before; };
+        EXPECT_FALSE(likeBefore());
+        QTest::mousePress(panel->compareButton(), Qt::LeftButton);
+        EXPECT_TRUE(likeBefore());
+        QTest::mouseRelease(panel->compareButton(), Qt::LeftButton);
+        EXPECT_FALSE(likeBefore());
+        QTest::keyPress(&window, Qt::Key_B);
+        EXPECT_TRUE(likeBefore());
+        QTest::keyRelease(&window, Qt::Key_B);
+        EXPECT_FALSE(likeBefore());
+        QTest::keyPress(&window, Qt::Key_B); // still held when the panel goes
+        tools.ResetTools();
+        EXPECT_FALSE(likeBefore());
+    }
+    EXPECT_EQ(compared, QSet<QString>({"panelSFX", "pnlColmgr", "pnlRedEye", "pnlColourFocus"}));
+}
+
 TEST_F(Tools, SmallPicturesFollowThePhoto) {
     openPhoto();
     const auto pictured = [this] {

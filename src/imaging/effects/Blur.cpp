@@ -1,5 +1,7 @@
 #include "imaging/effects/Blur.h"
 
+#include "imaging/kernels/AreaAverage.h"
+#include "imaging/kernels/Enlarge.h"
 #include "imaging/kernels/NonTemporalStore.h"
 #include "imaging/kernels/PartOf.h"
 #include "imaging/kernels/Premultiply.h"
@@ -7,6 +9,7 @@
 #include "imaging/kernels/ScratchPicture.h"
 #include "imaging/kernels/Targets.h"
 
+#include <cmath>
 #include <cstring>
 #include <vector>
 
@@ -213,6 +216,7 @@ HWY_EXPORT(blurStrip);
 namespace {
 
 constexpr int largestAmount = 100; // 255 * 201 * 201 * 201 is the largest that fits 31 bits
+constexpr int reducedAmount = 50;  // what a larger one becomes on a reduced picture
 constexpr int rowsInLine = 4;
 
 /// A line of 16-byte samples with the padding that blurLine needs before and after it.
@@ -292,10 +296,7 @@ void blurColumns(ConstPixelView source, PixelView target, int radius) {
     }
 }
 
-} // namespace
-
-bool applyBlur(const Blur &parameters, ConstPixelView source, PixelView target, PixelRect area, bool opaque) {
-    const int radius = std::clamp(parameters.amount, 0, largestAmount);
+bool blurPixels(int radius, ConstPixelView source, PixelView target, PixelRect area, bool opaque) {
     // A pixel depends on those up to three radii away: the area with such a margin is processed as a separate picture.
     const int margin = 3 * radius;
     const PixelRect needed = withMargin(area, margin, source);
@@ -315,6 +316,38 @@ bool applyBlur(const Blur &parameters, ConstPixelView source, PixelView target, 
         unpremultiply(to);
     }
     return true;
+}
+
+/// Blurs the picture averaged to a size at which the radius is small enough. What is left after a blur of that size has
+/// no detail that enlarging could lose.
+bool blurReduced(double radius, ConstPixelView source, PixelView target, PixelRect area, bool opaque) {
+    const double factor = radius / reducedAmount;
+    const auto reduced = [&](int pixels) { return std::max(1, static_cast<int>(std::lround(pixels / factor))); };
+    const ScratchPicture small(reduced(source.width), reduced(source.height));
+    const ScratchPicture blurred(small.view().width, small.view().height);
+    if (small.view().isEmpty() || blurred.view().isEmpty() || !averageArea(source, small.view(), opaque)) {
+        return false;
+    }
+    const PixelView to = blurred.view();
+    if (!blurPixels(reducedAmount, readOnly(small.view()), to, {0, 0, to.width, to.height}, opaque)) {
+        return false;
+    }
+    if (!opaque) {
+        premultiply(readOnly(to), small.view());
+        enlarge(readOnly(small.view()), target, area);
+        unpremultiply(partOf(target, area));
+        return true;
+    }
+    enlarge(readOnly(to), target, area);
+    return true;
+}
+
+} // namespace
+
+bool applyBlur(const Blur &parameters, ConstPixelView source, PixelView target, PixelRect area, bool opaque) {
+    const double radius = std::clamp(parameters.amount, 0.0, 65535.0);
+    return radius > largestAmount ? blurReduced(radius, source, target, area, opaque)
+                                  : blurPixels(static_cast<int>(std::lround(radius)), source, target, area, opaque);
 }
 
 } // namespace lumora

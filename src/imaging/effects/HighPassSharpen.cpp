@@ -12,8 +12,8 @@ bool applyHighPassSharpen(const HighPassSharpen &parameters, ConstPixelView sour
     const float corner = -(2 + static_cast<float>(std::clamp(parameters.strength, 0, 100)) / 32) / 16;
     const float side = 2 * corner;
     const float middle = 1 - 12 * corner;
-    return applyConvolution({{corner, side, corner, side, middle, side, corner, side, corner}}, source, target, area,
-                            opaque);
+    return applyConvolution({{corner, side, corner, side, middle, side, corner, side, corner}, 0, parameters.unit},
+                            source, target, area, opaque);
 }
 
 } // namespace lumora

@@ -4,7 +4,9 @@
 #include "imaging/kernels/ColumnSums.h"
 #include "imaging/kernels/RowBands.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <vector>
 
@@ -30,9 +32,29 @@ void meanOfColumns(const std::uint32_t *totals, int columns, int rows, std::uint
     mean[3] = 255;
 }
 
+/// The borders of the tiles along one side that touch begin to end - 1, first and last included.
+std::vector<int> tileBorders(double tile, int length, int begin, int end) {
+    tile = std::clamp(tile, 1.0, static_cast<double>(length));
+    const auto border = [&](std::int64_t n) {
+        return static_cast<int>(std::min<std::int64_t>(std::llround(static_cast<double>(n) * tile), length));
+    };
+    auto n = static_cast<std::int64_t>(begin / tile);
+    while (border(n) > begin) {
+        --n;
+    }
+    std::vector<int> borders;
+    while (borders.empty() || borders.back() < end) {
+        if (border(n + 1) > begin) {
+            borders.push_back(border(n));
+        }
+        ++n;
+    }
+    return borders;
+}
+
 /// Writes the part of one row of tiles that is inside the area.
-void fillTileRow(ConstPixelView source, PixelView target, PixelRect tiles, int tileWidth, PixelRect area, bool opaque,
-                 std::vector<std::uint32_t> &totals) {
+void fillTileRow(ConstPixelView source, PixelView target, PixelRect tiles, const std::vector<int> &columns,
+                 PixelRect area, bool opaque, std::vector<std::uint32_t> &totals) {
     const bool bySums = opaque && tiles.height() <= tallestTile;
     if (bySums) {
         sumColumns(source.row(tiles.top) + std::ptrdiff_t(4) * tiles.left, source.stride, {1, tiles.height() - 1, 1, 0},
@@ -40,12 +62,13 @@ void fillTileRow(ConstPixelView source, PixelView target, PixelRect tiles, int t
     }
     const int firstRow = std::max(tiles.top, area.top);
     auto *to = reinterpret_cast<std::uint32_t *>(target.row(firstRow));
-    for (int x = tiles.left; x < tiles.right; x += tileWidth) {
-        const PixelRect tile{x, tiles.top, std::min(x + tileWidth, tiles.right), tiles.bottom};
+    for (std::size_t i = 1; i < columns.size(); ++i) {
+        const PixelRect tile{columns[i - 1], tiles.top, columns[i], tiles.bottom};
         std::uint32_t mean = 0;
         std::uint8_t bytes[4];
         if (bySums) {
-            meanOfColumns(totals.data() + std::ptrdiff_t(4) * (x - tiles.left), tile.width(), tile.height(), bytes);
+            meanOfColumns(totals.data() + std::ptrdiff_t(4) * (tile.left - tiles.left), tile.width(), tile.height(),
+                          bytes);
         } else {
             meanOfBlock(source, tile, bytes);
         }
@@ -61,20 +84,14 @@ void fillTileRow(ConstPixelView source, PixelView target, PixelRect tiles, int t
 } // namespace
 
 void applyMosaic(const Mosaic &parameters, ConstPixelView source, PixelView target, PixelRect area, bool opaque) {
-    const int tileWidth = std::clamp(parameters.tileWidth, 1, source.width);
-    const int tileHeight = std::clamp(parameters.tileHeight, 1, source.height);
-    // Whole tiles around the area; 64 bits, as the last tile may end beyond the largest integer.
-    const int left = area.left / tileWidth * tileWidth;
-    const auto right = std::int64_t((area.right - 1) / tileWidth + 1) * tileWidth;
-    const int firstTile = area.top / tileHeight;
-    const int endTile = (area.bottom - 1) / tileHeight + 1;
-    const auto columnEnd = static_cast<int>(std::min<std::int64_t>(right, source.width));
-    forRowBands(endTile - firstTile, std::int64_t(area.width()) * tileHeight, [&](int first, int end) {
-        std::vector<std::uint32_t> totals(std::size_t(columnEnd - left) * 4);
-        for (int tile = firstTile + first; tile < firstTile + end; ++tile) {
-            const int top = tile * tileHeight;
-            const int bottom = static_cast<int>(std::min<std::int64_t>(std::int64_t(top) + tileHeight, source.height));
-            fillTileRow(source, target, {left, top, columnEnd, bottom}, tileWidth, area, opaque, totals);
+    const std::vector<int> columns = tileBorders(parameters.tileWidth, source.width, area.left, area.right);
+    const std::vector<int> rows = tileBorders(parameters.tileHeight, source.height, area.top, area.bottom);
+    const auto rowsOfTiles = static_cast<int>(rows.size()) - 1;
+    forRowBands(rowsOfTiles, std::int64_t(area.width()) * area.height() / rowsOfTiles, [&](int first, int end) {
+        std::vector<std::uint32_t> totals(std::size_t(columns.back() - columns.front()) * 4);
+        for (auto i = static_cast<std::size_t>(first); i < static_cast<std::size_t>(end); ++i) {
+            const PixelRect tiles{columns.front(), rows[i], columns.back(), rows[i + 1]};
+            fillTileRow(source, target, tiles, columns, area, opaque, totals);
         }
     });
 }

@@ -213,8 +213,9 @@ PerspectiveColumns columnsFor(int angle, int width) {
 bool applyPerspective(const Perspective &parameters, ConstPixelView source, PixelView target, PixelRect area,
                       bool opaque) {
     const auto level = [](int value) { return static_cast<std::uint32_t>(std::clamp(value, 0, 255)); };
-    const std::uint32_t background =
-        0xFF000000U | level(parameters.red) << 16 | level(parameters.green) << 8 | level(parameters.blue);
+    const bool clear = !opaque && parameters.clearBesideHoles;
+    const std::uint32_t colour = level(parameters.red) << 16 | level(parameters.green) << 8 | level(parameters.blue);
+    const std::uint32_t background = clear ? 0 : 0xFF000000U | colour;
     const PerspectiveColumns columns = columnsFor(parameters.angle, source.width);
     const auto draw = [&](ConstPixelView from) {
         forBands(area, [&](PixelRect band) {

@@ -10,6 +10,7 @@ struct Perspective {
     int red = 255;   ///< the background colour, 0 to 255 per channel; clamped
     int green = 255;
     int blue = 255;
+    bool clearBesideHoles = false; ///< a picture that is not opaque gets a transparent background instead
 };
 
 /// Rotates the picture about its vertical axis, viewed from 1.5 times its width: a projective map. The near side keeps

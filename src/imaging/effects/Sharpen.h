@@ -5,7 +5,9 @@
 
 namespace lumora {
 
-struct Sharpen {};
+struct Sharpen {
+    double unit = 1; ///< pixels, see Convolution.h
+};
 
 /// The picture less its Laplacian: 0 -1 0 / -1 5 -1 / 0 -1 0 (Gonzalez and Woods, "Digital Image Processing", on
 /// spatial sharpening). Edges, alpha and return value as in Convolution.h.

@@ -1,5 +1,7 @@
 #include "imaging/kernels/Convolution.h"
 
+#include "imaging/kernels/AreaAverage.h"
+#include "imaging/kernels/Enlarge.h"
 #include "imaging/kernels/FixedKernel.h"
 #include "imaging/kernels/PartOf.h"
 #include "imaging/kernels/PointOperation.h"
@@ -262,11 +264,10 @@ bool fitsWords(const FixedKernel &kernel) {
 
 } // namespace
 
-bool applyConvolution(const Convolution &parameters, ConstPixelView source, PixelView target, PixelRect area,
-                      bool opaque) {
-    if (!std::ranges::all_of(parameters.coefficients, [](float value) { return std::isfinite(value); })) {
-        return false;
-    }
+namespace {
+
+bool convolvePixels(const Convolution &parameters, ConstPixelView source, PixelView target, PixelRect area,
+                    bool opaque) {
     const FixedKernel kernel = fixedKernel(parameters, opaque);
     if (opaque) {
         const FixedKernel shortest = reduced(kernel);
@@ -287,6 +288,34 @@ bool applyConvolution(const Convolution &parameters, ConstPixelView source, Pixe
                    inside);
     unpremultiply(partOf(target, area));
     return true;
+}
+
+/// The whole picture is averaged, whatever the area: the result must not depend on it.
+bool convolveUnits(const Convolution &parameters, ConstPixelView source, PixelView target, PixelRect area,
+                   bool opaque) {
+    const auto units = [&](int pixels) { return std::max(1, static_cast<int>(std::lround(pixels / parameters.unit))); };
+    const ScratchPicture small(units(source.width), units(source.height));
+    const ScratchPicture changed(small.view().width, small.view().height);
+    if (small.view().isEmpty() || changed.view().isEmpty() || !averageArea(source, small.view(), opaque)) {
+        return false;
+    }
+    const ConstPixelView averaged = readOnly(small.view());
+    if (!convolvePixels(parameters, averaged, changed.view(), {0, 0, averaged.width, averaged.height}, opaque)) {
+        return false;
+    }
+    addEnlargedDifference(source, averaged, readOnly(changed.view()), target, area);
+    return true;
+}
+
+} // namespace
+
+bool applyConvolution(const Convolution &parameters, ConstPixelView source, PixelView target, PixelRect area,
+                      bool opaque) {
+    if (!std::ranges::all_of(parameters.coefficients, [](float value) { return std::isfinite(value); })) {
+        return false;
+    }
+    return parameters.unit > 1 ? convolveUnits(parameters, source, target, area, opaque)
+                               : convolvePixels(parameters, source, target, area, opaque);
 }
 
 } // namespace lumora

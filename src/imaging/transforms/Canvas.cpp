@@ -20,7 +20,8 @@ std::uint32_t roundedChannel(std::uint32_t number, int bits) {
 
 void takeOutRed(std::uint8_t *pixel) {
     const std::uint32_t number = pixel[2] | std::uint32_t(pixel[1]) << 8 | std::uint32_t(pixel[0]) << 16;
-    if (number == 0xFFFFFF) { // the glint in the eye
+    if (number >> 8 == 0xFFFF) { // the glint in the eye, for which rounding would wrap to 0
+        pixel[2] = 255;
         return;
     }
     const std::uint32_t red = number == 0xFF ? 0 : std::max(roundedChannel(number, 8), roundedChannel(number, 16));

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 namespace lumora {
 
@@ -14,27 +15,57 @@ namespace {
 /// Whether the pixels of the region are those that stay.
 enum class Keep { Inside, Outside };
 
-/// Copies the columns from `left` to `right` - 1 of a row, with clearedPixel in those that do not stay.
-void writeRow(const std::uint8_t *from, std::uint8_t *to, int left, int right, std::span<const Region::Span> spans,
-              Keep keep) {
-    int x = left;
-    const auto put = [&](int end, bool stays) {
-        if (end <= x) {
-            return;
+constexpr int whole = edgeSteps * edgeSteps;
+
+/// How much of each pixel of a row from column `left` on is in the region, of `whole`. Sums of changes from pixel to
+/// pixel, two longer than the row.
+class RowCover {
+  public:
+    explicit RowCover(int left, int right) : m_left(left), m_right(right), m_changes(std::size_t(right - left) + 2) {}
+
+    void setRow(const Region &region, int y) {
+        std::ranges::fill(m_changes, 0);
+        for (int step = 0; step < edgeSteps; ++step) {
+            for (const Region::Span span : region.row(y * edgeSteps + step)) {
+                add(span.begin, 1);
+                add(span.end, -1);
+            }
         }
-        std::uint8_t *const at = to + 4 * std::size_t(x - left);
-        if (stays) {
-            std::memcpy(at, from + 4 * std::size_t(x), 4 * std::size_t(end - x));
-        } else {
-            std::fill_n(reinterpret_cast<std::uint32_t *>(at), end - x, clearedPixel);
-        }
-        x = end;
-    };
-    for (const Region::Span span : spans) {
-        put(std::min(span.begin, right), keep == Keep::Outside);
-        put(std::min(span.end, right), keep == Keep::Inside);
     }
-    put(right, keep == Keep::Outside);
+    template <typename Put> void forEach(const Put &put) const {
+        int cover = 0;
+        for (int x = m_left; x < m_right; ++x) {
+            cover += m_changes[std::size_t(x - m_left)];
+            put(x, cover);
+        }
+    }
+
+  private:
+    /// From that place on, in steps of a pixel, everything to the right is inside (sign 1) or outside again (-1).
+    void add(int place, int sign) {
+        place = std::clamp(place - m_left * edgeSteps, 0, (m_right - m_left) * edgeSteps);
+        const auto pixel = std::size_t(place / edgeSteps);
+        const int before = place % edgeSteps;
+        m_changes[pixel] += sign * (edgeSteps - before);
+        m_changes[pixel + 1] += sign * before;
+    }
+
+    int m_left, m_right;
+    std::vector<int> m_changes;
+};
+
+/// Copies a row with what stays of each pixel.
+void writeRow(const std::uint8_t *from, std::uint8_t *to, int left, const RowCover &cover, Keep keep) {
+    cover.forEach([&](int x, int inside) {
+        std::uint32_t pixel = 0;
+        std::memcpy(&pixel, from + 4 * std::size_t(x), 4);
+        const auto share = static_cast<std::uint32_t>(keep == Keep::Inside ? inside : whole - inside);
+        if (share < whole) {
+            const std::uint32_t alpha = ((pixel >> 24) * share + whole / 2) / whole;
+            pixel = alpha == 0 ? clearedPixel : (pixel & 0x00FFFFFF) | alpha << 24;
+        }
+        std::memcpy(to + 4 * std::size_t(x - left), &pixel, 4);
+    });
 }
 
 QImage cut(const QImage &picture, const Region &region, PixelRect part, Keep keep) {
@@ -45,17 +76,19 @@ QImage cut(const QImage &picture, const Region &region, PixelRect part, Keep kee
         return {};
     }
     forBands(part, [&](PixelRect band) {
+        RowCover cover(part.left, part.right);
         for (int y = band.top; y < band.bottom; ++y) {
-            writeRow(from.row(y), to.row(y - part.top), part.left, part.right, region.row(y), keep);
+            cover.setRow(region, y);
+            writeRow(from.row(y), to.row(y - part.top), part.left, cover, keep);
         }
     });
     return result;
 }
 
 bool fills(const Region &region, PixelRect part) {
-    for (int y = part.top; y < part.bottom; ++y) {
+    for (int y = part.top * edgeSteps; y < part.bottom * edgeSteps; ++y) {
         const std::span<const Region::Span> spans = region.row(y);
-        if (spans.size() != 1 || spans[0].begin > part.left || spans[0].end < part.right) {
+        if (spans.size() != 1 || spans[0].begin > part.left * edgeSteps || spans[0].end < part.right * edgeSteps) {
             return false;
         }
     }

@@ -30,7 +30,7 @@ QImage smoothed(const QImage &picture) {
     QImage result = newPicture(picture.width(), picture.height(), opaque);
     const PixelView target = writeView(result);
     const ConstPixelView source = readView(picture);
-    const bool done = !target.isEmpty() && applyBlur({amount}, source, target, wholeOf(source), opaque);
+    const bool done = !target.isEmpty() && applyBlur({double(amount)}, source, target, wholeOf(source), opaque);
     return done ? result : QImage();
 }
 

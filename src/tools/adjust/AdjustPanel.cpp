@@ -24,6 +24,7 @@ AdjustPanel::AdjustPanel(QWidget *window)
       picAJP1(new PictureButton(this)), picAJP2(new PictureButton(this)),
       cmdApplyBCS(new PictureButton("ok", PictureButton::CaptionPlace::Beside, this)) {
     titleLabel()->setObjectName("LN3");
+    addCompareButton();
     auto *row = new QHBoxLayout;
     row->setSpacing(16);
     picAJP1->setObjectName("picAJP1");

@@ -24,7 +24,7 @@ bool isKind(int kind) {
 
 /// The operation of a kind.
 Operation operation(int kind, int amount) {
-    return operationOf(*findEffect(EffectGroup::Adjustment, kind), false, {amount});
+    return operationOf(*findEffect(EffectGroup::Adjustment, kind), false, {amount}, 1);
 }
 
 /// The adjusted picture; unchanged when the engine fails.

@@ -25,6 +25,7 @@ ColourFocusPanel::ColourFocusPanel(QWidget *window)
       m_strengths(new QButtonGroup(this)), m_slider(new CaptionedSlider(slider, this)) {
     // The sentence includes what the title would say, so it replaces the title.
     titleLabel()->setObjectName("LN6");
+    addCompareButton();
     titleLabel()->hide();
     auto *lblAQFX = new ElidedLabel(Qt::ElideRight, this);
     lblAQFX->setObjectName("lblAQFX");

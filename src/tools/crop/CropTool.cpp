@@ -4,6 +4,7 @@
 #include "session/AppContext.h"
 #include "tools/canvas/CanvasMouse.h"
 #include "tools/crop/CropPanel.h"
+#include "tools/crop/CropShape.h"
 #include "tools/crop/CropTip.h"
 #include "widgets/PictureButton.h"
 
@@ -57,6 +58,11 @@ CropTool::CropTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWidget
     : PanelTool(mouse, CropPanel::of(window, ctx), window), m_ctx(ctx), m_view(view),
       m_panel(static_cast<CropPanel *>(panel())) {
     connect(m_panel->cmdCropNow(), &QAbstractButton::clicked, this, &CropTool::CropPhoto);
+    connect(m_panel, &CropPanel::shapeChosen, this, &CropTool::takeShape);
+    connect(m_panel, &CropPanel::wholePhotoChosen, this, [this] {
+        setFrame(m_ctx.photo.picCanvas().rect());
+        finishFrame();
+    });
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (isAtWork() && what.testAnyFlags(PhotoChange::Size | PhotoChange::Loaded)) {
             startFrame(); // the frame was made for another picture
@@ -95,6 +101,8 @@ void CropTool::startFrame() {
     m_drag.reset();
     m_cropReady = false;
     m_cropRect = QRect(0, 0, 0, 0);
+    m_panel->cmdCropNow()->setEnabled(false); // until the frame is touched
+    m_panel->chooseFreeFrame();
     setFrame(QRect(startCorner, QSize(halfOf(photo.width()), halfOf(photo.height()))));
 }
 
@@ -103,8 +111,21 @@ void CropTool::setFrame(const QRect &frame) {
     m_view.viewport()->update();
 }
 
+void CropTool::takeShape() {
+    setFrame(cropFrameOfShape(m_frame, m_panel->sides(), m_ctx.photo.picCanvas().size()));
+    finishFrame();
+}
+
+void CropTool::moveFrame(const QRect &before, CropGrip grip, QPoint by) {
+    const QSize photo = m_ctx.photo.picCanvas().size();
+    const QRect dragged = draggedCropFrame(before, grip, by, photo);
+    const QSize sides = m_panel->sides();
+    setFrame(sides.isEmpty() ? dragged : shapedCropFrame(before, dragged, grip, sides, photo));
+}
+
 void CropTool::finishFrame() {
     m_cropRect = m_frame;
+    m_panel->cmdCropNow()->setEnabled(true);
     if (!m_cropReady) {
         m_cropReady = true;
         m_panel->picTip2()->showSoonAt(m_panel->cmdCropNow());
@@ -117,7 +138,7 @@ void CropTool::CropPhoto() {
     }
     m_view.setFocus(); // keyboard focus for the next keys, in either case
     if (!m_cropReady) {
-        Q_EMIT tipWanted();
+        Q_EMIT message(m_ctx.texts.text("CropMoveFirst"), false);
         return;
     }
     const QImage photo = m_ctx.photo.picCanvas();
@@ -179,7 +200,7 @@ void CropTool::move(const PointerEvent &at) {
     m_drag->moved = m_drag->moved || (at.view - m_drag->pressed.view).manhattanLength() >= clickSlop;
     if (m_drag->moved) {
         const QPoint by = CanvasMouse::rounded(at.picture - m_drag->pressed.picture);
-        setFrame(draggedCropFrame(m_drag->frame, m_drag->grip, by, m_ctx.photo.picCanvas().size()));
+        moveFrame(m_drag->frame, m_drag->grip, by);
     }
 }
 
@@ -216,7 +237,7 @@ void CropTool::keyPress(const QKeyEvent &key) {
             grip.edges = step.x() != 0 ? Qt::RightEdge : Qt::BottomEdge;
         }
         const int length = key.modifiers() & Qt::ShiftModifier ? longStep : 1;
-        setFrame(draggedCropFrame(m_frame, grip, step * length, m_ctx.photo.picCanvas().size()));
+        moveFrame(m_frame, grip, step * length);
         finishFrame();
     }
 }

@@ -20,8 +20,8 @@ class CropTool : public PanelTool {
     bool open(const QString &key = {}) override;
     bool excludesOthers() const override { return isAtWork(); }
 
-    /// Crops the photo to the part inside CropRect, one undo step, and closes the panel. Before a frame is finished or
-    /// while no tool is open only the tip is requested; a frame outside the photo is reported and kept.
+    /// Crops the photo to the part inside CropRect, one undo step, and closes the panel. Before a frame is finished
+    /// the status line says so; a frame outside the photo is reported and kept.
     void CropPhoto();
 
     /// Left, top, width and height in picture pixels as they were with the last mouse-up or key; may reach beyond the
@@ -52,6 +52,8 @@ class CropTool : public PanelTool {
     };
 
     void startFrame();
+    void takeShape();
+    void moveFrame(const QRect &before, CropGrip grip, QPoint by);
     void setFrame(const QRect &frame);
     void finishFrame();
     void showCursor(CropGrip grip);

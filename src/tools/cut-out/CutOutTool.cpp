@@ -20,6 +20,22 @@ PixelRect pixelRect(const QRect &box, QSize picture) {
     return {part.left(), part.top(), part.left() + part.width(), part.top() + part.height()};
 }
 
+/// What is marked, in edgeSteps to a pixel.
+Region fineRegion(const PhotoSelection &marked, QSize picture) {
+    const QSize size = picture * edgeSteps;
+    if (marked.shape() == PhotoSelection::Shape::Lasso) {
+        std::vector<PicturePoint> points = marked.lassoPoints();
+        for (PicturePoint &point : points) {
+            point = {point.x * edgeSteps, point.y * edgeSteps};
+        }
+        return Region::lasso(size.width(), size.height(), points);
+    }
+    const PixelRect box = pixelRect(marked.box(), picture);
+    const auto make = marked.shape() == PhotoSelection::Shape::Ellipse ? &Region::ellipse : &Region::rectangle;
+    return make(size.width(), size.height(), box.left * edgeSteps, box.top * edgeSteps, box.right * edgeSteps,
+                box.bottom * edgeSteps);
+}
+
 } // namespace
 
 CutOutTool::CutOutTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, SelectionOutline &outline, QWidget *window)
@@ -62,13 +78,13 @@ void CutOutTool::end() {
 
 bool CutOutTool::DeleteSelection() {
     return run([](const QImage &photo, const PhotoSelection &marked) {
-        return keptInRegion(photo, marked.region(photo.size()), pixelRect(marked.box(), photo.size()));
+        return keptInRegion(photo, fineRegion(marked, photo.size()), pixelRect(marked.box(), photo.size()));
     });
 }
 
 bool CutOutTool::InverseDelete() {
     return run([](const QImage &photo, const PhotoSelection &marked) {
-        return clearedInRegion(photo, marked.region(photo.size()));
+        return clearedInRegion(photo, fineRegion(marked, photo.size()));
     });
 }
 

@@ -25,6 +25,7 @@ constexpr EffectSlider slider{"sldRD", "lblRD", 1, widest};
 RedEyePanel::RedEyePanel(QWidget *window)
     : SlidingPanel("pnlRedEye", "cmdExitPnlRedEye", window), m_radius(usual), picRedEye(new RedEyeCircle(this)) {
     titleLabel()->setObjectName("LN4");
+    addCompareButton();
     auto *sldRD = new CaptionedSlider(slider, this);
     sldRD->setValue(usual);
     auto *hint = new QLabel(this);

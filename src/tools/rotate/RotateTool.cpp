@@ -26,6 +26,7 @@ const TurnRow turns[] = {
     {"keyRotate1", quarterTurnedAnticlockwise, &RotateTool::RotatePic90},
     {"keyRotate2", flippedVertically, &RotateTool::RotatePic180},
     {"keyRotate3", quarterTurnedClockwise, &RotateTool::RotatePic270},
+    {"keyRotate5", mirrored, &RotateTool::mirrorPic},
 };
 
 /// The photo with its longer side as long as asked for, the other one following.
@@ -98,6 +99,10 @@ void RotateTool::RotatePic180() {
 
 void RotateTool::RotatePic270() {
     rotatePic(quarterTurnedClockwise);
+}
+
+void RotateTool::mirrorPic() {
+    rotatePic(mirrored);
 }
 
 void RotateTool::rotatePic(Transform transform) {

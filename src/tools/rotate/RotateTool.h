@@ -19,15 +19,17 @@ class RotateTool : public EditorTool {
     void makeSmallPictures() override { CreateTHMRorationSFX(); }
     void barOpens() override { CreateTHMRorationSFX(); }
 
-    /// The items of FT2: "keyRotate1" to "keyRotate3" turn the photo at once, "keyRotate4" starts free rotation; any
-    /// other key does nothing.
+    /// The items of FT2: "keyRotate1" to "keyRotate3" and "keyRotate5" turn the photo at once, "keyRotate4" starts free
+    /// rotation; any other key does nothing.
     bool open(const QString &key) override;
     bool excludesOthers() const override { return FreeRotateActive(); }
-    /// Rotate by 90 degrees anti-clockwise, flip vertically, rotate by 90 degrees clockwise: each one undo step. When
+    /// Rotate by 90 degrees anti-clockwise, flip vertically, rotate by 90 degrees clockwise, mirror left to right: each one
+    /// undo step. When
     /// the engine fails, the photo keeps its pixels. Does nothing without a photo.
     void RotatePic90();
     void RotatePic180();
     void RotatePic270();
+    void mirrorPic();
 
     /// True from "Free Rotation" until another tool is current.
     bool FreeRotateActive() const { return m_byHand.isActive(); }

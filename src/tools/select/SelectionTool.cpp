@@ -27,6 +27,14 @@ const ShapeRow shapes[] = {
     {"keyLasso", Shape::Lasso, "tool2-lasso", "tool2-rectangle", 4},
 };
 
+/// The drag with sides of one length, the longer one as far as the photo reaches.
+QPoint squared(QPoint from, QPoint by, const QSize &photo) {
+    const int wide = by.x() < 0 ? from.x() : photo.width() - from.x();
+    const int high = by.y() < 0 ? from.y() : photo.height() - from.y();
+    const int side = std::min({std::max(std::abs(by.x()), std::abs(by.y())), wide, high});
+    return {by.x() < 0 ? -side : side, by.y() < 0 ? -side : side};
+}
+
 constexpr int clickSlop = 3; // pixels of the view that an unsteady hand may move within a click
 
 } // namespace
@@ -55,9 +63,10 @@ bool SelectionTool::open(const QString &key) {
 }
 
 void SelectionTool::press(const PointerEvent &at) {
-    if (!m_ctx.flags.SelectionActive() || m_document.picCanvas().isNull()) {
+    if (m_document.picCanvas().isNull()) {
         return;
     }
+    m_ctx.flags.startSelection(m_ctx.flags.SelectionKind()); // an effect may have dropped the selection
     m_mouse.clearMarked();
     m_pressed = true;
     m_pressedAt = at.view;
@@ -89,16 +98,18 @@ void SelectionTool::release(const PointerEvent &) {
 
 void SelectionTool::markBox(const PointerEvent &at) {
     const QPoint from = inPhoto(m_mouse.SelStartPic());
-    PhotoSelection selection = m_document.selection();
-    if (m_ctx.flags.SelectionKind() == Shape::Ellipse) {
-        // Wherever it is dragged to, it starts at the mouse-down and goes right and down.
-        const QPoint size = inPhoto(m_mouse.SelEndPic()) - from;
-        selection.markEllipse(QRect(from, QSize(std::abs(size.x()), std::abs(size.y()))));
-    } else {
-        const QPoint to = inPhoto(CanvasMouse::rounded(at.picture));
-        const QPoint first(std::min(from.x(), to.x()), std::min(from.y(), to.y()));
-        selection.markRectangle(QRect(first, QSize(std::abs(to.x() - from.x()), std::abs(to.y() - from.y()))));
+    const bool ellipse = m_ctx.flags.SelectionKind() == Shape::Ellipse;
+    QPoint by = inPhoto(ellipse ? m_mouse.SelEndPic() : CanvasMouse::rounded(at.picture)) - from;
+    if (ellipse) { // wherever it is dragged to, it starts at the mouse-down and goes right and down
+        by = {std::abs(by.x()), std::abs(by.y())};
     }
+    if (at.modifiers.testFlag(Qt::ShiftModifier)) {
+        by = squared(from, by, m_document.picCanvas().size());
+    }
+    const QPoint first(std::min(from.x(), from.x() + by.x()), std::min(from.y(), from.y() + by.y()));
+    const QRect box(first, QSize(std::abs(by.x()), std::abs(by.y())));
+    PhotoSelection selection = m_document.selection();
+    ellipse ? selection.markEllipse(box) : selection.markRectangle(box);
     mark(selection);
 }
 

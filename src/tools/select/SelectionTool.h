@@ -19,8 +19,9 @@ class SelectionTool : public EditorTool, public CanvasTool {
     bool open(const QString &key) override;
 
     void end() override { cancel(); }
-    /// Starts a selection of the shape in SelectionKind, while SelectionActive; clears the previous selection. A click
-    /// without a drag selects nothing.
+    /// Starts a selection of the shape in SelectionKind and sets SelectionActive, which an effect clears when it has
+    /// changed what was marked; clears the previous selection. A click without a drag selects
+    /// nothing; a drag with Shift makes a square or a circle.
     void press(const PointerEvent &at) override;
     void move(const PointerEvent &at) override;
     void release(const PointerEvent &at) override;

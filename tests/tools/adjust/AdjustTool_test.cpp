@@ -12,7 +12,7 @@ namespace {
 
 struct AdjustToolTest : test::ColourTools {
     QImage adjusted(int marked, int kind, int amount) {
-        return expected(marked, operationOf(*findEffect(EffectGroup::Adjustment, kind), false, {amount}));
+        return expected(marked, operationOf(*findEffect(EffectGroup::Adjustment, kind), false, {amount}, 1));
     }
     void openPanel(int kind) {
         ctx.fields.txtSFX = Switch::On;

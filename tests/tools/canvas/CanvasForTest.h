@@ -45,6 +45,12 @@ struct Canvas : testing::Test {
         QTest::mousePress(view.viewport(), button, {}, where);
     }
     void move(QPoint where) { QTest::mouseMove(view.viewport(), where); }
+    /// With the left button down and keys held.
+    void move(QPoint where, Qt::KeyboardModifiers keys) {
+        QMouseEvent event(QEvent::MouseMove, QPointF(where), QPointF(view.viewport()->mapToGlobal(where)), Qt::NoButton,
+                          Qt::LeftButton, keys);
+        QCoreApplication::sendEvent(view.viewport(), &event);
+    }
     void release(QPoint where, Qt::MouseButton button = Qt::LeftButton) {
         QTest::mouseRelease(view.viewport(), button, {}, where);
     }

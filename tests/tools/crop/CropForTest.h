@@ -74,7 +74,6 @@ struct CropWindow : testing::Test {
     CropPanel &panel = *CropPanel::of(&window, ctx);
     QSignalSpy arrow{&crop, &CropTool::finished};
     QSignalSpy cutOutArrow{&cutOut, &CutOutTool::finished};
-    QSignalSpy tip{&crop, &CropTool::tipWanted};
     QSignalSpy cutOutTip{&cutOut, &CutOutTool::tipWanted};
     QSignalSpy said{&crop, &CropTool::message};
 };

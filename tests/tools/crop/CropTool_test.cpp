@@ -43,12 +43,54 @@ TEST_F(Cropping, StartsWithHalfThePhotoAtAHundred) {
         EXPECT_EQ(crop.frame(), frame);
         EXPECT_FALSE(crop.CropReady());
         EXPECT_EQ(crop.CropRect(), QRect(0, 0, 0, 0));
+        EXPECT_FALSE(control<PictureButton>("cmdCropNow")->isEnabled());
+        said.clear();
         key(Qt::Key_Return); // no frame is finished yet
         EXPECT_EQ(photo.picCanvas().size(), size);
-        EXPECT_EQ(tip.count(), 1);
-        tip.clear();
+        EXPECT_EQ(said.count(), 1);
         EXPECT_TRUE(panel.isOpen());
     }
+}
+
+TEST_F(Cropping, TheFrameKeepsTheShapeThatWasChosen) {
+    open(photoLike(400, 300));
+    crop.open();
+    click("optCrop16x9");
+    EXPECT_EQ(crop.frame(), QRect(100, 119, 200, 113));
+    EXPECT_TRUE(control<PictureButton>("cmdCropNow")->isEnabled());
+    const struct {
+        const char *what;
+        QPoint from, by;
+        QRect frame;
+    } rows[] = {
+        {"a corner", {300, 232}, {32, 0}, {100, 119, 232, 131}},
+        {"a corner, to the photo's edge", {300, 232}, {300, 300}, {100, 119, 300, 169}},
+        {"the opposite corner", {100, 119}, {-32, -2}, {68, 101, 232, 131}},
+        {"an edge", {300, 175}, {-40, 0}, {100, 130, 160, 90}},
+        {"a corner past the other one", {300, 232}, {-232, -200}, {0, 63, 100, 56}},
+        {"inside", {200, 170}, {-30, 20}, {70, 139, 200, 113}},
+        {"a new frame", {10, 10}, {90, 20}, {10, 10, 90, 51}},
+    };
+    for (const auto &[what, from, by, frame] : rows) {
+        SCOPED_TRACE(what);
+        crop.open();
+        click("optCrop16x9");
+        draw({from, from + by / 2, from + by});
+        EXPECT_EQ(crop.frame(), frame);
+        EXPECT_EQ(crop.CropRect(), frame);
+    }
+    crop.open();
+    click("optCrop4x3");
+    click("cmdCropTurn");
+    EXPECT_EQ(crop.frame(), QRect(144, 100, 113, 150));
+    click("optCropSquare");
+    EXPECT_FALSE(control<PictureButton>("cmdCropTurn")->isEnabled());
+    click("optCropWhole");
+    EXPECT_EQ(crop.frame(), QRect(0, 0, 400, 300));
+    draw({{399, 150}, {350, 150}, {299, 150}}); // free again
+    EXPECT_EQ(crop.frame(), QRect(0, 0, 300, 300));
+    click("cmdCropNow");
+    EXPECT_EQ(photo.picCanvas().size(), QSize(300, 300));
 }
 
 TEST_F(Cropping, OpeningEndsWhatElseRunsAndShowsItsOwnControls) {

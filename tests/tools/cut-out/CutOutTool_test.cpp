@@ -62,13 +62,19 @@ const ShapeRow shapes[] = {
      [](double, double) { return true; }},
 };
 
-/// The photo with the pixels inside or outside the shape cut away.
+/// The photo with what is inside or outside the shape cut away; pixels on the line keep sixteenths of their alpha.
 QImage cutByHand(const QImage &photo, const Inside &inside, bool cutInside) {
     QImage result = photo.convertToFormat(QImage::Format_ARGB32);
     for (int y = 0; y < result.height(); ++y) {
         for (int x = 0; x < result.width(); ++x) {
-            if (inside(x + 0.5, y + 0.5) == cutInside) {
-                result.setPixel(x, y, qRgba(255, 255, 255, 0));
+            int stays = 0;
+            for (int i = 0; i < 16; ++i) {
+                stays += inside(x + (i % 4 + 0.5) / 4, y + (i / 4 + 0.5) / 4) == cutInside ? 0 : 1;
+            }
+            const QRgb pixel = result.pixel(x, y);
+            const int alpha = (qAlpha(pixel) * stays + 8) / 16;
+            if (stays < 16) {
+                result.setPixel(x, y, alpha == 0 ? 0x00FFFFFF : (pixel & 0x00FFFFFF) | QRgb(alpha) << 24);
             }
         }
     }

@@ -72,7 +72,8 @@ TEST_F(RotateToolTest, TurnsAtOnceAndBackToTheBit) {
         QImage (*turn)(const QImage &);
     } rows[] = {{"keyRotate1", quarterTurnedAnticlockwise},
                 {"keyRotate2", flippedVertically},
-                {"keyRotate3", quarterTurnedClockwise}};
+                {"keyRotate3", quarterTurnedClockwise},
+                {"keyRotate5", mirrored}};
     for (const bool transparent : {false, true}) {
         for (const auto &row : rows) {
             SCOPED_TRACE(row.key);
@@ -92,7 +93,7 @@ TEST_F(RotateToolTest, TurnsAtOnceAndBackToTheBit) {
             EXPECT_EQ(photo(), row.turn(before));
         }
     }
-    EXPECT_EQ(arrow.count(), 6);
+    EXPECT_EQ(arrow.count(), 8);
     EXPECT_FALSE(rotate.FreeRotateActive());
 }
 
@@ -111,7 +112,7 @@ TEST_F(RotateToolTest, NothingHappensWithoutAPhotoOrForAnotherKey) {
 }
 
 TEST_F(RotateToolTest, PreviewsShowWhatTheItemsDo) {
-    for (const char *key : {"keyRotate1", "keyRotate2", "keyRotate3", "keyRotate4"}) {
+    for (const char *key : {"keyRotate1", "keyRotate2", "keyRotate3", "keyRotate4", "keyRotate5"}) {
         FT2.addItem(key, "tool5");
     }
     const auto preview = [&](const char *key) {

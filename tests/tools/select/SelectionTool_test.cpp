@@ -82,6 +82,18 @@ TEST_F(Selecting, choosesAToolByItsKey) {
     EXPECT_EQ(mouse.tool(), nullptr);
 }
 
+/// An effect drops the selection while its tool stays the mouse's.
+TEST_F(Selecting, marksAgainAfterAnEffectHasDroppedTheSelection) {
+    open(photoLike(100, 80), 100);
+    for (const char *key : {"keySqr", "keyCircle", "keyLasso"}) {
+        selection.open(key);
+        flags.endSelection();
+        lasso({{10, 10}, {60, 10}, {10, 50}, {60, 50}});
+        EXPECT_TRUE(flags.SelectionActive()) << key;
+        EXPECT_FALSE(photo.selection().isEmpty()) << key;
+    }
+}
+
 TEST_F(Selecting, marksTheBoxOfADrag) {
     struct Row {
         const char *what;
@@ -128,6 +140,27 @@ TEST_F(Selecting, marksTheBoxOfADrag) {
                 EXPECT_EQ(photo.selection().box(), nothing);
             }
         }
+    }
+}
+
+TEST_F(Selecting, shiftMakesSquaresAndCircles) {
+    open(photoLike(100, 80), 100);
+    const struct {
+        const char *key;
+        QPoint from, to;
+        QRect box;
+    } rows[] = {{"keySqr", {20, 10}, {50, 30}, {20, 10, 30, 30}},
+                {"keySqr", {50, 60}, {45, 20}, {10, 20, 40, 40}},
+                {"keySqr", {20, 50}, {90, 60}, {20, 50, 30, 30}},
+                {"keyCircle", {20, 10}, {50, 30}, {20, 10, 30, 30}},
+                {"keyCircle", {50, 40}, {20, 30}, {50, 40, 30, 30}}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(testing::Message() << row.key << ' ' << row.from.x() << ' ' << row.to.x());
+        selection.open(row.key);
+        press(viewAt(row.from.x(), row.from.y()));
+        move(viewAt(row.to.x(), row.to.y()), Qt::ShiftModifier);
+        EXPECT_EQ(photo.selection().box(), row.box);
+        release(viewAt(row.to.x(), row.to.y()));
     }
 }
 
@@ -254,11 +287,8 @@ TEST_F(Selecting, aDragEndsWithItsPhotoAndItsTool) {
             photo.PerformRedo();
         }
     }
-    // Without a tool, and with a tool whose effect has ended it, nothing is marked.
+    // Without a tool nothing is marked.
     mouse.clearMarked();
-    dragOver({10, 10}, {40, 40});
-    selection.open("keySqr");
-    flags.endSelection();
     dragOver({10, 10}, {40, 40});
     EXPECT_TRUE(photo.selection().isEmpty());
 }

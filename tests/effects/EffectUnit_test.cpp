@@ -1,0 +1,102 @@
+// Effects look alike on small and large photos: on the icon, in the live preview and on the photo itself.
+#include "effects/EffectTable.h"
+#include "imaging/EffectEngine.h"
+#include "imaging/PictureFile.h"
+#include "imaging/Scale.h"
+#include "support/TestPictures.h"
+
+#include <QDir>
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace lumora {
+namespace {
+
+constexpr int iconSide = 96;      // pixels, as in the floating bars
+constexpr int iconCopySide = 240; // what the icons are made from
+constexpr int detailCopySide = 155;
+constexpr int tableSide = 900; // how wide a photo is that fits a window
+
+QImage fitted(const QImage &picture, int side) {
+    const QSize size = picture.size().scaled(side, side, Qt::KeepAspectRatio);
+    return scaled(picture, size.width(), size.height());
+}
+
+/// Root of the mean square of the differences, levels.
+double difference(const QImage &a, const QImage &b) {
+    EXPECT_EQ(a.size(), b.size());
+    double sum = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            const QRgb p = a.pixel(x, y);
+            const QRgb q = b.pixel(x, y);
+            const int red = qRed(p) - qRed(q);
+            const int green = qGreen(p) - qGreen(q);
+            const int blue = qBlue(p) - qBlue(q);
+            sum += red * red + green * green + blue * blue;
+        }
+    }
+    return std::sqrt(sum / 3 / a.width() / a.height());
+}
+
+/// Decibels.
+double likeness(const QImage &a, const QImage &b) {
+    return 20 * std::log10(255 / std::max(difference(a, b), 1e-6));
+}
+
+QImage with(const Effect &effect, const QImage &picture, double unit) {
+    EffectEngine engine;
+    engine.setPicture(picture);
+    EXPECT_TRUE(engine.apply(operationOf(effect, false, effect.basic, unit), false)) << effect.name;
+    return engine.picture();
+}
+
+/// A photo of the collection at another size; with detail of its own at any size.
+QImage photoOf(const char *name, int width, int height) {
+    const QString folder = qEnvironmentVariable("LUMORA_SOURCE") + "/resources/installed/My Photos/";
+    QImage photo = readPicture(folder + name).picture;
+    EXPECT_FALSE(photo.isNull()) << name;
+    return scaled(photo, width, height);
+}
+
+const char *const photos[] = {"animals/elephants.jpg", "animals/clownfish.jpg", "machines/steam locomotive.jpg"};
+
+/// Those whose lengths are in units.
+const char *const effectsInUnits[] = {"SFX3", "SFX4", "SFX5", "SFX6", "SFX7", "SFX9", "SFX10"};
+
+TEST(EffectUnit, ThePhotoChangesAsItsIconDoes) {
+    for (const char *name : photos) {
+        for (const int width : {1152, 4000, 6000}) {
+            const QImage photo = photoOf(name, width, width * 3 / 4);
+            const QImage shown = fitted(photo, tableSide);
+            for (const char *key : effectsInUnits) {
+                const Effect &effect = *findEffect(EffectGroup::Special, QString("key") + key);
+                const int copySide = effect.looksAtNeighbours ? detailCopySide : iconCopySide;
+                const QImage copy = fitted(photo, copySide);
+                const QImage icon = fitted(copy, iconSide);
+                const QImage onIcon = fitted(with(effect, copy, 1), iconSide);
+                const QImage onPhoto = fitted(with(effect, photo, effectUnit(photo.size())), tableSide);
+                const double ratio = difference(onPhoto, shown) / difference(onIcon, icon);
+                EXPECT_TRUE(ratio > 0.7 && ratio < 1.4) << key << ' ' << name << ' ' << width << ": " << ratio;
+            }
+        }
+    }
+}
+
+TEST(EffectUnit, AReducedPhotoShowsWhatThePhotoWillBe) {
+    const QImage photo = photoOf(photos[0], 4000, 3000);
+    const double unit = effectUnit(photo.size());
+    for (const Effect &effect : effects(EffectGroup::Special)) {
+        if (effect.number == 7) {
+            continue;
+        }
+        const QImage applied = with(effect, photo, unit);
+        for (const int factor : {2, 4}) {
+            const QImage reduced = with(effect, boxReduced(photo, factor), unit / factor);
+            EXPECT_GT(likeness(boxReduced(applied, factor), reduced), 30) << effect.name << " at 1 / " << factor;
+        }
+    }
+}
+
+} // namespace
+} // namespace lumora
