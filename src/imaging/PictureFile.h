@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QImage>
+#include <QSize>
 #include <QString>
 
 namespace lumora {
@@ -51,6 +52,11 @@ PictureRead readPicture(const QString &path);
 /// A small picture of the file whose longer side is at most `longerSide` pixels (1 to 2000), upright and sRGB, made
 /// from the embedded or a scaled-down decode where the format has one.
 PictureRead readThumbnail(const QString &path, int longerSide);
+
+/// The picture of the file at the size that just fits into `room` (pixels, at least 1 x 1), larger than the file's own
+/// where that is smaller; upright and sRGB. Made from a scaled-down decode where the format has one, so that a large
+/// photo takes little more memory than the result. Can be cancelled by the current TaskControl.
+PictureRead readFitted(const QString &path, QSize room);
 
 /// Reads a picture from the bytes of a file.
 PictureRead readPictureFromData(const QByteArray &data);

@@ -1,6 +1,8 @@
 // Every arrangement of every format comes out as the pixels that went in.
+#include "base/TaskControl.h"
 #include "imaging/Picture.h"
 #include "imaging/PictureFile.h"
+#include "imaging/Scale.h"
 #include "imaging/filesMakers.h"
 #include "support/TestPictures.h"
 
@@ -327,4 +329,38 @@ TEST(FilesRead, ThumbnailsFitTheBox) {
         EXPECT_GT(qBlue(sky), qRed(sky)) << "the sky of the picture is blue";
         EXPECT_EQ(readThumbnail(path, 2000).picture.size(), photo.size()) << "small pictures are not enlarged";
     }
+}
+
+TEST(FilesRead, FittedPicturesTakeTheWholeRoom) {
+    QTemporaryDir folder;
+    const QImage photo = toPicture(photoLike(1203, 801));
+    const struct {
+        QSize room, fitted;
+    } cases[] = {
+        {{600, 900}, {600, 400}},     // in the room's width
+        {{1920, 400}, {601, 400}},    // in its height
+        {{1203, 801}, {1203, 801}},   // as it is
+        {{2406, 5000}, {2406, 1602}}, // enlarged
+        {{1, 1}, {1, 1}},
+        {{0, -3}, {1, 1}},
+    };
+    for (const char *name : {"a.jpg", "a.png", "a.gif"}) {
+        const QString path = folder.filePath(QLatin1String(name));
+        ASSERT_TRUE(writePicture(photo, path).ok());
+        const QImage whole = readPicture(path).picture;
+        for (const auto &c : cases) {
+            SCOPED_TRACE(testing::Message() << name << " in " << c.room.width() << " x " << c.room.height());
+            const PictureRead read = readFitted(path, c.room);
+            ASSERT_EQ(read.error, PictureError::None);
+            ASSERT_EQ(read.picture.size(), c.fitted);
+            // The reduced decode of JPEG differs by rounding only.
+            const QImage expected = scaled(whole, c.fitted.width(), c.fitted.height());
+            const QPoint middle(c.fitted.width() / 2, c.fitted.height() / 2);
+            EXPECT_NEAR(qGreen(read.picture.pixel(middle)), qGreen(expected.pixel(middle)), 6);
+        }
+    }
+    TaskControl control;
+    control.cancel();
+    const TaskControl::Scope scope(&control);
+    EXPECT_EQ(readFitted(folder.filePath("a.jpg"), {100, 100}).error, PictureError::Cancelled);
 }

@@ -156,6 +156,8 @@ TEST(FilesUpright, EveryOrientationOfEveryFormat) {
             EXPECT_EQ(QSize(header.width, header.height), read.picture.size());
             EXPECT_EQ(header.format, QLatin1String(file.name));
             EXPECT_EQ(readThumbnail(path, columns * block / 2).picture.size(), read.picture.size() / 2);
+            EXPECT_EQ(readFitted(path, {columns * block * 2, rows * block * 2}).picture.size(),
+                      read.picture.size() * 2);
             // What is written holds no orientation that would turn it again.
             for (const char *extension : {"jpg", "png", "tif"}) {
                 const QString again = folder.filePath(QStringLiteral("again.") + QLatin1String(extension));
