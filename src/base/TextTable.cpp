@@ -301,6 +301,8 @@ constexpr TextRow textRows[] = {
     {"frmMain", "Save", "Save", "-", ""},
     {"frmMain", "MsgEmail", "E-mail Sent!", "-", ""},
     {"frmMain", "DlgSSBrowse", "Choose photos for your slideshow:", "-", ""},
+    {"frmSlideShow", "SlideshowPaused", "Paused", "-", ""},
+    {"frmSlideShow", "SlideshowGoesOn", "Playing", "-", ""},
     {"frmMain", "NoHelp", "It appears you have not installed the videos. Please install them and try again.", "-", ""},
 
     // Main window: the zoom menu, and the messages that the status line shows until the next action.

@@ -5,6 +5,7 @@
 #include "ideas/frmSamples.h"
 #include "options/frmOptions.h"
 #include "output/DeviceLists.h"
+#include "output/slideshow/SlideShow.h"
 #include "session/AppContext.h"
 #include "session/LoadSettings.h"
 #include "session/PhotoStatus.h"
@@ -101,6 +102,7 @@ void frmMain::build() {
     m_status = new StatusLine("SBar", this);
     m_photo = new PhotoCommands(m_ctx, this);
     m_devices = new DeviceLists(m_ctx, {}, this);
+    m_slideShow = new SlideShow(m_ctx, this);
     m_recovery = new Recovery(m_ctx.photo, m_ctx.installation.recoveryFolder, this);
     m_bars = new FloatingBarSet(this);
     m_toolSet = new ToolSet(m_ctx, *m_view, *m_tools, *m_bars, this);
@@ -217,7 +219,7 @@ void frmMain::SetMeUp() {
     m_devices->LoadScanners();
     m_devices->GetPrinters();
     LoadSettingsFromINIFile(m_ctx);
-    for (const char *key : {"keyEmail", "keySlideShow"}) {
+    for (const char *key : {"keyEmail"}) {
         m_commands->Toolbar1()->setButtonEnabled(key, false); // they have no command yet
     }
     m_commands->cmdScan()->setEnabled(false);
@@ -312,6 +314,9 @@ void frmMain::runToolbarCommand(const QString &key) {
     } else if (key == "keyPaste") {
         HideBoxes();
         m_photo->PastePhoto();
+    } else if (key == "keySlideShow") {
+        HideBoxes();
+        m_slideShow->start();
     } else if (key == "keyIdeas") {
         HideBoxes();
         connect(frmSamples::showModal(m_ctx, this), &frmSamples::popArtWanted, m_toolSet,

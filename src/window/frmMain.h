@@ -24,6 +24,7 @@ class PhotoCommands;
 class PhotoView;
 class ProgressPanel;
 class Recovery;
+class SlideShow;
 class StatusLine;
 class ToolColumn;
 class ToolSet;
@@ -112,6 +113,7 @@ class frmMain : public QWidget {
     QWidget *m_panelRoom = nullptr;
     PhotoCommands *m_photo = nullptr;
     DeviceLists *m_devices = nullptr;
+    SlideShow *m_slideShow = nullptr;
     Recovery *m_recovery = nullptr;
     QTimer *tmrWelcome = nullptr;
     QPointer<frmWelcome> m_welcome;
