@@ -31,8 +31,10 @@ Slide firstThatCanBeShown(const QDir &folder, const QStringList &names, int firs
                           const TaskControl &control) {
     for (qsizetype i = 0; i < names.size() && !control.isCancelled(); ++i) {
         const int index = static_cast<int>((first + i) % names.size());
+        // Buffers of pictures that were shown, and of whole decodes of several sizes, would add up.
+        releaseKeptBuffers();
         const QImage picture = opaque(readFitted(folder.filePath(names[index]), room).picture);
-        releaseKeptBuffers(); // whole decodes of several sizes would add up
+        releaseKeptBuffers();
         if (!picture.isNull()) {
             return {index, picture};
         }

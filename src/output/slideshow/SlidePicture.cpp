@@ -25,7 +25,10 @@ SlidePicture::SlidePicture(QWidget *parent)
     m_change->setStartValue(0.0);
     m_change->setEndValue(1.0);
     connect(m_change, &QVariantAnimation::valueChanged, this, qOverload<>(&QWidget::update));
-    connect(m_change, &QVariantAnimation::finished, this, [this] { m_before = {}; });
+    connect(m_change, &QVariantAnimation::finished, this, [this] {
+        m_before = {};
+        Q_EMIT changed();
+    });
     tmrPointer->setObjectName("tmrPointer");
     tmrPointer->setSingleShot(true);
     tmrPointer->setInterval(pointerTime);
@@ -46,10 +49,12 @@ void SlidePicture::setPicture(const QImage &picture) {
     m_change->stop();
     m_before = motionWanted() ? m_picture : QImage();
     m_picture = picture;
+    update();
     if (motionWanted()) {
         m_change->start();
+    } else {
+        Q_EMIT changed();
     }
-    update();
 }
 
 QSize SlidePicture::room() const {

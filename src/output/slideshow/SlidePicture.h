@@ -29,6 +29,8 @@ class SlidePicture : public QWidget {
   Q_SIGNALS:
     /// A click of the left button; never the second half of a double click that began before this was shown.
     void clicked();
+    /// The last picture has come on the screen completely; the one before is forgotten.
+    void changed();
 
   protected:
     void paintEvent(QPaintEvent *event) override;

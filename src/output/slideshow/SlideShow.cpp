@@ -97,6 +97,8 @@ void SlideShow::start() {
     m_window = new frmSlideShow(m_ctx.texts, m_owner);
     connect(m_window, &frmSlideShow::pauseWanted, this, &SlideShow::togglePause);
     connect(m_window, &frmSlideShow::roomChanged, this, &SlideShow::lookForNext);
+    // Not before: decoding beside the cross-fade would make it jerk, and take memory while there are two pictures.
+    connect(m_window->XShow1(), &SlidePicture::changed, this, &SlideShow::lookForNext);
     connect(m_window, &QDialog::finished, this, &SlideShow::end);
     m_awake = std::make_unique<ScreenAwake>(m_ctx.texts.text("ApplicationName"), m_ctx.texts.text("Slideshow"));
     m_window->showModal();
@@ -134,7 +136,6 @@ void SlideShow::showNext() {
     SlidePicture *show = m_window->XShow1();
     show->setPicture(slide.picture);
     show->setAccessibleName(listBoxName.value(m_current));
-    lookForNext();
     Q_EMIT shown();
 }
 
