@@ -18,7 +18,7 @@ const GuidePage pages[] = {
     {"undo.html", "GuideUndo", "undo", ""},
     // E-mail.
     {"copy.html", "GuideCopy", "copy", ""},
-    // The slideshow.
+    {"slideshow.html", "Slideshow", "slideshow", ""},
     {"ideas.html", "Ideas", "ideas", ""},
     {"pop-art.html", "IdeaPopArtName", "pop-art", ""},
     {"help.html", "Help", "help", ""},

@@ -196,6 +196,7 @@ TEST(GuideSearch, FindsThePageFirstThatAChildWants) {
         {"four bright copies", "pop-art.html"},
         {"film", "help.html"},
         {"quit", "exit.html"},
+        {"show all my photos", "slideshow.html"},
         {"privacy", "grownups.html"},
         {"power cut", "grownups.html"},
         {"Lumora.ini", "settings.html"},
