@@ -316,6 +316,7 @@ constexpr TextRow textRows[] = {
     {"frmMain", "StatusSaved", "Saved:", "-", ""},
     {"frmMain", "StatusNotFound", "Lumora cannot find this picture or is not allowed to open it.", "-", ""},
     {"frmMain", "StatusNotAPicture", "Lumora cannot open this kind of file.", "-", ""},
+    {"frmMain", "StatusTooRare", "This kind of picture is too rare for Lumora.", "-", ""},
     {"frmMain", "StatusTooLarge", "This picture is too big for Lumora.", "-", ""},
     {"frmMain", "StatusDamaged", "This picture is damaged. Lumora cannot open it.", "-", ""},
     {"frmMain", "StatusNotWhole", "Part of this picture is missing. Lumora shows what is there.", "-", ""},

@@ -53,7 +53,9 @@ void checkSize(FileHeader &header) {
         header = refusedHeader(PictureError::Damaged, size);
         return;
     }
-    if (static_cast<qint64>(header.width) * header.height > maxPicturePixels) {
+    constexpr int longestSide = 65'535; // what the formats that are written can hold
+    if (static_cast<qint64>(header.width) * header.height > maxPicturePixels ||
+        std::max(header.width, header.height) > longestSide) {
         header = refusedHeader(PictureError::TooLarge, size);
         return;
     }

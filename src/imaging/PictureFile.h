@@ -12,7 +12,8 @@ enum class PictureError {
     None,
     NotFound,    ///< no such file, or it may not be read
     NotAPicture, ///< none of the formats known here
-    TooLarge,    ///< more than 200 megapixels
+    TooRare,     ///< a known format, arranged in a way that is not decoded here
+    TooLarge,    ///< more than 200 megapixels, or a side of more than 65,535 pixels
     Damaged,     ///< the header claims more than the file can hold, or the data are damaged from the start
     NoMemory,    ///< memory for the pixels could not be allocated
     UnknownType, ///< writing: unknown extension
@@ -44,7 +45,7 @@ struct PictureWritten {
 PictureHeader readPictureHeader(const QString &path);
 
 /// Reads BMP, GIF (first frame), JPEG, PNG, TIFF (first page), WebP and HEIF by content: upright by its EXIF or TIFF
-/// orientation, colours converted from an embedded profile to sRGB. The size is checked against 200 megapixels and
+/// orientation, colours converted from an embedded profile to sRGB. The size is checked against the limits and
 /// against what the file can hold before a pixel is allocated. Reports progress to the current TaskControl, which may
 /// cancel it.
 PictureRead readPicture(const QString &path);
