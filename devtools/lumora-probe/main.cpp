@@ -82,6 +82,8 @@ const char *name(PictureError error) {
         return "not found";
     case PictureError::NotAPicture:
         return "not a picture";
+    case PictureError::TooRare:
+        return "too rare";
     case PictureError::TooLarge:
         return "too large";
     case PictureError::Damaged:

@@ -314,6 +314,8 @@ constexpr TextRow textRows[] = {
     {"frmMain", "Save", "Save", "-", ""},
     {"frmMain", "MsgEmail", "E-mail Sent!", "-", ""},
     {"frmMain", "DlgSSBrowse", "Choose photos for your slideshow:", "-", ""},
+    {"frmSlideShow", "SlideshowPaused", "Paused", "-", ""},
+    {"frmSlideShow", "SlideshowGoesOn", "Playing", "-", ""},
     {"frmMain", "NoHelp", "It appears you have not installed the videos. Please install them and try again.", "-", ""},
 
     // Main window: the zoom menu, and the messages that the status line shows until the next action.
@@ -327,6 +329,7 @@ constexpr TextRow textRows[] = {
     {"frmMain", "StatusSaved", "Saved:", "-", ""},
     {"frmMain", "StatusNotFound", "Lumora cannot find this picture or is not allowed to open it.", "-", ""},
     {"frmMain", "StatusNotAPicture", "Lumora cannot open this kind of file.", "-", ""},
+    {"frmMain", "StatusTooRare", "This kind of picture is too rare for Lumora.", "-", ""},
     {"frmMain", "StatusTooLarge", "This picture is too big for Lumora.", "-", ""},
     {"frmMain", "StatusDamaged", "This picture is damaged. Lumora cannot open it.", "-", ""},
     {"frmMain", "StatusNotWhole", "Part of this picture is missing. Lumora shows what is there.", "-", ""},

@@ -1,8 +1,8 @@
 #include "dialogs/PhotoList.h"
 
+#include "base/NameOrder.h"
 #include "widgets/Theme.h"
 
-#include <QCollator>
 #include <QDir>
 #include <QPainter>
 #include <QScreen>
@@ -78,12 +78,7 @@ class CardDelegate : public QStyledItemDelegate {
 
 QStringList sortedNames(const QString &folder, const QStringList &patterns) {
     QStringList names = QDir(folder).entryList(patterns, QDir::Files, QDir::Unsorted);
-    // The C locale compares names by bytes only: photo10 would sort before photo2.
-    const QLocale locale;
-    QCollator collator(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
-    collator.setNumericMode(true);
-    std::sort(names.begin(), names.end(), collator);
+    sortByName(names);
     return names;
 }
 

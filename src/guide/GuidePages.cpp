@@ -19,7 +19,7 @@ const GuidePage pages[] = {
     {"undo.html", "GuideUndo", "undo", ""},
     {"email.html", "E-mail", "email", ""},
     {"copy.html", "GuideCopy", "copy", ""},
-    // The slideshow.
+    {"slideshow.html", "Slideshow", "slideshow", ""},
     {"ideas.html", "Ideas", "ideas", ""},
     {"pop-art.html", "IdeaPopArtName", "pop-art", ""},
     {"help.html", "Help", "help", ""},

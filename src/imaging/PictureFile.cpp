@@ -53,7 +53,9 @@ void checkSize(FileHeader &header) {
         header = refusedHeader(PictureError::Damaged, size);
         return;
     }
-    if (static_cast<qint64>(header.width) * header.height > maxPicturePixels) {
+    constexpr int longestSide = 65'535; // what the formats that are written can hold
+    if (static_cast<qint64>(header.width) * header.height > maxPicturePixels ||
+        std::max(header.width, header.height) > longestSide) {
         header = refusedHeader(PictureError::TooLarge, size);
         return;
     }
@@ -139,21 +141,45 @@ QImage reducedTo(const QImage &picture, int longerSide) {
     return scaleByAveraging(picture, side(picture.width()), side(picture.height()));
 }
 
-PictureRead readSmallFrom(QIODevice &device, int longerSide) {
-    return withinMemory([&device, longerSide] {
+// The size at which a picture of these proportions just fits into the room.
+QSize fittedSize(QSize picture, QSize room) {
+    const auto share = [](qint64 side, qint64 part, qint64 whole) {
+        return static_cast<int>(std::max<qint64>(1, (side * part + whole / 2) / whole));
+    };
+    const bool isWider =
+        static_cast<qint64>(picture.width()) * room.height() > static_cast<qint64>(picture.height()) * room.width();
+    return isWider ? QSize(room.width(), share(picture.height(), room.width(), picture.width()))
+                   : QSize(share(picture.width(), room.height(), picture.height()), room.height());
+}
+
+QSize uprightSize(const FileHeader &header) {
+    const QSize stored(header.width, header.height);
+    return swapsSides(header.orientation) ? stored.transposed() : stored;
+}
+
+// Decodes the picture with at least the longer side of `target(upright size)`, or whole where the format knows no
+// shorter way, and has `finish(picture, target)` make the result of it.
+template <typename Target, typename Finish>
+PictureRead readSmallFrom(QIODevice &device, Target targetOf, Finish finish) {
+    return withinMemory([&] {
         Source source(device);
         const Found found = find(source);
-        if (found.header.error != PictureError::None) {
-            return refusedRead(found.header.error, found.header.reason);
+        const FileHeader &header = found.header;
+        if (header.error != PictureError::None) {
+            return refusedRead(header.error, header.reason);
         }
+        const QSize target = targetOf(uprightSize(header));
         PictureRead read =
-            finished(found.format->decodeSmall ? found.format->decodeSmall(source, found.header, longerSide)
-                                               : found.format->decode(source, found.header),
-                     found.header.orientation);
+            finished(found.format->decodeSmall
+                         ? found.format->decodeSmall(source, header, std::max(target.width(), target.height()))
+                         : found.format->decode(source, header),
+                     header.orientation);
         if (read.error == PictureError::None) {
-            read.picture = reducedTo(read.picture, longerSide);
+            read.picture = finish(read.picture, target);
         }
-        return read;
+        return read.error == PictureError::None && read.picture.isNull()
+                   ? refusedRead(PictureError::NoMemory, QStringLiteral("no memory to scale it"))
+                   : read;
     });
 }
 
@@ -219,9 +245,9 @@ PictureHeader readPictureHeader(const QString &path) {
     result.format = found.format ? QLatin1String(found.format->name) : QString();
     result.error = found.header.error;
     result.reason = found.header.reason;
-    const bool swap = swapsSides(found.header.orientation);
-    result.width = swap ? found.header.height : found.header.width;
-    result.height = swap ? found.header.width : found.header.height;
+    const QSize size = uprightSize(found.header);
+    result.width = size.width();
+    result.height = size.height();
     return result;
 }
 
@@ -239,7 +265,21 @@ PictureRead readThumbnail(const QString &path, int longerSide) {
     if (const auto failure = openForReading(file)) {
         return refusedRead(PictureError::NotFound, *failure);
     }
-    return readSmallFrom(file, std::clamp(longerSide, 1, 2000));
+    const int side = std::clamp(longerSide, 1, 2000);
+    return readSmallFrom(
+        file, [side](QSize) { return QSize(side, side); },
+        [side](const QImage &picture, QSize) { return reducedTo(picture, side); });
+}
+
+PictureRead readFitted(const QString &path, QSize room) {
+    WatchedFile file(path);
+    if (const auto failure = openForReading(file)) {
+        return refusedRead(PictureError::NotFound, *failure);
+    }
+    const PictureRead read = readSmallFrom(
+        file, [room](QSize upright) { return fittedSize(upright, room.expandedTo(QSize(1, 1))); },
+        [](const QImage &picture, QSize target) { return scaled(picture, target.width(), target.height()); });
+    return TaskControl::isCurrentCancelled() ? refusedRead(PictureError::Cancelled, QStringLiteral("stopped")) : read;
 }
 
 PictureRead readPictureFromData(const QByteArray &data) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QImage>
+#include <QSize>
 #include <QString>
 
 namespace lumora {
@@ -11,7 +12,8 @@ enum class PictureError {
     None,
     NotFound,    ///< no such file, or it may not be read
     NotAPicture, ///< none of the formats known here
-    TooLarge,    ///< more than 200 megapixels
+    TooRare,     ///< a known format, arranged in a way that is not decoded here
+    TooLarge,    ///< more than 200 megapixels, or a side of more than 65,535 pixels
     Damaged,     ///< the header claims more than the file can hold, or the data are damaged from the start
     NoMemory,    ///< memory for the pixels could not be allocated
     UnknownType, ///< writing: unknown extension
@@ -43,7 +45,7 @@ struct PictureWritten {
 PictureHeader readPictureHeader(const QString &path);
 
 /// Reads BMP, GIF (first frame), JPEG, PNG, TIFF (first page), WebP and HEIF by content: upright by its EXIF or TIFF
-/// orientation, colours converted from an embedded profile to sRGB. The size is checked against 200 megapixels and
+/// orientation, colours converted from an embedded profile to sRGB. The size is checked against the limits and
 /// against what the file can hold before a pixel is allocated. Reports progress to the current TaskControl, which may
 /// cancel it.
 PictureRead readPicture(const QString &path);
@@ -51,6 +53,11 @@ PictureRead readPicture(const QString &path);
 /// A small picture of the file whose longer side is at most `longerSide` pixels (1 to 2000), upright and sRGB, made
 /// from the embedded or a scaled-down decode where the format has one.
 PictureRead readThumbnail(const QString &path, int longerSide);
+
+/// The picture of the file at the size that just fits into `room` (pixels, at least 1 x 1), larger than the file's own
+/// where that is smaller; upright and sRGB. Made from a scaled-down decode where the format has one, so that a large
+/// photo takes little more memory than the result. Can be cancelled by the current TaskControl.
+PictureRead readFitted(const QString &path, QSize room);
 
 /// Reads a picture from the bytes of a file.
 PictureRead readPictureFromData(const QByteArray &data);

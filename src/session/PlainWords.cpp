@@ -12,6 +12,8 @@ QString plainWords(const Texts &texts, PictureError error) {
         return texts.text("StatusNotFound");
     case PictureError::NotAPicture:
         return texts.text("StatusNotAPicture");
+    case PictureError::TooRare:
+        return texts.text("StatusTooRare");
     case PictureError::TooLarge:
         return texts.text("StatusTooLarge");
     case PictureError::Damaged:

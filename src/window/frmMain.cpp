@@ -9,6 +9,7 @@
 #include "output/print/PrintButton.h"
 #include "output/print/PrintCommands.h"
 #include "output/mail/Postman.h"
+#include "output/slideshow/SlideShow.h"
 #include "session/AppContext.h"
 #include "session/LoadSettings.h"
 #include "session/PhotoStatus.h"
@@ -109,6 +110,7 @@ void frmMain::build() {
     m_scan = new ScanCommands(m_ctx, *m_devices, this);
     m_print = new PrintCommands(m_ctx, *m_devices, this, [this] { return askWhereToPrintPdf(m_ctx, this); });
     m_postman = new Postman(m_ctx, this);
+    m_slideShow = new SlideShow(m_ctx, this);
     m_recovery = new Recovery(m_ctx.photo, m_ctx.installation.recoveryFolder, this);
     m_bars = new FloatingBarSet(this);
     m_toolSet = new ToolSet(m_ctx, *m_view, *m_tools, *m_bars, this);
@@ -262,7 +264,6 @@ void frmMain::SetMeUp() {
     m_devices->LoadScanners();
     m_devices->GetPrinters();
     LoadSettingsFromINIFile(m_ctx);
-    m_commands->Toolbar1()->setButtonEnabled("keySlideShow", false); // it has no command yet
     m_ctx.fields.txtWelcome = m_ctx.settings.read<Setting::Welcome>();
     if (m_ctx.fields.txtWelcome) {
         tmrWelcome->start();
@@ -359,6 +360,9 @@ void frmMain::runToolbarCommand(const QString &key) {
     } else if (key == "keyPaste") {
         HideBoxes();
         m_photo->PastePhoto();
+    } else if (key == "keySlideShow") {
+        HideBoxes();
+        m_slideShow->start();
     } else if (key == "keyIdeas") {
         HideBoxes();
         connect(frmSamples::showModal(m_ctx, this), &frmSamples::popArtWanted, m_toolSet,

@@ -27,6 +27,7 @@ class Postman;
 class ProgressPanel;
 class Recovery;
 class ScanCommands;
+class SlideShow;
 class StatusLine;
 class ToolColumn;
 class ToolSet;
@@ -120,6 +121,7 @@ class frmMain : public QWidget {
     ScanCommands *m_scan = nullptr;
     PrintCommands *m_print = nullptr;
     Postman *m_postman = nullptr;
+    SlideShow *m_slideShow = nullptr;
     Recovery *m_recovery = nullptr;
     QTimer *tmrWelcome = nullptr;
     QPointer<frmWelcome> m_welcome;

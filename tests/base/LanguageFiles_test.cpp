@@ -122,7 +122,7 @@ TEST(SettingsFile, LeavesEveryDefaultButAFewAlone) {
     ASSERT_FALSE(bytes.isEmpty());
     QByteArrayList settings = bytes.split('\n');
     settings.removeIf([](const QByteArray &line) { return line.isEmpty() || line.startsWith(';'); });
-    EXPECT_EQ(settings, QByteArrayList({"[Scanner]", "Device=0"}));
+    EXPECT_EQ(settings, QByteArrayList({"[Scanner]", "Device=0", "[Slideshow]", "Delay=4"}));
 }
 
 } // namespace

@@ -198,6 +198,7 @@ TEST(GuideSearch, FindsThePageFirstThatAChildWants) {
         {"four bright copies", "pop-art.html"},
         {"film", "help.html"},
         {"quit", "exit.html"},
+        {"show all my photos", "slideshow.html"},
         {"privacy", "grownups.html"},
         {"power cut", "grownups.html"},
         {"Lumora.ini", "settings.html"},

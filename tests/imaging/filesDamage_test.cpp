@@ -94,6 +94,21 @@ template <typename Value> QByteArray little(Value value) {
     return {reinterpret_cast<const char *>(&value), sizeof(value)};
 }
 
+// The TIFF file (low byte first) with another value of a tag of one number, and perhaps another type and tag.
+QByteArray withTag(QByteArray bytes, int tag, int value, int type = TIFF_LONG, int newTag = 0) {
+    const qsizetype directory = qFromLittleEndian<quint32>(bytes.constData() + 4);
+    const int entries = qFromLittleEndian<quint16>(bytes.constData() + directory);
+    for (int i = 0; i < entries; ++i) {
+        const qsizetype entry = directory + 2 + i * 12;
+        if (qFromLittleEndian<quint16>(bytes.constData() + entry) == tag) {
+            put(bytes, entry,
+                little<quint16>(newTag != 0 ? newTag : tag) + little<quint16>(type) + little<quint32>(1) +
+                    little<quint32>(value));
+        }
+    }
+    return bytes;
+}
+
 // The file with another size in its header, 16 bits a side.
 QByteArray withSize(const File &file, int width, int height) {
     QByteArray bytes = file.bytes;
@@ -105,17 +120,7 @@ QByteArray withSize(const File &file, int width, int height) {
         put(bytes, 16, big<quint32>(width) + big<quint32>(height));
         put(bytes, 29, big<quint32>(crc32(0, reinterpret_cast<const Bytef *>(bytes.constData()) + 12, 17)));
     } else if (name.endsWith("TIFF")) {
-        for (const auto &[tag, value] :
-             {std::pair<int, int>{TIFFTAG_IMAGEWIDTH, width}, {TIFFTAG_IMAGELENGTH, height}}) {
-            const qsizetype directory = qFromLittleEndian<quint32>(bytes.constData() + 4);
-            const int entries = qFromLittleEndian<quint16>(bytes.constData() + directory);
-            for (int i = 0; i < entries; ++i) {
-                const qsizetype entry = directory + 2 + i * 12;
-                if (qFromLittleEndian<quint16>(bytes.constData() + entry) == tag) {
-                    put(bytes, entry + 2, little<quint16>(TIFF_LONG) + little<quint32>(1) + little<quint32>(value));
-                }
-            }
-        }
+        bytes = withTag(withTag(bytes, TIFFTAG_IMAGEWIDTH, width), TIFFTAG_IMAGELENGTH, height);
     } else if (name.endsWith("GIF")) {
         put(bytes, 6, little<quint16>(width) + little<quint16>(height));
     } else if (name.endsWith("BMP")) {
@@ -156,6 +161,90 @@ TEST(FilesDamage, MoreThan200MegapixelsAreRefused) {
         EXPECT_EQ(readPictureFromData(withSize(file, 20'000, 10'001)).error, PictureError::TooLarge);
         EXPECT_NE(readPictureFromData(withSize(file, 20'000, 10'000)).error, PictureError::TooLarge);
         EXPECT_EQ(readPictureFromData(withSize(file, 0, 40)).error, PictureError::Damaged);
+    }
+}
+
+TEST(FilesDamage, MoreThan65535PixelsASideAreRefused) {
+    for (const File &file : everyKind()) {
+        const QByteArray name(file.name);
+        if (name.endsWith("PNG") || name.endsWith("TIFF") || name.endsWith("BMP")) {
+            SCOPED_TRACE(file.name);
+            EXPECT_EQ(readPictureFromData(withSize(file, 65'536, 1)).error, PictureError::TooLarge);
+            EXPECT_EQ(readPictureFromData(withSize(file, 1, 2'000'000)).error, PictureError::TooLarge);
+            EXPECT_NE(readPictureFromData(withSize(file, 1, 65'535)).error, PictureError::TooLarge);
+        }
+    }
+}
+
+// What no library here decodes is said to be rare, not damaged, before memory for pixels is taken.
+TEST(FilesDamage, WhatIsTooRareIsSaidToBeRare) {
+    const auto grey = [](int x, int y, int) { return x + y; };
+    const QByteArray jpeg = makeJpeg(40, 30, {}, grey);
+    const qsizetype frame = jpeg.indexOf("\xFF\xC0");
+    const auto jpegWith = [&](qsizetype at, char byte) {
+        QByteArray bytes = jpeg;
+        bytes[frame + at] = byte;
+        return bytes;
+    };
+    const File tiff{"TIFF", makeTiff(4000, 3000, {.bits = 8, .samples = 1, .photometric = 1}, grey)};
+    const File fax{"fax TIFF", makeTiff(64, 64, {.bits = 1, .samples = 1, .photometric = 0, .compression = 4}, grey)};
+    const QByteArray progressive = makeJpeg(40, 30, {.progressive = true}, grey);
+    const qsizetype lastScan = progressive.lastIndexOf("\xFF\xDA");
+    const QByteArray scan = progressive.mid(lastScan, progressive.size() - 2 - lastScan);
+    QByteArray bmp = makeBmp(40, 30, 24, false, grey);
+    bmp[30] = 4; // a JPEG file inside
+    const File files[] = {
+        {"lossless JPEG", jpegWith(1, '\xC3')},
+        {"hierarchical JPEG", jpegWith(1, '\xC5')},
+        {"JPEG of 12 bits", jpegWith(4, 12)},
+        {"JPEG of 200 scans", progressive.left(lastScan) + scan.repeated(200) + progressive.right(2)},
+        {"TIFF of 96 bits", withTag(tiff.bytes, TIFFTAG_BITSPERSAMPLE, 96)},
+        {"TIFF of complex numbers", makeTiff(40, 30, {.bits = 32, .format = 6}, grey)},
+        {"TIFF of JPEG 2000", withTag(tiff.bytes, TIFFTAG_COMPRESSION, 34712)},
+        {"fax of 65,281 samples", withTag(fax.bytes, TIFFTAG_SAMPLESPERPIXEL, 65281)},
+        {"BMP with a JPEG", bmp},
+    };
+    for (const File &file : files) {
+        SCOPED_TRACE(file.name);
+        const qint64 before = peakKilobytes();
+        const PictureRead read = readPictureFromData(file.bytes);
+        EXPECT_EQ(read.error, PictureError::TooRare) << read.reason.toStdString();
+        expectAnswer(read);
+        EXPECT_LT(peakKilobytes() - before, 30 * 1024);
+    }
+}
+
+TEST(FilesDamage, WholePicturesAreNotSaidToLackAPart) {
+    const TiffKind kind{.orientation = 1};
+    const QByteArray tiff = makeTiff(40, 30, kind, noise);
+    for (const int tag : {60000, 274 + 1}) { // a tag that nobody knows, with a value of a type that there is not
+        QByteArray bytes = withTag(tiff, TIFFTAG_ORIENTATION, 1, 99, tag);
+        const PictureRead read = readPictureFromData(bytes);
+        EXPECT_EQ(read.error, PictureError::None) << read.reason.toStdString();
+        EXPECT_EQ(read.reason, QString()) << tag;
+    }
+    for (const File &file : everyKind()) {
+        EXPECT_EQ(readPictureFromData(file.bytes).reason, QString()) << file.name;
+    }
+}
+
+TEST(FilesDamage, WhatIsMissingOfRunLengthsIsGrey) {
+    const std::vector<QRgb> palette{qRgb(0, 0, 0), qRgb(255, 0, 0)};
+    for (const bool fromTop : {false, true}) {
+        QByteArray bytes = makeBmp(
+            6, 3, 8, fromTop, [](int, int, int) { return 0; }, palette);
+        bytes[30] = 1;
+        bytes.truncate(54 + 8);
+        const QByteArray first("\x06\x01\0\0", 4);
+        const PictureRead whole = readPictureFromData(bytes + first + QByteArray("\0\x01", 2));
+        EXPECT_EQ(whole.reason, QString()) << "it ends where it says so";
+        const int y = fromTop ? 1 : 1;
+        EXPECT_EQ(whole.picture.pixel(2, y), qRgb(0, 0, 0));
+        const PictureRead cut = readPictureFromData(bytes + first + QByteArray("\x02\x01", 2));
+        EXPECT_NE(cut.reason, QString());
+        EXPECT_EQ(cut.picture.pixel(1, y), qRgb(255, 0, 0));
+        EXPECT_EQ(cut.picture.pixel(2, y), qRgb(128, 128, 128));
+        EXPECT_EQ(cut.picture.pixel(5, fromTop ? 2 : 0), qRgb(128, 128, 128));
     }
 }
 
@@ -205,6 +294,8 @@ TEST(FilesDamage, CutOffLateShowsTheRest) {
         const bool fromBottom = QByteArray(name) == "a.bmp";
         const QRect kept(0, fromBottom ? 240 : 0, 640, 240);
         EXPECT_EQ(cut.picture.copy(kept), whole.picture.copy(kept));
+        EXPECT_NE(cut.reason, QString()) << "it says that a part is missing";
+        EXPECT_EQ(cut.picture.pixel(639, fromBottom ? 0 : 479), qRgb(128, 128, 128));
     }
 }
 

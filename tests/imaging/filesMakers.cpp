@@ -3,6 +3,7 @@
 #include <QBuffer>
 #include <QtEndian>
 #include <cgif.h>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <jpeglib.h>
@@ -32,8 +33,59 @@ toff_t tiffSeek(thandle_t device, toff_t offset, int from) {
     return static_cast<toff_t>(buffer->pos());
 }
 
+template <typename Value> void append(std::vector<std::uint8_t> &row, Value value, std::size_t count = sizeof(Value)) {
+    std::uint8_t bytes[sizeof(Value)];
+    std::memcpy(bytes, &value, sizeof(Value));
+    row.insert(row.end(), bytes, bytes + count);
+}
+
+// Numbers of 0 to 65535 as 0 to 1, of 16, 24, 32 or 64 bits.
+std::vector<std::uint8_t> packFloats(const std::vector<int> &values, int bits) {
+    std::vector<std::uint8_t> row;
+    for (const int value : values) {
+        const double unit = value / 65535.0;
+        if (bits == 64) {
+            append(row, unit);
+        } else if (bits == 32) {
+            append(row, static_cast<float>(unit));
+        } else {
+            // Sign, exponent and mantissa; below the smallest normal number 0 is near enough.
+            const int exponentBits = bits == 16 ? 5 : 7;
+            const int mantissaBits = bits == 16 ? 10 : 16;
+            int exponent = 0;
+            const double fraction = std::frexp(unit, &exponent) * 2 - 1;
+            const int biased = exponent - 1 + (1 << (exponentBits - 1)) - 1;
+            const auto mantissa = static_cast<std::uint32_t>(fraction * (1 << mantissaBits));
+            const std::uint32_t number = unit == 0 || biased < 1 ? 0 : std::uint32_t(biased) << mantissaBits | mantissa;
+            append(row, number, static_cast<std::size_t>(bits / 8));
+        }
+    }
+    return row;
+}
+
+// Integers of 24 or 64 bits from numbers of 16.
+std::vector<std::uint8_t> packLong(const std::vector<int> &values, int bits) {
+    std::vector<std::uint8_t> row;
+    for (const int value : values) {
+        const std::uint64_t whole = std::uint64_t(value) * 0x0001000100010001U;
+        append(row, whole >> (64 - bits), static_cast<std::size_t>(bits / 8));
+    }
+    return row;
+}
+
 // Joins samples of any depth into bytes; 16 bits and more in this machine's order.
-std::vector<std::uint8_t> packRow(const std::vector<int> &values, int bits) {
+std::vector<std::uint8_t> packRow(std::vector<int> values, int bits, int format = SAMPLEFORMAT_UINT) {
+    if (format == SAMPLEFORMAT_IEEEFP) {
+        return packFloats(values, bits);
+    }
+    if (format == SAMPLEFORMAT_INT) { // of 8 or 16 bits
+        for (int &value : values) {
+            value = (value >> (16 - bits)) ^ 1 << (bits - 1);
+        }
+    }
+    if (bits == 24 || bits == 64) {
+        return packLong(values, bits);
+    }
     std::vector<std::uint8_t> row((values.size() * bits + 7) / 8);
     for (std::size_t i = 0; i < values.size(); ++i) {
         if (bits == 32) {
@@ -43,7 +95,10 @@ std::vector<std::uint8_t> packRow(const std::vector<int> &values, int bits) {
             const auto value = static_cast<std::uint16_t>(values[i]);
             std::memcpy(&row[i * 2], &value, 2);
         } else {
-            row[i * bits / 8] |= static_cast<std::uint8_t>(values[i] << (8 - bits - i * bits % 8));
+            for (int bit = 0; bit < bits; ++bit) {
+                const std::size_t at = i * bits + bit;
+                row[at / 8] |= static_cast<std::uint8_t>((values[i] >> (bits - 1 - bit) & 1) << (7 - at % 8));
+            }
         }
     }
     return row;
@@ -64,7 +119,13 @@ void describePage(TIFF *tiff, int width, int height, const TiffKind &kind) {
     TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, height);
     TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, kind.bits);
     TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, kind.samples);
-    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, kind.photometric);
+    if (kind.photometric >= 0) {
+        TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, kind.photometric);
+    }
+    TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT, kind.format);
+    if (!kind.profile.isEmpty()) {
+        TIFFSetField(tiff, TIFFTAG_ICCPROFILE, static_cast<uint32_t>(kind.profile.size()), kind.profile.constData());
+    }
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, kind.compression);
     TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, kind.separate ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
     if (kind.predictor > 1) {
@@ -79,7 +140,12 @@ void describePage(TIFF *tiff, int width, int height, const TiffKind &kind) {
     }
     if (kind.photometric == PHOTOMETRIC_PALETTE) {
         std::vector<uint16_t> columns[3];
-        for (int i = 0; i < 1 << kind.bits; ++i) {
+        for (int i = 0; kind.bits > 8 && i < 1 << kind.bits; ++i) { // the indices themselves, and their opposite
+            columns[0].push_back(static_cast<uint16_t>(i << (16 - kind.bits)));
+            columns[1].push_back(static_cast<uint16_t>(0xFFFF - columns[0].back()));
+            columns[2].push_back(0);
+        }
+        for (int i = 0; kind.bits <= 8 && i < 1 << kind.bits; ++i) {
             columns[0].push_back(static_cast<uint16_t>(i * 257));
             columns[1].push_back(static_cast<uint16_t>((255 - i) * 257));
             columns[2].push_back(static_cast<uint16_t>((i ^ 85) * 257));
@@ -102,14 +168,15 @@ void writePage(TIFF *tiff, int width, int height, const TiffKind &kind, const Sa
     };
     for (int plane = 0; plane < planes; ++plane) {
         for (int y = 0; !kind.tiled && y < height; ++y) {
-            auto row = packRow(samplesOf(sample, 0, width, y, plane, channels), kind.bits);
+            auto row = packRow(samplesOf(sample, 0, width, y, plane, channels), kind.bits, kind.format);
             TIFFWriteScanline(tiff, row.data(), static_cast<uint32_t>(y), static_cast<uint16_t>(plane));
         }
         for (int y = 0; kind.tiled && y < height; y += 16) {
             for (int x = 0; x < width; x += 16) {
                 std::vector<std::uint8_t> tile;
                 for (int row = y; row < y + 16; ++row) {
-                    const auto packed = packRow(samplesOf(bounded, x, 16, row, plane, channels), kind.bits);
+                    const auto packed =
+                        packRow(samplesOf(bounded, x, 16, row, plane, channels), kind.bits, kind.format);
                     tile.insert(tile.end(), packed.begin(), packed.end());
                 }
                 TIFFWriteTile(tiff, tile.data(), static_cast<uint32_t>(x), static_cast<uint32_t>(y), 0,
@@ -364,6 +431,14 @@ QByteArray exifWithOrientation(int orientation) {
     QByteArray bytes("MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\0\0\0\0\0\0\0", 26);
     bytes[19] = static_cast<char>(orientation);
     return bytes;
+}
+
+QByteArray exifWithThumbnail(const QByteArray &jpeg) {
+    // An empty first directory, then that of the thumbnail: its place from the TIFF header on, and its length.
+    QByteArray bytes("MM\0*\0\0\0\x08\0\0\0\0\0\x0E\0\x02\x02\x01\0\x04\0\0\0\x01\0\0\0\x2C\x02\x02\0\x04\0\0\0\x01",
+                     36);
+    const quint32 length = qToBigEndian(static_cast<quint32>(jpeg.size()));
+    return bytes + QByteArray(reinterpret_cast<const char *>(&length), 4) + QByteArray(4, '\0') + jpeg;
 }
 
 } // namespace lumora::test

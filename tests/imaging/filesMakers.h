@@ -14,9 +14,9 @@ namespace lumora::test {
 using Sampler = std::function<int(int x, int y, int channel)>;
 
 struct TiffKind {
-    int bits = 8;
+    int bits = 8; ///< any number to 32, or 64
     int samples = 3;
-    int photometric = 2;
+    int photometric = 2; ///< -1: the file does not say
     int compression = 1;
     int predictor = 1;
     bool tiled = false;
@@ -25,6 +25,8 @@ struct TiffKind {
     int orientation = 0;
     int pages = 1;
     const char *mode = "w";
+    int format = 1; ///< SAMPLEFORMAT_...
+    QByteArray profile = {};
 };
 
 struct JpegKind {
@@ -35,6 +37,8 @@ struct JpegKind {
     QByteArray profile = {};
 };
 
+/// Samples have as many bits as the file, but 16 (from 0 to 65535) for more than 16 bits other than 32, and for signed
+/// and floating-point numbers, which begin at the smallest and go from 0 to 1.
 QByteArray makeTiff(int width, int height, const TiffKind &kind, const Sampler &sample);
 QByteArray makePng(int width, int height, int bits, int colourType, bool interlaced, const Sampler &sample,
                    const QByteArray &exif = {}, const QByteArray &profile = {});
@@ -48,6 +52,9 @@ QByteArray makeGif(int width, int height, const std::vector<QRgb> &palette, int 
 QByteArray makeWebP(const QImage &picture, const QByteArray &exif = {});
 /// Empty where the library cannot encode HEVC.
 QByteArray makeHeif(const QImage &picture, int orientation, const QByteArray &exif);
+
+/// EXIF data with a thumbnail, which is a whole JPEG file.
+QByteArray exifWithThumbnail(const QByteArray &jpeg);
 
 /// EXIF data that hold an orientation and nothing else, from the TIFF header on.
 QByteArray exifWithOrientation(int orientation);

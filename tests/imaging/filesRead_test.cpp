@@ -1,6 +1,8 @@
 // Every arrangement of every format comes out as the pixels that went in.
+#include "base/TaskControl.h"
 #include "imaging/Picture.h"
 #include "imaging/PictureFile.h"
+#include "imaging/Scale.h"
 #include "imaging/filesMakers.h"
 #include "support/TestPictures.h"
 
@@ -161,10 +163,16 @@ TEST(FilesRead, TiffOddities) {
                           [&](int x, int y) { return paletteColour(pattern(x, y, 0, bits)); }));
     }
     // Colours multiplied by alpha are divided again: 200 of 255 at half.
-    const QByteArray multiplied =
-        makeTiff(width, height, {.bits = 8, .samples = 4, .alphaKind = EXTRASAMPLE_ASSOCALPHA},
-                 [](int, int, int channel) { return channel == 3 ? 128 : 100; });
-    EXPECT_TRUE(shows(readPictureFromData(multiplied), [](int, int) { return qRgba(199, 199, 199, 128); }));
+    for (const int bits : {8, 16}) {
+        for (const bool separate : {false, true}) {
+            const TiffKind kind{.bits = bits, .samples = 4, .separate = separate, .alphaKind = EXTRASAMPLE_ASSOCALPHA};
+            const QByteArray multiplied = makeTiff(width, height, kind, [bits](int, int, int channel) {
+                return (channel == 3 ? 128 : 100) * (bits == 8 ? 1 : 257);
+            });
+            EXPECT_TRUE(shows(readPictureFromData(multiplied), [](int, int) { return qRgba(199, 199, 199, 128); }))
+                << bits << ' ' << separate;
+        }
+    }
     const QByteArray inks = makeTiff(width, height, {.samples = 4, .photometric = PHOTOMETRIC_SEPARATED}, patternOf(8));
     EXPECT_TRUE(shows(readPictureFromData(inks), [](int x, int y) {
         const auto channel = [&](int index) {
@@ -186,6 +194,64 @@ TEST(FilesRead, TiffOddities) {
             },
             12));
     }
+}
+
+TEST(FilesRead, TiffOfRareDepths) {
+    struct Row {
+        int bits;
+        int format;
+    };
+    std::vector<Row> rows{{16, SAMPLEFORMAT_IEEEFP}, {24, SAMPLEFORMAT_IEEEFP}, {32, SAMPLEFORMAT_IEEEFP},
+                          {64, SAMPLEFORMAT_IEEEFP}, {8, SAMPLEFORMAT_INT},     {16, SAMPLEFORMAT_INT}};
+    for (const int bits : {3, 5, 6, 7, 10, 12, 14, 24, 64}) {
+        rows.push_back({bits, SAMPLEFORMAT_UINT});
+    }
+    for (const Row &row : rows) {
+        const bool wide = row.format != SAMPLEFORMAT_UINT || row.bits > 16;
+        const int bits = wide ? 16 : row.bits;
+        for (const bool separate : {false, true}) {
+            for (const int alphaKind : {0, EXTRASAMPLE_UNASSALPHA}) {
+                SCOPED_TRACE(testing::Message() << row.bits << " bits, format " << row.format << ", apart " << separate
+                                                << ", alpha " << alphaKind);
+                const TiffKind kind{.bits = row.bits,
+                                    .samples = alphaKind == 0 ? 3 : 4,
+                                    .tiled = separate && row.bits % 8 == 0,
+                                    .separate = separate,
+                                    .alphaKind = alphaKind,
+                                    .format = row.format};
+                const PictureRead read = readPictureFromData(makeTiff(width, height, kind, patternOf(bits)));
+                // Signed and half numbers have fewer steps than the samples.
+                EXPECT_TRUE(shows(read, looksOf(bits, 3, alphaKind != 0), wide ? 1 : 0));
+            }
+        }
+    }
+    for (const int bits : {12, 16}) {
+        const TiffKind palette{.bits = bits, .samples = 1, .photometric = PHOTOMETRIC_PALETTE};
+        EXPECT_TRUE(shows(readPictureFromData(makeTiff(width, height, palette, patternOf(bits))), [&](int x, int y) {
+            const int value = pattern(x, y, 0, bits) << (16 - bits);
+            return qRgb(toByte(value, 16), toByte(65535 - value, 16), 0);
+        })) << bits;
+    }
+}
+
+TEST(FilesRead, TiffThatSaysLittle) {
+    // A sample after the colours that the file does not explain is alpha, unless it is nothing everywhere.
+    for (const int bits : {8, 16}) {
+        for (const int photometric : {int(PHOTOMETRIC_RGB), -1}) {
+            const TiffKind kind{.bits = bits, .samples = 4, .photometric = photometric};
+            EXPECT_TRUE(
+                shows(readPictureFromData(makeTiff(width, height, kind, patternOf(bits))), looksOf(bits, 3, true)))
+                << bits << ' ' << photometric;
+            const auto empty = [bits](int x, int y, int channel) {
+                return channel == 3 ? 0 : pattern(x, y, channel, bits);
+            };
+            EXPECT_TRUE(shows(readPictureFromData(makeTiff(width, height, kind, empty)), looksOf(bits, 3, false)));
+        }
+    }
+    EXPECT_TRUE(
+        shows(readPictureFromData(makeTiff(width, height, {.photometric = -1}, patternOf(8))), looksOf(8, 3, false)));
+    EXPECT_TRUE(shows(readPictureFromData(makeTiff(width, height, {.samples = 1, .photometric = -1}, patternOf(8))),
+                      looksOf(8, 1, false)));
 }
 
 TEST(FilesRead, BmpRunLengths) {
@@ -327,4 +393,38 @@ TEST(FilesRead, ThumbnailsFitTheBox) {
         EXPECT_GT(qBlue(sky), qRed(sky)) << "the sky of the picture is blue";
         EXPECT_EQ(readThumbnail(path, 2000).picture.size(), photo.size()) << "small pictures are not enlarged";
     }
+}
+
+TEST(FilesRead, FittedPicturesTakeTheWholeRoom) {
+    QTemporaryDir folder;
+    const QImage photo = toPicture(photoLike(1203, 801));
+    const struct {
+        QSize room, fitted;
+    } cases[] = {
+        {{600, 900}, {600, 400}},     // in the room's width
+        {{1920, 400}, {601, 400}},    // in its height
+        {{1203, 801}, {1203, 801}},   // as it is
+        {{2406, 5000}, {2406, 1602}}, // enlarged
+        {{1, 1}, {1, 1}},
+        {{0, -3}, {1, 1}},
+    };
+    for (const char *name : {"a.jpg", "a.png", "a.gif"}) {
+        const QString path = folder.filePath(QLatin1String(name));
+        ASSERT_TRUE(writePicture(photo, path).ok());
+        const QImage whole = readPicture(path).picture;
+        for (const auto &c : cases) {
+            SCOPED_TRACE(testing::Message() << name << " in " << c.room.width() << " x " << c.room.height());
+            const PictureRead read = readFitted(path, c.room);
+            ASSERT_EQ(read.error, PictureError::None);
+            ASSERT_EQ(read.picture.size(), c.fitted);
+            // The reduced decode of JPEG differs by rounding only.
+            const QImage expected = scaled(whole, c.fitted.width(), c.fitted.height());
+            const QPoint middle(c.fitted.width() / 2, c.fitted.height() / 2);
+            EXPECT_NEAR(qGreen(read.picture.pixel(middle)), qGreen(expected.pixel(middle)), 6);
+        }
+    }
+    TaskControl control;
+    control.cancel();
+    const TaskControl::Scope scope(&control);
+    EXPECT_EQ(readFitted(folder.filePath("a.jpg"), {100, 100}).error, PictureError::Cancelled);
 }

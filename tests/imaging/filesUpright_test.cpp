@@ -156,6 +156,8 @@ TEST(FilesUpright, EveryOrientationOfEveryFormat) {
             EXPECT_EQ(QSize(header.width, header.height), read.picture.size());
             EXPECT_EQ(header.format, QLatin1String(file.name));
             EXPECT_EQ(readThumbnail(path, columns * block / 2).picture.size(), read.picture.size() / 2);
+            EXPECT_EQ(readFitted(path, {columns * block * 2, rows * block * 2}).picture.size(),
+                      read.picture.size() * 2);
             // What is written holds no orientation that would turn it again.
             for (const char *extension : {"jpg", "png", "tif"}) {
                 const QString again = folder.filePath(QStringLiteral("again.") + QLatin1String(extension));
@@ -184,6 +186,108 @@ TEST(FilesUpright, ProfilesBecomeSrgb) {
     EXPECT_NEAR(qRed(pixel), expected, 2);
     EXPECT_EQ(qRed(pixel), qGreen(pixel));
     EXPECT_EQ(qRed(pixel), qBlue(pixel));
+}
+
+TEST(FilesUpright, DeepColoursAreConvertedBeforeTheyAreCut) {
+    // Shadows of a linear picture: 16 levels of 8 bits, which are 64 of sRGB.
+    const auto shadows = [](int x, int, int) { return x * 16; };
+    constexpr int width = 256;
+    const QByteArray linear = rgbProfile(1);
+    cmsToneCurve *curve = cmsBuildGamma(nullptr, 1);
+    const QByteArray linearGrey = savedProfile(cmsCreateGrayProfile(cmsD50_xyY(), curve));
+    cmsFreeToneCurve(curve);
+    const struct {
+        const char *name;
+        QByteArray file;
+    } files[] = {
+        {"PNG", makePng(width, 9, 16, PNG_COLOR_TYPE_RGB, false, shadows, {}, linear)},
+        {"interlaced PNG", makePng(width, 9, 16, PNG_COLOR_TYPE_RGB, true, shadows, {}, linear)},
+        {"grey PNG", makePng(width, 9, 16, PNG_COLOR_TYPE_GRAY, false, shadows, {}, linearGrey)},
+        {"TIFF", makeTiff(width, 9, {.bits = 16, .profile = linear}, shadows)},
+        {"TIFF in planes", makeTiff(width, 9, {.bits = 16, .separate = true, .profile = linear}, shadows)},
+        {"tiled float TIFF", makeTiff(width, 9, {.bits = 32, .tiled = true, .format = 3, .profile = linear}, shadows)},
+    };
+    for (const auto &file : files) {
+        SCOPED_TRACE(file.name);
+        const PictureRead read = readPictureFromData(file.file);
+        ASSERT_EQ(read.picture.size(), QSize(width, 9)) << read.reason.toStdString();
+        for (int x = 0; x < width; ++x) {
+            const QRgb pixel = read.picture.pixel(x, 8);
+            const int expected = srgbByte(x * 16 / 65535.0);
+            ASSERT_NEAR(qRed(pixel), expected, 1) << x;
+            ASSERT_NEAR(qGreen(pixel), expected, 1) << x;
+            ASSERT_NEAR(qBlue(pixel), expected, 1) << x;
+        }
+    }
+    // sRGB itself stays as it is.
+    const auto ramp = [](int x, int y, int channel) { return (x * 251 + y * 4001 + channel * 12345) % 65536; };
+    const QImage plain = readPictureFromData(makePng(width, 9, 16, PNG_COLOR_TYPE_RGB, false, ramp)).picture;
+    const QByteArray srgb = savedProfile(cmsCreate_sRGBProfile());
+    const QImage named = readPictureFromData(makePng(width, 9, 16, PNG_COLOR_TYPE_RGB, false, ramp, {}, srgb)).picture;
+    for (int x = 0; x < width; ++x) {
+        EXPECT_NEAR(qRed(named.pixel(x, 4)), qRed(plain.pixel(x, 4)), 1);
+        EXPECT_NEAR(qBlue(named.pixel(x, 4)), qBlue(plain.pixel(x, 4)), 1);
+    }
+}
+
+TEST(FilesUpright, LabIsSeenFromTheWhiteOfTheScreen) {
+    struct Colour {
+        double l, a, b;
+    };
+    const Colour colours[] = {{0, 0, 0}, {50, 0, 0}, {100, 0, 0}, {60, 30, -25}, {70, -20, 35}};
+    cmsHPROFILE lab = cmsCreateLab4Profile(nullptr);
+    cmsHPROFILE srgb = cmsCreate_sRGBProfile();
+    cmsHTRANSFORM exact =
+        cmsCreateTransform(lab, TYPE_Lab_DBL, srgb, TYPE_RGB_8, INTENT_RELATIVE_COLORIMETRIC, cmsFLAGS_NOOPTIMIZE);
+    for (const int bits : {8, 16}) {
+        for (const bool icc : {false, true}) {
+            const auto stored = [&](int x, int, int channel) {
+                const Colour &colour = colours[x / 4];
+                if (channel == 0) {
+                    const double most = bits == 8 ? 255 : icc ? 0xFF00 : 0xFFFF;
+                    return static_cast<int>(std::lround(colour.l / 100 * most));
+                }
+                const double value = channel == 1 ? colour.a : colour.b;
+                return static_cast<int>(value + (icc ? 128 : 0)) * (bits == 8 ? 1 : 256) & ((1 << bits) - 1);
+            };
+            const TiffKind kind{.bits = bits, .photometric = icc ? PHOTOMETRIC_ICCLAB : PHOTOMETRIC_CIELAB};
+            const PictureRead read = readPictureFromData(makeTiff(20, 2, kind, stored));
+            ASSERT_EQ(read.error, PictureError::None) << read.reason.toStdString();
+            for (int i = 0; i < 5; ++i) {
+                std::uint8_t expected[3];
+                const double value[3] = {colours[i].l, colours[i].a, colours[i].b};
+                cmsDoTransform(exact, value, expected, 1);
+                const QRgb pixel = read.picture.pixel(i * 4 + 1, 1);
+                EXPECT_NEAR(qRed(pixel), expected[0], 1) << bits << ' ' << icc << ' ' << i;
+                EXPECT_NEAR(qGreen(pixel), expected[1], 1) << bits << ' ' << icc << ' ' << i;
+                EXPECT_NEAR(qBlue(pixel), expected[2], 1) << bits << ' ' << icc << ' ' << i;
+            }
+        }
+    }
+    cmsDeleteTransform(exact);
+    cmsCloseProfile(lab);
+    cmsCloseProfile(srgb);
+}
+
+TEST(FilesUpright, AThumbnailIsBelievedIfItHasThePhotosShape) {
+    QTemporaryDir folder;
+    const auto red = [](int, int, int channel) { return channel == 0 ? 250 : 10; };
+    const auto blue = [](int, int, int channel) { return channel == 2 ? 250 : 10; };
+    const struct {
+        int width, height;
+        bool believed;
+    } cases[] = {{160, 120, true}, {160, 119, true}, {160, 107, false}, {120, 160, false}, {160, 90, false}};
+    for (const auto &c : cases) {
+        const QByteArray thumbnail = makeJpeg(c.width, c.height, {}, blue);
+        const JpegKind kind{.exif = QByteArray("Exif\0\0", 6) + exifWithThumbnail(thumbnail)};
+        QFile file(folder.filePath("photo.jpg"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(makeJpeg(640, 480, kind, red));
+        file.close();
+        const QRgb pixel = readThumbnail(file.fileName(), 100).picture.pixel(50, 30);
+        EXPECT_EQ(qBlue(pixel) > 200, c.believed) << c.width << " x " << c.height;
+        EXPECT_EQ(qRed(pixel) > 200, !c.believed) << c.width << " x " << c.height;
+    }
 }
 
 TEST(FilesUpright, InksMeetTheirProfile) {

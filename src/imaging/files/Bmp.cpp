@@ -82,7 +82,7 @@ class RunLengths {
     RunLengths(const BmpHeader &header, Source &source, const PixelView &view)
         : m_header(header), m_view(view), m_bytes(source.bytes(header.pixelsAt, source.size())) {}
 
-    // Returns whether any pixel was read.
+    // Returns whether any pixel was read. What a file that is cut off no longer holds becomes grey.
     bool read() {
         while (m_at + 1 < m_bytes.size() && m_y < m_header.height) {
             const int count = next();
@@ -93,6 +93,7 @@ class RunLengths {
                 m_x = 0;
                 ++m_y;
             } else if (value == 1) {
+                m_isWhole = true;
                 break;
             } else if (value == 2) {
                 m_x = std::min(m_x + next(), m_header.width);
@@ -101,10 +102,22 @@ class RunLengths {
                 literal(value);
             }
         }
+        m_isWhole = m_isWhole || m_y >= m_header.height || (m_y == m_header.height - 1 && m_x == m_header.width);
+        if (!m_isWhole) {
+            greyRest();
+        }
         return m_painted;
     }
+    bool isWhole() const { return m_isWhole; }
 
   private:
+    std::uint8_t *row(int y) const { return m_view.row(m_header.fromTop ? y : m_header.height - 1 - y); }
+    void greyRest() const {
+        paintGrey({row(m_y) + m_x * 4, m_header.width - m_x, 1, m_view.stride});
+        for (int y = m_y + 1; y < m_header.height; ++y) {
+            paintGrey({row(y), m_header.width, 1, m_view.stride});
+        }
+    }
     int next() { return m_at < m_bytes.size() ? static_cast<uchar>(m_bytes[m_at++]) : 0; }
 
     void run(int count, int value) {
@@ -127,8 +140,7 @@ class RunLengths {
         if (m_x >= m_header.width || m_y >= m_header.height) {
             return;
         }
-        auto *row = reinterpret_cast<std::uint32_t *>(m_view.row(m_header.fromTop ? m_y : m_header.height - 1 - m_y));
-        row[m_x++] = m_header.palette[static_cast<std::size_t>(index)];
+        reinterpret_cast<std::uint32_t *>(row(m_y))[m_x++] = m_header.palette[static_cast<std::size_t>(index)];
         m_painted = true;
     }
 
@@ -139,23 +151,11 @@ class RunLengths {
     int m_x = 0;
     int m_y = 0;
     bool m_painted = false;
+    bool m_isWhole = false;
 };
 
 bool isPacked(const BmpHeader &header) {
     return header.compression == BmpHeader::RunLength4 || header.compression == BmpHeader::RunLength8;
-}
-
-// Some writers set an alpha mask and leave alpha at 0 everywhere; they mean an opaque picture.
-bool hasOnlyZeroAlpha(const PixelView &view) {
-    for (int y = 0; y < view.height; ++y) {
-        const std::uint8_t *row = view.row(y);
-        for (int x = 0; x < view.width; ++x) {
-            if (row[x * 4 + 3] != 0) {
-                return false;
-            }
-        }
-    }
-    return true;
 }
 
 } // namespace
@@ -172,7 +172,7 @@ bool isBmp(const QByteArray &head) {
 FileHeader readBmpHeader(Source &source) {
     const BmpHeader fields = readBmpFields(source);
     if (!fields.known) {
-        return refusedHeader(PictureError::Damaged, QStringLiteral("unsupported BMP variant"));
+        return refusedHeader(PictureError::TooRare, QStringLiteral("unsupported BMP variant"));
     }
     FileHeader header;
     header.width = fields.width;
@@ -194,8 +194,12 @@ Decoded decodeBmp(Source &source, const FileHeader &header) {
     const PixelView view = writeView(result.picture);
     if (isPacked(fields)) {
         result.picture.fill(fields.palette.front());
-        if (!RunLengths(fields, source, view).read()) {
+        RunLengths runs(fields, source, view);
+        if (!runs.read()) {
             return refused(PictureError::Damaged, QStringLiteral("no pixel could be decoded"));
+        }
+        if (!runs.isWhole()) {
+            result.reason = QStringLiteral("cut off: the end of the data is missing");
         }
     } else {
         const int rows = readRows(fields, source, view);
@@ -210,6 +214,7 @@ Decoded decodeBmp(Source &source, const FileHeader &header) {
             result.reason = QStringLiteral("cut off after %1 rows").arg(rows);
         }
     }
+    // Some writers set an alpha mask and leave alpha at 0 everywhere; they mean an opaque picture.
     if (fields.masks[3] != 0 && hasOnlyZeroAlpha(view)) {
         result.picture.reinterpretAsFormat(QImage::Format_RGB32);
         makeOpaque(writeView(result.picture));

@@ -93,10 +93,17 @@ QString writeTga(const QImage &picture, QIODevice &target);
 FileHeader refusedHeader(PictureError error, const QString &reason);
 Decoded refused(PictureError error, const QString &reason);
 
+/// Whether an embedded thumbnail of that size can show the picture: its sides are in the same proportion, but for two
+/// parts in a hundred. Cameras letterbox some, and programs leave that of another cut in the file.
+bool hasShapeOf(const FileHeader &picture, int width, int height);
+
 /// Paints with an opaque mid-grey, the colour of what a cut-off file no longer holds.
 void paintGrey(const PixelView &view);
 
 /// The same for the rows from `firstMissing` on.
 void greyFrom(QImage &picture, int firstMissing);
+
+/// Whether every alpha byte is 0.
+bool hasOnlyZeroAlpha(const PixelView &view);
 
 } // namespace lumora

@@ -37,8 +37,21 @@ const heif_reader reader = {
 struct Opened {
     Context context{nullptr, heif_context_free};
     Handle handle{nullptr, heif_image_handle_release};
+    PictureError error = PictureError::Damaged;
     QString text;
 };
+
+PictureError pictureError(const heif_error &error) {
+    switch (error.code) {
+    case heif_error_Memory_allocation_error:
+        return PictureError::NoMemory;
+    case heif_error_Unsupported_filetype:
+    case heif_error_Unsupported_feature:
+        return PictureError::TooRare;
+    default:
+        return PictureError::Damaged;
+    }
+}
 
 Opened open(Source &source) {
     Opened opened;
@@ -50,6 +63,7 @@ Opened open(Source &source) {
         error = heif_context_get_primary_image_handle(opened.context.get(), &handle);
     }
     opened.handle.reset(handle);
+    opened.error = pictureError(error);
     opened.text = QString::fromUtf8(error.message);
     return opened;
 }
@@ -91,8 +105,7 @@ Decoded decodeHandle(const heif_image_handle *handle) {
                           alpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB, options.get());
     const Image image(raw, heif_image_release);
     if (error.code != heif_error_Ok) {
-        const bool memory = error.code == heif_error_Memory_allocation_error;
-        return refused(memory ? PictureError::NoMemory : PictureError::Damaged, QString::fromUtf8(error.message));
+        return refused(pictureError(error), QString::fromUtf8(error.message));
     }
     int stride = 0;
     const uint8_t *pixels = heif_image_get_plane_readonly(image.get(), heif_channel_interleaved, &stride);
@@ -123,7 +136,7 @@ bool isHeif(const QByteArray &head) {
 FileHeader readHeifHeader(Source &source) {
     const Opened opened = open(source);
     if (!opened.handle) {
-        return refusedHeader(PictureError::Damaged, opened.text);
+        return refusedHeader(opened.error, opened.text);
     }
     FileHeader header;
     header.width = heif_image_handle_get_width(opened.handle.get());
@@ -136,7 +149,7 @@ FileHeader readHeifHeader(Source &source) {
 
 Decoded decodeHeif(Source &source, const FileHeader &) {
     const Opened opened = open(source);
-    return opened.handle ? decodeHandle(opened.handle.get()) : refused(PictureError::Damaged, opened.text);
+    return opened.handle ? decodeHandle(opened.handle.get()) : refused(opened.error, opened.text);
 }
 
 Decoded decodeSmallHeif(Source &source, const FileHeader &header, int longerSide) {
@@ -147,9 +160,10 @@ Decoded decodeSmallHeif(Source &source, const FileHeader &header, int longerSide
         heif_image_handle_get_thumbnail(opened.handle.get(), id, &raw);
     }
     const Handle thumbnail(raw, heif_image_handle_release);
-    const bool large =
-        thumbnail && std::max(heif_image_handle_get_width(raw), heif_image_handle_get_height(raw)) >= longerSide;
-    Decoded small = large ? decodeHandle(raw) : refused(PictureError::Damaged, {});
+    const int width = thumbnail ? heif_image_handle_get_width(raw) : 0;
+    const int height = thumbnail ? heif_image_handle_get_height(raw) : 0;
+    const bool good = std::max(width, height) >= longerSide && hasShapeOf(header, width, height);
+    Decoded small = good ? decodeHandle(raw) : refused(PictureError::Damaged, {});
     return small.error == PictureError::None ? small : decodeHeif(source, header);
 }
 

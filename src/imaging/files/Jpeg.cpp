@@ -155,7 +155,17 @@ class Decoder {
     jpeg_progress_mgr m_progress{};
 };
 
+// Each scan goes over the whole picture, and a scan of a few bytes is enough for that. Programs write ten or so.
+int mostScansOf(const FileHeader &header) {
+    constexpr double mostPixels = 2.4e9; // of all scans together, about a second's work
+    return std::clamp(static_cast<int>(mostPixels / header.width / header.height), 16, 100);
+}
+
 Decoded decodeAtLeast(Source &source, const FileHeader &header, int longerSide) {
+    const JpegMarkers markers = readJpegMarkers(source);
+    if (const int most = mostScansOf(header); markers.progressive && countJpegScans(source, markers, most) > most) {
+        return refused(PictureError::TooRare, QStringLiteral("more than %1 scans").arg(most));
+    }
     const auto decoder = std::make_unique<Decoder>(source);
     if (!decoder->start(longerSide)) {
         return refused(PictureError::Damaged, decoder->text());
@@ -181,22 +191,19 @@ Decoded decodeAtLeast(Source &source, const FileHeader &header, int longerSide) 
         result.reason = QStringLiteral("damaged in places");
     }
     result.channels = decoder->channels();
-    result.profile = readJpegMarkers(source).profile;
+    result.profile = markers.profile;
     return result;
 }
 
-// The picture in the EXIF data, when it is large enough and shows the same cut: some cameras letterbox it.
+// The picture in the EXIF data, when it is large enough and shows the same cut.
 Decoded decodeEmbedded(const QByteArray &thumbnail, const FileHeader &header, int longerSide) {
     QBuffer buffer;
     buffer.setData(thumbnail);
     buffer.open(QIODevice::ReadOnly);
     Source source(buffer);
     const FileHeader small = isJpeg(thumbnail) ? readJpegHeader(source) : FileHeader();
-    const double stretch = small.height > 0 && header.height > 0
-                               ? static_cast<double>(small.width) / small.height * header.height / header.width
-                               : 0;
     if (std::max(small.width, small.height) < longerSide || std::max(small.width, small.height) > 1024 ||
-        std::abs(stretch - 1) > 0.02) {
+        !hasShapeOf(header, small.width, small.height)) {
         return refused(PictureError::Damaged, {});
     }
     return decodeAtLeast(source, small, longerSide);
@@ -212,6 +219,9 @@ FileHeader readJpegHeader(Source &source) {
     const JpegMarkers markers = readJpegMarkers(source);
     if (!markers.complete) {
         return refusedHeader(PictureError::Damaged, QStringLiteral("no frame header or no pixel data"));
+    }
+    if (!markers.decodable) {
+        return refusedHeader(PictureError::TooRare, QStringLiteral("lossless, hierarchical or of more than 8 bits"));
     }
     FileHeader header;
     header.width = markers.width;

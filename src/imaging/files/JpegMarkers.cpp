@@ -24,6 +24,9 @@ void readFrame(const QByteArray &segment, int marker, JpegMarkers &markers) {
         markers.height = qFromBigEndian<quint16>(segment.constData() + 1);
         markers.width = qFromBigEndian<quint16>(segment.constData() + 3);
         markers.arithmetic = marker > 0xC8;
+        markers.progressive = marker == 0xC2 || marker == 0xCA;
+        const bool isSequential = marker == 0xC0 || marker == 0xC1 || marker == 0xC9;
+        markers.decodable = segment[0] == 8 && (isSequential || markers.progressive);
     }
 }
 
@@ -90,6 +93,20 @@ JpegMarkers readJpegMarkers(Source &source) {
     markers.dataStart = at;
     markers.profile = profile.joined();
     return markers;
+}
+
+int countJpegScans(Source &source, const JpegMarkers &markers, int most) {
+    static const QByteArray start("\xFF\xDA"); // in coded data a byte of 255 is followed by 0 or a restart marker
+    constexpr qint64 portion = 1 << 20;
+    int scans = 1; // whose data begin here
+    for (qint64 at = markers.dataStart; at < source.size() && scans <= most; at += portion) {
+        const QByteArray bytes = source.bytes(at, portion + 1); // a marker may lie across the border
+        for (qsizetype found = bytes.indexOf(start); found >= 0 && scans <= most;
+             found = bytes.indexOf(start, found + 2)) {
+            ++scans;
+        }
+    }
+    return scans;
 }
 
 } // namespace lumora

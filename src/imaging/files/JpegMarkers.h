@@ -12,11 +12,16 @@ struct JpegMarkers {
     int width = 0;
     int height = 0;
     bool arithmetic = false;
-    QByteArray exif;      ///< the first EXIF segment, empty without one
-    QByteArray profile;   ///< the colour profile put together from its segments, empty without a whole one
-    qint64 dataStart = 0; ///< where the coded data of the first scan begin
+    bool progressive = false;
+    bool decodable = true; ///< false for lossless, hierarchical and more than 8 bits, which libjpeg cannot decode
+    QByteArray exif;       ///< the first EXIF segment, empty without one
+    QByteArray profile;    ///< the colour profile put together from its segments, empty without a whole one
+    qint64 dataStart = 0;  ///< where the coded data of the first scan begin
 };
 
 JpegMarkers readJpegMarkers(Source &source);
+
+/// The scans of a progressive file, counted up to `most` + 1.
+int countJpegScans(Source &source, const JpegMarkers &markers, int most);
 
 } // namespace lumora

@@ -1,5 +1,6 @@
 // Reading PNG with libpng.
 #include "imaging/Picture.h"
+#include "imaging/files/DeepColour.h"
 #include "imaging/files/Exif.h"
 #include "imaging/files/Format.h"
 
@@ -8,6 +9,7 @@
 #include <cmath>
 #include <csetjmp>
 #include <png.h>
+#include <vector>
 
 namespace lumora {
 
@@ -79,11 +81,16 @@ class Decoder {
                    png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, nullptr, 0);
                    png_read_info(m_png, m_info);
                    m_grey = (png_get_color_type(m_png, m_info) & PNG_COLOR_MASK_COLOR) == 0;
+                   m_deep = png_get_bit_depth(m_png, m_info) == 16 && hasProfile();
                    png_set_expand(m_png); // palettes, less than 8 bits, a transparent colour
-                   png_set_scale_16(m_png);
                    png_set_gray_to_rgb(m_png);
-                   png_set_bgr(m_png);
-                   png_set_filler(m_png, 0xFF, PNG_FILLER_AFTER);
+                   if (m_deep) {
+                       png_set_swap(m_png); // all machines that Lumora runs on have the low byte first
+                   } else {
+                       png_set_scale_16(m_png);
+                       png_set_bgr(m_png);
+                   }
+                   png_set_filler(m_png, 0xFFFF, PNG_FILLER_AFTER);
                    m_passes = png_set_interlace_handling(m_png);
                    png_read_update_info(m_png, m_info);
                });
@@ -103,10 +110,39 @@ class Decoder {
         });
     }
 
+    // Rows of 16 bits, whose colours are converted before they are cut. `room` has one of them, or all of an interlaced
+    // picture, whose passes complete each other.
+    bool deepRows(const PixelView &view, const DeepColour &colour, std::vector<std::uint16_t> &room) {
+        const auto rowAt = [&](int y) {
+            return room.data() + (m_passes > 1 ? static_cast<std::size_t>(y) * view.width * 4 : 0);
+        };
+        const bool good = guarded([&] {
+            for (int pass = 0; pass < m_passes; ++pass) {
+                for (int y = 0; y < view.height; ++y) {
+                    auto *row = reinterpret_cast<png_bytep>(rowAt(y));
+                    png_read_row(m_png, m_passes > 1 ? nullptr : row, m_passes > 1 ? row : nullptr);
+                    if (m_passes == 1) {
+                        colour.convert(rowAt(y), view.width, view.row(y));
+                    }
+                    ++m_rowsRead;
+                }
+            }
+            png_read_end(m_png, nullptr);
+        });
+        for (int y = 0; m_passes > 1 && y < view.height; ++y) {
+            colour.convert(rowAt(y), view.width, view.row(y));
+        }
+        return good;
+    }
+
+    bool isDeep() const { return m_deep; }
+    bool isInterlaced() const { return m_passes > 1; }
     bool isGrey() const { return m_grey; }
     int width() const { return static_cast<int>(png_get_image_width(m_png, m_info)); }
     int height() const { return static_cast<int>(png_get_image_height(m_png, m_info)); }
-    bool fits() const { return png_get_rowbytes(m_png, m_info) == static_cast<std::size_t>(width()) * 4; }
+    bool fits() const {
+        return png_get_rowbytes(m_png, m_info) == static_cast<std::size_t>(width()) * (m_deep ? 8 : 4);
+    }
     qint64 rowsRead() const { return m_rowsRead; }
     QString text() const { return QString::fromLatin1(m_text.data()); }
 
@@ -128,6 +164,11 @@ class Decoder {
     }
 
   private:
+    bool hasProfile() const {
+        double gamma = 0;
+        return png_get_valid(m_png, m_info, PNG_INFO_iCCP) != 0 ||
+               (png_get_valid(m_png, m_info, PNG_INFO_sRGB) == 0 && png_get_gAMA(m_png, m_info, &gamma) != 0);
+    }
     [[noreturn]] static void fail(png_structp png, png_const_charp text) {
         auto *decoder = static_cast<Decoder *>(png_get_error_ptr(png));
         qstrncpy(decoder->m_text.data(), text, decoder->m_text.size());
@@ -162,7 +203,21 @@ class Decoder {
     int m_passes = 1;
     qint64 m_rowsRead = 0;
     bool m_grey = false;
+    bool m_deep = false;
 };
+
+bool readInto(Decoder &decoder, Decoded &result) {
+    const PixelView view = writeView(result.picture);
+    if (!decoder.isDeep()) {
+        return decoder.rows(view);
+    }
+    const DeepColour colour(decoder.isGrey() ? DeepChannels::Grey : DeepChannels::Rgb, result.profile);
+    const std::size_t rows = decoder.isInterlaced() ? static_cast<std::size_t>(view.height) : 1;
+    std::vector<std::uint16_t> room(rows * view.width * 4);
+    result.profile.clear(); // the rows are converted with it
+    result.channels = Channels::Bgra;
+    return decoder.deepRows(view, colour, room);
+}
 
 } // namespace
 
@@ -203,7 +258,9 @@ Decoded decodePng(Source &source, const FileHeader &header) {
     if (result.picture.isNull()) {
         return refused(PictureError::NoMemory, QStringLiteral("no memory for the pixels"));
     }
-    if (!decoder.rows(writeView(result.picture))) {
+    result.channels = decoder.isGrey() ? Channels::Grey : Channels::Bgra;
+    result.profile = decoder.profile();
+    if (!readInto(decoder, result)) {
         if (decoder.rowsRead() == 0) {
             return refused(PictureError::Damaged, decoder.text());
         }
@@ -212,8 +269,6 @@ Decoded decodePng(Source &source, const FileHeader &header) {
         }
         result.reason = decoder.text();
     }
-    result.channels = decoder.isGrey() ? Channels::Grey : Channels::Bgra;
-    result.profile = decoder.profile();
     return result;
 }
 

@@ -20,6 +20,8 @@ class TiffFile {
 
     /// The first error message, or an empty text.
     const QString &text() const { return m_text; }
+    /// Forgets it: what is said about tags does not concern the pixels.
+    void forgetText() { m_text.clear(); }
 
     /// The value of a tag that occurs once, or `fallback` when it is missing.
     template <typename Value> Value field(uint32_t tag, Value fallback) const {

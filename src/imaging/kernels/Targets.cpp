@@ -20,6 +20,11 @@ namespace lumora {
 
 HWY_EXPORT(thisTarget);
 
+bool chooseKernelTarget() {
+    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+    return true;
+}
+
 const char *chosenKernelTarget() {
     return HWY_DYNAMIC_DISPATCH(thisTarget)();
 }

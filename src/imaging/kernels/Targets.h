@@ -11,6 +11,13 @@
 
 namespace lumora {
 
+/// Chooses the version of the kernels for this processor. Until then each call would detect the processor again, and a
+/// kernel kept as a function pointer would do so for ever.
+bool chooseKernelTarget();
+
+/// Has it chosen before main() and before any kernel of a file that includes this.
+inline const bool kernelTargetIsChosen = chooseKernelTarget();
+
 /// The name of the version of the kernels that runs on this processor, such as "AVX3".
 const char *chosenKernelTarget();
 
