@@ -109,6 +109,16 @@ QByteArray withTag(QByteArray bytes, int tag, int value, int type = TIFF_LONG, i
     return bytes;
 }
 
+// Where the numbers of a tag are that do not fit beside it.
+qsizetype placeOfTag(const QByteArray &bytes, int tag) {
+    const qsizetype directory = qFromLittleEndian<quint32>(bytes.constData() + 4);
+    qsizetype entry = directory + 2;
+    while (qFromLittleEndian<quint16>(bytes.constData() + entry) != tag) {
+        entry += 12;
+    }
+    return qFromLittleEndian<quint32>(bytes.constData() + entry + 8);
+}
+
 // The file with another size in its header, 16 bits a side.
 QByteArray withSize(const File &file, int width, int height) {
     QByteArray bytes = file.bytes;
@@ -193,7 +203,13 @@ TEST(FilesDamage, WhatIsTooRareIsSaidToBeRare) {
     const QByteArray scan = progressive.mid(lastScan, progressive.size() - 2 - lastScan);
     QByteArray bmp = makeBmp(40, 30, 24, false, grey);
     bmp[30] = 4; // a JPEG file inside
+    QByteArray differing = makeTiff(40, 30, {}, noise);
+    put(differing, placeOfTag(differing, TIFFTAG_BITSPERSAMPLE), little<quint16>(5) + little<quint16>(6));
+    // Planes of their own, the colours at half the size.
+    const TiffKind planes{.photometric = PHOTOMETRIC_YCBCR, .separate = true};
     const File files[] = {
+        {"TIFF of 5, 6 and 8 bits", differing},
+        {"YCbCr TIFF in planes", makeTiff(40, 30, planes, noise)},
         {"lossless JPEG", jpegWith(1, '\xC3')},
         {"hierarchical JPEG", jpegWith(1, '\xC5')},
         {"JPEG of 12 bits", jpegWith(4, 12)},
@@ -238,7 +254,7 @@ TEST(FilesDamage, WhatIsMissingOfRunLengthsIsGrey) {
         const QByteArray first("\x06\x01\0\0", 4);
         const PictureRead whole = readPictureFromData(bytes + first + QByteArray("\0\x01", 2));
         EXPECT_EQ(whole.reason, QString()) << "it ends where it says so";
-        const int y = fromTop ? 1 : 1;
+        constexpr int y = 1; // the second row of the file, either way
         EXPECT_EQ(whole.picture.pixel(2, y), qRgb(0, 0, 0));
         const PictureRead cut = readPictureFromData(bytes + first + QByteArray("\x02\x01", 2));
         EXPECT_NE(cut.reason, QString());

@@ -156,7 +156,7 @@ void DeepColour::writeLinear(float x, float y, float z, std::uint8_t *to) const 
     for (int row = 0; row < 3; ++row) {
         const auto &factors = m_toLinearSrgb[row];
         const float light = factors[0] * x + factors[1] * y + factors[2] * z;
-        to[2 - row] = m_encoded[static_cast<std::size_t>(std::clamp(light, 0.0F, 1.0F) * (levels - 1) + 0.5F)];
+        to[2 - row] = m_encoded[static_cast<std::size_t>(std::lrint(std::clamp(light, 0.0F, 1.0F) * (levels - 1)))];
     }
 }
 

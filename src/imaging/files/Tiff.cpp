@@ -8,6 +8,7 @@
 #include "imaging/kernels/AlphaBytes.h"
 
 #include <cmath>
+#include <optional>
 
 namespace lumora {
 
@@ -55,6 +56,17 @@ double unpackedBytes(const TiffFile &file, const FileHeader &header) {
     return pixels * samples * file.field<uint16_t>(TIFFTAG_BITSPERSAMPLE, 1) / 8;
 }
 
+// Whether libtiff's own conversion knows this arrangement: the reason when it does not.
+std::optional<QString> whyNotConverted(const TiffFile &file) {
+    TIFFRGBAImage image{};
+    char text[1024] = "";
+    if (TIFFRGBAImageOK(file.handle(), text) != 1 || TIFFRGBAImageBegin(&image, file.handle(), 0, text) != 1) {
+        return QString::fromLatin1(text);
+    }
+    TIFFRGBAImageEnd(&image);
+    return std::nullopt;
+}
+
 FileHeader headerOf(Source &source, const TiffFile &file) {
     constexpr int mostSamples = 64; // a pixel; cameras for science have some tens
     FileHeader header;
@@ -72,9 +84,10 @@ FileHeader headerOf(Source &source, const TiffFile &file) {
     if (samples > mostSamples || (isFax && samples * bits != 1) || (compression == COMPRESSION_JPEG && bits != 8)) {
         return refusedHeader(PictureError::TooRare, QStringLiteral("%1 samples of %2 bits").arg(samples).arg(bits));
     }
-    char text[1024] = "";
-    if (!TiffSamples(file).isPlain() && TIFFRGBAImageOK(file.handle(), text) != 1) {
-        return refusedHeader(PictureError::TooRare, QString::fromLatin1(text));
+    if (!TiffSamples(file).isPlain()) {
+        if (const auto reason = whyNotConverted(file)) {
+            return refusedHeader(PictureError::TooRare, *reason);
+        }
     }
     header.unpackedBytes = unpackedBytes(file, header);
     header.packedBytes = static_cast<double>(source.size() - 8);
@@ -235,7 +248,12 @@ bool isTiff(const QByteArray &head) {
 FileHeader readTiffHeader(Source &source) {
     source.device().seek(0);
     const TiffFile file(source.device(), "rm");
-    return file.handle() ? headerOf(source, file) : refusedHeader(PictureError::Damaged, file.text());
+    if (!file.handle()) {
+        // libtiff opens no file whose samples differ in depth.
+        const bool differ = file.text().contains(QLatin1String("different values per sample"));
+        return refusedHeader(differ ? PictureError::TooRare : PictureError::Damaged, file.text());
+    }
+    return headerOf(source, file);
 }
 
 Decoded decodeTiff(Source &source, const FileHeader &header) {

@@ -102,6 +102,7 @@ void SlideShow::start() {
     connect(m_window, &QDialog::finished, this, &SlideShow::end);
     m_awake = std::make_unique<ScreenAwake>(m_ctx.texts.text("ApplicationName"), m_ctx.texts.text("Slideshow"));
     m_window->showModal();
+    m_isDue = false; // the timer may have ticked while a large folder was listed
     lookForNext();
     tmrSlideShow->start(0); // nobody waits for the first picture
 }
