@@ -1,5 +1,6 @@
 // What each verb of a script does.
 #include "Controls.h"
+#include "Desktop.h"
 #include "Items.h"
 #include "Player.h"
 
@@ -80,6 +81,7 @@ Player::Performer Player::performerOf(const QString &verb) {
         {"quit", &Player::quit},
         {"look", &Player::look},
         {"expect-look", &Player::expectLook},
+        {"desktop", &Player::desktop},
         {"drop", &Player::drop},
         {"close", &Player::close},
         {"meanwhile", &Player::meanwhile},
@@ -403,6 +405,21 @@ Outcome Player::choose(const Step &step) {
     const bool saves = dialog->acceptMode() == QFileDialog::AcceptSave;
     const auto *buttons = dialog->findChild<QDialogButtonBox *>();
     return clickOn(*buttons->button(saves ? QDialogButtonBox::Save : QDialogButtonBox::Open));
+}
+
+/// Keys for the file dialog of the desktop, whose window is not one of Qt's.
+Outcome Player::desktop(const Step &step) {
+    if (!isDesktopDialogOpen()) {
+        return Outcome::notYet("no dialog of the desktop is open");
+    }
+    constexpr int breath = 1000; // milliseconds: GTK looks a typed name up before it takes the Return key
+    if (step.word(0) == "key" && m_inputClock.elapsed() < breath) {
+        return Outcome::notYet("the dialog still looks the name up");
+    }
+    const auto give = step.word(0) == "type" ? typeIntoDesktop : pressOnDesktop;
+    const QString problem = give(QApplication::activeModalWidget()->windowTitle(), step.word(1));
+    m_inputClock.start();
+    return problem.isEmpty() ? Outcome::done() : Outcome::notYet(problem);
 }
 
 /// As the window system tells of it: the drag comes over the window, and is let go there when the window wants it.

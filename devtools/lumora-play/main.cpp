@@ -32,6 +32,7 @@ struct Options {
     int watchdog = 120;
     int turnLimit = 0;
     bool verbose = false;
+    bool desktopDialogs = false;
     bool remakesLooks = false;
 };
 
@@ -61,7 +62,8 @@ bool readOptions(const QStringList &arguments, Options &options, int &code) {
                                        "MS", "0");
     const QCommandLineOption verbose("verbose", "Prints each step before it is done.");
     const QCommandLineOption remake("remake-looks", "Writes the pictures that expect-look compares with again.");
-    parser.addOptions({help, folder, size, patience, timeout, turnLimit, verbose, remake});
+    const QCommandLineOption desktop("desktop-dialogs", "Uses the file dialogs of the desktop, where it has some.");
+    parser.addOptions({help, folder, size, patience, timeout, turnLimit, verbose, remake, desktop});
     const bool understood = parser.parse(arguments);
     if (!understood || parser.isSet(help) || parser.positionalArguments().size() != 1) {
         const bool asked = understood && parser.isSet(help);
@@ -75,6 +77,7 @@ bool readOptions(const QStringList &arguments, Options &options, int &code) {
     options.watchdog = parser.value(timeout).toInt();
     options.turnLimit = isSlowedDown ? 0 : parser.value(turnLimit).toInt();
     options.verbose = parser.isSet(verbose);
+    options.desktopDialogs = parser.isSet(desktop);
     options.remakesLooks = parser.isSet(remake);
     const QStringList sides = parser.value(size).split('x');
     if (parser.isSet(size)) {
@@ -165,8 +168,10 @@ int main(int argc, char **argv) {
         complain("There is no temporary folder to play in.");
         return 1;
     }
-    qputenv("QT_NO_GLIB", "1"); // Qt's own event loop tells exactly when it has nothing to do
-    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    if (!options.desktopDialogs) {  // which may need GLib's event loop
+        qputenv("QT_NO_GLIB", "1"); // Qt's own event loop tells exactly when it has nothing to do
+        QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    }
     QApplication application(argc, argv);
     setUpApplication(application);
     return playScript(application, options, std::move(script), stage);
