@@ -95,6 +95,7 @@ class Player : public QObject {
     Outcome desktop(const Step &step);
     Outcome drop(const Step &step);
     Outcome close(const Step &step);
+    Outcome kill(const Step &step);
     Outcome meanwhile(const Step &step);
     Outcome monkey(const Step &step);
     Outcome wait(const Step &step);

@@ -32,6 +32,7 @@ const Verb verbs[] = {
     {"desktop", 2, 2, "desktop type TEXT | desktop key KEYS"},
     {"drop", 1, 1, "drop FILE"},
     {"close", 0, 0, "close"},
+    {"kill", 0, 0, "kill"},
     {"meanwhile", 1, 1, "meanwhile on | meanwhile off"},
     {"monkey", 2, 2, "monkey SEED COUNT"},
     {"wait", 1, 1, "wait MILLISECONDS"},

@@ -21,6 +21,7 @@
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 
 namespace lumora::play {
@@ -84,6 +85,7 @@ Player::Performer Player::performerOf(const QString &verb) {
         {"desktop", &Player::desktop},
         {"drop", &Player::drop},
         {"close", &Player::close},
+        {"kill", &Player::kill},
         {"meanwhile", &Player::meanwhile},
     };
     return performers.value(verb);
@@ -454,6 +456,12 @@ Outcome Player::close(const Step &) {
     }
     QTimer::singleShot(0, window, [window] { window->close(); });
     m_inputClock.start();
+    return Outcome::done();
+}
+
+/// As a crash ends it: nothing is put in order.
+Outcome Player::kill(const Step &) {
+    std::raise(SIGKILL);
     return Outcome::done();
 }
 
