@@ -19,15 +19,14 @@ constexpr int documentsFolder = 5;
 /// One row per entry of a dialog's list of types.
 struct TypeRow {
     const char *text;
-    QStringList extensions; ///< as the list shows them
-    const char *suffix = "";
+    QStringList extensions; ///< as the list shows them; none: every file
 
     QString shown(const Texts &texts) const {
         QStringList patterns;
         for (const QString &extension : extensions) {
-            patterns << (extension.isEmpty() ? "*" : "*." + extension);
+            patterns << "*." + extension;
         }
-        return fileTypeText(texts, text, patterns);
+        return fileTypeText(texts, text, patterns.isEmpty() ? QStringList("*") : patterns);
     }
 };
 
@@ -54,7 +53,7 @@ QString inAnyCase(const QString &extension) {
 /// What the row lets through: all extensions of its formats, in any case. The first pattern is plain, since Qt's own
 /// save dialog takes its extension from it.
 QStringList patternsOf(const TypeRow &row) {
-    if (row.extensions == QStringList("")) {
+    if (row.extensions.isEmpty()) {
         return {"*"};
     }
     QStringList patterns = {"*." + row.extensions.constFirst()};
@@ -81,14 +80,17 @@ void offerTypes(QFileDialog &dialog, const Texts &texts, const QList<TypeRow> &r
     dialog.setNameFilters(entries);
 }
 
-/// The entry that is chosen: Qt's own dialog says it without the patterns, the desktop's with them.
-const TypeRow &chosenType(const QFileDialog &dialog, const Texts &texts, const QList<TypeRow> &rows) {
+/// The extension of the chosen entry; `usual` for an entry of every file. Qt's own dialog says the entry without the
+/// patterns, the desktop's with them.
+QString chosenExtension(const QFileDialog &dialog, const Texts &texts, const QList<TypeRow> &rows, const char *usual) {
     const QString chosen = dialog.selectedNameFilter();
-    const auto row = std::find_if(rows.begin(), rows.end(), [&](const TypeRow &candidate) {
-        const QString shown = candidate.shown(texts);
-        return chosen == shown || chosen.startsWith(shown + " (");
-    });
-    return row == rows.end() ? rows.constFirst() : *row;
+    for (const TypeRow &row : rows) {
+        const QString shown = row.shown(texts);
+        if (!row.extensions.isEmpty() && (chosen == shown || chosen.startsWith(shown + " ("))) {
+            return row.extensions.constFirst();
+        }
+    }
+    return usual;
 }
 
 /// Starts the dialog in `folder`, or in the documents folder when that does not exist.
@@ -128,15 +130,15 @@ QString askForPhotoToOpen(AppContext &ctx, QWidget *owner) {
 
 QString askWhereToSave(AppContext &ctx, QWidget *owner, const SaveQuestion &question) {
     const QList<TypeRow> types = {
-        {"FileTypeBMP", {"bmp"}, "bmp"}, {"FileTypeGIF", {"gif"}, "gif"}, {"FileTypeJPEG", {"jpg"}, "jpg"},
-        {"FileTypePNG", {"png"}, "png"}, {"FileTypeTIF", {"tif"}, "tif"}, {"FileTypeAll", {""}, question.suffix},
+        {"FileTypeBMP", {"bmp"}}, {"FileTypeGIF", {"gif"}}, {"FileTypeJPEG", {"jpg"}},
+        {"FileTypePNG", {"png"}}, {"FileTypeTIF", {"tif"}}, {"FileTypeAll", {}},
     };
     QFileDialog dialog(owner, ctx.texts.text("Save"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     offerTypes(dialog, ctx.texts, types);
     for (qsizetype i = 0; i < types.size(); ++i) {
-        if (types[i].extensions.constFirst() == QLatin1String(question.suffix)) {
+        if (types[i].extensions == QStringList(question.suffix)) {
             dialog.selectNameFilter(dialog.nameFilters().at(i));
         }
     }
@@ -146,7 +148,7 @@ QString askWhereToSave(AppContext &ctx, QWidget *owner, const SaveQuestion &ques
     if (answered.isEmpty() || hasWritableExtension(answered)) {
         return answered; // the dialog has asked before it gives the name of a file that exists
     }
-    const QString path = answered + '.' + chosenType(dialog, ctx.texts, types).suffix;
+    const QString path = answered + '.' + chosenExtension(dialog, ctx.texts, types, question.suffix);
     return !QFileInfo::exists(path) || mayReplace(ctx, owner, path) ? path : QString();
 }
 

@@ -14,8 +14,8 @@
 #include <QAbstractSpinBox>
 #include <QAccessible>
 #include <QLineEdit>
-#include <QScrollBar>
 #include <QMimeData>
+#include <QScrollBar>
 #include <QSlider>
 #include <QTest>
 
@@ -137,9 +137,9 @@ TEST_F(Main, FitShowsTheWholePhotoWithoutScrollBars) {
     window.setGeometry(0, 0, 1024, 768);
     QTest::qWait(1);
     const QSize canvas = window.view()->canvasSize();
-    for (const QSize size :
-         {QSize(6000, 4000), QSize(4000, 6000), QSize(4032, 3024), QSize(9000, 1000), QSize(1000, 9000),
-          QSize(5000, 5000), QSize(300, 200), QSize(640, 480), QSize(canvas.width() * 100, 40), QSize(1, 20000), canvas, canvas * 4}) {
+    for (const QSize size : {QSize(6000, 4000), QSize(4000, 6000), QSize(4032, 3024), QSize(9000, 1000),
+                             QSize(1000, 9000), QSize(5000, 5000), QSize(300, 200), QSize(640, 480),
+                             QSize(canvas.width() * 100, 40), QSize(1, 20000), canvas, canvas * 4}) {
         open(window, 60, 40);
         context.photo.changePhoto(QImage(size, QImage::Format_RGB32));
         context.photo.setZoom(400); // with scroll bars, which take a part of the canvas
