@@ -35,7 +35,7 @@ struct Decoded {
 
 struct Format {
     const char *name;
-    const char *extensions; ///< lower case, the usual one first, each between blanks
+    const char *extensions;                  ///< lower case, the usual one first, each between blanks
     bool (*matches)(const QByteArray &head); ///< judges by the first 4096 bytes
     FileHeader (*readHeader)(Source &source);
     /// Decodes the whole picture. The header has been read and found plausible.
