@@ -2,9 +2,11 @@
 #include "BenchPicture.h"
 #include "BenchRows.h"
 
+#include "document/RecoveryFolder.h"
 #include "imaging/PictureFile.h"
 
 #include <QBuffer>
+#include <QDir>
 #include <QFile>
 #include <QImageWriter>
 #include <QTemporaryDir>
@@ -64,6 +66,16 @@ void addFileRows() {
     addWriterRows("Png", "png", 11); // of 100: deflate's level 1, as Lumora packs
     addWriterRows("Tiff", "tif", 1);
     addWriterRows("Bmp", "bmp", 0);
+    // To a file in memory, then where temporary files are: until it would survive a power cut.
+    for (const auto &[name, parent] :
+         {std::pair("RecoveryCopy", QString("/dev/shm")), std::pair("RecoveryCopyOnDisk", QDir::tempPath())}) {
+        const auto folder = std::make_shared<QTemporaryDir>(parent + "/lumora-bench-XXXXXX");
+        addRows(name, [folder, copy = std::make_shared<RecoveryFolder>(folder->path())](const QImage &picture) {
+            if (!copy->write(picture)) {
+                std::abort();
+            }
+        });
+    }
     addRows("JpegEncode90",
             [](const QImage &picture) { benchmark::DoNotOptimize(encodeJpeg(picture, 90).constData()); });
     addRows("JpegEncode90ByQt", [](const QImage &picture) {

@@ -8,7 +8,9 @@ namespace lumora::play {
 
 class LumoraProgram : public Program {
   public:
-    explicit LumoraProgram(const QString &programFolder) : m_main(Installation{programFolder}) {}
+    /// Without a recovery folder nothing is kept for after a crash.
+    LumoraProgram(const QString &programFolder, const QString &recoveryFolder)
+        : m_main(Installation{programFolder, recoveryFolder}) {}
 
     basMain &main() { return m_main; }
 

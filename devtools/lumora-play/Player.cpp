@@ -1,5 +1,7 @@
 #include "Player.h"
 
+#include "Desktop.h"
+
 #include <QAbstractEventDispatcher>
 #include <QTimer>
 #include <algorithm>
@@ -63,7 +65,8 @@ void Player::tick() {
         return;
     }
     orderTick();
-    if (!m_meanwhile && (!m_waiting || !m_program.takesInput())) {
+    const bool waits = m_waiting || isDesktopDialogOpen(); // which may run an event loop that is not Qt's
+    if (!m_meanwhile && (!waits || !m_program.takesInput())) {
         return;
     }
     if (m_hand.isBusy()) {

@@ -92,8 +92,10 @@ class Player : public QObject {
     Outcome key(const Step &step);
     Outcome undo(const Step &step);
     Outcome choose(const Step &step);
+    Outcome desktop(const Step &step);
     Outcome drop(const Step &step);
     Outcome close(const Step &step);
+    Outcome kill(const Step &step);
     Outcome meanwhile(const Step &step);
     Outcome monkey(const Step &step);
     Outcome wait(const Step &step);

@@ -29,8 +29,10 @@ const Verb verbs[] = {
     {"key", 1, 1, "key KEYS"},
     {"undo", 1, 1, "undo all"},
     {"choose", 1, 1, "choose FILE"},
+    {"desktop", 2, 2, "desktop type TEXT | desktop key KEYS"},
     {"drop", 1, 1, "drop FILE"},
     {"close", 0, 0, "close"},
+    {"kill", 0, 0, "kill"},
     {"meanwhile", 1, 1, "meanwhile on | meanwhile off"},
     {"monkey", 2, 2, "monkey SEED COUNT"},
     {"wait", 1, 1, "wait MILLISECONDS"},
@@ -101,6 +103,7 @@ QString misread(const Step &step, const Verb &verb, bool started) {
         (step.verb == "monkey" && !(isCount(step.word(0)) && isCount(step.word(1)))) ||
         (step.verb == "film" && !isFilm(step)) ||
         ((step.verb == "pointer" || step.verb == "meanwhile") && step.word(0) != "on" && step.word(0) != "off") ||
+        (step.verb == "desktop" && step.word(0) != "type" && step.word(0) != "key") ||
         (step.verb == "undo" && step.word(0) != "all") ||
         (step.verb == "hash" && (outside ? step.words.size() < 2 : step.words.size() > 1)) ||
         (step.verb == "press" && numbers != 2) || (step.verb == "drag" && numbers < 4);

@@ -24,9 +24,14 @@ bool isText(const QFileInfo &entry) {
 
 } // namespace
 
-Stage::Stage(const QString &folder, QSize screen)
-    : m_folder(QDir::tempPath() + "/lumora-play-XXXXXX"),
-      m_programFolder(folder.isEmpty() ? m_folder.filePath("program") : QDir(folder).absolutePath()) {
+Stage::Stage(const QString &folder, QSize screen, const QString &place) {
+    if (place.isEmpty()) {
+        m_folder.emplace(QDir::tempPath() + "/lumora-play-XXXXXX");
+        m_path = m_folder->path();
+    } else {
+        m_path = QDir(place).absolutePath();
+    }
+    m_programFolder = folder.isEmpty() ? m_path + "/program" : QDir(folder).absolutePath();
     if (!isReady()) {
         return;
     }
@@ -59,11 +64,11 @@ void Stage::copyProgramFolder() const {
 void Stage::redirectEnvironment() const {
     for (const char *name :
          {"home/Documents", "home/Pictures", "home/Desktop", "config", "cache", "data", "tmp", "run"}) {
-        QDir(m_folder.path()).mkpath(name);
-        QFile::setPermissions(m_folder.filePath(name), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QDir(m_path).mkpath(name);
+        QFile::setPermissions(m_path + '/' + name, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
     const auto set = [this](const char *variable, const char *name) {
-        qputenv(variable, QFile::encodeName(m_folder.filePath(name)));
+        qputenv(variable, QFile::encodeName(m_path + '/' + name));
     };
     set("HOME", "home");
     set("XDG_CONFIG_HOME", "config");
@@ -79,7 +84,7 @@ void Stage::redirectEnvironment() const {
 }
 
 void Stage::makeScreen(QSize screen) const {
-    QFile file(m_folder.filePath("screen.json"));
+    QFile file(m_path + "/screen.json");
     if (file.open(QIODevice::WriteOnly)) {
         file.write(QString(R"({"screens": [{"name": "stage", "x": 0, "y": 0, "width": %1, "height": %2,
                                "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})")

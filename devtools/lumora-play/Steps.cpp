@@ -1,5 +1,6 @@
 // What each verb of a script does.
 #include "Controls.h"
+#include "Desktop.h"
 #include "Items.h"
 #include "Player.h"
 
@@ -20,6 +21,7 @@
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 
 namespace lumora::play {
@@ -80,8 +82,10 @@ Player::Performer Player::performerOf(const QString &verb) {
         {"quit", &Player::quit},
         {"look", &Player::look},
         {"expect-look", &Player::expectLook},
+        {"desktop", &Player::desktop},
         {"drop", &Player::drop},
         {"close", &Player::close},
+        {"kill", &Player::kill},
         {"meanwhile", &Player::meanwhile},
     };
     return performers.value(verb);
@@ -405,6 +409,21 @@ Outcome Player::choose(const Step &step) {
     return clickOn(*buttons->button(saves ? QDialogButtonBox::Save : QDialogButtonBox::Open));
 }
 
+/// Keys for the file dialog of the desktop, whose window is not one of Qt's.
+Outcome Player::desktop(const Step &step) {
+    if (!isDesktopDialogOpen()) {
+        return Outcome::notYet("no dialog of the desktop is open");
+    }
+    constexpr int breath = 1000; // milliseconds: GTK looks a typed name up before it takes the Return key
+    if (step.word(0) == "key" && m_inputClock.elapsed() < breath) {
+        return Outcome::notYet("the dialog still looks the name up");
+    }
+    const auto give = step.word(0) == "type" ? typeIntoDesktop : pressOnDesktop;
+    const QString problem = give(QApplication::activeModalWidget()->windowTitle(), step.word(1));
+    m_inputClock.start();
+    return problem.isEmpty() ? Outcome::done() : Outcome::notYet(problem);
+}
+
 /// As the window system tells of it: the drag comes over the window, and is let go there when the window wants it.
 Outcome Player::drop(const Step &step) {
     const QWidget *canvas = m_program.canvas();
@@ -437,6 +456,12 @@ Outcome Player::close(const Step &) {
     }
     QTimer::singleShot(0, window, [window] { window->close(); });
     m_inputClock.start();
+    return Outcome::done();
+}
+
+/// As a crash ends it: nothing is put in order.
+Outcome Player::kill(const Step &) {
+    std::raise(SIGKILL);
     return Outcome::done();
 }
 

@@ -3,6 +3,7 @@
 #include "Player.h"
 #include "Stage.h"
 #include "Watchdog.h"
+#include "document/RecoveryFolder.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -27,11 +28,13 @@ constexpr bool isSlowedDown = false;
 struct Options {
     QString script;
     QString folder;
+    QString place;
     QSize screen{1280, 800};
     int patience = 5000;
     int watchdog = 120;
     int turnLimit = 0;
     bool verbose = false;
+    bool desktopDialogs = false;
     bool remakesLooks = false;
 };
 
@@ -50,6 +53,8 @@ bool readOptions(const QStringList &arguments, Options &options, int &code) {
     parser.addPositionalArgument("SCRIPT", "the script; - reads it from the standard input");
     const QCommandLineOption help({"h", "help"}, "Shows this.");
     const QCommandLineOption folder("folder", "The program folder to use, as it is (default: a private copy).", "DIR");
+    const QCommandLineOption place("in", "The folder to play in, which stays for another run (default: a private one).",
+                                   "DIR");
     const QCommandLineOption size("size", "The screen's size on the offscreen platform (default: 1280x800).", "WxH");
     const QCommandLineOption patience("patience", "How long a step may wait until it can be done (default: 5000).",
                                       "MS", "5000");
@@ -61,7 +66,8 @@ bool readOptions(const QStringList &arguments, Options &options, int &code) {
                                        "MS", "0");
     const QCommandLineOption verbose("verbose", "Prints each step before it is done.");
     const QCommandLineOption remake("remake-looks", "Writes the pictures that expect-look compares with again.");
-    parser.addOptions({help, folder, size, patience, timeout, turnLimit, verbose, remake});
+    const QCommandLineOption desktop("desktop-dialogs", "Uses the file dialogs of the desktop, where it has some.");
+    parser.addOptions({help, folder, place, size, patience, timeout, turnLimit, verbose, remake, desktop});
     const bool understood = parser.parse(arguments);
     if (!understood || parser.isSet(help) || parser.positionalArguments().size() != 1) {
         const bool asked = understood && parser.isSet(help);
@@ -71,10 +77,12 @@ bool readOptions(const QStringList &arguments, Options &options, int &code) {
     }
     options.script = parser.positionalArguments().constFirst();
     options.folder = parser.value(folder);
+    options.place = parser.value(place);
     options.patience = parser.value(patience).toInt();
     options.watchdog = parser.value(timeout).toInt();
     options.turnLimit = isSlowedDown ? 0 : parser.value(turnLimit).toInt();
     options.verbose = parser.isSet(verbose);
+    options.desktopDialogs = parser.isSet(desktop);
     options.remakesLooks = parser.isSet(remake);
     const QStringList sides = parser.value(size).split('x');
     if (parser.isSet(size)) {
@@ -110,7 +118,8 @@ int playScript(QApplication &application, const Options &options, Script script,
     std::atomic<int> line = 0;
     Watchdog watchdog(std::chrono::seconds(options.watchdog), stage.path().toStdString(),
                       [&] { complain(QString("%1:%2: the program hangs").arg(options.script).arg(line.load())); });
-    LumoraProgram program(stage.programFolder());
+    // Only who plays in the same place again can find what is left.
+    LumoraProgram program(stage.programFolder(), options.place.isEmpty() ? QString() : RecoveryFolder::usualParent());
     Player player(program, std::move(script), options.patience);
     player.variables = variablesOf(options, stage);
     player.remakesLooks = options.remakesLooks;
@@ -160,13 +169,15 @@ int main(int argc, char **argv) {
         complain(QString("%1:%2: %3").arg(options.script).arg(script.problemLine).arg(script.problem));
         return 1;
     }
-    const Stage stage(options.folder, options.screen);
+    const Stage stage(options.folder, options.screen, options.place);
     if (!stage.isReady()) {
         complain("There is no temporary folder to play in.");
         return 1;
     }
-    qputenv("QT_NO_GLIB", "1"); // Qt's own event loop tells exactly when it has nothing to do
-    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    if (!options.desktopDialogs) {  // which may need GLib's event loop
+        qputenv("QT_NO_GLIB", "1"); // Qt's own event loop tells exactly when it has nothing to do
+        QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    }
     QApplication application(argc, argv);
     setUpApplication(application);
     return playScript(application, options, std::move(script), stage);

@@ -1,6 +1,7 @@
 #include "app/ClosingSignals.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QDialog>
 #include <QSocketNotifier>
 #include <array>
 #include <cerrno>
@@ -32,6 +33,13 @@ ClosingSignals::ClosingSignals(QObject *parent) : QObject(parent) {
     auto *notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [notifier] {
         notifier->setEnabled(false);
+        // A dialog of the desktop may run an event loop that knows nothing of exit(): it ends with the dialog.
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            auto *dialog = qobject_cast<QDialog *>(window);
+            if (dialog != nullptr && dialog->isVisible() && dialog->testAttribute(Qt::WA_DontShowOnScreen)) {
+                dialog->reject();
+            }
+        }
         QCoreApplication::exit(0); // quit() would close the windows, which may ask the user
     });
     for (const int number : closingSignals) {

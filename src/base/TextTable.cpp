@@ -17,6 +17,7 @@ constexpr TextRow textRows[] = {
     {"", "ErrorTitle", "Error", "-", ""},
     {"", "NoticeTitle", "Notice", "-", ""},
     {"", "FileTypeSupported", "All Supported Files", "-", ""},
+    {"", "FileTypeOther", "Other Pictures", "-", ""},
     {"", "FileTypeBMP", "BMP Files", "-", ""},
     {"", "FileTypeGIF", "GIF Files", "-", ""},
     {"", "FileTypeJPEG", "JPEG Files", "-", ""},

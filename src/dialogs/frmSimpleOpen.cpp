@@ -1,6 +1,7 @@
 #include "dialogs/frmSimpleOpen.h"
 
 #include "dialogs/PhotoList.h"
+#include "imaging/PictureFile.h"
 #include "session/AppContext.h"
 #include "session/LoadSettings.h"
 #include "widgets/AnimatedButton.h"
@@ -31,7 +32,15 @@ constexpr GroupRow groups[] = {
 };
 
 const QStringList &photoPatterns() {
-    static const QStringList patterns = QString("*.jpg;*.bmp;*.gif;*.png;*.tif").split(';');
+    static const QStringList patterns = [] {
+        QStringList all;
+        for (const QStringList &format : readableExtensions()) {
+            for (const QString &extension : format) {
+                all << "*." + extension;
+            }
+        }
+        return all;
+    }();
     return patterns;
 }
 

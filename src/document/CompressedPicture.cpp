@@ -1,9 +1,14 @@
 #include "document/CompressedPicture.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <memory>
+#include <mutex>
+#include <new>
+#include <system_error>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 #include <zstd.h>
@@ -23,9 +28,16 @@ int planesOf(const QImage &picture) {
     return picture.format() == QImage::Format_RGB32 ? 3 : 4;
 }
 
+int stripsOf(const QImage &picture) {
+    const int rows = rowsPerStrip(picture.width());
+    return (picture.height() + rows - 1) / rows;
+}
+
+/// Strips come in any order.
 struct StripHeader {
-    quint32 bytes = 0;      ///< of the strip in the file
-    quint32 compressed = 0; ///< 1: a zstd frame
+    quint32 strip = 0;      ///< from the top
+    quint32 bytes = 0;      ///< of it in the file
+    quint32 compressed = 0; ///< 1: a zstd frame with its checksum
 };
 
 bool writeAll(int file, const void *data, size_t size) {
@@ -112,35 +124,110 @@ void joinStrip(QImage &picture, int top, int rows, int planes, const quint8 *in)
     }
 }
 
-} // namespace
-
-qint64 writeCompressed(int file, const QImage &picture, bool compress, qint64 limit, const std::stop_token &stop) {
-    const int planes = planesOf(picture);
-    const int stripRows = rowsPerStrip(picture.width());
-    std::vector<quint8> strip(static_cast<size_t>(planes) * picture.width() * stripRows);
-    std::vector<quint8> compressed(compress ? ZSTD_compressBound(strip.size()) : 0);
-    const std::unique_ptr<ZSTD_CCtx, size_t (*)(ZSTD_CCtx *)> context(ZSTD_createCCtx(), ZSTD_freeCCtx);
-    qint64 total = 0;
-    for (int top = 0; top < picture.height(); top += stripRows) {
-        const int rows = std::min(stripRows, picture.height() - top);
-        const size_t size = static_cast<size_t>(planes) * picture.width() * rows;
-        splitStrip(picture, top, rows, planes, strip.data());
-        StripHeader header{static_cast<quint32>(size), 0};
-        if (compress && context != nullptr) {
-            const size_t squeezed =
-                ZSTD_compressCCtx(context.get(), compressed.data(), compressed.size(), strip.data(), size, 1);
-            if (ZSTD_isError(squeezed) == 0) {
-                header = {static_cast<quint32>(squeezed), 1};
+/// Packs strips; each thread has one.
+class StripPacker {
+  public:
+    StripPacker(const QImage &picture, bool compress)
+        : m_picture(picture), m_planes(planesOf(picture)), m_rows(rowsPerStrip(picture.width())),
+          m_strip(static_cast<size_t>(m_planes) * picture.width() * m_rows) {
+        if (compress) {
+            m_packed.resize(ZSTD_compressBound(m_strip.size()));
+            m_context.reset(ZSTD_createCCtx());
+            if (m_context == nullptr) {
+                throw std::bad_alloc();
             }
-        }
-        total += static_cast<qint64>(sizeof header) + header.bytes;
-        const quint8 *const data = header.compressed == 1 ? compressed.data() : strip.data();
-        if (stop.stop_requested() || total > limit || !writeAll(file, &header, sizeof header) ||
-            !writeAll(file, data, header.bytes)) {
-            return -1;
+            ZSTD_CCtx_setParameter(m_context.get(), ZSTD_c_compressionLevel, 1);
+            ZSTD_CCtx_setParameter(m_context.get(), ZSTD_c_checksumFlag, 1);
         }
     }
-    return total;
+
+    /// The strip's bytes stay until the next call; null when it cannot be packed.
+    const quint8 *pack(int strip, StripHeader &header) {
+        const int top = strip * m_rows;
+        const int rows = std::min(m_rows, m_picture.height() - top);
+        const size_t size = static_cast<size_t>(m_planes) * m_picture.width() * rows;
+        splitStrip(m_picture, top, rows, m_planes, m_strip.data());
+        header = {static_cast<quint32>(strip), static_cast<quint32>(size), 0};
+        if (m_context == nullptr) {
+            return m_strip.data();
+        }
+        const size_t packed = ZSTD_compress2(m_context.get(), m_packed.data(), m_packed.size(), m_strip.data(), size);
+        header.bytes = static_cast<quint32>(packed);
+        header.compressed = 1;
+        return ZSTD_isError(packed) == 0 ? m_packed.data() : nullptr;
+    }
+
+  private:
+    const QImage &m_picture;
+    const int m_planes;
+    const int m_rows;
+    std::vector<quint8> m_strip;
+    std::vector<quint8> m_packed;
+    std::unique_ptr<ZSTD_CCtx, size_t (*)(ZSTD_CCtx *)> m_context{nullptr, ZSTD_freeCCtx};
+};
+
+/// Packs strips on several threads and writes each as soon as it is packed.
+class StripWriter {
+  public:
+    StripWriter(int file, const QImage &picture, bool compress, qint64 limit, const std::stop_token &stop)
+        : m_file(file), m_picture(picture), m_compress(compress), m_limit(limit), m_stop(stop) {}
+
+    /// For each thread.
+    void work() {
+        bool good = true;
+        try {
+            StripPacker packer(m_picture, m_compress);
+            const int strips = stripsOf(m_picture);
+            for (int strip = m_next++; good && strip < strips; strip = m_next++) {
+                StripHeader header;
+                const quint8 *const data = packer.pack(strip, header);
+                good = data != nullptr && write(header, data);
+            }
+        } catch (const std::bad_alloc &) {
+            good = false;
+        }
+        if (!good) {
+            m_failed = true;
+        }
+    }
+    qint64 result() const { return m_failed ? -1 : m_total; }
+
+  private:
+    bool write(const StripHeader &header, const quint8 *data) {
+        const std::lock_guard lock(m_mutex);
+        m_total += static_cast<qint64>(sizeof header) + header.bytes;
+        return !m_failed && !m_stop.stop_requested() && m_total <= m_limit &&
+               writeAll(m_file, &header, sizeof header) && writeAll(m_file, data, header.bytes);
+    }
+
+    const int m_file;
+    const QImage &m_picture;
+    const bool m_compress;
+    const qint64 m_limit;
+    const std::stop_token &m_stop;
+    std::atomic<int> m_next = 0;
+    std::atomic<bool> m_failed = false;
+    std::mutex m_mutex;
+    qint64 m_total = 0;
+};
+
+} // namespace
+
+qint64 writeCompressed(int file, const QImage &picture, bool compress, qint64 limit, const std::stop_token &stop,
+                       int threads) {
+    StripWriter writer(file, picture, compress, limit, stop);
+    {
+        std::vector<std::jthread> helpers;
+        for (int n = 1; n < std::min(threads, stripsOf(picture)); ++n) {
+            try {
+                helpers.emplace_back([&writer] { writer.work(); });
+            } catch (const std::system_error &) {
+                break; // the system refuses one now
+            }
+        }
+        writer.work();
+    }
+    return writer.result();
 }
 
 bool readCompressed(int file, QImage &picture) {
@@ -148,13 +235,17 @@ bool readCompressed(int file, QImage &picture) {
     const int stripRows = rowsPerStrip(picture.width());
     std::vector<quint8> strip(static_cast<size_t>(planes) * picture.width() * stripRows);
     std::vector<quint8> compressed(ZSTD_compressBound(strip.size()));
-    for (int top = 0; top < picture.height(); top += stripRows) {
-        const int rows = std::min(stripRows, picture.height() - top);
-        const size_t size = static_cast<size_t>(planes) * picture.width() * rows;
+    std::vector<bool> isRead(static_cast<size_t>(stripsOf(picture)));
+    for (size_t n = 0; n < isRead.size(); ++n) {
         StripHeader header;
-        if (!readAll(file, &header, sizeof header) || header.bytes > compressed.size()) {
+        if (!readAll(file, &header, sizeof header) || header.bytes > compressed.size() ||
+            header.strip >= isRead.size() || isRead[header.strip]) {
             return false;
         }
+        isRead[header.strip] = true;
+        const int top = static_cast<int>(header.strip) * stripRows;
+        const int rows = std::min(stripRows, picture.height() - top);
+        const size_t size = static_cast<size_t>(planes) * picture.width() * rows;
         std::vector<quint8> &target = header.compressed == 1 ? compressed : strip;
         if ((header.compressed == 0 && header.bytes != size) || !readAll(file, target.data(), header.bytes)) {
             return false;

@@ -7,9 +7,11 @@
 namespace lumora {
 
 /// Writes the pixels to the file: differences from the row above, one plane for each colour, no alpha where the
-/// picture is opaque; `compress` compresses them with zstd, which takes about four times as long. Returns the bytes
-/// written, or -1 when the disk is full, more than `limit` bytes would be needed or a stop is asked for.
-qint64 writeCompressed(int file, const QImage &picture, bool compress, qint64 limit, const std::stop_token &stop);
+/// picture is opaque; `compress` compresses them with zstd, which takes about four times as long and adds checksums.
+/// `threads` work at once, each on strips of its own. Returns the bytes written, or -1 when the disk is full, memory is
+/// refused, more than `limit` bytes would be needed or a stop is asked for.
+qint64 writeCompressed(int file, const QImage &picture, bool compress, qint64 limit, const std::stop_token &stop,
+                       int threads = 1);
 
 /// Reads what writeCompressed wrote into a picture that already has its size and format. False for a file that does not
 /// hold these pixels whole.

@@ -126,6 +126,17 @@ void PhotoDocument::fitPhoto(QSize canvas) {
     Q_EMIT changed(what);
 }
 
+void PhotoDocument::showWhole(QSize canvas) {
+    if (m_canvas.isNull() || canvas.isEmpty()) {
+        return;
+    }
+    const int largest = std::min(100 * canvas.width() / m_canvas.width(), 100 * canvas.height() / m_canvas.height());
+    if (m_zoom > largest) {
+        m_zoom = std::max(largest, 1);
+        Q_EMIT changed(PhotoChange::Zoom);
+    }
+}
+
 void PhotoDocument::PerformZoomIn() {
     setZoom(m_zoom + zoomStep);
 }

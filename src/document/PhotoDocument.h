@@ -65,6 +65,9 @@ class PhotoDocument : public QObject {
     /// Chooses the zoom at which the whole photo fits a canvas of that size in pixels, never above 100 %; sets
     /// PhotoLoaded. Without a picture or with an empty canvas nothing changes.
     void fitPhoto(QSize canvas);
+    /// Lowers the zoom to the largest at which the whole photo is in a canvas of that size in pixels, where it is not:
+    /// fitPhoto looks at one side only. 1 % is the smallest.
+    void showWhole(QSize canvas);
     /// 10 % nearer, without an upper limit; above 100 % as clear squares.
     void PerformZoomIn();
     /// 10 % farther, not below 30 %. Leaves the way of drawing as it is.

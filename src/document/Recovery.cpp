@@ -1,15 +1,10 @@
 #include "document/Recovery.h"
 
 #include <QGuiApplication>
-#include <sys/resource.h>
 #include <system_error>
 #include <utility>
 
 namespace lumora {
-
-namespace {
-constexpr int backgroundNiceness = 10;
-}
 
 Recovery::Recovery(PhotoDocument &photo, const QString &parentFolder, QObject *parent)
     : QObject(parent), m_photo(photo), m_parentFolder(parentFolder),
@@ -70,7 +65,6 @@ void Recovery::want(const QImage &picture) {
 }
 
 void Recovery::work(const std::stop_token &stop) {
-    ::setpriority(PRIO_PROCESS, 0, backgroundNiceness); // on Linux this thread alone: what a click starts has priority
     std::unique_lock lock(m_mutex);
     while (m_toDo.wait(lock, stop, [this] { return m_waiting.has_value(); }) && !stop.stop_requested()) {
         m_busy = true;

@@ -4,18 +4,20 @@
 #include "imaging/Picture.h"
 
 #include <QCryptographicHash>
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
 #include <new>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace lumora {
 
 namespace {
 
-constexpr std::array<char, 8> mark{'L', 'u', 'm', 'o', 'r', 'a', 'R', '1'};
+constexpr std::array<char, 8> mark{'L', 'u', 'm', 'o', 'r', 'a', 'R', '2'};
 constexpr auto checksumMethod = QCryptographicHash::Blake2b_256;
 constexpr int checksumBytes = 32;
 
@@ -25,19 +27,21 @@ struct Header {
     qint32 height = 0;
     qint32 opaque = 0;
     qint32 unused = 0;
-    std::array<char, checksumBytes> checksum{}; ///< of the fields above and of all pixels
+    std::array<char, checksumBytes> checksum{}; ///< of the fields above; the strips of pixels have their own
 };
 static_assert(sizeof(Header) == 24 + checksumBytes, "no holes, which would hold chance bytes");
 
-std::array<char, checksumBytes> checksumOf(const Header &header, const QImage &picture) {
-    QCryptographicHash hash(checksumMethod);
-    hash.addData(QByteArrayView(reinterpret_cast<const char *>(&header), offsetof(Header, checksum)));
-    for (int y = 0; y < picture.height(); ++y) {
-        hash.addData(QByteArrayView(picture.constScanLine(y), qsizetype{4} * picture.width()));
-    }
+std::array<char, checksumBytes> checksumOf(const Header &header) {
+    const QByteArrayView fields(reinterpret_cast<const char *>(&header), offsetof(Header, checksum));
+    const QByteArray hash = QCryptographicHash::hash(fields, checksumMethod);
     std::array<char, checksumBytes> checksum{};
-    std::memcpy(checksum.data(), hash.result().constData(), checksumBytes);
+    std::memcpy(checksum.data(), hash.constData(), checksumBytes);
     return checksum;
+}
+
+/// Few enough for what a click starts in the meantime.
+int writingThreads() {
+    return static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, 4U));
 }
 
 /// More than pixels that cannot be squeezed take, with the heads of their strips.
@@ -47,7 +51,7 @@ qint64 largestFile(const Header &header) {
 }
 
 bool isPlausible(const Header &header, qint64 fileBytes) {
-    return header.magic == mark && header.width > 0 && header.height > 0 &&
+    return header.magic == mark && header.checksum == checksumOf(header) && header.width > 0 && header.height > 0 &&
            qint64{header.width} * header.height <= maxPicturePixels && (header.opaque == 0 || header.opaque == 1) &&
            fileBytes <= largestFile(header);
 }
@@ -59,9 +63,9 @@ bool writeRecoveryCopy(int file, const QImage &picture, qint64 limit, const std:
     header.width = picture.width();
     header.height = picture.height();
     header.opaque = picture.format() == QImage::Format_RGB32 ? 1 : 0;
-    header.checksum = checksumOf(header, picture);
+    header.checksum = checksumOf(header);
     return ::write(file, &header, sizeof header) == ssize_t{sizeof header} &&
-           writeCompressed(file, picture, true, limit, stop) >= 0;
+           writeCompressed(file, picture, true, limit, stop, writingThreads()) >= 0;
 }
 
 CopyRead readRecoveryCopy(int file, QImage &picture) {
@@ -78,8 +82,7 @@ CopyRead readRecoveryCopy(int file, QImage &picture) {
         }
         char more = 0;
         errno = 0;
-        if (!readCompressed(file, target) || ::read(file, &more, 1) != 0 ||
-            checksumOf(header, target) != header.checksum) {
+        if (!readCompressed(file, target) || ::read(file, &more, 1) != 0) {
             return errno == EIO || errno == ESTALE ? CopyRead::NotNow : CopyRead::Damaged;
         }
         picture = target;

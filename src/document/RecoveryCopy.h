@@ -13,7 +13,7 @@ enum class CopyRead {
 };
 
 /// Writes a header with a checksum and the pixels, without loss. False when the disk is full, more than `limit` bytes
-/// would be needed or a stop is asked for; throws std::bad_alloc.
+/// would be needed, memory is refused or a stop is asked for.
 bool writeRecoveryCopy(int file, const QImage &picture, qint64 limit, const std::stop_token &stop);
 
 /// Reads what writeRecoveryCopy wrote, to the bit. The size is checked against maxPicturePixels and against the

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
-#include <new>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -21,8 +20,11 @@ namespace lumora {
 namespace {
 
 constexpr const char *folderPrefix = "photo-";
+// A copy goes from one name to the next: being written; whole, so that a crash of the program leaves it; flushed to the
+// disk, so that a power cut does.
+constexpr const char *partName = "copy.part";
+constexpr const char *wholeName = "copy.new";
 constexpr const char *copyName = "copy";
-constexpr const char *nextName = "copy.new";
 constexpr const char *lockName = "lock"; // a file: network file systems lock no folders
 constexpr int openFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
@@ -125,39 +127,45 @@ bool RecoveryFolder::write(const QImage &picture, const std::stop_token &stop) {
     if (!make()) {
         return false;
     }
-    ::unlinkat(m_folder, nextName, 0);
-    const int file = ::openat(m_folder, nextName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+    ::unlinkat(m_folder, partName, 0);
+    const int file = ::openat(m_folder, partName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
     if (file < 0) {
         return false;
     }
-    bool whole = false;
-    try {
-        whole = writeRecoveryCopy(file, picture, halfOfFreeBytes(m_folder), stop) && ::fsync(file) == 0;
-    } catch (const std::bad_alloc &) {
-        whole = false;
-    }
-    whole = ::close(file) == 0 && whole && ::renameat(m_folder, nextName, m_folder, copyName) == 0;
-    if (whole) {
+    const bool whole = writeRecoveryCopy(file, picture, halfOfFreeBytes(m_folder), stop) &&
+                       ::renameat(m_folder, partName, m_folder, wholeName) == 0;
+    const bool flushed = whole && ::fdatasync(file) == 0;
+    const bool kept = ::close(file) == 0 && flushed && ::renameat(m_folder, wholeName, m_folder, copyName) == 0;
+    if (kept) {
         ::fsync(m_folder); // the new name lasts through a power cut
     } else {
-        ::unlinkat(m_folder, nextName, 0);
+        ::unlinkat(m_folder, whole ? wholeName : partName, 0);
     }
-    return whole;
+    return kept;
 }
 
 void RecoveryFolder::clear() {
     if (m_folder >= 0) {
-        ::unlinkat(m_folder, copyName, 0);
-        ::unlinkat(m_folder, nextName, 0);
-        ::unlinkat(m_folder, lockName, 0);
+        for (const char *name : {copyName, wholeName, partName, lockName}) {
+            ::unlinkat(m_folder, name, 0);
+        }
         ::unlinkat(m_parent, m_name.c_str(), AT_REMOVEDIR);
         close();
     }
 }
 
 CopyRead RecoveryFolder::readCopy(QImage &picture) const {
+    const CopyRead newest = readFile(wholeName, picture); // a power cut may have left it in pieces
+    if (newest == CopyRead::Done) {
+        return newest;
+    }
+    const CopyRead flushed = readFile(copyName, picture);
+    return flushed == CopyRead::Damaged ? newest : flushed;
+}
+
+CopyRead RecoveryFolder::readFile(const char *name, QImage &picture) const {
     // A pipe of that name would keep the program waiting without O_NONBLOCK.
-    const int file = ::openat(m_folder, copyName, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    const int file = ::openat(m_folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (file < 0) {
         return errno == ENOENT || errno == ELOOP ? CopyRead::Damaged : CopyRead::NotNow;
     }
@@ -168,9 +176,20 @@ CopyRead RecoveryFolder::readCopy(QImage &picture) const {
     return read;
 }
 
+/// When the newer of its copies was written, in seconds and nanoseconds.
+std::pair<qint64, qint64> RecoveryFolder::lastWritten() const {
+    std::pair<qint64, qint64> newest;
+    for (const char *name : {copyName, wholeName}) {
+        struct stat status {};
+        if (::fstatat(m_folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
+            newest = std::max(newest, std::pair<qint64, qint64>(status.st_mtim.tv_sec, status.st_mtim.tv_nsec));
+        }
+    }
+    return newest;
+}
+
 std::unique_ptr<RecoveryFolder> RecoveryFolder::findNewest(const QString &parent, QImage &picture) {
-    using Time = std::pair<qint64, qint64>; // seconds, nanoseconds
-    std::vector<std::pair<Time, std::unique_ptr<RecoveryFolder>>> left;
+    std::vector<std::pair<std::pair<qint64, qint64>, std::unique_ptr<RecoveryFolder>>> left;
     const int top = openParent(parent);
     if (top < 0) {
         return nullptr;
@@ -181,9 +200,8 @@ std::unique_ptr<RecoveryFolder> RecoveryFolder::findNewest(const QString &parent
         if (!folder->enter(top, QFile::encodeName(name).toStdString())) {
             continue;
         }
-        struct stat status {};
-        ::fstatat(folder->m_folder, copyName, &status, AT_SYMLINK_NOFOLLOW);
-        left.emplace_back(Time(status.st_mtim.tv_sec, status.st_mtim.tv_nsec), std::move(folder));
+        const auto time = folder->lastWritten();
+        left.emplace_back(time, std::move(folder));
     }
     ::close(top);
     std::sort(left.begin(), left.end(), [](const auto &a, const auto &b) { return a.first > b.first; });

@@ -23,9 +23,9 @@ class RecoveryFolder {
     RecoveryFolder(const RecoveryFolder &) = delete;
     RecoveryFolder &operator=(const RecoveryFolder &) = delete;
 
-    /// Replaces the last copy by one of the picture, whole or not at all, flushed to the disk. False, and
-    /// the last one stays, when the disk is full (half of what is free is left to others), the folder cannot be made
-    /// or a stop is asked for.
+    /// Replaces the last copy by one of the picture, whole or not at all, flushed to the disk; before it is flushed,
+    /// both are there. False, and the last one stays, when the disk is full (half of what is free is left to others),
+    /// the folder cannot be made or a stop is asked for.
     bool write(const QImage &picture, const std::stop_token &stop = {});
     /// Removes the copy and the folder; the next write makes them again.
     void clear();
@@ -41,6 +41,8 @@ class RecoveryFolder {
     bool make();
     bool enter(int parent, const std::string &name);
     CopyRead readCopy(QImage &picture) const;
+    CopyRead readFile(const char *name, QImage &picture) const;
+    std::pair<qint64, qint64> lastWritten() const;
     void close();
 
     const QString m_parentPath;

@@ -2,7 +2,6 @@
 
 #include <QFile>
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
@@ -45,19 +44,15 @@ void removeFiles(int folder) {
     }
 }
 
-/// The process that a folder's name says it belongs to, 0 when it is no name of a private folder.
-pid_t ownerOf(const std::string &name) {
+/// Whether a folder's name is one that make() gives.
+bool isOwnName(const std::string &name) {
     const size_t length = std::strlen(namePrefix);
     if (name.compare(0, length, namePrefix) != 0) {
-        return 0;
+        return false;
     }
     char *end = nullptr;
     const long pid = std::strtol(name.c_str() + length, &end, 10);
-    return *end == '-' && pid > 0 ? static_cast<pid_t>(pid) : 0;
-}
-
-bool isAlive(pid_t pid) {
-    return ::kill(pid, 0) == 0 || errno != ESRCH;
+    return *end == '-' && pid > 0;
 }
 
 } // namespace
@@ -81,17 +76,25 @@ bool SpillFolder::make() {
         ::close(m_folder);
         m_folder = -1;
     }
-    m_path = m_parent + '/' + namePrefix + std::to_string(::getpid()) + "-XXXXXX";
-    if (::mkdtemp(m_path.data()) == nullptr) {
-        return false;
-    }
-    m_folder = ::open(m_path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (m_folder < 0) {
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        m_path = m_parent + '/' + namePrefix + std::to_string(::getpid()) + "-XXXXXX";
+        if (::mkdtemp(m_path.data()) == nullptr) {
+            return false;
+        }
+        const int folder = ::open(m_path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+        // Where nothing can be locked, nobody else can lock and sweep it either.
+        const bool isOurs = folder >= 0 && (::flock(folder, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK);
+        if (isOurs && ::fstat(folder, &status) == 0 && status.st_nlink > 0) {
+            m_folder = folder;
+            return true;
+        }
+        // A program that starts at this moment swept it before it was locked.
+        if (folder >= 0) {
+            ::close(folder);
+        }
         ::rmdir(m_path.c_str());
-        return false;
     }
-    ::flock(m_folder, LOCK_EX | LOCK_NB);
-    return true;
+    return false;
 }
 
 int SpillFolder::create(const std::string &name) {
@@ -125,8 +128,7 @@ void SpillFolder::sweep(const QString &parent) {
         return;
     }
     for (const std::string &name : namesIn(top)) {
-        const pid_t pid = ownerOf(name);
-        if (pid == 0 || isAlive(pid)) {
+        if (!isOwnName(name)) {
             continue;
         }
         const int folder = ::openat(top, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
@@ -134,7 +136,8 @@ void SpillFolder::sweep(const QString &parent) {
             continue;
         }
         struct stat status {};
-        // The lock belongs to a running program whose process cannot be seen from here (another container).
+        // The lock alone marks a running program: process numbers are given out again, and those of another container
+        // are not seen from here.
         if (::fstat(folder, &status) == 0 && status.st_uid == ::geteuid() && ::flock(folder, LOCK_EX | LOCK_NB) == 0) {
             removeFiles(folder);
             ::unlinkat(top, name.c_str(), AT_REMOVEDIR);

@@ -25,8 +25,8 @@ class SpillFolder {
     /// Bytes that may still be written under the parent folder; 0 when that cannot be found out.
     qint64 freeBytes() const;
 
-    /// Removes the folders of this user's programs that have ended. Links are never followed; what is not Lumora's
-    /// or holds more than plain files stays.
+    /// Removes the folders of this user's programs that have ended: those that nobody has locked. Links are never
+    /// followed; what is not Lumora's or holds more than plain files stays.
     static void sweep(const QString &parent);
 
   private:

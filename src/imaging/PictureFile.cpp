@@ -18,29 +18,48 @@ namespace lumora {
 namespace {
 
 constexpr Format formats[] = {
-    {"JPEG", isJpeg, readJpegHeader, decodeJpeg, decodeSmallJpeg},
-    {"PNG", isPng, readPngHeader, decodePng, nullptr},
-    {"GIF", isGif, readGifHeader, decodeGif, nullptr},
-    {"BMP", isBmp, readBmpHeader, decodeBmp, nullptr},
-    {"TIFF", isTiff, readTiffHeader, decodeTiff, nullptr},
-    {"WebP", isWebP, readWebPHeader, decodeWebP, decodeSmallWebP},
-    {"HEIF", isHeif, readHeifHeader, decodeHeif, decodeSmallHeif},
+    {"JPEG", " jpg jpeg jpe ", isJpeg, readJpegHeader, decodeJpeg, decodeSmallJpeg},
+    {"PNG", " png ", isPng, readPngHeader, decodePng, nullptr},
+    {"GIF", " gif ", isGif, readGifHeader, decodeGif, nullptr},
+    {"BMP", " bmp ", isBmp, readBmpHeader, decodeBmp, nullptr},
+    {"TIFF", " tif tiff ", isTiff, readTiffHeader, decodeTiff, nullptr},
+    {"WebP", " webp ", isWebP, readWebPHeader, decodeWebP, decodeSmallWebP},
+    {"HEIF", " heic heif avif ", isHeif, readHeifHeader, decodeHeif, decodeSmallHeif},
+    {"TGA", " tga ", isTga, readTgaHeader, decodeTga, nullptr, true},
 };
 
 constexpr Writer writers[] = {
-    {" jpg jpeg ", writeJpeg}, {" png ", writePng}, {" tif tiff ", writeTiff},
-    {" bmp ", writeBmp},       {" gif ", writeGif}, {" tga ", writeTga},
+    {" jpg jpeg jpe ", writeJpeg}, {" png ", writePng}, {" tif tiff ", writeTiff},
+    {" bmp ", writeBmp},           {" gif ", writeGif}, {" tga ", writeTga},
 };
+
+bool hasExtension(const char *extensions, const QString &path) {
+    return QLatin1String(extensions).contains(QLatin1Char(' ') + QFileInfo(path).suffix().toLower() + QLatin1Char(' '));
+}
+
+/// Empty when the bytes come from no file.
+QString fileName(const Source &source) {
+    const auto *const file = qobject_cast<const QFileDevice *>(&source.device());
+    return file == nullptr ? QString() : file->fileName();
+}
 
 const Format *formatOf(Source &source) {
     constexpr int headBytes = 4096;
     const QByteArray head = source.bytes(0, headBytes);
     for (const Format &format : formats) {
-        if (format.matches(head)) {
+        if (format.matches(head) && (!format.byExtension || hasExtension(format.extensions, fileName(source)))) {
             return &format;
         }
     }
     return nullptr;
+}
+
+/// The writer of the type that the file's name has; null where there is none.
+const Writer *writerOf(const QString &path) {
+    const auto *writer = std::find_if(std::begin(writers), std::end(writers), [&](const Writer &candidate) {
+        return hasExtension(candidate.extensions, path);
+    });
+    return writer == std::end(writers) ? nullptr : writer;
 }
 
 // Rejects, before pixels are allocated, images that are too large or larger than the file can hold.
@@ -232,6 +251,18 @@ std::optional<QString> openForReading(QFile &file) {
 
 } // namespace
 
+QList<QStringList> readableExtensions() {
+    QList<QStringList> result;
+    for (const Format &format : formats) {
+        result << QString::fromLatin1(format.extensions).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    }
+    return result;
+}
+
+bool hasWritableExtension(const QString &path) {
+    return writerOf(path) != nullptr;
+}
+
 PictureHeader readPictureHeader(const QString &path) {
     PictureHeader result;
     QFile file(path);
@@ -292,13 +323,10 @@ PictureRead readPictureFromData(const QByteArray &data) {
 
 PictureWritten writePicture(const QImage &picture, const QString &path) {
     PictureWritten result;
-    const QString extension = QLatin1Char(' ') + QFileInfo(path).suffix().toLower() + QLatin1Char(' ');
-    const auto *writer = std::find_if(std::begin(writers), std::end(writers), [&](const Writer &candidate) {
-        return QLatin1String(candidate.extensions).contains(extension);
-    });
-    if (writer == std::end(writers)) {
+    const Writer *const writer = writerOf(path);
+    if (writer == nullptr) {
         result.error = PictureError::UnknownType;
-        result.reason = QStringLiteral("no format goes by the extension \"%1\"").arg(extension.trimmed());
+        result.reason = QStringLiteral("no format goes by the extension \"%1\"").arg(QFileInfo(path).suffix());
         return result;
     }
     const QImage prepared = toPicture(picture);

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QSize>
 #include <QString>
+#include <QStringList>
 
 namespace lumora {
 
@@ -28,7 +29,7 @@ struct PictureRead {
 };
 
 struct PictureHeader {
-    QString format; ///< "JPEG", "PNG", "GIF", "BMP", "TIFF", "WebP", "HEIF"
+    QString format; ///< "JPEG", "PNG", "GIF", "BMP", "TIFF", "WebP", "HEIF", "TGA"
     int width = 0;  ///< pixels, upright
     int height = 0; ///< pixels, upright
     PictureError error = PictureError::None;
@@ -41,11 +42,19 @@ struct PictureWritten {
     bool ok() const { return error == PictureError::None; }
 };
 
+/// The extensions that files of the formats that can be read have: lower case, without a dot, a list for each format,
+/// the usual one first.
+QList<QStringList> readableExtensions();
+
+/// Whether that file's name has an extension that writePicture knows.
+bool hasWritableExtension(const QString &path);
+
 /// Reads only the header. Never allocates pixels.
 PictureHeader readPictureHeader(const QString &path);
 
-/// Reads BMP, GIF (first frame), JPEG, PNG, TIFF (first page), WebP and HEIF by content: upright by its EXIF or TIFF
-/// orientation, colours converted from an embedded profile to sRGB. The size is checked against the limits and
+/// Reads BMP, GIF (first frame), JPEG, PNG, TIFF (first page), WebP and HEIF by content, TGA by its extension and a
+/// plausible header: upright by its EXIF or TIFF orientation, colours converted from an embedded profile to sRGB. The
+/// size is checked against the limits and
 /// against what the file can hold before a pixel is allocated. Reports progress to the current TaskControl, which may
 /// cancel it.
 PictureRead readPicture(const QString &path);
@@ -62,8 +71,8 @@ PictureRead readFitted(const QString &path, QSize room);
 /// Reads a picture from the bytes of a file.
 PictureRead readPictureFromData(const QByteArray &data);
 
-/// Writes the picture as BMP, GIF, JPEG, PNG, TIFF or TGA, by the extension (.bmp .gif .jpg .jpeg .png .tif .tiff .tga,
-/// any case). The file is replaced atomically: a temporary file beside it, flushed, renamed; links stay links, an
+/// Writes the picture as BMP, GIF, JPEG, PNG, TIFF or TGA, by the extension (.bmp .gif .jpg .jpeg .jpe .png .tif .tiff
+/// .tga, any case). The file is replaced atomically: a temporary file beside it, flushed, renamed; links stay links, an
 /// existing file keeps its mode. Transparent pixels are blended with white in JPEG and BMP. Reports progress to the
 /// current TaskControl, which may cancel it until the file is replaced.
 PictureWritten writePicture(const QImage &picture, const QString &path);

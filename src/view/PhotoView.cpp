@@ -105,8 +105,12 @@ void PhotoView::layOut(const Anchor &anchor) {
                                : QSize(std::max(1, toInt(std::round(picture.width() * m_scale))),
                                        std::max(1, toInt(std::round(picture.height() * m_scale))));
     const QSize content = (QSizeF(m_size) / devicePixels).toSize();
-    setRange(*horizontalScrollBar(), content.width(), viewport()->width());
-    setRange(*verticalScrollBar(), content.height(), viewport()->height());
+    // A photo that has room without scroll bars needs none, although those of now may take a part of it.
+    const QSize room = maximumViewportSize();
+    const bool isWhole = content.width() <= room.width() && content.height() <= room.height();
+    const QSize view = isWhole ? room : viewport()->size();
+    setRange(*horizontalScrollBar(), content.width(), view.width());
+    setRange(*verticalScrollBar(), content.height(), view.height());
     const QPointF scroll = anchor.picture * m_scale / devicePixels - anchor.view;
     horizontalScrollBar()->setValue(toInt(std::round(scroll.x())));
     verticalScrollBar()->setValue(toInt(std::round(scroll.y())));

@@ -2,6 +2,7 @@
 
 #include "dialogs/frmPrompt.h"
 #include "dialogs/frmSimpleSave.h"
+#include "imaging/PictureFile.h"
 #include "session/AppContext.h"
 #include "session/FileTypeText.h"
 #include "session/LoadSettings.h"
@@ -16,16 +17,82 @@ namespace {
 
 constexpr int documentsFolder = 5;
 
-/// One row per type that the save dialog offers.
-struct SaveFilter {
+/// One row per entry of a dialog's list of types.
+struct TypeRow {
     const char *text;
-    const char *pattern;
-    const char *suffix;
+    QStringList extensions; ///< as the list shows them; none: every file
+
+    QString shown(const Texts &texts) const {
+        QStringList patterns;
+        for (const QString &extension : extensions) {
+            patterns << "*." + extension;
+        }
+        return fileTypeText(texts, text, patterns.isEmpty() ? QStringList("*") : patterns);
+    }
 };
-const SaveFilter saveFilters[] = {
-    {"FileTypeBMP", "*.bmp", "bmp"}, {"FileTypeGIF", "*.gif", "gif"}, {"FileTypeJPEG", "*.jpg", "jpg"},
-    {"FileTypePNG", "*.png", "png"}, {"FileTypeTIF", "*.tif", "tif"}, {"FileTypeAll", "*", ""},
-};
+
+/// What the ordered types of the open dialog leave out.
+QStringList otherExtensions(const QStringList &ordered) {
+    QStringList others;
+    for (const QStringList &format : readableExtensions()) {
+        if (!ordered.contains(format.constFirst())) {
+            others += format;
+        }
+    }
+    return others;
+}
+
+/// "*.jpg" as every dialog understands it in any case: GTK's compares letters exactly.
+QString inAnyCase(const QString &extension) {
+    QString pattern = "*.";
+    for (const QChar letter : extension) {
+        pattern += letter.isLetter() ? QString("[%1%2]").arg(letter.toLower()).arg(letter.toUpper()) : QString(letter);
+    }
+    return pattern;
+}
+
+/// What the row lets through: all extensions of its formats, in any case. The first pattern is plain, since Qt's own
+/// save dialog takes its extension from it.
+QStringList patternsOf(const TypeRow &row) {
+    if (row.extensions.isEmpty()) {
+        return {"*"};
+    }
+    QStringList patterns = {"*." + row.extensions.constFirst()};
+    for (const QString &extension : row.extensions) {
+        QStringList all = {extension};
+        for (const QStringList &format : readableExtensions()) {
+            if (format.contains(extension)) {
+                all = format;
+            }
+        }
+        std::transform(all.begin(), all.end(), std::back_inserter(patterns), inAnyCase);
+    }
+    patterns.removeDuplicates();
+    return patterns;
+}
+
+/// Fills the dialog's list. Of an entry the last brackets are the patterns, which no dialog then shows.
+void offerTypes(QFileDialog &dialog, const Texts &texts, const QList<TypeRow> &rows) {
+    QStringList entries;
+    for (const TypeRow &row : rows) {
+        entries << row.shown(texts) + " (" + patternsOf(row).join(' ') + ')';
+    }
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    dialog.setNameFilters(entries);
+}
+
+/// The extension of the chosen entry; `usual` for an entry of every file. Qt's own dialog says the entry without the
+/// patterns, the desktop's with them.
+QString chosenExtension(const QFileDialog &dialog, const Texts &texts, const QList<TypeRow> &rows, const char *usual) {
+    const QString chosen = dialog.selectedNameFilter();
+    for (const TypeRow &row : rows) {
+        const QString shown = row.shown(texts);
+        if (!row.extensions.isEmpty() && (chosen == shown || chosen.startsWith(shown + " ("))) {
+            return row.extensions.constFirst();
+        }
+    }
+    return usual;
+}
 
 /// Starts the dialog in `folder`, or in the documents folder when that does not exist.
 void startIn(QFileDialog &dialog, const QString &folder) {
@@ -45,38 +112,45 @@ QString answer(QFileDialog &dialog) {
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
+bool mayReplace(AppContext &ctx, QWidget *owner, const QString &path) {
+    ctx.fields.txtSimpleSavePath = path; // the question shows what would be replaced
+    return ask(ctx, PromptKind::Overwrite, owner) == Answer::Yes;
+}
+
 } // namespace
 
 QString askForPhotoToOpen(AppContext &ctx, QWidget *owner) {
+    const QStringList ordered = {"gif", "jpg", "png", "tif", "bmp"};
     QFileDialog dialog(owner, ctx.texts.text("Open"));
     dialog.setFileMode(QFileDialog::ExistingFile);
-    dialog.setNameFilter(fileTypeText(ctx.texts, "FileTypeSupported", {"*.gif", "*.jpg", "*.png", "*.tif", "*.bmp"}));
+    offerTypes(dialog, ctx.texts, {{"FileTypeSupported", ordered}, {"FileTypeOther", otherExtensions(ordered)}});
     startIn(dialog, workingDirectory(ctx));
     offerName(dialog, ctx.photo.CurrentFileName);
     return answer(dialog);
 }
 
 QString askWhereToSave(AppContext &ctx, QWidget *owner, const SaveQuestion &question) {
+    const QList<TypeRow> types = {
+        {"FileTypeBMP", {"bmp"}}, {"FileTypeGIF", {"gif"}}, {"FileTypeJPEG", {"jpg"}},
+        {"FileTypePNG", {"png"}}, {"FileTypeTIF", {"tif"}}, {"FileTypeAll", {}},
+    };
     QFileDialog dialog(owner, ctx.texts.text("Save"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
-    QStringList filters;
-    for (const SaveFilter &row : saveFilters) {
-        filters << fileTypeText(ctx.texts, row.text, {row.pattern});
-    }
-    dialog.setNameFilters(filters);
-    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString &chosen) {
-        dialog.setDefaultSuffix(saveFilters[std::max<qsizetype>(0, filters.indexOf(chosen))].suffix);
-    });
-    for (qsizetype i = 0; i < filters.size(); ++i) {
-        if (qstrcmp(saveFilters[i].suffix, question.suffix) == 0) {
-            dialog.selectNameFilter(filters[i]);
-            dialog.setDefaultSuffix(saveFilters[i].suffix);
+    offerTypes(dialog, ctx.texts, types);
+    for (qsizetype i = 0; i < types.size(); ++i) {
+        if (types[i].extensions == QStringList(question.suffix)) {
+            dialog.selectNameFilter(dialog.nameFilters().at(i));
         }
     }
     startIn(dialog, question.workingDirectoryOnly ? workingDirectory(ctx) : photoFolder(ctx));
     offerName(dialog, question.initialName);
-    return answer(dialog);
+    const QString answered = answer(dialog);
+    if (answered.isEmpty() || hasWritableExtension(answered)) {
+        return answered; // the dialog has asked before it gives the name of a file that exists
+    }
+    const QString path = answered + '.' + chosenExtension(dialog, ctx.texts, types, question.suffix);
+    return !QFileInfo::exists(path) || mayReplace(ctx, owner, path) ? path : QString();
 }
 
 QString askWhereToPrintPdf(AppContext &ctx, QWidget *owner) {
@@ -85,11 +159,15 @@ QString askWhereToPrintPdf(AppContext &ctx, QWidget *owner) {
         dialog.setAcceptMode(QFileDialog::AcceptSave);
         dialog.setFileMode(QFileDialog::AnyFile);
         dialog.setNameFilter(fileTypeText(ctx.texts, "FileTypePDF", {"*.pdf"}));
-        dialog.setDefaultSuffix("pdf");
         startIn(dialog, photoFolder(ctx));
         const QString photo = QFileInfo(ctx.photo.CurrentFileName).completeBaseName();
         dialog.selectFile((photo.isEmpty() ? ctx.texts.text("MyPicture") : photo) + ".pdf");
-        return answer(dialog);
+        const QString answered = answer(dialog);
+        if (answered.isEmpty() || answered.endsWith(".pdf", Qt::CaseInsensitive)) {
+            return answered;
+        }
+        const QString path = answered + ".pdf";
+        return !QFileInfo::exists(path) || mayReplace(ctx, owner, path) ? path : QString();
     }
     frmSimpleSave dialog(ctx, "frmSimpleSave", owner, frmSimpleSave::Saves::PdfPage);
     if (dialog.ask() != frmSimpleSave::Result::Save) {

@@ -9,8 +9,8 @@ namespace lumora {
 
 struct AppContext;
 
-/// Asks for a picture to open: GIF, JPEG, PNG, TIFF and BMP, starting in the working directory. An empty text when the
-/// dialog was cancelled.
+/// Asks for a picture to open, starting in the working directory: GIF, JPEG, PNG, TIFF and BMP, or as a second choice
+/// what else Lumora reads. An empty text when the dialog was cancelled.
 QString askForPhotoToOpen(AppContext &ctx, QWidget *owner);
 
 /// The initial state of a save dialog.
@@ -21,8 +21,9 @@ struct SaveQuestion {
 };
 
 /// Asks where to save: in the documents folder or, if so configured, in the working directory; asks before an
-/// existing file is replaced. A name without an extension gets the one of the chosen type. An empty text when
-/// the dialog was cancelled.
+/// existing file is replaced. A name without an extension that Lumora writes gets the one of the chosen type; where
+/// that makes it the name of an existing file, frmOverwrite asks once more, since desktops' dialogs only know what was
+/// typed. An empty text when the dialog was cancelled or the file is not to be replaced.
 QString askWhereToSave(AppContext &ctx, QWidget *owner, const SaveQuestion &question);
 
 /// Asks which PDF file a page is to be printed into: with the system's dialog, or with Simple mode's own where the

@@ -54,7 +54,6 @@ namespace {
 
 constexpr int welcomeDelay = 700; // milliseconds until the bubble: long enough to see the window first
 constexpr int zoomSteps[] = {25, 50, 75, 100, 150, 200, 300, 400}; // percent
-constexpr int tableMargin = 24;                                    // pixels of table left round a fitted photo
 constexpr int statusHeight = 28;
 
 /// Keys that press a button of Toolbar1.
@@ -394,10 +393,8 @@ void frmMain::ExitApp() {
 }
 
 void frmMain::fitPhoto() {
-    // The area on the table with the photo's proportions: fitted by either side the whole photo is in view, and the
-    // margin absorbs the rounding to a whole percent.
-    const QSize room = m_view->canvasSize() - QSize(2 * tableMargin, 2 * tableMargin);
-    m_ctx.photo.fitPhoto(m_ctx.photo.picCanvas().size().scaled(room, Qt::KeepAspectRatio));
+    m_ctx.photo.fitPhoto(m_view->canvasSize());
+    m_ctx.photo.showWhole(m_view->canvasSize());
     m_fittedZoom = m_ctx.photo.zoom();
 }
 

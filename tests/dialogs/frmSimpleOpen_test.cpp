@@ -42,13 +42,13 @@ class frmSimpleOpenTest : public DialogTest {
 
 TEST_F(frmSimpleOpenTest, ListsThePhotosOfTheFolderAndNothingElse) {
     for (const char *name : {"photo10.jpg", "photo2.JPG", "Cat.png", "dog.bmp", "tree.GIF", "scan.tif", "notes.txt",
-                             "film.jpeg", "jpg", ".hidden.jpg", "paint.tga"}) {
+                             "film.jpeg", "jpg", ".hidden.jpg", "paint.tga", "phone.HEIC", "notes.doc"}) {
         writeFile(QString("photos/") + name, "x");
     }
     QDir().mkpath(photos() + "/folder.jpg");
     open([&](QWidget &window) {
-        EXPECT_EQ(names(window),
-                  (QStringList{"Cat.png", "dog.bmp", "photo2.JPG", "photo10.jpg", "scan.tif", "tree.GIF"}));
+        EXPECT_EQ(names(window), (QStringList{"Cat.png", "dog.bmp", "film.jpeg", "paint.tga", "phone.HEIC",
+                                              "photo2.JPG", "photo10.jpg", "scan.tif", "tree.GIF"}));
         EXPECT_EQ(text(window, "txtPath"), photos());
         EXPECT_EQ(control<QLabel>(window, "lblCaption")->text(), "Open - " + photos());
     });

@@ -93,12 +93,26 @@ TEST_F(Document, fitsTheWholePhotoIntoTheCanvas) {
         {{200, 1000}, {500, 25}, 2},    // 2.5 rounds to the even 2
         {{200, 1000}, {500, 35}, 4},    // 3.5 rounds to the even 4
         {{10, 3000}, {100, 10}, 1},     // never 0
+        {{65535, 40}, {900, 600}, 1},   {{1, 20000}, {900, 642}, 3},
     };
     for (const Row &row : rows) {
         open(plain(row.photo.width(), row.photo.height()));
         photo.fitPhoto(row.canvas);
         EXPECT_EQ(photo.zoom(), row.zoom) << row.photo.width() << " x " << row.photo.height();
         EXPECT_TRUE(takeHeard().testFlag(PhotoChange::Zoom));
+    }
+    const Row whole[] = {
+        {{1000, 700}, {500, 400}, 50},                                // by height 57 would be too wide
+        {{200, 1000}, {500, 35}, 3},                                  // 3.5 would be too high at 4
+        {{640, 480}, {640, 480}, 100},                                // to the pixel
+        {{640, 480}, {639, 480}, 99},  {{300, 200}, {600, 400}, 100}, // never enlarged
+        {{10, 3000}, {100, 10}, 1},
+    };
+    for (const Row &row : whole) {
+        open(plain(row.photo.width(), row.photo.height()));
+        photo.fitPhoto(row.canvas);
+        photo.showWhole(row.canvas);
+        EXPECT_EQ(photo.zoom(), row.zoom) << row.photo.width() << " x " << row.photo.height();
     }
     photo.setZoom(70);
     for (const QSize canvas : {QSize(0, 100), QSize(100, 0), QSize()}) {

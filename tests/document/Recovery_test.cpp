@@ -234,6 +234,28 @@ TEST(RecoveryFolder, removesDamagedCopiesAndFindsTheGoodOne) {
     EXPECT_EQ(contents(precious), "a picture of the user's");
 }
 
+// A crash between writing a copy and flushing it to the disk; then a power cut.
+TEST(RecoveryFolder, aWholeCopyCountsBeforeItIsFlushed) {
+    const QTemporaryDir home;
+    const QString parent = home.filePath("recovery");
+    const QImage older = photoLike(300, 200);
+    const QImage newer = photoLike(200, 300);
+    for (const bool inPieces : {false, true}) {
+        const QString folder = leave(parent, older);
+        const QString other = leave(home.filePath("other"), newer);
+        const QByteArray bytes = contents(other + "/copy");
+        fill(folder + "/copy.new", inPieces ? bytes.left(bytes.size() - 4096) + QByteArray(4096, 0) : bytes);
+        fill(folder + "/copy.part", bytes.left(100));
+        QImage found;
+        const auto left = RecoveryFolder::findNewest(parent, found);
+        ASSERT_NE(left, nullptr);
+        EXPECT_EQ(firstDifference(found, inPieces ? older : newer), QPoint(-1, -1));
+        left->clear();
+        EXPECT_EQ(foldersIn(parent), QStringList());
+        RecoveryFolder::findNewest(home.filePath("other"), found)->clear();
+    }
+}
+
 TEST(RecoveryFolder, neverFollowsLinksNorGoesToOthers) {
     const QTemporaryDir home;
     const QString elsewhere = home.filePath("elsewhere");

@@ -64,8 +64,8 @@ TEST(SpillFolder, sweepsOnlyWhatADeadProgramLeft) {
     const QTemporaryDir elsewhere;
     const QDir top(parent.path());
     const QString dead = QString("lumora-history-%1-").arg(deadProcess());
-    const QString living = QString("lumora-history-%1-abcdef").arg(::getpid());
-    for (const QString &name : {dead + "plain", dead + "nested/inner", dead + "locked", living,
+    const QString reused = QString("lumora-history-%1-abcdef").arg(::getpid()); // now another process's number
+    for (const QString &name : {dead + "plain", dead + "nested/inner", dead + "locked", reused,
                                 QString("lumora-history-x-1"), QString("other-1-abc")}) {
         ASSERT_TRUE(top.mkpath(name));
         putFile(top.filePath(name), "step-1");
@@ -79,7 +79,8 @@ TEST(SpillFolder, sweepsOnlyWhatADeadProgramLeft) {
     SpillFolder::sweep(parent.path());
 
     EXPECT_FALSE(top.exists(dead + "plain"));
-    for (const QString &kept : {dead + "nested/inner/step-1", dead + "locked/step-1", living + "/step-1",
+    EXPECT_FALSE(top.exists(reused));
+    for (const QString &kept : {dead + "nested/inner/step-1", dead + "locked/step-1",
                                 QString("lumora-history-x-1/step-1"), QString("other-1-abc/step-1")}) {
         EXPECT_TRUE(top.exists(kept)) << kept.toStdString();
     }

@@ -1,33 +1,66 @@
 #!/bin/bash
-# What Lumora makes of a folder of pictures: tests/faults/pictures.sh FOLDER [LUMORA-PROBE]
-# Opens every file in it and below with lumora-probe and prints how many were opened whole, opened in part and refused
-# (by the reason), then the slow ones (more than a second) and the large ones (more than 50 megapixels). Exit code 1 when
-# a file made a decoder crash, hang or run out of memory.
+# pictures.sh FOLDER: opens every file in the folder and its subfolders as Lumora does, one after the other, and prints
+# what was opened, what was refused and why, what was slow (a second or more) and what is large (50 megapixels or more).
+# Ends with code 1 when a file made a decoder crash, hang or end: everything else is an answer.
+#
+# LUMORA_PROBE names the lumora-probe to use, SECONDS_EACH its limit for a file (20).
 set -euo pipefail
-root=$(readlink -f "$(dirname "$(readlink -f "$0")")/../..")
-folder=${1:?usage: tests/faults/pictures.sh FOLDER [LUMORA-PROBE]}
-probe=$(readlink -f "${2:-$root/build/release/bin/lumora-probe}")
-[ -d "$folder" ] || { echo "$folder is no folder." >&2; exit 2; }
-[ -x "$probe" ] || { echo "$probe not found. Build it first, with ./run for instance, or name another one." >&2; exit 2; }
-stage=$(mktemp -d)
-trap 'rm -rf "$stage"' EXIT
-find "$folder" -type f | sort >"$stage/list"
-[ -s "$stage/list" ] || { echo "There is no file in $folder." >&2; exit 2; }
-QT_QPA_PLATFORM=offscreen "$probe" --list "$stage/list" >"$stage/lines"
-awk -F'\t' '
-    { split($4, size, "x"); kind = $3; sub(/:.*/, "", kind) }
-    $2 == "ok" && $3 == "" { ++whole }
-    $2 == "ok" && $3 != "" { ++part }
-    $2 == "refused" { ++refused; ++reasons[kind] }
-    $6 > 1000 { slow = slow sprintf("  %6d ms  %s\n", $6, $1) }
-    size[1] * size[2] > 50e6 { large = large sprintf("  %9s  %s\n", $4, $1) }
-    kind ~ /^(crashed|no answer|ended with code|no memory)/ { bad = bad sprintf("  %s  %s\n", $3, $1) }
-    END {
-        printf "%d opened, %d opened in part, %d refused\n", whole, part, refused
-        for (reason in reasons) printf "  %6d  %s\n", reasons[reason], reason | "sort -k2"
-        close("sort -k2")
-        if (slow != "") printf "slow:\n%s", slow
-        if (large != "") printf "large:\n%s", large
-        if (bad != "") printf "faults:\n%s", bad
-        exit bad != ""
-    }' "$stage/lines"
+
+fail() {
+    echo "$*" >&2
+    exit 2
+}
+
+[ $# -eq 1 ] && [ -d "$1" ] || fail "Usage: tests/faults/pictures.sh FOLDER"
+project=$(cd "$(dirname "$(readlink -f "$0")")/../.." && pwd)
+probe=${LUMORA_PROBE:-}
+for preset in release dev; do
+    [ -n "$probe" ] || [ ! -x "$project/build/$preset/bin/lumora-probe" ] || probe=$project/build/$preset/bin/lumora-probe
+done
+[ -x "$probe" ] || fail "There is no lumora-probe yet: ./run builds it."
+
+find "$1" -type f -print0 | sort -z | xargs -0 -r "$probe" --timeout "${SECONDS_EACH:-20}" -- |
+    awk -F '\t' '
+        function list(title, lines, count) {
+            if (count) {
+                printf "\n%s\n", title
+                for (i = 1; i <= count; ++i)
+                    print "  " lines[i]
+            }
+        }
+        {
+            split($4, side, "x")
+            megapixels = side[1] * side[2] / 1e6
+            if ($2 == "ok") {
+                ++opened
+                if ($3 != "")
+                    broken[++incomplete] = $1 ": " $3
+            } else {
+                ++refused
+                refusals[refused] = $1 ": " $3
+                reason = $3
+                sub(/:.*/, "", reason)
+                if (reason ~ /^(crashed|no answer within|ended with code)/)
+                    bad[++failures] = $1 ": " $3
+                ++reasons[reason]
+            }
+            if ($6 >= 1000)
+                late[++slow] = $1 ": " $6 " ms, " $4
+            if (megapixels >= 50)
+                big[++large] = $1 ": " $4
+            time += $6
+        }
+        END {
+            printf "%d files: %d opened (%d not whole), %d refused, %d slow, %d large; %.1f seconds\n", NR, opened, incomplete,
+                refused, slow, large, time / 1000
+            fflush()
+            for (reason in reasons)
+                printf "  refused, %s: %d\n", reason, reasons[reason] | "sort"
+            close("sort")
+            list("Not whole:", broken, incomplete)
+            list("Refused:", refusals, refused)
+            list("Slow:", late, slow)
+            list("Large:", big, large)
+            list("Made a decoder fail:", bad, failures)
+            exit failures > 0
+        }'

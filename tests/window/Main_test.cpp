@@ -16,6 +16,7 @@
 #include <QAccessible>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QScrollBar>
 #include <QSlider>
 #include <QTest>
 
@@ -146,20 +147,26 @@ TEST_F(Main, WithoutAPhotoTheEMailButtonDoesNothing) {
     EXPECT_TRUE(enabled(window, "keyEmail"));
 }
 
-TEST_F(Main, FitShowsTheWholePhotoWhateverItsShape) {
+TEST_F(Main, FitShowsTheWholePhotoWithoutScrollBars) {
     frmMain window(context);
     window.setStartupPhotoPath("/no/such/photo.jpg");
     window.show();
     window.setGeometry(0, 0, 1024, 768);
     QTest::qWait(1);
+    const QSize canvas = window.view()->canvasSize();
     for (const QSize size : {QSize(6000, 4000), QSize(4000, 6000), QSize(4032, 3024), QSize(9000, 1000),
-                             QSize(1000, 9000), QSize(5000, 5000), QSize(300, 200)}) {
-        open(window, size.width() / 10, size.height() / 10);
+                             QSize(1000, 9000), QSize(5000, 5000), QSize(300, 200), QSize(640, 480),
+                             QSize(canvas.width() * 100, 40), QSize(1, 20000), canvas, canvas * 4}) {
+        open(window, 60, 40);
         context.photo.changePhoto(QImage(size, QImage::Format_RGB32));
+        context.photo.setZoom(400); // with scroll bars, which take a part of the canvas
         window.fitPhoto();
-        const QSize room = window.view()->canvasSize();
-        EXPECT_LE(size.width() * context.photo.zoom() / 100, room.width()) << size.width() << " x " << size.height();
-        EXPECT_LE(size.height() * context.photo.zoom() / 100, room.height()) << size.width() << " x " << size.height();
+        SCOPED_TRACE(testing::Message() << size.width() << " x " << size.height() << " at " << context.photo.zoom());
+        EXPECT_EQ(window.view()->horizontalScrollBar()->maximum(), 0);
+        EXPECT_EQ(window.view()->verticalScrollBar()->maximum(), 0);
+        const QSizeF larger = QSizeF(size) * (context.photo.zoom() + 1) / 100;
+        const bool fits = larger.width() <= canvas.width() && larger.height() <= canvas.height();
+        EXPECT_TRUE(context.photo.zoom() == 100 || !fits);
     }
 }
 

@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QPointer>
 #include <QSignalSpy>
@@ -51,7 +52,9 @@ class Hand : public QObject {
             onWindow(*window);
             return;
         }
-        const QString name = qobject_cast<QFileDialog *>(window) ? "QFileDialog" : window->objectName();
+        const QString name = qobject_cast<QFileDialog *>(window)   ? "QFileDialog"
+                             : qobject_cast<QMessageBox *>(window) ? "QMessageBox"
+                                                                   : window->objectName();
         const QString next = m_answers.isEmpty() ? QString() : m_answers.takeFirst();
         const QString answer = next.section(' ', 1);
         m_seen << name + ' ' + answer;
@@ -73,6 +76,10 @@ class Hand : public QObject {
             files->findChild<QLineEdit *>("fileNameEdit")->setText(saves ? m_savePath : m_openPath);
             static_cast<QDialog *>(files)->accept();
             return answer == "OK";
+        }
+        if (auto *question = qobject_cast<QMessageBox *>(&window)) {
+            question->button(answer == "Yes" ? QMessageBox::Yes : QMessageBox::No)->click();
+            return true;
         }
         if (answer == "OK") {
             fill(window);
@@ -423,6 +430,56 @@ TEST_F(PhotoCommandsTest, TheSystemsDialogsBeginWhereTheyShould) {
         EXPECT_EQ(dialogs, 1);
     }
     qputenv("HOME", home);
+}
+
+TEST_F(PhotoCommandsTest, ANameGetsTheExtensionOfTheChosenType) {
+    struct Case {
+        const char *typed;
+        int type;          // of the dialog's list
+        const char *there; // a file in the same folder, or null
+        const char *answers;
+        const char *written;
+    };
+    const Case cases[] = {
+        {"Mr. Fox", 2, nullptr, "QFileDialog OK", "Mr. Fox.jpg"},
+        {"24.12.2024", 1, nullptr, "QFileDialog OK", "24.12.2024.gif"},
+        {"trip", 5, nullptr, "QFileDialog OK", "trip.jpg"},
+        {"trip.tga", 2, nullptr, "QFileDialog OK", "trip.tga"},
+        {"Trip.JPE", 2, nullptr, "QFileDialog OK", "Trip.JPE"},
+        {"trip", 3, "trip.png", "QFileDialog OK, frmOverwrite Yes", "trip.png"},
+        {"trip", 3, "trip.png", "QFileDialog OK, frmOverwrite No", nullptr},
+        {"trip", 3, "trip", "QFileDialog OK, QMessageBox Yes", "trip.png"},
+    };
+    for (const Case &one : cases) {
+        SCOPED_TRACE(testing::Message() << one.typed << ": " << one.answers);
+        prepare("1", Empty);
+        QDir(m_photos).removeRecursively();
+        QDir().mkpath(m_photos);
+        if (one.there != nullptr) {
+            ASSERT_TRUE(writePicture(m_old, m_folder.filePath("old.png")).ok());
+            ASSERT_TRUE(QFile::copy(m_folder.filePath("old.png"), m_photos + '/' + one.there));
+        }
+        Editor window(context);
+        window.show();
+        open(window, Changes::Unsaved);
+        Hand hand(one.answers, m_photos + '/' + one.typed, {});
+        hand.onWindow = [&](QWidget &modal) {
+            if (auto *files = qobject_cast<QFileDialog *>(&modal)) {
+                files->selectNameFilter(files->nameFilters().at(one.type));
+            }
+        };
+        go(window, Way::Save);
+        settle(hand);
+        EXPECT_EQ(hand.seen(), one.answers);
+        EXPECT_EQ(context.photo.PhotoModified(), one.written == nullptr);
+        QStringList expected = {one.there, one.written};
+        expected.removeDuplicates();
+        expected.removeAll(QString());
+        EXPECT_EQ(QDir(m_photos).entryList(QDir::Files, QDir::Name), expected);
+        if (one.there != nullptr && one.written != QByteArray(one.there)) {
+            EXPECT_EQ(readPicture(m_photos + '/' + one.there).picture, m_old);
+        }
+    }
 }
 
 TEST_F(PhotoCommandsTest, APhotoDroppedDuringAQuestionIsRefused) {

@@ -35,6 +35,7 @@ struct Decoded {
 
 struct Format {
     const char *name;
+    const char *extensions;                  ///< lower case, the usual one first, each between blanks
     bool (*matches)(const QByteArray &head); ///< judges by the first 4096 bytes
     FileHeader (*readHeader)(Source &source);
     /// Decodes the whole picture. The header has been read and found plausible.
@@ -42,6 +43,8 @@ struct Format {
     /// A smaller picture, cheaply, whose longer side is `longerSide` or somewhat more; a null function where the
     /// format has no shorter way than decoding the whole.
     Decoded (*decodeSmall)(Source &source, const FileHeader &header, int longerSide);
+    /// No bytes mark the format: besides `matches`, the file's name has to have one of the extensions.
+    bool byExtension = false;
 };
 
 struct Writer {
@@ -87,6 +90,9 @@ FileHeader readHeifHeader(Source &source);
 Decoded decodeHeif(Source &source, const FileHeader &header);
 Decoded decodeSmallHeif(Source &source, const FileHeader &header, int longerSide);
 
+bool isTga(const QByteArray &head);
+FileHeader readTgaHeader(Source &source);
+Decoded decodeTga(Source &source, const FileHeader &header);
 QString writeTga(const QImage &picture, QIODevice &target);
 
 /// A header or a result that refuses.

@@ -13,7 +13,7 @@ class Source {
     explicit Source(QIODevice &device) : m_device(device), m_size(device.size()) {}
 
     qint64 size() const { return m_size; }
-    QIODevice &device() { return m_device; }
+    QIODevice &device() const { return m_device; }
 
     /// Reads up to `count` bytes from `offset`; the number read, 0 at the end and on every failure.
     qint64 read(qint64 offset, void *to, qint64 count);

@@ -1,0 +1,21 @@
+# A virtual display whose file dialogs are those of a GTK desktop (GNOME, Xfce, Cinnamon, MATE). Sourced by the others
+# here; runs in the project's folder.
+
+fail() {
+    echo "$*" >&2
+    exit 1
+}
+. scripts/display.sh
+
+start_virtual_display 1280x800
+# Neither settings nor services of the desktop that runs the tests.
+export QT_QPA_PLATFORMTHEME=gtk3 GSETTINGS_BACKEND=memory NO_AT_BRIDGE=1
+unset DBUS_SESSION_BUS_ADDRESS
+
+# home_of_its_own FOLDER: what the program keeps of its user goes there.
+home_of_its_own() {
+    mkdir -p "$1/home/Documents" "$1/run" "$1/tmp"
+    chmod 700 "$1/run"
+    export HOME=$1/home XDG_RUNTIME_DIR=$1/run XDG_CONFIG_HOME=$1/config XDG_DATA_HOME=$1/data XDG_CACHE_HOME=$1/cache
+    export TMPDIR=$1/tmp
+}
