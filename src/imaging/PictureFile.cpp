@@ -5,6 +5,8 @@
 #include "imaging/Picture.h"
 #include "imaging/Scale.h"
 #include "imaging/files/Format.h"
+#include "imaging/files/Metadata.h"
+#include "imaging/files/MetadataBlocks.h"
 #include "imaging/files/Orientation.h"
 #include "imaging/kernels/AlphaBytes.h"
 
@@ -28,8 +30,8 @@ constexpr Format formats[] = {
 };
 
 constexpr Writer writers[] = {
-    {" jpg jpeg ", writeJpeg}, {" png ", writePng}, {" tif tiff ", writeTiff},
-    {" bmp ", writeBmp},       {" gif ", writeGif}, {" tga ", writeTga},
+    {" jpg jpeg ", nullptr, writeJpeg}, {" png ", nullptr, writePng}, {" tif tiff ", nullptr, writeTiff},
+    {" bmp ", writeBmp, nullptr},       {" gif ", writeGif, nullptr}, {" tga ", writeTga, nullptr},
 };
 
 const Format *formatOf(Source &source) {
@@ -123,7 +125,11 @@ PictureRead readFrom(QIODevice &device) {
         if (found.header.error != PictureError::None) {
             return refusedRead(found.header.error, found.header.reason);
         }
-        return finished(found.format->decode(source, found.header), found.header.orientation);
+        PictureRead read = finished(found.format->decode(source, found.header), found.header.orientation);
+        if (read.error == PictureError::None) {
+            read.metadata = readMetadata(source);
+        }
+        return read;
     });
 }
 
@@ -250,7 +256,8 @@ PictureRead readPictureFromData(const QByteArray &data) {
     return TaskControl::isCurrentCancelled() ? refusedRead(PictureError::Cancelled, QStringLiteral("stopped")) : read;
 }
 
-PictureWritten writePicture(const QImage &picture, const QString &path) {
+PictureWritten writePicture(const QImage &picture, const QString &path, const PictureMetadata &metadata,
+                            PrivateDetails details) {
     PictureWritten result;
     const QString extension = QLatin1Char(' ') + QFileInfo(path).suffix().toLower() + QLatin1Char(' ');
     const auto *writer = std::find_if(std::begin(writers), std::end(writers), [&](const Writer &candidate) {
@@ -270,7 +277,9 @@ PictureWritten writePicture(const QImage &picture, const QString &path) {
     QString reason;
     const auto failure = replaceFile(path, [&](QIODevice &target) {
         try {
-            reason = writer->write(prepared, target);
+            reason = writer->write ? writer->write(prepared, target)
+                                   : writer->writeWithMetadata(prepared, target,
+                                                               metadataBlocks(metadata, prepared.size(), details));
         } catch (const std::bad_alloc &) {
             reason = QStringLiteral("no memory to write it");
         }

@@ -2,6 +2,8 @@
 // the target's extension.
 #pragma once
 
+#include "imaging/PictureMetadata.h"
+
 #include <QImage>
 #include <QString>
 
@@ -23,6 +25,7 @@ struct PictureRead {
     QImage picture; ///< upright, sRGB, a picture as Picture.h describes it; null unless error is None
     PictureError error = PictureError::None;
     QString reason; ///< for logs and lumora-probe: the decoder's message, in English
+    PictureMetadata metadata = {};
 };
 
 struct PictureHeader {
@@ -58,10 +61,12 @@ PictureRead readPictureFromData(const QByteArray &data);
 /// Writes the picture as BMP, GIF, JPEG, PNG, TIFF or TGA, by the extension (.bmp .gif .jpg .jpeg .png .tif .tiff .tga,
 /// any case). The file is replaced atomically: a temporary file beside it, flushed, renamed; links stay links, an
 /// existing file keeps its mode. Transparent pixels are blended with white in JPEG and BMP. Reports progress to the
-/// current TaskControl, which may cancel it until the file is replaced.
-PictureWritten writePicture(const QImage &picture, const QString &path);
+/// current TaskControl, which may cancel it until the file is replaced. JPEG, PNG and TIFF get the metadata, brought up
+/// to date: upright, the sizes of the picture, no small copy of it; damaged ones are left out.
+PictureWritten writePicture(const QImage &picture, const QString &path, const PictureMetadata &metadata = {},
+                            PrivateDetails details = PrivateDetails::Removed);
 
-/// The picture as the bytes of a JPEG file at quality 1 to 100.
+/// The picture as the bytes of a JPEG file at quality 1 to 100, without any metadata.
 QByteArray encodeJpeg(const QImage &picture, int quality = 90);
 
 } // namespace lumora
