@@ -35,7 +35,7 @@ constexpr TypeRow types[] = {
 };
 constexpr int typeCount = std::size(types);
 constexpr int jpeg = 1;
-constexpr int longestName = 240; // bytes: file systems take 255 with the extension and a temporary file's ending
+constexpr int longestName = 251; // bytes: file systems take 255 with the extension
 
 /// A sheet of paper with the extension on it in the type's colour.
 QPixmap typeBadge(const TypeRow &type, int size, qreal devicePixelRatio) {

@@ -1,5 +1,6 @@
 #include "imaging/PictureFile.h"
 
+#include "base/FileName.h"
 #include "base/ReplaceFile.h"
 #include "base/TaskControl.h"
 #include "imaging/Picture.h"
@@ -13,7 +14,11 @@
 #include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
+#include <cerrno>
+#include <fcntl.h>
 #include <new>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace lumora {
 
@@ -29,9 +34,14 @@ constexpr Format formats[] = {
     {"HEIF", isHeif, readHeifHeader, decodeHeif, decodeSmallHeif},
 };
 
+constexpr int anySide = INT_MAX;
+constexpr int sixteenBits = 65535;
+constexpr int jpegSide = 65500; // libjpeg's own limit
+
 constexpr Writer writers[] = {
-    {" jpg jpeg ", nullptr, writeJpeg}, {" png ", nullptr, writePng}, {" tif tiff ", nullptr, writeTiff},
-    {" bmp ", writeBmp, nullptr},       {" gif ", writeGif, nullptr}, {" tga ", writeTga, nullptr},
+    {" jpg jpeg ", jpegSide, nullptr, writeJpeg}, {" png ", anySide, nullptr, writePng},
+    {" tif tiff ", anySide, nullptr, writeTiff},  {" bmp ", anySide, writeBmp, nullptr},
+    {" gif ", sixteenBits, writeGif, nullptr},    {" tga ", sixteenBits, writeTga, nullptr},
 };
 
 const Format *formatOf(Source &source) {
@@ -199,13 +209,36 @@ class WatchedFile : public QFile {
     qint64 m_read = 0;
 };
 
-// Opens regular files only: a pipe or a device could block.
-std::optional<QString> openForReading(QFile &file) {
-    if (!QFileInfo(file).isFile()) {
-        return QStringLiteral("no such file");
+PictureError errorOf(ReplaceFailure::Kind kind) {
+    using Kind = ReplaceFailure::Kind;
+    switch (kind) {
+    case Kind::DiskFull:
+        return PictureError::DiskFull;
+    case Kind::FolderReadOnly:
+        return PictureError::ReadOnlyFolder;
+    case Kind::FileReadOnly:
+        return PictureError::ReadOnlyFile;
+    case Kind::NameRefused:
+        return PictureError::NameRefused;
+    case Kind::NameTooLong:
+        return PictureError::NameTooLong;
+    case Kind::Other:
+        break;
     }
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        return file.errorString();
+    return PictureError::NotWritable;
+}
+
+// Opens regular files only: a pipe or a device could block.
+std::optional<QString> openForReading(QFile &file, const QString &path) {
+    const int descriptor = ::open(fileNameBytes(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        return qt_error_string(errno);
+    }
+    struct stat status {};
+    const bool regular = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+    if (!regular || !file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle)) {
+        ::close(descriptor);
+        return QStringLiteral("not a regular file");
     }
     return std::nullopt;
 }
@@ -214,8 +247,8 @@ std::optional<QString> openForReading(QFile &file) {
 
 PictureHeader readPictureHeader(const QString &path) {
     PictureHeader result;
-    QFile file(path);
-    if (const auto failure = openForReading(file)) {
+    QFile file;
+    if (const auto failure = openForReading(file, path)) {
         result.error = PictureError::NotFound;
         result.reason = *failure;
         return result;
@@ -232,8 +265,8 @@ PictureHeader readPictureHeader(const QString &path) {
 }
 
 PictureRead readPicture(const QString &path) {
-    WatchedFile file(path);
-    if (const auto failure = openForReading(file)) {
+    WatchedFile file;
+    if (const auto failure = openForReading(file, path)) {
         return refusedRead(PictureError::NotFound, *failure);
     }
     const PictureRead read = readFrom(file);
@@ -241,8 +274,8 @@ PictureRead readPicture(const QString &path) {
 }
 
 PictureRead readThumbnail(const QString &path, int longerSide) {
-    QFile file(path);
-    if (const auto failure = openForReading(file)) {
+    QFile file;
+    if (const auto failure = openForReading(file, path)) {
         return refusedRead(PictureError::NotFound, *failure);
     }
     return readSmallFrom(file, std::clamp(longerSide, 1, 2000));
@@ -274,20 +307,30 @@ PictureWritten writePicture(const QImage &picture, const QString &path, const Pi
         result.reason = QStringLiteral("no picture to write");
         return result;
     }
+    if (std::max(prepared.width(), prepared.height()) > writer->longestSide) {
+        result.error = PictureError::SideTooLong;
+        result.mostPixels = writer->longestSide;
+        result.reason = QStringLiteral("this type ends at %1 pixels").arg(writer->longestSide);
+        return result;
+    }
     QString reason;
+    bool outOfMemory = false;
     const auto failure = replaceFile(path, [&](QIODevice &target) {
         try {
             reason = writer->write ? writer->write(prepared, target)
                                    : writer->writeWithMetadata(prepared, target,
                                                                metadataBlocks(metadata, prepared.size(), details));
         } catch (const std::bad_alloc &) {
+            outOfMemory = true;
             reason = QStringLiteral("no memory to write it");
         }
         return reason.isEmpty();
     });
     if (failure) {
-        result.error = TaskControl::isCurrentCancelled() ? PictureError::Cancelled : PictureError::NotWritable;
-        result.reason = reason.isEmpty() ? *failure : reason;
+        result.error = TaskControl::isCurrentCancelled() ? PictureError::Cancelled
+                       : outOfMemory                     ? PictureError::NoMemory
+                                                         : errorOf(failure->kind);
+        result.reason = reason.isEmpty() ? failure->text : reason;
     }
     return result;
 }

@@ -11,14 +11,20 @@ namespace lumora {
 
 enum class PictureError {
     None,
-    NotFound,    ///< no such file, or it may not be read
-    NotAPicture, ///< none of the formats known here
-    TooLarge,    ///< more than 200 megapixels
-    Damaged,     ///< the header claims more than the file can hold, or the data are damaged from the start
-    NoMemory,    ///< memory for the pixels could not be allocated
-    UnknownType, ///< writing: unknown extension
-    NotWritable, ///< writing: folder missing, read-only, disk full
-    Cancelled,   ///< the user cancelled it
+    NotFound,       ///< no such file, or it may not be read
+    NotAPicture,    ///< none of the formats known here
+    TooLarge,       ///< more than 200 megapixels
+    Damaged,        ///< the header claims more than the file can hold, or the data are damaged from the start
+    NoMemory,       ///< memory for the pixels could not be allocated
+    UnknownType,    ///< writing: unknown extension
+    NotWritable,    ///< writing: folder missing, something there that is no file, another reason
+    DiskFull,       ///< writing
+    ReadOnlyFolder, ///< writing: nothing may be created there
+    ReadOnlyFile,   ///< writing: the file that is there is protected
+    NameRefused,    ///< writing: the file system does not take a sign of the name
+    NameTooLong,    ///< writing
+    SideTooLong,    ///< writing: more pixels on a side than the file type can have
+    Cancelled,      ///< the user cancelled it
 };
 
 struct PictureRead {
@@ -39,6 +45,7 @@ struct PictureHeader {
 struct PictureWritten {
     PictureError error = PictureError::None;
     QString reason;
+    int mostPixels = 0; ///< with SideTooLong: of a side in this file type
     bool ok() const { return error == PictureError::None; }
 };
 

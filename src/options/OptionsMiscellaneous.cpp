@@ -14,8 +14,9 @@
 namespace lumora {
 
 OptionsMiscellaneous::OptionsMiscellaneous(AppContext &ctx, QWidget *parent)
-    : OptionsPage("lblMiscellaneous", parent), m_ctx(ctx) {
+    : OptionsPage("lblMiscellaneous", parent), m_ctx(ctx), chkPrivate(tickBox("chkPrivate", "save")) {
     addMail();
+    addSheet()->addWidget(chkPrivate);
     addWarnings();
     column()->addStretch(1);
 }
@@ -73,12 +74,14 @@ void OptionsMiscellaneous::showValues(const OptionsSettings &options) {
     chkEmail->setChecked(options.email);
     txtAddress->setText(options.sender);
     chkWelcome->setChecked(options.welcome);
+    chkPrivate->setChecked(options.privateDetails);
 }
 
 void OptionsMiscellaneous::takeValues(OptionsSettings &options) const {
     options.email = chkEmail->isChecked();
     options.sender = txtAddress->text().trimmed();
     options.welcome = chkWelcome->isChecked();
+    options.privateDetails = chkPrivate->isChecked();
 }
 
 } // namespace lumora

@@ -28,6 +28,7 @@ class OptionsMiscellaneous : public OptionsPage {
     AppContext &m_ctx;
     QCheckBox *chkEmail = nullptr;
     QLineEdit *txtAddress = nullptr;
+    QCheckBox *const chkPrivate;
     QCheckBox *chkWelcome = nullptr;
 };
 

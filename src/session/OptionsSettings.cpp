@@ -41,6 +41,7 @@ OptionsSettings readOptions(AppContext &context) {
     options.printButtonOff = settings.readForOptions<Setting::PrintButtonOff>();
     options.scannerButtonOff = settings.readForOptions<Setting::ScannerButtonOff>();
     options.welcome = settings.readForOptions<Setting::Welcome>();
+    options.privateDetails = settings.readForOptions<Setting::PrivateDetails>();
     return options;
 }
 
@@ -66,6 +67,7 @@ void writeOptions(AppContext &context, const OptionsSettings &options) {
     settings.write<Setting::MyDocs, by>(options.myDocs);
     settings.write<Setting::PrintButtonOff, by>(options.printButtonOff);
     settings.write<Setting::ScannerButtonOff, by>(options.scannerButtonOff);
+    settings.write<Setting::PrivateDetails, by>(options.privateDetails);
 }
 
 void resetWarnings(AppContext &context) {

@@ -29,7 +29,8 @@ struct OptionsSettings {
     bool myDocs = false;
     bool printButtonOff = false;
     bool scannerButtonOff = false;
-    bool welcome = false; ///< never written
+    bool welcome = false;        ///< never written
+    bool privateDetails = false; ///< saved files tell the place and the serial numbers
 };
 
 /// Reads them with the options window's own defaults, which differ from the main window's: the system's dialogs,

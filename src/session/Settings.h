@@ -41,6 +41,7 @@ enum class Setting {
     EmailTo,
     EmailMessage,
     EmailTitle,
+    PrivateDetails,
 };
 
 /// A yes or no setting whose readers ignore any other value.
@@ -120,6 +121,7 @@ inline constexpr SettingRow settingRows[] = {
     {Setting::EmailTo, "DlgEmailSendto", "Caption", SettingKind::Text, "Send to:", Writer::Nobody},
     {Setting::EmailMessage, "DlgEmailMessage", "Caption", SettingKind::Text, "Your Message:", Writer::Nobody},
     {Setting::EmailTitle, "DlgEmailTitle", "caption", SettingKind::Text, "E-mail Photo", Writer::Nobody},
+    {Setting::PrivateDetails, "Saved Photos", "Private", SettingKind::Yes, "0", Writer::Options}, // place, serial numbers
 };
 // clang-format on
 

@@ -177,6 +177,7 @@ void frmMain::connectCommands() {
 
     connect(m_photo, &PhotoCommands::firstToolWanted, this, &frmMain::ResetTools);
     connect(m_photo, &PhotoCommands::toolsEnabled, m_tools, &ToolColumn::EnableToolbars);
+    connect(m_photo, &PhotoCommands::toolsDisabled, m_tools, &ToolColumn::DisableToolbars);
     connect(m_photo, &PhotoCommands::canvasWanted, this, &frmMain::showCanvas);
     connect(m_photo, &PhotoCommands::opened, this, &frmMain::fitPhoto);
     connect(m_photo, &PhotoCommands::buttonsToRefresh, this, &frmMain::chkPSButtons);
@@ -308,7 +309,7 @@ void frmMain::runToolbarCommand(const QString &key) {
             m_status->showMessage(plainWords(m_ctx.texts, PictureError::NoMemory));
         }
     } else if (key == "keyCopy") {
-        CopyPhoto(m_ctx.photo.picCanvas());
+        CopyPhoto(m_ctx.photo.picCanvas(), m_ctx.photo.metadata());
     } else if (key == "keyPaste") {
         HideBoxes();
         m_photo->PastePhoto();

@@ -340,13 +340,13 @@ TEST(FilesMetadata, HostileDataLoseNoPicture) {
     }
 }
 
-// A maker's note of a camera, nearly as long as a segment, each of whose thousand entries is all of the data.
+// A maker's note of a camera, nearly as long as a segment, each of whose entries is all of the data.
 TEST(FilesMetadata, OverlappingMakerNoteIsDropped) {
     Exiv2::ExifData exif;
     exif["Exif.Image.Make"] = std::string("Canon");
     exif["Exif.Photo.LensModel"] = std::string("EF-S 18-135mm");
-    QByteArray note = tiffWith(3000, 1, 60'000, 0x1000).mid(8);
-    note.resize(50'000);
+    QByteArray note = tiffWith(250, 1, 45'000, 0x1000).mid(8);
+    note += QByteArray(50'000 - note.size(), '\1');
     Exiv2::DataValue value(reinterpret_cast<const Exiv2::byte *>(note.constData()), note.size());
     exif.add(Exiv2::ExifKey("Exif.Photo.MakerNote"), &value);
     Exiv2::Blob blob;
@@ -356,7 +356,7 @@ TEST(FilesMetadata, OverlappingMakerNoteIsDropped) {
     ASSERT_GT(metadata.exif.size(), 50'000);
     const MetadataBlocks blocks = metadataBlocks(metadata, {40, 30}, PrivateDetails::Kept);
     EXPECT_TRUE(blocks.exif.contains("EF-S 18-135mm"));
-    EXPECT_LT(blocks.exif.size(), 60'000);
+    EXPECT_LT(blocks.exif.size(), 1000) << "the note is still there";
 }
 
 TEST(FilesMetadata, PngTextsAndKnownResolutionReachEveryType) {

@@ -112,6 +112,7 @@ TEST_F(Options, EverySwitchIsReadShownClickedAndWritten) {
         {"Printer", "Timed", devices, "optPrint1", "optPrint2", true, false},
         {"Dialogs", "Style", dialogs, "optDlg1", "optDlg2", true, false},
         {"E-mail", "Value", miscellaneous, "chkEmail", "chkEmail", false, false},
+        {"Saved Photos", "Private", miscellaneous, "chkPrivate", "chkPrivate", false, false},
     };
     for (const char *value : {"", "1", "0", "maybe"}) { // "": not in the file
         const QString start(value);
@@ -150,7 +151,7 @@ TEST_F(Options, EverythingIsWrittenInItsOrderAndTheWelcomeNever) {
                            "Scanner/Device=-1", "Grid/Value=1", "E-mail/Value=0", "Popart/Level=1", "Dialogs/Style=1",
                            "Sender/Address=you@example.com", "Printer/Device=", "Printer/Timer=1", "Printer/Timed=1",
                            "Tips/Crop=1", "Working Directory/Path=" + documents + "/My Photos", "MyDocs/Value=1",
-                           "Print Button/Value=0", "Scanner Button/Value=0"}));
+                           "Print Button/Value=0", "Scanner Button/Value=0", "Saved Photos/Private=0"}));
 }
 
 TEST_F(Options, SavingSwitchesTheCropTipOnAndKeepsWhatIsNotItsOwn) {

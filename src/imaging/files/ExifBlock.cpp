@@ -9,7 +9,7 @@ namespace lumora {
 
 namespace {
 
-constexpr int mostEntries = 512; // in a directory
+constexpr int mostEntries = 200; // in a directory; the library reads up to 256
 constexpr qint64 mostBytes = 64 << 10;
 constexpr qint64 mostPacketBytes = 256 << 10; // of XMP and IPTC
 

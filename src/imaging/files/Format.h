@@ -48,6 +48,7 @@ struct MetadataBlocks;
 
 struct Writer {
     const char *extensions; ///< lower case, each between blanks
+    int longestSide;        ///< pixels that the format or its library can have on a side
     /// Writes the picture; an empty text, or what went wrong. Null where `writeWithMetadata` is there.
     QString (*write)(const QImage &picture, QIODevice &target);
     /// The same for a format that can hold metadata.
