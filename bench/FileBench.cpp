@@ -64,6 +64,12 @@ void addFileRows() {
     addWriterRows("Png", "png", 11); // of 100: deflate's level 1, as Lumora packs
     addWriterRows("Tiff", "tif", 1);
     addWriterRows("Bmp", "bmp", 0);
+    addRows("GifEncode",
+            [folder = std::make_shared<QTemporaryDir>("/dev/shm/lumora-bench-XXXXXX")](const QImage &picture) {
+                if (!writePicture(picture, folder->filePath("a.gif")).ok()) {
+                    std::abort();
+                }
+            });
     addRows("JpegEncode90",
             [](const QImage &picture) { benchmark::DoNotOptimize(encodeJpeg(picture, 90).constData()); });
     addRows("JpegEncode90ByQt", [](const QImage &picture) {

@@ -282,6 +282,56 @@ TEST(FilesWrite, ReadOnlyFolderAndFile) {
     ASSERT_TRUE(!superuser || seteuid(0) == 0);
 }
 
+TEST(FilesWrite, GifStripsJoinWithoutSeamAndKeepTheTone) {
+    // A slope that no palette has all shades of, over several strips.
+    QImage slope(1500, 2100, QImage::Format_RGB32);
+    for (int y = 0; y < slope.height(); ++y) {
+        for (int x = 0; x < slope.width(); ++x) {
+            slope.setPixel(x, y, qRgb(x * 255 / 1500, y * 255 / 2100, (x + y) % 1500 * 255 / 1500));
+        }
+    }
+    QTemporaryDir folder;
+    const QString path = folder.filePath("a.gif");
+    ASSERT_TRUE(writePicture(slope, path).ok());
+    const QImage read = readPicture(path).picture;
+    ASSERT_EQ(read.size(), slope.size());
+    // Areas of 10 x 10 have the tone of the original, where two strips of 699 rows meet as well as anywhere.
+    const auto toneError = [&](int y) {
+        double sum = 0;
+        for (int x = 20; x + 10 <= slope.width() - 20; x += 10) {
+            int difference = 0;
+            for (int i = 0; i < 100; ++i) {
+                difference += qGreen(read.pixel(x + i % 10, y + i / 10)) - qGreen(slope.pixel(x + i % 10, y + i / 10));
+            }
+            sum += std::abs(difference / 100.0);
+        }
+        return sum / 146;
+    };
+    double all = 0;
+    for (int y = 0; y + 10 <= slope.height(); y += 30) {
+        all += toneError(y) / 70;
+    }
+    EXPECT_LT(all, 2);
+    for (const int seam : {699, 1398}) {
+        EXPECT_LT(toneError(seam - 5), 2 * all);
+        EXPECT_LT(toneError(seam), 2 * all);
+    }
+    // Noise fills the table of the coding again and again, at every width of its codes.
+    for (const int colours : {2, 3, 5, 16, 200, 256}) {
+        QImage noise(700, 900, QImage::Format_RGB32);
+        std::mt19937 random(static_cast<unsigned>(colours));
+        for (int i = 0; i < 700 * 900; ++i) {
+            const int shade = static_cast<int>(random() % static_cast<unsigned>(colours)) * 255 / (colours - 1);
+            noise.setPixel(i % 700, i / 700, qRgb(shade, 255 - shade, 128));
+        }
+        ASSERT_TRUE(writePicture(noise, path).ok());
+        const PictureRead back = readPicture(path);
+        EXPECT_EQ(back.reason, QString()) << colours;
+        EXPECT_LT(meanDifference(back.picture, noise), colours <= 16 ? 0.5 : 3) << colours;
+        EXPECT_EQ(QImage(path).convertToFormat(QImage::Format_RGB32), back.picture) << "others read it differently";
+    }
+}
+
 // The largest file that may be written is made small: writing fails as on a full disk.
 TEST(FilesWrite, FullDiskLeavesTheOldFile) {
     QTemporaryDir folder;
