@@ -29,7 +29,7 @@ EffectOutcome SelectionFlow::apply(const Operation &operation, const Operation &
         return applyToWholePhoto(operation, true);
     }
     const EffectOutcome outcome = applyToMarked(operation, throughLasso);
-    if (outcome != EffectOutcome::NoRegion && outcome != EffectOutcome::Stopped) {
+    if (outcome == EffectOutcome::Done || outcome == EffectOutcome::Nothing || outcome == EffectOutcome::Refused) {
         hideSelection();
         m_ctx.flags.endSelection();
     }
@@ -69,7 +69,7 @@ EffectOutcome SelectionFlow::applyThroughLasso(const Operation &operation) {
     const EffectOutcome outcome = change(
         [&] { return m_engine.apply(operation, true) ? pastedThrough(region, photo, m_engine.picture()) : QImage(); },
         true);
-    if (outcome == EffectOutcome::Stopped) {
+    if (outcome == EffectOutcome::Stopped || outcome == EffectOutcome::NoMemory) {
         return outcome;
     }
     selection = m_ctx.photo.selection();
@@ -111,24 +111,30 @@ bool SelectionFlow::marksPixels() const {
 
 EffectOutcome SelectionFlow::change(const std::function<QImage()> &compute, bool dummyPicture) {
     QImage next;
+    bool outOfMemory = false;
     const bool isWhole = m_ctx.tasks.run(
         [&] {
             try {
                 next = compute();
+                outOfMemory = next.isNull() && m_engine.isOutOfMemory();
             } catch (const std::bad_alloc &) {
-                next = QImage();
+                outOfMemory = true;
             }
         },
         Stopping::Offered);
     m_engine.setPicture({}); // releases the buffer: the engine keeps no second copy of the photo
     DoEvents();
-    return isWhole ? take(next, dummyPicture) : EffectOutcome::Stopped;
+    if (!isWhole) {
+        return EffectOutcome::Stopped;
+    }
+    return outOfMemory ? EffectOutcome::NoMemory : take(next, dummyPicture);
 }
 
 /// A null picture means that the engine failed: the photo stays, and its signals are still emitted.
 EffectOutcome SelectionFlow::take(const QImage &next, bool dummyPicture) {
-    if (!next.isNull() && m_ctx.photo.changePhoto(next, {.dummyPicture = dummyPicture})) {
-        return EffectOutcome::Done;
+    if (!next.isNull()) {
+        const bool changed = m_ctx.photo.changePhoto(next, {.dummyPicture = dummyPicture});
+        return changed ? EffectOutcome::Done : EffectOutcome::NoMemory;
     }
     if (dummyPicture) {
         m_ctx.photo.CreateDummyPicture();
