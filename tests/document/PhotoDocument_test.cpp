@@ -319,6 +319,24 @@ TEST_F(Document, metadataGoWithTheirPhoto) {
     }
 }
 
+TEST_F(Document, metadataAreSavedWithoutThePlaceUnlessItIsToBeKept) {
+    PictureRead read;
+    read.picture = photoLike(30, 20);
+    read.metadata.xmp = "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF "
+                        "xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description rdf:about='' "
+                        "xmlns:photoshop='http://ns.adobe.com/photoshop/1.0/' photoshop:City='Quiet Harbour' "
+                        "photoshop:Headline='Evening'/></rdf:RDF></x:xmpmeta>";
+    ASSERT_EQ(photo.openPicture(read, Route::LoadPhoto), PictureError::None);
+    ASSERT_TRUE(photo.changePhoto(photoLike(31, 20)));
+    QTemporaryDir folder;
+    for (const PrivateDetails details : {PrivateDetails::Removed, PrivateDetails::Kept}) {
+        ASSERT_TRUE(photo.saveFile(folder.filePath("a.jpg"), details).ok());
+        const QByteArray saved = readPicture(folder.filePath("a.jpg")).metadata.xmp;
+        EXPECT_TRUE(saved.contains("Evening"));
+        EXPECT_EQ(saved.contains("Quiet Harbour"), details == PrivateDetails::Kept);
+    }
+}
+
 TEST_F(Document, undoesAndRedoes) {
     photo.PerformUndo();
     EXPECT_EQ(signalCount, 0); // nothing is loaded
