@@ -149,9 +149,10 @@ class Temporary {
   private:
     void openWithoutName() {
         m_descriptor = ::open(m_folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666);
-        m_error = errno;
-        if (m_descriptor >= 0) {
-            ::flock(m_descriptor, LOCK_EX | LOCK_NB);
+        if (m_descriptor < 0) {
+            m_error = errno;
+        } else {
+            ::flock(m_descriptor, LOCK_EX | LOCK_NB); // for the moment in which it has a temporary name
         }
     }
 

@@ -430,7 +430,7 @@ TEST(FilesWrite, KilledSavesLeaveNothing) {
         const QTemporaryDir folder;
         const QString path = folder.filePath("a.png");
         int left = 0;
-        for (int round = 0; round < 6; ++round) {
+        for (int round = 0; round < 4; ++round) {
             QProcess other;
             startAgain(other, "FilesWriteUntilKilled.DISABLED_runs", folder.path(), way);
             QByteArray said;
