@@ -58,7 +58,7 @@ bool has(const Exiv2::ExifData &exif, const char *key) {
     return exif.findKey(Exiv2::ExifKey(key)) != exif.end();
 }
 
-void setText(Exiv2::ExifData &exif, const char *key, const QString &text) {
+void addField(Exiv2::ExifData &exif, const char *key, const QString &text) {
     if (!text.isEmpty() && !has(exif, key)) {
         exif[key] = text.toStdString();
     }
@@ -93,22 +93,22 @@ Exiv2::ExifData parsedExif(const QByteArray &block) {
 
 /// What the file says outside of the EXIF data goes into them, where they say nothing themselves.
 void addTexts(Exiv2::ExifData &exif, const PictureMetadata &metadata) {
-    setText(exif, "Exif.Image.ImageDescription", metadata.texts.value("Description", metadata.texts.value("Title")));
-    setText(exif, "Exif.Image.Artist", metadata.texts.value("Author"));
-    setText(exif, "Exif.Image.Copyright", metadata.texts.value("Copyright"));
+    addField(exif, "Exif.Image.ImageDescription", metadata.texts.value("Description", metadata.texts.value("Title")));
+    addField(exif, "Exif.Image.Artist", metadata.texts.value("Author"));
+    addField(exif, "Exif.Image.Copyright", metadata.texts.value("Copyright"));
     constexpr char format[] = "yyyy:MM:dd HH:mm:ss"; // EXIF 2.32, 4.6.4 D
     const QString told = metadata.texts.value("Creation Time");
     QDateTime date = QDateTime::fromString(told, Qt::RFC2822Date);
     date = date.isValid() ? date : QDateTime::fromString(told, Qt::ISODate);
     date = date.isValid() ? date : QDateTime::fromString(told, format);
     if (date.isValid()) {
-        setText(exif, "Exif.Photo.DateTimeOriginal", date.toString(format));
+        addField(exif, "Exif.Photo.DateTimeOriginal", date.toString(format));
     }
     const bool dated = has(exif, "Exif.Photo.DateTimeOriginal") || has(exif, "Exif.Photo.DateTimeDigitized") ||
                        has(exif, "Exif.Image.DateTime");
     if (!dated && metadata.made.isValid()) {
-        setText(exif, "Exif.Photo.DateTimeDigitized", metadata.made.toString(format));
-        setText(exif, "Exif.Image.DateTime", metadata.made.toString(format));
+        addField(exif, "Exif.Photo.DateTimeDigitized", metadata.made.toString(format));
+        addField(exif, "Exif.Image.DateTime", metadata.made.toString(format));
     }
 }
 
