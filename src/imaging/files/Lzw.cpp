@@ -55,7 +55,7 @@ class Strings {
 class Coder {
   public:
     Coder(int indexBits, std::size_t indices) : m_clear(1 << indexBits), m_indexBits(indexBits) {
-        m_part.bytes.reserve(indices);
+        m_part.bytes.resize(indices / 2 + 8);
         restart();
     }
 
@@ -63,10 +63,17 @@ class Coder {
         m_bits |= static_cast<std::uint64_t>(code) << m_bitCount;
         m_bitCount += m_width;
         m_part.bits += static_cast<std::size_t>(m_width);
-        while (m_bitCount >= 8) {
-            m_part.bytes.push_back(static_cast<std::uint8_t>(m_bits));
-            m_bits >>= 8;
-            m_bitCount -= 8;
+        if (m_bitCount >= 32) {
+            for (int byte = 0; byte < 4; ++byte) {
+                m_part.bytes[m_count + static_cast<std::size_t>(byte)] =
+                    static_cast<std::uint8_t>(m_bits >> (8 * byte));
+            }
+            m_count += 4;
+            m_bits >>= 32;
+            m_bitCount -= 32;
+            if (m_count + 4 > m_part.bytes.size()) {
+                m_part.bytes.resize(2 * m_part.bytes.size());
+            }
         }
         // The reader learns a string with each code but the first, and reads wider codes as soon as it needs them.
         m_learned += m_first ? 0 : 1;
@@ -82,7 +89,8 @@ class Coder {
     void emitEnd() { emit(m_clear + 1); }
 
     LzwPart finished() {
-        if (m_bitCount > 0) {
+        m_part.bytes.resize(m_count);
+        for (; m_bitCount > 0; m_bitCount -= 8, m_bits >>= 8) {
             m_part.bytes.push_back(static_cast<std::uint8_t>(m_bits));
         }
         return std::move(m_part);
@@ -98,6 +106,7 @@ class Coder {
     const int m_clear;
     const int m_indexBits;
     LzwPart m_part;
+    std::size_t m_count = 0; ///< of its bytes that are written
     std::uint64_t m_bits = 0;
     int m_bitCount = 0;
     bool m_first = true;

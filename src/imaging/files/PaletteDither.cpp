@@ -90,59 +90,76 @@ void PaletteDither::fillNearest() {
     });
 }
 
-/// Some rows on their way through the picture. What a pixel hands on (in sixteenths: seven to the next pixel, three,
-/// five and one to those below) is kept in registers until a pixel of the next row has got all of it.
-class PaletteDither::Part {
-  public:
-    /// The rows go to `to`; those before them are dropped.
-    Part(const PaletteDither &dither, const ConstPixelView &view, int firstRow, int endRow, std::uint8_t *to)
-        : m_dither(dither), m_view(view), m_firstRow(firstRow), m_endRow(endRow),
-          m_row(std::max(0, firstRow - rowsBefore)), m_to(to), m_dropped(static_cast<std::size_t>(view.width)),
-          m_above((static_cast<std::size_t>(view.width) + 2) * lanes), m_below(m_above.size()) {}
-
-    /// False at the end. The row is mapped by width() calls of next().
-    bool startRow() {
-        if (m_row >= m_endRow) {
-            return false;
-        }
-        const std::size_t width = m_dropped.size();
-        m_indices = m_row < m_firstRow ? m_dropped.data() : m_to + static_cast<std::size_t>(m_row - m_firstRow) * width;
-        m_step = m_row % 2 == 0 ? 1 : -1;
-        m_x = m_step > 0 ? 0 : m_view.width - 1;
-        m_pixels = m_view.row(m_row);
-        m_ahead = m_under = m_before = PixelLanes{};
-        ++m_row;
-        return true;
-    }
+/// A row on its way through the picture, small enough to be kept in registers. What a pixel hands on (in sixteenths:
+/// seven to the next pixel, three, five and one to those below) is written once a pixel of the next row has all of it.
+struct PaletteDither::Row {
+    const std::uint8_t *nearest;
+    const std::int32_t *colours;
+    int transparent;
+    const std::uint8_t *pixels;
+    std::uint8_t *indices;
+    const std::int32_t *above; ///< errors for this row and for the next one, a pixel more at both ends
+    std::int32_t *below;
+    std::ptrdiff_t step;
+    std::ptrdiff_t x;
+    PixelLanes ahead = {};  ///< for the next pixel
+    PixelLanes under = {};  ///< for the pixel below the latest one
+    PixelLanes before = {}; ///< for the pixel below the next one
 
     void next() {
-        const std::uint8_t *pixel = m_pixels + std::ptrdiff_t{4} * m_x;
-        const std::int32_t *above = m_above.data() + std::ptrdiff_t{lanes} * (m_x + 1);
+        const std::uint8_t *pixel = pixels + 4 * x;
         PixelLanes wanted = {pixel[0], pixel[1], pixel[2], 0};
-        wanted += (m_ahead + load(above) + 8) >> 4;
+        wanted += (ahead + load(above + lanes * (x + 1)) + 8) >> 4;
         wanted = wanted < 0 ? 0 : wanted;
         wanted = wanted > 255 ? 255 : wanted;
         const PixelLanes cells = wanted >> (8 - cellBits);
         std::uint8_t index =
-            m_dither.m_nearest[static_cast<std::size_t>(cells[2] << (2 * cellBits) | cells[1] << cellBits | cells[0])];
-        PixelLanes error = wanted - load(m_dither.m_lanes.data() + static_cast<std::size_t>(index) * lanes);
-        if (m_dither.m_transparent >= 0 && pixel[3] < seeThroughBelow) {
-            index = static_cast<std::uint8_t>(m_dither.m_transparent);
+            nearest[static_cast<std::size_t>(cells[2] << (2 * cellBits) | cells[1] << cellBits | cells[0])];
+        PixelLanes error = wanted - load(colours + static_cast<std::size_t>(index) * lanes);
+        if (transparent >= 0 && pixel[3] < seeThroughBelow) {
+            index = static_cast<std::uint8_t>(transparent);
             error = PixelLanes{};
         }
-        m_indices[m_x] = index;
+        indices[x] = index;
         const PixelLanes twice = error + error;
         const PixelLanes thrice = twice + error;
-        m_ahead = twice + twice + thrice;
-        store(m_under + thrice, m_below.data() + std::ptrdiff_t{lanes} * (m_x + 1 - m_step));
-        m_under = m_before + twice + thrice;
-        m_before = error;
-        m_x += m_step;
+        ahead = twice + twice + thrice;
+        store(under + thrice, below + lanes * (x + 1 - step));
+        under = before + twice + thrice;
+        before = error;
+        x += step;
+    }
+};
+
+/// Rows mapped one after the other, and the errors between them.
+class PaletteDither::Part {
+  public:
+    /// The indices of the rows go to `to`; those of the rows before them are dropped.
+    Part(const PaletteDither &dither, const ConstPixelView &view, int firstRow, int endRow, std::uint8_t *to)
+        : m_dither(dither), m_view(view), m_firstRow(firstRow), m_endRow(endRow),
+          m_next(std::max(0, firstRow - rowsBefore)), m_to(to), m_dropped(static_cast<std::size_t>(view.width)),
+          m_above((static_cast<std::size_t>(view.width) + 2) * lanes), m_below(m_above.size()) {}
+
+    bool isDone() const { return m_next >= m_endRow; }
+
+    Row nextRow() {
+        const int row = m_next++;
+        const std::size_t width = m_dropped.size();
+        const bool forwards = row % 2 == 0;
+        return {m_dither.m_nearest.data(),
+                m_dither.m_lanes.data(),
+                m_dither.m_transparent,
+                m_view.row(row),
+                row < m_firstRow ? m_dropped.data() : m_to + static_cast<std::size_t>(row - m_firstRow) * width,
+                m_above.data(),
+                m_below.data(),
+                forwards ? 1 : -1,
+                forwards ? 0 : m_view.width - 1};
     }
 
-    void endRow() {
+    void take(const Row &done) {
         // The last pixel has nobody behind the end to take its share.
-        store(m_under, m_below.data() + std::ptrdiff_t{lanes} * (m_x + 1 - m_step));
+        store(done.under, done.below + lanes * (done.x + 1 - done.step));
         std::swap(m_above, m_below);
     }
 
@@ -153,48 +170,37 @@ class PaletteDither::Part {
     const ConstPixelView m_view;
     const int m_firstRow;
     const int m_endRow;
-    int m_row;
+    int m_next;
     std::uint8_t *m_to;
     std::vector<std::uint8_t> m_dropped;
-    std::vector<std::int32_t> m_above; ///< for the row, a pixel more at both ends
+    std::vector<std::int32_t> m_above;
     std::vector<std::int32_t> m_below;
-    const std::uint8_t *m_pixels = nullptr;
-    std::uint8_t *m_indices = nullptr;
-    int m_step = 1;
-    int m_x = 0;
-    PixelLanes m_ahead = {};  ///< for the next pixel
-    PixelLanes m_under = {};  ///< for the pixel below the latest one
-    PixelLanes m_before = {}; ///< for the pixel below the next one
 };
 
 /// Each pixel waits for the one before it; two halves that take turns keep the processor busy.
 std::vector<std::uint8_t> PaletteDither::rows(const ConstPixelView &view, int firstRow, int endRow) const {
-    const std::size_t width = static_cast<std::size_t>(view.width);
+    const auto width = static_cast<std::size_t>(view.width);
     std::vector<std::uint8_t> indices(width * static_cast<std::size_t>(endRow - firstRow));
     const int middle = firstRow + (endRow - firstRow) / 2;
     Part upper(*this, view, firstRow, middle, indices.data());
     Part lower(*this, view, middle, endRow, indices.data() + static_cast<std::size_t>(middle - firstRow) * width);
-    bool upperGoesOn = upper.startRow();
-    bool lowerGoesOn = lower.startRow();
-    while (upperGoesOn || lowerGoesOn) {
-        if (upperGoesOn && lowerGoesOn) {
-            for (std::size_t x = 0; x < width; ++x) {
-                upper.next();
-                lower.next();
-            }
-        } else {
-            Part &alone = upperGoesOn ? upper : lower;
+    while (!upper.isDone() && !lower.isDone()) {
+        Row one = upper.nextRow();
+        Row other = lower.nextRow();
+        for (std::size_t x = 0; x < width; ++x) {
+            one.next();
+            other.next();
+        }
+        upper.take(one);
+        lower.take(other);
+    }
+    for (Part *part : {&upper, &lower}) {
+        while (!part->isDone()) {
+            Row alone = part->nextRow();
             for (std::size_t x = 0; x < width; ++x) {
                 alone.next();
             }
-        }
-        if (upperGoesOn) {
-            upper.endRow();
-            upperGoesOn = upper.startRow();
-        }
-        if (lowerGoesOn) {
-            lower.endRow();
-            lowerGoesOn = lower.startRow();
+            part->take(alone);
         }
     }
     return indices;

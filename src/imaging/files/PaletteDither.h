@@ -33,6 +33,7 @@ class PaletteDither {
   private:
     static constexpr int cellBits = 6; ///< of each channel in the table of nearest colours
 
+    struct Row;
     class Part;
 
     void fillNearest();
