@@ -76,6 +76,12 @@ void addFileRows() {
             }
         });
     }
+    addRows("GifEncode",
+            [folder = std::make_shared<QTemporaryDir>("/dev/shm/lumora-bench-XXXXXX")](const QImage &picture) {
+                if (!writePicture(picture, folder->filePath("a.gif")).ok()) {
+                    std::abort();
+                }
+            });
     addRows("JpegEncode90",
             [](const QImage &picture) { benchmark::DoNotOptimize(encodeJpeg(picture, 90).constData()); });
     addRows("JpegEncode90ByQt", [](const QImage &picture) {

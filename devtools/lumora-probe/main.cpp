@@ -93,6 +93,12 @@ const char *name(PictureError error) {
     case PictureError::UnknownType:
         return "unknown type";
     case PictureError::NotWritable:
+    case PictureError::DiskFull:
+    case PictureError::ReadOnlyFolder:
+    case PictureError::ReadOnlyFile:
+    case PictureError::NameRefused:
+    case PictureError::NameTooLong:
+    case PictureError::SideTooLong:
         return "not writable";
     case PictureError::Cancelled:
         return "cancelled";

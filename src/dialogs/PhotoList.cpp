@@ -1,5 +1,6 @@
 #include "dialogs/PhotoList.h"
 
+#include "base/FileName.h"
 #include "base/NameOrder.h"
 #include "widgets/Theme.h"
 
@@ -77,7 +78,18 @@ class CardDelegate : public QStyledItemDelegate {
 };
 
 QStringList sortedNames(const QString &folder, const QStringList &patterns) {
-    QStringList names = QDir(folder).entryList(patterns, QDir::Files, QDir::Unsorted);
+    QStringList names;
+    std::error_code none;
+    const std::filesystem::path path(fileNameBytes(folder).toStdString());
+    for (std::filesystem::directory_iterator at(path, none), end; !none && at != end; at.increment(none)) {
+        const QByteArray bytes = QByteArray::fromStdString(at->path().filename().string());
+        const QString name = fileNameOf(bytes);
+        std::error_code gone;
+        // Patterns match no lone surrogates.
+        if (QDir::match(patterns, QString::fromUtf8(bytes)) && at->is_regular_file(gone)) {
+            names += name;
+        }
+    }
     sortByName(names);
     return names;
 }
@@ -112,7 +124,8 @@ QSize PhotoList::sizeHint() const {
 
 QString PhotoList::showFolder(const QString &folder, const QStringList &patterns) {
     std::error_code error;
-    const std::filesystem::directory_iterator listing(std::filesystem::path(folder.toStdString()), error);
+    const std::filesystem::directory_iterator listing(std::filesystem::path(fileNameBytes(folder).toStdString()),
+                                                      error);
     if (error) {
         return QDir::toNativeSeparators(folder) + "\n\n" + QString::fromStdString(error.message());
     }

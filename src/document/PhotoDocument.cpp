@@ -249,21 +249,22 @@ bool PhotoDocument::stepThroughHistory(bool back) {
 }
 
 PictureError PhotoDocument::openFile(const QString &path, OpenRoute route) {
-    // The point is recorded even when the file turns out to be no picture: it then leads back to the same photo.
-    RecordUndoPoint();
-    return fillFrom(readPicture(path), route);
+    return openPicture(readPicture(path), route);
 }
 
 PictureError PhotoDocument::openPicture(const PictureRead &read, OpenRoute route) {
-    RecordUndoPoint();
-    return fillFrom(read, route);
+    // A point is recorded even when the file turns out to be no picture: it then leads back to the same photo.
+    if (read.error != PictureError::None && read.error != PictureError::NoMemory) {
+        RecordUndoPoint();
+    }
+    return fillFrom(read, route, true);
 }
 
 PictureError PhotoDocument::pastePicture(const PictureRead &read) {
-    return fillFrom(read, OpenRoute::LoadPhoto);
+    return fillFrom(read, OpenRoute::LoadPhoto, false);
 }
 
-PictureError PhotoDocument::fillFrom(const PictureRead &read, OpenRoute route) {
+PictureError PhotoDocument::fillFrom(const PictureRead &read, OpenRoute route, bool recordUndo) {
     if (read.error != PictureError::None) {
         return read.error;
     }
@@ -275,9 +276,10 @@ PictureError PhotoDocument::fillFrom(const PictureRead &read, OpenRoute route) {
     if (picture.isNull()) {
         return read.picture.isNull() ? PictureError::NotAPicture : PictureError::NoMemory;
     }
-    if (!replaceCanvas(picture, false)) {
+    if (!replaceCanvas(picture, recordUndo)) {
         return PictureError::NoMemory;
     }
+    m_history.setMetadata(read.metadata);
     restoreDisplay();
     m_selection.hide();
     m_loaded = true;
@@ -294,12 +296,13 @@ PictureError PhotoDocument::fillFrom(const PictureRead &read, OpenRoute route) {
     return PictureError::None;
 }
 
-PictureWritten PhotoDocument::saveFile(const QString &path) {
+PictureWritten PhotoDocument::saveFile(const QString &path, PrivateDetails details) {
     if (m_canvas.isNull()) {
         return {PictureError::NotAPicture, QStringLiteral("there is no photo to save")};
     }
     PictureWritten written;
-    m_run([&, picture = m_canvas] { written = writePicture(picture, path); }, Stopping::Offered);
+    m_run([&, picture = m_canvas, said = metadata()] { written = writePicture(picture, path, said, details); },
+          Stopping::Offered);
     if (written.ok()) {
         setPhotoModified(false);
     }

@@ -48,6 +48,9 @@ class PhotoDocument : public QObject {
     const QImage &pic2nd() const;
     QImage &picCM(int n); ///< colour-focus preview n, 1 to 4
 
+    /// What the photo's file said besides its pixels; comes and goes with the photo, through undo and redo too.
+    const PictureMetadata &metadata() const { return m_history.metadata(); }
+
     /// The marked region; lost when another photo comes, after undo and redo and when the size changes.
     const PhotoSelection &selection() const { return m_selection; }
     void setSelection(const PhotoSelection &selection);
@@ -104,7 +107,8 @@ class PhotoDocument : public QObject {
     /// in no file yet, sets it.
     enum class OpenRoute { LoadPhoto, TmrLoadPhoto, Scan };
     /// Records an undo point, loads the file into the canvas, refreshes all holders. When the file cannot be read the
-    /// photo, the flags and what can be redone stay as they were.
+    /// photo, the flags and what can be redone stay as they were; when memory is refused no undo point is recorded
+    /// either.
     PictureError openFile(const QString &path, OpenRoute route);
     /// The same for a picture already read (start-up reads it while the window is built) or
     /// scanned.
@@ -112,9 +116,9 @@ class PhotoDocument : public QObject {
     /// Puts a picture from the clipboard in the photo's place the way a loaded file does, but without an undo point;
     /// clears PhotoModified. With an error nothing changes.
     PictureError pastePicture(const PictureRead &read);
-    /// Writes the canvas to the path; clears PhotoModified when the file is written. Cancelled: the user stopped it,
-    /// and the file is as it was.
-    PictureWritten saveFile(const QString &path);
+    /// Writes the canvas and its metadata to the path; clears PhotoModified when the file is written. Cancelled: the
+    /// user stopped it, and the file is as it was.
+    PictureWritten saveFile(const QString &path, PrivateDetails details = PrivateDetails::Removed);
 
     /// Stores the canvas in MemoryPhoto as base64 JPEG text; loads it back into picBuffer at a width of 120 pixels.
     void SavePhotoToMemory();
@@ -129,7 +133,7 @@ class PhotoDocument : public QObject {
     class Change;
     bool replaceCanvas(const QImage &next, bool recordUndo);
     bool stepThroughHistory(bool back);
-    PictureError fillFrom(const PictureRead &read, OpenRoute route);
+    PictureError fillFrom(const PictureRead &read, OpenRoute route, bool recordUndo);
 
     TaskRunner m_run;
     bool m_changing = false;

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <cstring>
 #include <new>
+#include <utility>
 
 namespace lumora {
 
@@ -17,7 +18,9 @@ PhotoHistory::PhotoHistory(const Limits &limits)
     : m_store(limits.memory, limits.disk, limits.folder.isEmpty() ? QDir::tempPath() : limits.folder) {}
 
 void PhotoHistory::record() {
-    m_steps.insert(m_steps.begin() + m_position, Step());
+    Step step;
+    step.metadata = m_metadata;
+    m_steps.insert(m_steps.begin() + m_position, step);
     ++m_position;
 }
 
@@ -25,6 +28,7 @@ bool PhotoHistory::recordChange(const QImage &before, const QImage &after) {
     try {
         Step step;
         m_run([&] { step = stepTo(before, after); }, Stopping::NotOffered);
+        step.metadata = m_metadata;
         m_steps.insert(m_steps.begin() + m_position, std::move(step));
     } catch (const std::bad_alloc &) {
         return false;
@@ -54,6 +58,7 @@ bool PhotoHistory::replaced(const QImage &before, const QImage &after) {
             return false;
         }
         if (reading == Reading::Done) {
+            next.metadata = last.metadata;
             last = next;
             break;
         }
@@ -138,6 +143,7 @@ bool PhotoHistory::move(QImage &picture, bool back) {
             return false;
         }
         if (reading == Reading::Done) {
+            reverse.metadata = std::exchange(m_metadata, step.metadata);
             step = reverse;
             m_position += back ? -1 : 1;
             picture = other;

@@ -4,6 +4,7 @@
 
 #include "base/TaskControl.h"
 #include "document/StepStore.h"
+#include "imaging/PictureMetadata.h"
 
 #include <QImage>
 #include <QRect>
@@ -41,6 +42,10 @@ class PhotoHistory {
     bool undo(QImage &picture) { return move(picture, true); }
     bool redo(QImage &picture) { return move(picture, false); }
 
+    /// What the picture of now says besides its pixels. Each step leads back to that of its picture.
+    const PictureMetadata &metadata() const { return m_metadata; }
+    void setMetadata(const PictureMetadata &metadata) { m_metadata = metadata; }
+
     int undoSteps() const { return m_position; }
     int redoSteps() const { return static_cast<int>(m_steps.size()) - m_position; }
     qint64 memoryBytes() const { return m_store.memoryBytes(); } ///< of pixels kept in memory
@@ -54,6 +59,7 @@ class PhotoHistory {
     struct Step {
         StepStore::Pixels pixels;
         QRect rect;
+        PictureMetadata metadata = {}; ///< of the other picture; the bytes are shared
         bool isWhole() const { return pixels != nullptr && rect.isNull(); }
     };
 
@@ -71,6 +77,7 @@ class PhotoHistory {
     };
     StepStore m_store; ///< before the steps, whose pixels it keeps
     std::deque<Step> m_steps;
+    PictureMetadata m_metadata;
     int m_position = 0; ///< steps before it can be undone, those from it on redone
 };
 

@@ -60,10 +60,11 @@ bool Frames::fFramePicture(int n) {
     }
     QImage picFrame1;
     m_ctx.tasks.run([&] { picFrame1 = inFrame(n, m_ctx.photo.picThumb()); });
-    const bool changed = m_ctx.photo.changePhoto(picFrame1);
+    if (!m_ctx.photo.changePhoto(picFrame1)) {
+        return false;
+    }
     m_ctx.photo.ResizePicCanvas();
-    m_ctx.photo.setPhotoModified(true);
-    return changed;
+    return true;
 }
 
 QImage Frames::fFrameThumbnail(int n) {

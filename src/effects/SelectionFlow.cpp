@@ -29,7 +29,7 @@ EffectOutcome SelectionFlow::apply(const Operation &operation, const Operation &
         return applyToWholePhoto(operation);
     }
     const EffectOutcome outcome = applyToMarked(operation, throughLasso);
-    if (outcome != EffectOutcome::NoRegion && outcome != EffectOutcome::Stopped) {
+    if (outcome == EffectOutcome::Done || outcome == EffectOutcome::Nothing || outcome == EffectOutcome::Refused) {
         hideSelection();
         m_ctx.flags.endSelection();
     }
@@ -68,7 +68,7 @@ EffectOutcome SelectionFlow::applyThroughLasso(const Operation &operation) {
     const Region &region = selection.region(photo.size());
     const EffectOutcome outcome = change(
         [&] { return m_engine.apply(operation, true) ? pastedThrough(region, photo, m_engine.picture()) : QImage(); });
-    if (outcome == EffectOutcome::Stopped) {
+    if (outcome == EffectOutcome::Stopped || outcome == EffectOutcome::NoMemory) {
         return outcome;
     }
     selection = m_ctx.photo.selection();
@@ -110,24 +110,29 @@ bool SelectionFlow::marksPixels() const {
 
 EffectOutcome SelectionFlow::change(const std::function<QImage()> &compute) {
     QImage next;
+    bool outOfMemory = false;
     const bool isWhole = m_ctx.tasks.run(
         [&] {
             try {
                 next = compute();
+                outOfMemory = next.isNull() && m_engine.isOutOfMemory();
             } catch (const std::bad_alloc &) {
-                next = QImage();
+                outOfMemory = true;
             }
         },
         Stopping::Offered);
     m_engine.setPicture({}); // releases the buffer: the engine keeps no second copy of the photo
     DoEvents();
-    return isWhole ? take(next) : EffectOutcome::Stopped;
+    if (!isWhole) {
+        return EffectOutcome::Stopped;
+    }
+    return outOfMemory ? EffectOutcome::NoMemory : take(next);
 }
 
 /// A null picture means that the engine failed: the photo stays, and its signals are still emitted.
 EffectOutcome SelectionFlow::take(const QImage &next) {
-    if (!next.isNull() && m_ctx.photo.changePhoto(next)) {
-        return EffectOutcome::Done;
+    if (!next.isNull()) {
+        return m_ctx.photo.changePhoto(next) ? EffectOutcome::Done : EffectOutcome::NoMemory;
     }
     m_ctx.photo.CreateDummyPicture();
     m_ctx.photo.setPhotoModified(true);

@@ -14,9 +14,15 @@ enum class EffectOutcome {
     Done,     ///< the photo has changed, as one undo step
     Nothing,  ///< there was nothing to do: no photo, an unknown effect, a value that cancels it
     NoRegion, ///< a selection tool is current but marks nothing of the photo; nothing changed
-    Refused,  ///< the engine failed or memory ran out; the photo keeps its pixels
+    Refused,  ///< the engine failed; the photo keeps its pixels
+    NoMemory, ///< memory was refused; photo, selection and flags are unchanged
     Stopped,  ///< the user cancelled it; photo, selection and flags are unchanged
 };
+
+/// What failed for a reason of the computer: the user is told that memory is short.
+constexpr bool isFailure(EffectOutcome outcome) {
+    return outcome == EffectOutcome::Refused || outcome == EffectOutcome::NoMemory;
+}
 
 class SelectionFlow : public QObject {
     Q_OBJECT

@@ -81,6 +81,7 @@ QImage EffectEngine::changedInRegion(const Operation &operation) const {
 }
 
 bool EffectEngine::apply(const Operation &operation, bool limitToRegion) {
+    m_outOfMemory = false;
     if (readView(m_picture).isEmpty()) {
         return false;
     }
@@ -89,9 +90,13 @@ bool EffectEngine::apply(const Operation &operation, bool limitToRegion) {
         const QImage result = limited ? changedInRegion(operation) : changed(operation);
         if (!result.isNull()) {
             m_picture = result;
+        } else {
+            // Operations give nothing for either reason; another picture of the size tells which.
+            m_outOfMemory = newPicture(m_picture.width(), m_picture.height()).isNull();
         }
         return !result.isNull();
     } catch (const std::bad_alloc &) {
+        m_outOfMemory = true;
         return false;
     }
 }

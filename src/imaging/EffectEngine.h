@@ -29,6 +29,8 @@ class EffectEngine {
     /// outside the working region changes, and an operation that changes the picture's size fails; without a region
     /// that is the whole picture.
     bool apply(const Operation &operation, bool limitToRegion);
+    /// Whether the latest apply() failed because memory was refused.
+    bool isOutOfMemory() const { return m_outOfMemory; }
 
   private:
     enum class Shape { None, Rectangle, Ellipse, Lasso };
@@ -38,6 +40,7 @@ class EffectEngine {
     QImage changedInRegion(const Operation &operation) const;
 
     QImage m_picture;
+    bool m_outOfMemory = false;
     Shape m_shape = Shape::None;
     PixelRect m_box; ///< of a rectangle or an ellipse, as given
     std::vector<PicturePoint> m_lasso;

@@ -1,17 +1,24 @@
 #include "imaging/PictureFile.h"
 
+#include "base/FileName.h"
 #include "base/ReplaceFile.h"
 #include "base/TaskControl.h"
 #include "imaging/Picture.h"
 #include "imaging/Scale.h"
 #include "imaging/files/Format.h"
+#include "imaging/files/Metadata.h"
+#include "imaging/files/MetadataBlocks.h"
 #include "imaging/files/Orientation.h"
 #include "imaging/kernels/AlphaBytes.h"
 
 #include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
+#include <cerrno>
+#include <fcntl.h>
 #include <new>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace lumora {
 
@@ -28,9 +35,14 @@ constexpr Format formats[] = {
     {"TGA", " tga ", isTga, readTgaHeader, decodeTga, nullptr, true},
 };
 
+constexpr int anySide = INT_MAX;
+constexpr int sixteenBits = 65535;
+constexpr int jpegSide = 65500; // libjpeg's own limit
+
 constexpr Writer writers[] = {
-    {" jpg jpeg jpe ", writeJpeg}, {" png ", writePng}, {" tif tiff ", writeTiff},
-    {" bmp ", writeBmp},           {" gif ", writeGif}, {" tga ", writeTga},
+    {" jpg jpeg jpe ", jpegSide, nullptr, writeJpeg}, {" png ", anySide, nullptr, writePng},
+    {" tif tiff ", anySide, nullptr, writeTiff},  {" bmp ", anySide, writeBmp, nullptr},
+    {" gif ", sixteenBits, writeGif, nullptr},    {" tga ", sixteenBits, writeTga, nullptr},
 };
 
 bool hasExtension(const char *extensions, const QString &path) {
@@ -144,7 +156,11 @@ PictureRead readFrom(QIODevice &device) {
         if (found.header.error != PictureError::None) {
             return refusedRead(found.header.error, found.header.reason);
         }
-        return finished(found.format->decode(source, found.header), found.header.orientation);
+        PictureRead read = finished(found.format->decode(source, found.header), found.header.orientation);
+        if (read.error == PictureError::None) {
+            read.metadata = readMetadata(source);
+        }
+        return read;
     });
 }
 
@@ -238,13 +254,36 @@ class WatchedFile : public QFile {
     qint64 m_read = 0;
 };
 
-// Opens regular files only: a pipe or a device could block.
-std::optional<QString> openForReading(QFile &file) {
-    if (!QFileInfo(file).isFile()) {
-        return QStringLiteral("no such file");
+PictureError errorOf(ReplaceFailure::Kind kind) {
+    using Kind = ReplaceFailure::Kind;
+    switch (kind) {
+    case Kind::DiskFull:
+        return PictureError::DiskFull;
+    case Kind::FolderReadOnly:
+        return PictureError::ReadOnlyFolder;
+    case Kind::FileReadOnly:
+        return PictureError::ReadOnlyFile;
+    case Kind::NameRefused:
+        return PictureError::NameRefused;
+    case Kind::NameTooLong:
+        return PictureError::NameTooLong;
+    case Kind::Other:
+        break;
     }
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        return file.errorString();
+    return PictureError::NotWritable;
+}
+
+// Opens regular files only: a pipe or a device could block.
+std::optional<QString> openForReading(QFile &file, const QString &path) {
+    const int descriptor = ::open(fileNameBytes(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        return qt_error_string(errno);
+    }
+    struct stat status {};
+    const bool regular = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+    if (!regular || !file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle)) {
+        ::close(descriptor);
+        return QStringLiteral("not a regular file");
     }
     return std::nullopt;
 }
@@ -265,8 +304,8 @@ bool hasWritableExtension(const QString &path) {
 
 PictureHeader readPictureHeader(const QString &path) {
     PictureHeader result;
-    QFile file(path);
-    if (const auto failure = openForReading(file)) {
+    QFile file;
+    if (const auto failure = openForReading(file, path)) {
         result.error = PictureError::NotFound;
         result.reason = *failure;
         return result;
@@ -283,8 +322,8 @@ PictureHeader readPictureHeader(const QString &path) {
 }
 
 PictureRead readPicture(const QString &path) {
-    WatchedFile file(path);
-    if (const auto failure = openForReading(file)) {
+    WatchedFile file;
+    if (const auto failure = openForReading(file, path)) {
         return refusedRead(PictureError::NotFound, *failure);
     }
     const PictureRead read = readFrom(file);
@@ -292,8 +331,8 @@ PictureRead readPicture(const QString &path) {
 }
 
 PictureRead readThumbnail(const QString &path, int longerSide) {
-    QFile file(path);
-    if (const auto failure = openForReading(file)) {
+    QFile file;
+    if (const auto failure = openForReading(file, path)) {
         return refusedRead(PictureError::NotFound, *failure);
     }
     const int side = std::clamp(longerSide, 1, 2000);
@@ -321,7 +360,8 @@ PictureRead readPictureFromData(const QByteArray &data) {
     return TaskControl::isCurrentCancelled() ? refusedRead(PictureError::Cancelled, QStringLiteral("stopped")) : read;
 }
 
-PictureWritten writePicture(const QImage &picture, const QString &path) {
+PictureWritten writePicture(const QImage &picture, const QString &path, const PictureMetadata &metadata,
+                            PrivateDetails details) {
     PictureWritten result;
     const Writer *const writer = writerOf(path);
     if (writer == nullptr) {
@@ -335,18 +375,30 @@ PictureWritten writePicture(const QImage &picture, const QString &path) {
         result.reason = QStringLiteral("no picture to write");
         return result;
     }
+    if (std::max(prepared.width(), prepared.height()) > writer->longestSide) {
+        result.error = PictureError::SideTooLong;
+        result.mostPixels = writer->longestSide;
+        result.reason = QStringLiteral("this type ends at %1 pixels").arg(writer->longestSide);
+        return result;
+    }
     QString reason;
+    bool outOfMemory = false;
     const auto failure = replaceFile(path, [&](QIODevice &target) {
         try {
-            reason = writer->write(prepared, target);
+            reason = writer->write ? writer->write(prepared, target)
+                                   : writer->writeWithMetadata(prepared, target,
+                                                               metadataBlocks(metadata, prepared.size(), details));
         } catch (const std::bad_alloc &) {
+            outOfMemory = true;
             reason = QStringLiteral("no memory to write it");
         }
         return reason.isEmpty();
     });
     if (failure) {
-        result.error = TaskControl::isCurrentCancelled() ? PictureError::Cancelled : PictureError::NotWritable;
-        result.reason = reason.isEmpty() ? *failure : reason;
+        result.error = TaskControl::isCurrentCancelled() ? PictureError::Cancelled
+                       : outOfMemory                     ? PictureError::NoMemory
+                                                         : errorOf(failure->kind);
+        result.reason = reason.isEmpty() ? failure->text : reason;
     }
     return result;
 }

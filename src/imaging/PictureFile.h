@@ -2,6 +2,8 @@
 // the target's extension.
 #pragma once
 
+#include "imaging/PictureMetadata.h"
+
 #include <QImage>
 #include <QSize>
 #include <QString>
@@ -11,21 +13,28 @@ namespace lumora {
 
 enum class PictureError {
     None,
-    NotFound,    ///< no such file, or it may not be read
-    NotAPicture, ///< none of the formats known here
-    TooRare,     ///< a known format, arranged in a way that is not decoded here
-    TooLarge,    ///< more than 200 megapixels, or a side of more than 65,535 pixels
-    Damaged,     ///< the header claims more than the file can hold, or the data are damaged from the start
-    NoMemory,    ///< memory for the pixels could not be allocated
-    UnknownType, ///< writing: unknown extension
-    NotWritable, ///< writing: folder missing, read-only, disk full
-    Cancelled,   ///< the user cancelled it
+    NotFound,       ///< no such file, or it may not be read
+    NotAPicture,    ///< none of the formats known here
+    TooRare,        ///< a known format, arranged in a way that is not decoded here
+    TooLarge,       ///< more than 200 megapixels, or a side of more than 65,535 pixels
+    Damaged,        ///< the header claims more than the file can hold, or the data are damaged from the start
+    NoMemory,       ///< memory for the pixels could not be allocated
+    UnknownType,    ///< writing: unknown extension
+    NotWritable,    ///< writing: folder missing, something there that is no file, another reason
+    DiskFull,       ///< writing
+    ReadOnlyFolder, ///< writing: nothing may be created there
+    ReadOnlyFile,   ///< writing: the file that is there is protected
+    NameRefused,    ///< writing: the file system does not take a sign of the name
+    NameTooLong,    ///< writing
+    SideTooLong,    ///< writing: more pixels on a side than the file type can have
+    Cancelled,      ///< the user cancelled it
 };
 
 struct PictureRead {
     QImage picture; ///< upright, sRGB, a picture as Picture.h describes it; null unless error is None
     PictureError error = PictureError::None;
     QString reason; ///< for logs and lumora-probe: the decoder's message, in English
+    PictureMetadata metadata = {};
 };
 
 struct PictureHeader {
@@ -39,6 +48,7 @@ struct PictureHeader {
 struct PictureWritten {
     PictureError error = PictureError::None;
     QString reason;
+    int mostPixels = 0; ///< with SideTooLong: of a side in this file type
     bool ok() const { return error == PictureError::None; }
 };
 
@@ -74,10 +84,12 @@ PictureRead readPictureFromData(const QByteArray &data);
 /// Writes the picture as BMP, GIF, JPEG, PNG, TIFF or TGA, by the extension (.bmp .gif .jpg .jpeg .jpe .png .tif .tiff
 /// .tga, any case). The file is replaced atomically: a temporary file beside it, flushed, renamed; links stay links, an
 /// existing file keeps its mode. Transparent pixels are blended with white in JPEG and BMP. Reports progress to the
-/// current TaskControl, which may cancel it until the file is replaced.
-PictureWritten writePicture(const QImage &picture, const QString &path);
+/// current TaskControl, which may cancel it until the file is replaced. JPEG, PNG and TIFF get the metadata, brought up
+/// to date: upright, the sizes of the picture, no small copy of it; damaged ones are left out.
+PictureWritten writePicture(const QImage &picture, const QString &path, const PictureMetadata &metadata = {},
+                            PrivateDetails details = PrivateDetails::Removed);
 
-/// The picture as the bytes of a JPEG file at quality 1 to 100.
+/// The picture as the bytes of a JPEG file at quality 1 to 100, without any metadata.
 QByteArray encodeJpeg(const QImage &picture, int quality = 90);
 
 } // namespace lumora

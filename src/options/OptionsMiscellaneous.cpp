@@ -16,8 +16,9 @@
 namespace lumora {
 
 OptionsMiscellaneous::OptionsMiscellaneous(AppContext &ctx, QWidget *parent)
-    : OptionsPage("lblMiscellaneous", parent), m_ctx(ctx) {
+    : OptionsPage("lblMiscellaneous", parent), m_ctx(ctx), chkPrivate(tickBox("chkPrivate", "save")) {
     addMail();
+    addSheet()->addWidget(chkPrivate);
     addWarnings();
     column()->addStretch(1);
 }
@@ -108,6 +109,7 @@ void OptionsMiscellaneous::showValues(const OptionsSettings &options) {
     m_mailServer = options.mailServer;
     cboMailSize->setCurrentIndex(static_cast<int>(options.mailSize));
     chkWelcome->setChecked(options.welcome);
+    chkPrivate->setChecked(options.privateDetails);
 }
 
 void OptionsMiscellaneous::takeValues(OptionsSettings &options) const {
@@ -117,6 +119,7 @@ void OptionsMiscellaneous::takeValues(OptionsSettings &options) const {
     options.mailPassword = m_mailPassword;
     options.mailSize = static_cast<MailSize>(cboMailSize->currentIndex());
     options.welcome = chkWelcome->isChecked();
+    options.privateDetails = chkPrivate->isChecked();
 }
 
 } // namespace lumora

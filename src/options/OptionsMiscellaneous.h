@@ -34,6 +34,7 @@ class OptionsMiscellaneous : public OptionsPage {
     QComboBox *cboMailSize = nullptr;
     MailServer m_mailServer;
     QString m_mailPassword; ///< typed and not kept yet
+    QCheckBox *const chkPrivate;
     QCheckBox *chkWelcome = nullptr;
 };
 

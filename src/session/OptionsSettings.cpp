@@ -43,6 +43,7 @@ OptionsSettings readOptions(AppContext &context) {
     options.mailServer = readMailServer(settings);
     options.mailSize = settings.readForOptions<Setting::MailPhotoSize>();
     options.welcome = settings.readForOptions<Setting::Welcome>();
+    options.privateDetails = settings.readForOptions<Setting::PrivateDetails>();
     return options;
 }
 
@@ -73,6 +74,7 @@ void writeOptions(AppContext &context, const OptionsSettings &options) {
     settings.write<Setting::MailSecurityKind, by>(options.mailServer.security);
     settings.write<Setting::MailUser, by>(options.mailServer.user);
     settings.write<Setting::MailPhotoSize, by>(options.mailSize);
+    settings.write<Setting::PrivateDetails, by>(options.privateDetails);
 }
 
 void resetWarnings(AppContext &context) {

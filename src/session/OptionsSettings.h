@@ -31,7 +31,8 @@ struct OptionsSettings {
     bool myDocs = false;
     bool printButtonOff = false;
     bool scannerButtonOff = false;
-    bool welcome = false; ///< never written
+    bool welcome = false;        ///< never written
+    bool privateDetails = false; ///< saved files tell the place and the serial numbers
     MailServer mailServer;
     QString mailPassword; ///< newly typed, empty if not; for the keyring, never for the file
     MailSize mailSize = MailSize::Medium;

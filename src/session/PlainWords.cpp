@@ -2,7 +2,14 @@
 
 #include "base/Texts.h"
 
+#include <QLocale>
+
 namespace lumora {
+
+QString plainWords(const Texts &texts, const PictureWritten &written) {
+    const QString words = plainWords(texts, written.error);
+    return written.error == PictureError::SideTooLong ? words.arg(QLocale().toString(written.mostPixels)) : words;
+}
 
 QString plainWords(const Texts &texts, PictureError error) {
     switch (error) {
@@ -24,6 +31,18 @@ QString plainWords(const Texts &texts, PictureError error) {
         return texts.text("StatusUnknownType");
     case PictureError::NotWritable:
         return texts.text("StatusNotWritable");
+    case PictureError::DiskFull:
+        return texts.text("StatusDiskFull");
+    case PictureError::ReadOnlyFolder:
+        return texts.text("StatusReadOnlyFolder");
+    case PictureError::ReadOnlyFile:
+        return texts.text("StatusReadOnlyFile");
+    case PictureError::NameRefused:
+        return texts.text("StatusNameRefused");
+    case PictureError::NameTooLong:
+        return texts.text("StatusNameTooLong");
+    case PictureError::SideTooLong:
+        return texts.text("StatusSideTooLong");
     case PictureError::Cancelled:
         return texts.text("StatusStopped");
     }

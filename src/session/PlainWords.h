@@ -9,6 +9,9 @@ namespace lumora {
 
 class Texts;
 
+/// The status line's words for a picture that could not be saved.
+QString plainWords(const Texts &texts, const PictureWritten &written);
+
 /// The status line's words for an error; an empty text for None.
 QString plainWords(const Texts &texts, PictureError error);
 

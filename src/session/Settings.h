@@ -49,6 +49,7 @@ enum class Setting {
     MailSecurityKind,
     MailUser,
     MailPhotoSize,
+    PrivateDetails,
 };
 
 /// A yes or no setting whose readers ignore any other value.
@@ -140,6 +141,7 @@ inline constexpr SettingRow settingRows[] = {
     {Setting::MailSecurityKind, "Mail Server", "Security", SettingKind::Security, "1", Writer::Options},
     {Setting::MailUser, "Mail Server", "User", SettingKind::Text, "", Writer::Options},
     {Setting::MailPhotoSize, "E-mail", "Size", SettingKind::MailSize, "1", Writer::Options},
+    {Setting::PrivateDetails, "Saved Photos", "Private", SettingKind::Yes, "0", Writer::Options}, // place, serial numbers
 };
 // clang-format on
 

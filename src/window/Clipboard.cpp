@@ -103,7 +103,7 @@ PictureRead pictureIn(const QPointer<const QMimeData> &data, const TaskRunner &r
     PictureRead read;
     read.error = PictureError::NotAPicture;
     if (const auto *own = qobject_cast<const PhotoMimeData *>(data.data())) {
-        return {own->photo(), PictureError::None, {}};
+        return {own->photo(), PictureError::None, {}, own->metadata()};
     }
     const auto isToTry = [&] {
         return data != nullptr && read.error != PictureError::None && read.error != PictureError::Cancelled;
@@ -123,7 +123,8 @@ PictureRead pictureIn(const QPointer<const QMimeData> &data, const TaskRunner &r
 
 } // namespace
 
-PhotoMimeData::PhotoMimeData(const QImage &photo) : m_photo(photo) {
+PhotoMimeData::PhotoMimeData(const QImage &photo, const PictureMetadata &metadata)
+    : m_photo(photo), m_metadata(metadata) {
     const auto pack = [photo, control = &m_control] {
         const TaskControl::Scope scope(control);
         return encoded(photo, writePng);
@@ -155,9 +156,9 @@ QVariant PhotoMimeData::retrieveData(const QString &type, QMetaType) const {
     return m_bmp;
 }
 
-void CopyPhoto(const QImage &photo) {
+void CopyPhoto(const QImage &photo, const PictureMetadata &metadata) {
     if (!photo.isNull()) {
-        QGuiApplication::clipboard()->setMimeData(new PhotoMimeData(photo));
+        QGuiApplication::clipboard()->setMimeData(new PhotoMimeData(photo, metadata));
     }
 }
 

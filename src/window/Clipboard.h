@@ -16,10 +16,11 @@ class PhotoMimeData : public QMimeData {
     Q_OBJECT
 
   public:
-    explicit PhotoMimeData(const QImage &photo);
+    PhotoMimeData(const QImage &photo, const PictureMetadata &metadata);
     ~PhotoMimeData() override { m_control.cancel(); }
 
     const QImage &photo() const { return m_photo; }
+    const PictureMetadata &metadata() const { return m_metadata; } ///< for Lumora itself, not for other programs
     QStringList formats() const override;
     bool hasFormat(const QString &type) const override { return formats().contains(type); }
 
@@ -28,13 +29,14 @@ class PhotoMimeData : public QMimeData {
 
   private:
     const QImage m_photo;
+    const PictureMetadata m_metadata;
     TaskControl m_control;
     mutable QByteArray m_bmp;
     std::shared_future<QByteArray> m_png; ///< last member: destroyed first, which waits for its thread
 };
 
 /// Puts the photo into the clipboard; with a null picture the clipboard stays as it is.
-void CopyPhoto(const QImage &photo);
+void CopyPhoto(const QImage &photo, const PictureMetadata &metadata = {});
 
 /// Whether there is something to paste: a picture, or the path or address of a picture file on this computer. Reads no
 /// picture data from the other program; of a file it reads the header.

@@ -1,5 +1,6 @@
 #include "window/PhotoCommands.h"
 
+#include "base/FileName.h"
 #include "dialogs/frmPrompt.h"
 #include "dialogs/frmSimpleOpen.h"
 #include "dialogs/frmSimpleSave.h"
@@ -86,6 +87,8 @@ void PhotoCommands::LoadPhoto() {
     const QString path = askForPhotoToOpen(m_ctx, m_owner);
     if (!path.isEmpty()) {
         loadInto(readInBackground(path), false);
+    } else {
+        refreshTools();
     }
 }
 
@@ -126,11 +129,13 @@ PictureRead PhotoCommands::readInBackground(const QString &path) {
 void PhotoCommands::loadInto(const PictureRead &read, bool simpleRoute) {
     if (read.error == PictureError::Cancelled) {
         say(read.error); // cancelled by the user, not failed: no undo point is made
+        refreshTools();
         return;
     }
     Q_EMIT canvasWanted();
     using Route = PhotoDocument::OpenRoute;
     const PictureError error = m_ctx.photo.openPicture(read, simpleRoute ? Route::TmrLoadPhoto : Route::LoadPhoto);
+    refreshTools();
     if (error != PictureError::None) {
         say(error);
         return;
@@ -138,6 +143,13 @@ void PhotoCommands::loadInto(const PictureRead &read, bool simpleRoute) {
     Q_EMIT opened();
     if (!read.reason.isEmpty()) {
         Q_EMIT failed(m_ctx.texts.text("StatusNotWhole"));
+    }
+}
+
+/// They were enabled before it was known whether there would be a photo.
+void PhotoCommands::refreshTools() {
+    if (!m_ctx.photo.PhotoLoaded()) {
+        Q_EMIT toolsDisabled();
     }
 }
 
@@ -195,9 +207,11 @@ void PhotoCommands::SaveMySimplePhoto2() {
         return;
     }
     PictureWritten written;
-    m_ctx.tasks.run([&] { written = writePicture(SavedPicture, path); }, Stopping::Offered);
+    const PictureMetadata metadata = m_ctx.photo.metadata();
+    m_ctx.tasks.run([&, details = privateDetails()] { written = writePicture(SavedPicture, path, metadata, details); },
+                    Stopping::Offered);
     if (!written.ok()) {
-        sayNotSaved(written.error);
+        sayNotSaved(written);
         return;
     }
     if (result == frmSimpleSave::Result::More) {
@@ -209,7 +223,7 @@ void PhotoCommands::SaveMySimplePhoto2() {
 void PhotoCommands::saveSimplePath() {
     const QString path = m_ctx.fields.txtSimpleSavePath;
     const auto then = std::exchange(m_afterSimpleSave, nullptr);
-    const bool write = !QFileInfo::exists(path) || ask(m_ctx, PromptKind::Overwrite, m_owner) == Answer::Yes;
+    const bool write = !isThere(path) || ask(m_ctx, PromptKind::Overwrite, m_owner) == Answer::Yes;
     const bool saved = write && saveTo(path) == Saved::Yes;
     LoadSettingsFromINIFile(m_ctx);
     Q_EMIT buttonsToRefresh();
@@ -218,10 +232,14 @@ void PhotoCommands::saveSimplePath() {
     }
 }
 
+PrivateDetails PhotoCommands::privateDetails() const {
+    return m_ctx.settings.read<Setting::PrivateDetails>() ? PrivateDetails::Kept : PrivateDetails::Removed;
+}
+
 PhotoCommands::Saved PhotoCommands::saveTo(const QString &path) {
-    const PictureWritten written = m_ctx.photo.saveFile(path);
+    const PictureWritten written = m_ctx.photo.saveFile(path, privateDetails());
     if (!written.ok()) {
-        sayNotSaved(written.error);
+        sayNotSaved(written);
         return Saved::No;
     }
     Q_EMIT done(m_ctx.texts.text("StatusSaved") + " " + QFileInfo(path).fileName());
@@ -256,8 +274,9 @@ void PhotoCommands::saveBefore(const std::function<void()> &then) {
 
 void PhotoCommands::PastePhoto() {
     // Read the picture first: while a question is open the other program may end or change the clipboard.
-    const PictureRead read = readClipboardPicture(
+    PictureRead read = readClipboardPicture(
         [this](const std::function<void()> &work, Stopping stopping) { return m_ctx.tasks.run(work, stopping); });
+    read.metadata.made = QDateTime::currentDateTime();
     if (read.error != PictureError::None) {
         say(read.error);
         return;
@@ -311,12 +330,9 @@ void PhotoCommands::say(PictureError error) {
     }
 }
 
-void PhotoCommands::sayNotSaved(PictureError error) {
-    if (error == PictureError::Cancelled) {
-        Q_EMIT failed(m_ctx.texts.text("StatusSaveStopped"));
-    } else {
-        say(error);
-    }
+void PhotoCommands::sayNotSaved(const PictureWritten &written) {
+    Q_EMIT failed(written.error == PictureError::Cancelled ? m_ctx.texts.text("StatusSaveStopped")
+                                                           : plainWords(m_ctx.texts, written));
 }
 
 } // namespace lumora

@@ -49,6 +49,8 @@ class PhotoCommands : public QObject {
     /// The Arrow tool should become current.
     void firstToolWanted();
     void toolsEnabled();
+    /// There is still no photo.
+    void toolsDisabled();
     /// The canvas and the side panel should be shown.
     void canvasWanted();
     /// A photo was loaded into the canvas.
@@ -64,14 +66,16 @@ class PhotoCommands : public QObject {
     enum class Saved { Yes, No };
     PictureRead readInBackground(const QString &path);
     void loadInto(const PictureRead &read, bool simpleRoute);
+    void refreshTools();
     void loadSimplePath();
     void saveSimplePath();
     Saved saveTo(const QString &path);
+    PrivateDetails privateDetails() const;
     void openSimple(const QString &form);
     /// Asks frmSave2; runs `then` once the changes are saved or discarded.
     void saveBefore(const std::function<void()> &then);
     void say(PictureError error);
-    void sayNotSaved(PictureError error);
+    void sayNotSaved(const PictureWritten &written);
 
     AppContext &m_ctx;
     QWidget *m_owner;

@@ -48,7 +48,7 @@ ToolColumn::ToolColumn(QWidget *parent) : QWidget(parent), m_column(new QWidget)
     }
     placeAll();
     m_pager->setWidget(m_column);
-    EnableToolbars();
+    DisableToolbars();
     setCurrent(toolTable().front().control);
 }
 
@@ -95,6 +95,12 @@ void ToolColumn::placeAll() {
 void ToolColumn::EnableToolbars() {
     for (PictureButton *button : m_buttons) {
         button->setEnabled(true);
+    }
+}
+
+void ToolColumn::DisableToolbars() {
+    for (auto it = m_buttons.cbegin(); it != m_buttons.cend(); ++it) {
+        it.value()->setEnabled(it.key() == toolTable().front().control);
     }
 }
 

@@ -21,6 +21,8 @@ class ToolColumn : public QWidget {
     void setSimple(bool fromLauncher);
     /// Enables all tools.
     void EnableToolbars();
+    /// All but the Arrow.
+    void DisableToolbars();
     /// Shows that tool as the current one and the others unpressed.
     void setCurrent(const QString &control);
     PictureButton *button(const QString &control) const { return m_buttons.value(control); }

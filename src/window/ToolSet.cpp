@@ -42,6 +42,9 @@ ToolSet::ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingB
             HideFloatingToolbars(); // their previews are of another photo
             m_pictures.stop();
         }
+        if (what.testFlag(PhotoChange::Loaded)) {
+            showCurrent();
+        }
     });
     connect(&m_pictures, &QTimer::timeout, this, &ToolSet::makeSmallPictures);
     connect(&column, &ToolColumn::pressed, this, &ToolSet::press);
@@ -173,13 +176,14 @@ void ToolSet::showTip() {
 }
 
 /// The current tool's button is pressed, and while it excludes others only that button and the Arrow tool's can be
-/// used. A tool with a bar does not use its own button meanwhile.
+/// used, without a photo only the Arrow tool's. A tool with a bar does not use its own button meanwhile.
 void ToolSet::showCurrent() {
     const bool excludes = m_current->tool != nullptr && m_current->tool->excludesOthers();
     for (const Entry &entry : m_entries) {
         const bool ownButton = &entry == m_current && m_bars.barOfTool(entry.row->control) == nullptr;
         if (entry.row->iconName != nullptr) {
-            m_column.button(entry.row->control)->setEnabled(!excludes || entry.tool == nullptr || ownButton);
+            m_column.button(entry.row->control)
+                ->setEnabled(entry.tool == nullptr || (m_ctx.photo.PhotoLoaded() && (!excludes || ownButton)));
         }
     }
     m_column.setCurrent(m_current->row->control);

@@ -190,6 +190,7 @@ void frmMain::connectCommands() {
 
     connect(m_photo, &PhotoCommands::firstToolWanted, this, &frmMain::ResetTools);
     connect(m_photo, &PhotoCommands::toolsEnabled, m_tools, &ToolColumn::EnableToolbars);
+    connect(m_photo, &PhotoCommands::toolsDisabled, m_tools, &ToolColumn::DisableToolbars);
     connect(m_photo, &PhotoCommands::canvasWanted, this, &frmMain::showCanvas);
     connect(m_photo, &PhotoCommands::opened, this, &frmMain::fitPhoto);
     connect(m_photo, &PhotoCommands::buttonsToRefresh, this, &frmMain::chkPSButtons);
@@ -355,7 +356,7 @@ void frmMain::runToolbarCommand(const QString &key) {
         HideBoxes();
         m_postman->emailPhoto();
     } else if (key == "keyCopy") {
-        CopyPhoto(m_ctx.photo.picCanvas());
+        CopyPhoto(m_ctx.photo.picCanvas(), m_ctx.photo.metadata());
     } else if (key == "keyPaste") {
         HideBoxes();
         m_photo->PastePhoto();

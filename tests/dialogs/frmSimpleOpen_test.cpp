@@ -1,6 +1,7 @@
 #include "dialogs/frmSimpleOpen.h"
 
 #include "DialogTest.h"
+#include "base/FileName.h"
 #include "dialogs/PhotoList.h"
 
 #include <QLabel>
@@ -47,11 +48,26 @@ TEST_F(frmSimpleOpenTest, ListsThePhotosOfTheFolderAndNothingElse) {
     }
     QDir().mkpath(photos() + "/folder.jpg");
     open([&](QWidget &window) {
-        EXPECT_EQ(names(window), (QStringList{"Cat.png", "dog.bmp", "film.jpeg", "paint.tga", "phone.HEIC",
+        EXPECT_EQ(names(window), (QStringList{".hidden.jpg", "Cat.png", "dog.bmp", "film.jpeg", "paint.tga", "phone.HEIC",
                                               "photo2.JPG", "photo10.jpg", "scan.tif", "tree.GIF"}));
         EXPECT_EQ(text(window, "txtPath"), photos());
         EXPECT_EQ(control<QLabel>(window, "lblCaption")->text(), "Open - " + photos());
     });
+}
+
+TEST_F(frmSimpleOpenTest, UnusualNamesAreListedAndChosen) {
+    const QImage picture = test::photoLike(20, 20);
+    for (const QByteArray bytes : {"a\\b:c*d?e\"f<g>h|i.png", "caf\xE9.png"}) {
+        const QString path = photos() + '/' + fileNameOf(bytes);
+        ASSERT_TRUE(writePicture(picture, path).ok());
+        open([&](QWidget &window) {
+            EXPECT_EQ(names(window), QStringList(fileNameOf(bytes)));
+            clickRow(window, 0);
+            click(window, "cmdOK");
+        });
+        EXPECT_EQ(readPicture(context().fields.txtSimplePath).picture, picture) << bytes.constData();
+        ASSERT_EQ(std::remove(fileNameBytes(path).constData()), 0);
+    }
 }
 
 TEST_F(frmSimpleOpenTest, StartsWhereTheSettingsSay) {

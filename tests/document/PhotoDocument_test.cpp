@@ -283,7 +283,9 @@ int changesWithoutMemory() {
     const rlimit tight{static_cast<rlim_t>(pages * ::sysconf(_SC_PAGESIZE) + (4 << 20)), limit.rlim_max};
     ::setrlimit(RLIMIT_AS, &tight);
     const qint64 key = photo.picCanvas().cacheKey();
-    const bool refused = !photo.changePhoto(foreign) && !photo.changePhoto(other, {.recordUndo = false});
+    const bool refused =
+        photo.openPicture({foreign, PictureError::None, {}}, Route::LoadPhoto) == PictureError::NoMemory &&
+        !photo.changePhoto(foreign) && !photo.changePhoto(other, {.recordUndo = false});
     const bool asBefore =
         photo.picCanvas().cacheKey() == key && photo.history().undoSteps() == 1 && heard == 0 && !photo.PhotoModified();
     ::setrlimit(RLIMIT_AS, &limit);
@@ -295,6 +297,61 @@ TEST(DocumentDeathTest, aRefusedChangeLeavesNoUndoStep) {
     EXPECT_EXIT(::_exit(changesWithoutMemory()), testing::ExitedWithCode(0), "");
 }
 #endif
+
+// What the file said goes with its photo: changes keep it, undo of an opening brings back the former photo's.
+TEST_F(Document, metadataGoWithTheirPhoto) {
+    const auto said = [](const char *xmp) {
+        PictureMetadata metadata;
+        metadata.xmp = xmp;
+        return metadata;
+    };
+    const auto read = [&](int width, const char *xmp) {
+        PictureRead result;
+        result.picture = photoLike(width, 20);
+        result.metadata = said(xmp);
+        return result;
+    };
+    photo.openPicture(read(30, "first"), Route::LoadPhoto);
+    ASSERT_TRUE(photo.changePhoto(photoLike(31, 20)));
+    EXPECT_EQ(photo.metadata(), said("first"));
+    photo.openPicture(read(32, "second"), Route::TmrLoadPhoto);
+    ASSERT_TRUE(photo.changePhoto(photoLike(33, 20)));
+    ASSERT_EQ(photo.pastePicture(read(34, "pasted")), PictureError::None);
+    PictureRead broken;
+    broken.error = PictureError::Damaged;
+    broken.metadata = said("broken");
+    photo.openPicture(broken, Route::LoadPhoto);
+    EXPECT_EQ(photo.metadata(), said("pasted"));
+    const struct {
+        bool back;
+        int width;
+        const char *xmp;
+    } steps[] = {{true, 34, "pasted"}, {true, 32, "second"}, {true, 31, "first"},   {true, 30, "first"},
+                 {true, 30, "first"},  {false, 31, "first"}, {false, 32, "second"}, {false, 34, "pasted"}};
+    for (const auto &step : steps) {
+        step.back ? photo.PerformUndo() : photo.PerformRedo();
+        EXPECT_EQ(photo.picCanvas().width(), step.width);
+        EXPECT_EQ(photo.metadata(), said(step.xmp)) << "at the picture of width " << step.width;
+    }
+}
+
+TEST_F(Document, metadataAreSavedWithoutThePlaceUnlessItIsToBeKept) {
+    PictureRead read;
+    read.picture = photoLike(30, 20);
+    read.metadata.xmp = "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF "
+                        "xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description rdf:about='' "
+                        "xmlns:photoshop='http://ns.adobe.com/photoshop/1.0/' photoshop:City='Quiet Harbour' "
+                        "photoshop:Headline='Evening'/></rdf:RDF></x:xmpmeta>";
+    ASSERT_EQ(photo.openPicture(read, Route::LoadPhoto), PictureError::None);
+    ASSERT_TRUE(photo.changePhoto(photoLike(31, 20)));
+    QTemporaryDir folder;
+    for (const PrivateDetails details : {PrivateDetails::Removed, PrivateDetails::Kept}) {
+        ASSERT_TRUE(photo.saveFile(folder.filePath("a.jpg"), details).ok());
+        const QByteArray saved = readPicture(folder.filePath("a.jpg")).metadata.xmp;
+        EXPECT_TRUE(saved.contains("Evening"));
+        EXPECT_EQ(saved.contains("Quiet Harbour"), details == PrivateDetails::Kept);
+    }
+}
 
 TEST_F(Document, undoesAndRedoes) {
     photo.PerformUndo();

@@ -1,4 +1,5 @@
 // Writing: what is written comes back, and a file is replaced whole or not at all.
+#include "base/FileName.h"
 #include "base/ReplaceFile.h"
 #include "imaging/Picture.h"
 #include "imaging/PictureFile.h"
@@ -7,9 +8,13 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QTemporaryDir>
+#include <QTest>
 #include <csignal>
 #include <gtest/gtest.h>
+#include <random>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -193,6 +198,13 @@ TEST(FilesWrite, WhatCannotBeWritten) {
     ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
     ASSERT_EQ(symlink("loop.png", folder.filePath(QStringLiteral("loop.png")).toLocal8Bit().constData()), 0);
     const QStringList before = entries(folder.path());
+    const QImage wide = toPicture(photoLike(65'536, 1));
+    for (const auto &[type, most] : {std::pair("jpg", 65'500), std::pair("gif", 65'535), std::pair("tga", 65'535)}) {
+        const PictureWritten written = writePicture(wide, folder.filePath(QString("wide.") + type));
+        EXPECT_EQ(written.error, PictureError::SideTooLong) << type;
+        EXPECT_EQ(written.mostPixels, most);
+    }
+    EXPECT_EQ(entries(folder.path()), before);
     const struct {
         QString path;
         PictureError error;
@@ -203,7 +215,7 @@ TEST(FilesWrite, WhatCannotBeWritten) {
         {folder.filePath(QStringLiteral("folder.png")), PictureError::NotWritable},
         {folder.filePath(QStringLiteral("loop.png")), PictureError::NotWritable},
         {pipe, PictureError::NotWritable},
-        {folder.filePath(QString(300, QLatin1Char('n')) + QStringLiteral(".png")), PictureError::NotWritable},
+        {folder.filePath(QString(300, QLatin1Char('n')) + QStringLiteral(".png")), PictureError::NameTooLong},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.path.toStdString());
@@ -261,12 +273,63 @@ TEST(FilesWrite, ReadOnlyFolderAndFile) {
         SCOPED_TRACE(wholeFolder ? "read-only folder" : "read-only file");
         const QByteArray name = (wholeFolder ? folder.path() : path).toLocal8Bit();
         EXPECT_EQ(chmod(name.constData(), wholeFolder ? 0555 : 0444), 0);
-        EXPECT_EQ(writePicture(photoLike(9, 9), path).error, PictureError::NotWritable);
+        EXPECT_EQ(writePicture(photoLike(9, 9), path).error,
+                  wholeFolder ? PictureError::ReadOnlyFolder : PictureError::ReadOnlyFile);
         EXPECT_EQ(chmod(name.constData(), 0755), 0);
         EXPECT_EQ(contents(path), "old");
         EXPECT_EQ(entries(folder.path()), QStringList{QStringLiteral("a.png")});
     }
     ASSERT_TRUE(!superuser || seteuid(0) == 0);
+}
+
+TEST(FilesWrite, GifStripsJoinWithoutSeamAndKeepTheTone) {
+    // A slope that no palette has all shades of, over several strips.
+    QImage slope(1500, 2100, QImage::Format_RGB32);
+    for (int y = 0; y < slope.height(); ++y) {
+        for (int x = 0; x < slope.width(); ++x) {
+            slope.setPixel(x, y, qRgb(x * 255 / 1500, y * 255 / 2100, (x + y) % 1500 * 255 / 1500));
+        }
+    }
+    QTemporaryDir folder;
+    const QString path = folder.filePath("a.gif");
+    ASSERT_TRUE(writePicture(slope, path).ok());
+    const QImage read = readPicture(path).picture;
+    ASSERT_EQ(read.size(), slope.size());
+    // Areas of 10 x 10 have the tone of the original, where two strips of 699 rows meet as well as anywhere.
+    const auto toneError = [&](int y) {
+        double sum = 0;
+        for (int x = 20; x + 10 <= slope.width() - 20; x += 10) {
+            int difference = 0;
+            for (int i = 0; i < 100; ++i) {
+                difference += qGreen(read.pixel(x + i % 10, y + i / 10)) - qGreen(slope.pixel(x + i % 10, y + i / 10));
+            }
+            sum += std::abs(difference / 100.0);
+        }
+        return sum / 146;
+    };
+    double all = 0;
+    for (int y = 0; y + 10 <= slope.height(); y += 30) {
+        all += toneError(y) / 70;
+    }
+    EXPECT_LT(all, 2);
+    for (const int seam : {699, 1398}) {
+        EXPECT_LT(toneError(seam - 5), 2 * all);
+        EXPECT_LT(toneError(seam), 2 * all);
+    }
+    // Noise fills the table of the coding again and again, at every width of its codes.
+    for (const int colours : {2, 3, 5, 16, 200, 256}) {
+        QImage noise(700, 900, QImage::Format_RGB32);
+        std::mt19937 random(static_cast<unsigned>(colours));
+        for (int i = 0; i < 700 * 900; ++i) {
+            const int shade = static_cast<int>(random() % static_cast<unsigned>(colours)) * 255 / (colours - 1);
+            noise.setPixel(i % 700, i / 700, qRgb(shade, 255 - shade, 128));
+        }
+        ASSERT_TRUE(writePicture(noise, path).ok());
+        const PictureRead back = readPicture(path);
+        EXPECT_EQ(back.reason, QString()) << colours;
+        EXPECT_LT(meanDifference(back.picture, noise), colours <= 16 ? 0.5 : 3) << colours;
+        EXPECT_EQ(QImage(path).convertToFormat(QImage::Format_RGB32), back.picture) << "others read it differently";
+    }
 }
 
 // The largest file that may be written is made small: writing fails as on a full disk.
@@ -285,7 +348,7 @@ TEST(FilesWrite, FullDiskLeavesTheOldFile) {
             ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
             const PictureWritten written = writePicture(picture, path);
             ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &old), 0);
-            EXPECT_EQ(written.error, PictureError::NotWritable);
+            EXPECT_EQ(written.error, PictureError::DiskFull);
             EXPECT_FALSE(written.reason.isEmpty());
             EXPECT_EQ(contents(path), "old");
             EXPECT_EQ(entries(folder.path()).size(), 1);
@@ -293,6 +356,142 @@ TEST(FilesWrite, FullDiskLeavesTheOldFile) {
         }
     }
     std::signal(SIGXFSZ, handler);
+}
+
+namespace {
+
+const QStringList ownMounts = {"--user", "--map-root-user", "--mount"};
+
+bool canMount() {
+    return QProcess::execute("unshare", ownMounts + QStringList{"true"}) == 0;
+}
+
+/// This program again, for one test, behind what the shell does first in a namespace of its own; "" for nothing.
+void startAgain(QProcess &process, const QString &test, const QString &folder, const QString &first) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("LUMORA_TEST_FOLDER", folder);
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    const QStringList self = {QCoreApplication::applicationFilePath(), "--gtest_filter=" + test,
+                              "--gtest_also_run_disabled_tests"};
+    if (first.isEmpty()) {
+        process.start(self.front(), self.mid(1));
+    } else {
+        process.start("unshare", ownMounts + QStringList{"sh", "-ec", first + "; exec \"$@\"", "sh"} + self);
+    }
+}
+
+} // namespace
+
+// Not a test of its own: what SmallDiskSaysThatItIsFull runs beside a disk of 64 kB.
+TEST(FilesWriteOnASmallDisk, DISABLED_runs) {
+    const QDir folder(qEnvironmentVariable("LUMORA_TEST_FOLDER"));
+    for (const char *extension : {"jpg", "png", "tif", "bmp", "gif", "tga"}) {
+        const QString path = folder.filePath(QString("a.") + extension);
+        fill(path, "old");
+        EXPECT_EQ(writePicture(photoLike(700, 500), path).error, PictureError::DiskFull) << extension;
+        EXPECT_EQ(contents(path), "old");
+        EXPECT_EQ(entries(folder.path()).size(), 1);
+        QFile::remove(path);
+    }
+}
+
+TEST(FilesWrite, SmallDiskSaysThatItIsFull) {
+    if (!canMount()) {
+        GTEST_SKIP() << "this system lets nobody have a mount namespace";
+    }
+    const QTemporaryDir folder;
+    QProcess other;
+    startAgain(other, "FilesWriteOnASmallDisk.DISABLED_runs", folder.path(),
+               "mount -t tmpfs -o size=64k lumora-test \"$LUMORA_TEST_FOLDER\"");
+    ASSERT_TRUE(other.waitForFinished(60'000));
+    const QByteArray said = other.readAll();
+    EXPECT_TRUE(other.exitCode() == 0 && said.contains("[  PASSED  ] 1 test")) << said.toStdString();
+}
+
+// Not a test of its own: what KilledSavesLeaveNothing kills.
+TEST(FilesWriteUntilKilled, DISABLED_runs) {
+    const QDir folder(qEnvironmentVariable("LUMORA_TEST_FOLDER"));
+    const QImage pictures[] = {photoLike(400, 300), photoLike(300, 400)};
+    for (int i = 0; writePicture(pictures[i % 2], folder.filePath("a.png")).ok(); ++i) {
+        QTextStream(stdout) << "." << Qt::flush;
+    }
+}
+
+TEST(FilesWrite, KilledSavesLeaveNothing) {
+    // Without /proc files cannot be named afterwards, so that temporary names are used as on an older file system.
+    const QString ways[] = {"", "mount -t tmpfs none /proc"};
+    std::mt19937 random(7);
+    for (const QString &way : ways) {
+        if (!way.isEmpty() && !canMount()) {
+            GTEST_SKIP() << "this system lets nobody have a mount namespace";
+        }
+        SCOPED_TRACE(way.toStdString());
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("a.png");
+        int left = 0;
+        for (int round = 0; round < 4; ++round) {
+            QProcess other;
+            startAgain(other, "FilesWriteUntilKilled.DISABLED_runs", folder.path(), way);
+            QByteArray said;
+            while (!said.endsWith('.') && other.waitForReadyRead(30'000)) {
+                said += other.readAll();
+            }
+            ASSERT_TRUE(said.endsWith('.')) << said.toStdString();
+            QTest::qSleep(static_cast<int>(random() % 40));
+            ::kill(static_cast<pid_t>(other.processId()), SIGKILL);
+            ASSERT_TRUE(other.waitForFinished(30'000));
+            left = std::max<int>(left, static_cast<int>(entries(folder.path()).size()) - 1);
+            EXPECT_FALSE(readPicture(path).picture.isNull());
+            EXPECT_EQ(readPicture(path).reason, QString());
+        }
+        EXPECT_LE(left, 1) << "each save removes what the one before has left";
+        ASSERT_TRUE(writePicture(photoLike(20, 20), path).ok());
+        EXPECT_EQ(entries(folder.path()), QStringList{"a.png"});
+    }
+}
+
+TEST(FilesWrite, OnlyAbandonedTemporaryFilesAreRemoved) {
+    const QTemporaryDir folder;
+    const QStringList kept = {".lumora-77.tmp", ".lumora-.tmp", ".lumora-7x.tmp", ".lumora-7.tmp.jpg", "lumora-7.tmp"};
+    for (const QString &name : kept + QStringList{".lumora-123.tmp"}) {
+        fill(folder.filePath(name), "half");
+    }
+    QFile inUse(folder.filePath(kept.front()));
+    ASSERT_TRUE(inUse.open(QIODevice::ReadWrite));
+    ASSERT_EQ(flock(inUse.handle(), LOCK_EX), 0);
+    ASSERT_TRUE(writePicture(photoLike(20, 20), folder.filePath("a.png")).ok());
+    QStringList expected = kept + QStringList{"a.png"};
+    expected.sort();
+    QStringList there = entries(folder.path());
+    there.sort();
+    EXPECT_EQ(there, expected);
+}
+
+TEST(FilesWrite, UnusualNamesAreSavedAndOpenedAgain) {
+    const QTemporaryDir folder;
+    const QImage picture = toPicture(photoLike(20, 20));
+    const QString names[] = {"a\\b:c*d?e\"f<g>h|i.png",        ".hidden.png", "  blanks .png", "a\nline.png", "%20.png",
+                             QString(251, QChar('n')) + ".png"};
+    for (const QString &name : names) {
+        ASSERT_TRUE(writePicture(picture, folder.filePath(name)).ok()) << name.toStdString();
+        EXPECT_EQ(readPicture(folder.filePath(name)).picture, picture) << name.toStdString();
+        EXPECT_TRUE(entries(folder.path()).contains(name)) << name.toStdString();
+    }
+    EXPECT_EQ(entries(folder.path()).size(), qsizetype(std::size(names)));
+    // Names that are not UTF-8: from old disks, cut-off characters, and a surrogate that somebody has encoded.
+    for (const char *bytes :
+         {"caf\xE9.png", "\xFF\xFE.png", "a\xE2\x82.png", "\xED\xB2\x80.png", "\xF0\x9F\x90\xB1.png"}) {
+        const QString name = fileNameOf(bytes);
+        EXPECT_EQ(fileNameBytes(name), bytes);
+        const QString path = folder.filePath(name);
+        ASSERT_TRUE(writePicture(picture, path).ok()) << bytes;
+        struct stat status {};
+        EXPECT_EQ(stat((folder.path().toUtf8() + '/' + bytes).constData(), &status), 0) << bytes;
+        EXPECT_EQ(readPicture(path).picture, picture);
+        EXPECT_EQ(readPictureHeader(path).width, 20);
+        EXPECT_EQ(readThumbnail(path, 10).picture.width(), 10);
+    }
 }
 
 TEST(FilesWrite, ReplaceFileTellsWhatFailed) {

@@ -112,6 +112,7 @@ TEST_F(Options, EverySwitchIsReadShownClickedAndWritten) {
         {"Printer", "Timed", devices, "optPrint1", "optPrint2", true, false},
         {"Dialogs", "Style", dialogs, "optDlg1", "optDlg2", true, false},
         {"E-mail", "Value", miscellaneous, "chkEmail", "chkEmail", false, false},
+        {"Saved Photos", "Private", miscellaneous, "chkPrivate", "chkPrivate", false, false},
     };
     for (const char *value : {"", "1", "0", "maybe"}) { // "": not in the file
         const QString start(value);
@@ -167,7 +168,8 @@ TEST_F(Options, EverythingIsWrittenInItsOrderAndTheWelcomeNever) {
                                       "Mail Server/Server=",
                                       "Mail Server/Port=587",
                                       "Mail Server/Security=1",
-                                      "Mail Server/User="}));
+                                      "Mail Server/User=",
+                                      "Saved Photos/Private=0"}));
 }
 
 TEST_F(Options, SavingSwitchesTheCropTipOnAndKeepsWhatIsNotItsOwn) {

@@ -99,6 +99,11 @@ struct Tools : testing::Test {
     ~Tools() override { tools.ResetTools(); }
 
     void openPhoto() {
+        for (const ToolRow &each : toolTable()) {
+            const PictureButton *button = column.button(each.control);
+            EXPECT_TRUE(button == nullptr || ctx.photo.PhotoLoaded() || button->isEnabled() == (each.make == nullptr))
+                << each.control << " has nothing to work on";
+        }
         ctx.photo.openPicture({.picture = photo, .reason = {}}, PhotoDocument::OpenRoute::LoadPhoto);
         ctx.photo.setZoom(100);
         QCoreApplication::processEvents();
@@ -142,7 +147,7 @@ struct Tools : testing::Test {
         }
     }
     bool actsAtOnce(const Work &work) const { return *work.panel == '\0' && work.drag.empty(); }
-    /// Nothing of any tool is left, and every button can be pressed.
+    /// Nothing of any tool is left, and every button can be pressed; without a photo the Arrow's.
     void expectArrow() {
         EXPECT_EQ(tools.current(), "cmdTool1");
         EXPECT_EQ(tools.openPanel(), nullptr);
@@ -152,7 +157,7 @@ struct Tools : testing::Test {
         EXPECT_FALSE(bars.isAnyOpen());
         for (const ToolRow &each : toolTable()) {
             if (const PictureButton *button = column.button(each.control)) {
-                EXPECT_TRUE(button->isEnabled()) << each.control;
+                EXPECT_EQ(button->isEnabled(), ctx.photo.PhotoLoaded() || each.make == nullptr) << each.control;
                 EXPECT_EQ(button->isChecked(), each.make == nullptr) << each.control;
             }
         }

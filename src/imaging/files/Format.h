@@ -47,28 +47,34 @@ struct Format {
     bool byExtension = false;
 };
 
+struct MetadataBlocks;
+
 struct Writer {
     const char *extensions; ///< lower case, each between blanks
-    /// Writes the picture; an empty text, or what went wrong.
+    int longestSide;        ///< pixels that the format or its library can have on a side
+    /// Writes the picture; an empty text, or what went wrong. Null where `writeWithMetadata` is there.
     QString (*write)(const QImage &picture, QIODevice &target);
+    /// The same for a format that can hold metadata.
+    QString (*writeWithMetadata)(const QImage &picture, QIODevice &target, const MetadataBlocks &blocks);
 };
 
 bool isJpeg(const QByteArray &head);
 FileHeader readJpegHeader(Source &source);
 Decoded decodeJpeg(Source &source, const FileHeader &header);
 Decoded decodeSmallJpeg(Source &source, const FileHeader &header, int longerSide);
-QString writeJpeg(const QImage &picture, QIODevice &target);
+QString writeJpeg(const QImage &picture, QIODevice &target, const MetadataBlocks &blocks);
 QString writeJpeg(const QImage &picture, QIODevice &target, int quality);
 
 bool isPng(const QByteArray &head);
 FileHeader readPngHeader(Source &source);
 Decoded decodePng(Source &source, const FileHeader &header);
 QString writePng(const QImage &picture, QIODevice &target);
+QString writePng(const QImage &picture, QIODevice &target, const MetadataBlocks &blocks);
 
 bool isTiff(const QByteArray &head);
 FileHeader readTiffHeader(Source &source);
 Decoded decodeTiff(Source &source, const FileHeader &header);
-QString writeTiff(const QImage &picture, QIODevice &target);
+QString writeTiff(const QImage &picture, QIODevice &target, const MetadataBlocks &blocks);
 
 bool isGif(const QByteArray &head);
 FileHeader readGifHeader(Source &source);

@@ -1,8 +1,12 @@
 // Reading HEIF (HEIC from phones, AVIF) with libheif. It turns and mirrors by the file's own properties, so that the
 // EXIF orientation, which repeats it, is ignored.
 #include "imaging/Picture.h"
+#include "imaging/files/ExifBlock.h"
 #include "imaging/files/Format.h"
+#include "imaging/files/Metadata.h"
 
+#include <QtEndian>
+#include <array>
 #include <libheif/heif.h>
 #include <memory>
 #include <vector>
@@ -165,6 +169,34 @@ Decoded decodeSmallHeif(Source &source, const FileHeader &header, int longerSide
     const bool good = std::max(width, height) >= longerSide && hasShapeOf(header, width, height);
     Decoded small = good ? decodeHandle(raw) : refused(PictureError::Damaged, {});
     return small.error == PictureError::None ? small : decodeHeif(source, header);
+}
+
+PictureMetadata readHeifMetadata(Source &source) {
+    constexpr int most = 16; // blocks of metadata
+    constexpr std::size_t mostBytes = 256 << 10;
+    const Opened opened = open(source);
+    std::array<heif_item_id, most> ids{};
+    const int count =
+        opened.handle ? heif_image_handle_get_list_of_metadata_block_IDs(opened.handle.get(), nullptr, ids.data(), most)
+                      : 0;
+    PictureMetadata result;
+    for (int i = 0; i < count; ++i) {
+        const std::size_t size = heif_image_handle_get_metadata_size(opened.handle.get(), ids[i]);
+        const QByteArray type = heif_image_handle_get_metadata_type(opened.handle.get(), ids[i]);
+        QByteArray bytes(static_cast<qsizetype>(std::min(size, mostBytes)), '\0');
+        if (size <= 4 || size > mostBytes ||
+            heif_image_handle_get_metadata(opened.handle.get(), ids[i], bytes.data()).code != heif_error_Ok) {
+            continue;
+        }
+        if (type == "Exif") {
+            // ISO 23008-12, A.2.1: how far the TIFF header is from here.
+            const qint64 skipped = qFromBigEndian<quint32>(bytes.constData());
+            result.exif = exifBlock(bytes.mid(static_cast<qsizetype>(std::min<qint64>(4 + skipped, bytes.size()))));
+        } else if (type == "mime") {
+            result.xmp = bytes;
+        }
+    }
+    return result;
 }
 
 } // namespace lumora

@@ -54,6 +54,32 @@ struct ProfileParts {
     }
 };
 
+// JFIF 1.02: five letters, two bytes of version, the unit (1 inch, 2 centimetre), the density in both directions.
+void readJfif(const QByteArray &segment, JpegMarkers &markers) {
+    if (segment.startsWith(QByteArray("JFIF\0", 5)) && segment.size() >= 12 && (segment[7] == 1 || segment[7] == 2)) {
+        const double perInch = segment[7] == 1 ? 1 : 2.54;
+        markers.dotsPerInchX = perInch * qFromBigEndian<quint16>(segment.constData() + 8);
+        markers.dotsPerInchY = perInch * qFromBigEndian<quint16>(segment.constData() + 10);
+    }
+}
+
+void readApplication1(const QByteArray &segment, JpegMarkers &markers) {
+    static const QByteArray xmp("http://ns.adobe.com/xap/1.0/\0", 29);
+    if (markers.exif.isEmpty() && segment.startsWith(QByteArray("Exif\0", 5))) {
+        markers.exif = segment;
+    } else if (markers.xmp.isEmpty() && segment.startsWith(xmp)) {
+        markers.xmp = segment.mid(xmp.size());
+    }
+}
+
+void readResources(const QByteArray &segment, JpegMarkers &markers) {
+    static const QByteArray lead("Photoshop 3.0\0", 14);
+    constexpr qsizetype most = 256 << 10;
+    if (segment.startsWith(lead) && markers.resources.size() + segment.size() <= most) {
+        markers.resources += segment.mid(lead.size());
+    }
+}
+
 } // namespace
 
 JpegMarkers readJpegMarkers(Source &source) {
@@ -78,11 +104,16 @@ JpegMarkers readJpegMarkers(Source &source) {
         const int length = qFromBigEndian<quint16>(lead.constData() + 2);
         if (isFrame(marker)) {
             readFrame(source.bytes(at + 4, length - 2), marker, markers);
-        } else if (marker == 0xE1 && markers.exif.isEmpty()) {
-            const QByteArray segment = source.bytes(at + 4, length - 2);
-            markers.exif = segment.startsWith(QByteArray("Exif\0", 5)) ? segment : QByteArray();
+        } else if (marker == 0xE0) {
+            readJfif(source.bytes(at + 4, length - 2), markers);
+        } else if (marker == 0xE1) {
+            readApplication1(source.bytes(at + 4, length - 2), markers);
         } else if (marker == 0xE2) {
             profile.add(source.bytes(at + 4, length - 2));
+        } else if (marker == 0xED) {
+            readResources(source.bytes(at + 4, length - 2), markers);
+        } else if (marker == 0xFE && markers.comment.isEmpty()) {
+            markers.comment = source.bytes(at + 4, length - 2);
         }
         at += 2 + std::max(2, length);
         if (marker == startOfScan) {

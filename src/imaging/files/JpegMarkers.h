@@ -14,9 +14,14 @@ struct JpegMarkers {
     bool arithmetic = false;
     bool progressive = false;
     bool decodable = true; ///< false for lossless, hierarchical and more than 8 bits, which libjpeg cannot decode
-    QByteArray exif;       ///< the first EXIF segment, empty without one
-    QByteArray profile;    ///< the colour profile put together from its segments, empty without a whole one
-    qint64 dataStart = 0;  ///< where the coded data of the first scan begin
+    QByteArray exif;      ///< the first EXIF segment, empty without one
+    QByteArray xmp;       ///< the XMP packet, empty without one
+    QByteArray resources; ///< of Photoshop, which hold the IPTC records
+    QByteArray comment;
+    double dotsPerInchX = 0; ///< by the JFIF segment, 0 where it does not say
+    double dotsPerInchY = 0;
+    QByteArray profile;   ///< the colour profile put together from its segments, empty without a whole one
+    qint64 dataStart = 0; ///< where the coded data of the first scan begin
 };
 
 JpegMarkers readJpegMarkers(Source &source);

@@ -4,11 +4,14 @@
 #include "imaging/Picture.h"
 #include "imaging/files/Flatten.h"
 #include "imaging/files/Format.h"
+#include "imaging/files/Metadata.h"
+#include "imaging/files/MetadataBlocks.h"
 #include "imaging/files/Strips.h"
 
 #include <QBuffer>
 #include <QtEndian>
 #include <array>
+#include <cmath>
 #include <csetjmp>
 #include <cstdio>
 #include <jpeglib.h>
@@ -175,9 +178,36 @@ QByteArray part(const QByteArray &file, int number, bool last) {
     return file.mid(begin, file.size() - 2 - begin) + restart;
 }
 
-} // namespace
+/// Nothing where there are no data or more than a segment can hold.
+QByteArray segment(int marker, const QByteArray &lead, const QByteArray &data) {
+    constexpr qsizetype most = 65533;
+    if (data.isEmpty() || lead.size() + data.size() > most) {
+        return {};
+    }
+    QByteArray result(4, '\xFF');
+    result[1] = static_cast<char>(marker);
+    qToBigEndian(static_cast<quint16>(2 + lead.size() + data.size()), result.data() + 2);
+    return result + lead + data;
+}
 
-QString writeJpeg(const QImage &picture, QIODevice &target, int quality) {
+/// Puts the metadata after the JFIF segment, with which every file of libjpeg begins, and the resolution into it.
+void addMetadata(QByteArray &file, const MetadataBlocks &blocks) {
+    constexpr qsizetype unit = 13;
+    constexpr qsizetype end = 20;
+    constexpr double most = 65535;
+    if (blocks.dotsPerInchX > 0 && std::max(blocks.dotsPerInchX, blocks.dotsPerInchY) <= most) {
+        file[unit] = 1; // dots per inch
+        qToBigEndian(static_cast<quint16>(std::lround(blocks.dotsPerInchX)), file.data() + unit + 1);
+        qToBigEndian(static_cast<quint16>(std::lround(blocks.dotsPerInchY)), file.data() + unit + 3);
+    }
+    const QByteArray resources = blocks.iptc.isEmpty() ? QByteArray() : resourcesWithIptc(blocks.iptc);
+    file.insert(end, segment(0xE1, QByteArray("Exif\0\0", 6), blocks.exif) +
+                         segment(0xE1, QByteArray("http://ns.adobe.com/xap/1.0/\0", 29), blocks.xmp) +
+                         segment(0xED, QByteArray("Photoshop 3.0\0", 14), resources) +
+                         segment(0xFE, {}, blocks.texts.value("Comment").toUtf8()));
+}
+
+QString writeWithQuality(const QImage &picture, QIODevice &target, int quality, const MetadataBlocks &blocks) {
     const ConstPixelView view = readView(picture);
     const int stripRows = rowsOfStrip(view);
     const unsigned blocksAcross = (static_cast<unsigned>(view.width) + block - 1) / block;
@@ -198,6 +228,9 @@ QString writeJpeg(const QImage &picture, QIODevice &target, int quality) {
             if (strips == 0 && interval > 0) {
                 setHeight(strip.file, view.height);
             }
+            if (strips == 0) {
+                addMetadata(strip.file, blocks);
+            }
             const bool last = (strips + 1) * qint64(stripRows) >= view.height;
             const QByteArray bytes = part(strip.file, strips, last);
             if (target.write(bytes) != bytes.size()) {
@@ -209,8 +242,14 @@ QString writeJpeg(const QImage &picture, QIODevice &target, int quality) {
     return error;
 }
 
-QString writeJpeg(const QImage &picture, QIODevice &target) {
-    return writeJpeg(picture, target, defaultQuality);
+} // namespace
+
+QString writeJpeg(const QImage &picture, QIODevice &target, int quality) {
+    return writeWithQuality(picture, target, quality, {});
+}
+
+QString writeJpeg(const QImage &picture, QIODevice &target, const MetadataBlocks &blocks) {
+    return writeWithQuality(picture, target, defaultQuality, blocks);
 }
 
 } // namespace lumora

@@ -3,6 +3,7 @@
 #include "imaging/files/DeepColour.h"
 #include "imaging/files/Exif.h"
 #include "imaging/files/Format.h"
+#include "imaging/files/Metadata.h"
 
 #include <QtEndian>
 #include <array>
@@ -238,7 +239,8 @@ FileHeader readPngHeader(Source &source) {
     FileHeader header;
     header.width = static_cast<int>(width);
     header.height = static_cast<int>(height);
-    header.orientation = chunks.exif.isEmpty() ? 1 : readExif(chunks.exif).orientation;
+    const QByteArray exif = chunks.exif.isEmpty() ? readMetadata(source).exif : chunks.exif;
+    header.orientation = exif.isEmpty() ? 1 : readExif(exif).orientation;
     header.packing = Packing::Deflate;
     header.unpackedBytes = unpackedBytes(header.width, header.height, chunks.header[8], chunks.header[9]);
     header.packedBytes = static_cast<double>(chunks.dataBytes);

@@ -4,9 +4,12 @@
 #include "imaging/Picture.h"
 #include "imaging/files/Deflate.h"
 #include "imaging/files/Format.h"
+#include "imaging/files/Metadata.h"
+#include "imaging/files/MetadataBlocks.h"
 #include "imaging/files/Strips.h"
 
 #include <QtEndian>
+#include <cmath>
 #include <vector>
 #include <zlib.h>
 
@@ -75,12 +78,56 @@ QByteArray imageHeader(const QImage &picture) {
     return chunk("IHDR", data);
 }
 
+QByteArray internationalText(const QByteArray &keyword, const QByteArray &utf8) {
+    return chunk("iTXt", keyword + QByteArray(5, '\0') + utf8); // not packed, no language, keyword not translated
+}
+
+/// IPTC records have no chunk of their own: ImageMagick's way, which other programs read.
+QByteArray rawProfile(const QByteArray &name, const QByteArray &data) {
+    const QByteArray digits = data.toHex();
+    QByteArray text = '\n' + name + '\n' + QByteArray::number(data.size()).rightJustified(8) + '\n';
+    constexpr qsizetype line = 72;
+    for (qsizetype at = 0; at < digits.size(); at += line) {
+        text += digits.mid(at, line) + '\n';
+    }
+    return chunk("tEXt", "Raw profile type " + name + '\0' + text);
+}
+
+QByteArray metadataChunks(const MetadataBlocks &blocks) {
+    QByteArray result;
+    if (blocks.dotsPerInchX > 0) {
+        constexpr double inchesPerMetre = 1 / 0.0254;
+        QByteArray density(9, '\1'); // the last byte: per metre
+        qToBigEndian(static_cast<quint32>(std::lround(blocks.dotsPerInchX * inchesPerMetre)), density.data());
+        qToBigEndian(static_cast<quint32>(std::lround(blocks.dotsPerInchY * inchesPerMetre)), density.data() + 4);
+        result += chunk("pHYs", density);
+    }
+    if (!blocks.exif.isEmpty()) {
+        result += chunk("eXIf", blocks.exif);
+    }
+    if (!blocks.xmp.isEmpty()) {
+        result += internationalText("XML:com.adobe.xmp", blocks.xmp);
+    }
+    if (!blocks.iptc.isEmpty()) {
+        result += rawProfile("iptc", resourcesWithIptc(blocks.iptc));
+    }
+    for (auto text = blocks.texts.begin(); text != blocks.texts.end(); ++text) {
+        result += internationalText(text.key(), text.value().toUtf8());
+    }
+    return result;
+}
+
 } // namespace
 
 QString writePng(const QImage &picture, QIODevice &target) {
+    return writePng(picture, target, {});
+}
+
+QString writePng(const QImage &picture, QIODevice &target, const MetadataBlocks &blocks) {
     const ConstPixelView view = readView(picture);
     const int channels = picture.hasAlphaChannel() ? 4 : 3;
-    bool good = target.write("\x89PNG\r\n\x1A\n" + imageHeader(picture) + chunk("sRGB", QByteArray(1, '\0'))) > 0;
+    bool good = target.write("\x89PNG\r\n\x1A\n" + imageHeader(picture) + chunk("sRGB", QByteArray(1, '\0')) +
+                             metadataChunks(blocks)) > 0;
     uLong check = adler32(0, nullptr, 0);
     packStrips<Strip>(
         view.height, rowsInStrip(view.width, view.height, channels),

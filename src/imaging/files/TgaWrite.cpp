@@ -8,11 +8,7 @@
 namespace lumora {
 
 QString writeTga(const QImage &picture, QIODevice &target) {
-    constexpr int longestSide = 65535;
     const ConstPixelView view = readView(picture);
-    if (view.width > longestSide || view.height > longestSide) {
-        return QStringLiteral("TGA ends at 65535 pixels");
-    }
     // Truevision TGA File Format 2.0, fields 3 to 5: true colour, not compressed.
     const int channels = picture.hasAlphaChannel() ? 4 : 3;
     QByteArray header(18, '\0');

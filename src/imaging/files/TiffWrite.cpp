@@ -3,8 +3,13 @@
 #include "imaging/Picture.h"
 #include "imaging/files/Deflate.h"
 #include "imaging/files/Format.h"
+#include "imaging/files/MetadataBlocks.h"
 #include "imaging/files/Strips.h"
 #include "imaging/files/TiffFile.h"
+
+#include <QtEndian>
+#include <algorithm>
+#include <vector>
 
 namespace lumora {
 
@@ -44,14 +49,103 @@ bool describe(TIFF *tiff, const ConstPixelView &view, int channels, int stripRow
     return good;
 }
 
-} // namespace
+// EXIF data have it as the exact fraction.
+bool describeResolution(TIFF *tiff, const MetadataBlocks &blocks) {
+    return blocks.dotsPerInchX <= 0 || !blocks.exif.isEmpty() ||
+           (TIFFSetField(tiff, TIFFTAG_XRESOLUTION, blocks.dotsPerInchX) &&
+            TIFFSetField(tiff, TIFFTAG_YRESOLUTION, blocks.dotsPerInchY) &&
+            TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH));
+}
 
-QString writeTiff(const QImage &picture, QIODevice &target) {
+// --- Metadata -------------------------------------------------------------------------------------------------------
+// libtiff writes fields one by one and only those that it knows. The encoded EXIF data are TIFF themselves: they stand
+// at the beginning of the file, so that their offsets hold, and their first directory is joined with libtiff's.
+
+constexpr qint64 headerBytes = 8;
+constexpr qsizetype entryBytes = 12; // tag and type of two bytes, count and value of four, in the processor's order
+
+struct DirectoryEntry {
+    quint16 tag = 0;
+    QByteArray bytes;
+};
+
+template <typename Number> Number numberAt(const QByteArray &bytes, qsizetype at) {
+    return qFromUnaligned<Number>(bytes.constData() + at);
+}
+
+template <typename Number> QByteArray bytesOf(Number value) {
+    return QByteArray(reinterpret_cast<const char *>(&value), sizeof value);
+}
+
+DirectoryEntry madeEntry(quint16 tag, quint16 type, quint32 count, quint32 offset) {
+    return {tag, bytesOf(tag) + bytesOf(type) + bytesOf(count) + bytesOf(offset)};
+}
+
+/// Adds the entries of a directory, given from its count on, but for tags that are there already.
+void addEntries(const QByteArray &directory, std::vector<DirectoryEntry> &entries) {
+    const int count = directory.size() >= 2 ? numberAt<quint16>(directory, 0) : 0;
+    for (qsizetype at = 2; at + entryBytes <= directory.size() && at < 2 + count * entryBytes; at += entryBytes) {
+        const auto tag = numberAt<quint16>(directory, at);
+        const bool known = std::any_of(entries.begin(), entries.end(),
+                                       [tag](const DirectoryEntry &entry) { return entry.tag == tag; });
+        if (!known) {
+            entries.push_back({tag, directory.mid(at, entryBytes)});
+        }
+    }
+}
+
+QByteArray readAt(QIODevice &target, qint64 at, qint64 count) {
+    return target.seek(at) ? target.read(count) : QByteArray();
+}
+
+/// Appends the data at an even offset and gives that; 0 when they cannot be written.
+quint32 append(QIODevice &target, const QByteArray &data) {
+    const qint64 at = (target.size() + 1) / 2 * 2;
+    const QByteArray padded = QByteArray(at - target.size(), '\0') + data;
+    return target.seek(target.size()) && target.write(padded) == padded.size() ? static_cast<quint32>(at) : 0;
+}
+
+bool joinDirectories(QIODevice &target, const MetadataBlocks &blocks) {
+    std::vector<DirectoryEntry> entries;
+    const QByteArray header = readAt(target, 0, headerBytes);
+    const qint64 first = header.size() == headerBytes ? numberAt<quint32>(header, 4) : 0;
+    constexpr qint64 most = 2 + 100 * entryBytes; // libtiff's own has some fifteen
+    addEntries(readAt(target, first, most), entries);
+    if (entries.empty()) {
+        return false;
+    }
+    constexpr quint16 bytes = 1;
+    if (!blocks.xmp.isEmpty()) {
+        const quint32 at = append(target, blocks.xmp);
+        entries.push_back(madeEntry(TIFFTAG_XMLPACKET, bytes, static_cast<quint32>(blocks.xmp.size()), at));
+    }
+    if (!blocks.iptc.isEmpty()) {
+        constexpr quint16 undefined = 7;
+        const quint32 at = append(target, blocks.iptc);
+        entries.push_back(madeEntry(TIFFTAG_RICHTIFFIPTC, undefined, static_cast<quint32>(blocks.iptc.size()), at));
+    }
+    if (blocks.exif.size() > headerBytes) {
+        addEntries(blocks.exif.mid(numberAt<quint32>(blocks.exif, 4)), entries);
+    }
+    std::sort(entries.begin(), entries.end(), [](const auto &a, const auto &b) { return a.tag < b.tag; });
+    QByteArray directory = bytesOf(static_cast<quint16>(entries.size()));
+    for (const DirectoryEntry &entry : entries) {
+        directory += entry.bytes;
+    }
+    const quint32 at = append(target, directory + QByteArray(4, '\0'));
+    return at > 0 && target.seek(4) && target.write(bytesOf(at)) == 4;
+}
+
+QString writePixels(const QImage &picture, QIODevice &target, const MetadataBlocks &blocks) {
     const ConstPixelView view = readView(picture);
     const int channels = picture.hasAlphaChannel() ? 4 : 3;
     const int stripRows = rowsInStrip(view.width, view.height, channels);
     const TiffFile file(target, "w");
-    bool good = file.handle() && describe(file.handle(), view, channels, stripRows);
+    bool good = file.handle() && describe(file.handle(), view, channels, stripRows) &&
+                describeResolution(file.handle(), blocks);
+    if (const QByteArray rest = blocks.exif.mid(headerBytes); good && !rest.isEmpty()) {
+        good = target.seek(headerBytes) && target.write(rest) == rest.size();
+    }
     uint32_t strip = 0;
     packStrips<QByteArray>(
         good ? view.height : 0, stripRows,
@@ -66,6 +160,17 @@ QString writeTiff(const QImage &picture, QIODevice &target) {
         });
     good = good && TIFFWriteDirectory(file.handle()) == 1 && TIFFFlush(file.handle()) == 1;
     return good ? QString() : QStringLiteral("cannot write: %1").arg(file.text());
+}
+
+} // namespace
+
+QString writeTiff(const QImage &picture, QIODevice &target, const MetadataBlocks &blocks) {
+    const QString error = writePixels(picture, target, blocks);
+    const bool more = !blocks.exif.isEmpty() || !blocks.xmp.isEmpty() || !blocks.iptc.isEmpty();
+    if (error.isEmpty() && more && !joinDirectories(target, blocks)) {
+        return QStringLiteral("cannot write the metadata: %1").arg(target.errorString());
+    }
+    return error;
 }
 
 } // namespace lumora

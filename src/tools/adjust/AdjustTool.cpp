@@ -112,7 +112,7 @@ EffectOutcome AdjustTool::apply(int kind, int amount) {
         return EffectOutcome::Nothing;
     }
     const EffectOutcome outcome = m_flow.apply(operation(kind, amount));
-    if (outcome == EffectOutcome::Refused) {
+    if (isFailure(outcome)) {
         Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
     }
     if (!m_ctx.flags.SelectionActive()) {

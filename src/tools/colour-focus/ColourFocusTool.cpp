@@ -174,7 +174,7 @@ EffectOutcome ColourFocusTool::similarclr() {
     }
     m_live.clear();
     const EffectOutcome outcome = m_flow.apply(operation(*m_colour, m_panel->level()));
-    if (outcome == EffectOutcome::Refused) {
+    if (isFailure(outcome)) {
         Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
     }
     return outcome;

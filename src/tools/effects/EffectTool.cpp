@@ -6,7 +6,7 @@
 namespace lumora {
 
 void EffectTool::tell(EffectOutcome outcome) {
-    if (outcome == EffectOutcome::Refused) {
+    if (isFailure(outcome)) {
         Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
     }
     if (!m_ctx.flags.SelectionActive() && (panel() == nullptr || !panel()->isOpen())) {

@@ -34,6 +34,10 @@ ResizeByHand::ResizeByHand(AppContext &ctx, PhotoView &view, QObject *parent)
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (m_active && what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Loaded)) {
             drop(); // the drag was on another photo
+            // Undo and redo leave the frame where it is.
+            if (what.testFlag(PhotoChange::Loaded) || m_stored.isEmpty()) {
+                m_stored = m_ctx.photo.picCanvas().rect();
+            }
         }
     });
     connect(&view, &PhotoView::visiblePartChanged, this, [this] {
@@ -45,6 +49,7 @@ ResizeByHand::ResizeByHand(AppContext &ctx, PhotoView &view, QObject *parent)
 
 void ResizeByHand::start() {
     m_active = true;
+    m_stored = m_ctx.photo.picCanvas().rect();
     m_view.setFocus(); // for Esc
     cmdResizeDone->show();
 }
@@ -64,7 +69,7 @@ void ResizeByHand::drop() {
 }
 
 QRectF ResizeByHand::frame() const {
-    const QRect frame = isDragging() ? m_frame : m_ctx.photo.picCanvas().rect();
+    const QRect frame = isDragging() ? m_frame : m_stored;
     return {m_view.toView(frame.topLeft()), m_view.toView(frame.topLeft() + QPoint(frame.width(), frame.height()))};
 }
 
@@ -77,7 +82,7 @@ void ResizeByHand::press(const PointerEvent &at) {
     if (handle.isNull() || m_ctx.photo.picCanvas().isNull()) {
         return;
     }
-    m_frame = m_ctx.photo.picCanvas().rect();
+    m_frame = m_stored;
     m_grabOffset =
         QPointF(handle.across > 0 ? m_frame.width() : 0, handle.down > 0 ? m_frame.height() : 0) - at.picture;
     m_grabbed = handle;
@@ -92,13 +97,13 @@ void ResizeByHand::move(const PointerEvent &at) {
     }
     showCursor(m_grabbed);
     m_frame = dragged(at.picture + m_grabOffset);
-    m_view.setPhotoHidden(m_frame != m_ctx.photo.picCanvas().rect());
+    m_view.setPhotoHidden(m_frame != m_stored);
     m_view.viewport()->update();
 }
 
 /// The frame with the grabbed edge moved to that point of the picture.
 QRect ResizeByHand::dragged(QPointF picture) const {
-    const QSize photo = m_ctx.photo.picCanvas().size();
+    const QSize photo = m_stored.size();
     int left = 0;
     int top = 0;
     int right = photo.width();
@@ -123,10 +128,11 @@ void ResizeByHand::release(const PointerEvent &at) {
     const QImage photo = m_ctx.photo.picCanvas();
     const QSize size = m_frame.size();
     bool done = true;
-    if (size != photo.size()) {
+    if (size != m_stored.size()) {
         QImage next;
         m_ctx.tasks.run([&] { next = scaled(photo, size.width(), size.height()); });
         done = m_ctx.photo.changePhoto(next);
+        m_stored = done ? QRect(QPoint(), size) : m_stored;
     }
     drop();
     showCursor(handles().at(at.view));
@@ -140,7 +146,7 @@ void ResizeByHand::clicked(QPoint) {
 }
 
 bool ResizeByHand::endsAt(QPoint picture) const {
-    const QRect frame = m_ctx.photo.picCanvas().rect();
+    const QRect frame = m_stored;
     const QPoint first = frame.topLeft() - QPoint(frameReach, frameReach);
     const QPoint last = first + QPoint(frame.width() + 2 * frameReach, frame.height() + 2 * frameReach);
     return !QRect(first, last).contains(picture);
@@ -175,7 +181,7 @@ void ResizeByHand::paint(QPainter &painter) {
     }
     const QRectF place = frame();
     painter.save();
-    if (isDragging() && m_frame != m_ctx.photo.picCanvas().rect()) {
+    if (isDragging() && m_frame != m_stored) {
         paintPhoto(painter);
     }
     painter.setRenderHint(QPainter::Antialiasing);

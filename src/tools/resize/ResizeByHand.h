@@ -60,7 +60,8 @@ class ResizeByHand : public QObject, public CanvasTool {
     bool m_active = false;
     ResizeHandle m_grabbed; ///< null while nothing is dragged
     ResizeHandle m_hovered;
-    QRect m_frame;        ///< picture pixels, while dragged
+    QRect m_stored;       ///< ResizeFrame: as it was at the start or when the button was released, picture pixels
+    QRect m_frame;        ///< the same, while dragged
     QPointF m_grabOffset; ///< from the pointer to the frame's edge, picture pixels
     DoneButton *cmdResizeDone;
     QPointF m_pointer; ///< the view's pixels
