@@ -109,7 +109,7 @@ const std::vector<Effect> &rows() {
          .sliders = {{"sldSFX4_1", "lblMosaicWidth", 1, 100}, {"sldSFX4_2", "lblMosaicHeight", 1, 100}},
          .valuesAreLengths = true},
         {.group = Special, .number = 5, .name = "SFX5", .icon = "tool10",
-         .operation = [](const Values &v, int) -> Operation { return {applyOilPainting, {v[0]}}; },
+         .operation = [](const Values &v, int) -> Operation { return {applyOilPainting, {double(v[0])}}; },
          .basic = {6},
          .advanced = {3},
          .sliders = {{"sldSFX5", "lblOil", 1, 30}},

@@ -257,24 +257,6 @@ QImage inPerspectiveSlowly(const QImage &picture, int angle, QRgb background) {
     });
 }
 
-QImage paintedSlowly(const QImage &picture, int radius) {
-    return placed(picture, [&](int x, int y) {
-        std::array<std::array<int, 5>, 16> classes{};
-        const QRect brush = QRect(x - radius, y - radius, 2 * radius + 1, 2 * radius + 1) & picture.rect();
-        for (int i = 0; i < brush.width() * brush.height(); ++i) {
-            const QRgb p = multiplied(picture.pixel(brush.left() + i % brush.width(), brush.top() + i / brush.width()));
-            std::array<int, 5> &sums = classes[std::size_t(luma(p) / 16)];
-            const int values[] = {1, qRed(p), qGreen(p), qBlue(p), qAlpha(p)};
-            for (std::size_t n = 0; n < 5; ++n) {
-                sums[n] += values[n];
-            }
-        }
-        const auto most = *std::ranges::max_element(classes, {}, [](const auto &sums) { return sums[0]; });
-        const auto mean = [&](std::size_t n) { return (most[n] + most[0] / 2) / most[0]; };
-        return divided(qRgba(mean(1), mean(2), mean(3), mean(4)));
-    });
-}
-
 struct AreaEffect {
     const char *name;
     Operation operation;
@@ -309,10 +291,6 @@ const std::vector<AreaEffect> &areaEffects() {
                               return convolvedSlowly(p, {c, 2 * c, c, 2 * c, 1 - 12 * c, 2 * c, c, 2 * c, c}, 0, 9);
                           }};
     };
-    const auto oil = [](int asked, int used) {
-        return AreaEffect{
-            "oilPainting", {applyOilPainting, {asked}}, [=](const QImage &p) { return paintedSlowly(p, used); }};
-    };
     const auto texture = [](QSize size, bool transparent, int asked, int strength) {
         const QImage picture = photoLike(size.width(), size.height(), transparent);
         return AreaEffect{"texture",
@@ -343,11 +321,6 @@ const std::vector<AreaEffect> &areaEffects() {
         highPass(33, 33),
         highPass(INT_MAX, 100),
         highPass(INT_MIN, 0),
-        oil(0, 0),
-        oil(1, 1),
-        oil(6, 6),
-        oil(INT_MAX, 100),
-        oil(INT_MIN, 0),
         texture({7, 5}, false, 0, 100),
         texture({1100, 9}, true, 50, 50),
         texture({1, 1}, false, INT_MIN, 100),
@@ -423,17 +396,13 @@ TEST(EffectArea, neighboursCountAsInTheReferenceInEveryVersion) {
 TEST(EffectArea, largePicturesShowNoSeams) {
     const QImage picture = photoLike(1201, 1037);
     for (const AreaEffect &effect : areaEffects()) {
-        if (std::string(effect.name) != "blur" && std::string(effect.name) != "oilPainting") {
+        if (std::string(effect.name) != "blur") {
             EffectEngine engine;
             engine.setPicture(picture);
             ASSERT_TRUE(engine.apply(effect.operation, false));
             EXPECT_EQ(firstDifference(engine.picture(), effect.reference(picture)), QPoint(-1, -1)) << effect.name;
         }
     }
-    EffectEngine engine;
-    engine.setPicture(picture);
-    ASSERT_TRUE(engine.apply({applyOilPainting, {2}}, false));
-    EXPECT_EQ(firstDifference(engine.picture(), paintedSlowly(picture, 2)), QPoint(-1, -1));
 }
 
 TEST(EffectArea, neighboursOutsideTheRegionCountButDoNotChange) {
