@@ -119,9 +119,7 @@ QPixmap sharp(QImage image, qreal ratio) {
 QList<QPixmap> frame(int n, qreal ratio) {
     QList<QPixmap> pictures;
     for (const QSize size : {QSize(480, 360), QSize(270, 360), QSize(360, 360), QSize(900, 300)}) {
-        QImage picture = photo(size * ratio);
-        QPainter(&picture).drawImage(0, 0, FrameArtwork().picture(n, picture.size()));
-        pictures << sharp(picture, ratio);
+        pictures << sharp(FrameArtwork().around(n, photo(size * ratio)), ratio);
     }
     return pictures;
 }
