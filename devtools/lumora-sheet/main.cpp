@@ -124,15 +124,18 @@ QList<QPixmap> frame(int n, qreal ratio) {
     return pictures;
 }
 
-/// By itself, repeated, and on a photo.
-QList<QPixmap> texture(const QString &path, qreal ratio) {
-    const QImage texture = QImage(path).convertToFormat(QImage::Format_RGB32);
-    QImage repeated(QSize(800, 600) * ratio, QImage::Format_RGB32);
-    QPainter(&repeated).fillRect(repeated.rect(), QBrush(texture));
-    EffectEngine engine;
-    engine.setPicture(photo(repeated.size()));
-    engine.apply({applyTexture, {readView(texture)}}, false);
-    return {sharp(repeated, ratio), sharp(engine.picture(), ratio)};
+/// By itself and on a photo, with threads for a photo of so many thousand pixels.
+QList<QPixmap> canvas(double unit, qreal ratio) {
+    QList<QPixmap> pictures;
+    QImage grey(QSize(800, 600) * ratio, QImage::Format_RGB32);
+    grey.fill(Qt::gray);
+    for (const QImage &picture : {grey, photo(grey.size())}) {
+        EffectEngine engine;
+        engine.setPicture(picture);
+        engine.apply({applyTexture, {unit * ratio}}, false);
+        pictures << sharp(engine.picture(), ratio);
+    }
+    return pictures;
 }
 
 QList<QPixmap> sign(qreal ratio) {
@@ -148,13 +151,17 @@ bool drawSheets(const QDir &folder) {
     for (int n = 1; n <= frameCount; ++n) {
         frames << Row{QString("frame %1").arg(n), [n](qreal ratio) { return frame(n, ratio); }};
     }
+    QList<Row> canvases;
+    for (const int unit : {1, 4, 6}) {
+        canvases << Row{QString("canvas %1").arg(unit), [unit](qreal ratio) { return canvas(unit, ratio); }};
+    }
     const FromFile scene = [](const QString &path, qreal ratio) { return QList{iconPixmap(path, 460, ratio)}; };
     const std::tuple<QString, QList<Row>, int> sheets[] = {
         {"icons", files(":/icons", "*.svg", icon), 4},
         {"loops", files(":/loops", "*-1.svg", loop), 1},
         {"cursors", files(":/cursors", "target?.svg", cursor), 3},
         {"frames", frames, 1},
-        {"textures", files(":/textures", "*", texture), 1},
+        {"canvas", canvases, 1},
         {"scenes", files(":/scenes", "*.svg", scene), 3},
         {"application-icon", {{"lumora", sign}}, 1},
     };

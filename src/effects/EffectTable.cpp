@@ -2,9 +2,6 @@
 
 #include "effects/PerspectiveBox.h"
 #include "effects/ReflectionBox.h"
-#include "imaging/Picture.h"
-#include "imaging/PictureFile.h"
-#include "imaging/Scale.h"
 #include "imaging/effects/BlackAndWhite.h"
 #include "imaging/effects/Blur.h"
 #include "imaging/effects/Brightness.h"
@@ -26,9 +23,7 @@
 #include "imaging/effects/Tile.h"
 #include "imaging/kernels/Convolution.h"
 
-#include <QFile>
 #include <algorithm>
-#include <mutex>
 
 namespace lumora {
 
@@ -36,25 +31,6 @@ namespace {
 
 using Values = EffectValues;
 using enum EffectGroup;
-
-/// The texture for a photo at 1/factor of its size; null when memory allocation fails.
-QImage picTexture(int factor) {
-    static std::mutex one; // several threads paint previews
-    static QImage picture;
-    const std::scoped_lock lock(one);
-    QFile file(":/textures/canvas.png");
-    if (picture.isNull() && file.open(QIODevice::ReadOnly)) {
-        picture = readPictureFromData(file.readAll()).picture;
-    }
-    return factor > 1 ? boxReduced(picture, factor) : picture;
-}
-
-Operation texture(const Values &fade, int factor) {
-    return [fade = fade[0], factor](const QImage &photo, PixelRect area) {
-        const QImage picture = picTexture(factor);
-        return Operation(applyTexture, {readView(picture), fade})(photo, area);
-    };
-}
 
 Operation tile(const Values &count, int /*factor*/) {
     return [across = count[0], down = count[1]](const QImage &photo, PixelRect area) {
@@ -121,7 +97,7 @@ const std::vector<Effect> &rows() {
          .sliders = {{"sldSFX6_1", "lblBlur", 1, 100}},
          .valuesAreLengths = true},
         {.group = Special, .number = 7, .name = "SFX7", .icon = "tool10",
-         .operation = texture,
+         .operation = [](const Values &v, int factor) -> Operation { return {applyTexture, {1.0 / factor, v[0]}}; },
          .basic = {0},
          .advanced = {50},
          .sliders = {{"sldSFX7", "lblTexture", 0, 100, true}}}, // its value is how far the texture is faded

@@ -165,15 +165,6 @@ template <typename Pixel> QImage placed(const QImage &picture, const Pixel &pixe
     return result;
 }
 
-QImage texturedSlowly(const QImage &picture, const QImage &texture, int strength) {
-    return placed(picture, [&](int x, int y) {
-        const QRgb t = texture.pixel(x % texture.width(), y % texture.height());
-        const int level = 128 + int((luma(t) - 128) * qAlpha(t) * strength / 25500);
-        return level < 128 ? towards(picture.pixel(x, y), 0, 256 - 2 * level)
-                           : towards(picture.pixel(x, y), 255, 2 * level - 256);
-    });
-}
-
 QImage tiledSlowly(const QImage &picture, int width, int height) {
     const int joint = std::min(width, height) / 48;
     const int edge = joint + std::min(width, height) / 16;
@@ -291,14 +282,6 @@ const std::vector<AreaEffect> &areaEffects() {
                               return convolvedSlowly(p, {c, 2 * c, c, 2 * c, 1 - 12 * c, 2 * c, c, 2 * c, c}, 0, 9);
                           }};
     };
-    const auto texture = [](QSize size, bool transparent, int asked, int strength) {
-        const QImage picture = photoLike(size.width(), size.height(), transparent);
-        return AreaEffect{"texture",
-                          [=](const QImage &p, PixelRect area) {
-                              return Operation(applyTexture, {readView(picture), asked})(p, area);
-                          },
-                          [=](const QImage &p) { return texturedSlowly(p, picture, strength); }};
-    };
     static const std::vector<AreaEffect> effects = {
         mosaic(10, 10),
         mosaic(1, 1),
@@ -321,10 +304,6 @@ const std::vector<AreaEffect> &areaEffects() {
         highPass(33, 33),
         highPass(INT_MAX, 100),
         highPass(INT_MIN, 0),
-        texture({7, 5}, false, 0, 100),
-        texture({1100, 9}, true, 50, 50),
-        texture({1, 1}, false, INT_MIN, 100),
-        texture({64, 64}, true, INT_MAX, 0),
         {"sharpen",
          {applySharpen, {}},
          [](const QImage &p) {
@@ -447,8 +426,7 @@ TEST(EffectArea, whatCannotBeDoneIsRefusedAndLeavesThePicture) {
     for (const int style : {INT_MIN, 0, 5, INT_MAX}) {
         EXPECT_FALSE(engine.apply({applyReflection, {style}}, false));
     }
-    EXPECT_FALSE(engine.apply({applyTexture, {}}, false)) << "no texture";
-    EXPECT_FALSE(engine.apply({applyTexture, {readView(picture), 0, 1}}, false)) << "no such layout";
+    EXPECT_FALSE(engine.apply({applyTexture, {1, 0, 1}}, false)) << "no such layout";
     for (const float bad : {std::nanf(""), std::numeric_limits<float>::infinity()}) {
         EXPECT_FALSE(engine.apply({applyConvolution, {{0, 0, 0, 0, 1, 0, 0, bad, 0}}}, false));
     }
