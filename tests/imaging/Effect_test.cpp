@@ -27,13 +27,12 @@ using test::withAlphaOf;
 // The operations as anybody would write them down, one pixel at a time.
 
 QRgb sepia(QRgb pixel) {
-    const auto row = [&](double red, double green, double blue) {
-        const auto weight = [](double share) { return int(share * 32768 + 0.5); };
-        return std::min(
-            255,
-            (weight(red) * qRed(pixel) + weight(green) * qGreen(pixel) + weight(blue) * qBlue(pixel) + 16384) / 32768);
+    const int level = luma(pixel);
+    const auto channel = [&](double slope, double curve) {
+        const int factor = int(slope * 65536 + .5) + int(std::lround(curve * 65536 / 255)) * level;
+        return (level * factor + 32768) / 65536;
     };
-    return withAlphaOf(pixel, row(0.393, 0.769, 0.189), row(0.349, 0.686, 0.168), row(0.272, 0.534, 0.131));
+    return withAlphaOf(pixel, channel(1.2, -.2), channel(.87, .09), channel(.64, .18));
 }
 
 /// Contrast and saturation: the distance from a level grows by a percentage, in steps of a fraction.
@@ -183,6 +182,18 @@ TEST(Effect, largePicturesTakeTheWayPastTheCache) {
         engine.setPicture(picture);
         ASSERT_TRUE(engine.apply(effect.operation, false));
         EXPECT_EQ(firstDifference(engine.picture(), mappedSlowly(picture, effect)), QPoint(-1, -1)) << effect.name;
+    }
+}
+
+TEST(Effect, sepiaIsBrownAndBurnsNothingOut) {
+    QRgb before = 0;
+    for (int level = 0; level < 256; ++level) {
+        const QRgb tone = sepia(qRgb(level, level, level));
+        EXPECT_TRUE(qRed(tone) >= qGreen(tone) && qGreen(tone) >= qBlue(tone)) << level;
+        EXPECT_TRUE(level == 0 || (qRed(tone) > qRed(before) || qGreen(tone) > qGreen(before))) << level;
+        EXPECT_TRUE(level > 253 || qRed(tone) < 255) << level;
+        EXPECT_NEAR(luma(tone), level, 14) << level;
+        before = tone;
     }
 }
 
