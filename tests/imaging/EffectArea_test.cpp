@@ -4,6 +4,7 @@
 #include "imaging/Picture.h"
 #include "imaging/Region.h"
 #include "imaging/TargetsForTest.h"
+#include "imaging/transforms/Resample.h"
 #include "support/TestPictures.h"
 
 #include <algorithm>
@@ -182,15 +183,43 @@ QImage tiledSlowly(const QImage &picture, int width, int height) {
     });
 }
 
+/// The photo at 0.78 of its size, over white.
+QImage smallerSlowly(const QImage &picture) {
+    QImage weighted = placed(picture, [&](int x, int y) { return multiplied(picture.pixel(x, y)); });
+    const auto part = [](int length) { return std::max(1, int(std::lround(length * .78))); };
+    QImage result(part(picture.width()), part(picture.height()), picture.format());
+    resample(readView(weighted), writeView(result));
+    return placed(result, [&](int x, int y) {
+        const QRgb p = result.pixel(x, y);
+        const auto channel = [&](int value) { return std::min(255, value + 255 - qAlpha(p)); };
+        return qRgb(channel(qRed(p)), channel(qGreen(p)), channel(qBlue(p)));
+    });
+}
+
+/// A pixel of the mirror image: first towards white, then darker near the mirror.
+QRgb mirrored(QRgb p, int distance, int depth) {
+    const double far = (distance + .5) / depth;
+    const double white = std::min(1.0, .45 + .605 * far);
+    const double light = 1 - .38 * std::exp(-far / .04) * (1 - far);
+    const int own = int(std::lround(256 * (1 - white) * light));
+    const int added = 255 * int(std::lround(256 * white * light));
+    const auto channel = [&](int value) { return (value * own + added + 128) / 256; };
+    return withAlphaOf(p, channel(qRed(p)), channel(qGreen(p)), channel(qBlue(p)));
+}
+
 QImage reflectedSlowly(const QImage &picture, int style) {
     const int width = picture.width();
     const int height = picture.height();
-    const auto fade = [](int distance, int depth) { return 96 + 160 * (distance + 1) / depth; };
+    const QImage small = smallerSlowly(picture);
+    const auto at = [&](int x, int y) { return small.rect().contains(x, y) ? small.pixel(x, y) : qRgb(255, 255, 255); };
     if (style == 1) {
-        const int line = (2 * height + 2) / 3;
+        const int left = (width - small.width()) / 2;
+        const int top = std::min(int(std::lround(height * .03)), height - small.height());
+        const int line = top + small.height();
         return placed(picture, [&](int x, int y) {
-            return y < line ? picture.pixel(x, y)
-                            : towards(picture.pixel(x, 2 * line - 1 - y), 255, fade(y - line, height - line));
+            const bool beside = x < left || x >= left + small.width();
+            return y < line || beside ? at(x - left, y - top)
+                                      : mirrored(at(x - left, 2 * line - 1 - y - top), y - line, height - line);
         });
     }
     if (style == 2) {
@@ -204,10 +233,13 @@ QImage reflectedSlowly(const QImage &picture, int style) {
         });
     }
     if (style == 3) {
-        const int line = (2 * width + 2) / 3;
+        const int left = std::min(int(std::lround(width * .03)), width - small.width());
+        const int top = (height - small.height()) / 2;
+        const int line = left + small.width();
         return placed(picture, [&](int x, int y) {
-            return x < line ? picture.pixel(x, y)
-                            : towards(picture.pixel(2 * line - 1 - x, y), 255, fade(x - line, width - line));
+            const bool beside = y < top || y >= top + small.height();
+            return x < line || beside ? at(x - left, y - top)
+                                      : mirrored(at(2 * line - 1 - x - left, y - top), x - line, width - line);
         });
     }
     return placed(picture, [&](int x, int y) {
