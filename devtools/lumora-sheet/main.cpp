@@ -1,8 +1,14 @@
-// lumora-sheet OUTFOLDER: contact sheets of all artwork in the binary, on light and dark ground, at 100 % and 200 %,
-// drawn by the functions that the program uses.
+// lumora-sheet OUTFOLDER [PHOTO...]: contact sheets of all artwork in the binary, on light and dark ground, at 100 %
+// and 200 %, drawn by the functions that the program uses. With photos: those with what is painted, woven and framed
+// instead, at 1, 12 and 24 megapixels, whole and in a part of one to one.
 #include "effects/FrameArtwork.h"
 #include "imaging/EffectEngine.h"
 #include "imaging/Picture.h"
+#include "imaging/Scale.h"
+#include "imaging/effects/OilPainting.h"
+#include "imaging/effects/Reflection.h"
+#include "imaging/effects/Sepia.h"
+#include "imaging/effects/Solarise.h"
 #include "imaging/effects/Texture.h"
 #include "tools/canvas/TargetCursor.h"
 #include "widgets/AnimatedButton.h"
@@ -14,6 +20,8 @@
 #include <QDirIterator>
 #include <QPainter>
 #include <QTextStream>
+#include <algorithm>
+#include <cmath>
 #include <functional>
 
 namespace lumora {
@@ -146,6 +154,81 @@ QList<QPixmap> sign(qreal ratio) {
     return pictures;
 }
 
+/// What is drawn on a photo, with the values of a click; lengths in a thousandth of its longer side.
+struct Look {
+    QString name;
+    std::function<QImage(const QImage &photo)> draw;
+};
+
+QList<Look> looks() {
+    const auto effect = [](const QImage &photo, const Operation &operation) {
+        EffectEngine engine;
+        engine.setPicture(photo);
+        engine.apply(operation, false);
+        return engine.picture();
+    };
+    const auto unit = [](const QImage &photo) {
+        return std::max(1.0, std::max(photo.width(), photo.height()) / 1000.0);
+    };
+    QList<Look> all{{"photo", [](const QImage &p) { return p; }},
+                    {"oil painting",
+                     [=](const QImage &p) {
+                         return effect(p, {applyOilPainting, {6 * unit(p)}});
+                     }},
+                    {"texture",
+                     [=](const QImage &p) {
+                         return effect(p, {applyTexture, {unit(p)}});
+                     }},
+                    {"sepia",
+                     [=](const QImage &p) {
+                         return effect(p, {applySepia, {}});
+                     }},
+                    {"solarise",
+                     [=](const QImage &p) {
+                         return effect(p, {applySolarise, {}});
+                     }},
+                    {"reflection 1",
+                     [=](const QImage &p) {
+                         return effect(p, {applyReflection, {1}});
+                     }},
+                    {"reflection 3", [=](const QImage &p) {
+                         return effect(p, {applyReflection, {3}});
+                     }}};
+    for (int n = 1; n <= frameCount; ++n) {
+        all << Look{QString("frame %1").arg(n), [n](const QImage &p) { return FrameArtwork().around(n, p); }};
+    }
+    return all;
+}
+
+/// One look on all photos with so many pixels.
+QList<QPixmap> lookOn(const Look &look, const QStringList &photos, double pixels) {
+    constexpr QSize shown(300, 225);
+    QList<QPixmap> pictures;
+    for (const QString &file : photos) {
+        const QImage read = toPicture(QImage(file));
+        const double scale = std::sqrt(pixels / (double(read.width()) * read.height()));
+        const QImage result = look.draw(scaled(read, qRound(read.width() * scale), qRound(read.height() * scale)));
+        const QSize fit = result.size().scaled(shown, Qt::KeepAspectRatio);
+        const QPoint corner(result.width() * 2 / 5, result.height() * 3 / 10);
+        pictures << QPixmap::fromImage(scaled(result, fit.width(), fit.height()))
+                 << QPixmap::fromImage(result.copy(QRect(corner, shown)));
+    }
+    return pictures;
+}
+
+bool drawLooks(const QDir &folder, const QStringList &photos) {
+    bool saved = true;
+    for (const int megapixels : {1, 12, 24}) {
+        QList<Row> rows;
+        for (const Look &look : looks()) {
+            rows << Row{look.name, [=](qreal) { return lookOn(look, photos, megapixels * 1e6); }};
+        }
+        saved &= sheet(rows, 1, 1, colours::parchment, colours::ink)
+                     .save(folder.filePath(QString("looks-%1-megapixels.jpg").arg(megapixels)), nullptr, 85);
+    }
+    return saved;
+}
+
 bool drawSheets(const QDir &folder) {
     QList<Row> frames;
     for (int n = 1; n <= frameCount; ++n) {
@@ -186,8 +269,10 @@ int main(int argc, char **argv) {
     const QApplication application(argc, argv);
     lumora::applyTheme(*qApp);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() != 2 || !QDir().mkpath(arguments[1]) || !lumora::drawSheets(QDir(arguments[1]))) {
-        QTextStream(stderr) << "usage: lumora-sheet OUTFOLDER (a folder that can be written to)\n";
+    const bool made = arguments.size() >= 2 && QDir().mkpath(arguments[1]);
+    if (!made || !(arguments.size() > 2 ? lumora::drawLooks(QDir(arguments[1]), arguments.mid(2))
+                                        : lumora::drawSheets(QDir(arguments[1])))) {
+        QTextStream(stderr) << "usage: lumora-sheet OUTFOLDER [PHOTO...] (a folder that can be written to)\n";
         return 1;
     }
     return 0;
