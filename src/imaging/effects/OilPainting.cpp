@@ -337,13 +337,17 @@ struct Plan {
     int margin;     ///< what a pixel needs around it
 };
 
-/// Memory of a picture for one block; undefined pixels. Kernels may read some bytes beyond the last.
+/// Memory of a picture for one block; undefined pixels. Kernels may read a vector beyond the last.
 class BlockPicture {
   public:
     BlockPicture() = default;
-    BlockPicture(int width, int height)
-        : m_pixels(std::make_unique_for_overwrite<std::uint8_t[]>(4 * std::size_t(width) * std::size_t(height) + 256)),
-          m_view{m_pixels.get(), width, height, std::ptrdiff_t(4) * width} {}
+    BlockPicture(int width, int height) {
+        constexpr std::size_t beyond = 256;
+        const std::size_t bytes = 4 * std::size_t(width) * std::size_t(height);
+        m_pixels = std::make_unique_for_overwrite<std::uint8_t[]>(bytes + beyond);
+        std::fill_n(m_pixels.get() + bytes, beyond, std::uint8_t(0));
+        m_view = {m_pixels.get(), width, height, std::ptrdiff_t(4) * width};
+    }
 
     PixelView view() const { return m_view; }
 
