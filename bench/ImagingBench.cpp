@@ -60,9 +60,7 @@ void addImagingRows() {
     addEffect("ColourEmboss", {applyColourEmboss, {1}});
     addEffect("HighPassSharpen", {applyHighPassSharpen, {0}});
     addEffect("Sharpen", {applySharpen, {}});
-    addEffect("Texture", [texture = benchPicture(1).copy(0, 0, 256, 256)](const QImage &picture, PixelRect area) {
-        return Operation(applyTexture, {readView(texture)})(picture, area);
-    });
+    addEffect("Texture", {applyTexture, {6, 0}});
     addEffect("Tile", [](const QImage &picture, PixelRect area) {
         return Operation(applyTile, {picture.width() / 5, picture.height() / 5})(picture, area);
     });
@@ -72,8 +70,10 @@ void addImagingRows() {
     addEffect("ReflectionFourWays", {applyReflection, {4}});
     addEffect("PopArtRow", {popArtRow, {}});
     addEffect("Perspective", {applyPerspective, {-30, 255, 255, 255}});
-    addEffect("OilPaintingRadius3", {applyOilPainting, {3}});
-    addEffect("OilPaintingRadius30", {applyOilPainting, {30}});
+    addEffect("OilPaintingRadius6", {applyOilPainting, {6}}); // the finest of the slider at 24 megapixels
+    addEffect("OilPaintingRadius18", {applyOilPainting, {18}});
+    addEffect("OilPaintingRadius36", {applyOilPainting, {36}});
+    addEffect("OilPaintingRadius180", {applyOilPainting, {180}});
     addEffect("Mosaic", {applyMosaic, {10, 10}});
     addEffect("BlurRadius3", {applyBlur, {3}});
     addEffect("BlurRadius30", {applyBlur, {30}});

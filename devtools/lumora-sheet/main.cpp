@@ -1,8 +1,14 @@
-// lumora-sheet OUTFOLDER: contact sheets of all artwork in the binary, on light and dark ground, at 100 % and 200 %,
-// drawn by the functions that the program uses.
+// lumora-sheet OUTFOLDER [PHOTO...]: contact sheets of all artwork in the binary, on light and dark ground, at 100 %
+// and 200 %, drawn by the functions that the program uses. With photos: those with what is painted, woven and framed
+// instead, at 1, 12 and 24 megapixels, whole and in a part of one to one.
 #include "effects/FrameArtwork.h"
 #include "imaging/EffectEngine.h"
 #include "imaging/Picture.h"
+#include "imaging/Scale.h"
+#include "imaging/effects/OilPainting.h"
+#include "imaging/effects/Reflection.h"
+#include "imaging/effects/Sepia.h"
+#include "imaging/effects/Solarise.h"
 #include "imaging/effects/Texture.h"
 #include "tools/canvas/TargetCursor.h"
 #include "widgets/AnimatedButton.h"
@@ -14,6 +20,8 @@
 #include <QDirIterator>
 #include <QPainter>
 #include <QTextStream>
+#include <algorithm>
+#include <cmath>
 #include <functional>
 
 namespace lumora {
@@ -119,22 +127,23 @@ QPixmap sharp(QImage image, qreal ratio) {
 QList<QPixmap> frame(int n, qreal ratio) {
     QList<QPixmap> pictures;
     for (const QSize size : {QSize(480, 360), QSize(270, 360), QSize(360, 360), QSize(900, 300)}) {
-        QImage picture = photo(size * ratio);
-        QPainter(&picture).drawImage(0, 0, FrameArtwork().picture(n, picture.size()));
-        pictures << sharp(picture, ratio);
+        pictures << sharp(FrameArtwork().around(n, photo(size * ratio)), ratio);
     }
     return pictures;
 }
 
-/// By itself, repeated, and on a photo.
-QList<QPixmap> texture(const QString &path, qreal ratio) {
-    const QImage texture = QImage(path).convertToFormat(QImage::Format_RGB32);
-    QImage repeated(QSize(800, 600) * ratio, QImage::Format_RGB32);
-    QPainter(&repeated).fillRect(repeated.rect(), QBrush(texture));
-    EffectEngine engine;
-    engine.setPicture(photo(repeated.size()));
-    engine.apply({applyTexture, {readView(texture)}}, false);
-    return {sharp(repeated, ratio), sharp(engine.picture(), ratio)};
+/// By itself and on a photo, with threads for a photo of so many thousand pixels.
+QList<QPixmap> canvas(double unit, qreal ratio) {
+    QList<QPixmap> pictures;
+    QImage grey(QSize(800, 600) * ratio, QImage::Format_RGB32);
+    grey.fill(Qt::gray);
+    for (const QImage &picture : {grey, photo(grey.size())}) {
+        EffectEngine engine;
+        engine.setPicture(picture);
+        engine.apply({applyTexture, {unit * ratio}}, false);
+        pictures << sharp(engine.picture(), ratio);
+    }
+    return pictures;
 }
 
 QList<QPixmap> sign(qreal ratio) {
@@ -145,10 +154,89 @@ QList<QPixmap> sign(qreal ratio) {
     return pictures;
 }
 
+/// What is drawn on a photo, with the values of a click; lengths in a thousandth of its longer side.
+struct Look {
+    QString name;
+    std::function<QImage(const QImage &photo)> draw;
+};
+
+QList<Look> looks() {
+    const auto effect = [](const QImage &photo, const Operation &operation) {
+        EffectEngine engine;
+        engine.setPicture(photo);
+        engine.apply(operation, false);
+        return engine.picture();
+    };
+    const auto unit = [](const QImage &photo) {
+        return std::max(1.0, std::max(photo.width(), photo.height()) / 1000.0);
+    };
+    QList<Look> all{{"photo", [](const QImage &p) { return p; }},
+                    {"oil painting",
+                     [=](const QImage &p) {
+                         return effect(p, {applyOilPainting, {6 * unit(p)}});
+                     }},
+                    {"texture",
+                     [=](const QImage &p) {
+                         return effect(p, {applyTexture, {unit(p)}});
+                     }},
+                    {"sepia",
+                     [=](const QImage &p) {
+                         return effect(p, {applySepia, {}});
+                     }},
+                    {"solarise",
+                     [=](const QImage &p) {
+                         return effect(p, {applySolarise, {}});
+                     }},
+                    {"reflection 1",
+                     [=](const QImage &p) {
+                         return effect(p, {applyReflection, {1}});
+                     }},
+                    {"reflection 3", [=](const QImage &p) {
+                         return effect(p, {applyReflection, {3}});
+                     }}};
+    for (int n = 1; n <= frameCount; ++n) {
+        all << Look{QString("frame %1").arg(n), [n](const QImage &p) { return FrameArtwork().around(n, p); }};
+    }
+    return all;
+}
+
+/// One look on all photos with so many pixels.
+QList<QPixmap> lookOn(const Look &look, const QStringList &photos, double pixels) {
+    constexpr QSize shown(300, 225);
+    QList<QPixmap> pictures;
+    for (const QString &file : photos) {
+        const QImage read = toPicture(QImage(file));
+        const double scale = std::sqrt(pixels / (double(read.width()) * read.height()));
+        const QImage result = look.draw(scaled(read, qRound(read.width() * scale), qRound(read.height() * scale)));
+        const QSize fit = result.size().scaled(shown, Qt::KeepAspectRatio);
+        const QPoint corner(result.width() * 2 / 5, result.height() * 3 / 10);
+        pictures << QPixmap::fromImage(scaled(result, fit.width(), fit.height()))
+                 << QPixmap::fromImage(result.copy(QRect(corner, shown)));
+    }
+    return pictures;
+}
+
+bool drawLooks(const QDir &folder, const QStringList &photos) {
+    bool saved = true;
+    for (const int megapixels : {1, 12, 24}) {
+        QList<Row> rows;
+        for (const Look &look : looks()) {
+            rows << Row{look.name, [=](qreal) { return lookOn(look, photos, megapixels * 1e6); }};
+        }
+        saved &= sheet(rows, 1, 1, colours::parchment, colours::ink)
+                     .save(folder.filePath(QString("looks-%1-megapixels.jpg").arg(megapixels)), nullptr, 85);
+    }
+    return saved;
+}
+
 bool drawSheets(const QDir &folder) {
     QList<Row> frames;
     for (int n = 1; n <= frameCount; ++n) {
         frames << Row{QString("frame %1").arg(n), [n](qreal ratio) { return frame(n, ratio); }};
+    }
+    QList<Row> canvases;
+    for (const int unit : {1, 4, 6}) {
+        canvases << Row{QString("canvas %1").arg(unit), [unit](qreal ratio) { return canvas(unit, ratio); }};
     }
     const FromFile scene = [](const QString &path, qreal ratio) { return QList{iconPixmap(path, 460, ratio)}; };
     const std::tuple<QString, QList<Row>, int> sheets[] = {
@@ -156,7 +244,7 @@ bool drawSheets(const QDir &folder) {
         {"loops", files(":/loops", "*-1.svg", loop), 1},
         {"cursors", files(":/cursors", "target?.svg", cursor), 3},
         {"frames", frames, 1},
-        {"textures", files(":/textures", "*", texture), 1},
+        {"canvas", canvases, 1},
         {"scenes", files(":/scenes", "*.svg", scene), 3},
         {"application-icon", {{"lumora", sign}}, 1},
     };
@@ -181,8 +269,10 @@ int main(int argc, char **argv) {
     const QApplication application(argc, argv);
     lumora::applyTheme(*qApp);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() != 2 || !QDir().mkpath(arguments[1]) || !lumora::drawSheets(QDir(arguments[1]))) {
-        QTextStream(stderr) << "usage: lumora-sheet OUTFOLDER (a folder that can be written to)\n";
+    const bool made = arguments.size() >= 2 && QDir().mkpath(arguments[1]);
+    if (!made || !(arguments.size() > 2 ? lumora::drawLooks(QDir(arguments[1]), arguments.mid(2))
+                                        : lumora::drawSheets(QDir(arguments[1])))) {
+        QTextStream(stderr) << "usage: lumora-sheet OUTFOLDER [PHOTO...] (a folder that can be written to)\n";
         return 1;
     }
     return 0;

@@ -2,9 +2,6 @@
 
 #include "effects/PerspectiveBox.h"
 #include "effects/ReflectionBox.h"
-#include "imaging/Picture.h"
-#include "imaging/PictureFile.h"
-#include "imaging/Scale.h"
 #include "imaging/effects/BlackAndWhite.h"
 #include "imaging/effects/Blur.h"
 #include "imaging/effects/Brightness.h"
@@ -26,9 +23,7 @@
 #include "imaging/effects/Tile.h"
 #include "imaging/kernels/Convolution.h"
 
-#include <QFile>
 #include <algorithm>
-#include <mutex>
 
 namespace lumora {
 
@@ -36,25 +31,6 @@ namespace {
 
 using Values = EffectValues;
 using enum EffectGroup;
-
-/// The texture for a photo at 1/factor of its size; null when memory allocation fails.
-QImage picTexture(int factor) {
-    static std::mutex one; // several threads paint previews
-    static QImage picture;
-    const std::scoped_lock lock(one);
-    QFile file(":/textures/canvas.png");
-    if (picture.isNull() && file.open(QIODevice::ReadOnly)) {
-        picture = readPictureFromData(file.readAll()).picture;
-    }
-    return factor > 1 ? boxReduced(picture, factor) : picture;
-}
-
-Operation texture(const Values &fade, double /*unit*/) {
-    return [fade = fade[0]](const QImage &photo, PixelRect area) {
-        const QImage picture = picTexture(1);
-        return Operation(applyTexture, {readView(picture), fade})(photo, area);
-    };
-}
 
 Operation tile(const Values &count, double unit) {
     return {applyTile, {count[0], count[1], unit}};
@@ -111,7 +87,7 @@ const std::vector<Effect> &rows() {
          .advanced = {15, 15},
          .sliders = {{"sldSFX4_1", "lblMosaicWidth", 1, 100}, {"sldSFX4_2", "lblMosaicHeight", 1, 100}}},
         {.group = Special, .number = 5, .name = "SFX5", .icon = "tool10",
-         .operation = [](const Values &v, double unit) -> Operation { return {applyOilPainting, {qRound(v[0] * unit)}}; },
+         .operation = [](const Values &v, double unit) -> Operation { return {applyOilPainting, {v[0] * unit}}; },
          .basic = {6},
          .advanced = {3},
          .sliders = {{"sldSFX5", "lblOil", 1, 30}}},
@@ -121,7 +97,7 @@ const std::vector<Effect> &rows() {
          .advanced = {5},
          .sliders = {{"sldSFX6_1", "lblBlur", 1, 100}}},
         {.group = Special, .number = 7, .name = "SFX7", .icon = "tool10",
-         .operation = texture,
+         .operation = [](const Values &v, double unit) -> Operation { return {applyTexture, {unit, v[0]}}; },
          .basic = {0},
          .advanced = {50},
          .sliders = {{"sldSFX7", "lblTexture", 0, 100, true}}}, // its value is how far the texture is faded

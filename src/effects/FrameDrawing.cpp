@@ -5,6 +5,7 @@
 #include "imaging/effects/Blur.h"
 
 #include <QPainter>
+#include <algorithm>
 #include <utility>
 
 namespace lumora {
@@ -85,7 +86,7 @@ void FrameDrawing::giveBack(std::unique_ptr<QSvgRenderer> renderer) {
     m_idle.push_back(std::move(renderer));
 }
 
-QImage FrameDrawing::part(const QRectF &shown, QSize size) {
+QImage FrameDrawing::part(FrameLayers layers, const QRectF &shown, QSize size) {
     QImage part = newPicture(size.width(), size.height(), false);
     if (part.isNull() || !part.reinterpretAsFormat(QImage::Format_ARGB32_Premultiplied)) {
         return {};
@@ -95,7 +96,9 @@ QImage FrameDrawing::part(const QRectF &shown, QSize size) {
     {
         QPainter painter(&part);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-        for (const Layer &layer : m_layers) {
+        const int count = static_cast<int>(m_layers.size());
+        for (int number = layers.first; number < std::min(layers.end, count + 1); ++number) {
+            const Layer &layer = m_layers[std::size_t(number - 1)];
             painter.drawImage(placeOf(shadowed.translated(shadowOffset), shown, part.rect()), layer.shadow);
             drawLayer(*drawing, layer.name, painter, shown, part.rect());
         }

@@ -12,6 +12,12 @@
 
 namespace lumora {
 
+/// Which layers of a drawing, by their numbers; all of them unless said otherwise.
+struct FrameLayers {
+    int first = 1;
+    int end = 1000; ///< one after the last
+};
+
 /// A picture file of a frame around a square. Its groups "layer1" (the lowest), "layer2"... are stacked like sheets of
 /// paper, each with a soft shadow on the layers below it and on the photo.
 class FrameDrawing {
@@ -20,9 +26,9 @@ class FrameDrawing {
 
     explicit FrameDrawing(const QString &file);
 
-    /// Renders the part inside `shown` (units) at that size in pixels: straight alpha, transparent where nothing is
-    /// drawn. Returns a null picture when memory allocation fails. Thread-safe.
-    QImage part(const QRectF &shown, QSize size);
+    /// Renders the part inside `shown` (units; also beyond the edges) of some layers at that size in pixels: straight
+    /// alpha, transparent where nothing is drawn. Returns a null picture when memory allocation fails. Thread-safe.
+    QImage part(FrameLayers layers, const QRectF &shown, QSize size);
 
   private:
     struct Layer {

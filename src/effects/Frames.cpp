@@ -1,6 +1,5 @@
 #include "effects/Frames.h"
 
-#include "imaging/EffectEngine.h"
 #include "imaging/Scale.h"
 #include "imaging/transforms/FrameOverlay.h"
 #include "session/AppContext.h"
@@ -48,18 +47,12 @@ bool Frames::pick(const QString &key) {
     return false;
 }
 
-QImage Frames::inFrame(int n, const QImage &photo) {
-    EffectEngine PixTwix1;
-    PixTwix1.setPicture(photo);
-    return PixTwix1.apply({framed, m_artwork.picture(n, photo.size())}, false) ? PixTwix1.picture() : QImage();
-}
-
 bool Frames::fFramePicture(int n) {
     if (!isFrame(n) || m_ctx.photo.picCanvas().isNull()) {
         return true;
     }
     QImage picFrame1;
-    m_ctx.tasks.run([&] { picFrame1 = inFrame(n, m_ctx.photo.picThumb()); });
+    m_ctx.tasks.run([&] { picFrame1 = m_artwork.around(n, m_ctx.photo.picThumb()); });
     if (!m_ctx.photo.changePhoto(picFrame1)) {
         return false;
     }
@@ -72,7 +65,7 @@ QImage Frames::fFrameThumbnail(int n) {
     if (!isFrame(n) || photo.isNull()) {
         return {};
     }
-    const QImage picFrame1 = inFrame(n, photo);
+    const QImage picFrame1 = m_artwork.around(n, photo);
     QImage shown = icon(picFrame1.isNull() ? photo : picFrame1);
     m_FT5->setItemPicture(keyOf(n), QPixmap::fromImage(shown));
     return shown;

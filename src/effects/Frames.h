@@ -37,7 +37,6 @@ class Frames : public QObject {
     void CreateFrameThumbnails();
 
   private:
-    QImage inFrame(int n, const QImage &photo);
     void nextThumbnail();
 
     AppContext &m_ctx;

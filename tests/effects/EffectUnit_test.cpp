@@ -87,9 +87,6 @@ TEST(EffectUnit, AReducedPhotoShowsWhatThePhotoWillBe) {
     const QImage photo = photoOf(photos[0], 4000, 3000);
     const double unit = effectUnit(photo.size());
     for (const Effect &effect : effects(EffectGroup::Special)) {
-        if (effect.number == 7) {
-            continue;
-        }
         const QImage applied = with(effect, photo, unit);
         for (const int factor : {2, 4}) {
             const QImage reduced = with(effect, boxReduced(photo, factor), unit / factor);

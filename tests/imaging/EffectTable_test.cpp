@@ -55,10 +55,7 @@ const std::vector<Row> &rows() {
         {"mosaic", Plain, {applyMosaic, {10, 10}}},
         {"oil-painting", Plain, {applyOilPainting, {6}}},
         {"blur", Plain, {applyBlur, {6}}},
-        {"texture", KeepsAlpha,
-         [texture = photoLike(37, 23)](const QImage &picture, PixelRect area) {
-             return Operation(applyTexture, {readView(texture)})(picture, area);
-         }},
+        {"texture", KeepsAlpha, {applyTexture, {1, 0}}},
         {"tile", KeepsAlpha, {applyTile, {5, 5}}},
         {"colour-emboss", KeepsAlpha, {applyColourEmboss, {1}}},
         {"tracing", KeepsAlpha, {applyConvolution, {{1, 1, 1, 1, -7, 1, 1, 1, 1}}}},

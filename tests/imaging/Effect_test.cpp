@@ -27,13 +27,21 @@ using test::withAlphaOf;
 // The operations as anybody would write them down, one pixel at a time.
 
 QRgb sepia(QRgb pixel) {
-    const auto row = [&](double red, double green, double blue) {
-        const auto weight = [](double share) { return int(share * 32768 + 0.5); };
-        return std::min(
-            255,
-            (weight(red) * qRed(pixel) + weight(green) * qGreen(pixel) + weight(blue) * qBlue(pixel) + 16384) / 32768);
+    const int level = luma(pixel);
+    const auto channel = [&](double slope, double curve) {
+        const int factor = int(slope * 65536 + .5) + int(std::lround(curve * 65536 / 255)) * level;
+        return (level * factor + 32768) / 65536;
     };
-    return withAlphaOf(pixel, row(0.393, 0.769, 0.189), row(0.349, 0.686, 0.168), row(0.272, 0.534, 0.131));
+    return withAlphaOf(pixel, channel(1.2, -.2), channel(.87, .09), channel(.64, .18));
+}
+
+/// Up to the threshold and down again.
+int solarised(int level, int threshold) {
+    const int peak = std::max(threshold, 255 - threshold);
+    if (threshold == 255 || level < threshold) {
+        return (level * (peak * 256 / threshold) + 128) / 256;
+    }
+    return ((255 - level) * (peak * 256 / (255 - threshold)) + 128) / 256;
 }
 
 /// Contrast and saturation: the distance from a level grows by a percentage, in steps of a fraction.
@@ -67,7 +75,7 @@ const std::vector<PointEffect> &pointEffects() {
     const auto solarise = [](std::array<int, 3> asked, std::array<int, 3> used, bool above) {
         return PointEffect{"solarise", {applySolarise, {asked[0], asked[1], asked[2], above}}, [=](QRgb p) {
                                const auto channel = [&](int value, int threshold) {
-                                   return (value > threshold) == above ? 255 - value : value;
+                                   return above ? solarised(value, threshold) : 255 - solarised(value, threshold);
                                };
                                return withAlphaOf(p, channel(qRed(p), used[0]), channel(qGreen(p), used[1]),
                                                   channel(qBlue(p), used[2]));
@@ -110,6 +118,7 @@ const std::vector<PointEffect> &pointEffects() {
         invert(false, false, true),
         solarise({180, 180, 180}, {180, 180, 180}, true),
         solarise({0, 255, 90}, {0, 255, 90}, true),
+        solarise({1, 254, 128}, {1, 254, 128}, true),
         solarise({0, 255, 90}, {0, 255, 90}, false),
         solarise({INT_MIN, INT_MAX, 300}, {0, 255, 255}, true),
         colourise({255, 0, 0}, {255, 0, 0}),
@@ -183,6 +192,32 @@ TEST(Effect, largePicturesTakeTheWayPastTheCache) {
         engine.setPicture(picture);
         ASSERT_TRUE(engine.apply(effect.operation, false));
         EXPECT_EQ(firstDifference(engine.picture(), mappedSlowly(picture, effect)), QPoint(-1, -1)) << effect.name;
+    }
+}
+
+TEST(Effect, sepiaIsBrownAndBurnsNothingOut) {
+    QRgb before = 0;
+    for (int level = 0; level < 256; ++level) {
+        const QRgb tone = sepia(qRgb(level, level, level));
+        EXPECT_TRUE(qRed(tone) >= qGreen(tone) && qGreen(tone) >= qBlue(tone)) << level;
+        EXPECT_TRUE(level == 0 || (qRed(tone) > qRed(before) || qGreen(tone) > qGreen(before))) << level;
+        EXPECT_TRUE(level > 253 || qRed(tone) < 255) << level;
+        EXPECT_NEAR(luma(tone), level, 14) << level;
+        before = tone;
+    }
+}
+
+TEST(Effect, solariseTearsNothingApart) {
+    for (const int threshold : {0, 1, 60, 127, 128, 180, 254, 255}) {
+        const int peak = std::max(threshold, 255 - threshold);
+        EXPECT_EQ(solarised(threshold, threshold), peak);
+        for (int level = 0; level < 256; ++level) {
+            EXPECT_EQ(threshold != 0 || solarised(level, 0) == 255 - level, true) << level;
+            EXPECT_EQ(threshold != 255 || solarised(level, 255) == level, true) << level;
+            const int step = level == 0 ? 0 : solarised(level, threshold) - solarised(level - 1, threshold);
+            EXPECT_EQ(step == 0 || (step > 0) == (level <= threshold), true) << level << ' ' << threshold;
+            EXPECT_LE(std::abs(step), threshold == 1 || threshold == 254 ? 254 : 5) << level << ' ' << threshold;
+        }
     }
 }
 

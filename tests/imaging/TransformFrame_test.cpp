@@ -82,6 +82,23 @@ TEST(TransformFrame, aFrameIsStretchedToThePhoto) {
     }
 }
 
+TEST(TransformFrame, aPhotoIsPlacedInItsOwnSize) {
+    for (const bool transparent : {false, true}) {
+        const QImage photo = photoLike(90, 60, transparent);
+        const QRect place(7, 5, 70, 48);
+        const QImage result = placedPhoto(photo, place);
+        ASSERT_EQ(result.size(), photo.size());
+        ASSERT_EQ(result.format(), photo.format());
+        EXPECT_EQ(firstDifference(result.copy(place), scaled(photo, 70, 48)), QPoint(-1, -1));
+        for (const QPoint around : {QPoint(0, 0), QPoint(6, 20), QPoint(77, 20), QPoint(30, 4), QPoint(89, 53)}) {
+            EXPECT_EQ(result.pixel(around), transparent ? 0U : qRgb(0, 0, 0)) << around.x() << ' ' << around.y();
+        }
+        EXPECT_EQ(firstDifference(placedPhoto(photo, photo.rect()), photo), QPoint(-1, -1));
+        EXPECT_TRUE(placedPhoto(photo, QRect()).isNull());
+    }
+    EXPECT_TRUE(placedPhoto(QImage(), QRect(0, 0, 3, 3)).isNull());
+}
+
 TEST(TransformFrame, nothingToFrameIsRefused) {
     EXPECT_TRUE(framed(QImage(), wavyFrame(9, 9)).isNull());
     EXPECT_TRUE(framed(photoLike(9, 9), QImage()).isNull());

@@ -6,17 +6,21 @@
 namespace lumora {
 
 struct OilPainting {
-    int brush = 6; ///< the radius in pixels, 0 (nothing changes) to 100; clamped
+    double brush = 6; ///< the radius in pixels, 0 (nothing changes) to 1000; clamped
 };
 
-/// Every pixel becomes the mean (rounded, halves up) of those pixels of the square brush around it that belong to the
-/// most frequent class of intensity there; of equally frequent classes the darkest is used. There are 16 classes of
-/// luma (ITU-R BT.601). At the border the brush is clipped. The cost is nearly independent of the brush: column
-/// histograms move down, and their sum moves along the row (Perreault and Hebert, "Median Filtering in Constant Time",
-/// 2007). Pictures that are not opaque are painted with their colours multiplied by alpha. Source and target have equal
-/// size and contain area. Returns false and changes nothing when memory allocation fails (a transparent picture needs
-/// one more buffer of its size).
-bool applyOilPainting(const OilPainting &parameters, ConstPixelView source, PixelView target, PixelRect area,
+/// Paints the picture again with strokes that follow what is in it: an anisotropic Kuwahara filter (Kyprianidis, Kang
+/// and Doellner, "Image and Video Abstraction by Anisotropic Kuwahara Filtering", Computer Graphics Forum 28, 2009; the
+/// weights of the sectors as in Kyprianidis, Semmo, Kang and Doellner, "Anisotropic Kuwahara Filtering with Polynomial
+/// Weighting Functions", 2010). A pixel becomes the mean of what lies in eight sectors of an ellipse around it, of
+/// which those of even colour count most; the ellipse is twice the brush long where the picture has a clear direction.
+/// The traces of bristles run along the strokes, lit from the upper left.
+///
+/// A brush of 16 pixels or more paints a copy that is reduced by a power of two, which is then enlarged, so that a
+/// picture reduced beforehand, painted with a brush reduced likewise, looks the same. Pictures that are not opaque are
+/// painted with their colours multiplied by alpha. Source and target have equal size and contain area; an area is
+/// painted as it is in the whole picture. Throws std::bad_alloc when memory for the blocks is refused.
+void applyOilPainting(const OilPainting &parameters, ConstPixelView source, PixelView target, PixelRect area,
                       bool opaque);
 
 } // namespace lumora

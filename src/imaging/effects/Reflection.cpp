@@ -1,10 +1,13 @@
 #include "imaging/effects/Reflection.h"
 
+#include "imaging/kernels/PartOf.h"
 #include "imaging/kernels/PointOperation.h"
+#include "imaging/kernels/Premultiply.h"
+#include "imaging/kernels/ScratchPicture.h"
 #include "imaging/kernels/Shade.h"
+#include "imaging/transforms/Resample.h"
 
 #include <cmath>
-#include <iterator>
 #include <numbers>
 #include <vector>
 
@@ -19,24 +22,27 @@ struct MirrorRow {
     Shade shade = noShade;
 };
 
-/// The layout of a style. Columns from `mirror` on are the ones before it in reverse order.
+/// The layout of a style that keeps the photo's size. Columns from `mirror` on are the ones before it in reverse order.
 struct Layout {
     std::vector<MirrorRow> rows;
     int mirror;
-    std::vector<Shade> columnShades; ///< of all columns; empty: the row's shade is used
 };
 
 constexpr int shadesOfRow = 2048; // a multiple that fits in the L1 cache
-constexpr int nearest = 96; ///< the share of white at the mirror's edge, of 256; at the picture's border it is 256
 
-/// Fades to white with the distance from the mirror.
-Shade fadeAt(int distance, int depth) {
-    return shadeTowards(255, nearest + (256 - nearest) * (distance + 1) / depth);
-}
+constexpr double smaller = .78;      // of a side that a photo with its whole mirror image gets
+constexpr double free = .03;         // of a side: the white at the end opposite the mirror image
+constexpr double nearest = .45;      // the share of white where the mirror image begins; at its end it is 1
+constexpr double contact = .38;      // of the light that is lost at the mirror
+constexpr double contactDepth = .04; // of the mirror image's depth: where two thirds of that light are back
 
-/// The part of a length that stays when about two thirds, or half, of it do.
-int twoThirds(int length) {
-    return (2 * length + 2) / 3;
+/// The mirror image at `distance` pixels from the mirror, of `depth` altogether.
+Shade mirroredAt(int distance, int depth) {
+    const double far = (distance + .5) / depth;
+    const double white = std::min(1.0, nearest + (1 - nearest) * 1.1 * far);
+    const double light = 1 - contact * std::exp(-far / contactDepth) * (1 - far);
+    const auto share = [](double value) { return static_cast<Shade>(std::lround(256 * value)); };
+    return share((1 - white) * light) | share(white * light) * 255 << 16;
 }
 
 int half(int length) {
@@ -57,15 +63,6 @@ MirrorRow unchanged(int /*distance*/, MirrorRow row) {
     return row;
 }
 
-Layout tableLayout(int width, int height) {
-    const int line = twoThirds(height);
-    const auto fade = [&](int distance, MirrorRow row) {
-        row.shade = fadeAt(distance, height - line);
-        return row;
-    };
-    return {mirroredRows(height, line, fade), width, {}};
-}
-
 Layout waterLayout(int width, int height) {
     const int line = half(height);
     const auto wave = [&](int distance, MirrorRow row) {
@@ -75,20 +72,11 @@ Layout waterLayout(int width, int height) {
         row.shade = shadeTowards(24, 56 + int(40 * near));
         return row;
     };
-    return {mirroredRows(height, line, wave), width, {}};
-}
-
-Layout besideLayout(int width, int height) {
-    const int line = twoThirds(width);
-    Layout layout{mirroredRows(height, height, unchanged), line, {}};
-    for (int x = 0; x < width; ++x) {
-        layout.columnShades.push_back(x < line ? noShade : fadeAt(x - line, width - line));
-    }
-    return layout;
+    return {mirroredRows(height, line, wave), width};
 }
 
 Layout fourWaysLayout(int width, int height) {
-    return {mirroredRows(height, half(height), unchanged), half(width), {}};
+    return {mirroredRows(height, half(height), unchanged), half(width)};
 }
 
 /// A row of the source as distorted by the layout.
@@ -105,15 +93,7 @@ void bendRow(const std::uint32_t *from, std::uint32_t *line, int width, int mirr
     std::reverse_copy(line + 2 * mirror - width, line + mirror, line + mirror);
 }
 
-} // namespace
-
-bool applyReflection(const Reflection &parameters, ConstPixelView source, PixelView target, PixelRect area) {
-    Layout (*const layouts[])(int, int) = {tableLayout, waterLayout, besideLayout, fourWaysLayout};
-    const int style = parameters.style;
-    if (style < 1 || style > int(std::size(layouts))) {
-        return false;
-    }
-    const Layout layout = layouts[style - 1](source.width, source.height);
+void reflectInPlace(const Layout &layout, ConstPixelView source, PixelView target, PixelRect area) {
     const bool nonTemporal = leavesCache(area);
     forBands(area, [&](PixelRect band) {
         std::vector<std::uint32_t> line(std::size_t(source.width));
@@ -126,11 +106,6 @@ bool applyReflection(const Reflection &parameters, ConstPixelView source, PixelV
                 from = line.data();
             }
             auto *to = reinterpret_cast<std::uint32_t *>(target.row(y));
-            if (!layout.columnShades.empty()) {
-                shadePixels(from + band.left, to + band.left, layout.columnShades.data() + band.left, band.width(),
-                            nonTemporal);
-                continue;
-            }
             if (rowShades.front() != row.shade) {
                 std::ranges::fill(rowShades, row.shade);
             }
@@ -139,7 +114,95 @@ bool applyReflection(const Reflection &parameters, ConstPixelView source, PixelV
             }
         }
     });
+}
+
+/// The photo made smaller, on white. Its view is empty when memory is refused.
+ScratchPicture smallerPhoto(ConstPixelView source, int width, int height, bool opaque) {
+    ScratchPicture result(width, height);
+    const ScratchPicture weighted(opaque ? 0 : source.width, opaque ? 0 : source.height);
+    if (result.view().isEmpty() || (!opaque && weighted.view().isEmpty())) {
+        return {0, 0};
+    }
+    if (opaque) {
+        resample(source, result.view());
+        return result;
+    }
+    premultiply(source, weighted.view());
+    resample(readOnly(weighted.view()), result.view());
+    forBands(wholeOf(result.view()), [&](PixelRect band) {
+        for (int y = band.top; y < band.bottom; ++y) {
+            std::uint8_t *pixel = result.view().row(y);
+            for (int x = 0; x < width; ++x, pixel += 4) {
+                for (int c = 0; c < 3; ++c) {
+                    pixel[c] = static_cast<std::uint8_t>(std::min(pixel[c] + 255 - pixel[3], 255));
+                }
+                pixel[3] = 255;
+            }
+        }
+    });
+    return result;
+}
+
+/// The whole photo with its mirror image below it, or to the right of it.
+bool reflectWhole(bool below, ConstPixelView source, PixelView target, PixelRect area, bool opaque) {
+    const auto part = [](int length, double share) { return static_cast<int>(std::lround(length * share)); };
+    const int width = std::max(1, part(source.width, smaller));
+    const int height = std::max(1, part(source.height, smaller));
+    const int left = below ? (source.width - width) / 2 : std::min(part(source.width, free), source.width - width);
+    const int top = below ? std::min(part(source.height, free), source.height - height) : (source.height - height) / 2;
+    const int line = below ? top + height : left + width; // the first of the mirror image
+    const int depth = (below ? source.height : source.width) - line;
+    const int end = below ? left + width : source.width; // of the columns that are not white
+    const ScratchPicture scratch = smallerPhoto(source, width, height, opaque);
+    const PixelView photo = scratch.view();
+    if (photo.isEmpty()) {
+        return false;
+    }
+    std::vector<Shade> besideShades(std::size_t(end - left), noShade);
+    for (int x = line; !below && x < end; ++x) {
+        besideShades[std::size_t(x - left)] = mirroredAt(x - line, depth);
+    }
+    forBands(area, [&](PixelRect band) {
+        std::vector<std::uint32_t> row(std::size_t(source.width), 0xFFFFFFFFU);
+        std::vector<Shade> shades = besideShades;
+        for (int y = band.top; y < band.bottom; ++y) {
+            auto *to = reinterpret_cast<std::uint32_t *>(target.row(y));
+            const int from = below && y >= line ? 2 * line - 1 - y - top : y - top;
+            if (from < 0 || from >= height) {
+                std::fill(to + band.left, to + band.right, 0xFFFFFFFFU);
+                continue;
+            }
+            const auto *pixels = reinterpret_cast<const std::uint32_t *>(photo.row(from));
+            std::copy(pixels, pixels + width, row.data() + left);
+            if (!below) {
+                std::reverse_copy(pixels + width - (end - line), pixels + width, row.data() + line);
+            } else if (y >= line) {
+                std::ranges::fill(shades, mirroredAt(y - line, depth));
+            }
+            shadePixels(row.data() + left, row.data() + left, shades.data(), end - left, false);
+            std::copy(row.data() + band.left, row.data() + band.right, to + band.left);
+        }
+    });
     return true;
+}
+
+} // namespace
+
+bool applyReflection(const Reflection &parameters, ConstPixelView source, PixelView target, PixelRect area,
+                     bool opaque) {
+    switch (static_cast<ReflectionStyle>(parameters.style)) {
+    case ReflectionStyle::Table:
+        return reflectWhole(true, source, target, area, opaque);
+    case ReflectionStyle::Water:
+        reflectInPlace(waterLayout(source.width, source.height), source, target, area);
+        return true;
+    case ReflectionStyle::Beside:
+        return reflectWhole(false, source, target, area, opaque);
+    case ReflectionStyle::FourWays:
+        reflectInPlace(fourWaysLayout(source.width, source.height), source, target, area);
+        return true;
+    }
+    return false;
 }
 
 } // namespace lumora

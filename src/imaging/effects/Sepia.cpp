@@ -12,23 +12,23 @@
 HWY_BEFORE_NAMESPACE();
 namespace lumora::HWY_NAMESPACE {
 
-// The matrix times 2^15, rounded.
 struct SepiaOperation {
     PixelVector operator()(PixelVector pixels) const {
         const Pixels d;
+        const auto level = weighted(pixels);
         const auto alpha = hn::And(pixels, hn::Set(d, 0xFF000000U));
-        return hn::Or(hn::Or(alpha, channel(toBlue, pixels)),
-                      hn::Or(hn::ShiftLeft<8>(channel(toGreen, pixels)), hn::ShiftLeft<16>(channel(toRed, pixels))));
+        return hn::Or(hn::Or(alpha, channel(level, 41943, 46)), hn::Or(hn::ShiftLeft<8>(channel(level, 57016, 23)),
+                                                                       hn::ShiftLeft<16>(channel(level, 78643, -51))));
     }
 
-    static PixelVector channel(const WeightedSum &sum, PixelVector pixels) {
-        const hn::ScalableTag<std::int32_t> d32;
-        return hn::BitCast(Pixels(), hn::Min(sum(pixels), hn::Set(d32, 255)));
+    /// level * (slope + curve * level), in 65536ths.
+    template <typename V> static PixelVector channel(V level, int slope, int curve) {
+        const hn::ScalableTag<std::int32_t> d;
+        const auto factor = hn::Add(hn::Set(d, slope), hn::Mul(level, hn::Set(d, curve)));
+        return hn::BitCast(Pixels(), hn::ShiftRight<16>(hn::Add(hn::Mul(level, factor), hn::Set(d, 1 << 15))));
     }
 
-    WeightedSum toRed{6193, 25199, 12878};
-    WeightedSum toGreen{5505, 22479, 11436};
-    WeightedSum toBlue{4293, 17498, 8913};
+    WeightedSum weighted = luma();
 };
 
 void sepiaRows(const Sepia & /*parameters*/, ConstPixelView source, PixelView target, PixelRect area,

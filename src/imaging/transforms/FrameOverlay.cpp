@@ -7,6 +7,7 @@
 #include "imaging/transforms/Over.h"
 #include "imaging/transforms/Resample.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -120,6 +121,33 @@ QImage framed(const QImage &photo, const QImage &frame) {
     } catch (const std::bad_alloc &) { // also from a worker: the loop hands it on
         return {};
     }
+    return result;
+}
+
+QImage placedPhoto(const QImage &photo, const QRect &place) {
+    if (photo.isNull() || place == photo.rect()) {
+        return photo;
+    }
+    const QImage smaller = place.isEmpty() ? QImage() : scaled(photo, place.width(), place.height());
+    const ConstPixelView from = readView(smaller);
+    QImage result = newPicture(photo.width(), photo.height(), photo.format() == QImage::Format_RGB32);
+    const PixelView to = writeView(result);
+    if (from.isEmpty() || to.isEmpty()) {
+        return {};
+    }
+    const std::uint32_t around = photo.format() == QImage::Format_RGB32 ? 0xFF000000U : 0;
+    forRowBands(to.height, to.width, [&](int first, int end) {
+        for (int y = first; y < end; ++y) {
+            auto *row = reinterpret_cast<std::uint32_t *>(to.row(y));
+            if (y < place.top() || y > place.bottom()) {
+                std::fill_n(row, to.width, around);
+                continue;
+            }
+            std::fill_n(row, place.left(), around);
+            std::memcpy(row + place.left(), from.row(y - place.top()), std::size_t(place.width()) * 4);
+            std::fill(row + place.right() + 1, row + to.width, around);
+        }
+    });
     return result;
 }
 
