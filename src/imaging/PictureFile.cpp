@@ -275,6 +275,7 @@ PictureError errorOf(ReplaceFailure::Kind kind) {
 
 // Opens regular files only: a pipe or a device could block.
 std::optional<QString> openForReading(QFile &file, const QString &path) {
+    file.setFileName(path); // for the format that is known by its extension
     const int descriptor = ::open(fileNameBytes(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) {
         return qt_error_string(errno);
@@ -342,8 +343,8 @@ PictureRead readThumbnail(const QString &path, int longerSide) {
 }
 
 PictureRead readFitted(const QString &path, QSize room) {
-    WatchedFile file(path);
-    if (const auto failure = openForReading(file)) {
+    WatchedFile file;
+    if (const auto failure = openForReading(file, path)) {
         return refusedRead(PictureError::NotFound, *failure);
     }
     const PictureRead read = readSmallFrom(

@@ -526,7 +526,7 @@ class Painter {
 
     BlockPicture smoothed(ConstPixelView picture) const {
         BlockPicture result(picture.width, picture.height);
-        if (!applyBlur({m_plan.smoothing}, picture, result.view(), wholeOf(picture), true)) {
+        if (!applyBlur({double(m_plan.smoothing)}, picture, result.view(), wholeOf(picture), true)) {
             throw std::bad_alloc();
         }
         return result;
