@@ -106,11 +106,15 @@ struct Part {
     bool across;
 };
 
-/// Lays `from` of a picture over its place in the frame. Straight alpha.
-void lay(const QImage &picture, const QRect &from, const PixelView &frame, QPoint at) {
+/// Lays `from` of a picture over its place in the frame, or copies it where the frame is empty. Straight alpha.
+void lay(const QImage &picture, const QRect &from, const PixelView &frame, QPoint at, bool empty) {
     for (int y = 0; y < from.height(); ++y) {
         const uchar *over = picture.constScanLine(from.y() + y) + std::ptrdiff_t(4) * from.x();
         std::uint8_t *to = frame.row(at.y() + y) + std::ptrdiff_t(4) * at.x();
+        if (empty) {
+            std::memcpy(to, over, std::size_t(from.width()) * 4);
+            continue;
+        }
         for (const uchar *end = over + std::ptrdiff_t(4) * from.width(); over < end; over += 4, to += 4) {
             if (over[3] == 255 || to[3] == 0) {
                 std::memcpy(to, over, 4);
@@ -127,7 +131,7 @@ void lay(const QImage &picture, const QRect &from, const PixelView &frame, QPoin
 }
 
 /// Fills a side with the pattern, a whole number of times. Returns false when memory allocation fails.
-bool repeat(const QImage &pattern, const Part &part, const PixelView &frame) {
+bool repeat(const QImage &pattern, const Part &part, const PixelView &frame, bool empty) {
     const int natural = part.across ? pattern.width() : pattern.height();
     const int times = std::max(1, static_cast<int>(std::lround(static_cast<double>(part.sideLength) / natural)));
     const auto edge = [&](int n) { return static_cast<int>(std::int64_t(part.sideLength) * n / times); };
@@ -141,7 +145,7 @@ bool repeat(const QImage &pattern, const Part &part, const PixelView &frame) {
                 return false;
             }
         }
-        lay(fitted, fitted.rect(), frame, part.sideAt + (part.across ? QPoint(edge(i), 0) : QPoint(0, edge(i))));
+        lay(fitted, fitted.rect(), frame, part.sideAt + (part.across ? QPoint(edge(i), 0) : QPoint(0, edge(i))), empty);
     }
     return true;
 }
@@ -270,8 +274,9 @@ bool draw(FrameDrawing &drawing, FrameLayers layers, const Part &part, const Pix
     if (picture.isNull()) {
         return false;
     }
-    lay(picture, part.corner, frame, part.cornerAt);
-    return part.pattern.isEmpty() || repeat(picture.copy(part.pattern), part, frame);
+    const bool empty = layers.first == 1;
+    lay(picture, part.corner, frame, part.cornerAt, empty);
+    return part.pattern.isEmpty() || repeat(picture.copy(part.pattern), part, frame, empty);
 }
 
 /// Draws some layers over what the frame has. Returns false when memory allocation fails.
