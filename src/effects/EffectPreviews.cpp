@@ -6,32 +6,37 @@
 #include "session/AppContext.h"
 #include "widgets/FloatingToolbar.h"
 
+#include <algorithm>
+
 namespace lumora {
 
 namespace {
 
-constexpr int longerSide = 240; // pixels of picSFX: tiles and brushes of ten pixels still show the photo
-constexpr int detailSide = 155; // for effects on single pixels, which show as much then as on the photo
+constexpr int longerSide = 190; // pixels of picSFX, see Effect::iconCopy
+
+QSize fittedSize(const QSize &size, int side) {
+    return size.scaled(side, side, Qt::KeepAspectRatio).expandedTo({1, 1});
+}
 
 /// A picture made smaller to fit a square of that many pixels.
 QImage fitted(const QImage &picture, int side) {
-    const QSize size = picture.size().scaled(side, side, Qt::KeepAspectRatio).expandedTo({1, 1});
+    const QSize size = fittedSize(picture.size(), side);
     return scaled(picture, size.width(), size.height());
 }
 
-/// The picture with the effect applied, for the item of that key; the icon stays when the engine fails. `detail`:
-/// the effect is one on single pixels.
-void makePicture(FloatingToolbar *bar, const QString &key, const QImage &source, const Operation &operation,
-                 bool detail) {
-    const PictureButton *item = bar->item(key);
+/// The picture with the effect applied, for the effect's item; the icon stays when the engine fails. `source`: a copy
+/// of the photo, which has that size.
+void makePicture(FloatingToolbar *bar, const Effect &effect, const QImage &source, const QSize &photo) {
+    const PictureButton *item = bar->item(effect.key());
     if (item == nullptr) {
         return;
     }
     const int side = qRound(item->pictureSize().width() * item->devicePixelRatioF());
     EffectEngine engine;
-    engine.setPicture(detail ? fitted(source, detailSide) : source);
-    if (engine.apply(operation, false)) {
-        bar->setItemPicture(key, QPixmap::fromImage(fitted(engine.picture(), side)));
+    engine.setPicture(fitted(source, std::min(effect.iconCopy, longerSide)));
+    if (engine.apply(operationOf(effect, false, effect.basic, 1), false)) {
+        const QSize size = fittedSize(photo, side);
+        bar->setItemPicture(effect.key(), QPixmap::fromImage(scaled(engine.picture(), size.width(), size.height())));
     }
 }
 
@@ -69,10 +74,7 @@ void EffectPreviews::SetupFoto4FX() {
 
 void EffectPreviews::add(EffectGroup group, FloatingToolbar *bar) {
     for (const Effect &effect : effects(group)) {
-        m_jobs.push_back([this, &effect, bar] {
-            makePicture(bar, effect.key(), picSFX, operationOf(effect, false, effect.basic, 1),
-                        effect.looksAtNeighbours);
-        });
+        m_jobs.push_back([this, &effect, bar] { makePicture(bar, effect, picSFX, m_ctx.photo.picCanvas().size()); });
     }
 }
 

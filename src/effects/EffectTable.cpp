@@ -80,6 +80,7 @@ const std::vector<Effect> &rows() {
          .operation = [](const Values &, double unit) -> Operation { return {applyHighPassSharpen, {0, unit}}; },
          .sentence = "lblSharpen",
          .advancedOperation = [](const Values &, double unit) -> Operation { return {applySharpen, {unit}}; },
+         .iconCopy = 155,
          .looksAtNeighbours = true},
         {.group = Special, .number = 4, .name = "SFX4", .icon = "tool10",
          .operation = [](const Values &v, double unit) -> Operation { return {applyMosaic, {v[0] * unit, v[1] * unit}}; },
@@ -100,7 +101,8 @@ const std::vector<Effect> &rows() {
          .operation = [](const Values &v, double unit) -> Operation { return {applyTexture, {unit, v[0]}}; },
          .basic = {0},
          .advanced = {50},
-         .sliders = {{"sldSFX7", "lblTexture", 0, 100, true}}}, // its value is how far the texture is faded
+         .sliders = {{"sldSFX7", "lblTexture", 0, 100, true}}, // its value is how far the texture is faded
+         .iconCopy = 96},
         {.group = Special, .number = 8, .name = "SFX8", .icon = "tool10",
          .operation = tile,
          .basic = {5, 5},
@@ -113,10 +115,12 @@ const std::vector<Effect> &rows() {
         {.group = Special, .number = 9, .name = "SFX9", .icon = "tool10",
          .operation = [](const Values &, double unit) -> Operation { return {applyColourEmboss, {1, unit}}; },
          .sentence = "lbl3x3", // "No settings" is shown here, not in the box of the 3 x 3 kernel
+         .iconCopy = 155,
          .looksAtNeighbours = true},
         {.group = Special, .number = 10, .name = "SFX10", .icon = "tool10",
          .operation = tracing,
          .sentence = "lblColourEmboss",
+         .iconCopy = 155,
          .looksAtNeighbours = true},
         {.group = Special, .number = 11, .name = "SFX11", .icon = "tool10",
          .operation = [](const Values &v, double) -> Operation { return {applyPerspective, {v[0], v[1], v[2], v[3], true}}; },

@@ -53,6 +53,9 @@ struct Effect {
     const char *panelCaption = nullptr;                                     ///< English, where it differs on the panel
     Make advancedOperation = nullptr; ///< where the settings box applies another operation; not through a lasso
 
+    /// The longer side, in pixels, of the copy of the photo that its icon is made from: with fewer of them the icon
+    /// shows more of it. Such that the icon changes as much as a photo that is seen as a whole.
+    int iconCopy = 190;
     bool looksAtNeighbours = false; ///< its effect on single units is not visible on a picture of coarser pixels
     bool noZeros = false;           ///< a value of 0 cancels it before it starts
     bool wholePhoto = false;        ///< always changes the whole photo and only hides the selection
@@ -69,7 +72,8 @@ const Effect *findEffect(EffectGroup group, int number);
 const Effect *findEffect(EffectGroup group, const QString &key);
 
 /// The unit of length of effects on a picture of that size, in pixels: 1 up to a longer side of 500 pixels, and
-/// growing with it. So an effect changes a photo of any size, seen as a whole on the screen, as much as its icon shows. For a part or a reduced copy of a photo the unit is that of the whole photo, divided by the reduction.
+/// growing with it. So an effect changes a photo of any size, seen as a whole on the screen, as much as its icon shows.
+/// For a part or a reduced copy of a photo the unit is that of the whole photo, divided by the reduction.
 double effectUnit(const QSize &photo);
 
 /// What the effect runs on a picture with such a unit. `advanced`: the operation of its settings box.

@@ -41,25 +41,19 @@ constexpr int jpegSide = 65500; // libjpeg's own limit
 
 constexpr Writer writers[] = {
     {" jpg jpeg jpe ", jpegSide, nullptr, writeJpeg}, {" png ", anySide, nullptr, writePng},
-    {" tif tiff ", anySide, nullptr, writeTiff},  {" bmp ", anySide, writeBmp, nullptr},
-    {" gif ", sixteenBits, writeGif, nullptr},    {" tga ", sixteenBits, writeTga, nullptr},
+    {" tif tiff ", anySide, nullptr, writeTiff},      {" bmp ", anySide, writeBmp, nullptr},
+    {" gif ", sixteenBits, writeGif, nullptr},        {" tga ", sixteenBits, writeTga, nullptr},
 };
 
 bool hasExtension(const char *extensions, const QString &path) {
     return QLatin1String(extensions).contains(QLatin1Char(' ') + QFileInfo(path).suffix().toLower() + QLatin1Char(' '));
 }
 
-/// Empty when the bytes come from no file.
-QString fileName(const Source &source) {
-    const auto *const file = qobject_cast<const QFileDevice *>(&source.device());
-    return file == nullptr ? QString() : file->fileName();
-}
-
 const Format *formatOf(Source &source) {
     constexpr int headBytes = 4096;
     const QByteArray head = source.bytes(0, headBytes);
     for (const Format &format : formats) {
-        if (format.matches(head) && (!format.byExtension || hasExtension(format.extensions, fileName(source)))) {
+        if (format.matches(head) && (!format.byExtension || hasExtension(format.extensions, source.name()))) {
             return &format;
         }
     }
@@ -149,9 +143,9 @@ template <typename Step> PictureRead withinMemory(Step step) {
     }
 }
 
-PictureRead readFrom(QIODevice &device) {
-    return withinMemory([&device] {
-        Source source(device);
+PictureRead readFrom(QIODevice &device, const QString &name = {}) {
+    return withinMemory([&] {
+        Source source(device, name);
         const Found found = find(source);
         if (found.header.error != PictureError::None) {
             return refusedRead(found.header.error, found.header.reason);
@@ -195,9 +189,9 @@ QSize uprightSize(const FileHeader &header) {
 // Decodes the picture with at least the longer side of `target(upright size)`, or whole where the format knows no
 // shorter way, and has `finish(picture, target)` make the result of it.
 template <typename Target, typename Finish>
-PictureRead readSmallFrom(QIODevice &device, Target targetOf, Finish finish) {
+PictureRead readSmallFrom(QIODevice &device, const QString &name, Target targetOf, Finish finish) {
     return withinMemory([&] {
-        Source source(device);
+        Source source(device, name);
         const Found found = find(source);
         const FileHeader &header = found.header;
         if (header.error != PictureError::None) {
@@ -275,7 +269,6 @@ PictureError errorOf(ReplaceFailure::Kind kind) {
 
 // Opens regular files only: a pipe or a device could block.
 std::optional<QString> openForReading(QFile &file, const QString &path) {
-    file.setFileName(path); // for the format that is known by its extension
     const int descriptor = ::open(fileNameBytes(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) {
         return qt_error_string(errno);
@@ -311,7 +304,7 @@ PictureHeader readPictureHeader(const QString &path) {
         result.reason = *failure;
         return result;
     }
-    Source source(file);
+    Source source(file, path);
     const Found found = find(source);
     result.format = found.format ? QLatin1String(found.format->name) : QString();
     result.error = found.header.error;
@@ -327,7 +320,7 @@ PictureRead readPicture(const QString &path) {
     if (const auto failure = openForReading(file, path)) {
         return refusedRead(PictureError::NotFound, *failure);
     }
-    const PictureRead read = readFrom(file);
+    const PictureRead read = readFrom(file, path);
     return TaskControl::isCurrentCancelled() ? refusedRead(PictureError::Cancelled, QStringLiteral("stopped")) : read;
 }
 
@@ -338,7 +331,7 @@ PictureRead readThumbnail(const QString &path, int longerSide) {
     }
     const int side = std::clamp(longerSide, 1, 2000);
     return readSmallFrom(
-        file, [side](QSize) { return QSize(side, side); },
+        file, path, [side](QSize) { return QSize(side, side); },
         [side](const QImage &picture, QSize) { return reducedTo(picture, side); });
 }
 
@@ -348,7 +341,7 @@ PictureRead readFitted(const QString &path, QSize room) {
         return refusedRead(PictureError::NotFound, *failure);
     }
     const PictureRead read = readSmallFrom(
-        file, [room](QSize upright) { return fittedSize(upright, room.expandedTo(QSize(1, 1))); },
+        file, path, [room](QSize upright) { return fittedSize(upright, room.expandedTo(QSize(1, 1))); },
         [](const QImage &picture, QSize target) { return scaled(picture, target.width(), target.height()); });
     return TaskControl::isCurrentCancelled() ? refusedRead(PictureError::Cancelled, QStringLiteral("stopped")) : read;
 }

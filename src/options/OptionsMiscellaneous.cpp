@@ -18,7 +18,6 @@ namespace lumora {
 OptionsMiscellaneous::OptionsMiscellaneous(AppContext &ctx, QWidget *parent)
     : OptionsPage("lblMiscellaneous", parent), m_ctx(ctx), chkPrivate(tickBox("chkPrivate", "save")) {
     addMail();
-    addSheet()->addWidget(chkPrivate);
     addWarnings();
     column()->addStretch(1);
 }
@@ -74,6 +73,7 @@ void OptionsMiscellaneous::editServer() {
 
 void OptionsMiscellaneous::addWarnings() {
     QVBoxLayout *sheet = addSheet();
+    sheet->addWidget(chkPrivate);
     chkWelcome = tickBox("chkWelcome", "hand");
     chkWelcome->setEnabled(false); // shows the setting; the bubble itself switches it off, the button below on
     auto *cmdReset = new PictureButton("options-miscellaneous", PictureButton::CaptionPlace::Beside, this);

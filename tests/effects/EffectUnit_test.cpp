@@ -12,9 +12,7 @@
 namespace lumora {
 namespace {
 
-constexpr int iconSide = 96;      // pixels, as in the floating bars
-constexpr int iconCopySide = 240; // what the icons are made from
-constexpr int detailCopySide = 155;
+constexpr int iconSide = 96;   // pixels, as in the floating bars
 constexpr int tableSide = 900; // how wide a photo is that fits a window
 
 QImage fitted(const QImage &picture, int side) {
@@ -71,8 +69,7 @@ TEST(EffectUnit, ThePhotoChangesAsItsIconDoes) {
             const QImage shown = fitted(photo, tableSide);
             for (const char *key : effectsInUnits) {
                 const Effect &effect = *findEffect(EffectGroup::Special, QString("key") + key);
-                const int copySide = effect.looksAtNeighbours ? detailCopySide : iconCopySide;
-                const QImage copy = fitted(photo, copySide);
+                const QImage copy = fitted(photo, effect.iconCopy);
                 const QImage icon = fitted(copy, iconSide);
                 const QImage onIcon = fitted(with(effect, copy, 1), iconSide);
                 const QImage onPhoto = fitted(with(effect, photo, effectUnit(photo.size())), tableSide);

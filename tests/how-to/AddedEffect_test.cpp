@@ -88,7 +88,7 @@ TEST_F(AddedEffect, HasAnItemWithItsNameAndAPreview) {
     EXPECT_EQ(item->text(), "Posterise");
     ASSERT_TRUE(QTest::qWaitFor([&] { return !item->picture().isNull(); }));
     EffectEngine engine;
-    engine.setPicture(scaled(photo, 240, 150)); // what all previews are made from
+    engine.setPicture(scaled(photo, 190, 118)); // what most previews are made from
     ASSERT_TRUE(engine.apply({applyPosterise, {3}}, false));
     const QImage preview = item->picture().toImage();
     const QImage expected = scaled(engine.picture(), preview.width(), preview.height());

@@ -4,13 +4,19 @@
 
 #include <QByteArray>
 #include <QIODevice>
+#include <QString>
+#include <utility>
 
 namespace lumora {
 
 class Source {
   public:
     /// The device must be open for reading and seekable, and outlive the source.
-    explicit Source(QIODevice &device) : m_device(device), m_size(device.size()) {}
+    /// `name`: of the file, empty when the bytes come from none.
+    explicit Source(QIODevice &device, QString name = {})
+        : m_device(device), m_name(std::move(name)), m_size(device.size()) {}
+
+    const QString &name() const { return m_name; }
 
     qint64 size() const { return m_size; }
     QIODevice &device() const { return m_device; }
@@ -23,6 +29,7 @@ class Source {
 
   private:
     QIODevice &m_device;
+    QString m_name;
     qint64 m_size;
 };
 
