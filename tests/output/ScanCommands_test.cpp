@@ -139,6 +139,7 @@ TEST_F(ScanCommandsTest, aScanBecomesThePhotoAndTheOneBeforeIsOneStepAway) {
             EXPECT_FALSE(at->find<QWidget>("picScan")->isVisible());
             EXPECT_TRUE(context.photo.PhotoLoaded());
             EXPECT_TRUE(context.photo.PhotoModified());
+            EXPECT_TRUE(context.photo.metadata().made.isValid());
             EXPECT_EQ(context.photo.picCanvas().size(), QSize(393, 393)); // all of the glass, 50 dots to the inch
             EXPECT_EQ(context.photo.history().undoSteps(), first ? 0 : steps + 1);
             if (hadPhoto) {

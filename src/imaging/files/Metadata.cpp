@@ -45,7 +45,7 @@ struct PngText {
     bool utf8 = false;
 };
 
-// PNG specification, 11.3.3: tEXt, zTXt and iTXt begin with a keyword that ends with a zero.
+// PNG standard (W3C), 11.3.3: tEXt, zTXt and iTXt begin with a keyword that ends with a zero.
 PngText textOf(const QByteArray &type, const QByteArray &data) {
     PngText text;
     const qsizetype end = data.indexOf('\0');
@@ -182,7 +182,7 @@ PictureMetadata readMetadata(Source &source) {
     return {};
 }
 
-// Adobe Photoshop File Formats Specification, "Image Resource Blocks": signature, number, name of even length with its
+// Adobe, "Photoshop File Formats", "Image Resource Blocks": signature, number, name of even length with its
 // length in front, size, data of even length.
 QByteArray iptcInResources(const QByteArray &resources) {
     qsizetype at = 0;

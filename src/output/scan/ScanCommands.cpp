@@ -9,6 +9,7 @@
 #include "session/PlainWords.h"
 #include "widgets/Theme.h"
 
+#include <QDateTime>
 #include <QPointer>
 #include <QScopeGuard>
 
@@ -40,6 +41,22 @@ class Locked {
   private:
     QList<QPointer<QWidget>> m_controls;
 };
+
+/// Now, and the resolution where it was chosen.
+PictureMetadata metadataOf(const QList<ScanValue> &settings) {
+    PictureMetadata metadata;
+    metadata.made = QDateTime::currentDateTime();
+    for (const ScanValue &setting : settings) {
+        const bool both = setting.name == "resolution";
+        if (both || setting.name == "x-resolution") {
+            metadata.dotsPerInchX = setting.value.toDouble();
+        }
+        if (both || setting.name == "y-resolution") {
+            metadata.dotsPerInchY = setting.value.toDouble();
+        }
+    }
+    return metadata;
+}
 
 } // namespace
 
@@ -145,16 +162,16 @@ void ScanCommands::acquire(const ScanRequest &request) {
         return; // the user stopped it
     }
     if (result.status == ScanStatus::Good) {
-        take(result);
+        take(result, request.values);
     } else {
         Q_EMIT failed(plainWords(m_ctx.texts, result.status));
     }
 }
 
-void ScanCommands::take(const ScanResult &result) {
+void ScanCommands::take(const ScanResult &result, const QList<ScanValue> &settings) {
     Q_EMIT canvasWanted();
-    const PictureError error =
-        m_ctx.photo.openPicture({result.picture, PictureError::None, {}}, PhotoDocument::OpenRoute::Scan);
+    const PictureError error = m_ctx.photo.openPicture({result.picture, PictureError::None, {}, metadataOf(settings)},
+                                                       PhotoDocument::OpenRoute::Scan);
     if (error != PictureError::None) {
         Q_EMIT failed(plainWords(m_ctx.texts, error));
         return;

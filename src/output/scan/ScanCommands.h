@@ -60,7 +60,7 @@ class ScanCommands : public QObject {
   private:
     QString chosenDevice() const;
     void acquire(const ScanRequest &request);
-    void take(const ScanResult &result);
+    void take(const ScanResult &result, const QList<ScanValue> &settings);
 
     AppContext &m_ctx;
     DeviceLists &m_devices;
