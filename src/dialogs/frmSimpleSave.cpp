@@ -37,7 +37,7 @@ constexpr TypeRow types[] = {
 constexpr int typeCount = std::size(types);
 constexpr int jpeg = 1;
 constexpr int pdf = typeCount - 1; // of a page that is printed into a file; no type of photos
-constexpr int longestName = 251; // bytes: file systems take 255 with the extension
+constexpr int longestName = 251;   // bytes: file systems take 255 with the extension
 
 /// A sheet of paper with the extension on it in the type's colour.
 QPixmap typeBadge(const TypeRow &type, int size, qreal devicePixelRatio) {

@@ -48,8 +48,8 @@ TEST_F(frmSimpleOpenTest, ListsThePhotosOfTheFolderAndNothingElse) {
     }
     QDir().mkpath(photos() + "/folder.jpg");
     open([&](QWidget &window) {
-        EXPECT_EQ(names(window), (QStringList{".hidden.jpg", "Cat.png", "dog.bmp", "film.jpeg", "paint.tga", "phone.HEIC",
-                                              "photo2.JPG", "photo10.jpg", "scan.tif", "tree.GIF"}));
+        EXPECT_EQ(names(window), (QStringList{".hidden.jpg", "Cat.png", "dog.bmp", "film.jpeg", "paint.tga",
+                                              "phone.HEIC", "photo2.JPG", "photo10.jpg", "scan.tif", "tree.GIF"}));
         EXPECT_EQ(text(window, "txtPath"), photos());
         EXPECT_EQ(control<QLabel>(window, "lblCaption")->text(), "Open - " + photos());
     });

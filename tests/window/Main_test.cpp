@@ -25,7 +25,7 @@ namespace {
 
 /// Controls of the tool panels, which come with their tools.
 const QStringList notBuiltYet = {
-    "optStretched", "optTiled",    "optSharpen1", "optSharpen2",  "optSharpen3",
+    "optStretched", "optTiled", "optSharpen1", "optSharpen2", "optSharpen3",
 };
 
 class Main : public test::Shell {

@@ -6,7 +6,7 @@
 namespace lumora {
 
 struct ColourEmboss {
-    int depth = 1; ///< -10 (lit from the lower right) to 10 (from the upper left), 0 changes nothing; clamped
+    int depth = 1;   ///< -10 (lit from the lower right) to 10 (from the upper left), 0 changes nothing; clamped
     double unit = 1; ///< pixels, see Convolution.h
 };
 

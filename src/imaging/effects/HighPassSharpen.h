@@ -7,7 +7,7 @@ namespace lumora {
 
 struct HighPassSharpen {
     int strength = 0; ///< 0 to 100, clamped
-    double unit = 1; ///< pixels, see Convolution.h
+    double unit = 1;  ///< pixels, see Convolution.h
 };
 
 /// An unsharp mask: the picture plus (2 + strength / 32) times its detail, the difference to its mean with the weights

@@ -14,9 +14,9 @@ struct JpegMarkers {
     bool arithmetic = false;
     bool progressive = false;
     bool decodable = true; ///< false for lossless, hierarchical and more than 8 bits, which libjpeg cannot decode
-    QByteArray exif;      ///< the first EXIF segment, empty without one
-    QByteArray xmp;       ///< the XMP packet, empty without one
-    QByteArray resources; ///< of Photoshop, which hold the IPTC records
+    QByteArray exif;       ///< the first EXIF segment, empty without one
+    QByteArray xmp;        ///< the XMP packet, empty without one
+    QByteArray resources;  ///< of Photoshop, which hold the IPTC records
     QByteArray comment;
     double dotsPerInchX = 0; ///< by the JFIF segment, 0 where it does not say
     double dotsPerInchY = 0;

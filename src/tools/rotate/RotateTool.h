@@ -23,9 +23,8 @@ class RotateTool : public EditorTool {
     /// rotation; any other key does nothing.
     bool open(const QString &key) override;
     bool excludesOthers() const override { return FreeRotateActive(); }
-    /// Rotate by 90 degrees anti-clockwise, flip vertically, rotate by 90 degrees clockwise, mirror left to right: each one
-    /// undo step. When
-    /// the engine fails, the photo keeps its pixels. Does nothing without a photo.
+    /// Rotate by 90 degrees anti-clockwise, flip vertically, rotate by 90 degrees clockwise, mirror left to right: each
+    /// one undo step. When the engine fails, the photo keeps its pixels. Does nothing without a photo.
     void RotatePic90();
     void RotatePic180();
     void RotatePic270();
