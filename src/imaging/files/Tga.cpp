@@ -6,6 +6,7 @@
 
 #include <QtEndian>
 #include <array>
+#include <cstring>
 #include <optional>
 #include <vector>
 
@@ -152,7 +153,7 @@ class Pixels {
         if (m_buffer.size() - m_taken < count) {
             return false;
         }
-        std::copy_n(m_buffer.constData() + m_taken, count, to);
+        std::memcpy(to, m_buffer.constData() + m_taken, static_cast<std::size_t>(count));
         m_taken += count;
         return true;
     }
