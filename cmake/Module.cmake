@@ -28,6 +28,50 @@ function(lumora_precompiled target kind)
   target_precompile_headers(${target} REUSE_FROM lumora_precompiled_${kind})
 endfunction()
 
+# With LUMORA_TOGETHER the files of a folder are compiled as one, since reading Qt's headers takes longer than compiling
+# what a file adds; so a private name must be the only one of its kind in its folder. The release and the style check
+# compile each file by itself.
+option(LUMORA_TOGETHER "Compile the files of a folder together" OFF)
+function(lumora_compile_together target)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ${LUMORA_TOGETHER} UNITY_BUILD_MODE GROUP)
+  foreach(source ${ARGN})
+    get_filename_component(folder ${source} DIRECTORY)
+    file(RELATIVE_PATH folder ${CMAKE_SOURCE_DIR} ${folder})
+    string(MAKE_C_IDENTIFIER ${folder} folder)
+    if(NOT source MATCHES "Table.cpp$") # a test replaces a table with a copy that has more rows
+      set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${folder})
+    endif()
+  endforeach()
+endfunction()
+
+# The kernels of a folder in the same way: each version of them (HWY_TARGET_INCLUDE) reads Highway's header once for all of
+# them, which takes longer than compiling one. OPTIONS are the compiler's options of the folder's files.
+function(lumora_compile_kernels_together target)
+  if(NOT LUMORA_TOGETHER)
+    return()
+  endif()
+  foreach(source ${ARGN})
+    file(STRINGS ${source} kernel REGEX "^#define HWY_TARGET_INCLUDE")
+    get_source_file_property(options ${source} COMPILE_OPTIONS)
+    if(kernel AND NOT options)
+      get_filename_component(folder ${source} DIRECTORY)
+      get_filename_component(folder ${folder} NAME)
+      list(APPEND folders ${folder})
+      string(APPEND includes_${folder} "#include \"${source}\"\n")
+      set_source_files_properties(${source} PROPERTIES HEADER_FILE_ONLY ON)
+    endif()
+  endforeach()
+  list(REMOVE_DUPLICATES folders)
+  foreach(folder ${folders})
+    set(all ${CMAKE_CURRENT_BINARY_DIR}/kernels_${folder})
+    set(again "#undef HWY_TARGET_INCLUDE\n#define HWY_TARGET_INCLUDE \"${all}.inc\"\n")
+    file(CONFIGURE OUTPUT ${all}.inc CONTENT "${includes_${folder}}${again}" @ONLY)
+    file(CONFIGURE OUTPUT ${all}.cpp @ONLY
+      CONTENT "#include \"imaging/kernels/Targets.h\"\n${again}#include <hwy/foreach_target.h>\n#include \"${all}.inc\"\n")
+    target_sources(${target} PRIVATE ${all}.cpp)
+  endforeach()
+endfunction()
+
 # A module is a folder of src/ and one static library, lumora_NAME; LINK lists the modules that it may use. PRECOMPILED
 # is "gui" for modules without windows.
 function(lumora_module name)
@@ -39,11 +83,23 @@ function(lumora_module name)
   if(name MATCHES "^(base|imaging)$")
     set_target_properties(lumora_${name} PROPERTIES AUTOMOC OFF) # no QObject there
   endif()
+  lumora_compile_kernels_together(lumora_${name} ${sources})
+  lumora_compile_together(lumora_${name} ${sources})
   target_link_libraries(lumora_${name} PUBLIC lumora_build_flags ${MODULE_LINK})
   if(NOT MODULE_PRECOMPILED)
     set(MODULE_PRECOMPILED widgets)
   endif()
   lumora_precompiled(lumora_${name} ${MODULE_PRECOMPILED})
+  # moc looks again when a file has changed, but not when there is a new one.
+  set(list ${CMAKE_CURRENT_BINARY_DIR}/lumora_${name}_autogen/sources.txt)
+  set(known "")
+  if(EXISTS ${list})
+    file(READ ${list} known)
+  endif()
+  if(NOT known STREQUAL "${sources}")
+    file(REMOVE ${CMAKE_CURRENT_BINARY_DIR}/lumora_${name}_autogen/timestamp)
+    file(WRITE ${list} "${sources}")
+  endif()
 endfunction()
 
 # The tests of a module: every *_test.cpp below tests/NAME/ in one GoogleTest program, run without a display.
@@ -52,6 +108,7 @@ function(lumora_tests name)
   set(folder ${CMAKE_SOURCE_DIR}/tests/${name})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)
   add_executable(test_${name} ${sources})
+  lumora_compile_together(test_${name} ${sources})
   if(NOT name MATCHES "^(base|guide|how-to)$")
     set_target_properties(test_${name} PROPERTIES AUTOMOC OFF) # no QObject there
   endif()
