@@ -64,4 +64,15 @@ bool isThere(const QString &path) {
     return ::lstat(fileNameBytes(path).constData(), &status) == 0;
 }
 
+bool isFile(const QString &path) {
+    struct stat status {};
+    return ::stat(fileNameBytes(path).constData(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+QString localFileOf(const QUrl &address) {
+    return address.isLocalFile()
+               ? fileNameOf(QByteArray::fromPercentEncoding(address.path(QUrl::FullyEncoded).toUtf8()))
+               : QString();
+}
+
 } // namespace lumora

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QUrl>
 
 namespace lumora {
 
@@ -16,5 +17,12 @@ QByteArray fileNameBytes(const QString &name);
 
 /// Whether there is anything at that path, be it a link that leads nowhere.
 bool isThere(const QString &path);
+
+/// Whether a file that can hold bytes is at that path, or at the end of the links there.
+bool isFile(const QString &path);
+
+/// The path of an address on this computer, such as a dropped one; empty for any other. Its percent signs encode
+/// bytes (RFC 8089), which need not be UTF-8.
+QString localFileOf(const QUrl &address);
 
 } // namespace lumora

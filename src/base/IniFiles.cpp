@@ -13,26 +13,27 @@
 #include <unistd.h>
 
 namespace lumora {
+
+/// Identifies one state of a file.
+struct IniFileStamp {
+    bool readable = false; ///< a regular file of a sensible size
+    quint64 device = 0, inode = 0;
+    qint64 size = 0, modified = 0, changed = 0; ///< bytes, nanoseconds
+
+    bool operator==(const IniFileStamp &) const = default;
+};
+
 namespace {
 
 constexpr qsizetype longestValue = 900;            // UTF-16 units
 constexpr qint64 largestFile = 64LL * 1024 * 1024; // bytes; a larger file is not a settings file
 constexpr qint64 clockGrain = 10'000'000;          // nanoseconds between two ticks of a file system's clock
 
-/// Identifies one state of a file.
-struct Stamp {
-    bool readable = false; ///< a regular file of a sensible size
-    quint64 device = 0, inode = 0;
-    qint64 size = 0, modified = 0, changed = 0; ///< bytes, nanoseconds
-
-    bool operator==(const Stamp &) const = default;
-};
-
 qint64 nanoseconds(const timespec &time) {
     return qint64{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
 }
 
-Stamp stampOf(const QString &file) {
+IniFileStamp stampOf(const QString &file) {
     struct stat status = {};
     if (::stat(QFile::encodeName(file).constData(), &status) != 0 || !S_ISREG(status.st_mode) ||
         status.st_size > largestFile) {
@@ -43,7 +44,7 @@ Stamp stampOf(const QString &file) {
 }
 
 /// Whether the stamp of a file read just now would detect the next change: not within one tick of the clock.
-bool isSettled(const Stamp &stamp) {
+bool isSettled(const IniFileStamp &stamp) {
     timespec now = {};
     clock_gettime(CLOCK_REALTIME, &now);
     const qint64 age = nanoseconds(now) - stamp.changed;
@@ -73,7 +74,7 @@ struct IniFiles::Private {
     using Clock = std::chrono::steady_clock;
 
     struct Copy {
-        Stamp stamp;
+        IniFileStamp stamp;
         bool settled = false;
         std::shared_ptr<IniText> text; ///< empty when the file exists but cannot be read
     };
@@ -92,7 +93,7 @@ struct IniFiles::Private {
 
     /// Reads the file again when it differs from the one in memory.
     void update(Copy &copy, const QString &path) {
-        const Stamp stamp = stampOf(path);
+        const IniFileStamp stamp = stampOf(path);
         if (copy.text && copy.settled && copy.stamp == stamp) {
             return;
         }
@@ -102,7 +103,7 @@ struct IniFiles::Private {
         revision += same ? 0 : 1;
     }
 
-    static std::shared_ptr<IniText> parsed(const QString &path, const Stamp &stamp) {
+    static std::shared_ptr<IniText> parsed(const QString &path, const IniFileStamp &stamp) {
         QByteArray bytes;
         if (stamp.readable) {
             QFile source(path);
@@ -185,9 +186,11 @@ QString IniFiles::ReadIniValue(const QString &file, const QString &section, cons
 }
 
 bool IniFiles::WriteIniValue(const QString &file, const QString &section, const QString &key, const QString &value) {
-    if (!IniText::canName(section, key)) {
-        return true;
-    }
+    writeValues(file, {{section, key, value}});
+    return true;
+}
+
+void IniFiles::writeValues(const QString &file, const QList<Value> &values) {
     const bool toUser = !canBeReplaced(file);
     const QString target = toUser ? userCopy(file) : file;
     if (toUser) {
@@ -197,15 +200,20 @@ bool IniFiles::WriteIniValue(const QString &file, const QString &section, const 
     const Private::Copy &copy = toUser ? d->files[file].users : d->files[file].own;
     // A file that exists but cannot be read is not written: that would lose all its other values.
     if (!copy.text || (!copy.stamp.readable && QFileInfo::exists(target))) {
-        return true;
+        return;
     }
-    IniText changed = *copy.text;
-    if (changed.setValue(section, key, value)) {
-        const QByteArray bytes = changed.toBytes();
+    IniText text = *copy.text;
+    bool isChanged = false;
+    for (const Value &value : values) {
+        if (IniText::canName(value.section, value.key) && text.setValue(value.section, value.key, value.text)) {
+            isChanged = true;
+        }
+    }
+    if (isChanged) {
+        const QByteArray bytes = text.toBytes();
         replaceFile(target, [&](QIODevice &replacement) { return replacement.write(bytes) == bytes.size(); });
         d->lookNow(file);
     }
-    return true;
 }
 
 } // namespace lumora

@@ -1,6 +1,7 @@
 // Reading and writing private-profile text files: Lumora.ini and language.ini. The only access to both.
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <chrono>
 #include <memory>
@@ -29,6 +30,13 @@ class IniFiles {
     /// beside it, fsync, rename). Where its folder is read-only the value is written to the file of the same name in
     /// the user's configuration folder, which reads consult first. Always true: errors are ignored.
     bool WriteIniValue(const QString &file, const QString &section, const QString &key, const QString &value);
+
+    /// One value to write.
+    struct Value {
+        QString section, key, text;
+    };
+    /// Writes several values in their order and replaces the file once, and only when one of them changes it.
+    void writeValues(const QString &file, const QList<Value> &values);
 
     /// Counts the changes noticed in any file that has been read. Caches of values compare this before each use. Checks
     /// the files when `betweenLooks` has passed.

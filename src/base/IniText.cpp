@@ -132,23 +132,40 @@ bool IniText::canName(const QString &section, const QString &key) {
            key.front() != u'[';
 }
 
+/// Without parsing the file again: several values of a large one are changed at a start.
+void IniText::replace(Span &value, const QString &text) {
+    const qsizetype start = value.start;
+    const qsizetype longer = text.size() - value.length;
+    m_text.replace(start, value.length, text);
+    value.length = text.size();
+    for (Span &other : m_values) {
+        other.start += other.start > start ? longer : 0;
+    }
+    for (qsizetype &end : m_sectionEnds) {
+        end += end > start ? longer : 0;
+    }
+}
+
 bool IniText::setValue(const QString &section, const QString &key, const QString &value) {
     const auto lineEnd = std::find_if(value.begin(), value.end(), [](QChar c) { return isLineBreak(c) || c.isNull(); });
     const QString line = value.left(lineEnd - value.begin());
-    const auto found = m_values.constFind(section.toCaseFolded() + u'\n' + key.toCaseFolded());
-    if (found != m_values.constEnd()) {
+    const auto found = m_values.find(section.toCaseFolded() + u'\n' + key.toCaseFolded());
+    if (found != m_values.end()) {
         if (QStringView(m_text).sliced(found->start, found->length) == line) {
             return false;
         }
-        m_text.replace(found->start, found->length, line);
-        index();
+        const bool isPlain = !line.isEmpty() && !isBlank(line.front()) && !isBlank(line.back()) && found->length > 0;
+        replace(*found, line);
+        if (!isPlain) {
+            index(); // blanks around a value do not belong to it
+        }
         return true;
     }
 
     const qsizetype firstBreak = std::find_if(m_text.begin(), m_text.end(), isLineBreak) - m_text.begin();
-    const QString breakText = firstBreak == m_text.size()               ? QStringLiteral("\n")
-                              : m_text.mid(firstBreak, 2) == u"\r\n"_qs ? QStringLiteral("\r\n")
-                                                                        : QString(m_text[firstBreak]);
+    const QString breakText = firstBreak == m_text.size()                          ? QStringLiteral("\n")
+                              : m_text.mid(firstBreak, 2) == QLatin1String("\r\n") ? QStringLiteral("\r\n")
+                                                                                   : QString(m_text[firstBreak]);
     QString added = key + u'=' + line + breakText;
     qsizetype where = m_sectionEnds.value(section.toCaseFolded(), -1);
     if (where < 0) {

@@ -43,6 +43,7 @@ class IniText {
         qsizetype length;
     };
     void index();
+    void replace(Span &value, const QString &text);
     void indexLine(Span line, qsizetype next, QString &section);
 
     QString m_text;

@@ -326,7 +326,7 @@ std::optional<ReplaceFailure> replaceFile(const QString &path, const std::functi
     if (::access(descriptorFolder, X_OK) == 0) {
         Temporary nameless(place.folder, Temporary::Way::WithoutName);
         if (nameless.descriptor() >= 0) {
-            const auto failed = replaceBy(nameless, place, write);
+            auto failed = replaceBy(nameless, place, write);
             const bool cannotBeNamed = nameless.error() == ENOENT || nameless.error() == EXDEV ||
                                        nameless.error() == EOPNOTSUPP || nameless.error() == EPERM;
             if (!failed || !cannotBeNamed) {

@@ -9,18 +9,44 @@ bool isTextOf(const TextRow &row, const QString &window) {
     return QString::fromUtf8(row.window).split(' ', Qt::SkipEmptyParts).contains(window);
 }
 
-Texts::Texts(IniFiles &files, QString languageFile) : m_files(files), m_languageFile(std::move(languageFile)) {}
+namespace {
+
+/// Letters that are written from the right, less those that are written from the left.
+qsizetype lettersFromTheRight(const QString &text) {
+    qsizetype count = 0;
+    for (const QChar letter : text) {
+        const QChar::Direction direction = letter.direction();
+        count += direction == QChar::DirR || direction == QChar::DirAL ? 1 : direction == QChar::DirL ? -1 : 0;
+    }
+    return count;
+}
+
+} // namespace
+
+Texts::Texts(IniFiles &files, QString languageFile)
+    : Texts(files, [file = std::move(languageFile)] { return QStringList(file); }) {}
+
+Texts::Texts(IniFiles &files, std::function<QStringList()> languageFiles)
+    : m_files(files), m_languageFiles(std::move(languageFiles)) {}
 
 void Texts::fill() const {
     m_entries.clear();
+    const QStringList files = m_languageFiles();
+    qsizetype fromTheRight = 0;
     for (const TextRow &row : allTexts()) {
         const QString identifier = QString::fromUtf8(row.identifier);
-        if (!m_entries.contains(identifier)) {
-            const QString text = m_files.ReadIniValue(m_languageFile, identifier, QStringLiteral("Caption"), {});
-            const bool isFromFile = !text.isNull(); // an empty text is a valid text
-            m_entries.insert(identifier, {isFromFile ? text : QString::fromUtf8(row.defaultText), isFromFile});
+        if (m_entries.contains(identifier)) {
+            continue;
         }
+        QString text; // an empty text is a valid text, a null one is missing
+        for (qsizetype i = 0; i < files.size() && text.isNull(); ++i) {
+            text = m_files.ReadIniValue(files[i], identifier, QStringLiteral("Caption"), {});
+            fromTheRight += i == 0 ? lettersFromTheRight(text) : 0;
+        }
+        const bool isFromFile = !text.isNull();
+        m_entries.insert(identifier, {isFromFile ? text : QString::fromUtf8(row.defaultText), isFromFile});
     }
+    m_lettersRun = fromTheRight > 0 ? Qt::RightToLeft : Qt::LeftToRight;
 }
 
 const Texts::Entry &Texts::entry(const QString &identifier) const {
@@ -41,6 +67,13 @@ QString Texts::text(const QString &identifier) const {
 QString Texts::text(const QString &identifier, const QString &defaultText) const {
     const Entry &found = entry(identifier);
     return found.isFromFile ? found.text : defaultText;
+}
+
+Qt::LayoutDirection Texts::direction() const {
+    const QString said = text(QStringLiteral("Direction")).trimmed().toLower();
+    return said == QLatin1StringView("rtl")   ? Qt::RightToLeft
+           : said == QLatin1StringView("ltr") ? Qt::LeftToRight
+                                              : m_lettersRun;
 }
 
 } // namespace lumora

@@ -3,6 +3,8 @@
 
 #include <QHash>
 #include <QString>
+#include <QStringList>
+#include <functional>
 #include <optional>
 #include <span>
 
@@ -31,17 +33,23 @@ std::span<const TextRow> allTexts();
 /// Whether that window (by its object name) reads the row.
 bool isTextOf(const TextRow &row, const QString &window);
 
-/// The texts of one language file, in memory: a text costs one hash table lookup; the table is filled again when the
+/// The texts of the language files, in memory: a text costs one hash table lookup; the table is filled again when a
 /// file has changed.
 class Texts {
   public:
     Texts(IniFiles &files, QString languageFile);
+    /// With the files to look in, the first one first; asked for again after each change of a file.
+    Texts(IniFiles &files, std::function<QStringList()> languageFiles);
 
     /// The text of an identifier, with the table's default (the first row of that identifier). Identifiers are those of
     /// the table, case-sensitive; for any other the text is empty.
     QString text(const QString &identifier) const;
     /// The same with the caller's own default, for the few identifiers whose readers use different defaults.
     QString text(const QString &identifier, const QString &defaultText) const;
+
+    /// The direction in which the language is written: the text "Direction" if that is "ltr" or "rtl", else the
+    /// direction of most letters in the first file.
+    Qt::LayoutDirection direction() const;
 
   private:
     struct Entry {
@@ -52,9 +60,10 @@ class Texts {
     void fill() const;
 
     IniFiles &m_files;
-    QString m_languageFile;
+    std::function<QStringList()> m_languageFiles;
     mutable QHash<QString, Entry> m_entries;
-    mutable std::optional<quint64> m_revision; ///< of the files, when the table was filled
+    mutable Qt::LayoutDirection m_lettersRun = Qt::LeftToRight; ///< those of the first file
+    mutable std::optional<quint64> m_revision;                  ///< of the files, when the table was filled
 };
 
 } // namespace lumora

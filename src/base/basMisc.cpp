@@ -32,11 +32,9 @@ QString GetTempDir() {
     return named.isEmpty() ? QStringLiteral("/tmp") : named;
 }
 
-void OpenWithShell(const QString &documentOrAddress) {
+bool OpenWithShell(const QString &documentOrAddress) {
     const QUrl url = QUrl::fromUserInput(documentOrAddress, QDir::homePath());
-    if (url.isValid()) {
-        QDesktopServices::openUrl(url);
-    }
+    return url.isValid() && QDesktopServices::openUrl(url);
 }
 
 QString versionNumber() {

@@ -12,6 +12,8 @@ struct Installation {
     QString settingsFile() const { return programFolder + "/Lumora.ini"; }
     /// language.ini in the program's folder, its name matched without regard to case.
     QString languageFile() const;
+    /// Further languages, to choose from in the options.
+    QString languagesFolder() const { return programFolder + "/languages"; }
     QString samplesFolder() const { return programFolder + "/My Photos"; }
     QString videosFolder() const { return programFolder + "/Videos"; }
 };
@@ -23,8 +25,8 @@ QString GetSpecialFolderPath(int folder);
 /// The temporary folder: TMPDIR of the environment, or the system's.
 QString GetTempDir();
 
-/// Opens a document or address with the desktop's own program for it. Does nothing when there is none.
-void OpenWithShell(const QString &documentOrAddress);
+/// Opens a document or address with the desktop's own program for it. False when there is none, or nothing to open.
+bool OpenWithShell(const QString &documentOrAddress);
 
 /// "1.0.0": major, minor, revision of this program.
 QString versionNumber();

@@ -89,6 +89,27 @@ TEST_F(IniFilesTest, WritesReplaceTheFileAndAreReadBack) {
         << "no temporary file is left";
 }
 
+TEST_F(IniFilesTest, SeveralValuesReplaceTheFileOnce) {
+    put(file, "; mine\n[A]\nk=0\n");
+    const auto identity = [&] {
+        struct stat status = {};
+        ::stat(QFile::encodeName(file).constData(), &status);
+        return status.st_ino;
+    };
+    const QString before = folder.filePath("before"); // holds the first file, so that its number is not used again
+    ASSERT_EQ(::link(QFile::encodeName(file).constData(), QFile::encodeName(before).constData()), 0);
+    const auto first = identity();
+    const QList<IniFiles::Value> values = {{"A", "k", "1"}, {"B", "x", "2"}, {"", "x", "3"}, {"A", "l", "4"}};
+    const int looks = ini.looks();
+    ini.writeValues(file, values);
+    EXPECT_EQ(ini.looks(), looks + 2) << "before and after";
+    EXPECT_EQ(get(file), "; mine\n[A]\nk=1\nl=4\n\n[B]\nx=2\n");
+    const auto second = identity();
+    EXPECT_NE(second, first);
+    ini.writeValues(file, values);
+    EXPECT_EQ(identity(), second) << "nothing had to change";
+}
+
 TEST_F(IniFilesTest, AWriteKeepsLinkAndMode) {
     const QString real = folder.filePath("real.ini");
     put(real, "[A]\nk=1\n");

@@ -101,6 +101,28 @@ TEST(IniText, ChangesOneValueAndNothingElse) {
     EXPECT_FALSE(same.setValue("A", "K", "1"));
 }
 
+TEST(IniText, FindsEverythingAfterManyChanges) {
+    IniText text("; first\r\n[A]\r\nk=1\r\nl = 22\r\n[B]\r\nx=333\r\n[A]\r\nk=not this\r\n[C]\r\ny=\r\n");
+    const struct {
+        const char *section, *key, *value;
+    } changes[] = {
+        {"A", "k", "longer than before"}, {"B", "x", "3"}, {"A", "l", ""},      {"C", "y", "now"}, {"A", "new", "5"},
+        {"B", "x", " blanks around "},    {"B", "z", "9"}, {"A", "k", "short"}, {"D", "w", "7"},   {"C", "y", "later"},
+    };
+    QHash<QString, QString> expected;
+    for (const auto &change : changes) {
+        EXPECT_TRUE(text.setValue(change.section, change.key, change.value));
+        expected[QString(change.section) + '/' + change.key] = QString(change.value).trimmed();
+        const IniText fresh(text.toBytes());
+        for (auto one = expected.cbegin(); one != expected.cend(); ++one) {
+            const QString &place = one.key(), &value = one.value();
+            const QString section = place.section('/', 0, 0), key = place.section('/', 1);
+            EXPECT_EQ(text.value(section, key), value) << qPrintable(place) << " after " << change.value;
+            EXPECT_EQ(fresh.value(section, key), value) << qPrintable(place) << " after " << change.value;
+        }
+    }
+}
+
 TEST(IniText, RefusesNamesThatCouldNotBeFoundAgain) {
     for (const auto &[section, key] : std::initializer_list<std::pair<const char *, const char *>>{{"", "k"},
                                                                                                    {"A", ""},

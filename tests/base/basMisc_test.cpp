@@ -50,10 +50,10 @@ TEST(BasMisc, OpenWithShellHandsDocumentsAndAddressesOver) {
     for (const char *scheme : {"file", "http", "https"}) {
         QDesktopServices::setUrlHandler(scheme, &desktop, "open");
     }
-    OpenWithShell("/tmp/a b#c.html");
-    OpenWithShell("https://example.com/x?y=1");
-    OpenWithShell("www.example.com");
-    OpenWithShell("");
+    EXPECT_TRUE(OpenWithShell("/tmp/a b#c.html"));
+    EXPECT_TRUE(OpenWithShell("https://example.com/x?y=1"));
+    EXPECT_TRUE(OpenWithShell("www.example.com"));
+    EXPECT_FALSE(OpenWithShell(""));
     EXPECT_EQ(desktop.opened, (QList<QUrl>{QUrl::fromLocalFile("/tmp/a b#c.html"), QUrl("https://example.com/x?y=1"),
                                            QUrl("http://www.example.com")}));
     for (const char *scheme : {"file", "http", "https"}) {
