@@ -16,10 +16,6 @@ constexpr cmsUInt32Number keepAll = cmsFLAGS_NOCACHE | cmsFLAGS_BLACKPOINTCOMPEN
 
 using Profile = std::unique_ptr<void, int (*)(void *)>;
 
-std::uint8_t byteOf(std::uint16_t value) {
-    return static_cast<std::uint8_t>((value + 128) / 257);
-}
-
 // The light of the three primaries in XYZ for the D50 white that all profiles refer to.
 bool readColorants(cmsHPROFILE profile, cmsMAT3 &matrix) {
     constexpr cmsTagSignature tags[] = {cmsSigRedColorantTag, cmsSigGreenColorantTag, cmsSigBlueColorantTag};
@@ -167,9 +163,9 @@ void DeepColour::convert(const std::uint16_t *from, int width, std::uint8_t *to)
     for (int x = 0; x < width; ++x, from += 4, to += 4) {
         switch (m_way) {
         case Way::Cut:
-            to[0] = byteOf(from[2]);
-            to[1] = byteOf(from[1]);
-            to[2] = byteOf(from[0]);
+            to[0] = rounded8(from[2]);
+            to[1] = rounded8(from[1]);
+            to[2] = rounded8(from[0]);
             break;
         case Way::Levels:
             to[0] = to[1] = to[2] = m_levels[from[0]];
@@ -190,7 +186,7 @@ void DeepColour::convert(const std::uint16_t *from, int width, std::uint8_t *to)
         case Way::Transform:
             break;
         }
-        to[3] = byteOf(from[3]);
+        to[3] = rounded8(from[3]);
     }
 }
 

@@ -10,6 +10,11 @@
 
 namespace lumora {
 
+/// A sample of 16 bits in 8, rounded.
+inline std::uint8_t rounded8(std::uint16_t value) {
+    return static_cast<std::uint8_t>((value + 128) / 257);
+}
+
 /// What four 16-bit samples mean; the last is alpha in each.
 enum class DeepChannels {
     Rgb,  ///< red, green, blue

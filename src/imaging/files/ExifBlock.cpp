@@ -10,7 +10,7 @@ namespace lumora {
 namespace {
 
 constexpr int mostEntries = 200; // in a directory; the library reads up to 256
-constexpr qint64 mostBytes = 64 << 10;
+constexpr qint64 mostBlockBytes = 64 << 10;
 constexpr qint64 mostPacketBytes = 256 << 10; // of XMP and IPTC
 
 enum Tag : quint16 {
@@ -125,7 +125,7 @@ class Layout {
 
     /// A maker's note may count offsets from the beginning of the whole, and so stays where it was.
     bool placeMakerNote(const Entry &note) {
-        if (note.offset < 8 || note.offset + note.value.size() > mostBytes) {
+        if (note.offset < 8 || note.offset + note.value.size() > mostBlockBytes) {
             return false;
         }
         m_bytes.resize(note.offset, '\0');
@@ -211,7 +211,7 @@ TiffMetadata readTiffMetadata(Source &source) {
     if (!reader.isValid()) {
         return result;
     }
-    constexpr qint64 share = mostBytes / 4;
+    constexpr qint64 share = mostBlockBytes / 4;
     const auto isPointer = [](quint16 tag) { return tag == ExifDirectory || tag == GpsDirectory; };
     const Directory pointers = reader.directory(reader.first(), isPointer, share);
     const Directory picture = reader.directory(
@@ -221,7 +221,7 @@ TiffMetadata readTiffMetadata(Source &source) {
         exif = reader.directory(
             at, [](quint16 tag) { return tag != MakerNote && tag != InteroperabilityDirectory; }, share);
         for (const Entry &note : reader.directory(
-                 at, [](quint16 tag) { return tag == MakerNote; }, mostBytes)) {
+                 at, [](quint16 tag) { return tag == MakerNote; }, mostBlockBytes)) {
             exif.push_back(note);
         }
     }

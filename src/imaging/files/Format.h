@@ -49,13 +49,14 @@ struct Format {
 
 struct MetadataBlocks;
 
-struct Writer {
+struct FormatWriter {
     const char *extensions; ///< lower case, each between blanks
     int longestSide;        ///< pixels that the format or its library can have on a side
+    bool keepsTransparency = true;
     /// Writes the picture; an empty text, or what went wrong. Null where `writeWithMetadata` is there.
-    QString (*write)(const QImage &picture, QIODevice &target);
+    QString (*write)(const QImage &picture, QIODevice &target) = nullptr;
     /// The same for a format that can hold metadata.
-    QString (*writeWithMetadata)(const QImage &picture, QIODevice &target, const MetadataBlocks &blocks);
+    QString (*writeWithMetadata)(const QImage &picture, QIODevice &target, const MetadataBlocks &blocks) = nullptr;
 };
 
 bool isJpeg(const QByteArray &head);

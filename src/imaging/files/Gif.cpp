@@ -15,13 +15,13 @@ namespace {
 
 constexpr std::uint32_t opaque = 0xFF000000;
 
-struct Feed {
+struct GifFeed {
     Source &source;
     qint64 offset = 0;
 };
 
 int read(GifFileType *gif, GifByteType *to, int count) {
-    auto *feed = static_cast<Feed *>(gif->UserData);
+    auto *feed = static_cast<GifFeed *>(gif->UserData);
     const qint64 taken = feed->source.read(feed->offset, to, count);
     feed->offset += taken;
     return static_cast<int>(taken);
@@ -29,7 +29,7 @@ int read(GifFileType *gif, GifByteType *to, int count) {
 
 using GifFile = std::unique_ptr<GifFileType, void (*)(GifFileType *)>;
 
-GifFile open(Feed &feed) {
+GifFile open(GifFeed &feed) {
     return {DGifOpen(&feed, read, nullptr), [](GifFileType *gif) { DGifCloseFile(gif, nullptr); }};
 }
 
@@ -165,7 +165,7 @@ FileHeader readGifHeader(Source &source) {
 }
 
 Decoded decodeGif(Source &source, const FileHeader &header) {
-    Feed feed{source};
+    GifFeed feed{source};
     const GifFile gif = open(feed);
     int transparent = NO_TRANSPARENT_COLOR;
     if (!gif || !findFrame(gif.get(), transparent) || gif->Image.Width < 1 || gif->Image.Height < 1) {

@@ -22,7 +22,7 @@ using Attributes = std::unique_ptr<liq_attr, void (*)(liq_attr *)>;
 using Pixels = std::unique_ptr<liq_image, void (*)(liq_image *)>;
 using Result = std::unique_ptr<liq_result, void (*)(liq_result *)>;
 
-constexpr int mostColours = 256;
+constexpr int mostGifColours = 256;
 
 bool isSeeThrough(const std::uint8_t *pixel) {
     return pixel[3] < PaletteDither::seeThroughBelow;
@@ -130,7 +130,7 @@ QByteArray header(const QImage &picture, const std::vector<PaletteColour> &colou
 
 QString writeGif(const QImage &picture, QIODevice &target) {
     const bool transparency = hasTransparency(picture);
-    const std::vector<PaletteColour> colours = paletteOf(picture, transparency ? mostColours - 1 : mostColours);
+    const std::vector<PaletteColour> colours = paletteOf(picture, transparency ? mostGifColours - 1 : mostGifColours);
     if (colours.empty()) {
         return QStringLiteral("no palette could be made");
     }

@@ -1,6 +1,7 @@
 // Reading HEIF (HEIC from phones, AVIF) with libheif. It turns and mirrors by the file's own properties, so that the
 // EXIF orientation, which repeats it, is ignored.
 #include "imaging/Picture.h"
+#include "imaging/files/DeepColour.h"
 #include "imaging/files/ExifBlock.h"
 #include "imaging/files/Format.h"
 #include "imaging/files/Metadata.h"
@@ -19,24 +20,29 @@ using Context = std::unique_ptr<heif_context, void (*)(heif_context *)>;
 using Handle = std::unique_ptr<const heif_image_handle, void (*)(const heif_image_handle *)>;
 using Image = std::unique_ptr<const heif_image, void (*)(const heif_image *)>;
 
-const heif_reader reader = {
-    1,
-    [](void *source) { return static_cast<int64_t>(static_cast<Source *>(source)->device().pos()); },
-    [](void *to, std::size_t count, void *source) {
+/// Later versions of the library have more members; of version 1 are these four.
+const heif_reader reader = [] {
+    heif_reader calls = {};
+    calls.reader_api_version = 1;
+    calls.get_position = [](void *source) {
+        return static_cast<int64_t>(static_cast<Source *>(source)->device().pos());
+    };
+    calls.read = [](void *to, std::size_t count, void *source) {
         return static_cast<Source *>(source)->device().read(static_cast<char *>(to), static_cast<qint64>(count)) ==
                        static_cast<qint64>(count)
                    ? 0
                    : 1;
-    },
-    [](int64_t position, void *source) {
+    };
+    calls.seek = [](int64_t position, void *source) {
         auto *from = static_cast<Source *>(source);
         return position >= 0 && position <= from->size() && from->device().seek(position) ? 0 : 1;
-    },
-    [](int64_t size, void *source) {
+    };
+    calls.wait_for_file_size = [](int64_t size, void *source) {
         return size <= static_cast<Source *>(source)->size() ? heif_reader_grow_status_size_reached
                                                              : heif_reader_grow_status_size_beyond_eof;
-    },
-};
+    };
+    return calls;
+}();
 
 struct Opened {
     Context context{nullptr, heif_context_free};
@@ -98,15 +104,37 @@ bool hasPromisedSize(const heif_image_handle *handle, int width, int height) {
     return width == heif_image_handle_get_width(handle) && height == heif_image_handle_get_height(handle);
 }
 
+// Samples of more than 8 bits, converted with the profile before they are cut.
+void copyDeepRows(const uint8_t *from, int stride, int channels, int bits, const QByteArray &profile,
+                  const PixelView &view) {
+    const DeepColour colour(DeepChannels::Rgb, profile);
+    const int highest = (1 << bits) - 1;
+    std::vector<std::uint16_t> samples(std::size_t{4} * view.width, UINT16_MAX);
+    for (int y = 0; y < view.height; ++y) {
+        const uint8_t *source = from + static_cast<std::ptrdiff_t>(y) * stride;
+        for (int x = 0; x < view.width; ++x) {
+            for (int c = 0; c < channels; ++c, source += 2) {
+                const int sample = std::min<int>(qFromLittleEndian<quint16>(source), highest);
+                samples[4 * x + c] = static_cast<std::uint16_t>((sample * UINT16_MAX + highest / 2) / highest);
+            }
+        }
+        colour.convert(samples.data(), view.width, view.row(y));
+    }
+}
+
 Decoded decodeHandle(const heif_image_handle *handle) {
     const bool alpha = heif_image_handle_has_alpha_channel(handle) != 0;
+    const QByteArray profile = profileOf(handle);
+    const int bits = heif_image_handle_get_luma_bits_per_pixel(handle);
+    const bool deep = bits > 8 && bits <= 16 && !profile.isEmpty();
     const std::unique_ptr<heif_decoding_options, void (*)(heif_decoding_options *)> options(
         heif_decoding_options_alloc(), heif_decoding_options_free);
-    options->convert_hdr_to_8bit = 1;
+    options->convert_hdr_to_8bit = deep ? 0 : 1;
+    constexpr heif_chroma plain[] = {heif_chroma_interleaved_RGB, heif_chroma_interleaved_RGBA};
+    constexpr heif_chroma wide[] = {heif_chroma_interleaved_RRGGBB_LE, heif_chroma_interleaved_RRGGBBAA_LE};
     heif_image *raw = nullptr;
     const heif_error error =
-        heif_decode_image(handle, &raw, heif_colorspace_RGB,
-                          alpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB, options.get());
+        heif_decode_image(handle, &raw, heif_colorspace_RGB, (deep ? wide : plain)[alpha ? 1 : 0], options.get());
     const Image image(raw, heif_image_release);
     if (error.code != heif_error_Ok) {
         return refused(pictureError(error), QString::fromUtf8(error.message));
@@ -124,8 +152,15 @@ Decoded decodeHandle(const heif_image_handle *handle) {
     if (result.picture.isNull()) {
         return refused(PictureError::NoMemory, QStringLiteral("no memory for the pixels"));
     }
-    copyRows(pixels, stride, alpha ? 4 : 3, writeView(result.picture));
-    result.profile = profileOf(handle);
+    const int channels = alpha ? 4 : 3;
+    if (deep) {
+        copyDeepRows(pixels, stride, channels,
+                     heif_image_get_bits_per_pixel_range(image.get(), heif_channel_interleaved), profile,
+                     writeView(result.picture));
+    } else {
+        copyRows(pixels, stride, channels, writeView(result.picture));
+        result.profile = profile;
+    }
     return result;
 }
 

@@ -17,14 +17,14 @@ namespace lumora {
 namespace {
 
 // libjpeg reports a fatal error by a call that must not return, so each call into it runs inside `guarded`.
-struct Failure {
+struct JpegFailure {
     jpeg_error_mgr manager{};
     std::jmp_buf back{};
     std::array<char, JMSG_LENGTH_MAX> text{};
 };
 
-[[noreturn]] void fail(j_common_ptr codec) {
-    auto *failure = reinterpret_cast<Failure *>(codec->err);
+[[noreturn]] void failReading(j_common_ptr codec) {
+    auto *failure = reinterpret_cast<JpegFailure *>(codec->err);
     codec->err->format_message(codec, failure->text.data());
     std::longjmp(failure->back, 1); // NOLINT(cert-err52-cpp) the library has no other way
 }
@@ -39,7 +39,7 @@ void countScans(j_common_ptr codec) {
 }
 
 // Feeds the file in portions. At its end comes the marker for it, again and again, as libjpeg's own sources do.
-struct Feed {
+struct JpegFeed {
     jpeg_source_mgr manager{};
     Source *source = nullptr;
     qint64 offset = 0;
@@ -48,7 +48,7 @@ struct Feed {
 };
 
 boolean fillFeed(j_decompress_ptr decoder) {
-    auto *feed = reinterpret_cast<Feed *>(decoder->src);
+    auto *feed = reinterpret_cast<JpegFeed *>(decoder->src);
     qint64 count = feed->source->read(feed->offset, feed->buffer.data(), feed->buffer.size());
     feed->offset += count;
     if (count == 0) {
@@ -63,7 +63,7 @@ boolean fillFeed(j_decompress_ptr decoder) {
 }
 
 void skipFeed(j_decompress_ptr decoder, long count) {
-    auto *feed = reinterpret_cast<Feed *>(decoder->src);
+    auto *feed = reinterpret_cast<JpegFeed *>(decoder->src);
     const auto buffered = static_cast<long>(feed->manager.bytes_in_buffer);
     if (count > buffered) {
         feed->offset += count - buffered;
@@ -74,11 +74,11 @@ void skipFeed(j_decompress_ptr decoder, long count) {
     }
 }
 
-class Decoder {
+class JpegDecoder {
   public:
-    explicit Decoder(Source &source) {
+    explicit JpegDecoder(Source &source) {
         m_codec.err = jpeg_std_error(&m_failure.manager);
-        m_failure.manager.error_exit = fail;
+        m_failure.manager.error_exit = failReading;
         m_failure.manager.emit_message = [](j_common_ptr, int) {};
         m_failure.manager.output_message = [](j_common_ptr) {};
         m_feed.source = &source;
@@ -89,9 +89,9 @@ class Decoder {
         m_feed.manager.term_source = [](j_decompress_ptr) {};
         m_progress.progress_monitor = countScans;
     }
-    Decoder(const Decoder &) = delete;
-    Decoder &operator=(const Decoder &) = delete;
-    ~Decoder() { jpeg_destroy_decompress(&m_codec); }
+    JpegDecoder(const JpegDecoder &) = delete;
+    JpegDecoder &operator=(const JpegDecoder &) = delete;
+    ~JpegDecoder() { jpeg_destroy_decompress(&m_codec); }
 
     // Reads the header, asks for the smallest of the scales 1/8 to 8/8 whose longer side is at least `longerSide`.
     bool start(int longerSide) {
@@ -150,8 +150,8 @@ class Decoder {
     }
 
     jpeg_decompress_struct m_codec{};
-    Failure m_failure;
-    Feed m_feed;
+    JpegFailure m_failure;
+    JpegFeed m_feed;
     jpeg_progress_mgr m_progress{};
 };
 
@@ -166,7 +166,7 @@ Decoded decodeAtLeast(Source &source, const FileHeader &header, int longerSide) 
     if (const int most = mostScansOf(header); markers.progressive && countJpegScans(source, markers, most) > most) {
         return refused(PictureError::TooRare, QStringLiteral("more than %1 scans").arg(most));
     }
-    const auto decoder = std::make_unique<Decoder>(source);
+    const auto decoder = std::make_unique<JpegDecoder>(source);
     if (!decoder->start(longerSide)) {
         return refused(PictureError::Damaged, decoder->text());
     }

@@ -25,14 +25,14 @@ namespace {
 constexpr int defaultQuality = 90;
 
 // See the decoder: libjpeg leaves by longjmp.
-struct Failure {
+struct WriteFailure {
     jpeg_error_mgr manager{};
     std::jmp_buf back{};
     std::array<char, JMSG_LENGTH_MAX> text{};
 };
 
-[[noreturn]] void fail(j_common_ptr codec) {
-    auto *failure = reinterpret_cast<Failure *>(codec->err);
+[[noreturn]] void failWriting(j_common_ptr codec) {
+    auto *failure = reinterpret_cast<WriteFailure *>(codec->err);
     codec->err->format_message(codec, failure->text.data());
     std::longjmp(failure->back, 1); // NOLINT(cert-err52-cpp)
 }
@@ -76,7 +76,7 @@ class Encoder {
   public:
     explicit Encoder(QIODevice &target) {
         m_codec.err = jpeg_std_error(&m_failure.manager);
-        m_failure.manager.error_exit = fail;
+        m_failure.manager.error_exit = failWriting;
         m_failure.manager.emit_message = [](j_common_ptr, int) {};
         m_failure.manager.output_message = [](j_common_ptr) {};
         m_drain.target = &target;
@@ -120,19 +120,19 @@ class Encoder {
 
   private:
     jpeg_compress_struct m_codec{};
-    Failure m_failure;
+    WriteFailure m_failure;
     Drain m_drain;
 };
 
-constexpr int block = 16; // rows and columns that are coded together, with chroma at half size
+constexpr int codedBlock = 16; // rows and columns that are coded together, with chroma at half size
 constexpr int startOfFrame = 0xC0;
-constexpr int startOfScan = 0xDA;
+constexpr int scanMarker = 0xDA;
 
 /// About a million pixels, in whole blocks; all of a small picture and of one too high for the format, which then says
 /// so.
 int rowsOfStrip(const ConstPixelView &view) {
     constexpr int pixels = 1 << 20;
-    const int rows = std::max(1, pixels / view.width / block) * block;
+    const int rows = std::max(1, pixels / view.width / codedBlock) * codedBlock;
     return view.height <= 2 * rows || view.height > JPEG_MAX_DIMENSION ? view.height : rows;
 }
 
@@ -169,7 +169,7 @@ void setHeight(QByteArray &file, int height) {
 /// What the strip adds to the whole file: the first one its header, all their coded data, each but the last a restart
 /// marker, the last the end of the file.
 QByteArray part(const QByteArray &file, int number, bool last) {
-    const qsizetype scan = segmentOf(file, startOfScan);
+    const qsizetype scan = segmentOf(file, scanMarker);
     const qsizetype begin = number == 0 ? 0 : scan + qFromBigEndian<quint16>(file.constData() + scan);
     if (last) {
         return file.mid(begin);
@@ -210,8 +210,9 @@ void addMetadata(QByteArray &file, const MetadataBlocks &blocks) {
 QString writeWithQuality(const QImage &picture, QIODevice &target, int quality, const MetadataBlocks &blocks) {
     const ConstPixelView view = readView(picture);
     const int stripRows = rowsOfStrip(view);
-    const unsigned blocksAcross = (static_cast<unsigned>(view.width) + block - 1) / block;
-    const unsigned interval = stripRows < view.height ? blocksAcross * static_cast<unsigned>(stripRows / block) : 0;
+    const unsigned blocksAcross = (static_cast<unsigned>(view.width) + codedBlock - 1) / codedBlock;
+    const unsigned interval =
+        stripRows < view.height ? blocksAcross * static_cast<unsigned>(stripRows / codedBlock) : 0;
     QString error;
     int strips = 0;
     packStrips<CodedStrip>(

@@ -11,8 +11,7 @@ namespace lumora {
 
 namespace {
 
-constexpr qint64 mostBytes = 256 << 10; // of a packet, before and after it is unpacked
-constexpr double inchesPerMetre = 1 / 0.0254;
+constexpr qint64 mostBytesOfPart = 256 << 10; // of a packet, before and after it is unpacked
 constexpr char resourceSignature[] = "8BIM";
 constexpr int iptcResource = 0x0404;
 
@@ -32,7 +31,7 @@ PictureMetadata ofJpeg(Source &source) {
 
 /// Empty when the data are damaged or too large.
 QByteArray inflated(const QByteArray &packed) {
-    QByteArray plain(mostBytes, Qt::Uninitialized);
+    QByteArray plain(mostBytesOfPart, Qt::Uninitialized);
     auto size = static_cast<uLongf>(plain.size());
     const int status = uncompress(reinterpret_cast<Bytef *>(plain.data()), &size,
                                   reinterpret_cast<const Bytef *>(packed.constData()), packed.size());
@@ -105,9 +104,9 @@ PictureMetadata ofPng(Source &source) {
         }
         const qint64 length = qFromBigEndian<quint32>(lead.constData());
         const QByteArray type = lead.mid(4);
-        if (type == "eXIf" && length <= mostBytes) {
+        if (type == "eXIf" && length <= mostBytesOfPart) {
             result.exif = exifBlock(source.bytes(at + 8, length));
-        } else if (type.endsWith("Xt") && length <= mostBytes && ++texts <= mostTexts) {
+        } else if (type.endsWith("Xt") && length <= mostBytesOfPart && ++texts <= mostTexts) {
             take(textOf(type, source.bytes(at + 8, length)), result);
         } else if (const QByteArray data = source.bytes(at + 8, 9);
                    type == "pHYs" && data.size() == 9 && data[8] == 1) {
@@ -138,9 +137,9 @@ PictureMetadata ofWebP(Source &source) {
             break;
         }
         const qint64 length = qFromLittleEndian<quint32>(lead.constData() + 4);
-        if (lead.startsWith("EXIF") && length <= mostBytes) {
+        if (lead.startsWith("EXIF") && length <= mostBytesOfPart) {
             result.exif = exifBlock(source.bytes(at + 8, length));
-        } else if (lead.startsWith("XMP ") && length <= mostBytes) {
+        } else if (lead.startsWith("XMP ") && length <= mostBytesOfPart) {
             result.xmp = source.bytes(at + 8, length);
         }
         at += 8 + length + length % 2;

@@ -7,6 +7,8 @@
 
 namespace lumora {
 
+constexpr double inchesPerMetre = 1 / 0.0254;
+
 /// Reads the metadata of a file by its content; what is missing, damaged or larger than metadata are stays empty.
 /// Allocates at most a few times 256 KB.
 PictureMetadata readMetadata(Source &source);

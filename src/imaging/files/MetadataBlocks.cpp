@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t mostExifBytes = 65527; // of a JPEG segment less its lead
 constexpr std::size_t mostOtherBytes = 65000;
 
-const Exiv2::byte *bytesOf(const QByteArray &data) {
+const Exiv2::byte *contentOf(const QByteArray &data) {
     return reinterpret_cast<const Exiv2::byte *>(data.constData());
 }
 
@@ -79,7 +79,7 @@ Exiv2::ExifData parsedExif(const QByteArray &block) {
     constexpr std::size_t mostUnpacked = 512 << 10; // values that overlap make more of it than a camera would
     Exiv2::ExifData exif;
     if (!block.isEmpty()) {
-        Exiv2::ExifParser::decode(exif, bytesOf(block), static_cast<std::uint32_t>(block.size()));
+        Exiv2::ExifParser::decode(exif, contentOf(block), static_cast<std::uint32_t>(block.size()));
     }
     std::size_t bytes = 0;
     for (const Exiv2::Exifdatum &field : exif) {
@@ -120,8 +120,9 @@ double dotsPerInch(const Exiv2::ExifData &exif, const char *key) {
     }
     constexpr long centimetres = 3;
     const double perUnit = field->toFloat();
-    const double dots =
-        unit != exif.end() && unit->count() > 0 && unit->toLong() == centimetres ? perUnit * 2.54 : perUnit;
+    const double dots = unit != exif.end() && unit->count() > 0 && std::lround(unit->toFloat()) == centimetres
+                            ? perUnit * 2.54
+                            : perUnit;
     return std::isfinite(dots) && dots > 0 ? dots : 0;
 }
 
@@ -139,7 +140,16 @@ void agreeOnResolution(Exiv2::ExifData &exif, MetadataBlocks &blocks) {
     }
 }
 
-QByteArray encodedExif(const Exiv2::ExifData &exif) {
+/// Exiv2 0.28 hides the members that 0.27 has.
+template <typename Buffer> QByteArray encodedBytes(const Buffer &buffer) {
+    if constexpr (requires { buffer.c_data(); }) {
+        return {reinterpret_cast<const char *>(buffer.c_data()), static_cast<qsizetype>(buffer.size())};
+    } else {
+        return {reinterpret_cast<const char *>(buffer.pData_), static_cast<qsizetype>(buffer.size_)};
+    }
+}
+
+QByteArray encodedExif(Exiv2::ExifData &exif) {
     Exiv2::Blob blob;
     const bool little = Q_BYTE_ORDER == Q_LITTLE_ENDIAN;
     Exiv2::ExifParser::encode(blob, little ? Exiv2::littleEndian : Exiv2::bigEndian, exif);
@@ -299,7 +309,7 @@ void writeXmp(const PictureMetadata &metadata, QSize size, PrivateDetails detail
 
 void writeIptc(const PictureMetadata &metadata, PrivateDetails details, MetadataBlocks &blocks) {
     Exiv2::IptcData iptc;
-    if (metadata.iptc.isEmpty() || Exiv2::IptcParser::decode(iptc, bytesOf(metadata.iptc),
+    if (metadata.iptc.isEmpty() || Exiv2::IptcParser::decode(iptc, contentOf(metadata.iptc),
                                                              static_cast<std::uint32_t>(metadata.iptc.size())) != 0) {
         return;
     }
@@ -313,9 +323,9 @@ void writeIptc(const PictureMetadata &metadata, PrivateDetails details, Metadata
         const bool place = application && details == PrivateDetails::Removed && places.count(field->tag()) != 0;
         field = preview || place ? iptc.erase(field) : std::next(field);
     }
-    const Exiv2::DataBuf encoded = Exiv2::IptcParser::encode(iptc);
-    if (!iptc.empty() && encoded.size_ > 0 && static_cast<std::size_t>(encoded.size_) <= mostOtherBytes) {
-        blocks.iptc = QByteArray(reinterpret_cast<const char *>(encoded.pData_), encoded.size_);
+    const QByteArray encoded = iptc.empty() ? QByteArray() : encodedBytes(Exiv2::IptcParser::encode(iptc));
+    if (!encoded.isEmpty() && static_cast<std::size_t>(encoded.size()) <= mostOtherBytes) {
+        blocks.iptc = encoded;
     }
 }
 

@@ -9,7 +9,7 @@ namespace lumora {
 
 namespace {
 
-constexpr int channels = 3;
+constexpr int channelsOfPixel = 3;
 
 // A pixel is a vector of four numbers (an extension of GCC and Clang): blue, green, red and nothing.
 constexpr int lanes = 4;
@@ -32,7 +32,8 @@ int square(int value) {
 } // namespace
 
 PaletteDither::PaletteDither(std::vector<PaletteColour> colours, int transparent)
-    : m_colours(std::move(colours)), m_transparent(transparent), m_nearest(std::size_t{1} << (channels * cellBits)) {
+    : m_colours(std::move(colours)), m_transparent(transparent),
+      m_nearest(std::size_t{1} << (channelsOfPixel * cellBits)) {
     fillNearest();
     for (const PaletteColour &colour : m_colours) {
         m_lanes.insert(m_lanes.end(), {colour.blue, colour.green, colour.red, 0});
@@ -47,14 +48,14 @@ void PaletteDither::fillNearest() {
     constexpr int blockSide = blockCells * cellSide;
     constexpr int blocks = 256 / blockSide;
     tbb::parallel_for(0, blocks * blocks * blocks, [this](int block) {
-        const int low[channels] = {block / (blocks * blocks) * blockSide, block / blocks % blocks * blockSide,
-                                   block % blocks * blockSide};
+        const int low[channelsOfPixel] = {block / (blocks * blocks) * blockSide, block / blocks % blocks * blockSide,
+                                          block % blocks * blockSide};
         std::vector<int> nearestOf(m_colours.size());
         int bound = std::numeric_limits<int>::max();
         for (std::size_t i = 0; i < m_colours.size(); ++i) {
-            const int colour[channels] = {m_colours[i].red, m_colours[i].green, m_colours[i].blue};
+            const int colour[channelsOfPixel] = {m_colours[i].red, m_colours[i].green, m_colours[i].blue};
             int farthest = 0;
-            for (int c = 0; c < channels; ++c) {
+            for (int c = 0; c < channelsOfPixel; ++c) {
                 const int high = low[c] + blockSide - 1;
                 nearestOf[i] += square(std::max({low[c] - colour[c], colour[c] - high, 0}));
                 farthest += square(std::max(std::abs(colour[c] - low[c]), std::abs(colour[c] - high)));

@@ -58,15 +58,15 @@ double unpackedBytes(int width, int height, int depth, int colourType) {
     return (std::ceil(static_cast<double>(width) * depth * channels[colourType] / 8) + 1) * height;
 }
 
-class Decoder {
+class PngDecoder {
   public:
-    explicit Decoder(Source &source) : m_source(source) {
+    explicit PngDecoder(Source &source) : m_source(source) {
         m_png = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, fail, [](png_structp, png_const_charp) {});
         m_info = m_png ? png_create_info_struct(m_png) : nullptr;
     }
-    Decoder(const Decoder &) = delete;
-    Decoder &operator=(const Decoder &) = delete;
-    ~Decoder() { png_destroy_read_struct(&m_png, &m_info, nullptr); }
+    PngDecoder(const PngDecoder &) = delete;
+    PngDecoder &operator=(const PngDecoder &) = delete;
+    ~PngDecoder() { png_destroy_read_struct(&m_png, &m_info, nullptr); }
 
     // Of a file that is not whole the last portion is lost, so that those are taken small.
     bool start(bool whole) {
@@ -171,12 +171,12 @@ class Decoder {
                (png_get_valid(m_png, m_info, PNG_INFO_sRGB) == 0 && png_get_gAMA(m_png, m_info, &gamma) != 0);
     }
     [[noreturn]] static void fail(png_structp png, png_const_charp text) {
-        auto *decoder = static_cast<Decoder *>(png_get_error_ptr(png));
+        auto *decoder = static_cast<PngDecoder *>(png_get_error_ptr(png));
         qstrncpy(decoder->m_text.data(), text, decoder->m_text.size());
         std::longjmp(decoder->m_back, 1); // NOLINT(cert-err52-cpp) the library has no other way
     }
     static void feed(png_structp png, png_bytep to, std::size_t count) {
-        auto *decoder = static_cast<Decoder *>(png_get_io_ptr(png));
+        auto *decoder = static_cast<PngDecoder *>(png_get_io_ptr(png));
         if (!decoder->take(to, static_cast<qint64>(count))) {
             png_error(png, "cut off: the end of the data is missing");
         }
@@ -207,7 +207,7 @@ class Decoder {
     bool m_deep = false;
 };
 
-bool readInto(Decoder &decoder, Decoded &result) {
+bool readInto(PngDecoder &decoder, Decoded &result) {
     const PixelView view = writeView(result.picture);
     if (!decoder.isDeep()) {
         return decoder.rows(view);
@@ -248,7 +248,7 @@ FileHeader readPngHeader(Source &source) {
 }
 
 Decoded decodePng(Source &source, const FileHeader &header) {
-    Decoder decoder(source);
+    PngDecoder decoder(source);
     if (!decoder.start(readChunks(source).whole)) {
         return refused(PictureError::Damaged, decoder.text());
     }

@@ -96,7 +96,6 @@ QByteArray rawProfile(const QByteArray &name, const QByteArray &data) {
 QByteArray metadataChunks(const MetadataBlocks &blocks) {
     QByteArray result;
     if (blocks.dotsPerInchX > 0) {
-        constexpr double inchesPerMetre = 1 / 0.0254;
         QByteArray density(9, '\1'); // the last byte: per metre
         qToBigEndian(static_cast<quint32>(std::lround(blocks.dotsPerInchX * inchesPerMetre)), density.data());
         qToBigEndian(static_cast<quint32>(std::lround(blocks.dotsPerInchY * inchesPerMetre)), density.data() + 4);

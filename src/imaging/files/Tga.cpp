@@ -14,7 +14,7 @@ namespace lumora {
 
 namespace {
 
-constexpr int headerBytes = 18;
+constexpr int tgaHeaderBytes = 18;
 
 /// Truevision TGA File Format 2.0, fields 1 to 5.
 struct TgaHeader {
@@ -42,7 +42,7 @@ bool isColourDepth(int bits) {
 
 /// The fields, when they can be a TGA's: no bytes mark the format.
 std::optional<TgaHeader> fieldsOf(const QByteArray &head) {
-    if (head.size() < headerBytes) {
+    if (head.size() < tgaHeaderBytes) {
         return std::nullopt;
     }
     const auto byte = [&](int at) { return static_cast<int>(static_cast<uchar>(head[at])); };
@@ -60,7 +60,7 @@ std::optional<TgaHeader> fieldsOf(const QByteArray &head) {
     fields.hasAlpha = (descriptor & 15) == 8;
     constexpr std::array orientations = {4, 3, 1, 2}; // EXIF's, by the corner of the first pixel
     fields.orientation = orientations[descriptor >> 4 & 3];
-    fields.paletteAt = headerBytes + byte(0);
+    fields.paletteAt = tgaHeaderBytes + byte(0);
     bool depthFits = false;
     switch (fields.kind) {
     case TgaHeader::Palette:
@@ -93,9 +93,9 @@ Pixel colourOf(const uchar *raw, int bits, bool hasAlpha) {
 }
 
 /// The file's pixels one after the other, whether they are packed or not.
-class Pixels {
+class TgaPixels {
   public:
-    Pixels(const TgaHeader &header, Source &source) : m_header(header), m_source(source), m_at(header.pixelsAt()) {
+    TgaPixels(const TgaHeader &header, Source &source) : m_header(header), m_source(source), m_at(header.pixelsAt()) {
         const int entryBytes = header.paletteEntryBytes();
         const QByteArray raw = source.bytes(header.paletteAt, header.pixelsAt() - header.paletteAt);
         for (qsizetype at = 0; entryBytes > 0 && at + entryBytes <= raw.size(); at += entryBytes) {
@@ -171,7 +171,7 @@ class Pixels {
 };
 
 /// Returns how many whole rows there were; `someAlpha`: whether any of their pixels can be seen.
-int readRows(Pixels &pixels, const PixelView &view, bool &someAlpha) {
+int readRows(TgaPixels &pixels, const PixelView &view, bool &someAlpha) {
     Pixel pixel{};
     for (int y = 0; y < view.height; ++y) {
         std::uint8_t *to = view.row(y);
@@ -193,7 +193,7 @@ bool isTga(const QByteArray &head) {
 }
 
 FileHeader readTgaHeader(Source &source) {
-    const std::optional<TgaHeader> fields = fieldsOf(source.bytes(0, headerBytes));
+    const std::optional<TgaHeader> fields = fieldsOf(source.bytes(0, tgaHeaderBytes));
     if (!fields) {
         return refusedHeader(PictureError::Damaged, QStringLiteral("unsupported TGA variant"));
     }
@@ -208,13 +208,13 @@ FileHeader readTgaHeader(Source &source) {
 }
 
 Decoded decodeTga(Source &source, const FileHeader &header) {
-    const TgaHeader fields = *fieldsOf(source.bytes(0, headerBytes));
+    const TgaHeader fields = *fieldsOf(source.bytes(0, tgaHeaderBytes));
     Decoded result;
     result.picture = newPicture(header.width, header.height, false);
     if (result.picture.isNull()) {
         return refused(PictureError::NoMemory, QStringLiteral("no memory for the pixels"));
     }
-    Pixels pixels(fields, source);
+    TgaPixels pixels(fields, source);
     bool someAlpha = false;
     const int rows = readRows(pixels, writeView(result.picture), someAlpha);
     if (rows == 0) {

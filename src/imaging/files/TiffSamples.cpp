@@ -1,5 +1,7 @@
 #include "imaging/files/TiffSamples.h"
 
+#include "imaging/files/DeepColour.h"
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -9,11 +11,7 @@ namespace lumora {
 
 namespace {
 
-constexpr int mostColours = 65536; // of a palette
-
-std::uint8_t byteOf(std::uint16_t value) {
-    return static_cast<std::uint8_t>((value + 128) / 257);
-}
+constexpr int mostPaletteColours = 65536; // of a palette
 
 template <typename Value, typename Convert>
 void convert(const std::uint8_t *raw, int count, std::uint16_t *to, Convert convertOne) {
@@ -259,7 +257,7 @@ void TiffSamples::readPalette(const TiffFile &file) {
     for (int i = 0; i < count * 3; ++i) {
         wide = wide || columns[i % 3][i / 3] > 255;
     }
-    m_colourTable.resize(m_bits <= 8 ? 256 : mostColours);
+    m_colourTable.resize(m_bits <= 8 ? 256 : mostPaletteColours);
     for (int i = 0; i < count; ++i) {
         for (int colour = 0; colour < 3; ++colour) {
             const int value = columns[colour][i];
@@ -276,9 +274,9 @@ void TiffSamples::placeSample(const std::uint8_t *values, int step, int width, i
     } else if (m_palette) {
         for (int x = 0; x < width; ++x) {
             const auto &colour = m_colourTable[values[x * step]];
-            to[x * 4] = byteOf(colour[2]);
-            to[x * 4 + 1] = byteOf(colour[1]);
-            to[x * 4 + 2] = byteOf(colour[0]);
+            to[x * 4] = rounded8(colour[2]);
+            to[x * 4 + 1] = rounded8(colour[1]);
+            to[x * 4 + 2] = rounded8(colour[0]);
         }
     } else if (m_colours == 1) {
         const int flip = m_inverted ? 255 : 0;

@@ -61,7 +61,7 @@ bool describeResolution(TIFF *tiff, const MetadataBlocks &blocks) {
 // libtiff writes fields one by one and only those that it knows. The encoded EXIF data are TIFF themselves: they stand
 // at the beginning of the file, so that their offsets hold, and their first directory is joined with libtiff's.
 
-constexpr qint64 headerBytes = 8;
+constexpr qint64 tiffHeaderBytes = 8;
 constexpr qsizetype entryBytes = 12; // tag and type of two bytes, count and value of four, in the processor's order
 
 struct DirectoryEntry {
@@ -107,8 +107,8 @@ quint32 append(QIODevice &target, const QByteArray &data) {
 
 bool joinDirectories(QIODevice &target, const MetadataBlocks &blocks) {
     std::vector<DirectoryEntry> entries;
-    const QByteArray header = readAt(target, 0, headerBytes);
-    const qint64 first = header.size() == headerBytes ? numberAt<quint32>(header, 4) : 0;
+    const QByteArray header = readAt(target, 0, tiffHeaderBytes);
+    const qint64 first = header.size() == tiffHeaderBytes ? numberAt<quint32>(header, 4) : 0;
     constexpr qint64 most = 2 + 100 * entryBytes; // libtiff's own has some fifteen
     addEntries(readAt(target, first, most), entries);
     if (entries.empty()) {
@@ -124,7 +124,7 @@ bool joinDirectories(QIODevice &target, const MetadataBlocks &blocks) {
         const quint32 at = append(target, blocks.iptc);
         entries.push_back(madeEntry(TIFFTAG_RICHTIFFIPTC, undefined, static_cast<quint32>(blocks.iptc.size()), at));
     }
-    if (blocks.exif.size() > headerBytes) {
+    if (blocks.exif.size() > tiffHeaderBytes) {
         addEntries(blocks.exif.mid(numberAt<quint32>(blocks.exif, 4)), entries);
     }
     std::sort(entries.begin(), entries.end(), [](const auto &a, const auto &b) { return a.tag < b.tag; });
@@ -143,8 +143,8 @@ QString writePixels(const QImage &picture, QIODevice &target, const MetadataBloc
     const TiffFile file(target, "w");
     bool good = file.handle() && describe(file.handle(), view, channels, stripRows) &&
                 describeResolution(file.handle(), blocks);
-    if (const QByteArray rest = blocks.exif.mid(headerBytes); good && !rest.isEmpty()) {
-        good = target.seek(headerBytes) && target.write(rest) == rest.size();
+    if (const QByteArray rest = blocks.exif.mid(tiffHeaderBytes); good && !rest.isEmpty()) {
+        good = target.seek(tiffHeaderBytes) && target.write(rest) == rest.size();
     }
     uint32_t strip = 0;
     packStrips<QByteArray>(
@@ -165,7 +165,7 @@ QString writePixels(const QImage &picture, QIODevice &target, const MetadataBloc
 } // namespace
 
 QString writeTiff(const QImage &picture, QIODevice &target, const MetadataBlocks &blocks) {
-    const QString error = writePixels(picture, target, blocks);
+    QString error = writePixels(picture, target, blocks);
     const bool more = !blocks.exif.isEmpty() || !blocks.xmp.isEmpty() || !blocks.iptc.isEmpty();
     if (error.isEmpty() && more && !joinDirectories(target, blocks)) {
         return QStringLiteral("cannot write the metadata: %1").arg(target.errorString());
