@@ -14,9 +14,8 @@ namespace {
 
 using test::firstDifference;
 using test::forEachTarget;
+using test::nowhere;
 using test::photoLike;
-
-const QPoint nowhere(-1, -1);
 
 QImage painted(const QImage &picture, double brush) {
     EffectEngine engine;

@@ -15,9 +15,8 @@ namespace {
 
 using test::firstDifference;
 using test::forEachTarget;
+using test::nowhere;
 using test::photoLike;
-
-const QPoint nowhere(-1, -1);
 
 QImage onCanvas(const QImage &picture, Texture texture) {
     EffectEngine engine;

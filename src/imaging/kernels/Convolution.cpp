@@ -6,6 +6,7 @@
 #include "imaging/kernels/PartOf.h"
 #include "imaging/kernels/PointOperation.h"
 #include "imaging/kernels/Premultiply.h"
+#include "imaging/kernels/RowBands.h"
 #include "imaging/kernels/ScratchPicture.h"
 #include "imaging/kernels/Targets.h"
 
@@ -147,15 +148,16 @@ template <Way way>
 void convolveFew(const FixedKernel &kernel, const std::uint32_t *const *rows, int width, int x, int count,
                  std::uint32_t *to) {
     const Pixels d;
-    constexpr int length = HWY_LANES(std::uint32_t) + 2;
+    constexpr int length = HWY_LANES(std::uint32_t) + 2 * mostStep;
+    const int step = kernel.step;
     std::uint32_t pixels[3][length] = {};
     for (int row = 0; row < 3; ++row) {
-        for (int i = 0; i < count + 2; ++i) {
-            pixels[row][i] = rows[row][std::clamp(x - 1 + i, 0, width - 1)];
+        for (int i = 0; i < count + 2 * step; ++i) {
+            pixels[row][i] = rows[row][std::clamp(x - step + i, 0, width - 1)];
         }
     }
     HWY_ALIGN std::uint32_t result[HWY_LANES(std::uint32_t)];
-    hn::Store(convolved<way>([&](int n) { return hn::LoadU(d, pixels[n / 3] + n % 3); }, kernel), d, result);
+    hn::Store(convolved<way>([&](int n) { return hn::LoadU(d, pixels[n / 3] + n % 3 * step); }, kernel), d, result);
     std::memcpy(to, result, static_cast<std::size_t>(count) * sizeof(std::uint32_t));
 }
 
@@ -163,21 +165,23 @@ template <Way way>
 void convolve(const FixedKernel &kernel, ConstPixelView source, PixelView target, PixelRect area, bool nonTemporal) {
     const Pixels d;
     const int lanes = static_cast<int>(hn::Lanes(d));
+    const int step = kernel.step;
     for (int y = area.top; y < area.bottom; ++y) {
         const std::uint32_t *rows[3];
         for (int i = 0; i < 3; ++i) {
-            rows[i] = reinterpret_cast<const std::uint32_t *>(source.row(std::clamp(y - 1 + i, 0, source.height - 1)));
+            rows[i] = reinterpret_cast<const std::uint32_t *>(
+                source.row(std::clamp(y + (i - 1) * step, 0, source.height - 1)));
         }
         auto *to = reinterpret_cast<std::uint32_t *>(target.row(y));
         for (int x = area.left; x < area.right;) {
             const auto offset =
                 static_cast<int>(reinterpret_cast<std::uintptr_t>(to + x) / sizeof(std::uint32_t)) & (lanes - 1);
             const int count = std::min(lanes - offset, area.right - x);
-            if (count < lanes || x == 0 || x + lanes >= source.width) {
+            if (count < lanes || x < step || x + lanes + step > source.width) {
                 convolveFew<way>(kernel, rows, source.width, x, count, to + x);
             } else {
                 const auto result =
-                    convolved<way>([&](int n) { return hn::LoadU(d, rows[n / 3] + x - 1 + n % 3); }, kernel);
+                    convolved<way>([&](int n) { return hn::LoadU(d, rows[n / 3] + x + (n % 3 - 1) * step); }, kernel);
                 if (nonTemporal) {
                     hn::Stream(result, d, to + x);
                 } else {
@@ -221,7 +225,7 @@ namespace {
 
 constexpr float largest = 32767;
 
-FixedKernel fixedKernel(const Convolution &parameters, bool opaque) {
+FixedKernel fixedKernel(const Convolution &parameters, int step, bool opaque) {
     float size = 0;
     for (const float coefficient : parameters.coefficients) {
         size = std::max(size, std::min(std::fabs(coefficient), largest));
@@ -238,6 +242,7 @@ FixedKernel fixedKernel(const Convolution &parameters, bool opaque) {
     const int offset = std::clamp(parameters.offset, -32767, 32767) * (1 << kernel.bits);
     kernel.start = (1 << kernel.bits) / 2 + (opaque ? offset : 0);
     kernel.startPerAlpha = offset / 255;
+    kernel.step = step;
     return kernel;
 }
 
@@ -266,9 +271,10 @@ bool fitsWords(const FixedKernel &kernel) {
 
 namespace {
 
-bool convolvePixels(const Convolution &parameters, ConstPixelView source, PixelView target, PixelRect area,
+/// The places of the kernel are `step` pixels apart.
+bool convolvePixels(const Convolution &parameters, int step, ConstPixelView source, PixelView target, PixelRect area,
                     bool opaque) {
-    const FixedKernel kernel = fixedKernel(parameters, opaque);
+    const FixedKernel kernel = fixedKernel(parameters, step, opaque);
     if (opaque) {
         const FixedKernel shortest = reduced(kernel);
         runPointKernel(fitsWords(shortest) ? HWY_DYNAMIC_DISPATCH(convolveNarrow)
@@ -276,7 +282,7 @@ bool convolvePixels(const Convolution &parameters, ConstPixelView source, PixelV
                        shortest, source, target, area);
         return true;
     }
-    const PixelRect needed = withMargin(area, 1, source);
+    const PixelRect needed = withMargin(area, step, source);
     const ScratchPicture scratch(needed.width(), needed.height());
     if (scratch.view().isEmpty()) {
         return false;
@@ -290,20 +296,65 @@ bool convolvePixels(const Convolution &parameters, ConstPixelView source, PixelV
     return true;
 }
 
+/// The mean of a pixel and its neighbours in which each side counts that much; a multiple of 1 / 64, which fixed point
+/// holds exactly.
+Convolution meanKernel(float side) {
+    const float middle = 1 - 2 * side;
+    const float corner = side * side;
+    return {
+        {corner, side * middle, corner, side * middle, middle * middle, side * middle, corner, side * middle, corner}};
+}
+
+/// Changes `near` to what lies so many 16ths of the way to `far`.
+void mixTowards(PixelView near, ConstPixelView far, int sixteenths) {
+    forBands(wholeOf(far), [&](PixelRect band) {
+        for (int y = band.top; y < band.bottom; ++y) {
+            std::uint8_t *to = near.row(y);
+            const std::uint8_t *from = far.row(y);
+            for (std::ptrdiff_t i = 0; i < std::ptrdiff_t(4) * near.width; ++i) {
+                to[i] = static_cast<std::uint8_t>((to[i] * (16 - sixteenths) + from[i] * sixteenths + 8) / 16);
+            }
+        }
+    });
+}
+
+/// The picture is averaged to half units, and those are mixed with their neighbours: means of what overlaps, so that
+/// lines at a slant do not become rows of beads. The kernel's places are two of them apart. Below a unit of 2 half a
+/// unit is less than a pixel: pixels are taken, and the result is between those of places one and two pixels apart.
 /// The whole picture is averaged, whatever the area: the result must not depend on it.
 bool convolveUnits(const Convolution &parameters, ConstPixelView source, PixelView target, PixelRect area,
                    bool opaque) {
-    const auto units = [&](int pixels) { return std::max(1, static_cast<int>(std::lround(pixels / parameters.unit))); };
-    const ScratchPicture small(units(source.width), units(source.height));
-    const ScratchPicture changed(small.view().width, small.view().height);
-    if (small.view().isEmpty() || changed.view().isEmpty() || !averageArea(source, small.view(), opaque)) {
+    const double half = std::max(1.0, parameters.unit / 2);
+    const int sixteenths = static_cast<int>(std::lround((parameters.unit / half - 1) * 16));
+    const auto reduced = [&](int pixels) { return std::max(1, static_cast<int>(std::lround(pixels / half))); };
+    const int width = reduced(source.width);
+    const int height = reduced(source.height);
+    const ScratchPicture scratch(width, 3 * height);
+    if (scratch.view().isEmpty()) {
         return false;
     }
-    const ConstPixelView averaged = readOnly(small.view());
-    if (!convolvePixels(parameters, averaged, changed.view(), {0, 0, averaged.width, averaged.height}, opaque)) {
+    const auto part = [&](int n) { return partOf(scratch.view(), {0, n * height, width, (n + 1) * height}); };
+    const PixelView averaged = part(0);
+    const PixelView small = part(1);
+    const PixelView changed = part(2);
+    const auto convolve = [&](const Convolution &kernel, int step, PixelView from, PixelView to) {
+        return convolvePixels(kernel, step, readOnly(from), to, wholeOf(from), opaque);
+    };
+    if (!averageArea(source, averaged, opaque) ||
+        !convolve(meanKernel(static_cast<float>(sixteenths) / 64), 1, averaged, small) ||
+        !convolve(parameters, 2, small, changed)) {
         return false;
     }
-    addEnlargedDifference(source, averaged, readOnly(changed.view()), target, area);
+    if (sixteenths < 16) {
+        const PixelView near = averaged;
+        if (!convolve(parameters, 1, small, near)) {
+            return false;
+        }
+        mixTowards(near, readOnly(changed), sixteenths);
+        addEnlargedDifference(source, readOnly(small), readOnly(near), target, area);
+        return true;
+    }
+    addEnlargedDifference(source, readOnly(small), readOnly(changed), target, area);
     return true;
 }
 
@@ -315,7 +366,7 @@ bool applyConvolution(const Convolution &parameters, ConstPixelView source, Pixe
         return false;
     }
     return parameters.unit > 1 ? convolveUnits(parameters, source, target, area, opaque)
-                               : convolvePixels(parameters, source, target, area, opaque);
+                               : convolvePixels(parameters, 1, source, target, area, opaque);
 }
 
 } // namespace lumora
