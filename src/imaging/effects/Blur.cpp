@@ -4,6 +4,7 @@
 #include "imaging/kernels/Enlarge.h"
 #include "imaging/kernels/NonTemporalStore.h"
 #include "imaging/kernels/PartOf.h"
+#include "imaging/kernels/PointOperation.h"
 #include "imaging/kernels/Premultiply.h"
 #include "imaging/kernels/RowBands.h"
 #include "imaging/kernels/ScratchPicture.h"
@@ -105,7 +106,8 @@ HWY_INLINE void transpose(Four &a, Four &b, Four &c, Four &d) {
     d = hn::BitCast(d32, hn::InterleaveUpper(d64, abUpper, cdUpper));
 }
 
-/// Four rows of pixels as one line of 16 bytes a sample, and back; the rows written back are aligned to 16 bytes.
+/// Four rows of pixels as one line of 16 bytes a sample, and back; rows that are written past the cache are aligned to
+/// 16 bytes.
 void interleaveRows(const std::uint8_t *const *rows, int width, std::uint8_t *line) {
     const FourPixels d;
     const auto *const *pixels = reinterpret_cast<const std::uint32_t *const *>(rows);
@@ -129,8 +131,15 @@ void interleaveRows(const std::uint8_t *const *rows, int width, std::uint8_t *li
     }
 }
 
-void separateRows(const std::uint8_t *line, int width, std::uint8_t *const *rows) {
+void separateRows(const std::uint8_t *line, int width, std::uint8_t *const *rows, bool nonTemporal) {
     const FourPixels d;
+    const auto store = [&](Four pixels, std::uint32_t *to) {
+        if (nonTemporal) {
+            hn::Stream(pixels, d, to);
+        } else {
+            hn::StoreU(pixels, d, to);
+        }
+    };
     auto *const *pixels = reinterpret_cast<std::uint32_t *const *>(rows);
     const auto *from = reinterpret_cast<const std::uint32_t *>(line);
     int x = 0;
@@ -140,10 +149,10 @@ void separateRows(const std::uint8_t *line, int width, std::uint8_t *const *rows
         Four v2 = hn::LoadU(d, from + 8);
         Four v3 = hn::LoadU(d, from + 12);
         transpose(v0, v1, v2, v3);
-        hn::Stream(v0, d, pixels[0] + x);
-        hn::Stream(v1, d, pixels[1] + x);
-        hn::Stream(v2, d, pixels[2] + x);
-        hn::Stream(v3, d, pixels[3] + x);
+        store(v0, pixels[0] + x);
+        store(v1, pixels[1] + x);
+        store(v2, pixels[2] + x);
+        store(v3, pixels[3] + x);
     }
     for (; x < width; ++x) {
         for (int row = 0; row < 4; ++row) {
@@ -156,7 +165,7 @@ void separateRows(const std::uint8_t *line, int width, std::uint8_t *const *rows
 /// Down a strip of `bytes` bytes, whole vectors of them; `state` keeps three sums for each byte. Rows are processed in
 /// blocks, so that the sums stay in registers and the block's pixels in the L1 cache.
 void blurStrip(ConstPixelView source, PixelView target, std::ptrdiff_t offset, std::size_t bytes, int radius,
-               std::int32_t *state) {
+               std::int32_t *state, bool nonTemporal) {
     constexpr int blockRows = 16;
     HWY_ALIGN std::uint8_t means[std::size_t(blockRows) * stripPixels * 4];
     const Sums d;
@@ -195,7 +204,12 @@ void blurStrip(ConstPixelView source, PixelView target, std::ptrdiff_t offset, s
         for (int row = 0; row < rows; ++row) {
             const int y = block + row - 3 * radius;
             if (y >= 0) {
-                copyNonTemporal(means + std::size_t(row) * bytes, target.row(y) + offset, bytes);
+                const std::uint8_t *from = means + std::size_t(row) * bytes;
+                if (nonTemporal) {
+                    copyNonTemporal(from, target.row(y) + offset, bytes);
+                } else {
+                    std::memcpy(target.row(y) + offset, from, bytes);
+                }
             }
         }
     }
@@ -246,6 +260,7 @@ class PaddedLine {
 
 /// Along the rows, four at a time; a shorter last group repeats its last row.
 void blurRows(ConstPixelView source, PixelView target, int radius) {
+    const bool nonTemporal = leavesCache(wholeOf(source));
     const int groups = (source.height + rowsInLine - 1) / rowsInLine;
     forRowBands(groups, std::int64_t(source.width) * rowsInLine, [&](int first, int end) {
         PaddedLine line(source.width, radius);
@@ -261,13 +276,14 @@ void blurRows(ConstPixelView source, PixelView target, int radius) {
             HWY_DYNAMIC_DISPATCH(interleaveRows)(from, source.width, line.samples());
             line.extend();
             HWY_DYNAMIC_DISPATCH(blurLine)(line.samples(), blurred.data(), source.width, radius);
-            HWY_DYNAMIC_DISPATCH(separateRows)(blurred.data(), source.width, to);
+            HWY_DYNAMIC_DISPATCH(separateRows)(blurred.data(), source.width, to, nonTemporal);
         }
     });
 }
 
 /// Along the columns, in strips; the rest after the last whole vector uses a separate line.
 void blurColumns(ConstPixelView source, PixelView target, int radius) {
+    const bool nonTemporal = leavesCache(wholeOf(source));
     constexpr int vectorPixels = 4;
     const int wholeColumns = source.width / vectorPixels * vectorPixels;
     const int strips = (wholeColumns + stripPixels - 1) / stripPixels;
@@ -276,7 +292,8 @@ void blurColumns(ConstPixelView source, PixelView target, int radius) {
         for (int strip = first; strip < end; ++strip) {
             const int pixels = std::min(stripPixels, wholeColumns - strip * stripPixels);
             HWY_DYNAMIC_DISPATCH(blurStrip)
-            (source, target, std::ptrdiff_t(4) * strip * stripPixels, std::size_t(pixels) * 4, radius, state.data());
+            (source, target, std::ptrdiff_t(4) * strip * stripPixels, std::size_t(pixels) * 4, radius, state.data(),
+             nonTemporal);
         }
     });
     if (wholeColumns < source.width) {
@@ -307,8 +324,7 @@ bool blurPixels(int radius, ConstPixelView source, PixelView target, PixelRect a
     const ConstPixelView from = partOf(source, needed);
     const PixelView to = partOf(target, needed);
     if (opaque) {
-        blurRows(from, scratch.view(), radius);
-        blurColumns(readOnly(scratch.view()), to, radius);
+        blurBlock(radius, from, scratch.view(), to);
     } else {
         premultiply(from, to);
         blurRows(readOnly(to), scratch.view(), radius);
@@ -343,6 +359,11 @@ bool blurReduced(double radius, ConstPixelView source, PixelView target, PixelRe
 }
 
 } // namespace
+
+void blurBlock(int radius, ConstPixelView source, PixelView scratch, PixelView target) {
+    blurRows(source, scratch, radius);
+    blurColumns(readOnly(scratch), target, radius);
+}
 
 bool applyBlur(const Blur &parameters, ConstPixelView source, PixelView target, PixelRect area, bool opaque) {
     const double radius = std::clamp(parameters.amount, 0.0, 65535.0);

@@ -18,4 +18,8 @@ struct Blur {
 /// when that fails.
 bool applyBlur(const Blur &parameters, ConstPixelView source, PixelView target, PixelRect area, bool opaque);
 
+/// The same, with a radius of 0 to 100, for the whole of an opaque picture, with the caller's memory for one more. All
+/// have one size.
+void blurBlock(int radius, ConstPixelView source, PixelView scratch, PixelView target);
+
 } // namespace lumora
