@@ -4,6 +4,7 @@
 #include "imaging/kernels/Premultiply.h"
 #include "imaging/kernels/ScratchPicture.h"
 #include "imaging/transforms/Rotate.h"
+#include "imaging/transforms/RotatedExtent.h"
 
 #include <algorithm>
 #include <cmath>
@@ -60,14 +61,10 @@ QImage rotated(const QImage &picture, double degrees) {
     }
     const double sine = std::sin(angle * std::numbers::pi / 180);
     const double cosine = std::cos(angle * std::numbers::pi / 180);
-    // What exceeds a whole pixel by less than that is the sine's own rounding.
-    const auto side = [&](double along, double across) {
-        return std::ceil(std::abs(along * cosine) + std::abs(across * sine) - 1e-6);
-    };
-    const double width = side(source.width, source.height);
-    const double height = side(source.height, source.width);
+    const QSize extent = rotatedExtent(picture.size(), angle);
     const bool opaque = picture.format() == QImage::Format_RGB32;
-    QImage result = width * height <= double(maxPicturePixels) ? newPicture(int(width), int(height), opaque) : QImage();
+    const bool tooLarge = double(extent.width()) * extent.height() > double(maxPicturePixels);
+    QImage result = tooLarge ? QImage() : newPicture(extent.width(), extent.height(), opaque);
     const PixelView target = writeView(result);
     if (target.isEmpty()) {
         return {};
