@@ -39,10 +39,16 @@ constexpr int anySide = INT_MAX;
 constexpr int sixteenBits = 65535;
 constexpr int jpegSide = 65500; // libjpeg's own limit
 
-constexpr Writer writers[] = {
-    {" jpg jpeg jpe ", jpegSide, nullptr, writeJpeg}, {" png ", anySide, nullptr, writePng},
-    {" tif tiff ", anySide, nullptr, writeTiff},      {" bmp ", anySide, writeBmp, nullptr},
-    {" gif ", sixteenBits, writeGif, nullptr},        {" tga ", sixteenBits, writeTga, nullptr},
+constexpr FormatWriter writers[] = {
+    {.extensions = " jpg jpeg jpe ",
+     .longestSide = jpegSide,
+     .keepsTransparency = false,
+     .writeWithMetadata = writeJpeg},
+    {.extensions = " png ", .longestSide = anySide, .writeWithMetadata = writePng},
+    {.extensions = " tif tiff ", .longestSide = anySide, .writeWithMetadata = writeTiff},
+    {.extensions = " bmp ", .longestSide = anySide, .keepsTransparency = false, .write = writeBmp},
+    {.extensions = " gif ", .longestSide = sixteenBits, .write = writeGif},
+    {.extensions = " tga ", .longestSide = sixteenBits, .write = writeTga},
 };
 
 bool hasExtension(const char *extensions, const QString &path) {
@@ -61,8 +67,8 @@ const Format *formatOf(Source &source) {
 }
 
 /// The writer of the type that the file's name has; null where there is none.
-const Writer *writerOf(const QString &path) {
-    const auto *writer = std::find_if(std::begin(writers), std::end(writers), [&](const Writer &candidate) {
+const FormatWriter *writerOf(const QString &path) {
+    const auto *writer = std::find_if(std::begin(writers), std::end(writers), [&](const FormatWriter &candidate) {
         return hasExtension(candidate.extensions, path);
     });
     return writer == std::end(writers) ? nullptr : writer;
@@ -296,6 +302,11 @@ bool hasWritableExtension(const QString &path) {
     return writerOf(path) != nullptr;
 }
 
+bool keepsTransparency(const QString &path) {
+    const FormatWriter *writer = writerOf(path);
+    return writer != nullptr && writer->keepsTransparency;
+}
+
 PictureHeader readPictureHeader(const QString &path) {
     PictureHeader result;
     QFile file;
@@ -357,7 +368,7 @@ PictureRead readPictureFromData(const QByteArray &data) {
 PictureWritten writePicture(const QImage &picture, const QString &path, const PictureMetadata &metadata,
                             PrivateDetails details) {
     PictureWritten result;
-    const Writer *const writer = writerOf(path);
+    const FormatWriter *const writer = writerOf(path);
     if (writer == nullptr) {
         result.error = PictureError::UnknownType;
         result.reason = QStringLiteral("no format goes by the extension \"%1\"").arg(QFileInfo(path).suffix());

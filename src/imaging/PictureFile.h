@@ -58,6 +58,8 @@ QList<QStringList> readableExtensions();
 
 /// Whether that file's name has an extension that writePicture knows.
 bool hasWritableExtension(const QString &path);
+/// Whether a file of that name's type, when it is written, keeps what is transparent; if not, it is white there.
+bool keepsTransparency(const QString &path);
 
 /// Reads only the header. Never allocates pixels.
 PictureHeader readPictureHeader(const QString &path);

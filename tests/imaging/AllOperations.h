@@ -8,6 +8,7 @@
 #include "imaging/effects/ColourFocus.h"
 #include "imaging/effects/Colourise.h"
 #include "imaging/effects/Contrast.h"
+#include "imaging/effects/Enhance.h"
 #include "imaging/effects/Greyscale.h"
 #include "imaging/effects/HighPassSharpen.h"
 #include "imaging/effects/Invert.h"

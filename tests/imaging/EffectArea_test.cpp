@@ -3,6 +3,7 @@
 #include "imaging/EffectReference.h"
 #include "imaging/Picture.h"
 #include "imaging/Region.h"
+#include "imaging/Scale.h"
 #include "imaging/TargetsForTest.h"
 #include "imaging/transforms/Resample.h"
 #include "support/TestPictures.h"
@@ -125,8 +126,8 @@ QRgb clampedPixel(const QImage &picture, int x, int y) {
     return picture.pixel(std::clamp(x, 0, picture.width() - 1), std::clamp(y, 0, picture.height() - 1));
 }
 
-/// For coefficients that are whole multiples of 2^-bits.
-QImage convolvedSlowly(const QImage &picture, std::array<double, 9> coefficients, int offset, int bits) {
+/// For coefficients that are whole multiples of 2^-bits, `step` pixels apart.
+QImage convolvedSlowly(const QImage &picture, std::array<double, 9> coefficients, int offset, int bits, int step = 1) {
     QImage result = picture.copy();
     const bool opaque = picture.format() == QImage::Format_RGB32;
     for (int y = 0; y < picture.height(); ++y) {
@@ -137,7 +138,7 @@ QImage convolvedSlowly(const QImage &picture, std::array<double, 9> coefficients
                 opaque ? std::int64_t(offset) * one : std::int64_t(offset * one / 255) * qAlpha(middle);
             std::array<std::int64_t, 3> sum{start, start, start};
             for (int n = 0; n < 9; ++n) {
-                const QRgb p = multiplied(clampedPixel(picture, x - 1 + n % 3, y - 1 + n / 3));
+                const QRgb p = multiplied(clampedPixel(picture, x + (n % 3 - 1) * step, y + (n / 3 - 1) * step));
                 const auto weight = std::int64_t(coefficients[std::size_t(n)] * one);
                 sum[0] += weight * qRed(p);
                 sum[1] += weight * qGreen(p);
@@ -148,6 +149,62 @@ QImage convolvedSlowly(const QImage &picture, std::array<double, 9> coefficients
             };
             reinterpret_cast<QRgb *>(result.scanLine(y))[x] =
                 divided(withAlphaOf(middle, level(0), level(1), level(2)));
+        }
+    }
+    return result;
+}
+
+/// The three samples around a place of an enlarged line and their 32768ths, and what they mix to.
+struct Spline {
+    Spline(int index, int length, int smallLength) {
+        const double place = (index + .5) * smallLength / length;
+        nearest = std::min(int(place), smallLength - 1);
+        const auto weight = [](double share) { return int(std::lround(share * share * 16384)); };
+        before = weight(nearest + 1 - place);
+        after = weight(place - nearest);
+        last = smallLength - 1;
+    }
+    template <typename Level> int mixed(const Level &level) const {
+        const int here = level(nearest);
+        const auto part = [&](int sample, int weight) { return ((level(sample) - here) * weight + (1 << 14)) >> 15; };
+        return here + part(std::max(nearest - 1, 0), before) + part(std::min(nearest + 1, last), after);
+    }
+
+    int nearest, before, after, last;
+};
+
+/// The kernel on means that overlap, and what it changed there, smoothly enlarged, on the picture.
+QImage convolvedInUnits(const QImage &picture, std::array<double, 9> coefficients, int offset, int bits, double unit) {
+    const double half = std::max(1.0, unit / 2);
+    const auto reduced = [&](int side) { return std::max(1, int(std::lround(side / half))); };
+    const double share = std::round((unit / half - 1) * 16) / 16; // of places two pixels apart
+    const double side = share / 4;
+    const double middle = 1 - 2 * side;
+    const double corner = side * side;
+    const double edge = side * middle;
+    const QImage small =
+        convolvedSlowly(scaleByAveraging(picture, reduced(picture.width()), reduced(picture.height())),
+                        {corner, edge, corner, edge, middle * middle, edge, corner, edge, corner}, 0, 14);
+    const QImage near = convolvedSlowly(small, coefficients, offset, bits, 1);
+    QImage changed = convolvedSlowly(small, coefficients, offset, bits, 2);
+    for (int y = 0; y < small.height(); ++y) {
+        for (int i = 0; i < small.width() * 4; ++i) {
+            uchar &level = changed.scanLine(y)[i];
+            level = static_cast<uchar>(std::floor(near.constScanLine(y)[i] * (1 - share) + level * share + .5));
+        }
+    }
+    QImage result = picture.copy();
+    for (int y = 0; y < picture.height(); ++y) {
+        const Spline rows(y, picture.height(), small.height());
+        for (int i = 0; i < picture.width() * 4; ++i) {
+            const int value = Spline(i / 4, picture.width(), small.width()).mixed([&](int x) {
+                return rows.mixed([&](int from) {
+                    const int at = 4 * x + i % 4;
+                    return 32 * (changed.constScanLine(from)[at] - small.constScanLine(from)[at]);
+                });
+            });
+            result.scanLine(y)[i] =
+                static_cast<uchar>(std::clamp(picture.constScanLine(y)[i] + ((value + 16) >> 5), 0, 255));
         }
     }
     return result;
@@ -321,6 +378,11 @@ const std::vector<AreaEffect> &areaEffects() {
                               return convolvedSlowly(p, used, usedOffset, bits);
                           }};
     };
+    const auto tracing = [](double unit) {
+        return AreaEffect{"tracing", {applyConvolution, {{1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, unit}}, [=](const QImage &p) {
+                              return convolvedInUnits(p, {1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, 12, unit);
+                          }};
+    };
     const auto emboss = [](int asked, int used) {
         return AreaEffect{"colourEmboss", {applyColourEmboss, {asked}}, [=](const QImage &p) {
                               const double d = used;
@@ -348,6 +410,10 @@ const std::vector<AreaEffect> &areaEffects() {
         convolution({1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, {1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, 12),
         convolution({.5F, 0, 0, 0, -.25F, 0, 0, 0, -.125F}, 100, {.5, 0, 0, 0, -.25, 0, 0, 0, -.125}, 100, 14),
         convolution({1e9F, 0, -1e9F, 0, 1, 0, 0, 0, 0}, INT_MIN, {32767, 0, -32767, 0, 1, 0, 0, 0, 0}, -32767, 0),
+        tracing(1.4),
+        tracing(2),
+        tracing(3.7),
+        tracing(12),
         emboss(1, 1),
         emboss(-3, -3),
         emboss(INT_MAX, 10),

@@ -50,6 +50,7 @@ const std::vector<Row> &rows() {
         {"brightness", KeepsAlpha, {applyBrightness, {50}}},
         {"contrast", KeepsAlpha, {applyContrast, {50}}},
         {"saturation", KeepsAlpha, {applySaturation, {50}}},
+        {"enhance", KeepsAlpha, {applyEnhance, {50}}},
         {"high-pass-sharpen", KeepsAlpha, {applyHighPassSharpen, {0}}},
         {"sharpen", KeepsAlpha, {applySharpen, {}}},
         {"mosaic", Plain, {applyMosaic, {10, 10}}},

@@ -20,16 +20,16 @@ QImage focused(const QImage &picture, const ColourFocus &parameters) {
     return result;
 }
 
-int luma(QRgb pixel) {
+int lumaOf(QRgb pixel) {
     return (3736 * qBlue(pixel) + 19235 * qGreen(pixel) + 9797 * qRed(pixel) + 16384) / 32768;
 }
 
 /// Degrees between the hues of two colours; what has none is farthest from everything.
 double hueDistance(QRgb a, QRgb b) {
-    const double ax = qBlue(a) - luma(a);
-    const double ay = qRed(a) - luma(a);
-    const double bx = qBlue(b) - luma(b);
-    const double by = qRed(b) - luma(b);
+    const double ax = qBlue(a) - lumaOf(a);
+    const double ay = qRed(a) - lumaOf(a);
+    const double bx = qBlue(b) - lumaOf(b);
+    const double by = qRed(b) - lumaOf(b);
     const double lengths = std::hypot(ax, ay) * std::hypot(bx, by);
     return lengths == 0 ? 90 : std::acos(std::clamp((ax * bx + ay * by) / lengths, -1.0, 1.0)) * 180 / M_PI;
 }
@@ -62,7 +62,9 @@ TEST(TransformFocus, coloursFadeWithTheirDistanceInHue) {
                         const QRgb before = picture.pixel(x, y);
                         const QRgb after = first.pixel(x, y);
                         const double share = keptShare(hueDistance(before, chosen), focus.tolerance);
-                        const auto expected = [&](int level) { return luma(before) + (level - luma(before)) * share; };
+                        const auto expected = [&](int level) {
+                            return lumaOf(before) + (level - lumaOf(before)) * share;
+                        };
                         ASSERT_NEAR(qRed(after), expected(qRed(before)), 1.1) << x << ' ' << y;
                         ASSERT_NEAR(qGreen(after), expected(qGreen(before)), 1.1) << x << ' ' << y;
                         ASSERT_NEAR(qBlue(after), expected(qBlue(before)), 1.1) << x << ' ' << y;
@@ -80,8 +82,8 @@ TEST(TransformFocus, extremes) {
     EXPECT_EQ(firstDifference(focused(picture, {1, 2, 3, INT_MAX}), picture), QPoint(-1, -1));
     const QImage grey = focused(picture, {70, 70, 70, 40});
     for (int x = 0; x < 90; ++x) {
-        EXPECT_EQ(qRed(grey.pixel(x, 20)), luma(picture.pixel(x, 20)));
-        EXPECT_EQ(qBlue(grey.pixel(x, 20)), luma(picture.pixel(x, 20)));
+        EXPECT_EQ(qRed(grey.pixel(x, 20)), lumaOf(picture.pixel(x, 20)));
+        EXPECT_EQ(qBlue(grey.pixel(x, 20)), lumaOf(picture.pixel(x, 20)));
     }
     EXPECT_EQ(firstDifference(focused(picture, {INT_MAX, INT_MIN, -5, INT_MIN}), focused(picture, {255, 0, 0, 0})),
               QPoint(-1, -1));

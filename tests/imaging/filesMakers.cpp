@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <functional>
 #include <jpeglib.h>
 #include <libheif/heif.h>
 #include <png.h>
@@ -389,7 +390,10 @@ QByteArray makeWebP(const QImage &picture, const QByteArray &exif) {
     return "RIFF" + number(static_cast<quint32>(body.size()), 4) + body;
 }
 
-QByteArray makeHeif(const QImage &picture, int orientation, const QByteArray &exif) {
+namespace {
+
+/// Encodes what `draw` has made: an interleaved image without alpha. Empty where the library cannot.
+QByteArray encodeHeif(int orientation, const QByteArray &exif, const std::function<heif_image *()> &draw) {
 #ifdef __SANITIZE_ADDRESS__
     const __lsan::ScopedDisabler encoderKeepsMemory; // which only the tests use
 #endif
@@ -398,6 +402,35 @@ QByteArray makeHeif(const QImage &picture, int orientation, const QByteArray &ex
     QByteArray bytes;
     if (heif_context_get_encoder_for_format(context, heif_compression_HEVC, &encoder).code == heif_error_Ok) {
         heif_encoder_set_lossy_quality(encoder, 95);
+        heif_image *image = draw();
+        heif_encoding_options *options = heif_encoding_options_alloc();
+        options->image_orientation = static_cast<heif_orientation>(orientation);
+        heif_image_handle *handle = nullptr;
+        heif_context_encode_image(context, image, encoder, options, &handle);
+        if (!exif.isEmpty()) {
+            heif_context_add_exif_metadata(context, handle, exif.constData(), static_cast<int>(exif.size()));
+        }
+        heif_writer writer{1, [](heif_context *, const void *data, std::size_t count, void *to) {
+                               static_cast<QByteArray *>(to)->append(static_cast<const char *>(data),
+                                                                     static_cast<qsizetype>(count));
+                               return heif_error{heif_error_Ok, heif_suberror_Unspecified, ""};
+                           }};
+        if (handle != nullptr) {
+            heif_context_write(context, &writer, &bytes);
+        }
+        heif_image_handle_release(handle);
+        heif_encoding_options_free(options);
+        heif_image_release(image);
+        heif_encoder_release(encoder);
+    }
+    heif_context_free(context);
+    return bytes;
+}
+
+} // namespace
+
+QByteArray makeHeif(const QImage &picture, int orientation, const QByteArray &exif) {
+    return encodeHeif(orientation, exif, [&] {
         heif_image *image = nullptr;
         heif_image_create(picture.width(), picture.height(), heif_colorspace_RGB, heif_chroma_interleaved_RGB, &image);
         heif_image_add_plane(image, heif_channel_interleaved, picture.width(), picture.height(), 8);
@@ -407,24 +440,25 @@ QByteArray makeHeif(const QImage &picture, int orientation, const QByteArray &ex
         for (int y = 0; y < rgb.height(); ++y) {
             std::memcpy(plane + y * stride, rgb.constScanLine(y), static_cast<std::size_t>(rgb.width()) * 3);
         }
-        heif_encoding_options *options = heif_encoding_options_alloc();
-        options->image_orientation = static_cast<heif_orientation>(orientation);
-        heif_image_handle *handle = nullptr;
-        heif_context_encode_image(context, image, encoder, options, &handle);
-        heif_context_add_exif_metadata(context, handle, exif.constData(), static_cast<int>(exif.size()));
-        heif_writer writer{1, [](heif_context *, const void *data, std::size_t count, void *to) {
-                               static_cast<QByteArray *>(to)->append(static_cast<const char *>(data),
-                                                                     static_cast<qsizetype>(count));
-                               return heif_error{heif_error_Ok, heif_suberror_Unspecified, ""};
-                           }};
-        heif_context_write(context, &writer, &bytes);
-        heif_image_handle_release(handle);
-        heif_encoding_options_free(options);
-        heif_image_release(image);
-        heif_encoder_release(encoder);
-    }
-    heif_context_free(context);
-    return bytes;
+        return image;
+    });
+}
+
+QByteArray makeDeepHeif(int width, int height, const std::function<int(int x)> &grey, const QByteArray &profile) {
+    return encodeHeif(1, {}, [&] {
+        heif_image *image = nullptr;
+        heif_image_create(width, height, heif_colorspace_RGB, heif_chroma_interleaved_RRGGBB_LE, &image);
+        heif_image_add_plane(image, heif_channel_interleaved, width, height, 10);
+        heif_image_set_raw_color_profile(image, "prof", profile.constData(), static_cast<std::size_t>(profile.size()));
+        int stride = 0;
+        uint8_t *plane = heif_image_get_plane(image, heif_channel_interleaved, &stride);
+        for (int y = 0; y < height; ++y) {
+            for (int i = 0; i < 3 * width; ++i) {
+                qToLittleEndian<quint16>(static_cast<quint16>(grey(i / 3)), plane + y * stride + 2 * i);
+            }
+        }
+        return image;
+    });
 }
 
 QByteArray exifWithOrientation(int orientation) {

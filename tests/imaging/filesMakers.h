@@ -53,6 +53,9 @@ QByteArray makeWebP(const QImage &picture, const QByteArray &exif = {});
 /// Empty where the library cannot encode HEVC.
 QByteArray makeHeif(const QImage &picture, int orientation, const QByteArray &exif);
 
+/// A HEIC file of 10 bits a sample, grey, with a colour profile: `grey` gives the samples of a column.
+QByteArray makeDeepHeif(int width, int height, const std::function<int(int x)> &grey, const QByteArray &profile);
+
 /// EXIF data with a thumbnail, which is a whole JPEG file.
 QByteArray exifWithThumbnail(const QByteArray &jpeg);
 

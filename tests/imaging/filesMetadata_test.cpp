@@ -5,6 +5,7 @@
 #include "imaging/files/Metadata.h"
 #include "imaging/files/MetadataBlocks.h"
 #include "imaging/filesMakers.h"
+#include "support/TestFiles.h"
 #include "support/TestPictures.h"
 
 #include <QBuffer>
@@ -40,11 +41,6 @@ Fields fieldsOf(const QString &path) {
         fields[field.key()] += field.toString() + ';';
     }
     return fields;
-}
-
-QByteArray contents(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 /// A value for every field of the group that the library knows and that says something about a photo.

@@ -15,8 +15,8 @@ using namespace lumora::test;
 namespace {
 
 constexpr int block = 16; // so that JPEG keeps the colours of the middle apart
-constexpr int columns = 4;
-constexpr int rows = 3;
+constexpr int blockColumns = 4;
+constexpr int blockRows = 3;
 
 QRgb colourOf(int column, int row) {
     return qRgb(40 + column * 60, 40 + row * 80, (column + row) % 2 ? 200 : 60);
@@ -33,8 +33,8 @@ constexpr Sides sides[9] = {{},         {'t', 'l'}, {'t', 'r'}, {'b', 'r'}, {'b'
 // The colour of a stored pixel, for an orientation.
 QRgb storedPixel(int orientation, int x, int y) {
     const Sides side = sides[orientation];
-    const int across = columns * block;
-    const int down = rows * block;
+    const int across = blockColumns * block;
+    const int down = blockRows * block;
     int uprightX = 0;
     int uprightY = 0;
     if (orientation <= 4) {
@@ -55,9 +55,9 @@ Sampler stored(int orientation) {
 }
 
 void expectUpright(const QImage &picture) {
-    ASSERT_EQ(picture.size(), QSize(columns * block, rows * block));
-    for (int row = 0; row < rows; ++row) {
-        for (int column = 0; column < columns; ++column) {
+    ASSERT_EQ(picture.size(), QSize(blockColumns * block, blockRows * block));
+    for (int row = 0; row < blockRows; ++row) {
+        for (int column = 0; column < blockColumns; ++column) {
             const QRgb is = picture.pixel(column * block + block / 2, row * block + block / 2);
             const QRgb should = colourOf(column, row);
             const int worst = std::max({std::abs(qRed(is) - qRed(should)), std::abs(qGreen(is) - qGreen(should)),
@@ -119,8 +119,8 @@ int srgbByte(double light) {
 TEST(FilesUpright, EveryOrientationOfEveryFormat) {
     QTemporaryDir folder;
     for (int orientation = 1; orientation <= 8; ++orientation) {
-        const int width = (orientation >= 5 ? rows : columns) * block;
-        const int height = (orientation >= 5 ? columns : rows) * block;
+        const int width = (orientation >= 5 ? blockRows : blockColumns) * block;
+        const int height = (orientation >= 5 ? blockColumns : blockRows) * block;
         const QByteArray exif = exifWithOrientation(orientation);
         QImage picture(width, height, QImage::Format_RGB32);
         for (int y = 0; y < height; ++y) {
@@ -155,8 +155,8 @@ TEST(FilesUpright, EveryOrientationOfEveryFormat) {
             const PictureHeader header = readPictureHeader(path);
             EXPECT_EQ(QSize(header.width, header.height), read.picture.size());
             EXPECT_EQ(header.format, QLatin1String(file.name));
-            EXPECT_EQ(readThumbnail(path, columns * block / 2).picture.size(), read.picture.size() / 2);
-            EXPECT_EQ(readFitted(path, {columns * block * 2, rows * block * 2}).picture.size(),
+            EXPECT_EQ(readThumbnail(path, blockColumns * block / 2).picture.size(), read.picture.size() / 2);
+            EXPECT_EQ(readFitted(path, {blockColumns * block * 2, blockRows * block * 2}).picture.size(),
                       read.picture.size() * 2);
             // What is written holds no orientation that would turn it again.
             for (const char *extension : {"jpg", "png", "tif"}) {
@@ -227,6 +227,23 @@ TEST(FilesUpright, DeepColoursAreConvertedBeforeTheyAreCut) {
     for (int x = 0; x < width; ++x) {
         EXPECT_NEAR(qRed(named.pixel(x, 4)), qRed(plain.pixel(x, 4)), 1);
         EXPECT_NEAR(qBlue(named.pixel(x, 4)), qBlue(plain.pixel(x, 4)), 1);
+    }
+}
+
+TEST(FilesUpright, TenBitsOfAPhonesPictureAreConvertedBeforeTheyAreCut) {
+    // Bars in the shadows of a linear picture, each halfway between two levels of 8 bits.
+    constexpr int bar = 16;
+    constexpr int bars = 8;
+    const auto shadows = [](int x) { return 4 * (x / bar) + 2; };
+    const QByteArray file = makeDeepHeif(bars * bar, 64, shadows, rgbProfile(1));
+    if (file.isEmpty()) {
+        GTEST_SKIP() << "this machine's libheif cannot encode HEVC of 10 bits";
+    }
+    const PictureRead read = readPictureFromData(file);
+    ASSERT_EQ(read.picture.size(), QSize(bars * bar, 64)) << read.reason.toStdString();
+    for (int i = 0; i < bars; ++i) {
+        const QRgb pixel = read.picture.pixel(i * bar + bar / 2, 32);
+        EXPECT_NEAR(qGreen(pixel), srgbByte(shadows(i * bar) / 1023.0), 2) << i;
     }
 }
 

@@ -3,6 +3,7 @@
 #include "base/ReplaceFile.h"
 #include "imaging/Picture.h"
 #include "imaging/PictureFile.h"
+#include "support/TestFiles.h"
 #include "support/TestPictures.h"
 
 #include <QDir>
@@ -23,11 +24,6 @@ using namespace lumora;
 using namespace lumora::test;
 
 namespace {
-
-QByteArray contents(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 void fill(const QString &path, const QByteArray &bytes) {
     QFile file(path);
