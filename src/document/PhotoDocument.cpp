@@ -15,6 +15,7 @@ namespace {
 constexpr int zoomStep = 10;
 constexpr int smallestStepZoom = 30;
 constexpr int dummyLongerSide = 480;
+constexpr int smallLongerSide = 192; // pixels, of the states of the history: about 100 KB each
 constexpr int memoryPhotoWidth = 120;
 
 /// Halves to even: the processor's rounding, which nothing here changes.
@@ -37,7 +38,7 @@ int following(int side, int other, int otherBecomes) {
     return std::max(1, rounded(static_cast<double>(side) * otherBecomes / other));
 }
 
-QImage houseFormat(const QImage &picture) {
+QImage editableFormat(const QImage &picture) {
     const bool kept = picture.format() == QImage::Format_RGB32 || picture.format() == QImage::Format_ARGB32;
     return kept ? picture : toPicture(picture);
 }
@@ -95,6 +96,17 @@ QImage &PhotoDocument::picCM(int n) {
 
 void PhotoDocument::setSelection(const PhotoSelection &selection) {
     m_selection = selection;
+    if (!m_selection.isEmpty()) {
+        m_usedSelection.hide();
+    }
+    Q_EMIT changed(PhotoChange::Selection);
+}
+
+void PhotoDocument::useUpSelection() {
+    if (!m_selection.isEmpty()) {
+        m_usedSelection = m_selection;
+    }
+    m_selection.hide();
     Q_EMIT changed(PhotoChange::Selection);
 }
 
@@ -173,12 +185,16 @@ void PhotoDocument::CreateDummyPicture() {
 
 void PhotoDocument::RecordUndoPoint() {
     if (!m_canvas.isNull()) {
+        makeSmall();
         m_history.record();
         Q_EMIT changed(PhotoChange::History);
     }
 }
 
 bool PhotoDocument::replaceCanvas(const QImage &next, bool recordUndo) {
+    if (recordUndo) {
+        makeSmall();
+    }
     const auto tell = recordUndo ? &PhotoHistory::recordChange : &PhotoHistory::replaced;
     if (!m_canvas.isNull() && !(m_history.*tell)(m_canvas, next)) {
         return false;
@@ -192,12 +208,12 @@ bool PhotoDocument::changePhoto(const QImage &next) {
 }
 
 bool PhotoDocument::changePhoto(const QImage &next, ChangeSteps steps) {
-    const QImage picture = houseFormat(next);
+    const QImage picture = editableFormat(next);
     std::optional<Change> change(*this);
     if (picture.isNull() || change->isRefused()) {
         return false;
     }
-    PhotoChanges what = PhotoChange::Pixels | PhotoChange::History;
+    PhotoChanges what = PhotoChange::Pixels | PhotoChange::History | PhotoChange::Edited;
     const bool resized = picture.size() != m_canvas.size();
     if (!replaceCanvas(picture, steps.recordUndo)) {
         return false;
@@ -206,8 +222,13 @@ bool PhotoDocument::changePhoto(const QImage &next, ChangeSteps steps) {
     CreateDummyPicture();
     if (resized) {
         m_selection.hide();
+        m_usedSelection.hide();
         what |= PhotoChange::Size | PhotoChange::Selection;
         what.setFlag(PhotoChange::Zoom, restoreDisplay());
+    }
+    if (m_selection.isEmpty() && !m_usedSelection.isEmpty()) { // the next step was another one
+        m_usedSelection.hide();
+        what |= PhotoChange::Selection;
     }
     if (steps.modified && !m_modified) {
         m_modified = true;
@@ -219,21 +240,26 @@ bool PhotoDocument::changePhoto(const QImage &next, ChangeSteps steps) {
 }
 
 bool PhotoDocument::PerformUndo() {
-    return stepThroughHistory(true);
+    return walkHistory([this](QImage &canvas) { return m_history.undo(canvas) || m_history.undoSteps() == 0; });
 }
 
 bool PhotoDocument::PerformRedo() {
-    return stepThroughHistory(false);
+    return walkHistory([this](QImage &canvas) { return m_history.redo(canvas) || m_history.redoSteps() == 0; });
 }
 
-bool PhotoDocument::stepThroughHistory(bool back) {
+bool PhotoDocument::goToState(quint64 id) {
+    return walkHistory([this, id](QImage &canvas) { return m_history.moveTo(id, canvas); });
+}
+
+bool PhotoDocument::walkHistory(const std::function<bool(QImage &)> &walk) {
     std::optional<Change> change(*this);
     if (!m_loaded || change->isRefused()) {
         return true;
     }
+    makeSmall();
     const QSize sizeBefore = m_canvas.size();
     QImage canvas = m_canvas; // what is on the screen stays until the step is whole
-    const bool stepped = back ? m_history.undo(canvas) : m_history.redo(canvas);
+    const bool walked = walk(canvas);
     change.reset();
     m_canvas = canvas;
     m_thumb = m_canvas;
@@ -243,9 +269,39 @@ bool PhotoDocument::stepThroughHistory(bool back) {
     what.setFlag(PhotoChange::Zoom, restoreDisplay());
     // The marked region was one of another picture; the free-resize frame goes back to its stored rectangle.
     m_selection.hide();
+    if (what.testFlag(PhotoChange::Size)) {
+        m_usedSelection.hide();
+    }
     what |= PhotoChange::Selection;
     Q_EMIT changed(what);
-    return stepped || (back ? m_history.undoSteps() : m_history.redoSteps()) == 0;
+    return walked;
+}
+
+/// Of the photo of now, while it is here: from the reduced copy, which the previews have mostly made already.
+void PhotoDocument::makeSmall() {
+    if (m_history.now().small.isNull() && !m_canvas.isNull()) {
+        const QImage &reduced = pic2nd();
+        const QSize size = reduced.size().scaled(smallLongerSide, smallLongerSide, Qt::KeepAspectRatio);
+        m_history.setSmall(scaled(reduced, size.expandedTo({1, 1})));
+    }
+}
+
+QList<PhotoState> PhotoDocument::states() {
+    if (m_changing) {
+        return {};
+    }
+    makeSmall();
+    return m_history.states();
+}
+
+bool PhotoDocument::wouldBeLost() const {
+    return isOnlyHere() && !m_canvas.isNull() && m_canvas.cacheKey() != m_inFile;
+}
+
+void PhotoDocument::throwAway() {
+    if (wouldBeLost()) {
+        Q_EMIT thrownAway({m_canvas, metadata()});
+    }
 }
 
 PictureError PhotoDocument::openFile(const QString &path, OpenRoute route) {
@@ -257,14 +313,14 @@ PictureError PhotoDocument::openPicture(const PictureRead &read, OpenRoute route
     if (read.error != PictureError::None && read.error != PictureError::NoMemory) {
         RecordUndoPoint();
     }
-    return fillFrom(read, route, true);
+    return fillFrom(read, route, true, false);
 }
 
 PictureError PhotoDocument::pastePicture(const PictureRead &read) {
-    return fillFrom(read, OpenRoute::LoadPhoto, false);
+    return fillFrom(read, OpenRoute::LoadPhoto, false, true);
 }
 
-PictureError PhotoDocument::fillFrom(const PictureRead &read, OpenRoute route, bool recordUndo) {
+PictureError PhotoDocument::fillFrom(const PictureRead &read, OpenRoute route, bool recordUndo, bool pasted) {
     if (read.error != PictureError::None) {
         return read.error;
     }
@@ -272,26 +328,36 @@ PictureError PhotoDocument::fillFrom(const PictureRead &read, OpenRoute route, b
     if (change->isRefused()) {
         return PictureError::Cancelled;
     }
-    const QImage picture = houseFormat(read.picture);
+    const QImage picture = editableFormat(read.picture);
     if (picture.isNull()) {
         return read.picture.isNull() ? PictureError::NotAPicture : PictureError::NoMemory;
     }
+    const std::optional<KeptPhoto> lost =
+        wouldBeLost() ? std::optional<KeptPhoto>({m_canvas, metadata()}) : std::nullopt;
     if (!replaceCanvas(picture, recordUndo)) {
         return PictureError::NoMemory;
     }
     m_history.setMetadata(read.metadata);
+    m_history.setMadeBy(pasted ? QStringLiteral("paste") : QStringLiteral("open"));
     restoreDisplay();
     m_selection.hide();
+    m_usedSelection.hide();
     m_loaded = true;
     m_buffer = m_canvas;
     m_thumb = m_canvas;
     CreateDummyPicture();
     PhotoChanges what = PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Zoom | PhotoChange::Loaded;
     what |= PhotoChange::History | PhotoChange::Selection;
-    const bool modified = route == OpenRoute::Scan || (route == OpenRoute::TmrLoadPhoto && m_modified);
+    const bool unsaved = route == OpenRoute::Unsaved;
+    const bool modified = unsaved || (route == OpenRoute::TmrLoadPhoto && m_modified);
     what.setFlag(PhotoChange::Modified, modified != m_modified);
     m_modified = modified;
+    m_pasted = pasted;
+    m_inFile = unsaved || pasted ? 0 : m_canvas.cacheKey();
     change.reset();
+    if (lost) {
+        Q_EMIT thrownAway(*lost);
+    }
     Q_EMIT changed(what);
     return PictureError::None;
 }
@@ -301,10 +367,16 @@ PictureWritten PhotoDocument::saveFile(const QString &path, PrivateDetails detai
         return {PictureError::NotAPicture, QStringLiteral("there is no photo to save")};
     }
     PictureWritten written;
+    const qint64 key = m_canvas.cacheKey();
     m_run([&, picture = m_canvas, said = metadata()] { written = writePicture(picture, path, said, details); },
           Stopping::Offered);
     if (written.ok()) {
+        m_inFile = key;
+        if (std::exchange(m_pasted, false) && !m_modified) {
+            Q_EMIT changed(PhotoChange::Modified);
+        }
         setPhotoModified(false);
+        Q_EMIT changed(PhotoChange::Saved);
     }
     return written;
 }

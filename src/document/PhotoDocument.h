@@ -4,12 +4,14 @@
 
 #include "document/PhotoHistory.h"
 #include "document/PhotoSelection.h"
+#include "document/RecoveryCopy.h"
 #include "imaging/PictureFile.h"
 
 #include <QImage>
 #include <QObject>
 #include <QString>
 #include <array>
+#include <functional>
 
 namespace lumora {
 
@@ -22,6 +24,8 @@ enum class PhotoChange {
     Modified = 16,
     Loaded = 32,
     History = 64,
+    Edited = 128, ///< a tool has changed the photo: no undo, no redo, no other photo
+    Saved = 256,  ///< the photo was written to a file
 };
 Q_DECLARE_FLAGS(PhotoChanges, PhotoChange)
 Q_DECLARE_OPERATORS_FOR_FLAGS(PhotoChanges)
@@ -54,10 +58,20 @@ class PhotoDocument : public QObject {
     /// The marked region; lost when another photo comes, after undo and redo and when the size changes.
     const PhotoSelection &selection() const { return m_selection; }
     void setSelection(const PhotoSelection &selection);
+    /// Hides the marked region because an effect has used it.
+    void useUpSelection();
+    /// What useUpSelection hid last, to be marked once more: until something else is marked, the whole photo is
+    /// changed, another photo comes or the size changes.
+    const PhotoSelection &usedSelection() const { return m_usedSelection; }
 
     bool PhotoLoaded() const { return m_loaded; }
     bool PhotoModified() const { return m_modified; }
     void setPhotoModified(bool modified);
+    /// Whether the photo would be lost with the program: it has changes that are not saved, or was pasted and is in no
+    /// file yet.
+    bool isOnlyHere() const { return m_modified || m_pasted; }
+    /// Tells those who keep such photos that the user gives up what isOnlyHere: see thrownAway.
+    void throwAway();
     QString CurrentFileName; ///< initial file name of the system's file dialogs
 
     // The view's settings.
@@ -101,11 +115,18 @@ class PhotoDocument : public QObject {
     bool PerformUndo();
     bool PerformRedo();
     const PhotoHistory &history() const { return m_history; }
+    /// Undoes or redoes the steps up to the state with that id, see PhotoHistory::moveTo, which also says when it is
+    /// false.
+    bool goToState(quint64 id);
+    /// The states of the history, all with their small pictures. Not while a change is under way: then none.
+    QList<PhotoState> states();
+    /// What has made the photo of now: the name of its icon.
+    void setMadeBy(const QString &icon) { m_history.setMadeBy(icon); }
 
     // Files.
-    /// Where the picture comes from: LoadPhoto clears PhotoModified, tmrLoadPhoto leaves it as it is, a scan, which is
-    /// in no file yet, sets it.
-    enum class OpenRoute { LoadPhoto, TmrLoadPhoto, Scan };
+    /// Where the picture comes from: LoadPhoto clears PhotoModified, tmrLoadPhoto leaves it as it is; what is in no
+    /// file yet, a scan or what was recovered, sets it.
+    enum class OpenRoute { LoadPhoto, TmrLoadPhoto, Unsaved };
     /// Records an undo point, loads the file into the canvas, refreshes all holders. When the file cannot be read the
     /// photo, the flags and what can be redone stay as they were; when memory is refused no undo point is recorded
     /// either.
@@ -114,7 +135,7 @@ class PhotoDocument : public QObject {
     /// scanned.
     PictureError openPicture(const PictureRead &read, OpenRoute route);
     /// Puts a picture from the clipboard in the photo's place the way a loaded file does, but without an undo point;
-    /// clears PhotoModified. With an error nothing changes.
+    /// clears PhotoModified; see isOnlyHere. With an error nothing changes.
     PictureError pastePicture(const PictureRead &read);
     /// Writes the canvas and its metadata to the path; clears PhotoModified when the file is written. Cancelled: the
     /// user stopped it, and the file is as it was.
@@ -127,24 +148,32 @@ class PhotoDocument : public QObject {
 
   Q_SIGNALS:
     void changed(lumora::PhotoChanges what);
+    /// A photo with changes that are in no file was given up: another one has come, or the user leaves. Before
+    /// `changed`.
+    void thrownAway(const lumora::KeptPhoto &photo);
 
   private:
     bool restoreDisplay();
     class Change;
     bool replaceCanvas(const QImage &next, bool recordUndo);
-    bool stepThroughHistory(bool back);
-    PictureError fillFrom(const PictureRead &read, OpenRoute route, bool recordUndo);
+    bool walkHistory(const std::function<bool(QImage &)> &walk);
+    void makeSmall();
+    bool wouldBeLost() const;
+    PictureError fillFrom(const PictureRead &read, OpenRoute route, bool recordUndo, bool pasted);
 
     TaskRunner m_run;
     bool m_changing = false;
     PhotoHistory m_history;
     PhotoSelection m_selection;
+    PhotoSelection m_usedSelection;
     QImage m_canvas, m_buffer, m_thumb;
     mutable QImage m_2nd;
     mutable bool m_2ndStale = false;
     std::array<QImage, 4> m_cm;
     bool m_loaded = false;
     bool m_modified = false;
+    qint64 m_inFile = 0;   ///< cache key of the picture that was opened from a file or saved last
+    bool m_pasted = false; ///< and not saved since; the photo counts as unchanged all the same
     int m_zoom = 100;
     bool m_magnify = false;
     DrawingMode m_drawingMode = DrawingMode::Smooth;

@@ -4,6 +4,8 @@
 #include "imaging/Picture.h"
 
 #include <QDir>
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <utility>
@@ -19,23 +21,27 @@ PhotoHistory::PhotoHistory(const Limits &limits)
 
 void PhotoHistory::record() {
     Step step;
-    step.metadata = m_metadata;
+    step.state = m_now;
     m_steps.insert(m_steps.begin() + m_position, step);
     ++m_position;
+    m_now.id = ++m_lastId;
+    count();
 }
 
 bool PhotoHistory::recordChange(const QImage &before, const QImage &after) {
     try {
         Step step;
         m_run([&] { step = stepTo(before, after); }, Stopping::NotOffered);
-        step.metadata = m_metadata;
+        step.state = m_now;
         m_steps.insert(m_steps.begin() + m_position, std::move(step));
     } catch (const std::bad_alloc &) {
         return false;
     }
     ++m_position;
     m_steps.erase(m_steps.begin() + m_position, m_steps.end());
+    m_now = {.id = ++m_lastId, .metadata = m_now.metadata};
     trim();
+    count();
     return true;
 }
 
@@ -58,7 +64,7 @@ bool PhotoHistory::replaced(const QImage &before, const QImage &after) {
             return false;
         }
         if (reading == Reading::Done) {
-            next.metadata = last.metadata;
+            next.state = last.state;
             last = next;
             break;
         }
@@ -66,7 +72,9 @@ bool PhotoHistory::replaced(const QImage &before, const QImage &after) {
         m_steps.erase(m_steps.begin() + --m_position);
     }
     m_steps.erase(m_steps.begin() + m_position, m_steps.end());
+    m_now.small = {};
     trim();
+    count();
     return true;
 }
 
@@ -123,27 +131,85 @@ StepStore::Reading PhotoHistory::apply(const Step &step, const QImage &picture, 
     return Reading::Done;
 }
 
+QList<PhotoState> PhotoHistory::states() const {
+    QList<PhotoState> states;
+    for (int at = 0; at <= static_cast<int>(m_steps.size()); ++at) {
+        states += at == m_position ? m_now : m_steps[at < m_position ? at : at - 1].state;
+    }
+    return states;
+}
+
+/// Among states(); -1 when it is not there any more.
+int PhotoHistory::indexOf(quint64 id) const {
+    const QList<PhotoState> all = states();
+    const auto found = std::find_if(all.begin(), all.end(), [id](const PhotoState &state) { return state.id == id; });
+    return found == all.end() ? -1 : static_cast<int>(found - all.begin());
+}
+
+bool PhotoHistory::moveTo(quint64 id, QImage &picture) {
+    bool reached = false;
+    m_run(
+        [&] {
+            m_inTask = true;
+            reached = walkTo(id, picture);
+            m_inTask = false;
+        },
+        Stopping::NotOffered);
+    count();
+    return reached;
+}
+
+/// Looked for again after each step: a full disk may have cost some of them.
+bool PhotoHistory::walkTo(quint64 id, QImage &picture) {
+    int at = indexOf(id);
+    const int total = std::abs(at - m_position);
+    while (at >= 0 && at != m_position && step(picture, at < m_position)) {
+        at = indexOf(id);
+        if (TaskControl *task = TaskControl::current()) {
+            task->setProgress(total - std::abs(at - m_position), total);
+        }
+    }
+    return at < 0 || at == m_position;
+}
+
+void PhotoHistory::run(const std::function<void()> &work) {
+    if (m_inTask) {
+        work();
+    } else {
+        m_run(work, Stopping::NotOffered);
+    }
+}
+
+void PhotoHistory::count() {
+    m_undoSteps = m_position;
+    m_redoSteps = static_cast<int>(m_steps.size()) - m_position;
+}
+
 bool PhotoHistory::move(QImage &picture, bool back) {
+    const bool moved = step(picture, back);
+    count();
+    return moved;
+}
+
+bool PhotoHistory::step(QImage &picture, bool back) {
     bool reachable = true; // no longer once a step is lost: from then on only a whole picture helps
-    while ((back ? undoSteps() : redoSteps()) > 0) {
+    while ((back ? m_position : static_cast<int>(m_steps.size()) - m_position) > 0) {
         const int at = back ? m_position - 1 : m_position;
         Step &step = m_steps[at];
         QImage other;
         Reading reading = Reading::Lost;
         Step reverse;
         if (reachable || step.isWhole()) {
-            m_run(
-                [&] {
-                    reading = apply(step, picture, other);
-                    reverse = reading == Reading::Done ? stepBackFrom(step, picture) : Step();
-                },
-                Stopping::NotOffered);
+            run([&] {
+                reading = apply(step, picture, other);
+                reverse = reading == Reading::Done ? stepBackFrom(step, picture) : Step();
+            });
         }
         if (reading == Reading::NoMemory) {
             return false;
         }
         if (reading == Reading::Done) {
-            reverse.metadata = std::exchange(m_metadata, step.metadata);
+            reverse.state = std::exchange(m_now, step.state);
             step = reverse;
             m_position += back ? -1 : 1;
             picture = other;
@@ -168,7 +234,7 @@ void PhotoHistory::trim() {
         spillBeyond(m_store.memoryBudget() / 4 * 3);
         again = false;
         if (m_store.isOverBudget()) {
-            m_run([&] { again = m_store.waitForWriter(); }, Stopping::NotOffered);
+            run([&] { again = m_store.waitForWriter(); });
         }
     } while (again);
 }
@@ -222,6 +288,7 @@ void PhotoHistory::waitForWriter() {
     while (m_store.waitForWriter()) {
         if (m_store.takeFailure()) {
             dropFarthest();
+            count();
         }
     }
 }

@@ -7,10 +7,19 @@
 #include "imaging/PictureMetadata.h"
 
 #include <QImage>
+#include <QList>
 #include <QRect>
 #include <deque>
 
 namespace lumora {
+
+/// The photo at one point of its history.
+struct PhotoState {
+    quint64 id = 0; ///< of no other state of this history
+    PictureMetadata metadata = {};
+    QImage small = {};   ///< the photo reduced for a list of the states; null until setSmall
+    QString madeBy = {}; ///< the icon of what made it, see setMadeBy; empty until then
+};
 
 class PhotoHistory {
   public:
@@ -20,6 +29,8 @@ class PhotoHistory {
                           ///< the smaller
         QString folder;   ///< where the private folder is made; empty: the system's temporary folder
     };
+
+    static constexpr quint64 firstId = 1; ///< of the picture with which the history began
 
     PhotoHistory();
     explicit PhotoHistory(const Limits &limits);
@@ -43,11 +54,22 @@ class PhotoHistory {
     bool redo(QImage &picture) { return move(picture, false); }
 
     /// What the picture of now says besides its pixels. Each step leads back to that of its picture.
-    const PictureMetadata &metadata() const { return m_metadata; }
-    void setMetadata(const PictureMetadata &metadata) { m_metadata = metadata; }
+    const PictureMetadata &metadata() const { return m_now.metadata; }
+    void setMetadata(const PictureMetadata &metadata) { m_now.metadata = metadata; }
 
-    int undoSteps() const { return m_position; }
-    int redoSteps() const { return static_cast<int>(m_steps.size()) - m_position; }
+    /// The picture of now; its small picture is forgotten when the picture is replaced.
+    const PhotoState &now() const { return m_now; }
+    void setSmall(const QImage &small) { m_now.small = small; }
+    void setMadeBy(const QString &icon) { m_now.madeBy = icon; }
+    /// Every picture that undo and redo lead to, and that of now at the index undoSteps(), from the first on.
+    QList<PhotoState> states() const;
+    /// Steps back or forward to the picture with that id, as one task that tells its progress: takes the picture as it
+    /// is now and gives that one, or the nearest where it is lost. False only when memory is refused; then as far as
+    /// it goes.
+    bool moveTo(quint64 id, QImage &picture);
+
+    int undoSteps() const { return m_undoSteps; }
+    int redoSteps() const { return m_redoSteps; }
     qint64 memoryBytes() const { return m_store.memoryBytes(); } ///< of pixels kept in memory
     qint64 diskBytes() const { return m_store.diskBytes(); }     ///< of temporary files
     /// Returns when no step is on its way to a file.
@@ -59,14 +81,19 @@ class PhotoHistory {
     struct Step {
         StepStore::Pixels pixels;
         QRect rect;
-        PictureMetadata metadata = {}; ///< of the other picture; the bytes are shared
+        PhotoState state = {}; ///< of the other picture; its bytes and pixels are shared
         bool isWhole() const { return pixels != nullptr && rect.isNull(); }
     };
 
     Step stepTo(const QImage &other, const QImage &picture);
     Step stepBackFrom(const Step &step, const QImage &picture);
     StepStore::Reading apply(const Step &step, const QImage &picture, QImage &other) const;
+    bool step(QImage &picture, bool back);
     bool move(QImage &picture, bool back);
+    bool walkTo(quint64 id, QImage &picture);
+    int indexOf(quint64 id) const;
+    void run(const std::function<void()> &work);
+    void count();
     void trim();
     void spillBeyond(qint64 bytes);
     bool dropFarthest();
@@ -77,8 +104,13 @@ class PhotoHistory {
     };
     StepStore m_store; ///< before the steps, whose pixels it keeps
     std::deque<Step> m_steps;
-    PictureMetadata m_metadata;
+    PhotoState m_now{.id = firstId};
+    quint64 m_lastId = firstId;
     int m_position = 0; ///< steps before it can be undone, those from it on redone
+    // The same for who asks while another thread moves: they change on the window's thread only.
+    int m_undoSteps = 0;
+    int m_redoSteps = 0;
+    bool m_inTask = false; ///< a task of moveTo runs: parts of it start no other
 };
 
 } // namespace lumora

@@ -1,19 +1,16 @@
-// Keeps a recovery copy of the photo while it has changes that are not saved, so that neither a crash nor a power cut
-// nor a closed session costs them. Made by the main window for its photo.
+// Keeps a recovery copy of the photo while it has changes that are not saved or is in no file, so that neither a crash
+// nor a power cut nor a closed session costs them. Made by the main window for its photo.
 #pragma once
 
 #include "document/PhotoDocument.h"
 #include "document/RecoveryFolder.h"
 
-#include <QImage>
 #include <QObject>
-#include <condition_variable>
 #include <memory>
-#include <mutex>
-#include <optional>
-#include <thread>
 
 namespace lumora {
+
+class RecoveryWriter;
 
 /// After every change of an unsaved photo its copy is written by a thread of its own; the pixels are shared, and of
 /// several changes only the newest waits. The copy is removed when the photo is saved and with this object; it stays
@@ -33,31 +30,20 @@ class Recovery : public QObject {
     /// program's own, so that at no moment there is none.
     void adopt(std::unique_ptr<RecoveryFolder> folder);
 
+    /// The photo was thrown away: the thread moves its copy to the DiscardedPhotos, and writes it before where that is
+    /// not done yet; if need be after the end of this object, in the application's thread pool.
+    void keepDiscarded(const KeptPhoto &photo);
+    /// The photo of now was read from that file of the DiscardedPhotos: thrown away once more, it needs no second one.
+    void broughtBack(const QString &path);
+
     const QString &parentFolder() const { return m_parentFolder; }
 
   private:
     void photoChanged(PhotoChanges what);
-    void want(const QImage &picture);
-    void work(const std::stop_token &stop);
-    void store(const QImage &picture, const std::stop_token &stop);
-    void waitForThread(std::unique_lock<std::mutex> &lock);
 
     PhotoDocument &m_photo;
     const QString m_parentFolder;
-    bool m_staysBehind = false; ///< the program ends with unsaved changes
-
-    std::mutex m_mutex;
-    std::condition_variable_any m_toDo;
-    std::condition_variable m_done;
-    std::optional<QImage> m_waiting; ///< what the thread does next; a null picture: remove the copy
-    bool m_busy = false;
-    qint64 m_busyKey = 0;           ///< of the picture being written
-    std::stop_source m_stopWriting; ///< of the picture being written
-
-    // The thread's while it is busy, this object's otherwise.
-    std::unique_ptr<RecoveryFolder> m_folder;
-    qint64 m_keptKey = 0; ///< of the picture whose copy is written
-    std::jthread m_thread;
+    std::unique_ptr<RecoveryWriter> m_writer;
 };
 
 } // namespace lumora

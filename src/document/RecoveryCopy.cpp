@@ -4,6 +4,8 @@
 #include "imaging/Picture.h"
 
 #include <QCryptographicHash>
+#include <QDataStream>
+#include <QIODevice>
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -20,20 +22,24 @@ namespace {
 constexpr std::array<char, 8> mark{'L', 'u', 'm', 'o', 'r', 'a', 'R', '2'};
 constexpr auto checksumMethod = QCryptographicHash::Blake2b_256;
 constexpr int checksumBytes = 32;
+constexpr qint32 mostMetadata = 4 << 20; // bytes; no file that Lumora reads has so much
 
 struct Header {
     std::array<char, 8> magic = mark;
     qint32 width = 0;
     qint32 height = 0;
     qint32 opaque = 0;
-    qint32 unused = 0;
-    std::array<char, checksumBytes> checksum{}; ///< of the fields above; the strips of pixels have their own
+    qint32 metadataBytes = 0; ///< between the header and the pixels
+    std::array<char, checksumBytes>
+        checksum{}; ///< of the fields above and the metadata; strips of pixels have their own
 };
 static_assert(sizeof(Header) == 24 + checksumBytes, "no holes, which would hold chance bytes");
 
-std::array<char, checksumBytes> checksumOf(const Header &header) {
-    const QByteArrayView fields(reinterpret_cast<const char *>(&header), offsetof(Header, checksum));
-    const QByteArray hash = QCryptographicHash::hash(fields, checksumMethod);
+std::array<char, checksumBytes> checksumOf(const Header &header, const QByteArray &metadata) {
+    QCryptographicHash sum(checksumMethod);
+    sum.addData({reinterpret_cast<const char *>(&header), offsetof(Header, checksum)});
+    sum.addData(metadata);
+    const QByteArray hash = sum.result();
     std::array<char, checksumBytes> checksum{};
     std::memcpy(checksum.data(), hash.constData(), checksumBytes);
     return checksum;
@@ -47,28 +53,52 @@ int writingThreads() {
 /// More than pixels that cannot be squeezed take, with the heads of their strips.
 qint64 largestFile(const Header &header) {
     const qint64 pixels = qint64{header.width} * header.height;
-    return qint64{sizeof(Header)} + 4 * pixels + pixels / 16 + qint64{1024} * header.height + 65536;
+    return qint64{sizeof(Header)} + header.metadataBytes + 4 * pixels + pixels / 16 + qint64{1024} * header.height +
+           65536;
 }
 
 bool isPlausible(const Header &header, qint64 fileBytes) {
-    return header.magic == mark && header.checksum == checksumOf(header) && header.width > 0 && header.height > 0 &&
-           qint64{header.width} * header.height <= maxPicturePixels && (header.opaque == 0 || header.opaque == 1) &&
-           fileBytes <= largestFile(header);
+    return header.magic == mark && header.width > 0 && header.height > 0 && header.metadataBytes >= 0 &&
+           header.metadataBytes <= mostMetadata && qint64{header.width} * header.height <= maxPicturePixels &&
+           (header.opaque == 0 || header.opaque == 1) && fileBytes <= largestFile(header);
+}
+
+QByteArray metadataBytes(const PictureMetadata &metadata) {
+    QByteArray bytes;
+    QDataStream to(&bytes, QIODevice::WriteOnly);
+    to.setVersion(QDataStream::Qt_6_0);
+    to << metadata.exif << metadata.xmp << metadata.iptc << metadata.texts << metadata.dotsPerInchX
+       << metadata.dotsPerInchY << metadata.made;
+    return bytes.size() <= mostMetadata ? bytes : QByteArray();
+}
+
+/// None from no bytes.
+PictureMetadata metadataFrom(const QByteArray &bytes) {
+    PictureMetadata metadata;
+    QDataStream from(bytes);
+    from.setVersion(QDataStream::Qt_6_0);
+    from >> metadata.exif >> metadata.xmp >> metadata.iptc >> metadata.texts >> metadata.dotsPerInchX >>
+        metadata.dotsPerInchY >> metadata.made;
+    return from.status() == QDataStream::Ok ? metadata : PictureMetadata();
 }
 
 } // namespace
 
-bool writeRecoveryCopy(int file, const QImage &picture, qint64 limit, const std::stop_token &stop) {
+bool writeRecoveryCopy(int file, const KeptPhoto &photo, qint64 limit, const std::stop_token &stop) {
+    const QImage &picture = photo.picture;
+    const QByteArray metadata = metadataBytes(photo.metadata);
     Header header;
     header.width = picture.width();
     header.height = picture.height();
     header.opaque = picture.format() == QImage::Format_RGB32 ? 1 : 0;
-    header.checksum = checksumOf(header);
+    header.metadataBytes = static_cast<qint32>(metadata.size());
+    header.checksum = checksumOf(header, metadata);
     return ::write(file, &header, sizeof header) == ssize_t{sizeof header} &&
+           ::write(file, metadata.constData(), static_cast<std::size_t>(metadata.size())) == metadata.size() &&
            writeCompressed(file, picture, true, limit, stop, writingThreads()) >= 0;
 }
 
-CopyRead readRecoveryCopy(int file, QImage &picture) {
+CopyRead readRecoveryCopy(int file, KeptPhoto &photo) {
     struct stat status {};
     Header header;
     if (::fstat(file, &status) != 0 || ::read(file, &header, sizeof header) != ssize_t{sizeof header} ||
@@ -76,6 +106,11 @@ CopyRead readRecoveryCopy(int file, QImage &picture) {
         return CopyRead::Damaged;
     }
     try {
+        QByteArray metadata(header.metadataBytes, '\0');
+        if (::read(file, metadata.data(), static_cast<std::size_t>(metadata.size())) != metadata.size() ||
+            header.checksum != checksumOf(header, metadata)) {
+            return CopyRead::Damaged;
+        }
         QImage target = newPicture(header.width, header.height, header.opaque == 1);
         if (target.isNull()) {
             return CopyRead::NotNow;
@@ -85,7 +120,7 @@ CopyRead readRecoveryCopy(int file, QImage &picture) {
         if (!readCompressed(file, target) || ::read(file, &more, 1) != 0) {
             return errno == EIO || errno == ESTALE ? CopyRead::NotNow : CopyRead::Damaged;
         }
-        picture = target;
+        photo = {target, metadataFrom(metadata)};
     } catch (const std::bad_alloc &) {
         return CopyRead::NotNow;
     }

@@ -1,16 +1,17 @@
 #include "document/RecoveryFolder.h"
 
+#include "document/PrivateFolder.h"
+
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QRandomGenerator>
 #include <QStandardPaths>
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/statvfs.h>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -20,41 +21,13 @@ namespace lumora {
 namespace {
 
 constexpr const char *folderPrefix = "photo-";
+constexpr const char *asidePrefix = "damaged-";
 // A copy goes from one name to the next: being written; whole, so that a crash of the program leaves it; flushed to the
 // disk, so that a power cut does.
 constexpr const char *partName = "copy.part";
 constexpr const char *wholeName = "copy.new";
 constexpr const char *copyName = "copy";
 constexpr const char *lockName = "lock"; // a file: network file systems lock no folders
-constexpr int openFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-
-bool isOwn(int folder) {
-    struct stat status {};
-    return ::fstat(folder, &status) == 0 && status.st_uid == ::geteuid() && status.st_nlink > 0;
-}
-
-/// Descriptor of the parent folder, private from now on; -1 when it is not there or not this user's.
-int openParent(const QString &path) {
-    const int parent = ::open(QFile::encodeName(path).constData(), openFolder);
-    if (parent >= 0 && !(isOwn(parent) && ::fchmod(parent, 0700) == 0)) {
-        ::close(parent);
-        return -1;
-    }
-    return parent;
-}
-
-int makeParent(const QString &path) {
-    QDir().mkpath(QFileInfo(path).path());
-    ::mkdir(QFile::encodeName(path).constData(), 0700);
-    return openParent(path);
-}
-
-qint64 halfOfFreeBytes(int folder) {
-    struct statvfs space {};
-    return ::fstatvfs(folder, &space) == 0
-               ? static_cast<qint64>(space.f_bavail) * static_cast<qint64>(space.f_frsize) / 2
-               : 0;
-}
 
 } // namespace
 
@@ -78,13 +51,14 @@ QString RecoveryFolder::usualParent() {
 
 /// Opens and locks that folder; false when it is another user's, in use, no folder or gone.
 bool RecoveryFolder::enter(int parent, const std::string &name) {
-    const int folder = ::openat(parent, name.c_str(), openFolder);
+    const int folder = ::openat(parent, name.c_str(), folderFlags());
     if (folder < 0) {
         return false;
     }
-    const int lock = isOwn(folder) ? ::openat(folder, lockName, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600) : -1;
+    const int lock =
+        isOwnFolder(folder) ? ::openat(folder, lockName, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600) : -1;
     // Another program may have removed the folder before the lock was had: then it has no name any more.
-    if (lock < 0 || ::flock(lock, LOCK_EX | LOCK_NB) != 0 || !isOwn(folder)) {
+    if (lock < 0 || ::flock(lock, LOCK_EX | LOCK_NB) != 0 || !isOwnFolder(folder)) {
         ::close(folder);
         if (lock >= 0) {
             ::close(lock);
@@ -100,11 +74,11 @@ bool RecoveryFolder::enter(int parent, const std::string &name) {
 }
 
 bool RecoveryFolder::make() {
-    if (m_folder >= 0 && isOwn(m_folder)) {
+    if (m_folder >= 0 && isOwnFolder(m_folder)) {
         return true;
     }
     close();
-    const int parent = makeParent(m_parentPath);
+    const int parent = makePrivateFolder(m_parentPath);
     bool made = false;
     for (int attempt = 0; attempt < 3 && !made && parent >= 0; ++attempt) {
         const std::string name = folderPrefix + std::to_string(QRandomGenerator::system()->generate64());
@@ -123,7 +97,7 @@ bool RecoveryFolder::make() {
     return made;
 }
 
-bool RecoveryFolder::write(const QImage &picture, const std::stop_token &stop) {
+bool RecoveryFolder::write(const KeptPhoto &photo, const std::stop_token &stop) {
     if (!make()) {
         return false;
     }
@@ -132,7 +106,7 @@ bool RecoveryFolder::write(const QImage &picture, const std::stop_token &stop) {
     if (file < 0) {
         return false;
     }
-    const bool whole = writeRecoveryCopy(file, picture, halfOfFreeBytes(m_folder), stop) &&
+    const bool whole = writeRecoveryCopy(file, photo, halfOfFreeBytes(m_folder), stop) &&
                        ::renameat(m_folder, partName, m_folder, wholeName) == 0;
     const bool flushed = whole && ::fdatasync(file) == 0;
     const bool kept = ::close(file) == 0 && flushed && ::renameat(m_folder, wholeName, m_folder, copyName) == 0;
@@ -142,6 +116,14 @@ bool RecoveryFolder::write(const QImage &picture, const std::stop_token &stop) {
         ::unlinkat(m_folder, whole ? wholeName : partName, 0);
     }
     return kept;
+}
+
+bool RecoveryFolder::moveCopy(int folder, const std::string &name) {
+    if (m_folder < 0 || ::renameat(m_folder, copyName, folder, name.c_str()) != 0) {
+        return false;
+    }
+    clear();
+    return true;
 }
 
 void RecoveryFolder::clear() {
@@ -154,16 +136,16 @@ void RecoveryFolder::clear() {
     }
 }
 
-CopyRead RecoveryFolder::readCopy(QImage &picture) const {
-    const CopyRead newest = readFile(wholeName, picture); // a power cut may have left it in pieces
+CopyRead RecoveryFolder::readCopy(KeptPhoto &photo) const {
+    const CopyRead newest = readFile(wholeName, photo); // a power cut may have left it in pieces
     if (newest == CopyRead::Done) {
         return newest;
     }
-    const CopyRead flushed = readFile(copyName, picture);
+    const CopyRead flushed = readFile(copyName, photo);
     return flushed == CopyRead::Damaged ? newest : flushed;
 }
 
-CopyRead RecoveryFolder::readFile(const char *name, QImage &picture) const {
+CopyRead RecoveryFolder::readFile(const char *name, KeptPhoto &photo) const {
     // A pipe of that name would keep the program waiting without O_NONBLOCK.
     const int file = ::openat(m_folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (file < 0) {
@@ -171,7 +153,7 @@ CopyRead RecoveryFolder::readFile(const char *name, QImage &picture) const {
     }
     struct stat status {};
     const bool good = ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == ::geteuid();
-    const CopyRead read = good ? readRecoveryCopy(file, picture) : CopyRead::Damaged;
+    const CopyRead read = good ? readRecoveryCopy(file, photo) : CopyRead::Damaged;
     ::close(file);
     return read;
 }
@@ -188,9 +170,28 @@ std::pair<qint64, qint64> RecoveryFolder::lastWritten() const {
     return newest;
 }
 
-std::unique_ptr<RecoveryFolder> RecoveryFolder::findNewest(const QString &parent, QImage &picture) {
+/// Keeps a copy that cannot be read where no program looks for one: parts of it may still be worth something. False,
+/// and all is removed, when there is nothing in it.
+bool RecoveryFolder::putAside() {
+    const auto hasContent = [this](const char *name) {
+        struct stat status {};
+        return ::fstatat(m_folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode) &&
+               status.st_size > 0;
+    };
+    const std::string aside = asidePrefix + m_name.substr(std::strlen(folderPrefix));
+    if ((hasContent(copyName) || hasContent(wholeName)) &&
+        ::renameat(m_parent, m_name.c_str(), m_parent, aside.c_str()) == 0) {
+        ::unlinkat(m_folder, lockName, 0);
+        close();
+        return true;
+    }
+    clear();
+    return false;
+}
+
+std::unique_ptr<RecoveryFolder> RecoveryFolder::findNewest(const QString &parent, KeptPhoto &photo, int *damaged) {
     std::vector<std::pair<std::pair<qint64, qint64>, std::unique_ptr<RecoveryFolder>>> left;
-    const int top = openParent(parent);
+    const int top = openPrivateFolder(parent);
     if (top < 0) {
         return nullptr;
     }
@@ -206,12 +207,12 @@ std::unique_ptr<RecoveryFolder> RecoveryFolder::findNewest(const QString &parent
     ::close(top);
     std::sort(left.begin(), left.end(), [](const auto &a, const auto &b) { return a.first > b.first; });
     for (auto &[time, folder] : left) {
-        const CopyRead read = folder->readCopy(picture);
+        const CopyRead read = folder->readCopy(photo);
         if (read == CopyRead::Done) {
             return std::move(folder);
         }
-        if (read == CopyRead::Damaged) {
-            folder->clear();
+        if (read == CopyRead::Damaged && folder->putAside() && damaged != nullptr) {
+            ++*damaged;
         }
     }
     return nullptr;

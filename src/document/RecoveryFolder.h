@@ -23,25 +23,30 @@ class RecoveryFolder {
     RecoveryFolder(const RecoveryFolder &) = delete;
     RecoveryFolder &operator=(const RecoveryFolder &) = delete;
 
-    /// Replaces the last copy by one of the picture, whole or not at all, flushed to the disk; before it is flushed,
+    /// Replaces the last copy by one of the photo, whole or not at all, flushed to the disk; before it is flushed,
     /// both are there. False, and the last one stays, when the disk is full (half of what is free is left to others),
     /// the folder cannot be made or a stop is asked for.
-    bool write(const QImage &picture, const std::stop_token &stop = {});
+    bool write(const KeptPhoto &photo, const std::stop_token &stop = {});
+    /// Moves the flushed copy into that folder of the same file system, under that name, and removes its own folder.
+    /// False, and nothing changed, when there is none or the disk refuses it.
+    bool moveCopy(int folder, const std::string &name);
     /// Removes the copy and the folder; the next write makes them again.
     void clear();
 
-    /// The newest copy below `parent` that no running program holds, read into `picture`; null when there is none.
-    /// Damaged ones are removed on the way, older ones stay for the next time.
-    static std::unique_ptr<RecoveryFolder> findNewest(const QString &parent, QImage &picture);
+    /// The newest copy below `parent` that no running program holds, read into `photo`; null when there is none.
+    /// Damaged ones are put aside on the way (their folders renamed to "damaged-..."), `damaged` gets how many; older
+    /// ones stay for the next time.
+    static std::unique_ptr<RecoveryFolder> findNewest(const QString &parent, KeptPhoto &photo, int *damaged = nullptr);
 
     /// The folder below which the program itself looks: in the user's own data, not among temporary files.
     static QString usualParent();
 
   private:
     bool make();
+    bool putAside();
     bool enter(int parent, const std::string &name);
-    CopyRead readCopy(QImage &picture) const;
-    CopyRead readFile(const char *name, QImage &picture) const;
+    CopyRead readCopy(KeptPhoto &photo) const;
+    CopyRead readFile(const char *name, KeptPhoto &photo) const;
     std::pair<qint64, qint64> lastWritten() const;
     void close();
 

@@ -13,11 +13,11 @@
 
 using namespace lumora;
 using test::firstDifference;
+using test::nowhere;
 using test::photoLike;
 
 namespace {
 
-const QPoint nowhere(-1, -1);
 using Route = PhotoDocument::OpenRoute;
 
 struct Document : testing::Test {
@@ -374,6 +374,40 @@ TEST_F(Document, undoesAndRedoes) {
     EXPECT_EQ(photo.picCanvas().size(), QSize(20, 30));
     EXPECT_TRUE(heard.testFlag(PhotoChange::Selection)); // the frame is given back
     EXPECT_TRUE(photo.PhotoModified());
+}
+
+TEST_F(Document, hasASmallPictureOfEveryStateAndGoesThere) {
+    EXPECT_TRUE(photo.goToState(1)) << "without a photo nothing happens";
+    const QImage pictures[] = {photoLike(400, 100), photoLike(100, 400), photoLike(20, 20)};
+    open(pictures[0]);
+    ASSERT_TRUE(photo.changePhoto(pictures[1]));
+    photo.setMadeBy("tool5");
+    ASSERT_TRUE(photo.changePhoto(pictures[2]));
+    photo.setMadeBy("tool4");
+    const QList<PhotoState> states = photo.states();
+    ASSERT_EQ(states.size(), 3);
+    const QSize sizes[] = {{192, 48}, {48, 192}, {192, 192}};
+    const char *const icons[] = {"open", "tool5", "tool4"};
+    for (int n = 0; n < 3; ++n) {
+        EXPECT_EQ(states[n].small.size(), sizes[n]) << n;
+        EXPECT_EQ(states[n].madeBy, icons[n]) << n;
+    }
+    for (const int n : {0, 2, 1, 1}) {
+        takeHeard();
+        EXPECT_TRUE(photo.goToState(states[n].id));
+        EXPECT_EQ(firstDifference(photo.picCanvas(), pictures[n]), nowhere);
+        EXPECT_EQ(signalCount, 1) << "one action";
+        EXPECT_TRUE(photo.PhotoModified());
+        EXPECT_EQ(photo.states()[n].small.cacheKey(), states[n].small.cacheKey()) << "made once";
+    }
+    // Each step has one, whatever came after its point; what takes the place of a photo has its own.
+    photo.RecordUndoPoint();
+    ASSERT_TRUE(photo.changePhoto(pictures[0], {.recordUndo = false}));
+    EXPECT_EQ(photo.states()[1].small.size(), sizes[1]);
+    EXPECT_EQ(photo.states()[2].small.size(), sizes[0]);
+    ASSERT_TRUE(photo.pastePicture({pictures[2], PictureError::None, {}}) == PictureError::None);
+    EXPECT_EQ(photo.states().last().small.size(), sizes[2]);
+    EXPECT_EQ(photo.states().last().madeBy, "paste");
 }
 
 TEST_F(Document, keepsOneSnapshotInMemory) {

@@ -14,17 +14,18 @@
 #include <QTemporaryFile>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <map>
 #include <random>
 #include <sys/resource.h>
 #include <unistd.h>
 
 using namespace lumora;
 using test::firstDifference;
+using test::nowhere;
 using test::photoLike;
 
 namespace {
 
-const QPoint nowhere(-1, -1);
 constexpr qint64 plenty = qint64{1} << 30;
 
 QImage withDot(const QImage &picture, int x, int y, QRgb colour = qRgb(1, 2, 3)) {
@@ -258,6 +259,67 @@ TEST(PhotoHistory, leavesOutStepsWhoseFilesAreGoneOrBroken) {
         EXPECT_EQ(firstDifference(editing.picture, last), nowhere);
         EXPECT_FALSE(editing.history.redo(editing.picture));
     }
+}
+
+TEST(PhotoHistory, goesToEveryStateThatItHas) {
+    const QTemporaryDir folder;
+    const std::pair<qint64, qint64> budgets[] = {{plenty, plenty}, {20'000, plenty}, {0, plenty}, {0, 30'000}};
+    for (const auto &[memory, disk] : budgets) {
+        SCOPED_TRACE(testing::Message() << memory << " in memory, " << disk << " on the disk");
+        std::minstd_rand random(4711);
+        Editing editing({memory, disk, folder.path()});
+        PhotoHistory &history = editing.history;
+        std::map<quint64, QImage> pictures{{history.now().id, editing.picture}};
+        history.setMadeBy(QString::number(history.now().id));
+        for (int i = 0; i < 300; ++i) {
+            if (random() % 3 != 0) {
+                editing.change(someChange(editing.picture, random));
+                pictures[history.now().id] = editing.picture;
+                history.setMadeBy(QString::number(history.now().id));
+            } else {
+                const QList<PhotoState> states = history.states();
+                ASSERT_TRUE(history.moveTo(states[random() % states.size()].id, editing.picture));
+            }
+            const QList<PhotoState> states = history.states();
+            ASSERT_EQ(states.size(), history.undoSteps() + history.redoSteps() + 1);
+            ASSERT_EQ(states[history.undoSteps()].id, history.now().id);
+            ASSERT_EQ(firstDifference(editing.picture, pictures[history.now().id]), nowhere) << i;
+            for (const PhotoState &state : states) {
+                ASSERT_EQ(state.madeBy, QString::number(state.id));
+            }
+        }
+        EXPECT_TRUE(history.moveTo(4'000'000, editing.picture)) << "a state that is lost changes nothing";
+        EXPECT_EQ(firstDifference(editing.picture, pictures[history.now().id]), nowhere);
+        EXPECT_LT(history.states().size(), disk < plenty ? 100 : 300);
+    }
+}
+
+TEST(PhotoHistory, goesThereInOneTaskThatTellsItsProgress) {
+    const QTemporaryDir folder;
+    Editing editing({0, plenty, folder.path()});
+    const quint64 first = editing.history.now().id;
+    const QImage opened = editing.picture;
+    for (int i = 0; i < 5; ++i) {
+        editing.change(withDot(editing.picture, i, i));
+    }
+    int tasks = 0;
+    int percent = 0;
+    editing.history.setTaskRunner([&](const std::function<void()> &work, Stopping) {
+        TaskControl control;
+        const TaskControl::Scope scope(&control);
+        EXPECT_EQ(editing.history.undoSteps(), 5) << "what others see stays until the task is done";
+        work();
+        EXPECT_EQ(editing.history.undoSteps(), 5);
+        percent = control.percent();
+        ++tasks;
+        return true;
+    });
+    ASSERT_TRUE(editing.history.moveTo(first, editing.picture));
+    EXPECT_EQ(firstDifference(editing.picture, opened), nowhere);
+    EXPECT_EQ(editing.history.undoSteps(), 0);
+    EXPECT_EQ(editing.history.redoSteps(), 5);
+    EXPECT_EQ(tasks, 1);
+    EXPECT_EQ(percent, 100);
 }
 
 TEST(PhotoHistory, goesOnWhenItsFolderIsDeleted) {

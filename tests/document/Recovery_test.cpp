@@ -2,6 +2,7 @@
 #include "document/Recovery.h"
 
 #include "document/RecoveryCopy.h"
+#include "support/TestFiles.h"
 #include "support/TestPictures.h"
 
 #include <QCoreApplication>
@@ -31,26 +32,21 @@ QStringList foldersIn(const QString &parent) {
 /// The pixels of the only copy below the folder; a null picture when there is none or it is not whole.
 QImage onlyCopy(const QString &parent) {
     const QStringList folders = foldersIn(parent);
-    QImage picture;
+    KeptPhoto photo;
     if (folders.size() == 1) {
         const QByteArray path = QFile::encodeName(parent + '/' + folders[0] + "/copy");
         const int file = ::open(path.constData(), O_RDONLY | O_CLOEXEC);
         if (file >= 0) {
-            readRecoveryCopy(file, picture);
+            readRecoveryCopy(file, photo);
             ::close(file);
         }
     }
-    return picture;
+    return photo.picture;
 }
 
 int modeOf(const QString &path) {
     struct stat status {};
     return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? static_cast<int>(status.st_mode & 07777) : -1;
-}
-
-QByteArray contents(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 void fill(const QString &path, const QByteArray &bytes) {
@@ -62,12 +58,26 @@ void fill(const QString &path, const QByteArray &bytes) {
 /// A copy that a program which is no more has left; the path of its folder.
 QString leave(const QString &parent, const QImage &picture) {
     const QStringList before = foldersIn(parent);
-    EXPECT_TRUE(RecoveryFolder(parent).write(picture));
+    EXPECT_TRUE(RecoveryFolder(parent).write({picture}));
     QString made;
     for (const QString &name : foldersIn(parent)) {
         made = before.contains(name) ? made : parent + '/' + name;
     }
     return made;
+}
+
+/// Removes the folders of damaged copies; the names of those whose copy has these bytes.
+QStringList takeAside(const QString &parent, const QByteArray &bytes) {
+    QStringList same;
+    for (const QString &name : foldersIn(parent).filter("damaged-")) {
+        QDir folder(parent + '/' + name);
+        if (folder.entryList(QDir::Files | QDir::Hidden) == QStringList("copy") &&
+            QFileInfo(folder.filePath("copy")).size() == bytes.size() && contents(folder.filePath("copy")) == bytes) {
+            same << name;
+        }
+        EXPECT_TRUE(folder.removeRecursively());
+    }
+    return same;
 }
 
 /// The n-th of the pictures that a working program goes through.
@@ -137,18 +147,34 @@ TEST(RecoveryFolder, givesEveryBitBackAndIsPrivate) {
             EXPECT_EQ(modeOf(parent), 0700);
             EXPECT_EQ(modeOf(folder), 0700);
             EXPECT_EQ(modeOf(folder + "/copy"), 0600);
-            QImage found;
+            KeptPhoto found;
             const auto left = RecoveryFolder::findNewest(parent, found);
             ASSERT_NE(left, nullptr);
-            EXPECT_EQ(found.format(), photo.format());
-            EXPECT_EQ(firstDifference(found, photo), QPoint(-1, -1));
+            EXPECT_EQ(found.picture.format(), photo.format());
+            EXPECT_EQ(firstDifference(found.picture, photo), QPoint(-1, -1));
             left->clear();
             EXPECT_EQ(foldersIn(parent), QStringList());
         }
     }
 }
 
-TEST(RecoveryFolder, removesDamagedCopiesAndFindsTheGoodOne) {
+TEST(RecoveryFolder, keepsWhatTheFileSaid) {
+    const QTemporaryDir home;
+    const KeptPhoto photo{photoLike(40, 30),
+                          {.exif = QByteArray(70'000, 'e'),
+                           .xmp = "<x:xmpmeta/>",
+                           .iptc = "iptc",
+                           .texts = {{"Title", QStringLiteral("Grandma\u2019s cat")}},
+                           .dotsPerInchX = 300,
+                           .dotsPerInchY = 299.5,
+                           .made = QDateTime({2026, 5, 1}, {10, 20, 30})}};
+    ASSERT_TRUE(RecoveryFolder(home.path()).write(photo));
+    KeptPhoto found;
+    ASSERT_NE(RecoveryFolder::findNewest(home.path(), found), nullptr);
+    EXPECT_TRUE(found.metadata == photo.metadata);
+}
+
+TEST(RecoveryFolder, putsDamagedCopiesAsideAndFindsTheGoodOne) {
     const QTemporaryDir home;
     const QString parent = home.filePath("recovery");
     const QImage photo = photoLike(300, 200);
@@ -196,11 +222,16 @@ TEST(RecoveryFolder, removesDamagedCopiesAndFindsTheGoodOne) {
         const QString copy = leave(parent, photo) + "/copy";
         const QByteArray whole = contents(copy);
         ASSERT_GT(whole.size(), 1000);
-        fill(copy, row.damage(whole));
-        QImage found;
-        const auto left = RecoveryFolder::findNewest(parent, found);
+        const QByteArray damaged = row.damage(whole);
+        fill(copy, damaged);
+        KeptPhoto found;
+        int count = 0;
+        const auto left = RecoveryFolder::findNewest(parent, found, &count);
         ASSERT_NE(left, nullptr);
-        EXPECT_EQ(firstDifference(found, photo), QPoint(-1, -1));
+        EXPECT_EQ(firstDifference(found.picture, photo), QPoint(-1, -1));
+        const QStringList aside = takeAside(parent, damaged);
+        EXPECT_EQ(aside.size(), damaged.isEmpty() ? 0 : 1) << "kept as it is";
+        EXPECT_EQ(count, aside.size());
         EXPECT_EQ(foldersIn(parent), QStringList{QFileInfo(good).fileName()});
         left->clear();
     }
@@ -226,9 +257,10 @@ TEST(RecoveryFolder, removesDamagedCopiesAndFindsTheGoodOne) {
             QFile file(copy);
             ASSERT_TRUE(file.open(QIODevice::ReadWrite) && file.write(head) == head.size());
         }
-        QImage found;
+        KeptPhoto found;
         EXPECT_EQ(RecoveryFolder::findNewest(parent, found), nullptr);
-        EXPECT_TRUE(found.isNull());
+        EXPECT_TRUE(found.picture.isNull());
+        takeAside(parent, {});
         EXPECT_EQ(foldersIn(parent), QStringList());
     }
     EXPECT_EQ(contents(precious), "a picture of the user's");
@@ -246,10 +278,10 @@ TEST(RecoveryFolder, aWholeCopyCountsBeforeItIsFlushed) {
         const QByteArray bytes = contents(other + "/copy");
         fill(folder + "/copy.new", inPieces ? bytes.left(bytes.size() - 4096) + QByteArray(4096, 0) : bytes);
         fill(folder + "/copy.part", bytes.left(100));
-        QImage found;
+        KeptPhoto found;
         const auto left = RecoveryFolder::findNewest(parent, found);
         ASSERT_NE(left, nullptr);
-        EXPECT_EQ(firstDifference(found, inPieces ? older : newer), QPoint(-1, -1));
+        EXPECT_EQ(firstDifference(found.picture, inPieces ? older : newer), QPoint(-1, -1));
         left->clear();
         EXPECT_EQ(foldersIn(parent), QStringList());
         RecoveryFolder::findNewest(home.filePath("other"), found)->clear();
@@ -262,11 +294,11 @@ TEST(RecoveryFolder, neverFollowsLinksNorGoesToOthers) {
     const QString parent = home.filePath("recovery");
     const QImage photo = photoLike(50, 40);
     const QString left = leave(elsewhere, photo);
-    QImage found;
+    KeptPhoto found;
     // The folder of all copies is a link.
     ASSERT_TRUE(QFile::link(elsewhere, parent));
     EXPECT_EQ(RecoveryFolder::findNewest(parent, found), nullptr);
-    EXPECT_FALSE(RecoveryFolder(parent).write(photo));
+    EXPECT_FALSE(RecoveryFolder(parent).write({photo}));
     ASSERT_TRUE(QFile::remove(parent));
     // A program's folder is a link.
     ASSERT_TRUE(QDir().mkpath(parent));
@@ -276,13 +308,13 @@ TEST(RecoveryFolder, neverFollowsLinksNorGoesToOthers) {
     const QString precious = home.filePath("precious");
     fill(precious, "precious");
     RecoveryFolder folder(parent);
-    ASSERT_TRUE(folder.write(photo));
+    ASSERT_TRUE(folder.write({photo}));
     QString own = parent + '/' + foldersIn(parent).last();
     own = own.endsWith("/photo-1") ? parent + '/' + foldersIn(parent).first() : own;
     ASSERT_TRUE(QFile::remove(own + "/copy"));
     ASSERT_TRUE(QFile::link(precious, own + "/copy"));
     ASSERT_TRUE(QFile::link(precious, own + "/copy.new"));
-    EXPECT_TRUE(folder.write(photo));
+    EXPECT_TRUE(folder.write({photo}));
     EXPECT_FALSE(QFileInfo(own + "/copy").isSymLink());
     folder.clear();
     EXPECT_EQ(contents(precious), "precious");
@@ -293,7 +325,7 @@ TEST(RecoveryFolder, neverFollowsLinksNorGoesToOthers) {
         EXPECT_EQ(RecoveryFolder::findNewest(parent, found), nullptr);
         EXPECT_EQ(foldersIn(another), QStringList({"copy", "lock"}));
         ASSERT_EQ(::chown(QFile::encodeName(parent).constData(), 65534, 65534), 0);
-        EXPECT_FALSE(RecoveryFolder(parent).write(photo));
+        EXPECT_FALSE(RecoveryFolder(parent).write({photo}));
     }
 }
 
@@ -309,18 +341,18 @@ TEST(RecoveryFolder, newestFirstAndOlderOnesNextTime) {
         const timespec times[2] = {time, time};
         ASSERT_EQ(::utimensat(AT_FDCWD, QFile::encodeName(left[at] + "/copy"), times, 0), 0);
     }
-    QImage found;
+    KeptPhoto found;
     auto first = RecoveryFolder::findNewest(home.path(), found);
-    EXPECT_EQ(found.width(), 20);
+    EXPECT_EQ(found.picture.width(), 20);
     auto second = RecoveryFolder::findNewest(home.path(), found); // another program that starts meanwhile
-    EXPECT_EQ(found.width(), 10);
+    EXPECT_EQ(found.picture.width(), 10);
     first->clear();
     second.reset(); // not answered
     second = RecoveryFolder::findNewest(home.path(), found);
-    EXPECT_EQ(found.width(), 10);
+    EXPECT_EQ(found.picture.width(), 10);
     second->clear();
     RecoveryFolder::findNewest(home.path(), found)->clear();
-    EXPECT_EQ(found.width(), 30);
+    EXPECT_EQ(found.picture.width(), 30);
     EXPECT_EQ(RecoveryFolder::findNewest(home.path(), found), nullptr);
 }
 
@@ -329,7 +361,7 @@ TEST(RecoveryFolder, fullDiskKeepsTheLastCopy) {
     const QTemporaryDir home;
     const QImage small = photoLike(20, 10);
     RecoveryFolder folder(home.path());
-    ASSERT_TRUE(folder.write(small));
+    ASSERT_TRUE(folder.write({small}));
     rlimit old{};
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
@@ -337,14 +369,14 @@ TEST(RecoveryFolder, fullDiskKeepsTheLastCopy) {
         SCOPED_TRACE(room);
         const rlimit little{room, old.rlim_max};
         ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &little), 0);
-        const bool written = folder.write(photoLike(700, 500));
+        const bool written = folder.write({photoLike(700, 500)});
         ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &old), 0);
         EXPECT_FALSE(written);
         EXPECT_EQ(firstDifference(onlyCopy(home.path()), small), QPoint(-1, -1));
         EXPECT_EQ(foldersIn(home.filePath(foldersIn(home.path())[0])), QStringList({"copy", "lock"}));
     }
     std::signal(SIGXFSZ, handler);
-    EXPECT_TRUE(folder.write(photoLike(700, 500)));
+    EXPECT_TRUE(folder.write({photoLike(700, 500)}));
 }
 
 TEST(Recovery, followsThePhoto) {
@@ -373,6 +405,20 @@ TEST(Recovery, followsThePhoto) {
         EXPECT_TRUE(gone());
         ASSERT_TRUE(work.photo.PerformRedo()); // still counts as saved
         EXPECT_TRUE(gone());
+        // A pasted picture counts as unchanged and is in no file: kept until it is saved, or another is opened.
+        for (const bool saved : {true, false}) {
+            ASSERT_EQ(work.photo.pastePicture({second, PictureError::None, {}}), PictureError::None);
+            EXPECT_FALSE(work.photo.PhotoModified());
+            EXPECT_TRUE(QTest::qWaitFor([&] { return !onlyCopy(home.path()).isNull(); }, 20'000));
+            expectCopy(second);
+            if (saved) {
+                ASSERT_TRUE(work.photo.saveFile(album.filePath("b.png")).ok());
+            } else {
+                ASSERT_EQ(work.photo.openPicture({first, PictureError::None, {}}, PhotoDocument::OpenRoute::LoadPhoto),
+                          PictureError::None);
+            }
+            EXPECT_TRUE(gone());
+        }
         // Many changes at once: the last one counts.
         for (int n = 0; n < 20; ++n) {
             ASSERT_TRUE(work.photo.changePhoto(change(n)));
@@ -405,14 +451,14 @@ TEST(Recovery, aKilledProgramLeavesAWholeChange) {
     Worker worker(home.path());
     QTest::qWait(30); // into the middle of some later copy
     worker.kill();
-    QImage found;
+    KeptPhoto found;
     const auto left = RecoveryFolder::findNewest(home.path(), found);
     ASSERT_NE(left, nullptr);
     // The one pixel that differs tells which change it is.
-    const QPoint at = firstDifference(found, photoLike(900, 700, true));
+    const QPoint at = firstDifference(found.picture, photoLike(900, 700, true));
     const int n = at.y() * 900 + at.x();
     EXPECT_GE(n, changesBeforeReady);
-    EXPECT_EQ(firstDifference(found, change(n)), QPoint(-1, -1));
+    EXPECT_EQ(firstDifference(found.picture, change(n)), QPoint(-1, -1));
     left->clear();
     EXPECT_EQ(foldersIn(home.path()), QStringList()) << "the half copy stays behind";
 }
@@ -420,7 +466,7 @@ TEST(Recovery, aKilledProgramLeavesAWholeChange) {
 TEST(Recovery, programsDoNotDisturbEachOther) {
     const QTemporaryDir home;
     const QImage own = photoLike(80, 60);
-    QImage found;
+    KeptPhoto found;
     Work work(home.path());
     ASSERT_TRUE(work.photo.changePhoto(own));
     work.recovery.keepNow();
@@ -431,7 +477,7 @@ TEST(Recovery, programsDoNotDisturbEachOther) {
     }
     const auto left = RecoveryFolder::findNewest(home.path(), found);
     ASSERT_NE(left, nullptr);
-    EXPECT_EQ(found.size(), QSize(900, 700));
+    EXPECT_EQ(found.picture.size(), QSize(900, 700));
     left->clear();
     EXPECT_EQ(firstDifference(onlyCopy(home.path()), own), QPoint(-1, -1));
 }
@@ -443,10 +489,10 @@ TEST(Recovery, adoptsWhatWasLeft) {
     Work work(home.path());
     ASSERT_TRUE(work.photo.changePhoto(photoLike(50, 50))); // something of its own
     work.recovery.keepNow();
-    QImage found;
+    KeptPhoto found;
     auto left = RecoveryFolder::findNewest(home.path(), found);
     ASSERT_NE(left, nullptr);
-    ASSERT_TRUE(work.photo.changePhoto(found));
+    ASSERT_TRUE(work.photo.changePhoto(found.picture));
     work.recovery.adopt(std::move(left));
     EXPECT_EQ(firstDifference(onlyCopy(home.path()), photo), QPoint(-1, -1));
     const QImage next = photoLike(30, 20);
