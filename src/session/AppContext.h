@@ -6,6 +6,7 @@
 #include "base/basMisc.h"
 #include "document/PhotoDocument.h"
 #include "session/BackgroundTasks.h"
+#include "session/Languages.h"
 #include "session/MainFields.h"
 #include "session/Settings.h"
 #include "session/ToolFlags.h"
@@ -15,7 +16,7 @@ namespace lumora {
 struct AppContext {
     explicit AppContext(Installation where)
         : installation(std::move(where)), settings(ini, installation.settingsFile()),
-          texts(ini, installation.languageFile()) {
+          texts(ini, [this] { return languageFiles(installation, settings, ini); }) {
         photo.setTaskRunner(
             [this](const std::function<void()> &work, Stopping stopping) { return tasks.run(work, stopping); });
     }

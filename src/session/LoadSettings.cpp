@@ -39,7 +39,7 @@ MailServer readMailServer(const Settings &settings) {
 }
 
 void ApplySimpleSettings(AppContext &context) {
-    context.settings.switchOff(Writer::SimpleStart);
+    context.settings.switchSimpleOn();
 }
 
 QString workingDirectory(AppContext &context) {

@@ -18,7 +18,8 @@ void LoadSettingsFromINIFile(AppContext &context);
 /// The mail server of the settings; the usual port where the file has none that can be one.
 MailServer readMailServer(const Settings &settings);
 
-/// Writes "0" to the seven settings of Simple mode. They keep this value when Advanced mode is started later.
+/// Writes "0" to the seven settings of Simple mode. They keep this value when Advanced mode is started later, which
+/// then offers to bring the former ones back.
 void ApplySimpleSettings(AppContext &context);
 
 /// "Working Directory"/"Path", "/" between folders: the documents folder's "My Photos" unless set otherwise.

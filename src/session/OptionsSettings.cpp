@@ -36,6 +36,7 @@ OptionsSettings readOptions(AppContext &context) {
     options.printer = settings.readForOptions<Setting::Printer>();
     options.printLockMinutes = std::clamp(settings.readForOptions<Setting::PrintLockMinutes>(), 1, longestPrintLock);
     options.printLock = settings.readForOptions<Setting::PrintLock>();
+    options.language = settings.readForOptions<Setting::Language>().trimmed();
     options.workingDirectory = workingDirectory(context);
     options.myDocs = settings.readForOptions<Setting::MyDocs>();
     options.printButtonOff = settings.readForOptions<Setting::PrintButtonOff>();
@@ -44,6 +45,7 @@ OptionsSettings readOptions(AppContext &context) {
     options.mailSize = settings.readForOptions<Setting::MailPhotoSize>();
     options.welcome = settings.readForOptions<Setting::Welcome>();
     options.privateDetails = settings.readForOptions<Setting::PrivateDetails>();
+    options.keepThrownAway = settings.readForOptions<Setting::KeepThrownAway>();
     return options;
 }
 
@@ -65,7 +67,11 @@ void writeOptions(AppContext &context, const OptionsSettings &options) {
     settings.write<Setting::PrintLockMinutes, by>(options.printLockMinutes);
     settings.write<Setting::PrintLock, by>(options.printLock);
     settings.write<Setting::CropTip, by>(Switch::On);
-    settings.write<Setting::WorkingDirectory, by>(options.workingDirectory);
+    settings.write<Setting::Language, by>(options.language);
+    // An empty path in the file stays one: it means each user's own documents folder.
+    if (options.workingDirectory != workingDirectory(context) || !settings.isInFile<Setting::WorkingDirectory>()) {
+        settings.write<Setting::WorkingDirectory, by>(options.workingDirectory);
+    }
     settings.write<Setting::MyDocs, by>(options.myDocs);
     settings.write<Setting::PrintButtonOff, by>(options.printButtonOff);
     settings.write<Setting::ScannerButtonOff, by>(options.scannerButtonOff);
@@ -75,6 +81,7 @@ void writeOptions(AppContext &context, const OptionsSettings &options) {
     settings.write<Setting::MailUser, by>(options.mailServer.user);
     settings.write<Setting::MailPhotoSize, by>(options.mailSize);
     settings.write<Setting::PrivateDetails, by>(options.privateDetails);
+    settings.write<Setting::KeepThrownAway, by>(options.keepThrownAway);
 }
 
 void resetWarnings(AppContext &context) {

@@ -27,12 +27,14 @@ struct OptionsSettings {
     QString printer;          ///< a name; empty is the system default
     int printLockMinutes = 1; ///< 1 to longestPrintLock
     bool printLock = false;
+    QString language; ///< a file of installedLanguages(); empty: that of the desktop
     QString workingDirectory;
     bool myDocs = false;
     bool printButtonOff = false;
     bool scannerButtonOff = false;
     bool welcome = false;        ///< never written
     bool privateDetails = false; ///< saved files tell the place and the serial numbers
+    bool keepThrownAway = true;  ///< photos whose changes were thrown away, for a week
     MailServer mailServer;
     QString mailPassword; ///< newly typed, empty if not; for the keyring, never for the file
     MailSize mailSize = MailSize::Medium;

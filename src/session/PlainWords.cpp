@@ -1,6 +1,7 @@
 #include "session/PlainWords.h"
 
 #include "base/Texts.h"
+#include "session/Settings.h"
 
 #include <QLocale>
 
@@ -47,6 +48,12 @@ QString plainWords(const Texts &texts, PictureError error) {
         return texts.text("StatusStopped");
     }
     return {};
+}
+
+QString oddSetting(const Texts &texts, Setting setting) {
+    const SettingRow &row = rowOf(setting);
+    return texts.text("StatusOddSetting")
+        .arg(QString("[%1] %2").arg(QLatin1StringView(row.section), QLatin1StringView(row.key)));
 }
 
 } // namespace lumora

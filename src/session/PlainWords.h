@@ -8,11 +8,15 @@
 namespace lumora {
 
 class Texts;
+enum class Setting;
 
 /// The status line's words for a picture that could not be saved.
 QString plainWords(const Texts &texts, const PictureWritten &written);
 
 /// The status line's words for an error; an empty text for None.
 QString plainWords(const Texts &texts, PictureError error);
+
+/// Why a button does nothing: that setting is neither "0" nor "1" in the file.
+QString oddSetting(const Texts &texts, Setting setting);
 
 } // namespace lumora

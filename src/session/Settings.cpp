@@ -16,6 +16,12 @@ constexpr bool isInOrder() {
 }
 static_assert(isInOrder(), "the rows follow the enumeration");
 
+constexpr QChar formerSeparator = u';';
+
+IniFiles::Value valueFor(const SettingRow &row, const QString &text) {
+    return {QString::fromUtf8(row.section), QString::fromUtf8(row.key), text};
+}
+
 } // namespace
 
 namespace settings {
@@ -62,17 +68,48 @@ std::optional<QString> textOf(MailSize value) {
 
 Settings::Settings(IniFiles &files, QString file) : m_files(files), m_file(std::move(file)) {}
 
-void Settings::switchOff(Writer writer) {
+void Settings::switchSimpleOn() {
+    QList<IniFiles::Value> values;
+    QStringList former;
+    bool isOtherNow = false;
     for (const SettingRow &row : settingRows) {
-        if (row.isWrittenBy(writer)) {
-            writeText(row, QStringLiteral("0"));
+        if (row.isWrittenBy(Writer::SimpleStart)) {
+            const QString before = text(row, nullptr);
+            isOtherNow = isOtherNow || !(before.isNull() || before == u"0");
+            const bool canBeKept = !before.isNull() && !before.contains(formerSeparator);
+            former << (canBeKept ? before : QString::fromUtf8(row.standard));
+            values.append(valueFor(row, QStringLiteral("0")));
         }
+    }
+    if (isOtherNow) {
+        values.append(valueFor(rowOf(Setting::BeforeSimple), former.join(formerSeparator)));
+    }
+    m_files.writeValues(m_file, values);
+}
+
+void Settings::bringFormerBack() {
+    const QStringList former = read<Setting::BeforeSimple>().split(formerSeparator);
+    QList<IniFiles::Value> values;
+    for (const SettingRow &row : settingRows) {
+        if (row.isWrittenBy(Writer::SimpleStart)) {
+            values.append(valueFor(row, former.value(values.size())));
+        }
+    }
+    if (former.size() == values.size()) {
+        m_files.writeValues(m_file, values);
+    }
+    forgetFormer();
+}
+
+void Settings::forgetFormer() {
+    if (hasFormer()) {
+        write<Setting::BeforeSimple, Writer::Former>(QString());
     }
 }
 
 QString Settings::text(const SettingRow &row, const char *standard) const {
     return m_files.ReadIniValue(m_file, QString::fromUtf8(row.section), QString::fromUtf8(row.key),
-                                QString::fromUtf8(standard));
+                                standard == nullptr ? QString() : QString::fromUtf8(standard));
 }
 
 void Settings::writeText(const SettingRow &row, const QString &value) {

@@ -35,6 +35,8 @@ enum class Setting {
     CropTip,
     Welcome,
     ScreenNotice,
+    WindowSize,
+    Language,
     WorkingDirectory,
     MyDocs,
     NoticeTitle,
@@ -50,6 +52,8 @@ enum class Setting {
     MailUser,
     MailPhotoSize,
     PrivateDetails,
+    KeepThrownAway,
+    BeforeSimple,
 };
 
 /// A yes or no setting whose readers ignore any other value.
@@ -85,6 +89,8 @@ enum class Writer : unsigned {
     Notice = 32,     ///< the OK of the notice about small screens
     EmailWindow = 64,
     PrintLock = 128, ///< the pause of the print button
+    Window = 256,    ///< the main window, when it is left
+    Former = 512,    ///< what keeps the values from before Simple mode
 };
 
 constexpr Writer operator|(Writer a, Writer b) {
@@ -127,6 +133,8 @@ inline constexpr SettingRow settingRows[] = {
     {Setting::CropTip, "Tips", "Crop", SettingKind::Switch, "0", Writer::SimpleStart | Writer::Options | Writer::Reset | Writer::CropTip},
     {Setting::Welcome, "Welcome", "Show", SettingKind::Yes, "1", Writer::Reset | Writer::Welcome},
     {Setting::ScreenNotice, "Display Message", "Value", SettingKind::Switch, "1", Writer::Notice},
+    {Setting::WindowSize, "Window", "Size", SettingKind::Text, "", Writer::Window}, // "900x640", while not maximised
+    {Setting::Language, "Language", "File", SettingKind::Text, "", Writer::Options}, // see languageInUse()
     {Setting::WorkingDirectory, "Working Directory", "Path", SettingKind::Text, "", Writer::Options}, // see workingDirectory()
     {Setting::MyDocs, "MyDocs", "Value", SettingKind::YesUnlessNo, "1", Writer::Options},
     {Setting::NoticeTitle, "ScreenMessageTitle", "Caption", SettingKind::Text, "Notice", Writer::Nobody},
@@ -142,6 +150,8 @@ inline constexpr SettingRow settingRows[] = {
     {Setting::MailUser, "Mail Server", "User", SettingKind::Text, "", Writer::Options},
     {Setting::MailPhotoSize, "E-mail", "Size", SettingKind::MailSize, "1", Writer::Options},
     {Setting::PrivateDetails, "Saved Photos", "Private", SettingKind::Yes, "0", Writer::Options}, // place, serial numbers
+    {Setting::KeepThrownAway, "My Pictures", "Keep", SettingKind::YesUnlessNo, "1", Writer::Options}, // for a week
+    {Setting::BeforeSimple, "Before Simple Mode", "Values", SettingKind::Text, "", Writer::Former}, // see switchSimpleOn
 };
 // clang-format on
 
@@ -229,8 +239,22 @@ class Settings {
         }
     }
 
-    /// Writes "0" to every setting that this writer switches off, in the table's order.
-    void switchOff(Writer writer);
+    /// The text from the file, or `otherwise` (in the user's language) where the file has none.
+    template <Setting S> QString textOr(const QString &otherwise) const {
+        return isInFile<S>() ? read<S>() : otherwise;
+    }
+
+    /// Whether the file has a value, be it an empty one.
+    template <Setting S> bool isInFile() const { return !text(rowOf(S), nullptr).isNull(); }
+
+    /// Writes "0" to every setting of Simple mode, in the table's order. Where the file had another value, all former
+    /// ones are kept in "Before Simple Mode". The file is replaced once.
+    void switchSimpleOn();
+    /// Whether there are values from before Simple mode.
+    bool hasFormer() const { return !read<Setting::BeforeSimple>().isEmpty(); }
+    /// Writes the values from before Simple mode back and forgets them.
+    void bringFormerBack();
+    void forgetFormer();
 
   private:
     QString text(const SettingRow &row, const char *standard) const;

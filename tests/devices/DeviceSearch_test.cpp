@@ -1,4 +1,5 @@
 #include "devices/DeviceSearch.h"
+#include "devices/HelperScript.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -29,22 +30,7 @@ std::optional<DeviceAnswer> ask(DeviceSearch &search, DeviceKind kind) {
     return got;
 }
 
-class DeviceSearchTest : public testing::Test {
-  protected:
-    QString script(const QByteArray &lines) {
-        QString path = m_folder.filePath("helper" + QString::number(++m_scripts));
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("#!/bin/sh\n" + lines);
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        return path;
-    }
-
-    QTemporaryDir m_folder;
-
-  private:
-    int m_scripts = 0;
-};
+using DeviceSearchTest = HelperScriptTest;
 
 TEST_F(DeviceSearchTest, theHelperFindsTheScannersOfTheSystem) {
     // A scanner system that knows only its own test device, which has two scanners.

@@ -1,3 +1,4 @@
+#include "devices/HelperScript.h"
 #include "devices/ScanProcess.h"
 
 #include <QElapsedTimer>
@@ -53,22 +54,7 @@ TEST(ScanOption, anAutomaticScanIsInColourForPrintingAndOfTheWholeGlass) {
     }
 }
 
-class ScanProcessTest : public testing::Test {
-  protected:
-    QString script(const QByteArray &lines) {
-        QString path = m_folder.filePath("helper" + QString::number(++m_scripts));
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("#!/bin/sh\n" + lines);
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        return path;
-    }
-
-    QTemporaryDir m_folder;
-
-  private:
-    int m_scripts = 0;
-};
+using ScanProcessTest = HelperScriptTest;
 
 /// A message as printf writes it.
 #define STATUS(length, word) "printf 's\\" length "\\000\\000\\000" word "'\n"

@@ -148,6 +148,47 @@ TEST_F(LoadSettingsTest, SimpleSettingsAreWrittenInTheirOrder) {
     EXPECT_EQ(test::setting(context, "Welcome", "Show", "x"), "1") << "everything else stays";
 }
 
+TEST_F(LoadSettingsTest, WhatSimpleModeChangedComesBack) {
+    const struct {
+        const char *name;
+        QByteArray before;
+        bool isOffered;
+        QByteArray after; ///< Style, SFX, Resize, Grid, E-mail, Timed, Crop
+    } cases[] = {
+        {"nothing was chosen", "", false, "0 0 0 0 0 0 0"},
+        {"all off", "[Dialogs]\nStyle=0\n[Grid]\nValue=0\n", false, "0 0 0 0 0 0 0"},
+        {"as it is installed",
+         "[Dialogs]\nStyle=1\n[SFX]\nAdvanced=1\n[Resize]\nAdvanced=1\n[Grid]\nValue=1\n[E-mail]\nValue=0\n"
+         "[Printer]\nTimed=0\n[Tips]\nCrop=1\n",
+         true, "1 1 1 1 0 0 1"},
+        {"one of them", "[SFX]\nAdvanced=1\n", true, "0 1 0 1 0 0 0"},
+        {"odd values", "[Tips]\nCrop=perhaps\n[Grid]\nValue=1;2\n", true, "0 0 0 1 0 0 perhaps"},
+    };
+    const auto seven = [&] {
+        QStringList values;
+        for (const SettingRow &row : settingRows) {
+            if (row.isWrittenBy(Writer::SimpleStart)) {
+                values << test::setting(context, row.section, row.key);
+            }
+        }
+        return values.join(' ').toUtf8();
+    };
+    for (const auto &one : cases) {
+        put(one.before);
+        ApplySimpleSettings(context);
+        EXPECT_EQ(seven(), "0 0 0 0 0 0 0") << one.name;
+        EXPECT_EQ(context.settings.hasFormer(), one.isOffered) << one.name;
+        ApplySimpleSettings(context); // another visit keeps what the first one found
+        EXPECT_EQ(context.settings.hasFormer(), one.isOffered) << one.name;
+        context.settings.bringFormerBack();
+        EXPECT_EQ(seven(), one.after) << one.name;
+        EXPECT_FALSE(context.settings.hasFormer()) << one.name;
+    }
+    put("[Before Simple Mode]\nValues=1;1\n[Grid]\nValue=0\n");
+    context.settings.bringFormerBack();
+    EXPECT_EQ(test::setting(context, "Grid", "Value"), "0") << "damaged by hand: nothing is written";
+}
+
 TEST_F(LoadSettingsTest, Folders) {
     const QString documents = GetSpecialFolderPath(5);
     const QString odd = folder.filePath("a\\b");

@@ -268,7 +268,7 @@ MailResult sendMail(const MailServer &server, const QString &password, const Mai
     session.need(curl_mime_encoder(photo, "base64"));
     session.set(CURLOPT_MIMEPOST, mime.get());
 
-    const MailResult result = session.run();
+    MailResult result = session.run();
     if (result.ok() && TaskControl::current() != nullptr) {
         TaskControl::current()->setProgress(1, 1);
     }
