@@ -24,15 +24,25 @@ class AnimatedButton : public PictureButton {
     void setFrame(int number);
     int frame() const { return m_frame; }
 
+    /// While it is inviting and enabled it asks for the next press: its drawing hops and a sunny ring swells and fades
+    /// with the frames. Where the desktop asks for less motion the ring stands still.
+    void setInviting(bool inviting);
+    bool isInviting() const { return m_inviting && isEnabled(); }
+
     /// The frame after `number`: 1 follows 8.
     static constexpr int nextFrame(int number) { return number >= frames ? 1 : number + 1; }
 
   protected:
     QPixmap currentPicture(QSize size, qreal devicePixelRatio) const override;
+    void paintEvent(QPaintEvent *event) override;
 
   private:
     QString m_loop;
+    /// 0 on the first frame to 1 in the middle of the loop and back.
+    double swing() const;
+
     int m_frame = 1;
+    bool m_inviting = false;
 };
 
 } // namespace lumora

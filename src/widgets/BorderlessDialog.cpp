@@ -10,6 +10,8 @@
 #include <QLabel>
 #include <QPainter>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -37,6 +39,11 @@ BorderlessDialog::BorderlessDialog(const QString &name, QWidget *owner)
     connect(this, &QWidget::windowTitleChanged, m_strip->lblCaption(), &QLabel::setText);
 }
 
+void BorderlessDialog::addFoot(QLayout *answers) {
+    m_answers = answers;
+    m_body->addLayout(answers);
+}
+
 QRect BorderlessDialog::surface() const {
     const int margin = m_translucent ? shadowMargin : 0;
     return rect().adjusted(margin, margin, -margin, -margin);
@@ -60,7 +67,15 @@ void BorderlessDialog::settle() {
     // The shadow may leave the screen, the surface may not.
     const int shade = m_translucent ? shadowMargin : 0;
     const QRect room = screen->availableGeometry().adjusted(-shade, -shade, shade, shade);
-    QRect place({}, sizeHint().boundedTo(room.size()).expandedTo(minimumSize()).boundedTo(maximumSize()));
+    QSize wanted = m_area == nullptr ? sizeHint() : size();
+    QSize least = layout()->totalMinimumSize();
+    if (layout()->hasHeightForWidth()) {
+        least.setHeight(layout()->totalHeightForWidth(std::min(wanted.width(), room.width())));
+    }
+    if (m_area == nullptr && (least.width() > room.width() || least.height() > room.height())) {
+        wanted = {std::max(wanted.width(), least.width()) + makeScroll(), room.height()};
+    }
+    QRect place({}, wanted.boundedTo(room.size()).expandedTo(minimumSize()).boundedTo(maximumSize()));
     place.moveCenter(ownerShown ? owner->frameGeometry().center() : room.center());
     // What is larger than the screen keeps its title strip on it.
     place.moveLeft(std::max(room.left(), std::min(place.left(), room.right() + 1 - place.width())));
@@ -68,33 +83,46 @@ void BorderlessDialog::settle() {
     setGeometry(place);
 }
 
+/// The screen is too small for everything at once: all but the title strip and the answers moves into a scroll area.
+int BorderlessDialog::makeScroll() {
+    auto *column = static_cast<QVBoxLayout *>(layout());
+    QMargins margins = m_body->contentsMargins();
+    if (m_answers != nullptr) {
+        m_body->removeItem(m_answers);
+        m_answers->setContentsMargins(margins.left(), 8, margins.right(), margins.bottom());
+        margins.setBottom(0);
+        m_body->setContentsMargins(margins);
+    }
+    column->removeItem(m_body);
+    auto *sheet = new QWidget;
+    sheet->setLayout(m_body);
+    m_area = new QScrollArea(this);
+    m_area->setObjectName("DialogBody");
+    m_area->setFrameShape(QFrame::NoFrame);
+    m_area->setWidgetResizable(true);
+    m_area->setFocusPolicy(Qt::NoFocus);
+    m_area->setWidget(sheet);
+    sheet->setAutoFillBackground(false);
+    m_area->viewport()->setAutoFillBackground(false);
+    column->addWidget(m_area, 1);
+    if (m_answers != nullptr) {
+        column->addLayout(m_answers);
+    }
+    setMinimumSize(0, 0); // the layout's own from now on
+    column->activate();
+    return m_area->verticalScrollBar()->sizeHint().width();
+}
+
 void BorderlessDialog::resizeEvent(QResizeEvent *event) {
     QDialog::resizeEvent(event);
     if (!m_translucent) {
-        QBitmap shape(size());
-        shape.fill(Qt::color0);
-        QPainter painter(&shape);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(Qt::color1);
-        painter.drawRoundedRect(rect(), panelCorner, panelCorner);
-        painter.end();
-        setMask(shape);
+        setMask(windowShape(size()));
     }
 }
 
 void BorderlessDialog::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    if (m_translucent) {
-        paintSoftShadow(painter, surface(), panelCorner);
-        paintPanel(painter, surface(), panelCorner, colours::parchment);
-        return;
-    }
-    painter.fillRect(rect(), colours::faintInk);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(colours::parchment);
-    painter.drawRoundedRect(rect().adjusted(border, border, -border, -border), panelCorner - border,
-                            panelCorner - border);
+    paintWindow(painter, rect(), m_translucent);
 }
 
 void BorderlessDialog::keyPressEvent(QKeyEvent *event) {

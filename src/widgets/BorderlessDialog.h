@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QPointer>
 
+class QScrollArea;
 class QVBoxLayout;
 
 namespace lumora {
@@ -23,8 +24,10 @@ class BorderlessDialog : public QDialog {
     BorderlessDialog(const QString &name, QWidget *owner);
 
     TitleStrip *picTBar() const { return m_strip; }
-    /// Where the window's own controls go.
+    /// Where the window's own controls go. They scroll where the screen is too small for them.
     QVBoxLayout *body() const { return m_body; }
+    /// Adds the row of buttons that close the window, below the others; it stays in view when those scroll.
+    void addFoot(QLayout *answers);
     /// The button that Enter presses wherever the focus is, unless it is on another button.
     void setDefaultButton(QAbstractButton *button) { m_defaultButton = button; }
 
@@ -37,10 +40,14 @@ class BorderlessDialog : public QDialog {
   private:
     QRect surface() const;
     void settle();
+    /// Returns the width of the scroll bar, in pixels.
+    int makeScroll();
 
     bool m_translucent;
     TitleStrip *m_strip;
     QVBoxLayout *m_body;
+    QLayout *m_answers = nullptr;
+    QScrollArea *m_area = nullptr; ///< around the body, where the screen is too small for it
     QPointer<QAbstractButton> m_defaultButton;
 };
 

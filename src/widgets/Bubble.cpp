@@ -14,12 +14,33 @@ namespace lumora {
 
 namespace {
 
-constexpr int beakLength = 16; // pixels, within the shadow's margin
-constexpr int beakHalf = 12;   // half of the beak's foot, pixels
-constexpr int textWidth = 280; // pixels
-static_assert(beakLength <= shadowMargin);
+constexpr int beakHalf = 12;               // half of the beak's foot, pixels
+constexpr int textWidth = 280;             // pixels
+constexpr int narrowText = 140;            // pixels
+static_assert(beakLength <= shadowMargin); // the beak is within it
 
 } // namespace
+
+void paintBubble(QPainter &painter, const QRectF &panel, BubbleSide side, QPointF tip) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintSoftShadow(painter, panel, panelCorner);
+    QPainterPath shape;
+    shape.addRoundedRect(panel.adjusted(1, 1, -1, -1), panelCorner, panelCorner);
+    const bool upright = side == BubbleSide::Top || side == BubbleSide::Bottom;
+    const QPointF along = upright ? QPointF(beakHalf, 0) : QPointF(0, beakHalf);
+    const QPointF inward = side == BubbleSide::Top      ? QPointF(0, 1)
+                           : side == BubbleSide::Bottom ? QPointF(0, -1)
+                           : side == BubbleSide::Left   ? QPointF(1, 0)
+                                                        : QPointF(-1, 0);
+    const QPointF foot = tip + inward * (beakLength + 6);
+    QPainterPath beak;
+    beak.addPolygon(QPolygonF({tip, foot + along, foot - along, tip}));
+    painter.setPen(QPen(colours::sun, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(colours::paper);
+    painter.drawPath(shape.united(beak));
+    painter.restore();
+}
 
 Bubble::Bubble(const QString &name, QWidget *window)
     : QWidget(window), m_label(new QLabel(this)), m_body(new QVBoxLayout), m_buttons(new QHBoxLayout) {
@@ -57,7 +78,18 @@ void Bubble::pointAt(QWidget *target) {
     raise();
 }
 
+void Bubble::layInRow() {
+    m_inRow = true;
+    auto *row = static_cast<QBoxLayout *>(layout());
+    row->setDirection(QBoxLayout::LeftToRight);
+    row->setContentsMargins(shadowMargin + 16, shadowMargin + 8, shadowMargin + 16, shadowMargin + 8);
+    row->setSpacing(20);
+}
+
 Bubble::Side Bubble::sideFor(const QRect &target) const {
+    if (m_inRow) {
+        return layoutDirection() == Qt::RightToLeft ? Side::Right : Side::Left;
+    }
     const QRect window = parentWidget()->rect();
     const QPoint middle = target.center();
     if (middle.y() < window.height() / 4) {
@@ -77,11 +109,17 @@ void Bubble::settle() {
     if (!m_target || !m_target->window()->isAncestorOf(this)) {
         return;
     }
-    m_label->setFixedWidth(qMin(textWidth, m_label->fontMetrics().horizontalAdvance(m_label->text()) + 4));
+    const QRect target(m_target->mapTo(parentWidget(), QPoint(0, 0)), m_target->size());
+    int widest = textWidth;
+    if (m_inRow) {
+        const bool rightToLeft = layoutDirection() == Qt::RightToLeft;
+        const int free = rightToLeft ? target.left() : parentWidget()->width() - target.right();
+        widest = qBound(narrowText, free - (sizeHint().width() - m_label->width()), textWidth);
+    }
+    m_label->setFixedWidth(qMin(widest, m_label->fontMetrics().horizontalAdvance(m_label->text()) + 4));
     const int height = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(layout()->totalSizeHint().width())
                                                      : sizeHint().height();
     resize(sizeHint().width(), height);
-    const QRect target(m_target->mapTo(parentWidget(), QPoint(0, 0)), m_target->size());
     m_side = sideFor(target);
     const QPoint middle = target.center();
     QPoint tip; // in the window
@@ -122,23 +160,13 @@ void Bubble::settle() {
 
 void Bubble::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
     const QRectF panel = QRectF(rect()).adjusted(shadowMargin, shadowMargin, -shadowMargin, -shadowMargin);
-    paintSoftShadow(painter, panel, panelCorner);
-    QPainterPath shape;
-    shape.addRoundedRect(panel.adjusted(1, 1, -1, -1), panelCorner, panelCorner);
-    const bool upright = m_side == Side::Top || m_side == Side::Bottom;
-    const QPointF along = upright ? QPointF(beakHalf, 0) : QPointF(0, beakHalf);
-    const QPointF inward = m_side == Side::Top      ? QPointF(0, 1)
-                           : m_side == Side::Bottom ? QPointF(0, -1)
-                           : m_side == Side::Left   ? QPointF(1, 0)
-                                                    : QPointF(-1, 0);
-    const QPointF foot = QPointF(m_tip) + inward * (beakLength + 6);
-    QPainterPath beak;
-    beak.addPolygon(QPolygonF({QPointF(m_tip), foot + along, foot - along, QPointF(m_tip)}));
-    painter.setPen(QPen(colours::sun, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.setBrush(colours::paper);
-    painter.drawPath(shape.united(beak));
+    paintBubble(painter, panel, m_side, m_tip);
+}
+
+void Bubble::closeEvent(QCloseEvent *event) {
+    QWidget::closeEvent(event);
+    Q_EMIT closed();
 }
 
 bool Bubble::event(QEvent *event) {

@@ -5,11 +5,13 @@
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QMouseEvent>
+#include <algorithm>
 
 namespace lumora {
 
 namespace {
 
+constexpr int spacing = 2;          // pixels between buttons
 constexpr int separatorWidth = 2;   // pixels
 constexpr int separatorHeight = 32; // pixels
 constexpr int separatorMargin = 4;  // pixels, part of the separator: where it is hidden there is no gap
@@ -19,7 +21,7 @@ constexpr int separatorMargin = 4;  // pixels, part of the separator: where it i
 CommandBar::CommandBar(const QString &name, QWidget *parent) : QWidget(parent), m_row(new QHBoxLayout(this)) {
     setObjectName(name);
     m_row->setContentsMargins(0, 0, 0, 0);
-    m_row->setSpacing(2);
+    m_row->setSpacing(spacing);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
@@ -44,6 +46,23 @@ void CommandBar::addSeparator(int number) {
     showItems();
 }
 
+void CommandBar::setTight(int buttonWidth) {
+    m_tight = buttonWidth > 0;
+    m_row->setSpacing(m_tight ? 0 : spacing);
+    for (const Item &item : std::as_const(m_items)) {
+        if (!item.separator) {
+            item.widget->setMinimumWidth(buttonWidth);
+            item.widget->setMaximumWidth(m_tight ? buttonWidth : QWIDGETSIZE_MAX);
+        }
+    }
+    showItems();
+}
+
+int CommandBar::buttonsShown() const {
+    return static_cast<int>(
+        std::ranges::count_if(m_items, [](const Item &item) { return item.on && !item.separator; }));
+}
+
 void CommandBar::setButtonOn(int number, bool on) {
     const auto item = m_items.find(number);
     if (item != m_items.end()) {
@@ -62,7 +81,7 @@ void CommandBar::showItems() {
     for (const Item &item : std::as_const(m_items)) {
         if (item.separator) {
             item.widget->hide();
-            waiting = item.on && buttonBefore ? item.widget : waiting;
+            waiting = item.on && buttonBefore && !m_tight ? item.widget : waiting;
             continue;
         }
         item.widget->setVisible(item.on);

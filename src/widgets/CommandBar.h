@@ -25,6 +25,9 @@ class CommandBar : public QWidget {
     /// Shows or hides the button or separator of that number; unknown numbers change nothing.
     void setButtonOn(int number, bool on);
     bool isButtonOn(int number) const;
+    /// Buttons of that width (pixels), side by side and without separators; 0: as wide as they like, with separators.
+    void setTight(int buttonWidth);
+    int buttonsShown() const;
     void setButtonEnabled(const QString &key, bool enabled);
     /// The button of that key, or null.
     PictureButton *button(const QString &key) const;
@@ -47,6 +50,7 @@ class CommandBar : public QWidget {
 
     QHBoxLayout *m_row;
     QMap<int, Item> m_items;
+    bool m_tight = false;
 };
 
 } // namespace lumora

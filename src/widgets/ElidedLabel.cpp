@@ -34,7 +34,7 @@ void ElidedLabel::paintText(QPainter &painter, const QRect &place, const QString
     painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
     const auto where = QStyle::visualAlignment(layoutDirection(), alignment());
     painter.drawText(place, static_cast<int>(where) | Qt::TextSingleLine,
-                     fontMetrics().elidedText(text, m_mode, place.width()));
+                     painter.fontMetrics().elidedText(text, m_mode, place.width()));
 }
 
 } // namespace lumora

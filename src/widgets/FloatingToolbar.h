@@ -4,6 +4,7 @@
 #include "widgets/PictureButton.h"
 
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 
 namespace lumora {
@@ -31,14 +32,20 @@ class FloatingToolbar : public QWidget {
     int widthTwips() const { return m_widthTwips; }
     /// Width and height of the items' pictures in pixels, 64 at first.
     void setPictureSize(int pixels);
+    /// What the button stands in with others: the bar opens beside the whole of it.
+    void setColumn(QWidget *column) { m_column = column; }
 
     /// Opens the bar beside that button, wholly inside the window.
     void showBeside(QWidget *button);
 
   Q_SIGNALS:
     void itemClicked(const QString &key);
+    void hidden();
+    /// The pointer rests on the item of that key; with an empty key it has left the items.
+    void itemPointed(const QString &key);
 
   protected:
+    void hideEvent(QHideEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -46,13 +53,20 @@ class FloatingToolbar : public QWidget {
   private:
     QSize itemSize(int room) const;
     void layOut(int room);
+    /// With smaller pictures where it would be higher than the window.
+    bool fitInto(int room, int height);
+    void place();
+    QSize pictureRoom(int side) const;
+    void point(const QString &key);
     bool moveFocus(int key);
 
     QList<PictureButton *> m_items;
-    QPointer<QWidget> m_button;
+    QPointer<QWidget> m_button, m_column;
     int m_widthTwips = 0;
     int m_pictureSize = 64;
     int m_columns = 1;
+    QTimer m_rest; ///< until the pointer has rested, or has left for good
+    QString m_pointed, m_nextPointed;
 };
 
 } // namespace lumora

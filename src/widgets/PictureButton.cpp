@@ -1,8 +1,8 @@
 #include "widgets/PictureButton.h"
 
+#include "widgets/FittedText.h"
 #include "widgets/Theme.h"
 
-#include <QFocusEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
@@ -16,9 +16,10 @@ namespace {
 
 constexpr int padding = 8;       // pixels between edge and picture
 constexpr int captionMargin = 3; // pixels between edge and a caption below the picture
-constexpr int gap = 4;           // pixels between picture and caption
+constexpr int gap = 4;           // pixels between picture and a caption beside it
 constexpr int mostCaptionLines = 2;
 constexpr int widestCaption = 132; // pixels: a longer caption below its picture wraps
+constexpr int tightness = 72;      // per cent of the font's line height: descenders do not touch the next line
 
 } // namespace
 
@@ -51,6 +52,12 @@ void PictureButton::setPictureSize(QSize pixels) {
 
 void PictureButton::setCaptionPlace(CaptionPlace place) {
     m_captionPlace = place;
+    updateGeometry();
+    update();
+}
+
+void PictureButton::setCaptionGap(int pixels) {
+    m_gap = pixels;
     updateGeometry();
     update();
 }
@@ -90,10 +97,15 @@ QSize PictureButton::minimumSizeHint() const {
 int PictureButton::heightAt(int width) const {
     int height = m_pictureSize.height() + 2 * padding;
     if (captionShown() && m_captionPlace == CaptionPlace::Below) {
-        const auto lines = captionLines(width - 2 * captionMargin).size();
-        height += gap + static_cast<int>(lines) * fontMetrics().height();
+        const auto lines = captionLines(width - 2 * captionMargin, captionFont(width - 2 * captionMargin)).size();
+        height += m_gap + static_cast<int>(lines) * fontMetrics().height();
     }
     return qMax(height, smallestButton);
+}
+
+int PictureButton::leastHeightAt(int width) const {
+    const int caption = heightAt(width) - m_pictureSize.height() - 2 * padding - m_gap; // none where this is negative
+    return heightAt(width) - qMax(0, caption) * (100 - tightness) / 100;
 }
 
 bool PictureButton::event(QEvent *event) {
@@ -114,9 +126,7 @@ bool PictureButton::event(QEvent *event) {
 bool PictureButton::showTip(const QPoint &globalPosition) {
     QString tip = plainCaption(toolTip());
     if (tip.isEmpty()) {
-        const QRect place = places().caption;
-        const bool whole = captionShown() && captionLines(place.width()).join(' ') == plainCaption(text());
-        tip = whole ? QString() : plainCaption(text());
+        tip = isCaptionWhole() && captionShown() ? QString() : plainCaption(text());
     }
     QToolTip::showText(globalPosition, tip, this);
     return true;
@@ -128,16 +138,6 @@ void PictureButton::keyPressEvent(QKeyEvent *event) {
         return;
     }
     QAbstractButton::keyPressEvent(event);
-}
-
-void PictureButton::focusInEvent(QFocusEvent *event) {
-    m_focusByKeyboard = event->reason() != Qt::MouseFocusReason && event->reason() != Qt::PopupFocusReason;
-    QAbstractButton::focusInEvent(event);
-}
-
-void PictureButton::focusOutEvent(QFocusEvent *event) {
-    m_focusByKeyboard = false;
-    QAbstractButton::focusOutEvent(event);
 }
 
 PictureButton::Places PictureButton::places() const {
@@ -154,33 +154,60 @@ PictureButton::Places PictureButton::places() const {
     // Two lines are kept free below the picture, so that the pictures of a row are level whatever their captions.
     const QRect across = rect().adjusted(captionMargin, padding, -captionMargin, -padding);
     const int lineHeight = fontMetrics().height();
-    const int captionHeight = static_cast<int>(captionLines(across.width()).size()) * lineHeight;
-    const int spare = across.height() - m_pictureSize.height() - gap - mostCaptionLines * lineHeight;
-    const int pictureHeight = qMin(m_pictureSize.height(), across.height() - gap - captionHeight);
+    const int captionHeight =
+        static_cast<int>(captionLines(across.width(), captionFont(across.width())).size()) * lineHeight;
+    const int spare = across.height() - m_pictureSize.height() - m_gap - mostCaptionLines * lineHeight;
+    // In a lower button the lines move together before the picture becomes smaller.
+    const int room = across.height() - m_gap - m_pictureSize.height();
+    const int lines = qMax(captionHeight * tightness / 100, qMin(captionHeight, room));
+    const int pictureHeight = qMin(m_pictureSize.height(), across.height() - m_gap - lines);
     const QRect picture(across.left(), across.top() + qMax(0, spare / 2), across.width(), pictureHeight);
-    return {picture, QRect(across.left(), picture.bottom() + 1 + gap, across.width(), captionHeight)};
+    return {picture, QRect(across.left(), picture.bottom() + 1 + m_gap, across.width(), lines)};
 }
 
-QStringList PictureButton::captionLines(int width) const {
+bool PictureButton::isCaptionWhole() const {
+    const int width = places().caption.width();
+    return !captionShown() || isWhole(captionLines(width, captionFont(width)));
+}
+
+bool PictureButton::isWhole(const QStringList &lines) const {
+    return lines.join(QString()).remove(' ') == plainCaption(text()).remove(' ');
+}
+
+QFont PictureButton::captionFont(int width) const {
+    QFont letters = font();
+    if (!isWhole(captionLines(width, letters)) && letters.pointSizeF() > 0) {
+        letters.setPointSizeF(letters.pointSizeF() * smallestLetters);
+    }
+    return letters;
+}
+
+QStringList PictureButton::captionLines(int width, const QFont &letters) const {
     QString caption = plainCaption(text());
-    if (m_captionPlace == CaptionPlace::Beside && fontMetrics().horizontalAdvance(caption) <= width) {
+    const QFontMetrics metrics(letters);
+    if (m_captionPlace == CaptionPlace::Beside && metrics.horizontalAdvance(caption) <= width) {
         return {caption};
     }
     caption.replace('/', QStringLiteral("/\u200B")); // a line may end after a stroke
-    QTextLayout layout(caption, font());
-    QStringList lines;
-    layout.beginLayout();
-    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(width);
-        const bool last = lines.size() + 1 == mostCaptionLines;
-        const QString rest = caption.mid(line.textStart(), last ? -1 : line.textLength()).trimmed();
-        lines += fontMetrics().elidedText(QString(rest).remove(u'\u200B'), Qt::ElideRight, width);
-        if (last) {
-            break;
+    const auto broken = [&](const QString &words) {
+        QTextLayout layout(words, letters);
+        QStringList lines;
+        layout.beginLayout();
+        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+            line.setLineWidth(width);
+            const bool last = lines.size() + 1 == mostCaptionLines;
+            QString rest = words.mid(line.textStart(), last ? -1 : line.textLength()).trimmed();
+            rest.remove(u'\u200B').remove(wordJoiner);
+            lines += metrics.elidedText(rest, Qt::ElideRight, width);
+            if (last) {
+                break;
+            }
         }
-    }
-    layout.endLayout();
-    return lines;
+        layout.endLayout();
+        return lines;
+    };
+    const QStringList lines = broken(brokenAtBlanks(caption));
+    return isWhole(lines) ? lines : broken(caption);
 }
 
 QPixmap PictureButton::currentPicture(QSize size, qreal devicePixelRatio) const {
@@ -195,19 +222,16 @@ QPixmap PictureButton::currentPicture(QSize size, qreal devicePixelRatio) const 
 void PictureButton::paintSurface(QPainter &painter) const {
     QColor surface = m_look == Look::Raised ? colours::paper : QColor(Qt::transparent);
     QColor edge = m_look == Look::Raised ? colours::line : QColor(Qt::transparent);
-    qreal edgeWidth = 2;
+    constexpr qreal edgeWidth = 2;
     if (isEnabled() && isDown()) {
         surface = colours::pressed;
         edge = colours::sun;
     } else if (isEnabled() && underMouse()) {
         surface = m_hoverColour;
-        edge = colours::sun;
-    } else if (isChecked()) {
+        edge = m_hoverColour.alpha() == 255 ? QColor(colours::sun) : QColor(m_hoverColour.rgb());
+    } else if (isChecked()) { // filled: an edge is what the keyboard has
         surface = colours::checked;
-    }
-    if (isChecked()) {
-        edge = isEnabled() ? colours::sky : colours::line;
-        edgeWidth = 3;
+        edge = colours::checked;
     }
     if (!isEnabled() && m_look == Look::Raised) {
         surface = colours::parchment;
@@ -217,16 +241,13 @@ void PictureButton::paintSurface(QPainter &painter) const {
     const qreal inset = edgeWidth / 2;
     const QRectF box = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
     painter.drawRoundedRect(box, buttonCorner, buttonCorner);
-    if (hasFocus() && m_focusByKeyboard) {
-        painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(colours::sky, 3));
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5), buttonCorner, buttonCorner);
-    }
 }
 
 void PictureButton::paintCaption(QPainter &painter, const QRect &place) const {
     painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
-    const QStringList lines = captionLines(place.width());
+    const QFont letters = captionFont(place.width());
+    const QStringList lines = captionLines(place.width(), letters);
+    painter.setFont(letters);
     // Beside a picture two lines move together until they fit the button.
     const int height = qMin(fontMetrics().height(), place.height() / static_cast<int>(lines.size()));
     int top = place.top() + (place.height() - height * static_cast<int>(lines.size())) / 2;

@@ -8,7 +8,7 @@
 
 namespace lumora {
 
-/// Shows hover, pressed, disabled, checked and keyboard focus; never smaller than 48 x 48 pixels. Enter and Space press
+/// Shows hover, pressed, disabled and checked; never smaller than 48 x 48 pixels. Enter and Space press
 /// it. A caption wraps to two lines and ends in an ellipsis; the tool tip then shows it whole. "&&" shows as "&".
 /// Without a caption the tool tip is the accessible name.
 class PictureButton : public QAbstractButton {
@@ -35,22 +35,29 @@ class PictureButton : public QAbstractButton {
     QSize pictureSize() const { return m_pictureSize; }
 
     void setCaptionPlace(CaptionPlace place);
+    CaptionPlace captionPlace() const { return m_captionPlace; }
     void setLook(Look look);
-    /// What the button turns to under the pointer.
+    /// What the button turns to under the pointer; its edge then, too, where the colour is a tint (not opaque).
     void setHoverColour(const QColor &colour);
     QColor hoverColour() const { return m_hoverColour; }
+
+    /// The height that a button of that width needs at least: the lines of a caption below its picture are as close
+    /// together as they can be read. In pixels.
+    int leastHeightAt(int width) const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     /// The height that a button of that width needs for its picture and the lines of its caption, in pixels.
     int heightAt(int width) const;
+    /// Pixels between the picture and a caption below it, 4 at first.
+    void setCaptionGap(int pixels);
+    /// False where the caption ends in an ellipsis.
+    bool isCaptionWhole() const;
 
   protected:
     bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
-    void focusInEvent(QFocusEvent *event) override;
-    void focusOutEvent(QFocusEvent *event) override;
 
     /// The picture to paint into a square of that size.
     virtual QPixmap currentPicture(QSize size, qreal devicePixelRatio) const;
@@ -62,7 +69,10 @@ class PictureButton : public QAbstractButton {
     Places places() const;
     void paintSurface(QPainter &painter) const;
     void paintCaption(QPainter &painter, const QRect &place) const;
-    QStringList captionLines(int width) const;
+    QStringList captionLines(int width, const QFont &letters) const;
+    /// Smaller letters where the caption does not fit that width otherwise.
+    QFont captionFont(int width) const;
+    bool isWhole(const QStringList &lines) const;
     bool captionShown() const { return m_captionPlace != CaptionPlace::None && !text().isEmpty(); }
     bool showTip(const QPoint &globalPosition);
 
@@ -70,9 +80,9 @@ class PictureButton : public QAbstractButton {
     QPixmap m_picture;
     QSize m_pictureSize{32, 32};
     CaptionPlace m_captionPlace = CaptionPlace::None;
+    int m_gap = 4;
     Look m_look = Look::Flat;
     QColor m_hoverColour;
-    bool m_focusByKeyboard = false;
 };
 
 } // namespace lumora

@@ -10,8 +10,8 @@ namespace lumora {
 
 namespace {
 
-constexpr int padding = 14; // pixels
-constexpr int gap = 10;     // pixels between picture and caption, and between dot and caption
+constexpr int choicePadding = 14; // pixels
+constexpr int choiceGap = 10;     // pixels between picture and caption, and between dot and caption
 
 } // namespace
 
@@ -23,9 +23,9 @@ PictureChoice::PictureChoice(const QString &icon, int pictureSize, QWidget *pare
 
 QSize PictureChoice::sizeHint() const {
     const int dot = style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth);
-    const int line = dot + gap + fontMetrics().horizontalAdvance(plainCaption(text())) + 2;
-    return {qMax(m_pictureSize, line) + 2 * padding,
-            padding + m_pictureSize + gap + qMax(dot, fontMetrics().height()) + padding};
+    const int line = dot + choiceGap + fontMetrics().horizontalAdvance(plainCaption(text())) + 2;
+    return {qMax(m_pictureSize, line) + 2 * choicePadding,
+            choicePadding + m_pictureSize + choiceGap + qMax(dot, fontMetrics().height()) + choicePadding};
 }
 
 void PictureChoice::paintEvent(QPaintEvent *) {
@@ -33,9 +33,9 @@ void PictureChoice::paintEvent(QPaintEvent *) {
     painter.setRenderHint(QPainter::Antialiasing);
     const bool lit = isEnabled() && underMouse();
     const bool chosen = isEnabled() && isChecked();
-    const QColor surface = lit ? colours::hover : chosen ? colours::checked : colours::paper;
-    const qreal edge = chosen || hasFocus() ? 3 : 2;
-    painter.setPen(QPen(edge > 2 ? colours::sky : lit ? colours::sun : colours::line, edge));
+    const QColor surface = chosen ? colours::checked : lit ? colours::hover : colours::paper;
+    constexpr qreal edge = 2;
+    painter.setPen(QPen(chosen ? colours::checked : lit ? colours::sun : colours::line, edge));
     painter.setBrush(surface);
     painter.drawRoundedRect(QRectF(rect()).adjusted(edge / 2, edge / 2, -edge / 2, -edge / 2), panelCorner,
                             panelCorner);
@@ -43,23 +43,24 @@ void PictureChoice::paintEvent(QPaintEvent *) {
     if (!isEnabled()) {
         picture = disabledPixmap(picture);
     }
-    const int top = (height() - sizeHint().height()) / 2 + padding;
+    const int top = (height() - sizeHint().height()) / 2 + choicePadding;
     painter.drawPixmap((width() - m_pictureSize) / 2, top, picture);
 
     // Dot and caption are together in the middle.
     const QString caption = plainCaption(text());
     const int dot = style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth);
-    const int room = width() - 2 * padding - dot - gap;
+    const int room = width() - 2 * choicePadding - dot - choiceGap;
     const int wide = qMin(fontMetrics().horizontalAdvance(caption) + 2, room);
     const int lineHeight = qMax(dot, fontMetrics().height());
-    const QRect line((width() - dot - gap - wide) / 2, top + m_pictureSize + gap, dot + gap + wide, lineHeight);
+    const QRect line((width() - dot - choiceGap - wide) / 2, top + m_pictureSize + choiceGap, dot + choiceGap + wide,
+                     lineHeight);
     QStyleOptionButton option;
     initStyleOption(&option);
     option.rect =
         QStyle::visualRect(layoutDirection(), line, QRect(line.left(), line.top() + (lineHeight - dot) / 2, dot, dot));
     style()->drawPrimitive(QStyle::PE_IndicatorRadioButton, &option, &painter, this);
     painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
-    painter.drawText(QStyle::visualRect(layoutDirection(), line, line.adjusted(dot + gap, 0, 0, 0)),
+    painter.drawText(QStyle::visualRect(layoutDirection(), line, line.adjusted(dot + choiceGap, 0, 0, 0)),
                      static_cast<int>(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft)) | Qt::AlignVCenter,
                      fontMetrics().elidedText(caption, Qt::ElideRight, wide));
 }

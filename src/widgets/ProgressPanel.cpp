@@ -51,7 +51,7 @@ void BusyBar::paintEvent(QPaintEvent *) {
     const QRectF trough = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
     const double radius = trough.height() / 2;
     painter.setPen(colours::line);
-    painter.setBrush(colours::parchment);
+    painter.setBrush(colours::paper);
     painter.drawRoundedRect(trough, radius, radius);
     const QRectF groove = trough.adjusted(3, 3, -3, -3);
     painter.setPen(Qt::NoPen);

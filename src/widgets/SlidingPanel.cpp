@@ -1,6 +1,7 @@
 #include "widgets/SlidingPanel.h"
 
 #include "widgets/ElidedLabel.h"
+#include "widgets/PanelDragger.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
 
@@ -8,9 +9,15 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace lumora {
+
+namespace {
+constexpr int narrowWindow = 1000; // pixels
+} // namespace
 
 SlidingPanel::SlidingPanel(const QString &name, const QString &closeButtonName, QWidget *window)
     : QWidget(window), m_title(new ElidedLabel(Qt::ElideRight, this)),
@@ -22,7 +29,7 @@ SlidingPanel::SlidingPanel(const QString &name, const QString &closeButtonName, 
     bold.setPointSizeF(14);
     m_title->setFont(bold);
     m_close->setObjectName(closeButtonName);
-    m_close->setPictureSize(24);
+    m_close->setPictureSize(closePicture);
     m_head->addWidget(m_title, 1);
     m_head->addWidget(m_close);
     auto *column = new QVBoxLayout(this);
@@ -36,6 +43,8 @@ SlidingPanel::SlidingPanel(const QString &name, const QString &closeButtonName, 
         slideOut();
         Q_EMIT left();
     });
+    m_title->setCursor(Qt::OpenHandCursor);
+    PanelDragger::install(this, {0, shadowMargin, 0, 0});
     hide();
 }
 
@@ -63,7 +72,37 @@ int SlidingPanel::targetTop() const {
 
 void SlidingPanel::place(int top) {
     const QRect area = m_area.isNull() ? parentWidget()->rect() : m_area;
-    setGeometry(area.left(), top, area.width(), sizeHint().height());
+    const QRect all = parentWidget()->contentsRect();
+    if (m_scroll == nullptr && minimumSizeHint().width() > all.width()) {
+        makeScroll();
+    }
+    if (m_scroll != nullptr) {
+        m_scroll->setFixedHeight(m_scroll->widget()->sizeHint().height() +
+                                 m_scroll->horizontalScrollBar()->sizeHint().height());
+    }
+    // In a narrow window it also covers what is beside its area, where it needs that.
+    const int wanted = all.width() < narrowWindow ? sizeHint().width() : minimumSizeHint().width();
+    const int width = qBound(area.width(), wanted, qMax(area.width(), all.width()));
+    int left = isRightToLeft() ? area.left() : area.right() + 1 - width;
+    left = qBound(all.left(), left, all.right() + 1 - width);
+    setGeometry(left, top, width, sizeHint().height());
+}
+
+void SlidingPanel::makeScroll() {
+    auto *column = static_cast<QVBoxLayout *>(layout());
+    column->removeItem(m_body);
+    auto *sheet = new QWidget;
+    sheet->setLayout(m_body);
+    m_scroll = new QScrollArea(this);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll->setWidget(sheet);
+    sheet->setAutoFillBackground(false);
+    m_scroll->viewport()->setAutoFillBackground(false);
+    column->addWidget(m_scroll, 1);
+    column->activate();
 }
 
 void SlidingPanel::slideIn() {
@@ -103,8 +142,9 @@ void SlidingPanel::slideOut() {
 
 void SlidingPanel::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    // Only the upper edge shows; the lower corners are below the panel's own edge.
-    const QRectF panel = QRectF(rect()).adjusted(0, shadowMargin, 0, panelCorner);
+    // Only the upper edge shows; the lower corners are below the panel's own edge, unless it was dragged up.
+    const bool lifted = m_open && !m_timer.isActive() && y() < targetTop();
+    const QRectF panel = QRectF(rect()).adjusted(0, shadowMargin, 0, lifted ? 0 : panelCorner);
     paintSoftShadow(painter, panel, panelCorner);
     paintPanel(painter, panel, panelCorner);
 }

@@ -6,6 +6,7 @@
 
 class QLabel;
 class QHBoxLayout;
+class QScrollArea;
 class QVBoxLayout;
 
 namespace lumora {
@@ -14,7 +15,8 @@ class PictureButton;
 
 /// A child of the main window, hidden below its bottom edge until slideIn(). It moves 500 twips a tick, about sixty
 /// ticks a second, until its lower edge is at the lower edge of its area; where the desktop asks for less motion it is
-/// there at once. It is as tall as its contents and as wide as its area.
+/// there at once. It is as tall as its contents and as wide as its area; where the window is narrow it covers the rest
+/// of its width, and its controls scroll if that is not enough. Its title drags it.
 class SlidingPanel : public QWidget {
     Q_OBJECT
 
@@ -60,6 +62,7 @@ class SlidingPanel : public QWidget {
   private:
     int targetTop() const;
     void place(int top);
+    void makeScroll();
     void tick();
 
     QRect m_area;
@@ -68,6 +71,7 @@ class SlidingPanel : public QWidget {
     PictureButton *m_compare = nullptr;
     QHBoxLayout *m_head;
     QVBoxLayout *m_body;
+    QScrollArea *m_scroll = nullptr; ///< around the body, in a window too narrow for it
     QTimer m_timer;
     bool m_open = false;
 };

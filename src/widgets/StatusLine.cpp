@@ -1,10 +1,12 @@
 #include "widgets/StatusLine.h"
 
+#include "widgets/FittedText.h"
 #include "widgets/Theme.h"
 
 #include <QAccessible>
 #include <QPainter>
 #include <QStyle>
+#include <algorithm>
 
 namespace lumora {
 
@@ -61,18 +63,35 @@ void StatusLine::refresh() {
     }
 }
 
+QRect StatusLine::textPlace() const {
+    const int sign = m_message.isEmpty() ? 0 : signSize + 8;
+    return QStyle::visualRect(layoutDirection(), rect(), contentsRect().adjusted(sign, 0, 0, 0));
+}
+
+/// The usual ones, or smaller ones for a text that is wider than its place.
+QFont StatusLine::letters() const {
+    QFont letters = font();
+    const double room = textPlace().width();
+    const double part = room / std::max(1, fontMetrics().horizontalAdvance(text()) + 1);
+    letters.setPointSizeF(font().pointSizeF() * std::clamp(part, smallestLetters, 1.0));
+    return letters;
+}
+
+bool StatusLine::isTextWhole() const {
+    return QFontMetrics(letters()).horizontalAdvance(text()) <= textPlace().width();
+}
+
 void StatusLine::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.fillRect(rect(), m_message.isEmpty() ? colours::parchment : colours::hover);
     painter.fillRect(QRect(0, 0, width(), 1), colours::line);
-    QRect place = contentsRect();
     if (!m_message.isEmpty()) {
-        QRect sign(place.left(), 0, signSize, signSize);
-        sign.moveCenter({sign.center().x(), place.center().y()});
+        QRect sign(contentsRect().left(), 0, signSize, signSize);
+        sign.moveCenter({sign.center().x(), contentsRect().center().y()});
         paintSign(painter, QStyle::visualRect(layoutDirection(), rect(), sign), m_tone == Tone::Good);
-        place = QStyle::visualRect(layoutDirection(), rect(), place.adjusted(signSize + 8, 0, 0, 0));
     }
-    paintText(painter, place, text());
+    painter.setFont(letters());
+    paintText(painter, textPlace(), text());
 }
 
 } // namespace lumora

@@ -5,8 +5,8 @@
 
 namespace lumora {
 
-/// Shows its base text and, until cleared, a message in plain words with a small sign before it instead. What does not
-/// fit is left out in the middle. text() is what is shown.
+/// Shows its base text and, until cleared, a message in plain words with a small sign before it instead. A longer text
+/// gets smaller letters; what does not fit even so is left out in the middle. text() is what is shown.
 class StatusLine : public ElidedLabel {
     Q_OBJECT
 
@@ -22,12 +22,15 @@ class StatusLine : public ElidedLabel {
     void showMessage(const QString &message, Tone tone = Tone::Problem);
     void clearMessage();
     const QString &message() const { return m_message; }
+    bool isTextWhole() const;
 
   protected:
     void paintEvent(QPaintEvent *event) override;
 
   private:
     void refresh();
+    QRect textPlace() const;
+    QFont letters() const;
 
     QString m_base;
     QString m_message;

@@ -1,9 +1,13 @@
 #include "widgets/Theme.h"
 
+#include "widgets/FittedText.h"
+#include "widgets/KeyboardFocus.h"
 #include "widgets/ThemeStyle.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QImage>
+#include <QLocale>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPalette>
@@ -14,9 +18,12 @@ namespace lumora {
 
 namespace {
 
+constexpr QColor disabledInk(126, 122, 114); // words that can still be read: 3 : 1 on parchment
+const QColor linkInk = colours::sky.darker(140);
+
 QPalette warmPalette() {
-    QPalette palette(colours::parchment);
-    palette.setColor(QPalette::Window, colours::parchment);
+    QPalette palette(colours::paper);
+    palette.setColor(QPalette::Window, colours::paper);
     palette.setColor(QPalette::Base, colours::paper);
     palette.setColor(QPalette::AlternateBase, colours::parchment);
     palette.setColor(QPalette::Button, colours::paper);
@@ -24,36 +31,34 @@ QPalette warmPalette() {
     palette.setColor(QPalette::HighlightedText, colours::ink);
     palette.setColor(QPalette::ToolTipBase, colours::paper);
     palette.setColor(QPalette::ToolTipText, colours::ink);
-    palette.setColor(QPalette::Link, colours::sky.darker(140));
+    palette.setColor(QPalette::Link, linkInk);
     palette.setColor(QPalette::PlaceholderText, colours::faintInk);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         palette.setColor(role, colours::ink);
-        palette.setColor(QPalette::Disabled, role, QColor(150, 146, 138));
+        palette.setColor(QPalette::Disabled, role, disabledInk);
     }
     palette.setColor(QPalette::Disabled, QPalette::Base, colours::parchment);
     palette.setColor(QPalette::Disabled, QPalette::Highlight, colours::line);
     return palette;
 }
 
-/// Names in the style sheet are replaced by the colours, so that there is one place to change them.
 QString styleSheet() {
-    QString sheet = QStringLiteral(R"(
+    return withColours(QStringLiteral(R"(
 QToolTip { background: @paper; color: @ink; border: 1px solid @line; padding: 6px 10px; }
 
 QPushButton { background: @paper; color: @ink; border: 2px solid @line; border-radius: 12px;
     padding: 8px 20px; min-height: 28px; min-width: 72px; }
 QPushButton:default { border-color: @sky; }
 QPushButton:hover { background: @hover; border-color: @sun; }
-QPushButton:focus { border-color: @sky; }
 QPushButton:pressed { background: @pressed; }
-QPushButton:disabled { background: @parchment; color: #96928a; border-color: @line; }
+QPushButton:disabled { background: @parchment; color: @disabled; border-color: @line; }
 QToolButton { background: transparent; border: 2px solid transparent; border-radius: 10px; padding: 6px; }
 QToolButton:hover { background: @hover; border-color: @sun; }
-QToolButton:focus { border-color: @sky; }
-QToolButton:pressed, QToolButton:checked { background: @pressed; }
+QToolButton:pressed { background: @pressed; }
+QToolButton:checked { background: @checked; }
 
 QLineEdit, QSpinBox, QDoubleSpinBox, QPlainTextEdit, QTextEdit, QComboBox {
-    background: white; color: @ink; border: 2px solid @line; border-radius: 10px;
+    background: @paper; color: @ink; border: 2px solid @line; border-radius: 10px;
     padding: 6px 10px; min-height: 28px; selection-background-color: @chosen; selection-color: @ink; }
 QComboBox { combobox-popup: 0; }
 QSpinBox, QDoubleSpinBox { padding-right: 34px; }
@@ -61,7 +66,7 @@ QLineEdit:hover, QSpinBox:hover, QDoubleSpinBox:hover, QComboBox:hover { border-
 QLineEdit:focus, QSpinBox:focus, QDoubleSpinBox:focus, QPlainTextEdit:focus, QTextEdit:focus, QComboBox:focus {
     border-color: @sky; }
 QLineEdit:disabled, QSpinBox:disabled, QDoubleSpinBox:disabled, QComboBox:disabled {
-    background: @parchment; color: #96928a; border-color: @line; }
+    background: @parchment; color: @disabled; border-color: @line; }
 QLineEdit:read-only { background: @parchment; }
 QComboBox::drop-down { border: none; width: 36px; }
 QComboBox::down-arrow, QAbstractSpinBox::down-arrow { image: url(:/icons/down.svg); width: 18px; height: 18px; }
@@ -75,7 +80,7 @@ QComboBox QLineEdit, QSpinBox QLineEdit, QDoubleSpinBox QLineEdit, QAbstractItem
     border: none; padding: 0px; min-height: 0px; background: transparent; }
 
 QCheckBox, QRadioButton { color: @ink; spacing: 10px; min-height: 32px; }
-QCheckBox:disabled, QRadioButton:disabled { color: #96928a; }
+QCheckBox:disabled, QRadioButton:disabled { color: @disabled; }
 
 QListView, QTreeView, QTableView { background: @paper; border: 2px solid @line; border-radius: 12px; outline: none;
     padding: 4px; }
@@ -87,30 +92,22 @@ QHeaderView::section { background: @parchment; border: none; border-bottom: 2px 
 
 QScrollBar:vertical { background: transparent; width: 18px; margin: 2px; }
 QScrollBar:horizontal { background: transparent; height: 18px; margin: 2px; }
-QScrollBar::handle { background: #b9b18f; border-radius: 7px; }
+QScrollBar::handle { background: @grip; border-radius: 7px; }
 QScrollBar::handle:vertical { min-height: 40px; }
 QScrollBar::handle:horizontal { min-width: 40px; }
 QScrollBar::handle:hover { background: @sky; }
-QScrollBar::handle:pressed { background: #1f6fd8; }
+QScrollBar::handle:pressed { background: @link; }
 QScrollBar::handle:disabled { background: @line; }
 QScrollBar::add-line, QScrollBar::sub-line { width: 0px; height: 0px; }
 QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 QAbstractScrollArea::corner { background: transparent; }
 
 QSlider { min-height: 34px; }
-QSlider::groove:horizontal { background: @line; height: 8px; border-radius: 4px; }
-QSlider::sub-page:horizontal { background: @sky; height: 8px; border-radius: 4px; }
-QSlider::handle:horizontal { background: @paper; border: 3px solid @sky; width: 20px; margin: -9px 0px;
-    border-radius: 13px; }
-QSlider::handle:horizontal:hover { background: @hover; }
-QSlider::handle:horizontal:pressed, QSlider::handle:horizontal:focus { background: @sun; }
-QSlider::handle:horizontal:disabled { border-color: @line; background: @parchment; }
-QSlider::sub-page:horizontal:disabled { background: @line; }
 
 QMenu { background: @paper; border: 2px solid @line; padding: 6px; }
 QMenu::item { padding: 8px 28px; border-radius: 8px; color: @ink; }
 QMenu::item:selected { background: @hover; }
-QMenu::item:disabled { color: #96928a; }
+QMenu::item:disabled { color: @disabled; }
 QMenu::separator { height: 2px; background: @line; margin: 6px 10px; }
 
 QGroupBox { border: 2px solid @line; border-radius: 12px; margin-top: 14px; padding: 12px 10px 8px 10px; }
@@ -120,22 +117,38 @@ QTabBar::tab { background: @parchment; color: @ink; border: 2px solid @line; bor
     border-top-right-radius: 12px; padding: 10px 20px; margin-right: 4px; }
 QTabBar::tab:selected { background: @paper; border-bottom-color: @paper; }
 QTabBar::tab:hover:!selected { background: @hover; }
-QTabBar::tab:focus { border-color: @sky; }
 QProgressBar { background: @paper; border: 2px solid @line; border-radius: 10px; min-height: 20px;
     text-align: center; color: @ink; }
 QProgressBar::chunk { background: @sun; border-radius: 8px; }
-)");
+)"));
+}
+
+/// Arrows back, forward and out go with the reading direction; Arabic has a question mark of its own.
+bool isMirrored(const QString &icon) {
+    static const QStringList withTheText{"undo", "redo", "exit"};
+    const QString drawing = QFileInfo(icon).completeBaseName();
+    return (QGuiApplication::isRightToLeft() && withTheText.contains(drawing)) ||
+           (drawing == "help" && QLocale().script() == QLocale::ArabicScript);
+}
+
+} // namespace
+
+QString withColours(QString sheet) {
     const std::pair<const char *, QColor> names[] = {
         {"@parchment", colours::parchment},
         {"@paper", colours::paper},
         {"@line", colours::line},
         {"@ink", colours::ink},
+        {"@faintInk", colours::faintInk},
         {"@sky", colours::sky},
+        {"@link", linkInk},
         {"@sun", colours::sun},
         {"@hover", colours::hover},
         {"@pressed", colours::pressed},
         {"@checked", colours::checked},
         {"@chosen", colours::chosen},
+        {"@disabled", disabledInk},
+        {"@grip", colours::line.darker(115)},
     };
     for (const auto &[name, colour] : names) {
         sheet.replace(QLatin1String(name), colour.name());
@@ -143,17 +156,18 @@ QProgressBar::chunk { background: @sun; border-radius: 8px; }
     return sheet;
 }
 
-} // namespace
-
 void applyTheme(QApplication &application) {
     auto *style = new ThemeStyle;
     style->setParent(&application);
     QApplication::setStyle(style);
     application.setPalette(warmPalette());
-    QFont font("Andika");
+    // The others have the letters that Andika has not; Japanese names their shapes of the characters of all East Asia.
+    QFont font(QStringList{"Andika", "Noto Sans Arabic UI", "Noto Sans CJK JP"});
     font.setPointSizeF(11);
     application.setFont(font);
     application.setStyleSheet(styleSheet());
+    application.installEventFilter(new ShortenedTips(&application));
+    new KeyboardFocus(&application);
 }
 
 QPixmap iconPixmap(const QString &name, int size, qreal devicePixelRatio) {
@@ -161,7 +175,8 @@ QPixmap iconPixmap(const QString &name, int size, qreal devicePixelRatio) {
     if (name.isEmpty() || pixels <= 0) {
         return {};
     }
-    const QString key = QString("lumora-icon %1 %2 %3").arg(name).arg(pixels).arg(devicePixelRatio);
+    const bool mirrored = isMirrored(name);
+    const QString key = QString("lumora-icon %1 %2 %3 %4").arg(name).arg(pixels).arg(devicePixelRatio).arg(mirrored);
     QPixmap pixmap;
     if (QPixmapCache::find(key, &pixmap)) {
         return pixmap;
@@ -174,6 +189,9 @@ QPixmap iconPixmap(const QString &name, int size, qreal devicePixelRatio) {
     pixmap = QPixmap(pixels, pixels);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
+    if (mirrored) {
+        painter.setTransform(QTransform(-1, 0, 0, 1, pixels, 0));
+    }
     drawing.render(&painter, QRectF(0, 0, pixels, pixels));
     painter.end();
     pixmap.setDevicePixelRatio(devicePixelRatio);

@@ -1,9 +1,9 @@
-// How Lumora looks: its colours, its style sheet, its pictures and its measures. Everything that paints asks here.
+// How Lumora looks: its style sheet, its pictures and its measures; its colours are in base/Colours.h.
 #pragma once
 
+#include "base/Colours.h"
 #include "widgets/Motion.h"
 
-#include <QColor>
 #include <QPixmap>
 #include <QString>
 
@@ -13,27 +13,11 @@ class QRectF;
 
 namespace lumora {
 
-/// Surfaces are paper, states and icons are crayons; ink on any surface has a contrast of at least 4.5 : 1.
-namespace colours {
-inline constexpr QColor parchment(236, 233, 216);
-inline constexpr QColor paper(247, 245, 234);
-inline constexpr QColor line(207, 201, 174);
-inline constexpr QColor ink(43, 40, 64);
-inline constexpr QColor faintInk(100, 96, 112); ///< hints and notes; 5 : 1 on parchment
-inline constexpr QColor sky(47, 128, 237);
-inline constexpr QColor sun(255, 197, 61);
-inline constexpr QColor leaf(52, 178, 123);
-inline constexpr QColor coral(255, 107, 87);
-inline constexpr QColor plum(138, 92, 246);
-inline constexpr QColor hover(255, 240, 200);   ///< what the pointer is over: paper in the sun
-inline constexpr QColor pressed(255, 222, 140); ///< what is held down
-inline constexpr QColor checked(214, 230, 250); ///< what is switched on
-inline constexpr QColor chosen(176, 208, 250);  ///< selected words and rows, below ink
-} // namespace colours
-
 inline constexpr int buttonCorner = 12;   ///< pixels
 inline constexpr int panelCorner = 18;    ///< pixels
 inline constexpr int smallestButton = 48; ///< pixels, width and height of anything to click
+inline constexpr int titleButton = 44;    ///< pixels, width and height of a button on a title strip
+inline constexpr int closePicture = 32;   ///< pixels, a close cross with its margin
 inline constexpr int shadowMargin = 18;   ///< pixels that a floating panel leaves around itself for its shadow
 
 /// Pixels of that many twips, at 15 twips a pixel.
@@ -41,11 +25,16 @@ constexpr int twips(int value) {
     return value / 15;
 }
 
-/// Gives the program its style, palette, font (Andika 11 pt) and style sheet. Call once, before the first window.
+/// Gives the program its style, palette, font (Andika 11 pt; Noto for letters that it lacks) and style sheet. Call
+/// once, before the first window.
 void applyTheme(QApplication &application);
 
+/// A style sheet in which the names of the colours (@paper, @line …) are replaced by them.
+QString withColours(QString sheet);
+
 /// The drawing ":/icons/NAME.svg" (or the resource itself where `name` begins with ":/"), `size` logical pixels square,
-/// sharp at that device pixel ratio. Kept between calls. Empty for an unknown name.
+/// sharp at that device pixel ratio; mirrored where it points with the reading direction. Kept between calls. Empty for
+/// an unknown name.
 QPixmap iconPixmap(const QString &name, int size, qreal devicePixelRatio);
 
 /// The same picture as something that cannot be clicked: grey and faint.

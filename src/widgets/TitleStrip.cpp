@@ -6,9 +6,14 @@
 #include "widgets/WindowDragger.h"
 
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPainter>
 
 namespace lumora {
+
+namespace {
+constexpr int titlePicture = 28; // pixels
+}
 
 TitleStrip::TitleStrip(QWidget *parent)
     : QFrame(parent), m_row(new QHBoxLayout(this)), m_caption(new ElidedLabel(Qt::ElideMiddle, this)) {
@@ -20,20 +25,46 @@ TitleStrip::TitleStrip(QWidget *parent)
     bold.setPointSizeF(12);
     m_caption->setFont(bold);
     m_caption->setAttribute(Qt::WA_TransparentForMouseEvents);
-    const QMargins margins(18, 0, 6, 0); // a close button has its own margin
-    const bool mirrored = layoutDirection() == Qt::RightToLeft;
-    m_row->setContentsMargins(mirrored ? QMargins(margins.right(), 0, margins.left(), 0) : margins);
+    setSideMargins(18, 6); // a close button has its own margin
     m_row->setSpacing(2);
     m_row->addWidget(m_caption, 1);
     WindowDragger::install(this);
 }
 
-PictureButton *TitleStrip::addCloseButton(const QString &objectName) {
-    auto *button = new PictureButton("close", PictureButton::CaptionPlace::None, this);
+void TitleStrip::setSideMargins(int atStart, int atEnd) {
+    m_atStart = atStart;
+    m_atEnd = atEnd;
+    m_row->setContentsMargins(isRightToLeft() ? atEnd : atStart, 0, isRightToLeft() ? atStart : atEnd, 0);
+}
+
+void TitleStrip::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::LayoutDirectionChange) {
+        setSideMargins(m_atStart, m_atEnd);
+    }
+    QFrame::changeEvent(event);
+}
+
+void TitleStrip::setPicture(const QString &iconName) {
+    auto *picture = new QLabel(this);
+    picture->setPixmap(iconPixmap(iconName, titlePicture, devicePixelRatioF()));
+    picture->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_row->insertWidget(0, picture);
+    m_row->insertSpacing(1, 6);
+}
+
+PictureButton *TitleStrip::addButton(const QString &objectName, const QString &iconName) {
+    auto *button = new PictureButton(iconName, PictureButton::CaptionPlace::None, this);
     button->setObjectName(objectName);
-    button->setPictureSize(24);
+    button->setPictureSize(titlePicture);
+    button->setFixedSize(titleButton, titleButton);
     m_row->addWidget(button);
     return button;
+}
+
+PictureButton *TitleStrip::addCloseButton(const QString &objectName) {
+    PictureButton *close = addButton(objectName, "close");
+    close->setPictureSize(closePicture);
+    return close;
 }
 
 void TitleStrip::paintEvent(QPaintEvent *) {

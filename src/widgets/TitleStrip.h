@@ -18,17 +18,28 @@ class TitleStrip : public QFrame {
     explicit TitleStrip(QWidget *parent = nullptr);
 
     QLabel *lblCaption() const { return m_caption; }
+    /// The drawing ":/icons/NAME.svg" before the caption.
+    void setPicture(const QString &iconName);
     /// The strip's row, for further buttons after the caption.
     QHBoxLayout *row() const { return m_row; }
-    /// Adds a close button of that object name; its click is the caller's to connect.
+    /// Adds a button of that object name and picture, as large as all buttons of title strips; its click is the
+    /// caller's to connect.
+    PictureButton *addButton(const QString &objectName, const QString &iconName);
+    /// The same with a cross.
     PictureButton *addCloseButton(const QString &objectName);
 
   protected:
     void paintEvent(QPaintEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+    /// Pixels free where a line of text begins and ends.
+    void setSideMargins(int atStart, int atEnd);
 
   private:
     QHBoxLayout *m_row;
     QLabel *m_caption;
+    int m_atStart = 0;
+    int m_atEnd = 0;
 };
 
 } // namespace lumora

@@ -2,16 +2,56 @@
 
 #include "base/Texts.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <algorithm>
 
 namespace lumora {
 
-ToolkitTexts::ToolkitTexts(const Texts &texts) {
-    const QLocale language(texts.text("Language"));
+namespace {
+
+/// The desktop's own rules where they are those of the language, with its country. The digits are always 0 to 9: file
+/// names and keyboards have them, and so have the texts of the language files.
+QLocale localeOf(const QString &code) {
+    const QLocale language(code);
+    const QLocale system = QLocale::system();
+    const QLocale locale = system.language() == language.language() ? system : language;
+    if (locale.zeroDigit() == QLatin1StringView("0")) {
+        return locale;
+    }
+    const QList<QLocale> countries =
+        QLocale::matchingLocales(language.language(), QLocale::AnyScript, QLocale::AnyTerritory);
+    const auto found = std::ranges::find(countries, QStringLiteral("0"), &QLocale::zeroDigit);
+    return found == countries.end() ? locale : *found;
+}
+
+} // namespace
+
+ToolkitTexts::ToolkitTexts(const Texts &texts) : m_texts(texts) {
+    follow();
+}
+
+ToolkitTexts::~ToolkitTexts() {
+    QLocale::setDefault(QLocale::system());
+}
+
+void ToolkitTexts::follow() {
+    const QString name = m_texts.text("LanguageName");
+    if (m_shown == name && QApplication::layoutDirection() == m_texts.direction()) {
+        return;
+    }
+    m_shown = name;
+    const QLocale language(m_texts.text("Language"));
+    QCoreApplication::removeTranslator(&m_translator);
     if (m_translator.load(language, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
         QCoreApplication::installTranslator(&m_translator);
+    }
+    QLocale::setDefault(localeOf(m_texts.text("Language")));
+    QApplication::setLayoutDirection(m_texts.direction());
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        window->setLocale(QLocale());
+        QCoreApplication::postEvent(window, new QEvent(QEvent::LanguageChange));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "widgets/WindowDragger.h"
 
+#include <QApplication>
 #include <QMouseEvent>
 #include <QWidget>
 #include <QWindow>
@@ -22,17 +23,26 @@ bool WindowDragger::eventFilter(QObject *watched, QEvent *event) {
         if (mouse->button() != Qt::LeftButton) {
             break;
         }
-        m_grip = mouse->globalPosition().toPoint() - window->pos();
-        m_following = !window->windowHandle() || !window->windowHandle()->startSystemMove();
+        m_pressed = true;
+        m_following = false;
+        m_pressedAt = mouse->globalPosition().toPoint();
+        m_grip = m_pressedAt - window->pos();
         return true;
     }
-    case QEvent::MouseMove:
+    case QEvent::MouseMove: {
+        const QPoint at = static_cast<QMouseEvent *>(event)->globalPosition().toPoint();
+        if (m_pressed && (at - m_pressedAt).manhattanLength() >= QApplication::startDragDistance()) {
+            m_pressed = false; // a window system that takes over takes the release, too
+            m_following = !window->windowHandle() || !window->windowHandle()->startSystemMove();
+        }
         if (m_following && !window->isMaximized() && !window->isFullScreen()) {
-            window->move(static_cast<QMouseEvent *>(event)->globalPosition().toPoint() - m_grip);
+            window->move(at - m_grip);
             return true;
         }
         break;
+    }
     case QEvent::MouseButtonRelease:
+        m_pressed = false;
         m_following = false;
         break;
     default:

@@ -8,8 +8,8 @@ class QWidget;
 
 namespace lumora {
 
-/// A left press on the handle moves the handle's window: the window system does it where it can (as if its own title
-/// bar were dragged), else the window follows the pointer.
+/// Dragging the handle moves the handle's window: the window system does it where it can (as if its own title bar were
+/// dragged), else the window follows the pointer. A press alone is left to the handle, which may be double-clicked.
 class WindowDragger : public QObject {
     Q_OBJECT
 
@@ -24,7 +24,9 @@ class WindowDragger : public QObject {
     explicit WindowDragger(QWidget *handle);
 
     QWidget *m_handle;
+    bool m_pressed = false;
     bool m_following = false;
+    QPoint m_pressedAt;
     QPoint m_grip; ///< from the window's corner to the pointer
 };
 

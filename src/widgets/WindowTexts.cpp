@@ -3,6 +3,7 @@
 #include "base/Texts.h"
 
 #include <QAbstractButton>
+#include <QVariant>
 #include <QWidget>
 
 namespace lumora {
@@ -48,7 +49,19 @@ void show(QWidget &control, const TextRow &row, const QString &text) {
     }
 }
 
+/// The name of the dynamic property that keeps which text is shown in a property.
+QByteArray keeperOf(const char *property) {
+    return QByteArray("identifierOf_") + property;
+}
+
+constexpr const char *ownProperties[] = {"text", "toolTip", "placeholderText"};
+
 } // namespace
+
+void showText(const Texts &texts, QWidget &control, const char *identifier, const char *property) {
+    control.setProperty(keeperOf(property).constData(), QByteArray(identifier));
+    setTextProperty(control, property, texts.text(QString::fromUtf8(identifier)));
+}
 
 QWidget *controlOfText(const TextRow &row, QWidget &window) {
     const QString name = QString::fromUtf8(row.control);
@@ -72,6 +85,14 @@ void showTexts(const Texts &texts, QWidget &window) {
         }
         if (QWidget *control = controlOfText(row, window)) {
             show(*control, row, texts.text(QString::fromUtf8(row.identifier), QString::fromUtf8(row.defaultText)));
+        }
+    }
+    for (QWidget *control : window.findChildren<QWidget *>()) {
+        for (const char *property : ownProperties) {
+            const QByteArray identifier = control->property(keeperOf(property).constData()).toByteArray();
+            if (!identifier.isEmpty()) {
+                showText(texts, *control, identifier.constData(), property);
+            }
         }
     }
 }

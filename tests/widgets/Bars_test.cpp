@@ -151,6 +151,14 @@ TEST(FloatingToolbar, WrapsToWhatFitsAndStaysInsideItsWindow) {
         EXPECT_EQ(parts.rows(), row.rows) << row.items << " items in " << row.window.width();
         EXPECT_TRUE(parts.window.rect().contains(parts.panel())) << row.items << " items in " << row.window.width();
         EXPECT_GE(parts.panel().left(), parts.tool.geometry().right());
+        QWidget column(&parts.window); // that the tool shares with another beside it
+        column.setGeometry(parts.tool.x(), 0, parts.tool.width() + 60, row.window.height());
+        parts.bar.setColumn(&column);
+        parts.bar.showBeside(&parts.tool);
+        EXPECT_GE(parts.panel().left(), column.geometry().right());
+        EXPECT_TRUE(parts.window.rect().contains(parts.panel()));
+        parts.bar.setColumn(nullptr);
+        parts.bar.showBeside(&parts.tool);
         if (row.width >= 0) {
             EXPECT_NEAR(parts.panel().width(), row.width, row.items) << "a pixel lost by each item at most";
         }
@@ -184,6 +192,51 @@ TEST(FloatingToolbar, IsUsedByKeyboardAlone) {
     QTest::keyClick(parts.window.focusWidget(), Qt::Key_Escape);
     EXPECT_FALSE(parts.bar.isVisible());
     EXPECT_EQ(parts.window.focusWidget(), &parts.tool);
+}
+
+TEST(FloatingToolbar, IsAsHighAsItsPicturesAndWords) {
+    Window parts({1024, 700}, 3);
+    parts.bar.setPictureSize(120);
+    for (PictureButton *item : parts.bar.items()) {
+        item->setText("Wide");
+    }
+    parts.bar.showBeside(&parts.tool);
+    const int square = parts.panel().height();
+    QPixmap wide(240, 120);
+    wide.fill(Qt::red);
+    for (PictureButton *item : parts.bar.items()) {
+        parts.bar.setItemPicture(item->property("key").toString(), wide);
+    }
+    EXPECT_EQ(parts.panel().height(), square - 60) << "no air above the words";
+    const QImage item = parts.bar.items()[0]->grab().toImage();
+    int lowest = 0;
+    while (lowest < item.height() && item.pixelColor(item.width() / 2, lowest + 8) == QColor(Qt::red)) {
+        ++lowest;
+    }
+    EXPECT_EQ(lowest, 60);
+}
+
+TEST(FloatingToolbar, TellsWhereThePointerRests) {
+    Window parts({1024, 700}, 3);
+    parts.bar.showBeside(&parts.tool);
+    QSignalSpy pointed(&parts.bar, &FloatingToolbar::itemPointed);
+    const auto send = [&](int item, QEvent::Type type) {
+        QEnterEvent event({5, 5}, {5, 5}, {5, 5});
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(parts.bar.items()[item], type == QEvent::Enter ? &event : &leave);
+    };
+    send(0, QEvent::Enter);
+    send(0, QEvent::Leave); // passes over it
+    send(1, QEvent::Enter);
+    ASSERT_TRUE(pointed.wait());
+    EXPECT_EQ(pointed.takeFirst()[0].toString(), "keySFX2");
+    send(1, QEvent::Leave);
+    send(2, QEvent::Enter); // without the photo in between
+    ASSERT_TRUE(pointed.wait());
+    EXPECT_EQ(pointed.takeFirst()[0].toString(), "keySFX3");
+    parts.bar.hide();
+    ASSERT_EQ(pointed.size(), 1) << "at once";
+    EXPECT_EQ(pointed[0][0].toString(), "");
 }
 
 TEST(FloatingToolbar, ItemsAreReachedByTheirKeys) {

@@ -44,7 +44,6 @@ TEST(PictureButton, EveryStateLooksDifferent) {
         {"pressed", [](PictureButton &button) { button.setDown(true); }},
         {"checked", [](PictureButton &button) { button.setChecked(true); }},
         {"disabled", [](PictureButton &button) { button.setEnabled(false); }},
-        {"focused", [](PictureButton &button) { button.setFocus(Qt::TabFocusReason); }},
     };
     for (const auto look : {PictureButton::Look::Flat, PictureButton::Look::Raised}) {
         QMap<QString, QImage> pictures;
@@ -126,7 +125,7 @@ TEST(PictureButton, ALivePictureIsShownWholeAndTheDrawingComesBack) {
 
 TEST(AnimatedButton, FrameOneFollowsFrameEight) {
     AnimatedButton button;
-    button.setLoop("yes");
+    button.setLoop("ok");
     QList<int> seen;
     for (int tick = 0; tick < 9; ++tick) {
         seen += button.frame();
@@ -145,7 +144,7 @@ TEST(AnimatedButton, FrameOneFollowsFrameEight) {
 TEST(AnswerButtons, MoveTogetherWhileTheWindowIsShown) {
     QWidget window;
     AnswerButtons answers(&window);
-    const AnimatedButton *yes = answers.add("cmdYes", "yes", {});
+    const AnimatedButton *yes = answers.add("cmdYes", "ok", {});
     const AnimatedButton *no = answers.add("cmdNo", "no", {.captionPoints = 14});
     auto *timer = window.findChild<QTimer *>("tmrYes");
     ASSERT_NE(timer, nullptr);

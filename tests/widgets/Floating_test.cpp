@@ -1,6 +1,7 @@
 // What floats over the window or is a window of its own: panels, bubbles, the status line, borderless windows.
 #include "widgets/BorderlessDialog.h"
 #include "widgets/Bubble.h"
+#include "widgets/FittingLabel.h"
 #include "widgets/PictureButton.h"
 #include "widgets/SlidingPanel.h"
 #include "widgets/StatusLine.h"
@@ -78,10 +79,45 @@ TEST(Bubble, StandsInsideTheWindowAndBesideItsTarget) {
         EXPECT_TRUE(window.rect().contains(panel)) << corner.x() << ',' << corner.y();
         EXPECT_FALSE(panel.intersects(target.geometry())) << corner.x() << ',' << corner.y();
     }
+    for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        window.setLayoutDirection(direction);
+        Bubble low("lblLow", &window);
+        low.setText(bubble.label()->text());
+        low.body()->addWidget(new QLabel("Never again"));
+        low.layInRow();
+        target.setGeometry(direction == Qt::LeftToRight ? QRect(300, 600, 150, 50) : QRect(574, 600, 150, 50));
+        low.pointAt(&target);
+        const QRect panel = low.geometry().adjusted(shadowMargin, shadowMargin, -shadowMargin, -shadowMargin);
+        EXPECT_TRUE(window.rect().contains(panel));
+        EXPECT_EQ(panel.left() > target.geometry().right(), direction == Qt::LeftToRight);
+        EXPECT_FALSE(panel.intersects(target.geometry()));
+        EXPECT_LT(panel.height(), 110);
+    }
     const int whole = bubble.width();
     bubble.setText("Crop!");
     bubble.pointAt(&target);
     EXPECT_LT(bubble.width(), whole);
+}
+
+// --- FittingLabel ---------------------------------------------------------------------------------------------------
+
+TEST(FittingLabel, TakesTwoLinesAndASmallerFontBeforeItCuts) {
+    FittingLabel label;
+    const auto isWholeAt = [&](int width, int height) {
+        label.resize(width, height);
+        return label.isTextWhole();
+    };
+    label.setText("Colour Focus - Select a colour, then press 'Apply':");
+    const int line = label.fontMetrics().height();
+    const int whole = label.sizeHint().width();
+    EXPECT_TRUE(isWholeAt(whole, line));
+    EXPECT_TRUE(isWholeAt(whole * 3 / 4, line));        // smaller
+    EXPECT_TRUE(isWholeAt(whole * 6 / 10, 2 * line));   // two lines
+    EXPECT_TRUE(isWholeAt(whole * 45 / 100, 2 * line)); // both
+    EXPECT_FALSE(isWholeAt(whole / 4, 2 * line));
+    EXPECT_FALSE(isWholeAt(whole / 2, line));
+    label.setText({});
+    EXPECT_TRUE(isWholeAt(10, line));
 }
 
 // --- StatusLine -----------------------------------------------------------------------------------------------------

@@ -1,5 +1,10 @@
 #include "widgets/Theme.h"
 
+#include "support/TestFiles.h"
+
+#include <QFontInfo>
+#include <QRawFont>
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 
@@ -30,6 +35,37 @@ TEST(Theme, TextCanBeReadOnEverySurface) {
     }
 }
 
+TEST(Theme, DisabledWordsCanStillBeRead) {
+    applyTheme(*qApp);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        const QColor ink = QApplication::palette().color(QPalette::Disabled, role);
+        EXPECT_GE(contrast(ink, colours::parchment), 3.0);
+        EXPECT_TRUE(qApp->styleSheet().contains("QPushButton:disabled { background: " + colours::parchment.name() +
+                                                "; color: " + ink.name()));
+    }
+}
+
+TEST(Theme, HasTheLettersOfEveryLanguage) {
+    applyTheme(*qApp);
+    QList<QRawFont> fonts;
+    for (const QString &family : QApplication::font().families()) {
+        EXPECT_EQ(QFontInfo(QFont(family)).family(), family);
+        fonts << QRawFont::fromFont(QFont(family));
+    }
+    ASSERT_GT(test::languageFiles().size(), 1);
+    for (const QString &file : test::languageFiles()) {
+        QString missing;
+        for (const char32_t letter : QString::fromUtf8(test::contents(file)).toUcs4()) {
+            const bool isSeen = letter > ' ' && QChar::category(letter) != QChar::Other_Format;
+            if (isSeen &&
+                std::ranges::none_of(fonts, [&](const QRawFont &font) { return font.supportsCharacter(letter); })) {
+                missing += QString::fromUcs4(&letter, 1);
+            }
+        }
+        EXPECT_EQ(missing, "") << qPrintable(file);
+    }
+}
+
 TEST(Theme, CaptionsAreReadAsPeopleSeeThem) {
     const std::pair<const char *, const char *> rows[] = {
         {"Black && White", "Black & White"},
@@ -42,6 +78,35 @@ TEST(Theme, CaptionsAreReadAsPeopleSeeThem) {
     for (const auto &[text, shown] : rows) {
         EXPECT_EQ(plainCaption(text).toStdString(), shown) << text;
     }
+}
+
+TEST(Theme, ArrowsPointWithTheReadingDirection) {
+    const char *icons[] = {"undo", ":/icons/redo.svg", "exit", "save", "rotate1", "help"};
+    std::vector<QImage> usual;
+    for (const char *icon : icons) {
+        usual.push_back(iconPixmap(icon, 32, 1).toImage());
+    }
+    const QLocale before;
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    for (const char *language : {"he", "ar"}) {
+        QLocale::setDefault(QLocale(language));
+        for (size_t i = 0; i < std::size(icons); ++i) {
+            const bool mirrored = i < 3 || (icons[i] == QLatin1String("help") && language == QLatin1String("ar"));
+            const QImage expected = mirrored ? usual[i].mirrored(true, false) : usual[i];
+            // Half-covered pixels may be rounded otherwise.
+            const QImage shown = iconPixmap(icons[i], 32, 1).toImage();
+            int different = 0;
+            for (int y = 0; y < 32; ++y) {
+                for (int x = 0; x < 32; ++x) {
+                    different += std::abs(qAlpha(shown.pixel(x, y)) - qAlpha(expected.pixel(x, y))) > 60 ||
+                                 std::abs(qGray(shown.pixel(x, y)) - qGray(expected.pixel(x, y))) > 60;
+                }
+            }
+            EXPECT_LT(different, 20) << icons[i] << ' ' << language;
+        }
+    }
+    QApplication::setLayoutDirection(Qt::LeftToRight);
+    QLocale::setDefault(before);
 }
 
 TEST(Theme, DisabledPicturesLoseTheirColourAndKeepTheirShape) {
