@@ -1,5 +1,7 @@
 #include "effects/EffectBoxes.h"
 
+#include "widgets/FittingLabel.h"
+
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -64,7 +66,7 @@ void EffectBox::setPhoto(const QImage &) {}
 
 CaptionedSlider::CaptionedSlider(const EffectSlider &row, QWidget *parent)
     : QWidget(parent), m_row(row), m_slider(new QSlider(Qt::Horizontal, this)), m_value(new QLabel(this)) {
-    auto *caption = new QLabel(this);
+    auto *caption = new FittingLabel(this);
     caption->setObjectName(QLatin1StringView(row.label));
     caption->setBuddy(m_slider);
     m_slider->setObjectName(QLatin1StringView(row.name));
@@ -78,7 +80,8 @@ CaptionedSlider::CaptionedSlider(const EffectSlider &row, QWidget *parent)
     auto *grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setVerticalSpacing(2);
-    grid->addWidget(caption, 0, 0, Qt::AlignLeading);
+    grid->addWidget(caption, 0, 0);
+    grid->setColumnStretch(0, 1);
     grid->addWidget(m_value, 0, 1, Qt::AlignTrailing);
     grid->addWidget(m_slider, 1, 0, 1, 2);
     setMinimumWidth(narrowestSlider);

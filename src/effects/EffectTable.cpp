@@ -8,6 +8,7 @@
 #include "imaging/effects/ColourEmboss.h"
 #include "imaging/effects/Colourise.h"
 #include "imaging/effects/Contrast.h"
+#include "imaging/effects/Enhance.h"
 #include "imaging/effects/Greyscale.h"
 #include "imaging/effects/HighPassSharpen.h"
 #include "imaging/effects/Invert.h"
@@ -40,9 +41,10 @@ Operation tracing(const Values & /*none*/, double unit) {
     return {applyConvolution, {{1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, unit}};
 }
 
-/// The colour was chosen, so it is drawn beside holes too.
-Operation perspectiveOnColour(const Values &v, double /*unit*/) {
-    return {applyPerspective, {v[0], v[1], v[2], v[3]}};
+/// White is the table below the photo as long as no other colour was chosen: beside holes nothing is drawn then.
+Operation perspective(const Values &v, double /*unit*/) {
+    const bool isWhite = std::min({v[1], v[2], v[3]}) == 255;
+    return {applyPerspective, {v[0], v[1], v[2], v[3], isWhite}};
 }
 
 template <typename Box> EffectBox *makeBox(const Effect &effect, QWidget *parent) {
@@ -81,14 +83,14 @@ const std::vector<Effect> &rows() {
          .sentence = "lblSharpen",
          .advancedOperation = [](const Values &, double unit) -> Operation { return {applySharpen, {unit}}; },
          .iconCopy = 155,
-         .looksAtNeighbours = true},
+         .coarsestLive = 1},
         {.group = Special, .number = 4, .name = "SFX4", .icon = "tool10",
          .operation = [](const Values &v, double unit) -> Operation { return {applyMosaic, {v[0] * unit, v[1] * unit}}; },
          .basic = {10, 10},
          .advanced = {15, 15},
          .sliders = {{"sldSFX4_1", "lblMosaicWidth", 1, 100}, {"sldSFX4_2", "lblMosaicHeight", 1, 100}}},
         {.group = Special, .number = 5, .name = "SFX5", .icon = "tool10",
-         .operation = [](const Values &v, double unit) -> Operation { return {applyOilPainting, {v[0] * unit}}; },
+         .operation = [](const Values &v, double unit) -> Operation { return {applyOilPainting, {v[0] * unit, unit}}; },
          .basic = {6},
          .advanced = {3},
          .sliders = {{"sldSFX5", "lblOil", 1, 30}}},
@@ -108,6 +110,7 @@ const std::vector<Effect> &rows() {
          .basic = {5, 5},
          .advanced = {10, 10},
          .sliders = {{"sldSFX8_1", "lblTilesAcross", 1, 50}, {"sldSFX8_2", "lblTilesDown", 1, 50}},
+         .coarsestLive = .25, // joints are whole pixels
          .noZeros = true,
          .wholePhoto = true,
          .basicOutline = OutlineHidden::OnlyInvisibleAfter,
@@ -116,19 +119,18 @@ const std::vector<Effect> &rows() {
          .operation = [](const Values &, double unit) -> Operation { return {applyColourEmboss, {1, unit}}; },
          .sentence = "lbl3x3", // "No settings" is shown here, not in the box of the 3 x 3 kernel
          .iconCopy = 155,
-         .looksAtNeighbours = true},
+         .coarsestLive = 1},
         {.group = Special, .number = 10, .name = "SFX10", .icon = "tool10",
          .operation = tracing,
          .sentence = "lblColourEmboss",
          .iconCopy = 155,
-         .looksAtNeighbours = true},
+         .coarsestLive = 1},
         {.group = Special, .number = 11, .name = "SFX11", .icon = "tool10",
-         .operation = [](const Values &v, double) -> Operation { return {applyPerspective, {v[0], v[1], v[2], v[3], true}}; },
+         .operation = perspective,
          .basic = {-30, 255, 255, 255},
          .advanced = {-30, 255, 255, 255},
          .makeBox = makeBox<PerspectiveBox>,
          .panelCaption = "Prespective",
-         .advancedOperation = perspectiveOnColour,
          .wholePhoto = true,
          .basicOutline = OutlineHidden::After,
          .advancedOutline = OutlineHidden::Before},
@@ -142,13 +144,25 @@ const std::vector<Effect> &rows() {
          .advancedOutline = OutlineHidden::After},
         {.group = Adjustment, .number = 1, .name = "Brightness", .icon = "brightness",
          .operation = [](const Values &v, double) -> Operation { return {applyBrightness, {v[0]}}; },
-         .basic = {50}},
+         .basic = {50},
+         .advanced = {0},
+         .sliders = {{"sldSFX9_1", "", -100, 100}}},
         {.group = Adjustment, .number = 2, .name = "Contrast", .icon = "contrast",
          .operation = [](const Values &v, double) -> Operation { return {applyContrast, {v[0]}}; },
-         .basic = {50}},
+         .basic = {50},
+         .advanced = {0},
+         .sliders = {{"sldSFX9_2", "", -100, 100}}},
         {.group = Adjustment, .number = 3, .name = "Saturation", .icon = "saturation",
          .operation = [](const Values &v, double) -> Operation { return {applySaturation, {v[0]}}; },
-         .basic = {50}},
+         .basic = {50},
+         .advanced = {0},
+         .sliders = {{"sldSFX9_3", "", -100, 100}}},
+        {.group = Adjustment, .number = 4, .name = "Enhance", .icon = "enhance",
+         .operation = [](const Values &v, double) -> Operation { return {applyEnhance, {v[0]}}; },
+         .basic = {50},
+         .advanced = {50},
+         .sliders = {{"sldSFX9_4", "", 0, 100}},
+         .showsIcon = true},
     };
     // clang-format on
     return table;

@@ -46,7 +46,7 @@ struct Effect {
     Make operation;
     EffectValues basic = {}; ///< without advanced settings
 
-    EffectValues advanced = {}; ///< of the settings box when it opens
+    EffectValues advanced = {}; ///< of the settings box or the slider when it opens
     std::vector<EffectSlider> sliders = {};
     const char *sentence = nullptr; ///< object name of the label in a box without settings
     EffectBox *(*makeBox)(const Effect &effect, QWidget *parent) = nullptr; ///< a custom box without the sliders
@@ -56,9 +56,11 @@ struct Effect {
     /// The longer side, in pixels, of the copy of the photo that its icon is made from: with fewer of them the icon
     /// shows more of it. Such that the icon changes as much as a photo that is seen as a whole.
     int iconCopy = 190;
-    bool looksAtNeighbours = false; ///< its effect on single units is not visible on a picture of coarser pixels
-    bool noZeros = false;           ///< a value of 0 cancels it before it starts
-    bool wholePhoto = false;        ///< always changes the whole photo and only hides the selection
+    /// How large pixels may be, in units, of the reduced picture that its live preview is computed on; 0: of any size.
+    double coarsestLive = 0;
+    bool showsIcon = false;                            ///< also in a corner of its item's picture
+    bool noZeros = false;                              ///< a value of 0 cancels it before it starts
+    bool wholePhoto = false;                           ///< always changes the whole photo and only hides the selection
     OutlineHidden basicOutline = OutlineHidden::After; ///< of an effect of the whole photo
     OutlineHidden advancedOutline = OutlineHidden::After;
 

@@ -2,6 +2,7 @@
 
 #include "imaging/Scale.h"
 #include "session/AppContext.h"
+#include "session/PlainWords.h"
 #include "view/PhotoView.h"
 #include "widgets/PictureButton.h"
 
@@ -61,6 +62,8 @@ void EffectsPanel::pick(const QString &key) {
     } else if (m_ctx.fields.txtSFX == Switch::On) {
         showBox(*effect);
         slideIn();
+    } else {
+        Q_EMIT message(oddSetting(m_ctx.texts, Setting::AdvancedEffects));
     }
 }
 
@@ -119,7 +122,7 @@ void EffectsPanel::showLive() {
     m_live.show({.operation = [effect, lasso, values,
                                unit](int factor) { return operationOf(*effect, !lasso, values, unit / factor); },
                  .wholePhoto = effect->wholePhoto,
-                 .coarsest = effect->looksAtNeighbours ? unit : 16});
+                 .coarsest = effect->coarsestLive > 0 ? effect->coarsestLive * unit : 16});
 }
 
 } // namespace lumora

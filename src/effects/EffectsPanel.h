@@ -26,6 +26,8 @@ class EffectsPanel : public SlidingPanel {
   Q_SIGNALS:
     /// An effect was run, at once or by the Apply button.
     void applied(lumora::EffectOutcome outcome);
+    /// A problem, for the status line.
+    void message(const QString &text);
 
   private:
     void showBox(const Effect &effect);

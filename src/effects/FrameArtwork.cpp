@@ -135,11 +135,12 @@ bool repeat(const QImage &pattern, const Part &part, const PixelView &frame, boo
     const int natural = part.across ? pattern.width() : pattern.height();
     const int times = std::max(1, static_cast<int>(std::lround(static_cast<double>(part.sideLength) / natural)));
     const auto edge = [&](int n) { return static_cast<int>(std::int64_t(part.sideLength) * n / times); };
-    QImage fitted; // lengths differ by a pixel at most
+    std::array<QImage, 2> pieces; // lengths differ by a pixel at most
     for (int i = 0; i < times; ++i) {
         const int length = edge(i + 1) - edge(i);
         const QSize size = part.across ? QSize(length, pattern.height()) : QSize(pattern.width(), length);
-        if (fitted.size() != size) {
+        QImage &fitted = pieces.at(std::size_t(length - part.sideLength / times));
+        if (fitted.isNull()) {
             fitted = scaled(pattern, size.width(), size.height());
             if (fitted.isNull()) {
                 return false;

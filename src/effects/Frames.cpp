@@ -52,7 +52,9 @@ bool Frames::fFramePicture(int n) {
         return true;
     }
     QImage picFrame1;
-    m_ctx.tasks.run([&] { picFrame1 = m_artwork.around(n, m_ctx.photo.picThumb()); });
+    if (!m_ctx.tasks.run([&] { picFrame1 = m_artwork.around(n, m_ctx.photo.picThumb()); }, Stopping::Offered)) {
+        return true;
+    }
     if (!m_ctx.photo.changePhoto(picFrame1)) {
         return false;
     }

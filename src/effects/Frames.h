@@ -26,8 +26,8 @@ class Frames : public QObject {
     bool pick(const QString &key);
 
     /// Puts frame n (1 to 8) around the whole photo as one undo step; the photo keeps its size, the selection stays.
-    /// Does nothing without a photo or for other numbers. Returns false when memory allocation fails: the photo then
-    /// keeps its pixels.
+    /// Does nothing without a photo or for other numbers, and when the user stops it. Returns false when memory
+    /// allocation fails: the photo then keeps its pixels.
     bool fFramePicture(int n);
 
     /// The icon of frame n (1 to 8): the reduced photo in that frame, unframed when memory allocation fails, with a

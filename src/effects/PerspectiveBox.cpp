@@ -1,7 +1,6 @@
 #include "effects/PerspectiveBox.h"
 
 #include "imaging/EffectEngine.h"
-#include "imaging/effects/Perspective.h"
 #include "widgets/ColourPicker.h"
 #include "widgets/PictureButton.h"
 
@@ -23,11 +22,12 @@ namespace {
 constexpr int mostDegrees = 60;
 constexpr int styleDegrees = 30; // of the pictures, and of a style chosen while the angle is 0
 constexpr QSize stylePicture(64, 48);
+constexpr int narrowestStyle = 60; // pixels, in a narrow window
 
 } // namespace
 
 PerspectiveBox::PerspectiveBox(const Effect &effect, QWidget *parent)
-    : EffectBox(effect, parent), m_values(effect.advanced) {
+    : EffectBox(effect, parent), m_effect(effect), m_values(effect.advanced) {
     row()->setSpacing(12);
     row()->addWidget(makeAngle(), 1);
     addStyles();
@@ -63,7 +63,7 @@ QWidget *PerspectiveBox::makeAngle() {
     grid->addWidget(caption, 0, 0, Qt::AlignLeading);
     grid->addWidget(txtAngle, 0, 1, Qt::AlignTrailing);
     grid->addWidget(m_angleSlider, 1, 0, 1, 2);
-    field->setMinimumWidth(140);
+    field->setMinimumWidth(124);
     field->setMaximumWidth(320);
     connect(txtAngle, &QLineEdit::textEdited, this, &PerspectiveBox::readAngle);
     connect(txtAngle, &QLineEdit::editingFinished, this, &PerspectiveBox::showAngle);
@@ -79,6 +79,7 @@ void PerspectiveBox::addStyles() {
         auto *button = new PictureButton("tool10", PictureButton::CaptionPlace::Below, this);
         button->setObjectName(QStringLiteral("optPerspective%1").arg(i + 1));
         button->setPictureSize(stylePicture);
+        button->setMinimumWidth(narrowestStyle);
         button->setCheckable(true);
         const int sign = i == 0 ? -1 : 1; // the first recedes to the left, the second to the right
         connect(button, &QAbstractButton::clicked, this, [this, sign] {
@@ -141,8 +142,9 @@ void PerspectiveBox::showStyles() {
     for (size_t i = 0; i < m_styles.size(); ++i) {
         EffectEngine engine;
         engine.setPicture(m_photo);
-        const bool done = engine.apply(
-            {applyPerspective, {i == 0 ? -styleDegrees : styleDegrees, m_values[1], m_values[2], m_values[3]}}, false);
+        EffectValues values = m_values;
+        values[0] = i == 0 ? -styleDegrees : styleDegrees;
+        const bool done = engine.apply(operationOf(m_effect, true, values, 1), false);
         m_styles.at(i)->setPicture(done ? QPixmap::fromImage(engine.picture()) : QPixmap());
     }
 }

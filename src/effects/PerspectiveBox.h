@@ -34,6 +34,7 @@ class PerspectiveBox : public EffectBox {
     std::array<PictureButton *, 2> m_styles{};
     ColourPicker *CP1 = nullptr;
     QImage m_photo;
+    const Effect &m_effect;
     EffectValues m_values;
 };
 

@@ -13,7 +13,8 @@ namespace {
 
 constexpr int styles = 4;
 constexpr int sentenceWidth = 120;
-constexpr QSize stylePicture(96, 72);
+constexpr QSize reflectionPicture(96, 72);
+constexpr int narrowestReflection = 84; // pixels, in a narrow window
 
 } // namespace
 
@@ -24,7 +25,8 @@ ReflectionBox::ReflectionBox(const Effect &effect, QWidget *parent)
     for (int style = 1; style <= styles; ++style) {
         auto *button = new PictureButton("tool10", PictureButton::CaptionPlace::None, this);
         button->setObjectName(QStringLiteral("optReflection%1").arg(style));
-        button->setPictureSize(stylePicture);
+        button->setPictureSize(reflectionPicture);
+        button->setMinimumWidth(narrowestReflection);
         button->setCheckable(true);
         m_styles->addButton(button, style);
         row()->addWidget(button);

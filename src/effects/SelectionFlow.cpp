@@ -87,9 +87,7 @@ EffectOutcome SelectionFlow::applyToWholePhoto(const Operation &operation) {
 }
 
 void SelectionFlow::hideSelection() {
-    PhotoSelection selection = m_ctx.photo.selection();
-    selection.hide();
-    m_ctx.photo.setSelection(selection);
+    m_ctx.photo.useUpSelection();
 }
 
 /// False when the sums overflow: such a box is outside every photo.

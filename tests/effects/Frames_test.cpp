@@ -14,8 +14,6 @@
 namespace lumora {
 namespace {
 
-const QPoint nowhere(-1, -1);
-
 class FramesTest : public testing::TestWithParam<int> {
   protected:
     QTemporaryDir folder;
@@ -67,14 +65,14 @@ TEST_P(FramesTest, ThePhotoGoesIntoTheOpening) {
         const QRect middle =
             QRect(QPoint(), QSize(shorter, shorter) / 2).translated(place.center() - QPoint(shorter, shorter) / 4);
         const QImage expected = scaled(photo, place.width(), place.height()).copy(middle.translated(-place.topLeft()));
-        EXPECT_EQ(test::firstDifference(framed.copy(middle), expected), nowhere);
+        EXPECT_EQ(test::firstDifference(framed.copy(middle), expected), test::nowhere);
         const QImage frame = artwork.picture(GetParam(), size);
         for (const QPoint &point : edgesOf(size)) {
             // A tiny photo's band is thinner than a pixel.
             ASSERT_GE(qAlpha(frame.pixel(point)), shorter < 100 ? 150 : 255) << point.x() << ", " << point.y();
         }
         ctx.photo.PerformUndo();
-        EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), photo), nowhere);
+        EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), photo), test::nowhere);
     }
 }
 
@@ -137,7 +135,7 @@ TEST_P(FramesTest, CornersKeepTheirShapeInEveryProportion) {
     for (const QSize size : {QSize(2 * shorter, shorter), QSize(shorter, 2 * shorter), QSize(4003, shorter)}) {
         const auto corners = cornersOf(size);
         for (std::size_t i = 0; i < corners.size(); ++i) {
-            EXPECT_EQ(test::firstDifference(corners[i], square[i]), nowhere)
+            EXPECT_EQ(test::firstDifference(corners[i], square[i]), test::nowhere)
                 << "corner " << i << " of " << size.width() << " x " << size.height();
         }
     }
@@ -222,9 +220,9 @@ TEST_F(FramesTest, AFrameIsOneUndoStepAndTheSecondGoesAroundTheFirst) {
     EXPECT_EQ(ctx.photo.picCanvas().pixel(mount),
               scaled(once, place.width(), place.height()).pixel(mount - place.topLeft()));
     ctx.photo.PerformUndo();
-    EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), once), nowhere);
+    EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), once), test::nowhere);
     ctx.photo.PerformUndo();
-    EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), photo), nowhere);
+    EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), photo), test::nowhere);
 }
 
 TEST_F(FramesTest, TransparentPhotosStayTransparentInTheMiddle) {
@@ -236,7 +234,7 @@ TEST_F(FramesTest, TransparentPhotosStayTransparentInTheMiddle) {
     EXPECT_EQ(
         test::firstDifference(ctx.photo.picCanvas().copy(inside),
                               scaled(photo, place.width(), place.height()).copy(inside.translated(-place.topLeft()))),
-        nowhere);
+        test::nowhere);
 }
 
 TEST_F(FramesTest, WithoutAPhotoOrAKnownFrameNothingHappens) {

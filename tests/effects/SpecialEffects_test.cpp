@@ -25,8 +25,6 @@
 namespace lumora {
 namespace {
 
-constexpr QPoint nowhere(-1, -1);
-
 /// Selects a part of a photo of 200 x 180 pixels like the selection tool of that kind.
 PhotoSelection marked(int kind) {
     PhotoSelection selection;
@@ -59,7 +57,7 @@ class SpecialEffectsTest : public testing::Test {
     }
     void undoAndCompare() {
         ctx.photo.PerformUndo();
-        EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), photo), nowhere);
+        EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), photo), test::nowhere);
         EXPECT_EQ(ctx.photo.history().undoSteps(), 0) << "one step for one effect";
     }
 
@@ -144,7 +142,7 @@ TEST_F(SpecialEffectsTest, OnlyWhatIsMarkedChangesAndTheSelectionIsDropped) {
             }
             select(kind, marked(kind));
             EXPECT_EQ(change.run(effects, basic, flow), EffectOutcome::Done);
-            EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), expected), nowhere);
+            EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), expected), test::nowhere);
             EXPECT_FALSE(ctx.flags.SelectionActive());
             EXPECT_TRUE(ctx.photo.selection().isEmpty());
             EXPECT_FALSE(ctx.photo.selection().isShown());
@@ -328,8 +326,44 @@ TEST_F(SpecialEffectsTest, TilesAreCountedNotMeasured) {
         engine.setPicture(photo);
         ASSERT_TRUE(engine.apply({applyTile, {columns, rows}}, false));
         EXPECT_EQ(run(8, advanced), EffectOutcome::Done);
-        EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), engine.picture()), nowhere) << across;
+        EXPECT_EQ(test::firstDifference(ctx.photo.picCanvas(), engine.picture()), test::nowhere) << across;
         ctx.photo.PerformUndo();
+    }
+}
+
+/// A dark photo with holes at its edge and in the middle.
+TEST_F(SpecialEffectsTest, PerspectiveDrawsNothingBesideHolesUnlessAColourWasChosen) {
+    QImage holed(120, 90, QImage::Format_ARGB32);
+    for (int y = 0; y < holed.height(); ++y) {
+        for (int x = 0; x < holed.width(); ++x) {
+            const bool hole = x > 100 || QRect(40, 30, 20, 20).contains(x, y);
+            holed.setPixel(x, y, hole ? qRgba(255, 255, 255, 0) : qRgb(20 + x / 2, 60, 40 + y / 2));
+        }
+    }
+    struct Case {
+        const char *what;
+        bool advanced;
+        EffectValues values;
+        QRgb beside;
+    };
+    for (const Case &one : {Case{"a click", false, {}, 0}, Case{"the panel", true, {-30, 255, 255, 255}, 0},
+                            Case{"the panel, to the other side", true, {45, 255, 255, 255}, 0},
+                            Case{"a colour", true, {-30, 90, 30, 0}, qRgb(90, 30, 0)}}) {
+        SCOPED_TRACE(one.what);
+        open(holed);
+        for (std::size_t i = 0; i < one.values.size(); ++i) {
+            effects.setAdvancedValue(11, int(i), one.values[i]);
+        }
+        EXPECT_EQ(run(11, one.advanced), EffectOutcome::Done);
+        const QImage result = ctx.photo.picCanvas();
+        EXPECT_EQ(result.pixel(0, 0), one.beside);
+        int white = 0;
+        for (int y = 0; y < result.height(); ++y) {
+            for (int x = 0; x < result.width(); ++x) {
+                white += qAlpha(result.pixel(x, y)) > 16 && qRed(result.pixel(x, y)) > 100 ? 1 : 0;
+            }
+        }
+        EXPECT_EQ(white, 0) << "no strips of white round the holes";
     }
 }
 
