@@ -17,8 +17,6 @@
 namespace lumora {
 namespace {
 
-constexpr QPoint nowhere(-1, -1);
-
 class AddedEffect : public test::Shell {
   protected:
     void SetUp() override {
@@ -72,10 +70,10 @@ class AddedEffect : public test::Shell {
         return result;
     }
     void expectPhoto(const QImage &expected) {
-        EXPECT_EQ(test::firstDifference(context.photo.picCanvas(), expected), nowhere);
+        EXPECT_EQ(test::firstDifference(context.photo.picCanvas(), expected), test::nowhere);
         EXPECT_EQ(context.photo.history().undoSteps(), 1);
         EXPECT_TRUE(context.photo.PerformUndo());
-        EXPECT_EQ(test::firstDifference(context.photo.picCanvas(), photo), nowhere);
+        EXPECT_EQ(test::firstDifference(context.photo.picCanvas(), photo), test::nowhere);
     }
 
     const QImage photo = test::photoLike(320, 200);
@@ -92,7 +90,7 @@ TEST_F(AddedEffect, HasAnItemWithItsNameAndAPreview) {
     ASSERT_TRUE(engine.apply({applyPosterise, {3}}, false));
     const QImage preview = item->picture().toImage();
     const QImage expected = scaled(engine.picture(), preview.width(), preview.height());
-    EXPECT_EQ(test::firstDifference(preview.convertToFormat(expected.format()), expected), nowhere);
+    EXPECT_EQ(test::firstDifference(preview.convertToFormat(expected.format()), expected), test::nowhere);
 }
 
 TEST_F(AddedEffect, AClickChangesThePhotoOrWhatIsMarked) {
@@ -120,7 +118,7 @@ TEST_F(AddedEffect, ItsBoxHasTheSliderThatItsRowSays) {
     const QImage before = window.view()->viewport()->grab().toImage();
     slider->setValue(2);
     EXPECT_TRUE(QTest::qWaitFor([&] { return window.view()->viewport()->grab().toImage() != before; })) << "live";
-    EXPECT_EQ(test::firstDifference(context.photo.picCanvas(), photo), nowhere);
+    EXPECT_EQ(test::firstDifference(context.photo.picCanvas(), photo), test::nowhere);
     const Region region = mark("keyCircle");
     control<PictureButton>("cmdApplySFXNow")->click();
     expectPhoto(posterised(2, &region));

@@ -1,5 +1,6 @@
 #include "tools/adjust/AdjustPanel.h"
 
+#include "effects/EffectTable.h"
 #include "tools/adjust/AdjustSlider.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
@@ -12,10 +13,8 @@ namespace lumora {
 
 namespace {
 
-constexpr int most = 100;
 constexpr int iconSize = 40;
 constexpr int widestSlider = 560;
-const char *const icons[] = {"brightness", "contrast", "saturation"};
 
 } // namespace
 
@@ -25,24 +24,27 @@ AdjustPanel::AdjustPanel(QWidget *window)
       cmdApplyBCS(new PictureButton("ok", PictureButton::CaptionPlace::Beside, this)) {
     titleLabel()->setObjectName("LN3");
     addCompareButton();
-    auto *row = new QHBoxLayout;
-    row->setSpacing(16);
+    auto *controls = new QHBoxLayout;
+    controls->setSpacing(16);
     picAJP1->setObjectName("picAJP1");
     picAJP2->setObjectName("picAJP2");
-    for (PictureButton *picture : {picAJP1, picAJP2}) {
+    for (PictureButton *picture : {picAJP2, picAJP1}) {
         picture->setPictureSize(pictureSize);
-        row->addWidget(picture);
+        controls->addWidget(picture);
+        connect(picture, &QAbstractButton::pressed, this, [this] { Q_EMIT compared(true); });
+        connect(picture, &QAbstractButton::released, this, [this] { Q_EMIT compared(false); });
     }
-    row->addWidget(m_icon);
-    for (int i = 0; i < 3; ++i) {
-        auto *slider = new AdjustSlider(QStringLiteral("sldSFX9_%1").arg(i + 1), most, this);
+    controls->addWidget(m_icon);
+    for (const Effect &adjustment : effects(EffectGroup::Adjustment)) {
+        const EffectSlider &row = adjustment.sliders.front();
+        auto *slider = new AdjustSlider(row.name, row.least, row.most, adjustment.advanced.front(), this);
         slider->setMaximumWidth(widestSlider);
-        connect(slider, &QSlider::valueChanged, this, [this](int value) {
-            showValue(value);
+        connect(slider, &QSlider::valueChanged, this, [this, slider] {
+            showValue(*slider);
             Q_EMIT valueChanged();
         });
-        m_sliders.at(size_t(i)) = slider;
-        row->addWidget(slider, 1);
+        m_sliders.push_back(slider);
+        controls->addWidget(slider, 1);
     }
     QFont bold = m_value->font();
     bold.setBold(true);
@@ -50,38 +52,37 @@ AdjustPanel::AdjustPanel(QWidget *window)
     m_value->setFont(bold);
     m_value->setAlignment(Qt::AlignCenter);
     m_value->setMinimumWidth(QFontMetrics(bold).horizontalAdvance("+100") + 8);
-    row->addWidget(m_value);
-    row->addStretch();
+    controls->addWidget(m_value);
+    controls->addStretch();
     cmdApplyBCS->setObjectName("cmdApplyBCS");
     cmdApplyBCS->setLook(PictureButton::Look::Raised);
     cmdApplyBCS->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed); // its caption is never cut
-    row->addWidget(cmdApplyBCS);
-    body()->addLayout(row);
+    controls->addWidget(cmdApplyBCS);
+    body()->addLayout(controls);
     connect(cmdApplyBCS, &QAbstractButton::clicked, this, &AdjustPanel::applyWanted);
-    connect(picAJP1, &QAbstractButton::pressed, this, [this] { Q_EMIT compared(true); });
-    connect(picAJP1, &QAbstractButton::released, this, [this] { Q_EMIT compared(false); });
 }
 
 void AdjustPanel::showKind(int kind, const QString &title) {
+    const Effect &adjustment = *findEffect(EffectGroup::Adjustment, kind);
+    const int first = adjustment.advanced.front();
     titleLabel()->setText(title);
-    m_icon->setPixmap(iconPixmap(icons[kind - 1], iconSize, devicePixelRatioF()));
+    m_icon->setPixmap(iconPixmap(adjustment.icon, iconSize, devicePixelRatioF()));
     picAJP1->show();
-    picAJP2->hide();
-    for (int i = 0; i < 3; ++i) {
-        AdjustSlider *slider = m_sliders.at(size_t(i));
-        slider->setVisible(i + 1 == kind);
-        slider->setAccessibleName(title);
+    picAJP2->setVisible(first != 0);
+    for (AdjustSlider *each : m_sliders) {
+        each->setVisible(each == slider(kind));
+        each->setAccessibleName(title);
     }
-    resetValue(kind);
-    showValue(0);
+    slider(kind)->setValue(first);
+    showValue(*slider(kind));
 }
 
 int AdjustPanel::value(int kind) const {
-    return m_sliders.at(size_t(kind) - 1)->value();
+    return slider(kind)->value();
 }
 
 void AdjustPanel::resetValue(int kind) {
-    m_sliders.at(size_t(kind) - 1)->setValue(0);
+    slider(kind)->setValue(0);
 }
 
 void AdjustPanel::setPictures(const QImage &before, const QImage &after) {
@@ -89,8 +90,9 @@ void AdjustPanel::setPictures(const QImage &before, const QImage &after) {
     picAJP1->setPicture(QPixmap::fromImage(after));
 }
 
-void AdjustPanel::showValue(int value) {
-    m_value->setText((value > 0 ? QStringLiteral("+") : QString()) + locale().toString(value));
+void AdjustPanel::showValue(const AdjustSlider &slider) {
+    const int value = slider.value();
+    m_value->setText((value > 0 && slider.minimum() < 0 ? QStringLiteral("+") : QString()) + locale().toString(value));
 }
 
 } // namespace lumora

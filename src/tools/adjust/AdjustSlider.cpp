@@ -14,12 +14,19 @@ constexpr qreal notchHeight = 18;
 
 } // namespace
 
-AdjustSlider::AdjustSlider(const QString &name, int most, QWidget *parent) : QSlider(Qt::Horizontal, parent) {
+AdjustSlider::AdjustSlider(const QString &name, int least, int most, int usual, QWidget *parent)
+    : QSlider(Qt::Horizontal, parent), m_usual(usual) {
     setObjectName(name);
-    setRange(-most, most);
+    setRange(least, most);
     setPageStep(most / 10);
-    // The style's own bar grows from the left.
-    setStyleSheet("QSlider::groove:horizontal, QSlider::sub-page:horizontal { background: transparent; }");
+}
+
+/// Of the handle at that value.
+qreal AdjustSlider::centreAt(int value) const {
+    QStyleOptionSlider option;
+    initStyleOption(&option);
+    option.sliderPosition = value;
+    return QRectF(style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, this)).center().x();
 }
 
 void AdjustSlider::paintEvent(QPaintEvent *) {
@@ -29,20 +36,20 @@ void AdjustSlider::paintEvent(QPaintEvent *) {
     QStyleOptionSlider option;
     initStyleOption(&option);
     option.subControls = QStyle::SC_SliderHandle;
-    const QRectF handle = style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, this);
-    const QPointF middle = QRectF(rect()).center();
+    const qreal middle = QRectF(rect()).center().y();
+    const qreal zero = centreAt(0);
+    const qreal usual = centreAt(m_usual);
+    const qreal now = centreAt(sliderPosition());
     painter.setBrush(colours::line);
-    painter.drawRoundedRect(QRectF(0, middle.y() - barHeight / 2, width(), barHeight), barHeight / 2, barHeight / 2);
-    painter.drawRoundedRect(QRectF(middle.x() - 2, middle.y() - notchHeight / 2, 4, notchHeight), 2, 2);
-    const qreal from = qMin(middle.x(), handle.center().x());
-    const qreal to = qMax(middle.x(), handle.center().x());
+    painter.drawRoundedRect(QRectF(0, middle - barHeight / 2, width(), barHeight), barHeight / 2, barHeight / 2);
+    painter.drawRoundedRect(QRectF(usual - 2, middle - notchHeight / 2, 4, notchHeight), 2, 2);
     painter.setBrush(isEnabled() ? colours::sky : colours::line);
-    painter.drawRect(QRectF(from, middle.y() - barHeight / 2, to - from, barHeight));
+    painter.drawRect(QRectF(qMin(zero, now), middle - barHeight / 2, qAbs(now - zero), barHeight));
     style()->drawComplexControl(QStyle::CC_Slider, &option, &painter, this);
 }
 
 void AdjustSlider::mouseDoubleClickEvent(QMouseEvent *) {
-    setValue(0);
+    setValue(m_usual);
 }
 
 } // namespace lumora

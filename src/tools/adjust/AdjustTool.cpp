@@ -3,12 +3,16 @@
 #include "effects/EffectTable.h"
 #include "imaging/EffectEngine.h"
 #include "session/AppContext.h"
+#include "session/PlainWords.h"
 #include "tools/adjust/AdjustPanel.h"
 #include "tools/canvas/CanvasMouse.h"
 #include "tools/canvas/SmallPhoto.h"
 #include "tools/select/SelectionTool.h"
 #include "view/PhotoView.h"
 #include "widgets/FloatingToolbar.h"
+#include "widgets/Theme.h"
+
+#include <QPainter>
 
 #include <algorithm>
 
@@ -17,6 +21,7 @@ namespace lumora {
 namespace {
 
 constexpr QSize itemPicture(120, 120); // pixels of FT6's pictures
+constexpr QSize lookedAt(256, 256);    // as many as a photo's faults are found on, so that small pictures show the same
 
 bool isKind(int kind) {
     return findEffect(EffectGroup::Adjustment, kind) != nullptr;
@@ -25,6 +30,15 @@ bool isKind(int kind) {
 /// The operation of a kind.
 Operation operation(int kind, int amount) {
     return operationOf(*findEffect(EffectGroup::Adjustment, kind), false, {amount}, 1);
+}
+
+/// The item's picture, with the adjustment's icon in its lower corner.
+QPixmap withIcon(const QImage &picture, const Effect &adjustment) {
+    QPixmap result = QPixmap::fromImage(picture);
+    const int side = qMin(result.width(), result.height()) * 5 / 8;
+    QPainter painter(&result);
+    painter.drawPixmap(result.width() - side, result.height() - side, iconPixmap(adjustment.icon, side, 1));
+    return result;
 }
 
 /// The adjusted picture; unchanged when the engine fails.
@@ -48,8 +62,8 @@ AdjustTool::AdjustTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, Flo
     connect(&m_flow, &SelectionFlow::tipWanted, this, &AdjustTool::tipWanted);
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (AdjustPanelShown() && what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
-            m_small = smallPhoto(m_view, AdjustPanel::pictureSize);
-            m_panel->resetValue(AdjustKind); // it was for the previous photo
+            m_small = smallPhoto(m_view, lookedAt);
+            m_panel->resetValue(AdjustKind); // it was for the previous photo; applied, it is in the photo
             showValue();
         }
     });
@@ -84,9 +98,10 @@ bool AdjustTool::open(const QString &key) {
         return false;
     }
     if (m_ctx.fields.txtSFX != Switch::On) {
+        Q_EMIT message(oddSetting(m_ctx.texts, Setting::AdvancedEffects), false);
         return false;
     }
-    m_small = smallPhoto(m_view, AdjustPanel::pictureSize);
+    m_small = smallPhoto(m_view, lookedAt);
     m_panel->showKind(AdjustKind, m_ctx.texts.text(adjustment->name));
     m_panel->slideIn();
     showValue();
@@ -115,9 +130,6 @@ EffectOutcome AdjustTool::apply(int kind, int amount) {
     if (isFailure(outcome)) {
         Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
     }
-    if (!m_ctx.flags.SelectionActive()) {
-        m_mouse.setTool(nullptr); // the selection is cleared, and its pointer is reset
-    }
     return outcome;
 }
 
@@ -141,12 +153,17 @@ void AdjustTool::showValue() {
         return;
     }
     const int amount = m_panel->value(AdjustKind);
-    m_panel->setPictures(m_small, adjusted(m_small, AdjustKind, amount));
+    showPictures(adjusted(m_small, AdjustKind, amount));
     if (amount == 0) {
         m_live.clear();
         return;
     }
     m_live.show({.operation = [run = operation(AdjustKind, amount)](int) { return run; }});
+}
+
+void AdjustTool::showPictures(const QImage &after) {
+    const auto small = [this](const QImage &picture) { return scaledInto(picture, m_view, AdjustPanel::pictureSize); };
+    m_panel->setPictures(small(m_small), small(after));
 }
 
 void AdjustTool::compare(bool before) {
@@ -155,16 +172,18 @@ void AdjustTool::compare(bool before) {
         return;
     }
     m_live.clear();
-    m_panel->setPictures(m_small, m_small);
+    showPictures(m_small);
 }
 
 void AdjustTool::CreateBCSSFX() {
-    const QImage small = smallPhoto(m_view, itemPicture);
+    const QImage small = smallPhoto(m_view, lookedAt);
     if (small.isNull() || m_FT6 == nullptr) {
         return;
     }
     for (const Effect &adjustment : effects(EffectGroup::Adjustment)) {
-        m_FT6->setItemPicture(adjustment.key(), QPixmap::fromImage(adjusted(small, adjustment.number, basicAmount)));
+        const QImage picture = scaledInto(adjusted(small, adjustment.number, basicAmount), m_view, itemPicture);
+        m_FT6->setItemPicture(adjustment.key(),
+                              adjustment.showsIcon ? withIcon(picture, adjustment) : QPixmap::fromImage(picture));
     }
 }
 

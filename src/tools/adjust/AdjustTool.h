@@ -1,5 +1,5 @@
-// Brightness, contrast and saturation: the items of FT6. In basic mode an item changes the photo at once, in
-// advanced mode it opens the adjust panel.
+// Brightness, contrast, saturation, and one press that makes a photo better: the items of FT6. In basic mode an item
+// changes the photo at once, in advanced mode it opens the adjust panel.
 #pragma once
 
 #include "effects/LivePreview.h"
@@ -24,7 +24,7 @@ class AdjustTool : public EditorTool {
     SlidingPanel *panel() const override;
     const LivePreview &livePreview() const { return m_live; }
 
-    /// The items of FT6: "keyBrightness", "keyContrast" and "keySaturation". Other keys do nothing.
+    /// The items of FT6: "keyBrightness", "keyContrast", "keySaturation" and "keyEnhance". Other keys do nothing.
     bool open(const QString &key) override;
     /// Closes the panel and shows the unchanged photo.
     void close() override;
@@ -32,7 +32,7 @@ class AdjustTool : public EditorTool {
     bool staysFor(const EditorTool &next) const override;
 
     /// Adjusts the selection, or the whole photo, by basicAmount or by the value of its slider. Kinds are
-    /// 1 brightness, 2 contrast, 3 saturation; others do nothing.
+    /// 1 brightness, 2 contrast, 3 saturation, 4 better; others do nothing.
     EffectOutcome ApplyBasicBCS(int kind);
     EffectOutcome ApplyBCS(int kind);
 
@@ -40,13 +40,14 @@ class AdjustTool : public EditorTool {
     void CreateBCSSFX();
     void makeSmallPictures() override { CreateBCSSFX(); }
 
-    int AdjustKind = 0; ///< 1 to 3; 0 while no panel has been opened
+    int AdjustKind = 0; ///< 1 to 4; 0 while no panel has been opened
     bool AdjustPanelShown() const;
 
   private:
     EffectOutcome apply(int kind, int amount);
     void applyPanel();
     void showValue();
+    void showPictures(const QImage &after);
     void compare(bool before);
 
     AppContext &m_ctx;

@@ -45,6 +45,7 @@ void CanvasMouse::setTool(CanvasTool *tool) {
         m_tool->start();
     }
     m_view.viewport()->update(); // the overlays of both
+    Q_EMIT toolChanged();
 }
 
 void CanvasMouse::showTarget(int image) {

@@ -41,6 +41,8 @@ class CanvasMouse : public QObject {
     QPoint SelEndPic() const { return m_selEndPic; }
 
   Q_SIGNALS:
+    /// tool() is another one, or the same has started again.
+    void toolChanged();
     /// Any mouse-move: hides picTip.
     void moved();
     /// A press has ended the tool, see CanvasTool::endsAt: as if cmdTool1 were clicked.

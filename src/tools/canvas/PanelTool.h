@@ -11,6 +11,7 @@ class PanelTool : public EditorTool, public CanvasTool {
     Q_OBJECT
 
   public:
+    bool hasMouse() const override { return isAtWork(); }
     SlidingPanel *panel() const override { return m_panel; }
     void close() override;
 

@@ -6,13 +6,16 @@
 namespace lumora {
 
 QImage smallPhoto(PhotoView &view, QSize room) {
-    const QImage photo = view.visibleLevel().picture;
-    if (photo.isNull()) {
+    return scaledInto(view.visibleLevel().picture, view, room);
+}
+
+QImage scaledInto(const QImage &picture, const PhotoView &view, QSize room) {
+    if (picture.isNull()) {
         return {};
     }
     const QSize device = (QSizeF(room) * view.devicePixelRatioF()).toSize();
-    const QSize size = photo.size().scaled(device, Qt::KeepAspectRatio).expandedTo({1, 1});
-    return scaled(photo, size.width(), size.height());
+    const QSize size = picture.size().scaled(device, Qt::KeepAspectRatio).expandedTo({1, 1});
+    return scaled(picture, size.width(), size.height());
 }
 
 } // namespace lumora

@@ -10,5 +10,7 @@ class PhotoView;
 /// The photo fitted into a size in the view's pixels, sharp on its screen; made from the mip level that the view paints
 /// from, so that a large photo costs no more than a small one. Null without a photo.
 QImage smallPhoto(PhotoView &view, QSize room);
+/// The same of another picture.
+QImage scaledInto(const QImage &picture, const PhotoView &view, QSize room);
 
 } // namespace lumora

@@ -14,7 +14,7 @@ constexpr int pixelSide = 11; // pixels of the view per pixel of the photo
 constexpr int ring = 9;       // wide
 constexpr int edge = 2;       // of dark and white round the ring
 constexpr int lens = (2 * reach + 1) * pixelSide;
-constexpr int side = lens + 2 * (ring + edge);
+constexpr int magnifierSide = lens + 2 * (ring + edge);
 constexpr QColor gridLine(43, 40, 64, 40);
 constexpr int distance = 26; // from the pointer's tip, past its drawing
 
@@ -23,14 +23,14 @@ constexpr int distance = 26; // from the pointer's tip, past its drawing
 QRect magnifierPlace(QPointF pointer, const QRect &room) {
     const QPoint at = pointer.toPoint();
     int left = at.x() + distance;
-    int top = at.y() - distance - side;
-    if (left + side > room.right()) {
-        left = at.x() - distance - side;
+    int top = at.y() - distance - magnifierSide;
+    if (left + magnifierSide > room.right()) {
+        left = at.x() - distance - magnifierSide;
     }
     if (top < room.top()) {
         top = at.y() + distance;
     }
-    return {left, top, side, side};
+    return {left, top, magnifierSide, magnifierSide};
 }
 
 void paintMagnifier(QPainter &painter, const QImage &photo, QPoint pixel, const QRect &place) {

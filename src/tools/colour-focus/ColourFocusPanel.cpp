@@ -2,7 +2,7 @@
 
 #include "effects/EffectBoxes.h"
 #include "tools/colour-focus/ColourFocusSwatch.h"
-#include "widgets/ElidedLabel.h"
+#include "widgets/FittingLabel.h"
 #include "widgets/PictureButton.h"
 
 #include <QButtonGroup>
@@ -16,6 +16,7 @@ namespace {
 constexpr int levels[] = {10, 25, 45, 70}; // degrees of hue
 constexpr int usualStrength = 2;
 constexpr int captionWidth = 76;
+constexpr int narrowestPicture = 64; // pixels, in a narrow window
 constexpr EffectSlider slider{"sldColourFocusLevel", "lblColourFocusLevel", 5, 90};
 
 } // namespace
@@ -27,7 +28,7 @@ ColourFocusPanel::ColourFocusPanel(QWidget *window)
     titleLabel()->setObjectName("LN6");
     addCompareButton();
     titleLabel()->hide();
-    auto *lblAQFX = new ElidedLabel(Qt::ElideRight, this);
+    auto *lblAQFX = new FittingLabel(this);
     lblAQFX->setObjectName("lblAQFX");
     lblAQFX->setFont(titleLabel()->font());
     static_cast<QHBoxLayout *>(layout()->itemAt(0)->layout())->insertWidget(0, lblAQFX, 1);
@@ -61,6 +62,7 @@ void ColourFocusPanel::buildStrengths() {
         auto *button = new PictureButton("tool11", PictureButton::CaptionPlace::None, this);
         button->setObjectName(QStringLiteral("picCM%1").arg(strength));
         button->setPictureSize(pictureSize);
+        button->setMinimumWidth(narrowestPicture);
         button->setCheckable(true);
         m_strengths->addButton(button, strength);
         strip->addWidget(button);

@@ -8,14 +8,14 @@ namespace lumora {
 
 namespace {
 
-constexpr int side = 64; // pixels
-constexpr int dropper = 32;
+constexpr int swatchSide = 64; // pixels
+constexpr int dropperSide = 32;
 
 } // namespace
 
 ColourFocusSwatch::ColourFocusSwatch(QWidget *parent) : QWidget(parent) {
     setObjectName("picChosenColour");
-    setFixedSize(side, side);
+    setFixedSize(swatchSide, swatchSide);
 }
 
 void ColourFocusSwatch::setColour(const QColor &colour) {
@@ -34,10 +34,10 @@ void ColourFocusSwatch::paintEvent(QPaintEvent *) {
         return;
     }
     painter.setPen(QPen(colours::faintInk, 3, Qt::DashLine));
-    painter.setBrush(Qt::white);
+    painter.setBrush(colours::paper);
     painter.drawRoundedRect(place, buttonCorner, buttonCorner);
-    const QPoint corner = rect().center() - QPoint(dropper / 2, dropper / 2);
-    painter.drawPixmap(corner, iconPixmap(":/cursors/target2.svg", dropper, devicePixelRatioF()));
+    const QPoint corner = rect().center() - QPoint(dropperSide / 2, dropperSide / 2);
+    painter.drawPixmap(corner, iconPixmap(":/cursors/target2.svg", dropperSide, devicePixelRatioF()));
 }
 
 } // namespace lumora

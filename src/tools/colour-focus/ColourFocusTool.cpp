@@ -15,8 +15,8 @@ namespace lumora {
 
 namespace {
 
-constexpr int dropper = 2; // image of picTarget
-constexpr int faint = 16;  // levels between the largest and the smallest channel: with less, the hue is not meaningful
+constexpr int dropperImage = 2; // image of picTarget
+constexpr int faint = 16; // levels between the largest and the smallest channel: with less, the hue is not meaningful
 
 Operation operation(const QColor &colour, int level) {
     return {applyColourFocus, {colour.red(), colour.green(), colour.blue(), level}};
@@ -53,6 +53,7 @@ bool ColourFocusTool::open(const QString &) {
     begin();
     CreateCMSFX();
     showLevel();
+    Q_EMIT hint(m_ctx.texts.text("FocusHint"), HintedAct::Click);
     return true;
 }
 
@@ -61,7 +62,7 @@ void ColourFocusTool::start() {
     if (m_ctx.photo.selection().isEmpty()) {
         m_ctx.flags.endSelection();
     }
-    m_mouse.showTarget(dropper);
+    m_mouse.showTarget(dropperImage);
 }
 
 void ColourFocusTool::end() {
@@ -85,17 +86,17 @@ void ColourFocusTool::photoChanged(PhotoChanges what) {
 // --- Picking --------------------------------------------------------------------------------------------------------
 
 void ColourFocusTool::press(const PointerEvent &) {
-    m_mouse.showTarget(dropper);
+    m_mouse.showTarget(dropperImage);
 }
 
 void ColourFocusTool::move(const PointerEvent &at) {
-    m_mouse.showTarget(dropper);
+    m_mouse.showTarget(dropperImage);
     const bool overPhoto = m_ctx.photo.picCanvas().rect().contains(m_view.pixelAt(at.view));
     showMagnifier(overPhoto ? std::optional(at.view) : std::nullopt);
 }
 
 void ColourFocusTool::clicked(QPoint pixel) {
-    m_mouse.showTarget(dropper);
+    m_mouse.showTarget(dropperImage);
     const QImage &photo = m_ctx.photo.picCanvas();
     if (!photo.rect().contains(pixel)) {
         return;

@@ -1,5 +1,6 @@
 #include "tools/crop/CropFrame.h"
 
+#include "tools/canvas/Dimming.h"
 #include "widgets/Theme.h"
 
 #include <QPaintDevice>
@@ -17,7 +18,6 @@ constexpr double smallestGrip = 54;  // pixels: room for three separate touch zo
 constexpr double handle = 20;        // pixels across
 constexpr double roomForMiddle = 72; // pixels of an edge: minimum for a handle in its middle
 constexpr double labelGap = 16;      // pixels between the frame and its size
-constexpr int dimming = 150;         // of 255
 
 /// The frame for hit tests: a tiny one is enlarged.
 QRectF gripArea(const QRectF &frame) {
@@ -33,26 +33,6 @@ int zone(double at, double first, double last) {
         return -1;
     }
     return at > last - inward ? 1 : 0;
-}
-
-/// An edge on whole pixels of the screen.
-QRectF onDevicePixels(const QRectF &rect, double devicePixels) {
-    const auto whole = [devicePixels](double value) { return std::round(value * devicePixels) / devicePixels; };
-    return {QPointF(whole(rect.left()), whole(rect.top())), QPointF(whole(rect.right()), whole(rect.bottom()))};
-}
-
-void paintDimming(QPainter &painter, const QRectF &frame, const QRectF &photo) {
-    QColor shade = colours::ink;
-    shade.setAlpha(dimming);
-    const QRectF kept = frame.intersected(photo);
-    if (kept.isEmpty()) {
-        painter.fillRect(photo, shade);
-        return;
-    }
-    painter.fillRect(QRectF(photo.topLeft(), QPointF(photo.right(), kept.top())), shade);
-    painter.fillRect(QRectF(QPointF(photo.left(), kept.bottom()), photo.bottomRight()), shade);
-    painter.fillRect(QRectF(QPointF(photo.left(), kept.top()), kept.bottomLeft()), shade);
-    painter.fillRect(QRectF(kept.topRight(), QPointF(photo.right(), kept.bottom())), shade);
 }
 
 void paintThirds(QPainter &painter, const QRectF &frame) {

@@ -4,10 +4,10 @@
 #include "tools/crop/CropShape.h"
 #include "tools/crop/CropTip.h"
 #include "widgets/PictureButton.h"
+#include "widgets/WindowTexts.h"
 
 #include <QButtonGroup>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QVBoxLayout>
 
 namespace lumora {
@@ -30,7 +30,7 @@ CropPanel::CropPanel(AppContext &ctx, QWidget *window)
     const auto add = [this](const char *name, const char *icon, const char *identifier) {
         auto *button = new PictureButton(icon, PictureButton::CaptionPlace::Beside, this);
         button->setObjectName(name);
-        button->setText(m_ctx.texts.text(identifier));
+        showText(m_ctx.texts, *button, identifier);
         button->setLook(PictureButton::Look::Raised);
         button->setPictureSize(40);
         button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed); // its caption is never cut
@@ -40,15 +40,12 @@ CropPanel::CropPanel(AppContext &ctx, QWidget *window)
     m_cropNow = add("cmdCropNow", "ok", "BtnCrop");
     m_cropCutNow = add("cmdCropCutNow", "crop-background", "BtnCutout1");
     m_delInverse = add("cmdDelInverse", "crop-selection", "BtnCutout2");
-    m_hint = new QLabel(this);
-    m_hint->setObjectName("lblCropHint");
-    m_hint->setWordWrap(true);
     auto *row = new QHBoxLayout;
     row->setSpacing(16);
     row->addWidget(m_cropNow);
     row->addWidget(m_cropCutNow);
     row->addWidget(m_delInverse);
-    row->addWidget(m_hint, 1);
+    row->addStretch(1);
     body()->addLayout(row);
     addShapes();
 
@@ -67,7 +64,7 @@ void CropPanel::addShapes() {
     const auto add = [&](const char *name, const char *icon, const char *identifier) {
         auto *button = new PictureButton(icon, PictureButton::CaptionPlace::Below, m_shapes);
         button->setObjectName(name);
-        button->setText(m_ctx.texts.text(identifier));
+        showText(m_ctx.texts, *button, identifier);
         button->setPictureSize(shapePicture);
         button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         row->addWidget(button);
@@ -122,8 +119,6 @@ void CropPanel::prepare(Use use) {
     m_tip->writeSetting();
     const bool crop = use == Use::Crop;
     titleLabel()->setText(m_ctx.texts.text(crop ? "CropDescription" : "SelectBkgDescription"));
-    m_hint->setText(crop ? m_ctx.texts.text("CropHint")
-                         : m_ctx.texts.text("CutOutHint", "Draw a line all the way round something."));
     m_cropNow->setVisible(crop);
     m_shapes->setVisible(crop);
     chooseFreeFrame();

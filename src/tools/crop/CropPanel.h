@@ -50,7 +50,6 @@ class CropPanel : public SlidingPanel {
     PictureButton *m_cropNow;
     PictureButton *m_cropCutNow;
     PictureButton *m_delInverse;
-    QLabel *m_hint;
     QWidget *m_shapes;
     QButtonGroup *m_shapeButtons;
     PictureButton *m_turn;

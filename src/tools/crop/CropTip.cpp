@@ -1,6 +1,7 @@
 #include "tools/crop/CropTip.h"
 
 #include "session/AppContext.h"
+#include "widgets/WindowTexts.h"
 
 #include <QCheckBox>
 #include <QEvent>
@@ -16,12 +17,13 @@ constexpr int delay = 300; // milliseconds: the user has released the frame by t
 CropTip::CropTip(AppContext &ctx, QWidget *window)
     : Bubble("picTip2", window), m_ctx(ctx), chkNoCropShow(new QCheckBox(this)) {
     label()->setObjectName("lblCropWarning");
-    label()->setText(ctx.texts.text("Tip1"));
+    showText(ctx.texts, *label(), "Tip1");
     label()->setCursor(Qt::PointingHandCursor);
     label()->installEventFilter(this);
     chkNoCropShow->setObjectName("chkNoCropShow");
-    chkNoCropShow->setText(ctx.texts.text("TipChkBox1"));
+    showText(ctx.texts, *chkNoCropShow, "TipChkBox1");
     body()->addWidget(chkNoCropShow);
+    layInRow(); // above the button it would cover the panel's title
     m_timer.setSingleShot(true);
     m_timer.setInterval(delay);
     connect(&m_timer, &QTimer::timeout, this, &CropTip::tmrCrop);

@@ -87,6 +87,7 @@ bool CropTool::open(const QString &) {
     m_mouse.showTarget(ready);
     startFrame();
     m_view.setFocus(); // for the keys
+    Q_EMIT hint(m_ctx.texts.text("CropHint"), HintedAct::Drag);
     return true;
 }
 
@@ -144,13 +145,14 @@ void CropTool::CropPhoto() {
     const QImage photo = m_ctx.photo.picCanvas();
     const QRect part = m_cropRect.intersected(photo.rect());
     if (part.isEmpty()) {
-        Q_EMIT message(m_ctx.texts.text("CropBesidePhoto", "Move the frame onto your photo first."), false);
+        Q_EMIT message(m_ctx.texts.text("CropBesidePhoto", "Drag the frame onto your photo first."), false);
         return;
     }
     QImage next;
-    m_ctx.tasks.run([&] {
-        next = cropped(photo, {part.left(), part.top(), part.left() + part.width(), part.top() + part.height()});
-    });
+    const PixelRect kept{part.left(), part.top(), part.left() + part.width(), part.top() + part.height()};
+    if (!m_ctx.tasks.run([&] { next = cropped(photo, kept); }, Stopping::Offered)) {
+        return;
+    }
     if (!m_ctx.photo.changePhoto(next)) {
         Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
         return;

@@ -19,6 +19,7 @@ class CropTool : public PanelTool {
     /// Shows the starting frame and the panel; while it is open it starts again.
     bool open(const QString &key = {}) override;
     bool excludesOthers() const override { return isAtWork(); }
+    void accept() override { CropPhoto(); }
 
     /// Crops the photo to the part inside CropRect, one undo step, and closes the panel. Before a frame is finished
     /// the status line says so; a frame outside the photo is reported and kept.

@@ -64,7 +64,14 @@ bool CutOutTool::open(const QString &) {
     m_ctx.flags.startSelection(PhotoSelection::Shape::Lasso);
     m_mouse.showTarget(lassoTarget);
     m_view.setFocus(); // for the keys
+    Q_EMIT hint(m_ctx.texts.text("CutOutHint"), HintedAct::Drag);
     return true;
+}
+
+void CutOutTool::accept() {
+    if (DeleteSelection()) {
+        leave();
+    }
 }
 
 void CutOutTool::end() {
@@ -96,10 +103,15 @@ bool CutOutTool::run(const Cut &cut) {
     }
     bool nothing = true;
     QImage next;
-    m_ctx.tasks.run([&] {
-        nothing = marked.region(photo.size()).isEmpty();
-        next = nothing ? QImage() : cut(photo, marked);
-    });
+    const bool isWhole = m_ctx.tasks.run(
+        [&] {
+            nothing = marked.region(photo.size()).isEmpty();
+            next = nothing ? QImage() : cut(photo, marked);
+        },
+        Stopping::Offered);
+    if (!isWhole) {
+        return false;
+    }
     if (nothing) {
         Q_EMIT tipWanted();
         return false;

@@ -22,6 +22,8 @@ class CutOutTool : public PanelTool {
     /// Lasso and panel; while it is open it starts again.
     bool open(const QString &key = {}) override;
     bool excludesOthers() const override { return isAtWork(); }
+    /// Keeps what is marked.
+    void accept() override;
 
     /// Deletes the background: the photo is cropped to the bounding rectangle of the selection (of any selection tool),
     /// and the rest of the rectangle becomes transparent. One undo step. Returns false and changes nothing without a

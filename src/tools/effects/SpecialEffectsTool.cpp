@@ -10,6 +10,7 @@ SpecialEffectsTool::SpecialEffectsTool(AppContext &ctx, PhotoView &view, Floatin
     : EffectTool(ctx, window), m_effects(ctx), m_panel(new EffectsPanel(ctx, m_effects, view, window)),
       m_previews(ctx, window->findChild<FloatingToolbar *>("FT3"), FT4) {
     connect(m_panel, &EffectsPanel::applied, this, &SpecialEffectsTool::tell);
+    connect(m_panel, &EffectsPanel::message, this, [this](const QString &text) { Q_EMIT message(text, false); });
     connect(m_panel, &SlidingPanel::left, this, &SpecialEffectsTool::finished);
     connect(&m_effects.flow(), &SelectionFlow::tipWanted, this, &SpecialEffectsTool::tipWanted);
     connect(&m_previews, &EffectPreviews::done, this, &SpecialEffectsTool::smallPicturesWanted);

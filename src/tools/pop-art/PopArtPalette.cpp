@@ -23,7 +23,6 @@ const PopArtColour colourRows[] = {
     {"lime", "PopArtLime", 0xB9EA3A, false},     {"yellow", "PopArtYellow", 0xFFD91A, false},
 };
 constexpr int columns = 4;
-constexpr QSize swatchSize(38, 38); // pixels
 
 /// The dark or the light colours in random order.
 std::vector<std::uint32_t> mixed(bool dark, QRandomGenerator &random) {
@@ -77,8 +76,8 @@ PopArtPalette::PopArtPalette(QWidget *parent) : QWidget(parent), m_buttons(new Q
     for (int i = 0; i < static_cast<int>(std::size(colourRows)); ++i) {
         auto *button = new PictureButton(this);
         button->setProperty("key", QLatin1StringView(colourRows[i].key));
-        button->setPictureSize(swatchSize);
-        button->setPicture(popArtSwatch(colourRows[i].rgb, swatchSize));
+        button->setPictureSize(popArtSwatchSize);
+        button->setPicture(popArtSwatch(colourRows[i].rgb, popArtSwatchSize));
         button->setFixedSize(smallestButton, smallestButton);
         button->setCheckable(true);
         m_buttons->addButton(button, i);

@@ -28,6 +28,7 @@ PopArtPairs surprisePopArtPairs(QRandomGenerator &random);
 
 /// A colour as the picture of a button: a rounded square, sharp on screens of double density.
 QPixmap popArtSwatch(std::uint32_t rgb, QSize size);
+inline constexpr QSize popArtSwatchSize(38, 38); // pixels, in panel and palette
 
 class PopArtPalette : public QWidget {
     Q_OBJECT

@@ -15,9 +15,8 @@ namespace lumora {
 
 namespace {
 
-constexpr int gap = 12;             // pixels between the panel's parts: they all fit on the smallest screen
-constexpr int printGap = 6;         // between prints
-constexpr QSize swatchSize(38, 38); // pixels
+constexpr int gap = 8;      // pixels between the panel's parts: they all fit on the smallest screen
+constexpr int printGap = 4; // between prints
 constexpr QSize surpriseButton(72, 64);
 
 } // namespace
@@ -60,7 +59,7 @@ QWidget *PopArtPanel::makePrint(int number) {
     for (const char *part : {"Dark", "Light"}) {
         auto *swatch = new PictureButton(print);
         swatch->setObjectName(QStringLiteral("cmdPopArt%1%2").arg(QLatin1StringView(part)).arg(number));
-        swatch->setPictureSize(swatchSize);
+        swatch->setPictureSize(popArtSwatchSize);
         swatch->setFixedSize(smallestButton, smallestButton);
         swatch->setCheckable(true);
         m_swatches->addButton(swatch, static_cast<int>(m_swatches->buttons().size()));
@@ -120,6 +119,13 @@ void PopArtPanel::setPairs(const PopArtPairs &pairs) {
     Q_EMIT pairsChanged();
 }
 
+void PopArtPanel::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::LanguageChange) {
+        showColours();
+    }
+    SlidingPanel::changeEvent(event);
+}
+
 void PopArtPanel::chooseFirst() {
     m_swatches->button(0)->setChecked(true);
     showColours();
@@ -136,7 +142,7 @@ void PopArtPanel::showColours() {
             }
         }
         auto *swatch = static_cast<PictureButton *>(m_swatches->button(i));
-        swatch->setPicture(popArtSwatch(rgb, swatchSize));
+        swatch->setPicture(popArtSwatch(rgb, popArtSwatchSize));
         const QString name = m_ctx.texts.text(i % 2 == 0 ? "PopArtDark" : "PopArtLight").arg(i / 2 + 1).arg(colour);
         swatch->setToolTip(name);
         swatch->setAccessibleName(name);

@@ -36,6 +36,9 @@ class PopArtPanel : public SlidingPanel {
     void pairsChanged();
     void applyWanted();
 
+  protected:
+    void changeEvent(QEvent *event) override;
+
   private:
     QWidget *makePrint(int number);
     QWidget *makeButtons();

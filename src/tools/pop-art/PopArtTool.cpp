@@ -114,7 +114,9 @@ void PopArtTool::make(const PopArtPairs &pairs) {
     EffectEngine engine;
     engine.setPicture(m_ctx.photo.picCanvas());
     bool done = false;
-    m_ctx.tasks.run([&] { done = engine.apply({popArtRow, pairs}, false); });
+    if (!m_ctx.tasks.run([&] { done = engine.apply({popArtRow, pairs}, false); }, Stopping::Offered)) {
+        return;
+    }
     if (done) {
         close();
         done = m_ctx.photo.changePhoto(engine.picture());

@@ -6,19 +6,18 @@
 
 namespace lumora {
 
-namespace {
-
-constexpr QColor brightRed(232, 48, 43);
-constexpr QColor darkRed(122, 12, 26);
-
-} // namespace
-
 RedEyeCircle::RedEyeCircle(QWidget *parent) : QWidget(parent) {
     setObjectName("picRedEye");
 }
 
 void RedEyeCircle::setRadius(int radius) {
     m_radius = radius;
+    update();
+}
+
+void RedEyeCircle::setColours(const QColor &bright, const QColor &dark) {
+    m_bright = bright;
+    m_dark = dark;
     update();
 }
 
@@ -31,13 +30,13 @@ void RedEyeCircle::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(colours::line, 2));
-    painter.setBrush(Qt::white);
+    painter.setBrush(colours::paper);
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), buttonCorner, buttonCorner);
     const QRectF eye = circle();
     QRadialGradient glow(eye.center(), qMax(eye.width() / 2, 1.0));
-    glow.setColorAt(0, brightRed);
-    glow.setColorAt(0.6, brightRed);
-    glow.setColorAt(1, darkRed);
+    glow.setColorAt(0, m_bright);
+    glow.setColorAt(0.6, m_bright);
+    glow.setColorAt(1, m_dark);
     painter.setPen(QPen(colours::ink, 2));
     painter.setBrush(glow);
     painter.drawEllipse(eye);

@@ -1,6 +1,7 @@
-// picRedEye: a red eye of the chosen size.
+// picRedEye: a pupil of the chosen size that shines in the chosen colour.
 #pragma once
 
+#include <QColor>
 #include <QWidget>
 
 namespace lumora {
@@ -15,6 +16,8 @@ class RedEyeCircle : public QWidget {
 
     /// Pixels of the photo.
     void setRadius(int radius);
+    /// In the middle and at the edge.
+    void setColours(const QColor &bright, const QColor &dark);
     /// The place of the circle, in the middle.
     QRectF circle() const;
 
@@ -23,6 +26,7 @@ class RedEyeCircle : public QWidget {
 
   private:
     int m_radius = 0;
+    QColor m_bright, m_dark;
 };
 
 } // namespace lumora

@@ -1,6 +1,7 @@
 #include "tools/red-eye/RedEyeTool.h"
 
 #include "imaging/transforms/Canvas.h"
+#include "imaging/transforms/EyeShine.h"
 #include "session/AppContext.h"
 #include "tools/canvas/CanvasMouse.h"
 #include "tools/canvas/TargetCursor.h"
@@ -55,6 +56,7 @@ RedEyeTool::RedEyeTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, QWi
     : PanelTool(mouse, new RedEyePanel(window), window), m_ctx(ctx), m_view(view),
       m_panel(static_cast<RedEyePanel *>(panel())) {
     connect(m_panel, &RedEyePanel::radiusChanged, this, &RedEyeTool::refreshPointer);
+    connect(m_panel, &RedEyePanel::shineChanged, this, &RedEyeTool::showHint);
     connect(&view, &PhotoView::visiblePartChanged, this, &RedEyeTool::refreshPointer); // the zoom, too
 }
 
@@ -73,6 +75,7 @@ void RedEyeTool::ApplyRedEye() {
     selection.hide();
     m_ctx.photo.setSelection(selection);
     refreshPointer();
+    showHint();
 }
 
 void RedEyeTool::end() {
@@ -87,11 +90,23 @@ void RedEyeTool::clicked(QPoint pixel) {
         return;
     }
     QImage next = photo; // detaches on write
-    bool done = false;
-    m_ctx.tasks.run([&] { done = removeRedEye(next, pixel.x(), pixel.y(), radius); });
-    if (!done || !m_ctx.photo.changePhoto(next)) {
+    EyeShineOutcome outcome = EyeShineOutcome::NoMemory;
+    m_ctx.tasks.run([&, shine = m_panel->shine()] {
+        if (shine) {
+            outcome = darkenEyeShine(next, pixel.x(), pixel.y(), radius, *shine);
+        } else if (removeRedEye(next, pixel.x(), pixel.y(), radius)) {
+            outcome = EyeShineOutcome::Done;
+        }
+    });
+    if (outcome == EyeShineOutcome::NotFound) {
+        Q_EMIT message(m_ctx.texts.text("EyeNotFound"), false);
+    } else if (outcome == EyeShineOutcome::NoMemory || !m_ctx.photo.changePhoto(next)) {
         Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false);
     }
+}
+
+void RedEyeTool::showHint() {
+    Q_EMIT hint(m_ctx.texts.text(m_panel->shine() ? "ShiningEyeHint" : "RedEyeHint"), HintedAct::Click);
 }
 
 // --- Pointer --------------------------------------------------------------------------------------------------------

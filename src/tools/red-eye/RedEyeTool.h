@@ -1,4 +1,5 @@
-// Red-eye removal: a panel with the size of the eye, a ring of that size as the pointer, and a click on each eye.
+// Red-eye removal: a panel with the size of the eye and the colour that it shines in, a ring of that size as the
+// pointer, and a click on each eye.
 #pragma once
 
 #include "tools/canvas/PanelTool.h"
@@ -18,18 +19,20 @@ class RedEyeTool : public PanelTool {
 
     /// The panel slides in and the photo waits for clicks.
     bool open(const QString &key = {}) override;
-    /// Whether clicks remove red.
+    /// Whether clicks work on eyes.
     bool RDMode() const { return isAtWork(); }
 
     void end() override;
     void press(const PointerEvent &at) override;
     void move(const PointerEvent &at) override;
-    /// Removes the red in a circle around the pixel, one undo step.
+    /// Removes the red in a circle around the pixel, or darkens the pupil in it that shines in the chosen colour; one
+    /// undo step. Where nothing shines like that the status line says so.
     void clicked(QPoint pixel) override;
     void paint(QPainter &painter) override;
 
   private:
     void ApplyRedEye();
+    void showHint();
     qreal ringRadius() const;
     bool ringFitsPointer() const;
     QCursor pointer();

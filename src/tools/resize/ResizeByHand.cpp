@@ -2,7 +2,6 @@
 
 #include "imaging/Scale.h"
 #include "session/AppContext.h"
-#include "tools/canvas/DoneButton.h"
 #include "tools/canvas/PointerLabel.h"
 #include "tools/resize/ResizePanel.h"
 #include "widgets/Theme.h"
@@ -29,8 +28,7 @@ int draggedEdge(double wanted, int fixed, int where, int longest) {
 } // namespace
 
 ResizeByHand::ResizeByHand(AppContext &ctx, PhotoView &view, QObject *parent)
-    : QObject(parent), m_ctx(ctx), m_view(view), cmdResizeDone(new DoneButton("cmdResizeDone", view)) {
-    connect(cmdResizeDone, &QAbstractButton::clicked, this, &ResizeByHand::endWanted);
+    : QObject(parent), m_ctx(ctx), m_view(view) {
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (m_active && what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Loaded)) {
             drop(); // the drag was on another photo
@@ -51,13 +49,11 @@ void ResizeByHand::start() {
     m_active = true;
     m_stored = m_ctx.photo.picCanvas().rect();
     m_view.setFocus(); // for Esc
-    cmdResizeDone->show();
 }
 
 void ResizeByHand::end() {
     drop();
     m_active = false;
-    cmdResizeDone->hide();
 }
 
 /// Ends a drag; the photo is shown unchanged.
@@ -128,9 +124,9 @@ void ResizeByHand::release(const PointerEvent &at) {
     const QImage photo = m_ctx.photo.picCanvas();
     const QSize size = m_frame.size();
     bool done = true;
-    if (size != m_stored.size()) {
-        QImage next;
-        m_ctx.tasks.run([&] { next = scaled(photo, size.width(), size.height()); });
+    QImage next;
+    if (size != m_stored.size() &&
+        m_ctx.tasks.run([&] { next = scaled(photo, size.width(), size.height()); }, Stopping::Offered)) {
         done = m_ctx.photo.changePhoto(next);
         m_stored = done ? QRect(QPoint(), size) : m_stored;
     }

@@ -10,7 +10,6 @@
 
 namespace lumora {
 
-class DoneButton;
 struct AppContext;
 
 /// A finished drag is one undo step. The side or corner opposite the handle stays where it is while dragging. A side is
@@ -41,7 +40,7 @@ class ResizeByHand : public QObject, public CanvasTool {
     void paint(QPainter &painter) override;
 
   Q_SIGNALS:
-    /// The button, Esc or Enter: the user is done.
+    /// Esc or Enter: the user is done.
     void endWanted();
     /// The photo could not be resized because memory allocation failed.
     void failed();
@@ -63,8 +62,7 @@ class ResizeByHand : public QObject, public CanvasTool {
     QRect m_stored;       ///< ResizeFrame: as it was at the start or when the button was released, picture pixels
     QRect m_frame;        ///< the same, while dragged
     QPointF m_grabOffset; ///< from the pointer to the frame's edge, picture pixels
-    DoneButton *cmdResizeDone;
-    QPointF m_pointer; ///< the view's pixels
+    QPointF m_pointer;    ///< the view's pixels
 };
 
 } // namespace lumora

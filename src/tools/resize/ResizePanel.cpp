@@ -3,11 +3,13 @@
 #include "imaging/Scale.h"
 #include "session/AppContext.h"
 #include "widgets/PictureButton.h"
+#include "widgets/Theme.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QPainter>
 #include <QTimer>
 #include <charconv>
 #include <cmath>
@@ -20,12 +22,22 @@ namespace {
 struct PresetRow {
     const char *width;
     const char *height;
+    const char *icon; ///< what the size is good for
+    const char *use;  ///< identifier: the same in words
 };
-const PresetRow presets[] = {{"340", "200"}, {"640", "480"}, {"800", "600"}, {"1024", "768"}};
+const PresetRow presets[] = {
+    {"340", "200", "size-message", "ResizeForMessage"},
+    {"640", "480", "size-phone", "ResizeForPhone"},
+    {"800", "600", "size-page", "ResizeForPage"},
+    {"1024", "768", "size-wall", "ResizeForWall"},
+};
 constexpr size_t custom = std::size(presets);
 
-constexpr QSize optionPicture(64, 48); // pixels
+constexpr QSize optionPicture(76, 60); // pixels
+constexpr QSize photoRoom(64, 48);     // in its upper part, the drawing of the use over the lower corner
+constexpr int useIcon = 34;
 constexpr int optionWidth = 88;
+constexpr int narrowestOption = 66; // in a narrow window
 constexpr int boxWidth = 72;
 
 /// The number that a text begins with; 0 where it begins with none.
@@ -85,15 +97,30 @@ void ResizePanel::addOptions(QHBoxLayout &row) {
         option->setObjectName(QString("optSize%1").arg(i));
         option->setPictureSize(optionPicture);
         option->setCheckable(true);
-        option->setFixedWidth(optionWidth);
-        if (i < custom) {
-            option->setText(m_ctx.texts.text("PointerSize").arg(presets[i].width, presets[i].height));
-        }
+        option->setMinimumWidth(narrowestOption);
+        option->setMaximumWidth(optionWidth);
+        option->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         connect(option, &QAbstractButton::clicked, this, [this, i] { choose(i); });
         m_options.at(i) = option;
         options->addWidget(option);
     }
+    nameOptions();
     row.addLayout(options);
+}
+
+void ResizePanel::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::LanguageChange) {
+        nameOptions();
+    }
+    SlidingPanel::changeEvent(event);
+}
+
+void ResizePanel::nameOptions() {
+    for (size_t i = 0; i < custom; ++i) {
+        m_options.at(i)->setText(m_ctx.texts.text("PointerSize").arg(presets[i].width, presets[i].height));
+        m_options.at(i)->setToolTip(m_ctx.texts.text(presets[i].use));
+        m_options.at(i)->setAccessibleDescription(m_ctx.texts.text(presets[i].use));
+    }
 }
 
 void ResizePanel::addBoxes(QHBoxLayout &row) {
@@ -140,7 +167,11 @@ void ResizePanel::open() {
     txtWidth->setText(QString::number(size.width()));
     txtHeight->setText(QString::number(size.height()));
     for (PictureButton *option : m_options) {
-        option->setMinimumHeight(option->heightAt(optionWidth)); // with its caption on two lines in some languages
+        option->setMinimumHeight(option->heightAt(narrowestOption)); // with its caption on two lines in some languages
+    }
+    for (const char *name : {"lblResizeWidth", "lblResizeHeight"}) { // the buttons' captions beside can wrap instead
+        auto *caption = findChild<QLabel *>(name);
+        caption->setMinimumWidth(caption->sizeHint().width());
     }
     choose(custom);
     showPhoto();
@@ -160,16 +191,27 @@ void ResizePanel::choose(size_t option) {
     }
 }
 
-/// The result of each fixed size.
+/// The result of each fixed size, and what it is good for.
 void ResizePanel::showPhoto() {
-    const QSize room = (QSizeF(optionPicture) * devicePixelRatioF()).toSize();
+    const qreal density = devicePixelRatioF();
+    const QSize room = (QSizeF(photoRoom) * density).toSize();
     const QImage &photo = m_ctx.photo.picCanvas();
     const QSize small = photo.size().scaled(room * 2, Qt::KeepAspectRatio).boundedTo(photo.size()).expandedTo({1, 1});
     const QImage reduced = scaled(photo, small.width(), small.height());
     for (size_t i = 0; i < custom; ++i) {
         const QSize shape(QString(presets[i].width).toInt(), QString(presets[i].height).toInt());
         const QSize size = shape.scaled(room, Qt::KeepAspectRatio);
-        m_options.at(i)->setPicture(QPixmap::fromImage(scaled(reduced, size.width(), size.height())));
+        QPixmap result = QPixmap::fromImage(scaled(reduced, size.width(), size.height()));
+        result.setDevicePixelRatio(density);
+        QPixmap picture((QSizeF(optionPicture) * density).toSize());
+        picture.setDevicePixelRatio(density);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        painter.drawPixmap(QPointF(0, (photoRoom.height() - size.height() / density) / 2), result);
+        const QSize corner = optionPicture - QSize(useIcon, useIcon);
+        painter.drawPixmap(corner.width(), corner.height(), iconPixmap(presets[i].icon, useIcon, density));
+        painter.end();
+        m_options.at(i)->setPicture(picture);
     }
 }
 

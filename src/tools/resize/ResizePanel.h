@@ -44,8 +44,12 @@ class ResizePanel : public SlidingPanel {
     /// cmdFreeResize.
     void freeResizeWanted();
 
+  protected:
+    void changeEvent(QEvent *event) override;
+
   private:
     void addOptions(QHBoxLayout &row);
+    void nameOptions();
     void addBoxes(QHBoxLayout &row);
     void addButtons(QHBoxLayout &row);
     void choose(size_t option);

@@ -25,7 +25,7 @@ SlidingPanel *ResizeTool::panel() const {
 }
 
 bool ResizeTool::FreeResizeActive() const {
-    return m_mouse.tool() == this || m_byHand.isActive();
+    return m_mouse.tool() == this || m_mouse.tool() == &m_byHand;
 }
 
 bool ResizeTool::open(const QString &) {
@@ -47,7 +47,6 @@ bool ResizeTool::open(const QString &) {
 void ResizeTool::openFreeResize() {
     m_ctx.fields.txtResizeMode = true;
     m_mouse.setTool(&m_byHand); // which closes the panel
-    Q_EMIT stateChanged();
     Q_EMIT message(m_ctx.texts.text("StatusFreeResize"), true);
 }
 
@@ -79,7 +78,9 @@ void ResizeTool::resizeTo(QSize size) {
     }
     const QImage photo = m_ctx.photo.picCanvas();
     QImage next;
-    m_ctx.tasks.run([&] { next = scaled(photo, size.width(), size.height()); });
+    if (!m_ctx.tasks.run([&] { next = scaled(photo, size.width(), size.height()); }, Stopping::Offered)) {
+        return;
+    }
     if (m_ctx.photo.changePhoto(next)) {
         Q_EMIT statusText(photoStatus(m_ctx, m_window->logicalDpiX(), PhotoStatusKind::Resized));
     } else {

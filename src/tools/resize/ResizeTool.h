@@ -20,7 +20,9 @@ class ResizeTool : public EditorTool, public CanvasTool {
     /// cmdFreeResize: from now on, until the program ends, the tool resizes freely.
     void openFreeResize();
     void close() override;
+    bool hasMouse() const override { return FreeResizeActive(); }
     bool excludesOthers() const override { return m_byHand.isActive(); }
+    void accept() override { leave(); }
 
     /// From open() to close(): the panel is open, or the photo is resized freely.
     bool FreeResizeActive() const;

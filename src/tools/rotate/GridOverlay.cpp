@@ -11,6 +11,7 @@ namespace {
 
 // Pixels of the screen, whatever the zoom.
 constexpr int spacing = 80;
+constexpr int opacity = 110;    // of 255: a help that does not cover the photo
 constexpr int lastLine = 12000; ///< no lines beyond this on a larger canvas
 
 } // namespace
@@ -25,7 +26,7 @@ GridOverlay::GridOverlay(PhotoView &view, QObject *parent) : QObject(parent), m_
 }
 
 void GridOverlay::DrawGrid() {
-    GridPen = QPen(QColor(192, 192, 0), 1);
+    GridPen = QPen(QColor(192, 192, 0, opacity), 1);
     m_shown = true;
     m_view.viewport()->update();
 }

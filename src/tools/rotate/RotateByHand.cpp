@@ -1,9 +1,12 @@
 #include "tools/rotate/RotateByHand.h"
 
+#include "imaging/transforms/RotatedExtent.h"
 #include "imaging/transforms/Transform.h"
 #include "session/AppContext.h"
-#include "tools/canvas/DoneButton.h"
+#include "tools/canvas/Dimming.h"
 #include "tools/canvas/PointerLabel.h"
+#include "tools/rotate/RotateControls.h"
+#include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
 
 #include <QKeyEvent>
@@ -34,13 +37,24 @@ double normal(double degrees) {
     return std::remainder(degrees, 360.0);
 }
 
+double toSteps(double degrees, double step) {
+    return std::round(degrees / step) * step;
+}
+
 } // namespace
 
 RotateByHand::RotateByHand(AppContext &ctx, PhotoView &view, QObject *parent)
-    : QObject(parent), m_ctx(ctx), m_view(view), m_preview(view), cmdRotateDone(new DoneButton("cmdRotateDone", view)) {
+    : QObject(parent), m_ctx(ctx), m_view(view), m_preview(view), m_controls(new RotateControls(view)) {
     m_settle.setSingleShot(true);
     m_settle.setInterval(settleTime);
-    connect(cmdRotateDone, &QAbstractButton::clicked, this, &RotateByHand::endWanted);
+    connect(m_controls->cmdStraighten(), &QAbstractButton::toggled, this, [this](bool on) {
+        if (m_active) {
+            showHand();
+            m_view.viewport()->update(); // without the handle
+            Q_EMIT hint(on ? "StatusStraighten" : "StatusFreeRotation", true);
+        }
+    });
+    connect(m_controls->chkCutCorners(), &QAbstractButton::toggled, this, [this] { m_view.viewport()->update(); });
     connect(&m_settle, &QTimer::timeout, this, [this] {
         m_ctx.tasks.whenIdle(this, [this] {
             if (m_trying == Trying::Keys && !m_settle.isActive()) {
@@ -68,8 +82,8 @@ void RotateByHand::start() {
     m_view.setFocus(); // for the arrow keys
     m_active = true;
     takeAsUnturned();
+    m_controls->showAtFirst();
     showHand();
-    cmdRotateDone->show();
 }
 
 void RotateByHand::end() {
@@ -80,7 +94,7 @@ void RotateByHand::end() {
     m_active = false;
     m_unturned = QImage();
     m_preview.setPhoto({});
-    cmdRotateDone->hide();
+    m_controls->hide();
     Q_EMIT ended();
 }
 
@@ -132,9 +146,9 @@ void RotateByHand::finish() {
     }
     m_finishing = true;
     QImage turned;
-    m_ctx.tasks.run([&] { turned = rotated(m_unturned, degrees); });
+    const bool isWhole = m_ctx.tasks.run([&] { turned = rotated(m_unturned, degrees); }, Stopping::Offered);
     const QPointF middle = pivot();
-    const bool done = m_ctx.photo.changePhoto(turned);
+    const bool done = isWhole && m_ctx.photo.changePhoto(turned);
     if (done) {
         m_turns.resize(m_turn + 1);
         m_turns.push_back(degrees);
@@ -143,15 +157,54 @@ void RotateByHand::finish() {
     }
     m_finishing = false;
     drop();
-    if (!done) {
+    if (isWhole && !done) {
         Q_EMIT failed();
     }
+}
+
+QRect RotateByHand::keptPart() const {
+    const QRect whole({}, rotatedExtent(m_unturned.size(), m_degrees));
+    const QRect inside =
+        m_controls->chkCutCorners()->isChecked() ? insideRotated(m_unturned.size(), m_degrees) : QRect();
+    return inside.isNull() ? whole : inside;
+}
+
+void RotateByHand::accept() {
+    if (m_trying == Trying::Keys) {
+        finish();
+    }
+    if (cutCorners()) {
+        Q_EMIT endWanted();
+    }
+}
+
+/// One step with the last turn. False when memory is refused, which it tells, and when the user stops it.
+bool RotateByHand::cutCorners() {
+    const QImage photo = m_ctx.photo.picCanvas();
+    const QRect part = keptPart();
+    if (part == photo.rect() || m_finishing) {
+        return true;
+    }
+    m_finishing = true;
+    QImage inside;
+    const bool isWhole = m_ctx.tasks.run(
+        [&] {
+            inside = cropped(photo, {part.left(), part.top(), part.left() + part.width(), part.top() + part.height()});
+        },
+        Stopping::Offered);
+    const bool cut = isWhole && m_ctx.photo.changePhoto(inside, {.recordUndo = false});
+    m_finishing = false;
+    if (isWhole && !cut) {
+        Q_EMIT failed();
+    }
+    return cut;
 }
 
 /// Shows the photo itself again, with the angle that it has.
 void RotateByHand::drop() {
     m_settle.stop();
     m_trying = Trying::Nothing;
+    m_line.reset();
     if (!m_turns.empty()) {
         m_degrees = m_turns[m_turn];
     }
@@ -190,18 +243,31 @@ double RotateByHand::angleAt(QPointF view) const {
     return std::atan2(from.x(), -from.y()) * 180 / std::numbers::pi;
 }
 
+bool RotateByHand::straightens() const {
+    return m_controls->cmdStraighten()->isChecked();
+}
+
+bool RotateByHand::isHeldByMouse() const {
+    return m_trying == Trying::Grabbed || m_trying == Trying::Drag || m_trying == Trying::Line;
+}
+
 void RotateByHand::press(const PointerEvent &at) {
     const QPointF from = at.view - pivot();
-    if (std::hypot(from.x(), from.y()) < deadZone) {
+    if (!straightens() && std::hypot(from.x(), from.y()) < deadZone) {
         showHand();
         return;
     }
     if (m_trying == Trying::Keys) {
         finish();
     }
-    m_trying = Trying::Grabbed;
     m_pressedAt = m_pointer = at.view;
-    m_grabbedAt = angleAt(at.view);
+    if (straightens()) {
+        m_trying = Trying::Line;
+        m_line = HorizonLine{at.view, at.view};
+    } else {
+        m_trying = Trying::Grabbed;
+        m_grabbedAt = angleAt(at.view);
+    }
     showHand();
 }
 
@@ -211,15 +277,23 @@ void RotateByHand::move(const PointerEvent &at) {
         m_trying = Trying::Drag;
     }
     if (m_trying == Trying::Drag) {
-        const double free = normal(m_turns[m_turn] + angleAt(at.view) - m_grabbedAt);
-        const double step = at.modifiers & Qt::ShiftModifier ? snap : 1 / finest;
-        turnTo(std::round(free / step) * step, Trying::Drag);
+        turnWithPointer(at);
+    } else if (m_line) {
+        m_line->to = at.view;
+        m_view.viewport()->update();
     }
     showHand();
 }
 
+void RotateByHand::turnWithPointer(const PointerEvent &at) {
+    const double free = normal(m_turns[m_turn] + angleAt(at.view) - m_grabbedAt);
+    turnTo(toSteps(free, at.modifiers & Qt::ShiftModifier ? snap : 1 / finest), Trying::Drag);
+}
+
 void RotateByHand::release(const PointerEvent &) {
-    if (m_trying == Trying::Drag) {
+    if (m_trying == Trying::Line) {
+        straighten();
+    } else if (m_trying == Trying::Drag) {
         finish();
     } else if (m_trying == Trying::Grabbed) {
         drop();
@@ -227,9 +301,21 @@ void RotateByHand::release(const PointerEvent &) {
     showHand();
 }
 
+/// Turns the photo by what the line says.
+void RotateByHand::straighten() {
+    const HorizonLine line = *m_line;
+    if (!line.isLongEnough()) {
+        drop();
+        Q_EMIT hint("StatusLineShort", false);
+        return;
+    }
+    m_line.reset();
+    turnTo(toSteps(m_turns[m_turn] + line.straightening(), 1 / finest), Trying::Drag);
+    finish();
+}
+
 void RotateByHand::showHand() {
-    const bool grabbed = m_trying == Trying::Grabbed || m_trying == Trying::Drag;
-    m_view.setToolCursor(grabbed ? Qt::ClosedHandCursor : Qt::OpenHandCursor);
+    m_view.setToolCursor(straightens() ? Qt::CrossCursor : isHeldByMouse() ? Qt::ClosedHandCursor : Qt::OpenHandCursor);
 }
 
 bool RotateByHand::wantsKey(const QKeyEvent &key) const {
@@ -251,24 +337,25 @@ bool RotateByHand::wantsKey(const QKeyEvent &key) const {
 }
 
 void RotateByHand::keyPress(const QKeyEvent &key) {
-    const bool byMouse = m_trying == Trying::Grabbed || m_trying == Trying::Drag;
     switch (key.key()) {
     case Qt::Key_Escape:
-        if (m_trying == Trying::Nothing) {
-            Q_EMIT endWanted();
-        } else {
+        if (m_trying != Trying::Nothing) {
             drop();
             showHand();
+        } else if (straightens()) {
+            m_controls->cmdStraighten()->setChecked(false);
+        } else {
+            Q_EMIT endWanted();
         }
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (!byMouse) {
-            Q_EMIT endWanted();
+        if (!isHeldByMouse()) {
+            accept();
         }
         break;
     default:
-        if (!byMouse) {
+        if (!isHeldByMouse()) {
             const bool clockwise = key.key() == Qt::Key_Right || key.key() == Qt::Key_Up;
             turnTo(m_degrees + (clockwise ? 1 : -1), Trying::Keys);
             m_settle.start();
@@ -283,10 +370,31 @@ void RotateByHand::paint(QPainter &painter) {
     if (m_trying == Trying::Drag || m_trying == Trying::Keys) {
         m_preview.paint(painter, pivot(), m_ctx.photo.zoom() / 100.0, m_degrees);
     }
+    const QRect kept = keptPart();
+    const QSizeF whole = rotatedExtent(m_unturned.size(), m_degrees);
+    if (kept.size() != whole.toSize()) {
+        const double scale = m_ctx.photo.zoom() / 100.0;
+        const QPointF origin = pivot() - QPointF(whole.width(), whole.height()) / 2 * scale;
+        const double devicePixels = m_view.devicePixelRatioF();
+        const auto inView = [&](const QRectF &part) {
+            return onDevicePixels({origin + part.topLeft() * scale, part.size() * scale}, devicePixels);
+        };
+        paintDimming(painter, inView(kept), inView(QRectF({}, whole)));
+        painter.setPen(QPen(Qt::white, 2));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(inView(kept).adjusted(-1, -1, 1, 1));
+    }
 }
 
 /// After the grid, which is drawn over the photo.
 void RotateByHand::paintHandle(QPainter &painter) const {
+    if (straightens()) {
+        if (m_line) {
+            m_line->paint(painter);
+        }
+        paintAngle(painter);
+        return;
+    }
     const QPointF knob = handle();
     const QPointF middle = pivot();
     painter.save();
@@ -311,12 +419,19 @@ void RotateByHand::paintHandle(QPainter &painter) const {
     painter.drawPixmap(-QPointF(knobPicture, knobPicture) / 2,
                        iconPixmap("rotate-knob", knobPicture, m_view.devicePixelRatioF()));
     painter.restore();
-    if (m_trying == Trying::Drag || m_trying == Trying::Keys) {
-        const bool whole = m_degrees == std::round(m_degrees);
-        const QString degrees =
-            m_ctx.texts.text("PointerDegrees").arg(m_view.locale().toString(m_degrees, 'f', whole ? 0 : 1));
-        paintPointerLabel(painter, m_view.viewport()->rect(), m_trying == Trying::Drag ? m_pointer : knob, degrees);
+    paintAngle(painter);
+}
+
+/// Beside the pointer, or beside the handle that the keys turn.
+void RotateByHand::paintAngle(QPainter &painter) const {
+    const bool drawn = m_line && m_line->isLongEnough();
+    if (m_trying != Trying::Drag && m_trying != Trying::Keys && !drawn) {
+        return;
     }
+    const double shown = drawn ? normal(toSteps(m_degrees + m_line->straightening(), 1 / finest)) : m_degrees;
+    const bool whole = shown == std::round(shown);
+    const QString degrees = m_ctx.texts.text("PointerDegrees").arg(m_view.locale().toString(shown, 'f', whole ? 0 : 1));
+    paintPointerLabel(painter, m_view.viewport()->rect(), m_trying == Trying::Keys ? handle() : m_pointer, degrees);
 }
 
 } // namespace lumora

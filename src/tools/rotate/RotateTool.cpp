@@ -50,6 +50,8 @@ RotateTool::RotateTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse, Flo
     });
     connect(&m_byHand, &RotateByHand::failed, this,
             [this] { Q_EMIT message(m_ctx.texts.text("StatusNoMemory"), false); });
+    connect(&m_byHand, &RotateByHand::hint, this,
+            [this](const char *text, bool good) { Q_EMIT message(m_ctx.texts.text(text), good); });
 }
 
 void RotateTool::CreateTHMRorationSFX() const {
@@ -89,6 +91,10 @@ bool RotateTool::open(const QString &key) {
     return true;
 }
 
+bool RotateTool::hasMouse() const {
+    return m_mouse.tool() == &m_byHand;
+}
+
 void RotateTool::RotatePic90() {
     rotatePic(quarterTurnedAnticlockwise);
 }
@@ -112,7 +118,9 @@ void RotateTool::rotatePic(Transform transform) {
     EffectEngine PixTwix1;
     PixTwix1.setPicture(m_ctx.photo.picCanvas());
     bool turned = false;
-    m_ctx.tasks.run([&] { turned = PixTwix1.apply(transform, false); });
+    if (!m_ctx.tasks.run([&] { turned = PixTwix1.apply(transform, false); }, Stopping::Offered)) {
+        return;
+    }
     // Even on failure this is an undo step, and the copies of the photo are made again.
     const bool taken = m_ctx.photo.changePhoto(PixTwix1.picture());
     if (!turned || !taken) {

@@ -23,6 +23,7 @@ class RotateTool : public EditorTool {
     /// rotation; any other key does nothing.
     bool open(const QString &key) override;
     bool excludesOthers() const override { return FreeRotateActive(); }
+    void accept() override { m_byHand.accept(); }
     /// Rotate by 90 degrees anti-clockwise, flip vertically, rotate by 90 degrees clockwise, mirror left to right: each
     /// one undo step. When the engine fails, the photo keeps its pixels. Does nothing without a photo.
     void RotatePic90();
@@ -32,6 +33,7 @@ class RotateTool : public EditorTool {
 
     /// True from "Free Rotation" until another tool is current.
     bool FreeRotateActive() const { return m_byHand.isActive(); }
+    bool hasMouse() const override;
     const RotateByHand &byHand() const { return m_byHand; }
     const GridOverlay &grid() const { return m_grid; }
     /// Ends free rotation; a running drag is discarded.

@@ -3,6 +3,7 @@
 #include "imaging/Picture.h"
 #include "imaging/Scale.h"
 #include "imaging/transforms/Rotate.h"
+#include "imaging/transforms/RotatedExtent.h"
 #include "imaging/transforms/Transform.h"
 #include "view/PhotoView.h"
 
@@ -63,20 +64,15 @@ void RotationPreview::paint(QPainter &painter, QPointF centre, double scale, dou
         makeCopy(centre, scale);
     }
     const double angle = degrees * std::numbers::pi / 180;
-    const auto turnedSize = [angle](QSizeF size) {
-        const auto side = [angle](double along, double other) {
-            return std::ceil(std::abs(along * std::cos(angle)) + std::abs(other * std::sin(angle)) - 1e-6);
-        };
-        return QSizeF(side(size.width(), size.height()), side(size.height(), size.width()));
-    };
     // The rotated photo on the table, and its visible part.
-    const QSizeF whole = turnedSize(m_photo.size()) * scale;
+    const QSizeF whole = QSizeF(rotatedExtent(m_photo.size(), degrees)) * scale;
     const QRectF paper(centre - QPointF(whole.width(), whole.height()) / 2, whole);
     const QRectF viewport = m_view.viewport()->rect();
     const QSizeF visible(2 * std::max(centre.x(), viewport.width() - centre.x()),
                          2 * std::max(centre.y(), viewport.height() - centre.y()));
     const double viewPixels = scale / m_copyScale; // to one of the copy
-    const QSizeF needed = (visible / viewPixels + QSizeF(2, 2)).boundedTo(turnedSize(m_copy.size()));
+    const QSizeF needed =
+        (visible / viewPixels + QSizeF(2, 2)).boundedTo(QSizeF(rotatedExtent(m_copy.size(), degrees)));
     const QImage frame = turnedCopy(angle, {static_cast<int>(needed.width()), static_cast<int>(needed.height())});
 
     const qreal devicePixels = m_view.devicePixelRatioF();

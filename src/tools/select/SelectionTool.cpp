@@ -49,7 +49,9 @@ SelectionTool::SelectionTool(AppContext &ctx, CanvasMouse &mouse, SelectionOutli
 }
 
 bool SelectionTool::open(const QString &key) {
-    const auto *const shape = std::ranges::find(shapes, key, &ShapeRow::key);
+    const PhotoSelection again = key == keyAgain ? m_document.usedSelection() : PhotoSelection();
+    const auto *const shape = again.isEmpty() ? std::ranges::find(shapes, key, &ShapeRow::key)
+                                              : std::ranges::find(shapes, again.shape(), &ShapeRow::kind);
     if (shape == std::end(shapes)) {
         return false;
     }
@@ -58,8 +60,34 @@ bool SelectionTool::open(const QString &key) {
     m_mouse.clearMarked();
     m_mouse.showTarget(shape->target);
     m_ctx.flags.startSelection(shape->kind);
+    if (!again.isEmpty()) {
+        markAgain(again);
+    }
     Q_EMIT message(m_ctx.texts.text("StatusSelection"), true);
     return true;
+}
+
+/// Marks the same shape as if it had just been drawn.
+void SelectionTool::markAgain(const PhotoSelection &before) {
+    PhotoSelection selection = m_document.selection();
+    switch (before.shape()) {
+    case Shape::None:
+        break;
+    case Shape::Rectangle:
+        selection.markRectangle(before.box());
+        break;
+    case Shape::Ellipse:
+        selection.markEllipse(before.box());
+        break;
+    case Shape::Lasso:
+        selection.markLasso(before.lassoPoints());
+        break;
+    }
+    mark(selection);
+}
+
+bool SelectionTool::hasMouse() const {
+    return m_mouse.tool() == this;
 }
 
 void SelectionTool::press(const PointerEvent &at) {

@@ -15,8 +15,13 @@ class SelectionTool : public EditorTool, public CanvasTool {
   public:
     SelectionTool(AppContext &ctx, CanvasMouse &mouse, SelectionOutline &outline, QObject *parent = nullptr);
 
-    /// Makes the tool of that key of FT1 current: "keySqr", "keyCircle" or "keyLasso"; any other key does nothing.
+    /// The key that marks the photo's usedSelection once more with the tool of its shape.
+    static constexpr const char *keyAgain = "keyAgain";
+
+    /// Makes the tool of that key of FT1 current: "keySqr", "keyCircle" or "keyLasso"; or keyAgain. Any other key does
+    /// nothing, nor does keyAgain without a used selection.
     bool open(const QString &key) override;
+    bool hasMouse() const override;
 
     void end() override { cancel(); }
     /// Starts a selection of the shape in SelectionKind and sets SelectionActive, which an effect clears when it has
@@ -33,6 +38,7 @@ class SelectionTool : public EditorTool, public CanvasTool {
   private:
     void cancel();
     void mark(const PhotoSelection &selection);
+    void markAgain(const PhotoSelection &before);
     void markBox(const PointerEvent &at);
     void addLassoPoint(QPointF picture);
     QPoint inPhoto(QPoint picture) const;

@@ -11,6 +11,9 @@ namespace lumora {
 namespace {
 
 struct AdjustToolTest : test::ColourTools {
+    AdjustToolTest() { // as ToolSet does
+        QObject::connect(&tool, &AdjustTool::finished, &window, [this] { mouse.setTool(nullptr); });
+    }
     QImage adjusted(int marked, int kind, int amount) {
         return expected(marked, operationOf(*findEffect(EffectGroup::Adjustment, kind), false, {amount}, 1));
     }
@@ -19,7 +22,7 @@ struct AdjustToolTest : test::ColourTools {
         tool.open(effects(EffectGroup::Adjustment)[size_t(kind) - 1].key());
     }
     static const char *slider(int kind) {
-        static const char *const names[] = {"sldSFX9_1", "sldSFX9_2", "sldSFX9_3"};
+        static const char *const names[] = {"sldSFX9_1", "sldSFX9_2", "sldSFX9_3", "sldSFX9_4"};
         return names[kind - 1];
     }
 
@@ -32,7 +35,7 @@ struct AdjustToolTest : test::ColourTools {
 
 TEST_F(AdjustToolTest, BasicModeChangesWhatIsMarkedByFiftyAtOnce) {
     openPhoto();
-    for (int kind = 1; kind <= 3; ++kind) {
+    for (int kind = 1; kind <= 4; ++kind) {
         for (int marked = 0; marked <= 3; ++marked) {
             SCOPED_TRACE(testing::Message() << "kind " << kind << " marked " << marked);
             mark(marked);
@@ -51,7 +54,7 @@ TEST_F(AdjustToolTest, BasicModeChangesWhatIsMarkedByFiftyAtOnce) {
             EXPECT_TRUE(photoIs(photo));
         }
     }
-    EXPECT_EQ(arrow.count(), 12);
+    EXPECT_EQ(arrow.count(), 16);
 }
 
 TEST_F(AdjustToolTest, AdvancedModeOpensTheSliderOfTheKind) {
@@ -79,7 +82,7 @@ TEST_F(AdjustToolTest, TheSliderShowsOnThePhotoAndApplyMakesIt) {
     openPhoto();
     const struct {
         int kind, marked, amount;
-    } cases[] = {{1, 0, 40}, {1, 1, -60}, {2, 2, 70}, {3, 3, -100}, {3, 0, 100}, {2, 3, -35}};
+    } cases[] = {{1, 0, 40}, {1, 1, -60}, {2, 2, 70}, {3, 3, -100}, {3, 0, 100}, {2, 3, -35}, {4, 0, 100}, {4, 2, 30}};
     for (const auto &[kind, marked, amount] : cases) {
         SCOPED_TRACE(testing::Message() << "kind " << kind << " marked " << marked);
         mark(marked);
@@ -100,6 +103,38 @@ TEST_F(AdjustToolTest, TheSliderShowsOnThePhotoAndApplyMakesIt) {
         ctx.photo.PerformUndo();
         EXPECT_TRUE(photoIs(photo));
     }
+}
+
+TEST_F(AdjustToolTest, BetterIsShownAtOnceWithTheBeforeBesideIt) {
+    openPhoto();
+    openPanel(4);
+    const QImage wanted = adjusted(0, 4, 50);
+    EXPECT_EQ(control<QLabel>("LN3")->text(), "Make Better");
+    EXPECT_EQ(control<QSlider>(slider(4))->value(), 50);
+    EXPECT_EQ(control<QSlider>(slider(4))->minimum(), 0);
+    EXPECT_TRUE(shown("picAJP2"));
+    EXPECT_TRUE(comesToLookLike(wanted));
+    EXPECT_TRUE(photoIs(photo));
+    for (const char *const name : {"picAJP1", "picAJP2"}) {
+        auto *picture = control<PictureButton>(name);
+        QTest::mousePress(picture, Qt::LeftButton);
+        EXPECT_TRUE(comesToLookLike(photo)) << name;
+        QTest::mouseRelease(picture, Qt::LeftButton);
+        EXPECT_TRUE(comesToLookLike(wanted)) << name;
+    }
+    press("cmdApplyBCS");
+    EXPECT_TRUE(photoIs(wanted));
+    EXPECT_TRUE(comesToLookLike(wanted)); // what has been applied is not shown once more
+    press("cmdApplyBCS");
+    EXPECT_EQ(ctx.photo.history().undoSteps(), 1);
+    ctx.photo.PerformUndo();
+    EXPECT_TRUE(photoIs(photo));
+    openPanel(1);
+    EXPECT_FALSE(shown("picAJP2"));
+    openPanel(4);
+    slide(slider(4), 80);
+    QTest::mouseDClick(control<QSlider>(slider(4)), Qt::LeftButton);
+    EXPECT_EQ(control<QSlider>(slider(4))->value(), 50);
 }
 
 TEST_F(AdjustToolTest, HoldingTheSmallPictureShowsThePhotoAsItIs) {
@@ -130,10 +165,12 @@ TEST_F(AdjustToolTest, WhatCannotBeDoneLeavesThePhoto) {
     press("cmdApplyBCS"); // no kind
     ctx.fields.txtSFX = Switch::Off;
     tool.open("keyHue");
-    ctx.fields.txtSFX = Switch::Other;
-    tool.open("keyBrightness");
     EXPECT_EQ(message.count(), 0);
-    for (const int kind : {0, 4, -1}) {
+    ctx.fields.txtSFX = Switch::Other;
+    tool.open("keyBrightness"); // says which setting is odd
+    EXPECT_EQ(message.count(), 1);
+    message.clear();
+    for (const int kind : {0, 5, -1}) {
         EXPECT_EQ(tool.ApplyBasicBCS(kind), EffectOutcome::Nothing);
         EXPECT_EQ(tool.ApplyBCS(kind), EffectOutcome::Nothing);
     }

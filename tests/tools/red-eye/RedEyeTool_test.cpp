@@ -5,6 +5,8 @@
 #include "tools/canvas/TargetCursor.h"
 #include "tools/red-eye/RedEyeCircle.h"
 
+#include <QLabel>
+#include <QPainter>
 #include <cmath>
 
 namespace lumora {
@@ -65,6 +67,51 @@ TEST_F(RedEyeToolTest, AClickTakesRedOutOfTheDiscAsOneSmallStep) {
         }
         tool.close();
     }
+}
+
+TEST_F(RedEyeToolTest, AShineOfAnotherColourIsDarkenedAloneOrTheUserIsTold) {
+    QImage picture(400, 300, QImage::Format_RGB32); // a dark face with an eye of each colour
+    picture.fill(QColor(90, 70, 60));
+    const struct {
+        const char *button;
+        QColor colour;
+        QPoint eye;
+    } cases[] = {{"optEye2", {255, 160, 50}, {80, 100}},
+                 {"optEye3", {255, 140, 165}, {160, 100}},
+                 {"optEye4", {120, 240, 120}, {240, 100}},
+                 {"optEye5", {240, 245, 250}, {320, 100}}};
+    QPainter painter(&picture);
+    painter.setPen(Qt::NoPen);
+    for (const auto &[button, colour, eye] : cases) {
+        painter.setBrush(colour);
+        painter.drawEllipse(eye, 10, 10);
+    }
+    painter.end();
+    open(picture);
+    tool.open();
+    size(16);
+    QSignalSpy message(&tool, &RedEyeTool::message);
+    QSignalSpy hint(&tool, &RedEyeTool::hint);
+    for (const auto &[button, colour, eye] : cases) {
+        SCOPED_TRACE(button);
+        control<QAbstractButton>(button)->click();
+        EXPECT_EQ(hint.takeLast().at(0), "Click on each shining eye.");
+        click(viewAt(eye.x(), eye.y()));
+        EXPECT_EQ(ctx.photo.history().undoSteps(), 1);
+        EXPECT_LT(qGray(ctx.photo.picCanvas().pixel(eye)), 50);
+        EXPECT_EQ(ctx.photo.picCanvas().pixel(eye + QPoint(13, 0)), picture.pixel(eye + QPoint(13, 0)));
+        EXPECT_EQ(message.count(), 0);
+        ctx.photo.PerformUndo();
+        click(viewAt(200, 200)); // skin
+        EXPECT_EQ(ctx.photo.history().undoSteps(), 0);
+        EXPECT_TRUE(photoIs(picture));
+        EXPECT_EQ(message.count(), 1);
+        message.clear();
+    }
+    control<QAbstractButton>("optEye1")->click();
+    EXPECT_EQ(hint.takeLast().at(0), "Click on each red eye.");
+    click(viewAt(200, 200));
+    EXPECT_TRUE(photoIs(fixed(picture, {200, 200}, 16)));
 }
 
 TEST_F(RedEyeToolTest, SomeClicksChangeNothing) {

@@ -6,6 +6,7 @@
 #include "session/AppContext.h"
 #include "tools/canvas/CanvasForTest.h"
 #include "tools/resize/ResizePanel.h"
+#include "widgets/FittedText.h"
 #include "widgets/PictureButton.h"
 
 #include <QClipboard>
@@ -99,6 +100,38 @@ TEST_F(ResizeToolTest, PresetsFillAndLockTheBoxesAndStretchThePhoto) {
         EXPECT_EQ(width()->text(), QString::number(row.size.width()));
         EXPECT_FALSE(width()->isReadOnly() || height()->isReadOnly());
         resize.close();
+    }
+}
+
+TEST_F(ResizeToolTest, EachSizeShowsWhatItIsGoodFor) {
+    QImage plain(400, 300, QImage::Format_ARGB32);
+    plain.fill(Qt::gray);
+    open(plain);
+    resize.open();
+    QList<QImage> looks; // sizes of one shape look alike but for the drawing of their use
+    QStringList words;
+    for (int i = 0; i < 4; ++i) {
+        const auto *option = control<PictureButton>(QString("optSize%1").arg(i));
+        EXPECT_FALSE(looks.contains(option->picture().toImage())) << i;
+        EXPECT_FALSE(words.contains(option->toolTip())) << i;
+        looks << option->picture().toImage();
+        words << option->toolTip();
+    }
+}
+
+TEST_F(ResizeToolTest, LongCaptionsOfTheBoxesStayWholeInANarrowWindow) {
+    window.resize(700, 600);
+    open(test::photoLike(400, 300));
+    const QList<QLabel *> captions{control<QLabel>("lblResizeWidth"), control<QLabel>("lblResizeHeight")};
+    for (QLabel *caption : captions) {
+        caption->setText("Szerokość");
+        letCaptionShrink(*caption); // as the style does
+    }
+    control<PictureButton>("cmdFreeResize")->setText("Dowolny rozmiar");
+    resize.open();
+    for (QLabel *caption : captions) {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return caption->isVisible(); }));
+        EXPECT_FALSE(isShortened(*caption)) << caption->width();
     }
 }
 
@@ -355,21 +388,6 @@ TEST_F(ResizeToolTest, EscDropsTheDragAndThenEnds) {
     EXPECT_EQ(steps(), first);
     EXPECT_TRUE(hand.isActive());
     QTest::keyClick(&view, Qt::Key_Escape);
-    EXPECT_FALSE(hand.isActive() || resize.FreeResizeActive());
-    EXPECT_EQ(arrow.count(), 1);
-}
-
-TEST_F(ResizeToolTest, DoneEndsAndHidesNoHandle) {
-    open(test::photoLike(900, 480)); // as large as the view
-    auto *done = control<PictureButton>("cmdResizeDone");
-    EXPECT_TRUE(done->isHidden());
-    startByHand();
-    EXPECT_TRUE(done->isVisible());
-    for (const ResizeHandle which : resizeHandles) {
-        EXPECT_FALSE(done->geometry().contains(handle(which))) << which.across << " " << which.down;
-    }
-    done->click();
-    EXPECT_TRUE(done->isHidden());
     EXPECT_FALSE(hand.isActive() || resize.FreeResizeActive());
     EXPECT_EQ(arrow.count(), 1);
 }

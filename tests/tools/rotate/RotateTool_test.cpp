@@ -2,6 +2,7 @@
 // events, and undo.
 #include "tools/rotate/RotateTool.h"
 
+#include "imaging/transforms/RotatedExtent.h"
 #include "imaging/transforms/Transform.h"
 #include "session/AppContext.h"
 #include "tools/canvas/CanvasForTest.h"
@@ -53,6 +54,19 @@ struct RotateToolTest : testing::Test {
             QTest::mouseRelease(view.viewport(), Qt::LeftButton, keys, to);
         }
     }
+    /// Draws a line of that direction and length through the middle of the view.
+    void drawLine(double degrees, double length = 300, bool letGo = true) {
+        const double angle = degrees * M_PI / 180;
+        const QPointF half = length / 2 * QPointF(std::cos(angle), std::sin(angle));
+        const QPointF middle = QRectF(view.viewport()->rect()).center();
+        QTest::mousePress(view.viewport(), Qt::LeftButton, {}, (middle - half).toPoint());
+        moveTo(middle.toPoint());
+        moveTo((middle + half).toPoint());
+        if (letGo) {
+            QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, (middle + half).toPoint());
+        }
+    }
+    QAbstractButton *button(const char *name) { return view.findChild<QAbstractButton *>(name); }
     QImage seen() { return view.viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32); }
 
     QTemporaryDir folder;
@@ -264,17 +278,142 @@ TEST_F(RotateToolTest, ArrowKeysTurnByADegreeAsOneStep) {
     EXPECT_EQ(steps(), first + 2);
 }
 
-TEST_F(RotateToolTest, DoneEndsFreeRotation) {
-    auto *done = view.findChild<QAbstractButton *>("cmdRotateDone");
-    ASSERT_NE(done, nullptr);
-    open(test::photoLike(300, 200));
-    EXPECT_TRUE(done->isHidden());
+// --- Straighten and cut ----------------------------------------------------------------------------------------------
+
+TEST_F(RotateToolTest, ALineBecomesLevelOrUpright) {
+    const struct {
+        double line, turn;
+    } rows[] = {{0, 0},  {8, -8},  {-8, 8},  {40, -40},  {-40, 40}, {50, 40},        {90, 0},
+                {83, 7}, {97, -7}, {172, 8}, {-172, -8}, {-95, 5},  {-130, -50 + 90}};
+    const QImage before = test::photoLike(300, 200);
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.line);
+        open(before);
+        const int first = steps();
+        startByHand();
+        button("cmdStraighten")->click();
+        drawLine(row.line);
+        EXPECT_NEAR(hand.degrees(), row.turn, 0.3);
+        EXPECT_NEAR(std::round(hand.degrees() * 10), hand.degrees() * 10, 1e-9); // what is read is what is done
+        EXPECT_EQ(photo(), rotated(before, hand.degrees()));
+        EXPECT_EQ(steps(), first + (hand.degrees() != 0 ? 1 : 0));
+        rotate.close();
+    }
+}
+
+TEST_F(RotateToolTest, FurtherLinesAddToTheAngle) {
+    const QImage before = test::photoLike(300, 200);
+    open(before);
     startByHand();
-    ASSERT_TRUE(done->isVisible());
-    done->click();
-    EXPECT_TRUE(done->isHidden());
+    dragHandle(20);
+    const double byHand = hand.degrees();
+    button("cmdStraighten")->click();
+    drawLine(-10);
+    drawLine(93);
+    EXPECT_NEAR(hand.degrees(), byHand + 10 - 3, 0.6);
+    EXPECT_EQ(photo(), rotated(before, hand.degrees()));
+    ctx.photo.PerformUndo();
+    EXPECT_NEAR(hand.degrees(), byHand + 10, 0.3);
+    button("cmdStraighten")->click(); // up: the hand turns again
+    dragHandle(-15);
+    EXPECT_NEAR(hand.degrees(), byHand - 5, 1);
+}
+
+TEST_F(RotateToolTest, AShortLineAndEscTurnNothing) {
+    QSignalSpy messages(&rotate, &RotateTool::message);
+    open(test::photoLike(300, 200));
+    const QImage before = photo();
+    startByHand();
+    button("cmdStraighten")->click();
+    const QImage start = seen();
+    messages.clear();
+    drawLine(20, 10);
+    ASSERT_EQ(messages.count(), 1);
+    EXPECT_EQ(messages.first().first().toString(), ctx.texts.text("StatusLineShort"));
+    drawLine(20, 300, false);
+    EXPECT_NE(seen(), start); // the line
+    QTest::keyClick(&view, Qt::Key_Escape);
+    EXPECT_EQ(seen(), start);
+    QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, QPoint(400, 300));
+    EXPECT_EQ(photo(), before);
+    QTest::keyClick(&view, Qt::Key_Escape);
+    EXPECT_FALSE(button("cmdStraighten")->isChecked());
+    EXPECT_TRUE(rotate.FreeRotateActive());
+    QTest::keyClick(&view, Qt::Key_Escape);
     EXPECT_FALSE(rotate.FreeRotateActive());
-    EXPECT_EQ(arrow.count(), 1);
+}
+
+TEST_F(RotateToolTest, TheCornersGoWithTheLastTurn) {
+    for (const bool transparent : {false, true}) {
+        const QImage before = test::photoLike(300, 200, transparent);
+        open(before);
+        const int first = steps();
+        startByHand();
+        button("chkCutCorners")->click();
+        dragHandle(20);
+        button("cmdStraighten")->click();
+        drawLine(5);
+        QTest::keyClick(&view, Qt::Key_Left); // still being tried
+        const double degrees = hand.degrees();
+        const QRect part = insideRotated(before.size(), degrees);
+        EXPECT_EQ(hand.keptPart(), part);
+        rotate.accept();
+        EXPECT_FALSE(rotate.FreeRotateActive());
+        EXPECT_EQ(photo(), rotated(before, degrees).copy(part));
+        EXPECT_EQ(steps(), first + 3);
+        ctx.photo.PerformUndo();
+        EXPECT_EQ(photo(), rotated(before, degrees + 1)); // turn and cut were one step
+        ctx.photo.PerformRedo();
+        EXPECT_EQ(photo(), rotated(before, degrees).copy(part));
+        while (steps() > first) {
+            ctx.photo.PerformUndo();
+        }
+        EXPECT_EQ(photo(), before);
+    }
+}
+
+TEST_F(RotateToolTest, OnlyDoneCutsAndOnlyWhatWasTurned) {
+    const QImage before = test::photoLike(300, 200);
+    open(before);
+    const int first = steps();
+    startByHand();
+    button("chkCutCorners")->click();
+    rotate.accept(); // not turned
+    EXPECT_EQ(photo(), before);
+    EXPECT_EQ(steps(), first);
+    startByHand();
+    EXPECT_FALSE(button("chkCutCorners")->isChecked());
+    button("chkCutCorners")->click();
+    dragHandle(30);
+    const QImage turned = photo();
+    QTest::keyClick(&view, Qt::Key_Escape);
+    EXPECT_EQ(photo(), turned);
+}
+
+TEST_F(RotateToolTest, WhatGoesIsDimmedWhileThePhotoTurns) {
+    ctx.fields.txtGrid = false;
+    QImage white(300, 200, QImage::Format_RGB32);
+    white.fill(Qt::white);
+    open(white);
+    ctx.photo.setZoom(100);
+    startByHand();
+    button("chkCutCorners")->click();
+    dragHandle(25, {}, false);
+    for (const bool letGo : {false, true}) {
+        if (letGo) {
+            QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, turnedBy(hand.handle(), 0));
+        }
+        const QImage shown = seen();
+        const qreal scale = view.devicePixelRatioF();
+        const QSizeF whole = rotatedExtent(white.size(), hand.degrees());
+        const QPointF origin = hand.pivot() - QPointF(whole.width(), whole.height()) / 2;
+        const auto grey = [&](QPointF picture) { return qGray(shown.pixel(((origin + picture) * scale).toPoint())); };
+        const QRectF kept = hand.keptPart();
+        EXPECT_EQ(grey(kept.topLeft() + QPointF(4, 4)), 255);
+        EXPECT_EQ(grey(kept.bottomRight() - QPointF(4, 4)), 255);
+        EXPECT_LT(grey(kept.topLeft() - QPointF(4, 4)), 180);
+        EXPECT_LT(grey(kept.bottomRight() + QPointF(4, 4)), 180);
+    }
 }
 
 TEST_F(RotateToolTest, AClickTurnsNothing) {
