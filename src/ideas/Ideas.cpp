@@ -3,6 +3,8 @@
 #include "session/MainFields.h"
 #include "session/ToolFlags.h"
 
+#include <algorithm>
+
 namespace lumora {
 
 namespace {
@@ -16,8 +18,9 @@ const Idea rows[] = {
      .layout = IdeaLayout::Single,
      .pictures = 1,
      .steps = {{{"open", "IdeaCardOpen"},
-                {"tool9", "IdeaCardColours", AdvancedMode},
-                {"tool7", "IdeaCardFrame"},
+                {"tool9", "IdeaCardColours", AdvancedMode, "keySaturation"},
+                {"tool7", "IdeaCardFrame", Everybody, "keyFrame4"},
+                {"stickers", "IdeaCardWords"},
                 {"save", "IdeaSave"}}},
      .then = "IdeaCardThen"},
     {.id = "puzzle",
@@ -27,7 +30,7 @@ const Idea rows[] = {
      .pictures = 1,
      .steps = {{{"open", "IdeaPuzzleOpen"},
                 {"tool3", "IdeaPuzzleCrop", AdvancedMode},
-                {"tool10", "IdeaPuzzleTile"},
+                {"tool10", "IdeaPuzzleTile", Everybody, "keySFX8"},
                 {"save", "IdeaSave"}}},
      .then = "IdeaPuzzleThen"},
     {.id = "wanted",
@@ -37,8 +40,9 @@ const Idea rows[] = {
      .pictures = 1,
      .steps = {{{"open", "IdeaWantedOpen"},
                 {"tool3", "IdeaWantedCrop", AdvancedMode},
-                {"tool7", "IdeaWantedFrame"},
-                {"tool8", "IdeaWantedSepia"},
+                {"tool7", "IdeaWantedFrame", Everybody, "keyFrame3"},
+                {"tool8", "IdeaWantedSepia", Everybody, "keySepia"},
+                {"stickers", "IdeaWantedWords"},
                 {"save", "IdeaSave"}}},
      .then = "IdeaWantedThen"},
     {.id = "comic",
@@ -47,8 +51,9 @@ const Idea rows[] = {
      .layout = IdeaLayout::Page,
      .pictures = 6,
      .steps = {{{"open", "IdeaComicOpen"},
-                {"tool10", "IdeaComicPaint"},
-                {"tool7", "IdeaComicFrame"},
+                {"tool10", "IdeaComicPaint", Everybody, "keySFX5"},
+                {"tool7", "IdeaComicFrame", Everybody, "keyFrame8"},
+                {"stickers", "IdeaComicWords"},
                 {"save", "IdeaComicSave"}}},
      .then = "IdeaComicThen"},
     {.id = "calendar",
@@ -79,9 +84,10 @@ const Idea rows[] = {
      .layout = IdeaLayout::Single,
      .pictures = 1,
      .steps = {{{"open", "IdeaPostcardOpen"},
-                {"tool10", "IdeaPostcardSolarise"},
-                {"tool8", "IdeaPostcardInvert"},
-                {"tool7", "IdeaPostcardFrame"},
+                {"tool10", "IdeaPostcardSolarise", Everybody, "keySFX1"},
+                {"tool8", "IdeaPostcardInvert", Everybody, "keyInvert"},
+                {"tool7", "IdeaPostcardFrame", Everybody, "keyFrame7"},
+                {"stickers", "IdeaPostcardWords"},
                 {"save", "IdeaSave"}}},
      .then = "IdeaPostcardThen"},
     {.id = "memory",
@@ -100,6 +106,27 @@ const Idea rows[] = {
 
 std::span<const Idea> ideas() {
     return rows;
+}
+
+QString toolOf(const IdeaStep &step) {
+    const QLatin1StringView icon(step.icon);
+    if (icon.startsWith(QLatin1StringView("tool"))) {
+        return QStringLiteral("cmdT") + icon.mid(1);
+    }
+    if (opensTool(step)) {
+        return icon;
+    }
+    const bool popArt = icon == QLatin1StringView("pop-art") || icon == QLatin1StringView("dice");
+    return popArt ? QStringLiteral("popArt") : QString();
+}
+
+bool opensTool(const IdeaStep &step) {
+    return step.icon != nullptr && step.icon == QLatin1StringView("stickers");
+}
+
+const IdeaStep *stepThatOpensTool(const Idea &idea) {
+    const auto found = std::ranges::find_if(idea.steps, &opensTool);
+    return found != idea.steps.end() ? &*found : nullptr;
 }
 
 QString ideaPicturePath(const Idea &idea, int number) {

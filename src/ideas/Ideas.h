@@ -26,7 +26,10 @@ struct IdeaStep {
     const char *icon = nullptr; ///< null: no step
     const char *text = nullptr; ///< identifier
     enum class For { Everybody, AdvancedMode, PopArtPanel } shownTo = For::Everybody;
+    const char *item = nullptr; ///< the item of the tool's floating bar that is meant; null: any
 };
+
+inline constexpr std::size_t mostIdeaSteps = 6;
 
 struct Idea {
     const char *id;
@@ -34,12 +37,21 @@ struct Idea {
     const char *title; ///< identifier
     IdeaLayout layout;
     int pictures;
-    std::array<IdeaStep, 5> steps;
+    std::array<IdeaStep, mostIdeaSteps> steps;
     const char *then;       ///< identifier: what to do with the saved picture
     bool canBeMade = false; ///< the window makes it itself with the photo on the table
 };
 
 std::span<const Idea> ideas();
+
+/// The tool that a step names by its picture, as the table of tools has it ("cmdTool7"); empty where it names a
+/// command.
+QString toolOf(const IdeaStep &step);
+
+/// Whether the step's tool has no button but the one beside the step; the tool is called as its picture.
+bool opensTool(const IdeaStep &step);
+/// The step of the idea that does; null where none does.
+const IdeaStep *stepThatOpensTool(const Idea &idea);
 
 /// The resource of the idea's picture, counted from 1.
 QString ideaPicturePath(const Idea &idea, int number);

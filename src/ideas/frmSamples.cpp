@@ -18,7 +18,7 @@ namespace lumora {
 
 namespace {
 
-// Pixels on the smallest screen; a larger one gets more of each.
+// Pixels on a screen of 1024 x 768; a larger one gets more of each, a smaller one less.
 constexpr QSize choicePicture(88, 66);
 constexpr int choiceWidth = 112;
 constexpr QSize examplePicture(512, 384);
@@ -26,6 +26,7 @@ constexpr int stepsWidth = 380;
 constexpr int stepIcon = 44;
 constexpr double stepText = 13; // points
 constexpr double mostRoom = 1.7;
+constexpr double leastRoom = 0.6;
 
 QFont larger(QFont font, double points, bool bold) {
     font.setPointSizeF(points);
@@ -41,17 +42,25 @@ frmSamples::frmSamples(AppContext &context, QWidget *owner)
     m_picture = new IdeaPicture(examplePicture * roomy(), this);
     auto *middle = new QHBoxLayout;
     middle->setSpacing(18);
-    middle->addWidget(m_picture, 0, Qt::AlignTop);
+    auto *example = new QVBoxLayout;
+    example->setSpacing(14);
+    example->addWidget(m_picture);
+    middle->addLayout(example);
     middle->addWidget(makeSteps());
-    cmdYes = (new AnswerButtons(this))->add("cmdYes", "yes", {.minimumWidth = 130});
-    connect(cmdYes, &QAbstractButton::clicked, this, &QDialog::accept);
+    example->addWidget(cmdIdeaStickers, 0, Qt::AlignHCenter);
+    example->addStretch();
+    cmdYes = (new AnswerButtons(this))->add("cmdYes", "ok", {.minimumWidth = 130});
+    connect(cmdYes, &QAbstractButton::clicked, this, [this] {
+        accept();
+        Q_EMIT ideaChosen(chosen());
+    });
     auto *answers = new QHBoxLayout;
     answers->addStretch(1);
     answers->addWidget(cmdYes);
     body()->setSpacing(10);
     body()->addWidget(choices);
     body()->addLayout(middle);
-    body()->addLayout(answers);
+    addFoot(answers);
     setDefaultButton(cmdYes);
     LoadLanguage();
     connect(m_choices, &QButtonGroup::idToggled, this, [this](int index, bool on) {
@@ -77,6 +86,8 @@ void frmSamples::LoadLanguage() {
     m_needsPhoto->setText(texts.text("IdeaNeedsPhoto"));
     cmdMakePopArt->setText(texts.text("IdeaMakePopArt"));
     cmdMakePopArt->setAccessibleName(cmdMakePopArt->text());
+    cmdIdeaStickers->setText(texts.text("Stickers"));
+    cmdIdeaStickers->setAccessibleName(cmdIdeaStickers->text());
     for (int i = 0; i < static_cast<int>(ideas().size()); ++i) {
         const Idea &idea = ideas()[std::size_t(i)];
         m_choices->button(i)->setText(texts.text(idea.name));
@@ -84,11 +95,11 @@ void frmSamples::LoadLanguage() {
     }
 }
 
-/// How much larger than on the smallest screen everything may be.
+/// How much larger than on a screen of 1024 x 768 everything may be.
 double frmSamples::roomy() const {
     const QWidget *owner = parentWidget();
     const QSize room = owner != nullptr ? owner->window()->size() : QSize(1024, 768);
-    return std::clamp(std::min(room.width() / 1024.0, room.height() / 768.0), 1.0, mostRoom);
+    return std::clamp(std::min(room.width() / 1024.0, room.height() / 768.0), leastRoom, mostRoom);
 }
 
 // --- What is in it --------------------------------------------------------------------------------------------------
@@ -146,13 +157,23 @@ QWidget *frmSamples::makeSteps() {
     m_then = label("lblIdeaThen", words, true);
     column->addWidget(m_then);
     column->addStretch();
-    cmdMakePopArt = new PictureButton("pop-art", PictureButton::CaptionPlace::Beside, m_guide);
-    cmdMakePopArt->setObjectName("cmdMakePopArt");
-    cmdMakePopArt->setLook(PictureButton::Look::Raised);
-    cmdMakePopArt->setPictureSize(48);
-    cmdMakePopArt->setFont(larger(cmdMakePopArt->font(), 14, true));
+    const auto button = [&](const char *name, const char *icon) {
+        auto *made = new PictureButton(icon, PictureButton::CaptionPlace::Beside, m_guide);
+        made->setObjectName(name);
+        made->setLook(PictureButton::Look::Raised);
+        made->setPictureSize(48);
+        made->setFont(larger(made->font(), 14, true));
+        return made;
+    };
+    cmdMakePopArt = button("cmdMakePopArt", "pop-art");
     connect(cmdMakePopArt, &QAbstractButton::clicked, this, &frmSamples::make);
     column->addWidget(cmdMakePopArt);
+    cmdIdeaStickers = button("cmdIdeaStickers", "stickers");
+    connect(cmdIdeaStickers, &QAbstractButton::clicked, this, [this] {
+        accept();
+        Q_EMIT ideaChosen(chosen());
+        Q_EMIT toolWanted(toolOf(*stepThatOpensTool(chosen())));
+    });
     m_needsPhoto = label("lblIdeaNeedsPhoto", 11, false);
     column->addWidget(m_needsPhoto);
     return m_guide;
@@ -172,9 +193,12 @@ void frmSamples::choose(int index) {
     showSteps(idea);
     const bool hasPhoto = m_context.photo.PhotoLoaded() && !m_context.photo.picCanvas().isNull();
     cmdMakePopArt->setVisible(idea.canBeMade);
-    cmdMakePopArt->setEnabled(hasPhoto);
-    cmdMakePopArt->setToolTip(hasPhoto ? QString() : m_needsPhoto->text());
-    m_needsPhoto->setVisible(idea.canBeMade && !hasPhoto);
+    cmdIdeaStickers->setVisible(stepThatOpensTool(idea) != nullptr);
+    for (PictureButton *button : {cmdMakePopArt, cmdIdeaStickers}) {
+        button->setEnabled(hasPhoto);
+        button->setToolTip(hasPhoto ? QString() : m_needsPhoto->text());
+    }
+    m_needsPhoto->setVisible((idea.canBeMade || stepThatOpensTool(idea) != nullptr) && !hasPhoto);
 }
 
 /// Those whose tools are on the screen.
@@ -205,6 +229,10 @@ void frmSamples::reserveRoom() {
         height = std::max(height, m_guide->layout()->heightForWidth(m_guide->width()));
     }
     m_guide->setFixedHeight(height);
+}
+
+const Idea &frmSamples::chosen() const {
+    return ideas()[std::size_t(m_choices->checkedId())];
 }
 
 void frmSamples::make() {

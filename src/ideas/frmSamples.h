@@ -30,6 +30,10 @@ class frmSamples : public BorderlessDialog {
   Q_SIGNALS:
     /// The photo on the table is to become a pop-art row. The window is closed by then.
     void popArtWanted();
+    /// The steps of that project are to be done now. The window is closed by then.
+    void ideaChosen(const lumora::Idea &idea);
+    /// After ideaChosen(): the tool of that name in the table is to be started on the photo.
+    void toolWanted(const QString &tool);
 
   private:
     struct Step {
@@ -41,6 +45,7 @@ class frmSamples : public BorderlessDialog {
     void choose(int index);
     void showSteps(const Idea &idea);
     void reserveRoom();
+    const Idea &chosen() const;
     void make();
     double roomy() const;
 
@@ -49,9 +54,10 @@ class frmSamples : public BorderlessDialog {
     IdeaPicture *m_picture;
     QWidget *m_guide = nullptr; ///< title, steps and what follows them
     QLabel *m_title;
-    std::array<Step, 5> m_steps{};
+    std::array<Step, mostIdeaSteps> m_steps{};
     QLabel *m_then;
     PictureButton *cmdMakePopArt;
+    PictureButton *cmdIdeaStickers; ///< of an idea with a step that opens its tool
     QLabel *m_needsPhoto;
     AnimatedButton *cmdYes;
 };

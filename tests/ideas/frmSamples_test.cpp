@@ -3,6 +3,7 @@
 #include "ideas/frmSamples.h"
 
 #include "ideas/IdeaPicture.h"
+#include "ideas/IdeaProgress.h"
 #include "support/SettingsFile.h"
 #include "support/ShellCheck.h"
 #include "support/TestPictures.h"
@@ -28,7 +29,7 @@ class Ideas : public test::Shell {
     }
     QStringList shownSteps(const QWidget &window) {
         QStringList steps;
-        for (int i = 1; i <= 5; ++i) {
+        for (int i = 1; i <= int(mostIdeaSteps); ++i) {
             const auto *text = window.findChild<QLabel *>(QString("lblIdeaStep%1").arg(i));
             const auto *icon = window.findChild<QLabel *>(QString("picIdeaStep%1").arg(i));
             EXPECT_EQ(text->isHidden(), icon->isHidden());
@@ -96,8 +97,8 @@ TEST_F(Ideas, TheWindowShowsTheStepsWhoseToolsAreOnTheScreen) {
         QStringList steps;
     };
     const Case cases[] = {
-        {false, "0", "card", {"IdeaCardOpen", "IdeaCardColours", "IdeaCardFrame", "IdeaSave"}},
-        {true, "0", "card", {"IdeaCardOpen", "IdeaCardFrame", "IdeaSave"}},
+        {false, "0", "card", {"IdeaCardOpen", "IdeaCardColours", "IdeaCardFrame", "IdeaCardWords", "IdeaSave"}},
+        {true, "0", "card", {"IdeaCardOpen", "IdeaCardFrame", "IdeaCardWords", "IdeaSave"}},
         {true, "0", "popart", {"IdeaPopArtOpen", "IdeaPopArtMake", "IdeaSave"}},
         {true, "1", "popart", {"IdeaPopArtOpen", "IdeaPopArtMake", "IdeaPopArtColours", "IdeaSave"}},
     };
@@ -121,11 +122,15 @@ TEST_F(Ideas, OnlyThePopArtRowIsMadeFromHereAndOnlyOfAPhoto) {
         }
         frmSamples window(context, nullptr);
         const auto *make = window.findChild<PictureButton *>("cmdMakePopArt");
+        const auto *stickers = window.findChild<PictureButton *>("cmdIdeaStickers");
         const auto *hint = window.findChild<QLabel *>("lblIdeaNeedsPhoto");
         for (const Idea &idea : ideas()) {
             choose(window, idea.id);
             EXPECT_EQ(!make->isHidden(), idea.canBeMade) << idea.id;
-            EXPECT_EQ(!hint->isHidden(), idea.canBeMade && !loaded) << idea.id;
+            const bool words = stepThatOpensTool(idea) != nullptr;
+            EXPECT_EQ(!stickers->isHidden(), words) << idea.id;
+            EXPECT_EQ(stickers->isEnabled(), loaded);
+            EXPECT_EQ(!hint->isHidden(), (idea.canBeMade || words) && !loaded) << idea.id;
         }
         choose(window, "popart");
         EXPECT_EQ(make->isEnabled(), loaded);
@@ -153,6 +158,64 @@ TEST_F(Ideas, EscapeAndOkCloseIt) {
         }
         EXPECT_FALSE(window.isVisible());
         EXPECT_EQ(popArt.count(), 0);
+    }
+}
+
+TEST_F(Ideas, StepsAreTickedAsTheyHappen) {
+    using Kind = IdeaEvent::Kind;
+    const auto idea = [](const char *id) -> const Idea & {
+        return *std::ranges::find_if(ideas(), [&](const Idea &each) { return QLatin1StringView(each.id) == id; });
+    };
+    struct Case {
+        const char *what;
+        const char *id;
+        bool opened;
+        std::vector<IdeaEvent> events;
+        const char *done; ///< a letter a step: x done, > next, . neither
+    };
+    const IdeaEvent opened{Kind::Opened}, saved{Kind::Saved}, undone{Kind::Undone};
+    const IdeaEvent colours{Kind::Changed, "cmdTool9", "keySaturation"};
+    const IdeaEvent hearts{Kind::Changed, "cmdTool7", "keyFrame4"};
+    const IdeaEvent leaves{Kind::Changed, "cmdTool7", "keyFrame6"};
+    const IdeaEvent sepia{Kind::Changed, "cmdTool8", "keySepia"};
+    const IdeaEvent crop{Kind::Changed, "cmdTool3", {}};
+    const IdeaEvent words{Kind::Changed, "stickers", {}};
+    const IdeaEvent popArt{Kind::Changed, "popArt", {}};
+    const Case cases[] = {
+        {"nothing yet", "card", false, {}, ">...."},
+        {"with a photo on the table", "card", true, {}, "x>..."},
+        {"one after the other", "card", false, {opened, colours, hearts}, "xxx>."},
+        {"all", "card", false, {opened, colours, hearts, words, saved}, "xxxxx"},
+        {"words and stickers", "card", true, {words}, "x..x>"},
+        {"another frame is not meant", "card", true, {colours, leaves}, "xx>.."},
+        {"what was left out stays open", "card", true, {hearts}, "x.x>."},
+        {"and can be done later", "card", true, {hearts, colours}, "xxx>."},
+        {"what was saved before", "card", true, {saved}, "x>..."},
+        {"a step back is no step here", "card", true, {colours, undone}, "xx>.."},
+        {"the next picture", "comic", true, {{Kind::Changed, "cmdTool10", "keySFX5"}, saved, opened}, "x>..."},
+        {"any frame", "calendar", true, {leaves}, "xx>.."},
+        {"a season", "calendar", true, {leaves, saved, undone}, "xx.xx"},
+        {"the next season", "calendar", true, {leaves, saved, undone, hearts}, "xx>.."},
+        {"cropped", "wanted", true, {crop, {Kind::Changed, "cmdTool7", "keyFrame3"}, sepia}, "xxxx>."},
+        {"made by Lumora", "popart", true, {popArt}, "xx>"},
+    };
+    for (const auto &[what, id, hasPhoto, events, done] : cases) {
+        std::vector<const IdeaStep *> shown;
+        for (const IdeaStep &step : idea(id).steps) {
+            if (isShown(step, context.flags, context.fields)) {
+                shown.push_back(&step);
+            }
+        }
+        IdeaProgress progress;
+        progress.begin(idea(id), shown, hasPhoto);
+        for (const IdeaEvent &event : events) {
+            progress.tell(event);
+        }
+        std::string seen;
+        for (std::size_t i = 0; i < shown.size(); ++i) {
+            seen += progress.isDone(i) ? 'x' : i == progress.current() ? '>' : '.';
+        }
+        EXPECT_EQ(seen, done) << what;
     }
 }
 
@@ -184,6 +247,33 @@ TEST_F(Ideas, TheMainWindowMakesTheRowAtOnceOrOpensItsPanel) {
         EXPECT_FALSE(panel->isOpen());
         EXPECT_EQ(test::firstDifference(context.photo.picCanvas(), photo), QPoint(-1, -1));
     }
+}
+
+TEST_F(Ideas, TheMainWindowOpensWordsAndStickersFromTheIdeasAndFromTheirSteps) {
+    frmMain window(context);
+    window.resize(1024, 768);
+    window.show();
+    openPhoto();
+    const auto *panel = window.findChild<SlidingPanel *>("pnlStickers");
+    window.findChild<CommandBar *>("Toolbar1")->button("keyIdeas")->click();
+    auto *samples = window.findChild<frmSamples *>();
+    choose(*samples, "comic");
+    samples->findChild<PictureButton *>("cmdIdeaStickers")->click();
+    EXPECT_FALSE(samples->isVisible());
+    EXPECT_TRUE(panel->isOpen());
+    EXPECT_TRUE(window.findChild<QWidget *>("pnlIdea")->isVisible()); // its other steps are to be done, too
+    window.findChild<PictureButton *>("cmdToolBack")->click();
+    EXPECT_FALSE(panel->isOpen());
+    int buttons = 0;
+    for (std::size_t step = 1; step <= mostIdeaSteps; ++step) {
+        auto *button = window.findChild<PictureButton *>(QString("cmdIdeaOpen%1").arg(step));
+        if (button->isVisible()) {
+            ++buttons;
+            button->click();
+        }
+    }
+    EXPECT_EQ(buttons, 1);
+    EXPECT_TRUE(panel->isOpen());
 }
 
 } // namespace
