@@ -21,14 +21,14 @@ constexpr int margin = 16;
 constexpr int mostColumns = 8;
 constexpr int greetingPicture = 72;
 
-QWidget *greeting(const Texts &texts, QWidget *parent) {
+QWidget *greeting(QWidget *parent) {
     auto *box = new QWidget(parent);
     auto *row = new QHBoxLayout(box);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(16);
     auto *picture = new QLabel(box);
     picture->setPixmap(iconPixmap("lumora", greetingPicture, parent->devicePixelRatioF()));
-    auto *words = new QLabel(guideHtml(guideLanguage(texts), "index.html"), box);
+    auto *words = new QLabel(box);
     words->setObjectName("lblGreeting");
     words->setWordWrap(true);
     row->addWidget(picture);
@@ -38,7 +38,8 @@ QWidget *greeting(const Texts &texts, QWidget *parent) {
 
 } // namespace
 
-GuideContents::GuideContents(const Texts &texts, QWidget *parent) : QScrollArea(parent), m_sheet(new QWidget) {
+GuideContents::GuideContents(const Texts &texts, QWidget *parent)
+    : QScrollArea(parent), m_texts(texts), m_sheet(new QWidget) {
     setObjectName("GuideContents");
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
@@ -48,22 +49,35 @@ GuideContents::GuideContents(const Texts &texts, QWidget *parent) : QScrollArea(
     viewport()->setBackgroundRole(QPalette::Base);
     setWidget(m_sheet);
     m_sheet->setAutoFillBackground(true);
-    m_greeting = greeting(texts, m_sheet);
-    addPages(texts);
+    m_greeting = greeting(m_sheet);
+    addPages();
+    LoadLanguage();
 }
 
-void GuideContents::addPages(const Texts &texts) {
+void GuideContents::LoadLanguage() {
+    m_greeting->findChild<QLabel *>("lblGreeting")->setText(guideHtml(guideLanguage(m_texts), "index.html"));
+    auto button = m_buttons.cbegin();
+    auto group = m_groups.cbegin();
     for (const GuidePage &page : guidePages()) {
         if (page.heading[0] != '\0') {
-            auto *heading = new QLabel("<h3>" + guideTitle(texts, page.heading).toHtmlEscaped() + "</h3>", m_sheet);
-            m_groups << Group{heading, {}};
+            (group++)->heading->setText("<h3>" + guideTitle(m_texts, page.heading).toHtmlEscaped() + "</h3>");
+        }
+        const QString title = guideTitle(m_texts, page.title);
+        (*button)->setText(QString(title).replace("&", "&&"));
+        (*button)->setAccessibleName(title);
+        ++button;
+    }
+    placeAll();
+}
+
+void GuideContents::addPages() {
+    for (const GuidePage &page : guidePages()) {
+        if (page.heading[0] != '\0') {
+            m_groups << Group{new QLabel(m_sheet), {}};
         }
         auto *button = new PictureButton(page.icon, PictureButton::CaptionPlace::Below, m_sheet);
         button->setLook(PictureButton::Look::Raised);
         button->setPictureSize(tilePicture);
-        const QString title = guideTitle(texts, page.title);
-        button->setText(QString(title).replace("&", "&&"));
-        button->setAccessibleName(title);
         button->installEventFilter(this);
         const QString file = page.file;
         button->setProperty("key", file);

@@ -16,6 +16,8 @@ class GuideContents : public QScrollArea {
   public:
     GuideContents(const Texts &texts, QWidget *parent);
 
+    /// The texts again, after a change of the language.
+    void LoadLanguage();
     /// The keyboard goes to the first picture.
     void takeFocus();
 
@@ -28,7 +30,7 @@ class GuideContents : public QScrollArea {
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
-    void addPages(const Texts &texts);
+    void addPages();
     void placeAll();
     PictureButton *neighbour(const PictureButton &from, int key) const;
 
@@ -36,6 +38,7 @@ class GuideContents : public QScrollArea {
         QLabel *heading;
         QList<PictureButton *> pages;
     };
+    const Texts &m_texts;
     QWidget *m_sheet;
     QWidget *m_greeting;
     QList<Group> m_groups;

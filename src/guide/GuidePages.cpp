@@ -1,8 +1,11 @@
 #include "guide/GuidePages.h"
 
 #include "base/Texts.h"
+#include "base/basMisc.h"
+#include "widgets/Theme.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <algorithm>
 
 namespace lumora {
@@ -21,7 +24,9 @@ const GuidePage pages[] = {
     {"copy.html", "GuideCopy", "copy", ""},
     {"slideshow.html", "Slideshow", "slideshow", ""},
     {"ideas.html", "Ideas", "ideas", ""},
+    {"stickers.html", "Stickers", "stickers", ""},
     {"pop-art.html", "IdeaPopArtName", "pop-art", ""},
+    {"rights.html", "GuideRights", "rights", ""},
     {"help.html", "Help", "help", ""},
     {"exit.html", "Exit", "exit", ""},
 
@@ -38,11 +43,14 @@ const GuidePage pages[] = {
     {"colour-focus.html", "Tool11", "tool11", ""},
     {"cut-out.html", "BtnCutout", "cropcut", ""},
 
-    {"grownups.html", "GuideGrownUps", "simple-mode", "GuideGrownUps"},
+    {"grownups.html", "GuideGrownUps", "grown-ups", "GuideGrownUps"},
+    {"lesson.html", "GuideLesson", "lesson", ""},
+    {"worksheet.html", "GuideSheet", "worksheet", ""},
     {"options.html", "DlgOptionsTitle", "options", ""},
     {"settings.html", "GuideSettings", "options-general", ""},
-    {"languages.html", "GuideLanguages", "options-miscellaneous", ""},
-    {"keys.html", "GuideKeys", "advanced-mode", ""},
+    {"languages.html", "GuideLanguages", "language", ""},
+    {"keys.html", "GuideKeys", "keys", ""},
+    {aboutPage, "BtnAbout", "lumora", ""},
 };
 
 QString contentsOf(const QString &file) {
@@ -71,12 +79,25 @@ QString guideLanguage(const Texts &texts) {
 }
 
 QString guideHtml(const QString &language, const QString &file) {
-    const QString html = contentsOf(language + '/' + file);
-    return html.isEmpty() ? contentsOf("en/" + file) : html;
+    QString html = contentsOf(language + '/' + file);
+    if (html.isEmpty()) {
+        return contentsOf("en/" + file).replace("{version}", versionNumber());
+    }
+    static const QRegularExpression picture("\"\\.\\./([\\w-]+\\.jpg)\"");
+    qsizetype from = 0;
+    for (QRegularExpressionMatch match = picture.match(html, from); match.hasMatch();
+         match = picture.match(html, from)) {
+        const QString own = match.captured(1);
+        if (QFile::exists(":/guide/" + language + '/' + own)) {
+            html.replace(match.capturedStart(), match.capturedLength(), "\"../" + language + '/' + own + '"');
+        }
+        from = match.capturedStart() + 1;
+    }
+    return html.replace("{version}", versionNumber());
 }
 
 QString guideStyle() {
-    return contentsOf("guide.css");
+    return withColours(contentsOf("guide.css"));
 }
 
 } // namespace lumora

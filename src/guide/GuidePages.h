@@ -17,6 +17,9 @@ struct GuidePage {
     const char *heading; ///< identifier of the title of the group that begins with this page; empty within a group
 };
 
+/// Version, licence and credits.
+inline constexpr const char *aboutPage = "about.html";
+
 /// All pages in the order of the contents.
 std::span<const GuidePage> guidePages();
 
@@ -29,8 +32,9 @@ QString guideTitle(const Texts &texts, const char *identifier);
 /// The language file's choice of guide, the name of a folder in ":/guide".
 QString guideLanguage(const Texts &texts);
 
-/// A page, or the greeting "index.html", as HTML: in that language where the guide has it, else in English. Empty when
-/// there is no such file.
+/// A page, or the greeting "index.html", as HTML: in that language where the guide has it, else in English. A picture
+/// "../NAME.jpg" is the language's own, "../LANGUAGE/NAME.jpg", where
+/// there is one. "{version}" becomes the program's. Empty when there is no such file.
 QString guideHtml(const QString &language, const QString &file);
 
 /// The style sheet of all pages.

@@ -35,13 +35,13 @@ class RowPainter : public QStyledItemDelegate {
         row.text.clear();
         m_list->style()->drawControl(QStyle::CE_ItemViewItem, &row, painter, m_list);
         const QString icon = index.data(iconRole).toString();
-        const QPoint corner = option.rect.topLeft() + QPoint(padding, padding);
-        painter->drawPixmap(corner, iconPixmap(icon, pictureSize, painter->device()->devicePixelRatioF()));
+        const QPoint iconPlace = option.rect.topLeft() + QPoint(padding, padding);
+        painter->drawPixmap(iconPlace, iconPixmap(icon, pictureSize, painter->device()->devicePixelRatioF()));
         QTextDocument text;
         lay(text, option, index, option.rect.width());
         painter->save();
-        painter->translate(corner + QPoint(pictureSize + padding,
-                                           (option.rect.height() - 2 * padding - qRound(text.size().height())) / 2));
+        painter->translate(iconPlace + QPoint(pictureSize + padding,
+                                              (option.rect.height() - 2 * padding - qRound(text.size().height())) / 2));
         QAbstractTextDocumentLayout::PaintContext context;
         context.palette = option.palette;
         context.palette.setColor(QPalette::Text, colours::ink);

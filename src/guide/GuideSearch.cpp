@@ -19,6 +19,7 @@ constexpr int textWorth = 2;
 constexpr int mostInText = 5;       // occurrences that count
 constexpr int sentenceLength = 170; // characters
 constexpr int leastForLikes = 4;    // letters of a word that may be a slip
+constexpr int shortestStem = 3;     // letters that are left without an ending
 
 bool isWordCharacter(QChar character) {
     return character.isLetterOrNumber();
@@ -123,7 +124,8 @@ qsizetype findWord(const QString &text, const QString &folded, qsizetype from) {
     return at;
 }
 
-GuideSearch::GuideSearch(const QList<Page> &pages, const QStringList &littleWords) : m_littleWords(littleWords) {
+GuideSearch::GuideSearch(const QList<Page> &pages, const QStringList &littleWords, const QStringList &endings)
+    : m_littleWords(littleWords), m_endings(endings) {
     QSet<QString> vocabulary;
     for (const Page &page : pages) {
         m_entries << Entry{page, foldedForSearch(page.title), foldedForSearch(page.keywords),
@@ -136,6 +138,11 @@ GuideSearch::GuideSearch(const QList<Page> &pages, const QStringList &littleWord
     }
     m_vocabulary = QStringList(vocabulary.begin(), vocabulary.end());
     m_vocabulary.sort();
+    for (const QString &word : std::as_const(m_vocabulary)) {
+        for (const QString &stem : stemsOf(word)) {
+            m_forms[stem] << word;
+        }
+    }
 }
 
 GuideSearch GuideSearch::overGuide(const Texts &texts) {
@@ -153,13 +160,49 @@ GuideSearch GuideSearch::overGuide(const Texts &texts) {
     for (const QString &spoken : {language, QString("en")}) {
         littleWords << wordsOf(foldedForSearch(metaOf(guideHtml(spoken, "index.html"), "littlewords")));
     }
-    return GuideSearch(pages, littleWords);
+    const QString endings = foldedForSearch(metaOf(guideHtml(language, "index.html"), "endings"));
+    return GuideSearch(pages, littleWords, endings.split(", ", Qt::SkipEmptyParts));
+}
+
+QStringList GuideSearch::stemsOf(const QString &word) const {
+    QStringList stems{word};
+    for (const QString &ending : m_endings) {
+        const bool isBeginning = ending.endsWith(u'-');
+        const QString part = isBeginning ? ending.chopped(1) : ending;
+        const qsizetype known = stems.size(); // an ending may follow another, and a beginning goes with an ending
+        for (qsizetype i = 0; i < (isBeginning ? known : 1); ++i) {
+            const QString whole = stems[i];
+            if (whole.size() - part.size() < shortestStem ||
+                !(isBeginning ? whole.startsWith(part) : whole.endsWith(part))) {
+                continue;
+            }
+            const QString stem = isBeginning ? whole.sliced(part.size()) : whole.chopped(part.size());
+            stems << stem;
+            const bool isDoubled = stem.size() > shortestStem && stem.back() == stem[stem.size() - 2];
+            if (isDoubled && !isBeginning) {
+                stems << stem.chopped(1); // "cropping"
+            }
+        }
+    }
+    stems.removeDuplicates();
+    return stems;
 }
 
 QStringList GuideSearch::meant(const QString &word) const {
     const auto stands = [&](const QString &known) { return known.startsWith(word); };
+    QStringList forms;
+    if (word.size() >= leastForLikes) {
+        for (const QString &stem : stemsOf(word)) {
+            forms << m_forms.value(stem);
+        }
+        forms.removeDuplicates();
+    }
     if (word.size() < leastForLikes || std::any_of(m_vocabulary.begin(), m_vocabulary.end(), stands)) {
-        return {word};
+        forms.removeAll(word);
+        return QStringList{word} + forms;
+    }
+    if (!forms.isEmpty()) {
+        return forms;
     }
     QStringList likes;
     int nearest = word.size() < 2 * leastForLikes ? 1 : 2; // slips

@@ -1,6 +1,7 @@
 // Full-text search over the pages of the user guide. Used by GuideWindow; knows nothing of windows.
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -29,15 +30,17 @@ class GuideSearch {
         QStringList words; ///< the beginnings of words, folded, by which the page was found
     };
 
-    /// `littleWords`, folded, do not count beside others.
-    explicit GuideSearch(const QList<Page> &pages, const QStringList &littleWords = {});
+    /// `littleWords`, folded, do not count beside others. `endings`, folded, are those of word forms: "cropping" and
+    /// "cropped" are the same with "ing" and "ed". One with a hyphen behind it is a beginning ("ge-").
+    explicit GuideSearch(const QList<Page> &pages, const QStringList &littleWords = {},
+                         const QStringList &endings = {});
     /// Over the whole guide in the language of those texts.
     static GuideSearch overGuide(const Texts &texts);
 
     /// The pages that contain most of the words of the question, the best first: a word in the title counts most, a
-    /// keyword more than one in the text. Words count from their beginning ("rot" finds "rotate"), without regard to
-    /// capitals and accents; one that no page has counts as a typing error for the words most like it. Little
-    /// words ("how") do not count beside others. Nothing for a question without a letter or digit.
+    /// keyword more than one in the text. Words count from their beginning ("rot" finds "rotate") and in their other
+    /// forms, without regard to capitals and accents; one that no page has counts as a typing error for the words most
+    /// like it. Little words ("how") do not count beside others. Nothing for a question without a letter or digit.
     QList<Hit> find(const QString &question) const;
 
   private:
@@ -45,14 +48,19 @@ class GuideSearch {
         Page page;
         QString title, keywords, text; ///< folded
     };
-    /// What to look for in place of a word: itself where any page has it, else the words most like it.
+    /// What to look for in place of a word: itself and its other forms where any page has them, else the words most
+    /// like it.
     QStringList meant(const QString &word) const;
+    /// What may be left of a word without its ending, the word itself first.
+    QStringList stemsOf(const QString &word) const;
     static int score(const Entry &entry, const QStringList &alternatives);
     static Hit hitOn(const Entry &entry, const QStringList &words);
 
     QList<Entry> m_entries;
     QStringList m_littleWords;
+    QStringList m_endings;
     QStringList m_vocabulary;
+    QHash<QString, QStringList> m_forms; ///< words of the vocabulary by each of their stems
 };
 
 } // namespace lumora

@@ -4,9 +4,12 @@
 #include "guide/GuidePages.h"
 #include "guide/GuideReader.h"
 #include "guide/GuideResults.h"
+#include "guide/frmHelp.h"
 #include "session/AppContext.h"
+#include "widgets/Compositing.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
+#include "widgets/TitleStrip.h"
 
 #include <QAction>
 #include <QDesktopServices>
@@ -14,27 +17,28 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QSizeGrip>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
 namespace lumora {
 
 GuideWindow::GuideWindow(AppContext &context, QWidget *owner)
-    : QWidget(owner, Qt::Window), m_context(context),
-      cmdBack(button("cmdBack", "left", context.texts.text("GuideBack"))),
-      cmdForward(button("cmdForward", "right", context.texts.text("GuideForward"))),
-      cmdHome(button("cmdHome", "guide", context.texts.text("GuideHome"))),
-      cmdClose(button("cmdClose", "close", context.texts.text("GuideClose"))), txtSearch(new QLineEdit(this)),
-      m_sheets(new QStackedWidget(this)), m_contents(new GuideContents(context.texts, this)),
-      txtGuide(new GuideReader(context.texts, this)), m_results(new GuideResults(context.texts, this)),
-      lblNothing(new QLabel(this)) {
+    : QWidget(owner, Qt::Window | Qt::FramelessWindowHint), m_context(context), m_translucent(translucencyWorks()),
+      m_strip(new TitleStrip(this)), cmdBack(button("cmdBack", "left")), cmdForward(button("cmdForward", "right")),
+      cmdHome(button("cmdHome", "guide")), cmdClose(m_strip->addCloseButton("cmdClose")),
+      txtSearch(new QLineEdit(this)), m_sheets(new QStackedWidget(this)),
+      m_contents(new GuideContents(context.texts, this)), txtGuide(new GuideReader(context.texts, this)),
+      m_results(new GuideResults(context.texts, this)), lblNothing(new QLabel(this)) {
     setObjectName("GuideWindow");
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(context.texts.text("ApplicationName") + " - " + context.texts.text("DlgHelpTitle"));
+    setAttribute(Qt::WA_TranslucentBackground, m_translucent);
     build();
+    LoadLanguage();
     addKeys();
     connect(cmdBack, &QAbstractButton::clicked, this, [this] { step(-1); });
     connect(cmdForward, &QAbstractButton::clicked, this, [this] { step(1); });
@@ -53,15 +57,10 @@ GuideWindow::GuideWindow(AppContext &context, QWidget *owner)
 
 void GuideWindow::build() {
     txtGuide->setObjectName("txtGuide");
-    txtGuide->setAccessibleName(m_context.texts.text("DlgHelpTitle"));
-    const QString find = m_context.texts.text("GuideSearch");
     txtSearch->setObjectName("txtSearch");
-    txtSearch->setPlaceholderText(find);
-    txtSearch->setAccessibleName(find);
     txtSearch->setMaximumWidth(320);
     txtSearch->addAction(QIcon(iconPixmap("search", 24, devicePixelRatioF())), QLineEdit::LeadingPosition);
     txtSearch->installEventFilter(this);
-    m_results->setAccessibleName(find);
     lblNothing->setObjectName("lblNothing");
     lblNothing->setAlignment(Qt::AlignCenter);
     lblNothing->setWordWrap(true);
@@ -79,17 +78,52 @@ void GuideWindow::build() {
     row->addWidget(cmdHome);
     row->addStretch(1);
     row->addWidget(txtSearch, 2);
-    row->addSpacing(8);
-    row->addWidget(cmdClose);
+    auto *inside = new QVBoxLayout;
+    inside->setContentsMargins(12, 8, 12, 0);
+    inside->addLayout(row);
+    inside->addWidget(m_sheets, 1);
+    m_strip->setPicture("guide");
+    connect(this, &QWidget::windowTitleChanged, m_strip->lblCaption(), &QLabel::setText);
+    const int shade = m_translucent ? shadowMargin : 0;
     auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(12, 8, 12, 12);
-    column->addLayout(row);
-    column->addWidget(m_sheets, 1);
+    column->setContentsMargins(shade + 2, shade + 2, shade + 2, shade + 2);
+    column->setSpacing(0);
+    column->addWidget(m_strip);
+    column->addLayout(inside, 1);
+    column->addWidget(new QSizeGrip(this), 0, Qt::AlignRight | Qt::AlignBottom);
 
     // Six pictures in a row of the contents, and never larger than the screen.
     const QRect room = screen()->availableGeometry();
-    resize(QSize(984, 920).boundedTo(room.size() * 0.962));
-    move(room.center() - rect().center());
+    resize(QSize(984, 920).boundedTo(room.size() * 0.962) + 2 * QSize(shade, shade));
+    QWidget::move(room.center() - rect().center());
+}
+
+void GuideWindow::LoadLanguage() {
+    const Texts &texts = m_context.texts;
+    setWindowTitle(texts.text("ApplicationName") + " - " + texts.text("DlgHelpTitle"));
+    cmdBack->setToolTip(texts.text("GuideBack"));
+    cmdForward->setToolTip(texts.text("GuideForward"));
+    cmdHome->setToolTip(texts.text("GuideHome"));
+    cmdClose->setToolTip(texts.text("GuideClose"));
+    txtGuide->setAccessibleName(texts.text("DlgHelpTitle"));
+    const QString find = texts.text("GuideSearch");
+    txtSearch->setPlaceholderText(find);
+    txtSearch->setAccessibleName(find);
+    m_results->setAccessibleName(find);
+    // Which button goes back follows the direction in which the language is read.
+    cmdBack->setIconName(isRightToLeft() ? "right" : "left");
+    cmdForward->setIconName(isRightToLeft() ? "left" : "right");
+}
+
+void GuideWindow::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::LanguageChange || event->type() == QEvent::LayoutDirectionChange) {
+        m_search.reset(); // the pages of the other language
+        LoadLanguage();
+        m_contents->LoadLanguage();
+        leave();
+        showPlace();
+    }
+    QWidget::changeEvent(event);
 }
 
 void GuideWindow::addKeys() {
@@ -108,17 +142,34 @@ void GuideWindow::addKeys() {
     }
 }
 
-PictureButton *GuideWindow::button(const QString &name, const QString &icon, const QString &tip) {
+PictureButton *GuideWindow::button(const QString &name, const QString &icon) {
     auto *made = new PictureButton(icon, PictureButton::CaptionPlace::None, this);
     made->setObjectName(name);
-    made->setToolTip(tip);
     return made;
 }
 
-void GuideWindow::open(AppContext &context, QWidget *owner) {
-    auto *guide = owner == nullptr ? nullptr : owner->findChild<GuideWindow *>(QString(), Qt::FindDirectChildrenOnly);
+GuideWindow *GuideWindow::of(QWidget *owner) {
+    return owner == nullptr ? nullptr : owner->findChild<GuideWindow *>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+void GuideWindow::move(QWidget *from, QWidget *to) {
+    GuideWindow *guide = of(from);
+    if (guide != nullptr && guide->isVisible()) {
+        const QRect place = guide->geometry();
+        guide->setParent(to, guide->windowFlags());
+        guide->setGeometry(place);
+        guide->show();
+        guide->raise();
+    }
+}
+
+void GuideWindow::open(AppContext &context, QWidget *owner, const QString &page) {
+    GuideWindow *guide = of(owner);
     if (guide == nullptr) {
         guide = new GuideWindow(context, owner);
+    }
+    if (!page.isEmpty()) {
+        guide->go({page, {}, {}});
     }
     guide->show();
     guide->raise();
@@ -127,7 +178,9 @@ void GuideWindow::open(AppContext &context, QWidget *owner) {
 
 void GuideWindow::follow(const QUrl &link) {
     if (!link.scheme().isEmpty()) {
-        QDesktopServices::openUrl(link);
+        if (!QDesktopServices::openUrl(link)) {
+            tellNoProgram(m_context.texts, link.toString(), this);
+        }
     } else if (link.path() == "index.html") {
         go({});
     } else if (guidePage(link.path()) != nullptr) {
@@ -222,6 +275,18 @@ bool GuideWindow::eventFilter(QObject *watched, QEvent *event) {
         return true;
     }
     return QWidget::eventFilter(watched, event);
+}
+
+void GuideWindow::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    paintWindow(painter, rect(), m_translucent);
+}
+
+void GuideWindow::resizeEvent(QResizeEvent *event) {
+    QWidget::resizeEvent(event);
+    if (!m_translucent) {
+        setMask(windowShape(size()));
+    }
 }
 
 void GuideWindow::keyPressEvent(QKeyEvent *event) {

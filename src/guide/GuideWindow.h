@@ -17,10 +17,12 @@ class GuideContents;
 class GuideReader;
 class GuideResults;
 class PictureButton;
+class TitleStrip;
 
-/// Belongs to the window from which it was opened, stays above it and goes with it. Back and Forward follow the
-/// reader's way through pages and searches (Alt and the arrow keys too); links to the web open in the desktop's
-/// browser. Ctrl+F goes to the search field. Esc empties it; where it is empty, Esc closes the window.
+/// A window of Lumora's own look, with a grip to resize it. Belongs to the window from which it was opened, stays above
+/// it and goes with it. Back and Forward follow the reader's way through pages and searches (Alt and the arrow keys
+/// too); links to the web open in the desktop's browser. Ctrl+F goes to the search field. Esc empties it; where it is
+/// empty, Esc closes the window.
 class GuideWindow : public QWidget {
     Q_OBJECT
 
@@ -28,11 +30,17 @@ class GuideWindow : public QWidget {
     GuideWindow(AppContext &context, QWidget *owner);
 
     /// Opens the guide for that window, or brings the one it has to the front.
-    static void open(AppContext &context, QWidget *owner);
+    /// At that page, where one is named.
+    static void open(AppContext &context, QWidget *owner, const QString &page = {});
+    /// The guide of one window, if it has one, belongs to another from now on and stays as it is.
+    static void move(QWidget *from, QWidget *to);
 
   protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void changeEvent(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
   private:
     /// Where the reader was: a page (found by words, perhaps), a search, or the contents.
@@ -44,9 +52,11 @@ class GuideWindow : public QWidget {
         bool isSearch() const { return page.isEmpty() && !question.isEmpty(); }
     };
 
+    static GuideWindow *of(QWidget *owner);
     void build();
     void addKeys();
-    PictureButton *button(const QString &name, const QString &icon, const QString &tip);
+    void LoadLanguage();
+    PictureButton *button(const QString &name, const QString &icon);
     void follow(const QUrl &link);
     void search(const QString &question);
     void showFound(const QString &question);
@@ -56,6 +66,8 @@ class GuideWindow : public QWidget {
     void leave();
 
     AppContext &m_context;
+    const bool m_translucent; ///< has a shadow; else an edge
+    TitleStrip *m_strip;
     PictureButton *cmdBack;
     PictureButton *cmdForward;
     PictureButton *cmdHome;

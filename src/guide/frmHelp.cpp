@@ -1,9 +1,11 @@
 #include "guide/frmHelp.h"
 
+#include "guide/GuidePages.h"
 #include "guide/GuideWindow.h"
 #include "session/AppContext.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/AnswerButtons.h"
+#include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
 #include "widgets/WindowTexts.h"
 
@@ -27,13 +29,27 @@ QRadioButton *option(const QString &name, const QString &icon, QWidget *parent) 
 
 } // namespace
 
+void tellNoProgram(const Texts &texts, const QString &what, QWidget *owner) {
+    auto *box = new QMessageBox(QMessageBox::NoIcon, texts.text("ApplicationName"),
+                                texts.text("MsgNoProgram").arg(what), QMessageBox::Ok, owner);
+    box->setObjectName("msgNoProgram");
+    box->setTextFormat(Qt::PlainText);
+    box->setIconPixmap(iconPixmap("help", 64, box->devicePixelRatioF()));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
 frmHelp::frmHelp(AppContext &context, QWidget *owner)
     : BorderlessDialog("frmHelp", owner), m_context(context), optVideos(option("optVideos", "videos", this)),
       optUserGuide(option("optUserGuide", "guide", this)) {
     auto *buttons = new AnswerButtons(this);
-    cmdYes = buttons->add("cmdYes", "yes", {});
+    cmdYes = buttons->add("cmdYes", "ok", {});
     cmdNo = buttons->add("cmdNo", "cancel", {});
+    cmdAbout = new PictureButton("lumora", PictureButton::CaptionPlace::Beside, this);
+    cmdAbout->setObjectName("cmdAbout");
     auto *answers = new QHBoxLayout;
+    answers->addWidget(cmdAbout);
+    answers->addSpacing(24);
     answers->addStretch(1);
     answers->addWidget(cmdYes);
     answers->addWidget(cmdNo);
@@ -41,12 +57,13 @@ frmHelp::frmHelp(AppContext &context, QWidget *owner)
     body()->addWidget(optVideos);
     body()->addWidget(optUserGuide);
     body()->addSpacing(8);
-    body()->addLayout(answers);
+    addFoot(answers);
     setDefaultButton(cmdYes);
     LoadLanguage();
 
     connect(cmdYes, &QAbstractButton::clicked, this, &frmHelp::accept);
     connect(cmdNo, &QAbstractButton::clicked, this, &QDialog::reject);
+    connect(cmdAbout, &QAbstractButton::clicked, this, &frmHelp::showAbout);
     optUserGuide->setChecked(true);
     optUserGuide->setFocus();
 }
@@ -71,11 +88,25 @@ void frmHelp::accept() {
     }
 }
 
+void frmHelp::showAbout() {
+    BorderlessDialog::accept();
+    GuideWindow::open(m_context, parentWidget(), aboutPage);
+}
+
 void frmHelp::launchVideos() {
     const QDir videos(m_context.installation.videosFolder());
     if (videos.exists() && !videos.isEmpty()) {
-        // A page that shows the films, where there is one; else the desktop shows the folder.
-        OpenWithShell(videos.exists("index.html") ? videos.filePath("index.html") : videos.path());
+        // A page that shows the films, best in the program's language; else the desktop shows the folder.
+        QString films = videos.path();
+        for (const QString &page : {guideLanguage(m_context.texts) + "/index.html", QString("index.html")}) {
+            if (videos.exists(page)) {
+                films = videos.filePath(page);
+                break;
+            }
+        }
+        if (!OpenWithShell(films)) {
+            tellNoProgram(m_context.texts, films, parentWidget());
+        }
         return;
     }
     auto *box = new QMessageBox(QMessageBox::NoIcon, m_context.texts.text("ApplicationName"),

@@ -9,6 +9,11 @@ namespace lumora {
 
 class AnimatedButton;
 struct AppContext;
+class PictureButton;
+class Texts;
+
+/// A message box over `owner`: there is no program on this computer that could open that document or address.
+void tellNoProgram(const Texts &texts, const QString &what, QWidget *owner);
 
 class frmHelp : public BorderlessDialog {
     Q_OBJECT
@@ -23,12 +28,14 @@ class frmHelp : public BorderlessDialog {
   private:
     void accept() override;
     void launchVideos();
+    void showAbout();
 
     AppContext &m_context;
     QRadioButton *optVideos;
     QRadioButton *optUserGuide;
     AnimatedButton *cmdYes;
     AnimatedButton *cmdNo;
+    PictureButton *cmdAbout;
 };
 
 } // namespace lumora
