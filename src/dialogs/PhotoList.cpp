@@ -2,6 +2,7 @@
 
 #include "base/FileName.h"
 #include "base/NameOrder.h"
+#include "widgets/KeyboardFocus.h"
 #include "widgets/Theme.h"
 
 #include <QDir>
@@ -18,9 +19,14 @@ namespace {
 
 constexpr QSize tileSize(156, 158);    // pixels, minimum: the rest of a row widens its tiles
 constexpr QSize pictureRoom(136, 106); // pixels
+constexpr int longestThumbnail = 242;  // pixels: as high as a 9:16 photo is that fills the room's width
 constexpr int tileGap = 5;             // pixels around each tile
+constexpr int basketSize = 40;         // pixels, of the mark of what was thrown away
 constexpr int keptThumbnails = 300;
 constexpr int settleTime = 40; // milliseconds without scrolling before thumbnails are asked for
+
+constexpr int pathRole = Qt::UserRole;
+constexpr int thrownAwayRole = Qt::UserRole + 1;
 
 /// Paints one photo as a card: the picture, its name beneath.
 class CardDelegate : public QStyledItemDelegate {
@@ -34,14 +40,22 @@ class CardDelegate : public QStyledItemDelegate {
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override {
         const auto *list = static_cast<const PhotoList *>(option.widget);
         const QString name = index.data().toString();
+        const QString path = index.data(pathRole).toString();
+        const bool unreadable = list->isUnreadable(path);
         painter->save();
         painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
         const QRect card = option.rect.adjusted(tileGap, tileGap, -tileGap, -tileGap);
-        paintCard(*painter, card, option.state, list->isUnreadable(name));
+        paintCard(*painter, card, option.state, unreadable);
         const QRect room(card.left() + (card.width() - pictureRoom.width()) / 2, card.top() + 8, pictureRoom.width(),
                          pictureRoom.height());
-        paintPicture(*painter, room, *list, name);
-        painter->setPen(list->isUnreadable(name) ? colours::faintInk : colours::ink);
+        paintPicture(*painter, room, *list, path);
+        if (index.data(thrownAwayRole).toBool()) {
+            const bool mirrored = option.direction == Qt::RightToLeft;
+            painter->drawPixmap(mirrored ? card.left() + 6 : card.right() - 6 - basketSize,
+                                room.bottom() - basketSize + 4,
+                                iconPixmap("thrown-away", basketSize, list->devicePixelRatioF()));
+        }
+        painter->setPen(unreadable ? colours::faintInk : colours::ink);
         const QRect caption(card.left() + 6, room.bottom() + 4, card.width() - 12, card.bottom() - room.bottom() - 6);
         painter->drawText(caption, Qt::AlignCenter | Qt::TextSingleLine,
                           option.fontMetrics.elidedText(name, Qt::ElideMiddle, caption.width()));
@@ -52,17 +66,19 @@ class CardDelegate : public QStyledItemDelegate {
     static void paintCard(QPainter &painter, const QRect &card, QStyle::State state, bool unreadable) {
         const bool chosen = state & QStyle::State_Selected;
         const bool hovered = !unreadable && (state & QStyle::State_MouseOver);
-        const bool focused = (state & QStyle::State_HasFocus) && (state & QStyle::State_KeyboardFocusChange);
-        painter.setPen(QPen(chosen || focused ? colours::sky : hovered ? colours::sun : colours::line, chosen ? 4 : 2));
-        painter.setBrush(chosen ? colours::checked : hovered ? colours::hover : QColor(Qt::white));
+        painter.setPen(QPen(chosen ? colours::checked : hovered ? colours::sun : colours::line, 2));
+        painter.setBrush(chosen ? colours::checked : hovered ? colours::hover : colours::paper);
         painter.drawRoundedRect(QRectF(card).adjusted(2, 2, -2, -2), buttonCorner, buttonCorner);
+        if ((state & QStyle::State_HasFocus) && KeyboardFocus::isUsed()) {
+            KeyboardFocus::paintRing(painter, card, buttonCorner);
+        }
     }
 
-    static void paintPicture(QPainter &painter, const QRect &room, const PhotoList &list, const QString &name) {
+    static void paintPicture(QPainter &painter, const QRect &room, const PhotoList &list, const QString &path) {
         const qreal ratio = list.devicePixelRatioF();
-        QPixmap picture = list.thumbnail(name);
+        QPixmap picture = list.thumbnail(path);
         if (picture.isNull()) {
-            const bool missing = list.isUnreadable(name);
+            const bool missing = list.isUnreadable(path);
             picture = missing ? disabledPixmap(iconPixmap("picture-missing", 64, ratio)) : QPixmap();
         }
         if (picture.isNull()) {
@@ -76,6 +92,15 @@ class CardDelegate : public QStyledItemDelegate {
         painter.drawPixmap(target.topLeft(), picture);
     }
 };
+
+/// The picture as large as the room, so that no format stands in an empty frame. What does not fit is cut: on both
+/// sides of a wide one, mostly at the foot of a tall one, whose faces are in its upper half.
+QImage filled(const QImage &picture, QSize room) {
+    const QSize part = room.scaled(picture.size(), Qt::KeepAspectRatio).expandedTo({1, 1});
+    const QSize left = picture.size() - part;
+    return picture.copy({QPoint(left.width() / 2, left.height() / 6), part})
+        .scaled(room, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
 
 QStringList sortedNames(const QString &folder, const QStringList &patterns) {
     QStringList names;
@@ -97,8 +122,7 @@ QStringList sortedNames(const QString &folder, const QStringList &patterns) {
 } // namespace
 
 PhotoList::PhotoList(QWidget *parent)
-    : QListWidget(parent), m_thumbnails(qRound(qMax(pictureRoom.width(), pictureRoom.height()) * devicePixelRatioF())),
-      m_kept(keptThumbnails) {
+    : QListWidget(parent), m_thumbnails(qRound(longestThumbnail * devicePixelRatioF())), m_kept(keptThumbnails) {
     setViewMode(QListView::IconMode);
     setMovement(QListView::Static);
     setResizeMode(QListView::Adjust);
@@ -129,16 +153,31 @@ QString PhotoList::showFolder(const QString &folder, const QStringList &patterns
     if (error) {
         return QDir::toNativeSeparators(folder) + "\n\n" + QString::fromStdString(error.message());
     }
+    QList<ListedPhoto> photos;
+    for (const QString &name : sortedNames(folder, patterns)) {
+        photos += {folder + '/' + name, name};
+    }
+    showPhotos(photos);
+    return {};
+}
+
+void PhotoList::showPhotos(const QList<ListedPhoto> &photos) {
     m_thumbnails.cancel();
     m_kept.clear();
     m_unreadable.clear();
-    m_folder = folder;
     clear();
-    addItems(sortedNames(folder, patterns));
+    for (const ListedPhoto &photo : photos) {
+        auto *item = new QListWidgetItem(photo.caption, this);
+        item->setData(pathRole, photo.path);
+        item->setData(thrownAwayRole, !photo.remark.isEmpty());
+        item->setToolTip(photo.remark);
+        if (!photo.remark.isEmpty()) {
+            item->setData(Qt::AccessibleTextRole, photo.caption + ". " + photo.remark);
+        }
+    }
     setAccessibleDescription(count() == 0 ? m_emptyHint : QString());
     scrollToTop();
     m_settle.start();
-    return {};
 }
 
 void PhotoList::setEmptyHint(const QString &text, const QString &icon) {
@@ -172,14 +211,19 @@ QString PhotoList::chosenName() const {
     return chosen.isEmpty() ? QString() : chosen.first()->text();
 }
 
-QPixmap PhotoList::thumbnail(const QString &name) const {
-    const QPixmap *kept = m_kept.object(name);
+QString PhotoList::chosenPath() const {
+    const QList<QListWidgetItem *> chosen = selectedItems();
+    return chosen.isEmpty() ? QString() : chosen.first()->data(pathRole).toString();
+}
+
+QPixmap PhotoList::thumbnail(const QString &path) const {
+    const QPixmap *kept = m_kept.object(path);
     return kept ? *kept : QPixmap();
 }
 
-QListWidgetItem *PhotoList::itemOf(const QString &name) const {
-    const QList<QListWidgetItem *> found = findItems(name, Qt::MatchExactly | Qt::MatchCaseSensitive);
-    return found.isEmpty() ? nullptr : found.first();
+QListWidgetItem *PhotoList::itemOf(const QString &path) const {
+    const QModelIndexList found = model()->match(model()->index(0, 0), pathRole, path, 1, Qt::MatchExactly);
+    return found.isEmpty() ? nullptr : item(found.first().row());
 }
 
 void PhotoList::resizeEvent(QResizeEvent *event) {
@@ -204,22 +248,21 @@ void PhotoList::wantVisible() {
         if (place.top() > view.bottom()) {
             break;
         }
-        const QString name = item(row)->text();
-        if (place.bottom() >= view.top() && !m_kept.contains(name) && !m_unreadable.contains(name)) {
-            wanted += m_folder + '/' + name;
+        const QString path = item(row)->data(pathRole).toString();
+        if (place.bottom() >= view.top() && !m_kept.contains(path) && !m_unreadable.contains(path)) {
+            wanted += path;
         }
     }
     m_thumbnails.want(wanted);
 }
 
 void PhotoList::take(const QString &path, const QImage &thumbnail) {
-    const QString name = path.mid(m_folder.size() + 1);
-    QListWidgetItem *item = itemOf(name);
+    QListWidgetItem *item = itemOf(path);
     if (!item) {
         return;
     }
     if (thumbnail.isNull()) {
-        m_unreadable += name;
+        m_unreadable += path;
         const bool wasChosen = item->isSelected();
         item->setSelected(false);
         item->setFlags(Qt::NoItemFlags);
@@ -228,10 +271,9 @@ void PhotoList::take(const QString &path, const QImage &thumbnail) {
         }
     } else {
         const qreal ratio = devicePixelRatioF();
-        auto pixmap =
-            QPixmap::fromImage(thumbnail.scaled(pictureRoom * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+        auto pixmap = QPixmap::fromImage(filled(thumbnail, pictureRoom * ratio));
         pixmap.setDevicePixelRatio(ratio);
-        m_kept.insert(name, new QPixmap(pixmap));
+        m_kept.insert(path, new QPixmap(pixmap));
     }
     viewport()->update(visualItemRect(item));
 }

@@ -1,4 +1,4 @@
-// The photos of one folder as thumbnails with their names beneath: `File1` of the Simple open dialog.
+// Photos as thumbnails with their names beneath, of one folder or from several: `File1` of the Simple open dialog.
 #pragma once
 
 #include "view/Thumbnails.h"
@@ -9,6 +9,12 @@
 #include <QTimer>
 
 namespace lumora {
+
+struct ListedPhoto {
+    QString path;
+    QString caption;
+    QString remark = {}; ///< its tool tip; a photo with a remark was thrown away, which a small basket shows
+};
 
 /// Lists names at once and loads the thumbnails of visible items. A file that is not a picture shows a broken frame and
 /// cannot be chosen any more.
@@ -23,15 +29,19 @@ class PhotoList : public QListWidget {
     /// unchanged.
     QString showFolder(const QString &folder, const QStringList &patterns);
 
+    /// Lists these, in that order.
+    void showPhotos(const QList<ListedPhoto> &photos);
+
     /// The message of an empty list, with an icon before it (":/icons/NAME.svg"); nothing when it is not set. Set
-    /// before showFolder.
+    /// before a list is shown.
     void setEmptyHint(const QString &text, const QString &icon);
 
-    /// The name of the chosen file, or an empty text.
+    /// The caption and the path of the chosen photo, or an empty text.
     QString chosenName() const;
-    /// The thumbnail of that row's file; null until it is made or when that fails.
-    QPixmap thumbnail(const QString &name) const;
-    bool isUnreadable(const QString &name) const { return m_unreadable.contains(name); }
+    QString chosenPath() const;
+    /// The thumbnail of that file of the list; null until it is made or when that fails.
+    QPixmap thumbnail(const QString &path) const;
+    bool isUnreadable(const QString &path) const { return m_unreadable.contains(path); }
 
     /// Four columns on a small screen, six on a large one.
     QSize sizeHint() const override;
@@ -49,9 +59,8 @@ class PhotoList : public QListWidget {
   private:
     void wantVisible();
     void take(const QString &path, const QImage &thumbnail);
-    QListWidgetItem *itemOf(const QString &name) const;
+    QListWidgetItem *itemOf(const QString &path) const;
 
-    QString m_folder;
     QString m_emptyHint;
     QString m_emptyIcon;
     Thumbnails m_thumbnails;

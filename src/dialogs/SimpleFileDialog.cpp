@@ -51,7 +51,13 @@ void SimpleFileDialog::pressOK() {
 
 void SimpleFileDialog::setFolder(const QString &folder) {
     txtPath->setText(folder);
-    picTBar()->lblCaption()->setText(windowTitle() + " - " + folder);
+    // A path runs from the left, whatever the language around it.
+    const QString path = isRightToLeft() ? QChar(0x2066) + folder + QChar(0x2069) : folder;
+    setTitleEnd(path);
+}
+
+void SimpleFileDialog::setTitleEnd(const QString &text) {
+    picTBar()->lblCaption()->setText(windowTitle() + " - " + text);
 }
 
 QString SimpleFileDialog::folder() const {

@@ -28,6 +28,8 @@ class SimpleFileDialog : public BorderlessDialog {
 
     /// The folder in the hidden field and in the title line after the window's title.
     void setFolder(const QString &folder);
+    /// Another text after the window's title.
+    void setTitleEnd(const QString &text);
     QString folder() const;
     QString fileName() const;
     /// The folder and the name typed or chosen, or any other, as one path.

@@ -13,7 +13,7 @@ namespace lumora {
 
 frmMessage::frmMessage(AppContext &context, QWidget *owner)
     : BorderlessDialog("frmMessage", owner), m_context(context), lblMessage(new QLabel(this)),
-      chkDontShow(new QCheckBox(this)), cmdYes((new AnswerButtons(this))->add("cmdYes", "yes", {})) {
+      chkDontShow(new QCheckBox(this)), cmdYes((new AnswerButtons(this))->add("cmdYes", "ok", {})) {
     lblMessage->setObjectName("lblMessage");
     lblMessage->setWordWrap(true);
     lblMessage->setTextFormat(Qt::PlainText);
@@ -30,12 +30,12 @@ frmMessage::frmMessage(AppContext &context, QWidget *owner)
     message->addWidget(picture);
     message->addWidget(lblMessage, 1);
     body()->addLayout(message);
-    body()->addLayout(foot);
+    addFoot(foot);
     setDefaultButton(cmdYes);
 
-    setWindowTitle(context.settings.read<Setting::NoticeTitle>());
-    lblMessage->setText(context.settings.read<Setting::NoticeText>());
-    cmdYes->setText(context.settings.read<Setting::NoticeButton>());
+    setWindowTitle(context.settings.textOr<Setting::NoticeTitle>(context.texts.text("NoticeTitle")));
+    lblMessage->setText(context.settings.textOr<Setting::NoticeText>(context.texts.text("NoticeSmallScreen")));
+    cmdYes->setText(context.settings.textOr<Setting::NoticeButton>(context.texts.text("NoticeOK")));
     chkDontShow->setText(context.texts.text("Welcome_Bubble"));
 
     connect(cmdYes, &QAbstractButton::clicked, this, &frmMessage::accept);

@@ -2,6 +2,7 @@
 
 #include "imaging/Scale.h"
 #include "session/AppContext.h"
+#include "view/PhotoTable.h"
 #include "view/Thumbnails.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/AnswerButtons.h"
@@ -12,6 +13,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
+#include <QScreen>
 #include <QVBoxLayout>
 
 namespace lumora {
@@ -20,6 +22,7 @@ namespace lumora {
 enum class PromptPicture {
     Drawing, ///< the row's icon
     File,    ///< the photo in the file that would be replaced, once it is read; the icon until then
+    Photo,   ///< the photo with the changes that may be lost
     Print,   ///< the photo that the question is about, large
 };
 
@@ -32,17 +35,18 @@ struct PromptRow {
     int answerPicture; // pixels
     int answerGap;     // pixels above the answers, beside the usual spacing
     bool cancelButton; // a third way to close it, cmdExit
+    bool noLoses;      // No throws work away: it is smaller and stands apart, so that it is not hit in a hurry
     Answer enter;      // the initial default button: never the answer that loses data
 };
 
 namespace {
 
 constexpr PromptRow prompts[] = {
-    {PromptKind::Exit, "frmExit", PromptPicture::Drawing, "exit", 18, 88, 6, false, Answer::Yes},
-    {PromptKind::Save, "frmSave", PromptPicture::Drawing, "save", 18, 88, 6, true, Answer::Yes},
-    {PromptKind::SaveBeforeOpen, "frmSave2", PromptPicture::Drawing, "save", 18, 88, 6, true, Answer::Yes},
-    {PromptKind::Overwrite, "frmOverwrite", PromptPicture::File, "save", 18, 88, 6, false, Answer::No},
-    {PromptKind::Recover, "frmRecover", PromptPicture::Print, "", 16, 72, 0, false, Answer::Yes},
+    {PromptKind::Exit, "frmExit", PromptPicture::Drawing, "exit", 18, 88, 6, false, false, Answer::Yes},
+    {PromptKind::Save, "frmSave", PromptPicture::Photo, "save", 18, 88, 6, true, true, Answer::Yes},
+    {PromptKind::SaveBeforeOpen, "frmSave2", PromptPicture::Photo, "save", 18, 88, 6, true, true, Answer::Yes},
+    {PromptKind::Overwrite, "frmOverwrite", PromptPicture::File, "save", 18, 88, 6, false, false, Answer::No},
+    {PromptKind::Recover, "frmRecover", PromptPicture::Print, "", 16, 72, 0, false, true, Answer::Yes},
 };
 
 const PromptRow &rowOf(PromptKind kind) {
@@ -50,14 +54,17 @@ const PromptRow &rowOf(PromptKind kind) {
 }
 
 constexpr int drawingSize = 88;         // pixels
+constexpr int gapBeforeLoss = 40;       // pixels
 constexpr QSize filePhoto(200, 150);    // pixels
 constexpr QSize largestPrint(440, 320); // pixels
+constexpr QSize aroundPrint(120, 340);  // pixels of the screen that the rest of the window needs
 constexpr int mount = 8;                // pixels of white paper round a print
 constexpr int smallestPrintSide = 96;   // pixels, with the mount: a strip or a dot is still seen to be a photo
 
-/// The photo on a white mount, like a print on a table.
-QPixmap print(const QImage &photo, qreal ratio) {
-    const QSize room = largestPrint * ratio;
+/// The photo on a white mount, like a print on a table; smaller where the screen is.
+QPixmap print(const QImage &photo, const QScreen &screen, qreal ratio) {
+    const QSize free = screen.availableSize() - aroundPrint;
+    const QSize room = largestPrint.boundedTo(free.expandedTo({smallestPrintSide, smallestPrintSide})) * ratio;
     const QSize fitted = photo.size().scaled(photo.size().boundedTo(room), Qt::KeepAspectRatio);
     const QImage small = scaleByAveraging(photo, std::max(1, fitted.width()), std::max(1, fitted.height()));
     const int paper = qRound(2 * mount * ratio);
@@ -109,16 +116,19 @@ void frmPrompt::addQuestion(const PromptRow &row) {
 
 void frmPrompt::addAnswers(AppContext &ctx, const PromptRow &row) {
     auto *buttons = new AnswerButtons(this);
-    const AnswerButtons::Look look{PictureButton::CaptionPlace::Below, row.answerPicture, 14, 150};
+    const AnswerButtons::Look large{PictureButton::CaptionPlace::Below, row.answerPicture, 14, 150};
+    const AnswerButtons::Look small{PictureButton::CaptionPlace::Below, row.answerPicture / 2, 11, 96};
     auto *answers = new QHBoxLayout;
     answers->setSpacing(16);
     const struct {
         const char *name, *loop;
         Answer answer;
-    } rows[] = {{"cmdYes", "yes", Answer::Yes}, {"cmdNo", "no", Answer::No}};
+    } rows[] = {{"cmdYes", "ok", Answer::Yes}, {"cmdNo", "cancel", Answer::No}};
     for (const auto &[name, loop, answer] : rows) {
-        AnimatedButton *button = buttons->add(name, loop, look);
-        answers->addWidget(button, 1);
+        const bool apart = row.noLoses && answer == Answer::No;
+        AnimatedButton *button = buttons->add(name, loop, apart ? small : large);
+        answers->addSpacing(apart ? gapBeforeLoss : 0);
+        answers->addWidget(button, apart ? 0 : 1, apart ? Qt::AlignBottom : Qt::Alignment());
         connect(button, &QAbstractButton::clicked, this, [this, chosen = answer] {
             m_answer = chosen;
             accept();
@@ -129,7 +139,7 @@ void frmPrompt::addAnswers(AppContext &ctx, const PromptRow &row) {
         }
     }
     body()->addSpacing(row.answerGap);
-    body()->addLayout(answers);
+    addFoot(answers);
     if (row.cancelButton) {
         PictureButton *cmdExit = picTBar()->addCloseButton("cmdExit");
         cmdExit->setToolTip(ctx.texts.text("DlgSaveCancelButton"));
@@ -139,7 +149,7 @@ void frmPrompt::addAnswers(AppContext &ctx, const PromptRow &row) {
 
 void frmPrompt::showPicture(AppContext &ctx, const PromptRow &row, const QImage &photo) {
     if (row.picture == PromptPicture::Print) {
-        picPrompt->setPixmap(print(photo, devicePixelRatioF()));
+        picPrompt->setPixmap(print(photo, *screen(), devicePixelRatioF()));
         picPrompt->setAccessibleName(lblPrompt->text());
         balanceLines(*lblPrompt);
         return;
@@ -147,6 +157,9 @@ void frmPrompt::showPicture(AppContext &ctx, const PromptRow &row, const QImage 
     picPrompt->setPixmap(iconPixmap(row.icon, drawingSize, devicePixelRatioF()));
     if (row.picture == PromptPicture::File) {
         showFile(ctx.fields.txtSimpleSavePath);
+    } else if (const QImage photoNow = ctx.photo.pic2nd(); row.picture == PromptPicture::Photo && !photoNow.isNull()) {
+        picPrompt->setPixmap(smallPhoto(photoNow, filePhoto, devicePixelRatioF(), Beneath::Checks));
+        picPrompt->setAccessibleName(lblPrompt->text());
     }
 }
 
@@ -156,10 +169,7 @@ void frmPrompt::showFile(const QString &path) {
     auto *thumbnails = new Thumbnails(qRound(filePhoto.width() * ratio), this);
     connect(thumbnails, &Thumbnails::made, this, [this, ratio](const QString &, const QImage &photo) {
         if (!photo.isNull()) {
-            QPixmap pixmap =
-                QPixmap::fromImage(photo).scaled(filePhoto * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-            pixmap.setDevicePixelRatio(ratio);
-            picPrompt->setPixmap(pixmap);
+            picPrompt->setPixmap(smallPhoto(photo, filePhoto, ratio, Beneath::Checks));
         }
     });
     thumbnails->want({path});

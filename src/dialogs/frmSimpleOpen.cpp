@@ -4,12 +4,15 @@
 #include "imaging/PictureFile.h"
 #include "session/AppContext.h"
 #include "session/LoadSettings.h"
+#include "session/MyPictures.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/WindowTexts.h"
 
+#include <QDir>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScreen>
 #include <QVBoxLayout>
 
 namespace lumora {
@@ -31,6 +34,8 @@ constexpr GroupRow groups[] = {
     {"cmdGrp5", "group5", "old buildings"},
 };
 
+constexpr int lowScreen = 620; // pixels, below which the groups get smaller
+
 const QStringList &photoPatterns() {
     static const QStringList patterns = [] {
         QStringList all;
@@ -48,13 +53,13 @@ const QStringList &photoPatterns() {
 
 frmSimpleOpen::frmSimpleOpen(AppContext &ctx, const QString &name, QWidget *owner)
     : SimpleFileDialog(ctx, name, owner, "open"), lblFiles(new QLabel(this)), lblSelectedFile(new QLabel(this)),
-      File1(new PhotoList(this)) {
+      File1(new PhotoList(this)),
+      cmdMyPictures(new PictureButton("my-pictures", PictureButton::CaptionPlace::Beside, this)) {
     lblFiles->setObjectName("lblFiles");
     lblFiles->setBuddy(File1);
     lblSelectedFile->setObjectName("lblSelectedFile");
     lblSelectedFile->setBuddy(txtFile);
     File1->setObjectName("File1");
-    File1->setEmptyHint(ctx.texts.text("NoPhotosHere"), layoutDirection() == Qt::RightToLeft ? "right" : "left");
     layOut();
     showTexts(m_ctx.texts, *this);
     const auto takeName = [this] {
@@ -62,6 +67,9 @@ frmSimpleOpen::frmSimpleOpen(AppContext &ctx, const QString &name, QWidget *owne
             txtFile->setText(chosen);
         }
     };
+    connect(txtFile, &QLineEdit::textChanged, this, [this](const QString &typed) {
+        cmdOK->setInviting(!typed.isEmpty() && typed == File1->chosenName()); // the next thing to press
+    });
     connect(File1, &QListWidget::itemSelectionChanged, this, takeName);
     connect(File1, &QListWidget::itemClicked, this, takeName);
     connect(File1, &QListWidget::itemActivated, this, &frmSimpleOpen::pressOK);
@@ -70,12 +78,20 @@ frmSimpleOpen::frmSimpleOpen(AppContext &ctx, const QString &name, QWidget *owne
 
 QBoxLayout *frmSimpleOpen::groupColumn() {
     auto *column = new QVBoxLayout;
-    column->setSpacing(8);
+    const bool isLow = screen()->availableSize().height() < lowScreen;
+    const int pictureSize = isLow ? 36 : 48; // pixels
+    column->setSpacing(isLow ? 6 : 8);
+    cmdMyPictures->setObjectName("cmdMyPictures");
+    cmdMyPictures->setLook(PictureButton::Look::Raised);
+    cmdMyPictures->setPictureSize(pictureSize);
+    cmdMyPictures->setCheckable(true);
+    connect(cmdMyPictures, &QAbstractButton::clicked, this, &frmSimpleOpen::showMyPictures);
+    column->addWidget(cmdMyPictures);
     for (const GroupRow &group : groups) {
         auto *button = new PictureButton(group.icon, PictureButton::CaptionPlace::Beside, this);
         button->setObjectName(group.button);
         button->setLook(PictureButton::Look::Raised);
-        button->setPictureSize(48);
+        button->setPictureSize(pictureSize);
         button->setCheckable(true);
         button->setProperty("folder", m_ctx.installation.samplesFolder() + '/' + group.folder);
         connect(button, &QAbstractButton::clicked, this,
@@ -109,6 +125,7 @@ void frmSimpleOpen::layOut() {
     lower->addWidget(cmdCancel, 0, Qt::AlignBottom);
     body()->addLayout(upper, 1);
     body()->addLayout(lower);
+    setTabOrder(cmdMyPictures, m_groups.first());
     QWidget *before = m_groups.last();
     for (QWidget *next : std::initializer_list<QWidget *>{File1, cmdAdvCMDLG, txtFile, cmdOK, cmdCancel}) {
         setTabOrder(before, next);
@@ -121,14 +138,27 @@ void frmSimpleOpen::LoadMySettings() {
     const QString start = photoFolder(m_ctx);
     setFolder(start);
     markGroup();
+    File1->setEmptyHint(m_ctx.texts.text("NoPhotosHere"), isRightToLeft() ? "right" : "left");
     if (const QString problem = File1->showFolder(start, photoPatterns()); !problem.isEmpty()) {
         showError(problem);
     }
 }
 
+/// Who has no photo of their own yet sees pictures to choose from at once: those of the first group that has any.
+void frmSimpleOpen::leadToSamples() {
+    for (PictureButton *button : std::as_const(m_groups)) {
+        const QString samples = button->property("folder").toString();
+        if (File1->count() == 0 && !QDir(samples).entryList(photoPatterns(), QDir::Files).isEmpty()) {
+            showGroup(samples);
+        }
+    }
+}
+
 void frmSimpleOpen::showGroup(const QString &folder) {
+    File1->setEmptyHint(m_ctx.texts.text("NoPhotosHere"), isRightToLeft() ? "right" : "left");
     const QString problem = File1->showFolder(folder, photoPatterns());
     if (problem.isEmpty()) {
+        m_showsMine = false;
         setFolder(folder);
         txtFile->clear();
     }
@@ -139,19 +169,37 @@ void frmSimpleOpen::showGroup(const QString &folder) {
     }
 }
 
+/// The folder stays what it was: a typed name and "More..." are about it.
+void frmSimpleOpen::showMyPictures() {
+    m_showsMine = true;
+    File1->setEmptyHint(m_ctx.texts.text("NoMyPictures"), "my-pictures");
+    QList<ListedPhoto> photos;
+    for (const MyPicture &picture : myPictures(m_ctx)) {
+        photos +=
+            {picture.path, picture.caption, picture.thrownAway ? m_ctx.texts.text("PictureThrownAway") : QString()};
+    }
+    File1->showPhotos(photos);
+    setTitleEnd(cmdMyPictures->text());
+    txtFile->clear();
+    markGroup();
+}
+
 void frmSimpleOpen::markGroup() {
+    cmdMyPictures->setChecked(m_showsMine);
     for (PictureButton *button : std::as_const(m_groups)) {
-        button->setChecked(button->property("folder") == folder());
+        button->setChecked(!m_showsMine && button->property("folder") == folder());
     }
 }
 
 bool frmSimpleOpen::takeChoice() {
-    m_ctx.fields.txtSimplePath = pathOf(fileName());
+    const bool isChosen = m_showsMine && fileName() == File1->chosenName();
+    m_ctx.fields.txtSimplePath = isChosen ? File1->chosenPath() : pathOf(fileName());
     return true;
 }
 
 frmSimpleOpen::Result frmSimpleOpen::ask() {
     LoadMySettings();
+    leadToSamples();
     switch (run()) {
     case Ending::OK:
         return Result::Open;

@@ -1,4 +1,5 @@
-// Simple mode's own open dialog: the photos of one folder as pictures, and the five groups of sample photos.
+// Simple mode's own open dialog: the photos of one folder as pictures, the user's own from everywhere, and the five
+// groups of sample photos.
 // Shown by the Open command; it never loads a photo itself.
 #pragma once
 
@@ -31,13 +32,17 @@ class frmSimpleOpen : public SimpleFileDialog {
     void layOut();
     QBoxLayout *groupColumn();
     void LoadMySettings();
+    void leadToSamples();
     void showGroup(const QString &folder);
+    void showMyPictures();
     void markGroup();
 
     QLabel *lblFiles;
     QLabel *lblSelectedFile;
     PhotoList *File1;
+    PictureButton *cmdMyPictures;
     QList<PictureButton *> m_groups;
+    bool m_showsMine = false; ///< "My Pictures" instead of a folder
 };
 
 } // namespace lumora

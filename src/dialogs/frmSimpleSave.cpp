@@ -1,8 +1,10 @@
 #include "dialogs/frmSimpleSave.h"
 
+#include "imaging/PictureFile.h"
 #include "session/AppContext.h"
 #include "session/FileTypeText.h"
 #include "session/LoadSettings.h"
+#include "view/PhotoTable.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/ElidedLabel.h"
 #include "widgets/Theme.h"
@@ -36,8 +38,10 @@ constexpr TypeRow types[] = {
 };
 constexpr int typeCount = std::size(types);
 constexpr int jpeg = 1;
-constexpr int pdf = typeCount - 1; // of a page that is printed into a file; no type of photos
-constexpr int longestName = 251;   // bytes: file systems take 255 with the extension
+constexpr int png = 2;
+constexpr int pdf = typeCount - 1;  // of a page that is printed into a file; no type of photos
+constexpr QSize photoRoom(112, 84); // pixels
+constexpr int longestName = 251;    // bytes: file systems take 255 with the extension
 
 /// A sheet of paper with the extension on it in the type's colour.
 QPixmap typeBadge(const TypeRow &type, int size, qreal devicePixelRatio) {
@@ -100,7 +104,8 @@ QString freeSaveName(const QString &folder, const QString &base) {
 
 frmSimpleSave::frmSimpleSave(AppContext &ctx, const QString &name, QWidget *owner, Saves what)
     : SimpleFileDialog(ctx, name, owner, "save"), lblFile(new QLabel(this)), lblFileType(new QLabel(this)),
-      cboFilter(new QComboBox(this)), m_badge(new QLabel(this)), lblResult(new ElidedLabel(Qt::ElideMiddle, this)) {
+      cboFilter(new QComboBox(this)), m_photo(new QLabel(this)), m_badge(new QLabel(this)),
+      lblResult(new ElidedLabel(Qt::ElideMiddle, this)) {
     lblFile->setObjectName("lblFile");
     lblFile->setBuddy(txtFile);
     lblFileType->setObjectName("lblFileType");
@@ -127,7 +132,9 @@ void frmSimpleSave::fillTypes(Saves what) {
                                fileTypeText(m_ctx.texts, types[i].text, {QString("*") + types[i].extension}), i);
         }
     }
-    cboFilter->setCurrentIndex(what == Saves::PdfPage ? 0 : jpeg);
+    if (what == Saves::Photo) { // what was cut out stays cut out
+        cboFilter->setCurrentIndex(m_ctx.photo.picCanvas().hasAlphaChannel() ? png : jpeg);
+    }
 }
 
 int frmSimpleSave::type() const {
@@ -153,7 +160,9 @@ void frmSimpleSave::layOut() {
     fields->setColumnMinimumWidth(1, 420);
     auto *result = new QHBoxLayout;
     result->setSpacing(10);
-    result->addWidget(photoLabel());
+    m_photo->setObjectName("picPhoto");
+    m_photo->setFixedHeight(photoRoom.height());
+    result->addWidget(m_photo);
     result->addWidget(m_badge);
     result->addWidget(lblResult, 1);
     auto *buttons = new QHBoxLayout;
@@ -164,30 +173,18 @@ void frmSimpleSave::layOut() {
     buttons->addWidget(cmdCancel);
     body()->addLayout(fields);
     body()->addLayout(result);
-    body()->addLayout(buttons);
+    addFoot(buttons);
     setTabOrder(txtFile, cboFilter);
     setTabOrder(cboFilter, cmdAdvCMDLG);
     setTabOrder(cmdAdvCMDLG, cmdOK);
     setTabOrder(cmdOK, cmdCancel);
 }
 
-/// A thumbnail of what is going to be saved.
-QLabel *frmSimpleSave::photoLabel() {
-    constexpr QSize room(112, 84); // pixels
-    const qreal ratio = devicePixelRatioF();
-    auto *label = new QLabel(this);
-    if (const QImage photo = m_ctx.photo.pic2nd(); !photo.isNull()) {
-        auto pixmap = QPixmap::fromImage(photo.scaled(room * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation));
-        pixmap.setDevicePixelRatio(ratio);
-        label->setPixmap(pixmap);
-    }
-    label->setFixedHeight(room.height());
-    return label;
-}
-
 void frmSimpleSave::showName() {
     const QString name = simpleSaveName(fileName(), type());
     lblResult->setText(name);
+    m_photo->setPixmap(smallPhoto(m_ctx.photo.pic2nd(), photoRoom, devicePixelRatioF(),
+                                  keepsTransparency(name) ? Beneath::Checks : Beneath::White));
     m_badge->setPixmap(name.isEmpty() ? QPixmap() : typeBadge(types[type()], 56, devicePixelRatioF()));
 }
 

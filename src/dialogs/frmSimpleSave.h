@@ -41,12 +41,12 @@ class frmSimpleSave : public SimpleFileDialog {
     void fillTypes(Saves what);
     int type() const; ///< the position in the type list; -1 none
     void layOut();
-    QLabel *photoLabel();
     void showName();
 
     QLabel *lblFile;
     QLabel *lblFileType;
     QComboBox *cboFilter;
+    QLabel *m_photo;   ///< as a file of the chosen type will have it
     QLabel *m_badge;   ///< the type's picture before the name
     QLabel *lblResult; ///< the name that the file will get
 };

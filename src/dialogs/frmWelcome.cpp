@@ -66,7 +66,7 @@ frmWelcome::frmWelcome(AppContext &context, QWidget *window)
     chkShow->setObjectName("chkShow");
     auto *buttons = new AnswerButtons(this);
     constexpr AnswerButtons::Look look{.captionPlace = PictureButton::CaptionPlace::None};
-    cmdOK = buttons->add("cmdOK", "yes", look);
+    cmdOK = buttons->add("cmdOK", "ok", look);
     cmdCancel = buttons->add("cmdCancel", "cancel", look);
     auto *answers = new QHBoxLayout;
     answers->addWidget(picCrayon);
@@ -94,6 +94,13 @@ void frmWelcome::LoadLanguage() {
     showTexts(m_context.texts, *this);
     cmdOK->setToolTip(m_context.texts.text("DlgHelpBtnYes"));
     cmdCancel->setToolTip(m_context.texts.text("DlgHelpBtnNo"));
+}
+
+void frmWelcome::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::LanguageChange) {
+        LoadLanguage();
+    }
+    Bubble::changeEvent(event);
 }
 
 void frmWelcome::showAt(QWidget *openButton) {

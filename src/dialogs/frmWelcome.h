@@ -28,6 +28,7 @@ class frmWelcome : public Bubble {
 
   protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
   private:
     void keepAnswer();

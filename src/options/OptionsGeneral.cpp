@@ -5,11 +5,13 @@
 #include "widgets/PictureButton.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSlider>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace lumora {
 
@@ -17,6 +19,7 @@ OptionsGeneral::OptionsGeneral(AppContext &ctx, QWidget *parent)
     : OptionsPage("lblGeneral", parent), m_ctx(ctx), chkAdvSFX(tickBox("chkAdvSFX", "tool10")),
       chkAdvResize(tickBox("chkAdvResize", "tool4")), chkAdvPopart(tickBox("chkAdvPopart", "pop-art")),
       chkGrid(tickBox("chkGrid", "tool5")) {
+    addLanguages();
     QVBoxLayout *tools = addSheet();
     for (QCheckBox *box : {chkAdvSFX, chkAdvResize, chkAdvPopart, chkGrid}) {
         tools->addWidget(box);
@@ -24,6 +27,24 @@ OptionsGeneral::OptionsGeneral(AppContext &ctx, QWidget *parent)
     addSlideshow();
     addFolder();
     column()->addStretch(1);
+}
+
+void OptionsGeneral::addLanguages() {
+    QHBoxLayout *row = addRow(addSheet());
+    QLabel *caption = label("lblLanguage");
+    cboLanguage = new QComboBox(this);
+    cboLanguage->setObjectName("cboLanguage");
+    for (const InstalledLanguage &language : installedLanguages(m_ctx.installation)) {
+        cboLanguage->addItem(language.name, language.file);
+    }
+    caption->setBuddy(cboLanguage);
+    row->addWidget(picture("language"));
+    row->addWidget(caption);
+    row->addWidget(cboLanguage, 1);
+}
+
+QString OptionsGeneral::languageInUse() const {
+    return lumora::languageInUse(m_ctx.installation, m_ctx.settings, m_ctx.ini);
 }
 
 void OptionsGeneral::addSlideshow() {
@@ -63,6 +84,10 @@ void OptionsGeneral::addFolder() {
     row->addWidget(txtWD, 1);
     row->addWidget(cmdBrowse);
     chkMyDocs = tickBox("chkMyDocs");
+    for (QWidget *part : {static_cast<QWidget *>(caption), static_cast<QWidget *>(txtWD),
+                          static_cast<QWidget *>(cmdBrowse)}) { // without effect while it is ticked
+        connect(chkMyDocs, &QCheckBox::toggled, part, &QWidget::setDisabled);
+    }
     sheet->addWidget(chkMyDocs);
 }
 
@@ -88,6 +113,8 @@ void OptionsGeneral::showValues(const OptionsSettings &options) {
     chkAdvResize->setChecked(options.advancedResize);
     chkAdvPopart->setChecked(options.advancedPopart);
     chkGrid->setChecked(options.grid);
+    m_language = options.language;
+    cboLanguage->setCurrentIndex(std::max(0, cboLanguage->findData(languageInUse())));
     sldDelay->setValue(options.slideshowDelay);
     lblDelay->setText(m_ctx.texts.text("SlideshowSeconds").arg(sldDelay->value()));
     setFolder(options.workingDirectory);
@@ -99,6 +126,9 @@ void OptionsGeneral::takeValues(OptionsSettings &options) const {
     options.advancedResize = chkAdvResize->isChecked();
     options.advancedPopart = chkAdvPopart->isChecked();
     options.grid = chkGrid->isChecked();
+    // Who has not touched the list has chosen nothing: the language goes on following the desktop.
+    const QString language = cboLanguage->currentData().toString();
+    options.language = language == languageInUse() ? m_language : language;
     options.slideshowDelay = sldDelay->value();
     options.workingDirectory = txtWD->text();
     options.myDocs = chkMyDocs->isChecked();

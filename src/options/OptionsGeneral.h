@@ -3,6 +3,7 @@
 
 #include "options/OptionsPage.h"
 
+class QComboBox;
 class QLineEdit;
 class QSlider;
 
@@ -20,6 +21,8 @@ class OptionsGeneral : public OptionsPage {
     void takeValues(OptionsSettings &options) const override;
 
   private:
+    void addLanguages();
+    QString languageInUse() const;
     void addSlideshow();
     void addFolder();
     void browse();
@@ -30,6 +33,8 @@ class OptionsGeneral : public OptionsPage {
     QCheckBox *chkAdvResize;
     QCheckBox *chkAdvPopart;
     QCheckBox *chkGrid;
+    QComboBox *cboLanguage = nullptr;
+    QString m_language; ///< the setting: empty while none is chosen
     QSlider *sldDelay = nullptr;
     QLabel *lblDelay = nullptr;
     QLineEdit *txtWD = nullptr;

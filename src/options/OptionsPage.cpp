@@ -11,8 +11,8 @@ namespace lumora {
 
 namespace {
 
-constexpr int pictureSize = 28; // pixels
-constexpr int pageWidth = 620;  // pixels: remarks wrap to it
+constexpr int rowPicture = 28; // pixels
+constexpr int pageWidth = 620; // pixels: remarks wrap to it
 
 class Sheet : public QWidget {
   public:
@@ -60,8 +60,8 @@ QCheckBox *OptionsPage::tickBox(const QString &name, const QString &icon) {
     auto *box = new QCheckBox(this);
     box->setObjectName(name);
     if (!icon.isEmpty()) {
-        box->setIcon(iconPixmap(icon, pictureSize, devicePixelRatioF()));
-        box->setIconSize({pictureSize + 8, pictureSize}); // margin on both sides
+        box->setIcon(iconPixmap(icon, rowPicture, devicePixelRatioF()));
+        box->setIconSize({rowPicture + 8, rowPicture}); // margin on both sides
     }
     return box;
 }
@@ -87,7 +87,7 @@ QLabel *OptionsPage::note(const QString &name) {
 
 QLabel *OptionsPage::picture(const QString &icon) {
     auto *sign = new QLabel(this);
-    sign->setPixmap(iconPixmap(icon, pictureSize, devicePixelRatioF()));
+    sign->setPixmap(iconPixmap(icon, rowPicture, devicePixelRatioF()));
     return sign;
 }
 

@@ -9,7 +9,7 @@ namespace lumora {
 
 namespace {
 
-constexpr int pictureSize = 44; // pixels
+constexpr int tabPicture = 44; // pixels
 constexpr int tabWidth = 136;
 
 /// Enter on a tab is left to the window: the tab is already chosen.
@@ -46,7 +46,7 @@ void OptionsTabs::addTab(const QString &key, const QString &iconName) {
     tab->setProperty("key", key);
     tab->setCheckable(true);
     tab->setLook(PictureButton::Look::Raised);
-    tab->setPictureSize(pictureSize);
+    tab->setPictureSize(tabPicture);
     tab->setFixedWidth(tabWidth);
     tab->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     const auto place = static_cast<int>(m_tabs.buttons().size());

@@ -49,14 +49,14 @@ frmMailServer::frmMailServer(AppContext &ctx, const MailServer &server, const QS
     addTrial();
     auto *buttons = new AnswerButtons(this);
     constexpr AnswerButtons::Look look{.pictureSize = 32, .minimumWidth = 130};
-    AnimatedButton *cmdOK = buttons->add("cmdOK", "yes", look);
+    AnimatedButton *cmdOK = buttons->add("cmdOK", "ok", look);
     AnimatedButton *cmdCancel = buttons->add("cmdCancel", "cancel", look);
     setDefaultButton(cmdOK);
     auto *answers = new QHBoxLayout;
     answers->addStretch(1);
     answers->addWidget(cmdOK);
     answers->addWidget(cmdCancel);
-    body()->addLayout(answers);
+    addFoot(answers);
 
     showTexts(ctx.texts, *this);
     for (const QLabel *caption : findChildren<QLabel *>()) {
@@ -131,7 +131,7 @@ void frmMailServer::addTrial() {
     connect(m_trial, &MailTrial::found, this, &frmMailServer::sayFound);
     connect(m_trial, &MailTrial::tried, this, [this](const MailResult &result) {
         say(result.ok() ? m_ctx.texts.text("MailWorks") : plainWords(m_ctx.texts, result.fault),
-            result.ok() ? "ok" : "no");
+            result.ok() ? "ok" : "cancel");
     });
     picTrial->setObjectName("picTrial");
     picTrial->setFixedWidth(signSize);
@@ -206,7 +206,7 @@ void frmMailServer::tryIt() {
 
 void frmMailServer::sayFound(const QList<MailServer> &servers) {
     if (servers.isEmpty()) {
-        say(m_ctx.texts.text("MailNothingFound"), "no");
+        say(m_ctx.texts.text("MailNothingFound"), "cancel");
         return;
     }
     QStringList lines;

@@ -11,6 +11,7 @@
 #include "session/OptionsSettings.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/AnswerButtons.h"
+#include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
 #include "widgets/TitleStrip.h"
 #include "widgets/WindowTexts.h"
@@ -33,12 +34,14 @@ frmOptions::frmOptions(AppContext &ctx, QWidget *owner, const QString &helper)
     TabStrip1->addTab("keyMiscellaneous", "options-miscellaneous");
     addPage(new OptionsGeneral(ctx, this));
     addPage(new OptionsDevices(ctx, helper, this));
-    addPage(new OptionsDialogs(this));
+    addPage(new OptionsDialogs(ctx, this));
     m_miscellaneous = new OptionsMiscellaneous(ctx, this);
     addPage(m_miscellaneous);
+    auto *cmdAbout = new PictureButton("lumora", PictureButton::CaptionPlace::Beside, this);
+    cmdAbout->setObjectName("cmdAbout");
     auto *buttons = new AnswerButtons(this);
     constexpr AnswerButtons::Look look{.pictureSize = 32, .minimumWidth = 130};
-    cmdOK = buttons->add("cmdOK", "yes", look);
+    cmdOK = buttons->add("cmdOK", "ok", look);
     cmdCancel = buttons->add("cmdCancel", "cancel", look);
     setDefaultButton(cmdOK);
 
@@ -47,17 +50,20 @@ frmOptions::frmOptions(AppContext &ctx, QWidget *owner, const QString &helper)
     middle->addWidget(TabStrip1);
     middle->addWidget(m_pages, 1);
     auto *answers = new QHBoxLayout;
+    answers->addWidget(cmdAbout);
     answers->addStretch(1);
     answers->addWidget(cmdOK);
     answers->addWidget(cmdCancel);
     body()->setContentsMargins(12, 10, 12, 12);
     body()->setSpacing(10);
     body()->addLayout(middle, 1);
-    body()->addLayout(answers);
+    addFoot(answers);
+    picTBar()->setPicture("options");
 
     connect(TabStrip1, &OptionsTabs::currentChanged, m_pages, &QStackedWidget::setCurrentIndex);
     connect(cmdOK, &QAbstractButton::clicked, this, &frmOptions::accept);
     connect(cmdCancel, &QAbstractButton::clicked, this, &QDialog::reject);
+    connect(cmdAbout, &QAbstractButton::clicked, this, &frmOptions::aboutWanted);
     connect(new QShortcut(QKeySequence("Ctrl+Tab"), this), &QShortcut::activated, this, [this] { TabStrip1->step(1); });
     connect(new QShortcut(QKeySequence("Ctrl+Shift+Tab"), this), &QShortcut::activated, this,
             [this] { TabStrip1->step(-1); });

@@ -33,6 +33,10 @@ class frmOptions : public BorderlessDialog {
     /// Writes what is shown.
     void SaveMyINISettings();
 
+  Q_SIGNALS:
+    /// Version, licence and credits should be shown above this window.
+    void aboutWanted();
+
   private:
     void addPage(OptionsPage *page);
     void accept() override;

@@ -6,6 +6,7 @@
 #include "support/TextCheck.h"
 
 #include <QCheckBox>
+#include <QFile>
 #include <QLabel>
 #include <QTest>
 
@@ -16,7 +17,12 @@ using Message = test::Shell;
 
 TEST_F(Message, TextsComeFromTheSettingsFile) {
     // A language file that has the same names changes nothing.
-    ASSERT_TRUE(test::writeChangedLanguageFile(m_folder.filePath("language.ini")));
+    QFile file(m_folder.filePath("language.ini"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    for (const char *name : {"ScreenMessageTitle", "ScreenMessage", "ScreenMessageButton"}) {
+        file.write(QByteArray("[") + name + "]\nCaption=other\n");
+    }
+    file.close();
     const auto expectTexts = [](frmMessage &notice, const QString &title, const QString &text, const QString &button) {
         EXPECT_EQ(notice.windowTitle(), title);
         EXPECT_EQ(notice.findChild<QLabel *>("lblCaption")->text(), title);

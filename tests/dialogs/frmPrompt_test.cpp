@@ -77,6 +77,20 @@ TEST_F(frmPromptTest, ShowsItsTextsAndOnlyItsButtons) {
     }
 }
 
+TEST_F(frmPromptTest, ShowsThePhotoThatIsAtStake) {
+    QImage photo(400, 300, QImage::Format_RGB32);
+    photo.fill(QColor(20, 160, 40));
+    context().photo.openPicture({photo, PictureError::None, {}}, PhotoDocument::OpenRoute::LoadPhoto);
+    for (const PromptKind kind : {PromptKind::Save, PromptKind::SaveBeforeOpen}) {
+        play([&] { ask(context(), kind, nullptr); },
+             [](QWidget &window) {
+                 const QImage shown = control<QLabel>(window, "picPrompt")->pixmap().toImage();
+                 EXPECT_EQ(shown.size(), QSize(200, 150));
+                 EXPECT_EQ(shown.pixelColor(shown.rect().center()), QColor(20, 160, 40));
+             });
+    }
+}
+
 TEST_F(frmPromptTest, ATranslationReachesEveryPart) {
     writeFile("program/language.ini", "[DlgExitTitle]\nCaption=Beenden\n[DlgExitPrompt]\nCaption=Beenden ?\n"
                                       "[DlgExitBtnYes]\nCaption=Ja\n[DlgExitBtnNo]\nCaption=Nein\n");

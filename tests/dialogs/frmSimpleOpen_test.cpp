@@ -3,6 +3,10 @@
 #include "DialogTest.h"
 #include "base/FileName.h"
 #include "dialogs/PhotoList.h"
+#include "document/DiscardedPhotos.h"
+#include "document/RecoveryFolder.h"
+#include "document/SavedPhotos.h"
+#include "widgets/AnimatedButton.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -154,13 +158,95 @@ TEST_F(frmSimpleOpenTest, SampleGroupsLeadToTheirFolders) {
     }
     open([&](QWidget &window) {
         const auto *list = control<PhotoList>(window, "File1");
-        EXPECT_FALSE(list->accessibleDescription().isEmpty()) << "the empty list says where pictures are";
         for (int n = 1; n <= 5; ++n) {
             click(window, qPrintable(QString("cmdGrp%1").arg(n)));
             EXPECT_EQ(list->accessibleDescription(), "");
             EXPECT_EQ(text(window, "txtPath"), samples() + '/' + folders[n - 1]);
             EXPECT_EQ(names(window), QStringList(QString("in %1.png").arg(folders[n - 1])));
         }
+    });
+}
+
+TEST_F(frmSimpleOpenTest, WithoutOwnPhotosItBeginsWithTheFirstGroupThatHasAny) {
+    open([&](QWidget &window) {
+        EXPECT_EQ(text(window, "txtPath"), photos()) << "without samples";
+        EXPECT_FALSE(control<PhotoList>(window, "File1")->accessibleDescription().isEmpty())
+            << "the empty list says where pictures are";
+    });
+    writePhoto("program/My Photos/backgrounds for stories/castle.png");
+    writePhoto("program/My Photos/machines/tractor.png");
+    open([&](QWidget &window) {
+        EXPECT_EQ(text(window, "txtPath"), samples() + "/backgrounds for stories");
+        EXPECT_EQ(names(window), QStringList("castle.png"));
+        EXPECT_TRUE(control<QAbstractButton>(window, "cmdGrp2")->isChecked());
+        EXPECT_FALSE(control<QAbstractButton>(window, "cmdOK")->isEnabled());
+    });
+    writePhoto("photos/mine.png");
+    open([&](QWidget &window) {
+        EXPECT_EQ(text(window, "txtPath"), photos());
+        EXPECT_EQ(names(window), QStringList("mine.png"));
+    });
+}
+
+TEST_F(frmSimpleOpenTest, MyPicturesComeFromEverywhereTheNewestFirst) {
+    const QString state = m_folder.filePath("recovery");
+    context().installation.recoveryFolder = state;
+    writePhoto("photos/mine.png");
+    open([&](QWidget &window) {
+        click(window, "cmdMyPictures");
+        EXPECT_EQ(control<PhotoList>(window, "File1")->accessibleDescription(), context().texts.text("NoMyPictures"));
+        EXPECT_EQ(control<QLabel>(window, "lblCaption")->text(), "Open - My Pictures");
+    });
+    for (const char *name : {"photos/mine.png", "elsewhere/mine.png", "elsewhere/gone.png"}) {
+        writePhoto(name);
+        SavedPhotos(state).add(m_folder.filePath(name));
+        QTest::qWait(2); // another millisecond
+    }
+    ASSERT_TRUE(QFile::remove(m_folder.filePath("elsewhere/gone.png")));
+    RecoveryFolder copy(state);
+    ASSERT_TRUE(copy.write({test::photoLike(64, 48)}));
+    const QString thrownAway = DiscardedPhotos(state).take(copy);
+    const auto chosenAt = [&](int row) {
+        open([&](QWidget &window) {
+            click(window, "cmdMyPictures");
+            EXPECT_TRUE(control<QAbstractButton>(window, "cmdMyPictures")->isChecked());
+            auto *list = control<PhotoList>(window, "File1");
+            EXPECT_EQ(names(window).mid(1), QStringList({"mine.png", "mine.png"}));
+            EXPECT_TRUE(names(window).value(0).startsWith("Today, ")) << names(window).value(0).toStdString();
+            EXPECT_EQ(list->item(0)->toolTip(), context().texts.text("PictureThrownAway"));
+            ASSERT_TRUE(QTest::qWaitFor([&] { return !list->thumbnail(thrownAway).isNull(); }));
+            clickRow(window, row);
+            click(window, "cmdOK");
+        });
+        return context().fields.txtSimplePath;
+    };
+    EXPECT_EQ(chosenAt(0), thrownAway);
+    EXPECT_EQ(chosenAt(1), m_folder.filePath("elsewhere/mine.png"));
+    EXPECT_EQ(chosenAt(2), m_folder.filePath("photos/mine.png"));
+    open([&](QWidget &window) { // a typed name is one of the folder, whatever is listed
+        click(window, "cmdMyPictures");
+        QTest::keyClicks(control<QLineEdit>(window, "txtFile"), "typed.png");
+        click(window, "cmdOK");
+    });
+    EXPECT_EQ(context().fields.txtSimplePath, photos() + "/typed.png");
+}
+
+TEST_F(frmSimpleOpenTest, OpenInvitesWhoHasChosenAPicture) {
+    writePhoto("photos/one.png");
+    open([&](QWidget &window) {
+        auto *cmdOK = control<AnimatedButton>(window, "cmdOK");
+        EXPECT_FALSE(cmdOK->isInviting());
+        clickRow(window, 0);
+        EXPECT_TRUE(cmdOK->isInviting());
+        for (const int frame : {1, 5}) { // on the ground and in the air
+            cmdOK->setFrame(frame);
+            const QImage inviting = cmdOK->grab().toImage();
+            cmdOK->setInviting(false);
+            EXPECT_NE(cmdOK->grab().toImage(), inviting) << frame;
+            cmdOK->setInviting(true);
+        }
+        QTest::keyClicks(control<QLineEdit>(window, "txtFile"), "x");
+        EXPECT_FALSE(cmdOK->isInviting()) << "another name is being typed";
     });
 }
 
@@ -204,8 +290,8 @@ TEST_F(frmSimpleOpenTest, AFileThatIsNotAPictureCannotBeChosen) {
         auto *list = control<PhotoList>(window, "File1");
         clickRow(window, 0); // chosen before its thumbnail was tried
         EXPECT_EQ(text(window, "txtFile"), "broken.jpg");
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !list->thumbnail("whole.png").isNull(); }));
-        ASSERT_TRUE(QTest::qWaitFor([&] { return list->isUnreadable("broken.jpg"); }));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !list->thumbnail(photos() + "/whole.png").isNull(); }));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return list->isUnreadable(photos() + "/broken.jpg"); }));
         EXPECT_EQ(text(window, "txtFile"), "");
         clickRow(window, 0);
         EXPECT_EQ(text(window, "txtFile"), "");
@@ -222,11 +308,37 @@ TEST_F(frmSimpleOpenTest, OnlyThumbnailsInViewAreMade) {
     open([&](QWidget &window) {
         auto *list = control<PhotoList>(window, "File1");
         ASSERT_EQ(list->count(), 300);
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !list->thumbnail("0.bmp").isNull(); }));
-        EXPECT_TRUE(list->thumbnail("299.bmp").isNull());
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !list->thumbnail(photos() + "/0.bmp").isNull(); }));
+        EXPECT_TRUE(list->thumbnail(photos() + "/299.bmp").isNull());
         list->scrollToBottom();
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !list->thumbnail("299.bmp").isNull(); }));
-        EXPECT_TRUE(list->thumbnail("150.bmp").isNull());
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !list->thumbnail(photos() + "/299.bmp").isNull(); }));
+        EXPECT_TRUE(list->thumbnail(photos() + "/150.bmp").isNull());
+    });
+}
+
+TEST_F(frmSimpleOpenTest, ThumbnailsOfEveryFormatFillTheSameRoom) {
+    const QString names[] = {"photos/wide.png", "photos/tall.png", "photos/line.png"};
+    const QSize sizes[] = {{400, 100}, {90, 160}, {1, 300}};
+    for (int i = 0; i < 3; ++i) { // red above, blue in the lower half
+        QImage picture(sizes[i], QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        for (int y = picture.height() / 2; y < picture.height(); ++y) {
+            std::fill_n(reinterpret_cast<QRgb *>(picture.scanLine(y)), picture.width(), qRgb(0, 0, 255));
+        }
+        ASSERT_TRUE(writePicture(picture, m_folder.filePath(names[i])).ok());
+    }
+    open([&](QWidget &window) {
+        auto *list = control<PhotoList>(window, "File1");
+        const auto thumbnail = [&](const QString &name) { return list->thumbnail(photos() + '/' + name); };
+        const auto made = [&](const QString &name) { return !thumbnail(name).isNull(); };
+        ASSERT_TRUE(QTest::qWaitFor([&] { return made("wide.png") && made("tall.png") && made("line.png"); }));
+        const QImage tall = thumbnail("tall.png").toImage();
+        EXPECT_GT(tall.width(), tall.height());
+        EXPECT_EQ(thumbnail("wide.png").size(), tall.size());
+        EXPECT_EQ(thumbnail("line.png").size(), tall.size());
+        EXPECT_EQ(tall.pixelColor(2, 2), QColor(Qt::red));
+        EXPECT_EQ(tall.pixelColor(2, tall.height() * 2 / 3), QColor(Qt::red)) << "more of the upper half is shown";
+        EXPECT_EQ(tall.pixelColor(2, tall.height() - 2), QColor(Qt::blue));
     });
 }
 

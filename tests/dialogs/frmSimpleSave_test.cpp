@@ -113,6 +113,30 @@ TEST_F(frmSimpleSaveTest, BeginsAsAJpegWithANameThatIsNew) {
     EXPECT_EQ(freeSaveName(photos() + "/nowhere", "my picture"), "my picture");
 }
 
+TEST_F(frmSimpleSaveTest, OffersATypeThatKeepsTheHolesAndShowsThem) {
+    QImage photo(120, 90, QImage::Format_ARGB32);
+    photo.fill(Qt::transparent);
+    photo.setPixel(0, 0, qRgb(255, 0, 0));
+    context().photo.openPicture({photo, PictureError::None, {}}, PhotoDocument::OpenRoute::LoadPhoto);
+    for (const char *form : {"frmSimpleSave", "frmSimpleSave2"}) {
+        save(
+            [](QWidget &window) {
+                auto *types = control<QComboBox>(window, "cboFilter");
+                EXPECT_EQ(types->currentText(), "PNG Files (*.png)");
+                for (int type = 0; type < types->count(); ++type) {
+                    types->setCurrentIndex(type);
+                    const QImage shown = control<QLabel>(window, "picPhoto")->pixmap().toImage();
+                    bool white = true;
+                    for (int x = shown.width() / 4; x < shown.width(); ++x) {
+                        white = white && shown.pixelColor(x, shown.height() / 2) == Qt::white;
+                    }
+                    EXPECT_EQ(white, type < 2) << types->currentText().toStdString(); // BMP and JPEG
+                }
+            },
+            form);
+    }
+}
+
 TEST_F(frmSimpleSaveTest, OtherWaysToCloseIt) {
     using Result = frmSimpleSave::Result;
     struct Row {

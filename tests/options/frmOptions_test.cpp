@@ -1,10 +1,15 @@
 // The options window: what it reads, shows, accepts from real clicks and keys, and writes; and what it does not change.
 #include "options/frmOptions.h"
 
+#include "document/DiscardedPhotos.h"
+#include "document/RecoveryFolder.h"
 #include "options/OptionsTabs.h"
+#include "session/LoadSettings.h"
 #include "session/OptionsSettings.h"
 #include "support/SettingsFile.h"
 #include "support/ShellCheck.h"
+#include "support/TestFiles.h"
+#include "support/TestPictures.h"
 #include "support/TextCheck.h"
 #include "widgets/Theme.h"
 
@@ -113,6 +118,7 @@ TEST_F(Options, EverySwitchIsReadShownClickedAndWritten) {
         {"Dialogs", "Style", dialogs, "optDlg1", "optDlg2", true, false},
         {"E-mail", "Value", miscellaneous, "chkEmail", "chkEmail", false, false},
         {"Saved Photos", "Private", miscellaneous, "chkPrivate", "chkPrivate", false, false},
+        {"My Pictures", "Keep", dialogs, "chkKeep", "chkKeep", true, true},
     };
     for (const char *value : {"", "1", "0", "maybe"}) { // "": not in the file
         const QString start(value);
@@ -161,6 +167,7 @@ TEST_F(Options, EverythingIsWrittenInItsOrderAndTheWelcomeNever) {
                                       "Printer/Timer=1",
                                       "Printer/Timed=1",
                                       "Tips/Crop=1",
+                                      "Language/File=",
                                       "Working Directory/Path=" + documents + "/My Photos",
                                       "MyDocs/Value=1",
                                       "Print Button/Value=0",
@@ -169,7 +176,60 @@ TEST_F(Options, EverythingIsWrittenInItsOrderAndTheWelcomeNever) {
                                       "Mail Server/Port=587",
                                       "Mail Server/Security=1",
                                       "Mail Server/User=",
-                                      "Saved Photos/Private=0"}));
+                                      "Saved Photos/Private=0",
+                                      "My Pictures/Keep=1"}));
+}
+
+TEST_F(Options, ALanguageIsWrittenOnceItIsChosen) {
+    ASSERT_TRUE(QDir(m_folder.path()).mkdir("languages"));
+    QFile german(m_folder.filePath("languages/language-de.ini"));
+    ASSERT_TRUE(german.open(QIODevice::WriteOnly) && german.write("[LanguageName]\nCaption=Deutsch\n") > 0);
+    german.close();
+    const struct {
+        const char *chosen, *inFile;
+    } cases[] = {
+        {nullptr, ""}, {"Deutsch", "language-de.ini"}, {nullptr, "language-de.ini"}, {"English", "language.ini"}};
+    for (const auto &one : cases) {
+        show();
+        if (one.chosen != nullptr) {
+            find<QComboBox>("cboLanguage")->setCurrentText(one.chosen);
+        }
+        pressOK();
+        EXPECT_EQ(test::setting(context, "Language", "File"), one.inFile);
+    }
+}
+
+TEST_F(Options, TheFirstOKChangesNothingInTheInstalledFile) {
+    QFile installed(qEnvironmentVariable("LUMORA_SOURCE") + "/resources/installed/Lumora.ini");
+    ASSERT_TRUE(installed.open(QIODevice::ReadOnly));
+    const QByteArray bytes = installed.readAll();
+    const QString captions = "ScreenMessageTitle ScreenMessage ScreenMessageButton "
+                             "DlgEmailYourEmail DlgEmailSendto DlgEmailMessage DlgEmailTitle";
+    for (const char *answer : {"sleep 1000", "exit 0"}) {
+        m_helper = helperThatPrints(answer);
+        saveSettings(bytes);
+        for (const SettingRow &row : settingRows) {
+            const bool isState = row.setting == Setting::PrintPause || row.setting == Setting::BeforeSimple;
+            if (!isState && !captions.split(' ').contains(row.section)) {
+                EXPECT_NE(test::setting(context, row.section, row.key), "missing") << row.section << '/' << row.key;
+            }
+        }
+        show();
+        for (const int tab : {devices, dialogs, miscellaneous, general}) {
+            tabs().setCurrent(tab);
+        }
+        QTest::qWait(answer[0] == 'e' ? 300 : 0);
+        pressOK();
+        EXPECT_EQ(settingsFile(), bytes);
+    }
+    LoadSettingsFromINIFile(context);
+    const MainFields &fields = context.fields;
+    EXPECT_EQ(fields.txtDlgs, DialogStyle::System);
+    EXPECT_EQ(fields.txtSFX, Switch::On);
+    EXPECT_TRUE(fields.txtResizeMode);
+    EXPECT_EQ(fields.txtAndyStyle, Switch::On);
+    EXPECT_FALSE(fields.txtPrintTimer);
+    EXPECT_EQ(fields.txtSSSFX, 4);
 }
 
 TEST_F(Options, SavingSwitchesTheCropTipOnAndKeepsWhatIsNotItsOwn) {
@@ -249,7 +309,12 @@ TEST_F(Options, TheWorkingDirectoryIsChosenInTheFolderDialog) {
     const QString chosen = m_folder.filePath("class/photos");
     for (const bool take : {false, true}) {
         test::writeSetting(context, "Working Directory", "Path", "/gone/away");
+        test::writeSetting(context, "MyDocs", "Value", "1");
         show(general);
+        EXPECT_FALSE(find<QLineEdit>("txtWD")->isEnabled()) << "without effect";
+        EXPECT_FALSE(find<QAbstractButton>("cmdBrowse")->isEnabled());
+        click("chkMyDocs");
+        EXPECT_TRUE(find<QLineEdit>("txtWD")->isEnabled());
         EXPECT_EQ(find<QLineEdit>("txtWD")->text(), "/gone/away");
         QTimer::singleShot(0, m_window.get(), [&] {
             auto *dialog = m_window->findChild<QFileDialog *>("dlgBrowse");
@@ -325,6 +390,34 @@ TEST_F(Options, ResetShowsTheTipsAgainAtOnceEvenWhenCancelled) {
     box->close();
     click("cmdCancel");
     EXPECT_EQ(test::setting(context, "Tips", "Crop", ""), "1");
+}
+
+TEST_F(Options, WhatWasThrownAwayIsCountedAndDeletedAfterAQuestion) {
+    const QString state = m_folder.filePath("recovery");
+    context.installation.recoveryFolder = state;
+    show(dialogs);
+    EXPECT_FALSE(m_window->findChild<QAbstractButton *>("cmdEmpty")->isEnabled());
+    click("cmdCancel");
+    for (const int photos : {1, 2}) {
+        RecoveryFolder copy(state);
+        ASSERT_TRUE(copy.write({test::photoLike(64, 48)}));
+        ASSERT_FALSE(DiscardedPhotos(state).take(copy).isEmpty());
+        show(dialogs);
+        const QString caption = m_window->findChild<QAbstractButton *>("cmdEmpty")->text();
+        EXPECT_TRUE(caption.startsWith(QString("Delete %1 picture").arg(photos))) << caption.toStdString();
+        click("cmdCancel");
+    }
+    for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+        show(dialogs);
+        click("cmdEmpty");
+        auto *box = m_window->findChild<QMessageBox *>("msgEmpty");
+        ASSERT_NE(box, nullptr);
+        box->button(answer)->click();
+        const bool gone = answer == QMessageBox::Yes;
+        EXPECT_EQ(DiscardedPhotos(state).list().size(), gone ? 0 : 2);
+        EXPECT_EQ(m_window->findChild<QAbstractButton *>("cmdEmpty")->isEnabled(), !gone);
+        click("cmdCancel");
+    }
 }
 
 // --- Devices --------------------------------------------------------------------------------------------------------
@@ -443,17 +536,14 @@ TEST_F(Options, EveryControlHasANameAndAPlaceInTheTabOrder) {
 
 TEST_F(Options, FitsSmallScreensInEveryLanguage) {
     applyTheme(*qApp); // its font and margins matter here
-    for (const char *language : {"", "de", "fr"}) {
+    for (const QString &language : test::languageFiles()) {
         QFile::remove(m_folder.filePath("language.ini"));
-        const QString folder = qEnvironmentVariable("LUMORA_SOURCE") + "/resources/installed/languages/language-";
-        if (*language != '\0') {
-            ASSERT_TRUE(QFile::copy(folder + language + ".ini", m_folder.filePath("language.ini")));
-        }
+        ASSERT_TRUE(QFile::copy(language, m_folder.filePath("language.ini")));
         AppContext translated(Installation{m_folder.path()});
         const frmOptions window(translated, nullptr, m_helper);
         const QSize size = window.sizeHint() - QSize(36, 36); // the shadow may leave the screen
-        EXPECT_LE(size.width(), 960) << language;             // half of 1920 x 1080: a scale of 200 %
-        EXPECT_LE(size.height(), 540) << language;
+        EXPECT_LE(size.width(), 960) << qPrintable(language); // half of 1920 x 1080: a scale of 200 %
+        EXPECT_LE(size.height(), 540) << qPrintable(language);
     }
 }
 

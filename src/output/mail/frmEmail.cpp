@@ -106,7 +106,7 @@ frmEmail::frmEmail(AppContext &ctx, const QImage &photo, QWidget *owner)
     answers->addWidget(cmdOK);
     answers->addWidget(cmdCancel);
     body()->addLayout(middle, 1);
-    body()->addLayout(answers);
+    addFoot(answers);
 
     connect(cmdOK, &QAbstractButton::clicked, this, &frmEmail::accept);
     connect(cmdCancel, &QAbstractButton::clicked, this, &QDialog::reject);
@@ -116,10 +116,10 @@ frmEmail::frmEmail(AppContext &ctx, const QImage &photo, QWidget *owner)
 void frmEmail::SetMeUp() {
     const Settings &settings = m_ctx.settings;
     showTexts(m_ctx.texts, *this);
-    lblYourAddress->setText(settings.read<Setting::EmailFrom>());
-    lblSend->setText(settings.read<Setting::EmailTo>());
-    lblMessage->setText(settings.read<Setting::EmailMessage>());
-    setWindowTitle(settings.read<Setting::EmailTitle>());
+    lblYourAddress->setText(settings.textOr<Setting::EmailFrom>(lblYourAddress->text()));
+    lblSend->setText(settings.textOr<Setting::EmailTo>(lblSend->text()));
+    lblMessage->setText(settings.textOr<Setting::EmailMessage>(lblMessage->text()));
+    setWindowTitle(settings.textOr<Setting::EmailTitle>(windowTitle()));
     for (const QLabel *label : {lblYourAddress, lblSend, lblMessage}) {
         label->buddy()->setAccessibleName(label->text());
     }

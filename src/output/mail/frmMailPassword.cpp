@@ -39,7 +39,7 @@ frmMailPassword::frmMailPassword(AppContext &ctx, const MailServer &server, QWid
 
     auto *buttons = new AnswerButtons(this);
     constexpr AnswerButtons::Look look{.pictureSize = 48, .captionPoints = 14, .minimumWidth = 150};
-    AnimatedButton *cmdOK = buttons->add("cmdOK", "yes", look);
+    AnimatedButton *cmdOK = buttons->add("cmdOK", "ok", look);
     AnimatedButton *cmdCancel = buttons->add("cmdCancel", "cancel", look);
     setDefaultButton(cmdOK);
     auto *answers = new QHBoxLayout;
@@ -47,7 +47,7 @@ frmMailPassword::frmMailPassword(AppContext &ctx, const MailServer &server, QWid
     answers->addWidget(cmdOK);
     answers->addWidget(cmdCancel);
     body()->addLayout(middle);
-    body()->addLayout(answers);
+    addFoot(answers);
 
     showTexts(ctx.texts, *this);
     lblPrompt->setText(ctx.texts.text("DlgMailPasswordPrompt").arg(server.user, server.host));

@@ -15,8 +15,7 @@ namespace lumora {
 namespace {
 
 constexpr double mostDots = 40e6; // of a page: 160 MB
-constexpr double pointsPerInch = 72;
-constexpr int pdfDots = 1200; // an inch; the fineness of positions, not of the picture
+constexpr int pdfDots = 1200;     // an inch; the fineness of positions, not of the picture
 
 QImage onWhite(const QImage &picture) {
     if (!picture.hasAlphaChannel()) {

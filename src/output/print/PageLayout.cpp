@@ -8,7 +8,6 @@ namespace lumora {
 namespace {
 
 constexpr double gap = 14; // points between two photos: room for scissors
-constexpr double pointsPerInch = 72;
 
 struct Grid {
     int columns, rows;

@@ -18,6 +18,8 @@ struct PrintLayout {
     bool operator==(const PrintLayout &) const = default;
 };
 
+inline constexpr double pointsPerInch = 72;
+
 /// The size of a photo that is not fitted: 96 pixels are an inch.
 inline constexpr double ownPixelsPerInch = 96;
 

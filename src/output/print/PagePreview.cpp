@@ -50,8 +50,8 @@ QPixmap sheetPixmap(const PrintPage &page, const QImage &picture, QSize size, qr
     return pixmap;
 }
 
-PagePreview::PagePreview(const QImage &picture, QSize smallest, QWidget *parent)
-    : QWidget(parent), m_picture(picture), m_smallest(smallest) {
+PagePreview::PagePreview(const QImage &picture, QSize usual, QWidget *parent)
+    : QWidget(parent), m_picture(picture), m_usual(usual) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 

@@ -19,21 +19,22 @@ class PagePreview : public QWidget {
     Q_OBJECT
 
   public:
-    /// `picture` as pictureForPreview() makes it; `smallest` is the size in pixels that it asks for.
-    PagePreview(const QImage &picture, QSize smallest, QWidget *parent = nullptr);
+    /// `picture` as pictureForPreview() makes it; `usual` is the size in pixels that it asks for, two thirds of which
+    /// do on a small screen.
+    PagePreview(const QImage &picture, QSize usual, QWidget *parent = nullptr);
 
     void setPage(const PrintPage &page);
     const PrintPage &page() const { return m_page; }
 
-    QSize sizeHint() const override { return m_smallest; }
-    QSize minimumSizeHint() const override { return m_smallest; }
+    QSize sizeHint() const override { return m_usual; }
+    QSize minimumSizeHint() const override { return m_usual * 2 / 3; }
 
   protected:
     void paintEvent(QPaintEvent *event) override;
 
   private:
     QImage m_picture;
-    QSize m_smallest;
+    QSize m_usual;
     PrintPage m_page;
 };
 

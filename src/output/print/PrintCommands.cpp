@@ -42,6 +42,7 @@ void PrintCommands::PrintPhotos() {
         ask<frmPrint2>();
         break;
     case DialogStyle::Other:
+        Q_EMIT failed(oddSetting(m_ctx.texts, Setting::DialogStyle));
         break;
     }
 }

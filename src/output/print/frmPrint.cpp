@@ -18,7 +18,7 @@ namespace lumora {
 
 namespace {
 
-constexpr QSize smallestPreview(340, 260); // pixels
+constexpr QSize previewSize(340, 260); // pixels
 
 } // namespace
 
@@ -30,7 +30,7 @@ frmPrint::frmPrint(AppContext &ctx, DeviceLists &devices, const QString &helper,
 
 frmPrint::frmPrint(const QString &name, AppContext &ctx, DeviceLists &devices, const QString &helper, QWidget *owner)
     : BorderlessDialog(name, owner), m_ctx(ctx), m_printer(new PrinterChoice(ctx, devices, helper, this)),
-      picPrint(new PagePreview(pictureForPreview(ctx.photo.picCanvas()), smallestPreview, this)),
+      picPrint(new PagePreview(pictureForPreview(ctx.photo.picCanvas()), previewSize, this)),
       lblPrompt(new QLabel(this)), lblDevice(new ElidedLabel(Qt::ElideMiddle, this)), m_questions(new QVBoxLayout) {
     setWindowTitle(ctx.texts.text("DlgPrintTitle"));
     body()->setContentsMargins(28, 14, 28, 24);
@@ -57,14 +57,14 @@ frmPrint::frmPrint(const QString &name, AppContext &ctx, DeviceLists &devices, c
 void frmPrint::addAnswers() {
     auto *buttons = new AnswerButtons(this);
     constexpr AnswerButtons::Look look{PictureButton::CaptionPlace::Below, 72, 14, 150};
-    AnimatedButton *cmdYes = buttons->add("cmdYes", "yes", look);
-    AnimatedButton *cmdNo = buttons->add("cmdNo", "no", look);
+    AnimatedButton *cmdYes = buttons->add("cmdYes", "ok", look);
+    AnimatedButton *cmdNo = buttons->add("cmdNo", "cancel", look);
     auto *answers = new QHBoxLayout;
     answers->setSpacing(16);
     answers->addWidget(cmdYes, 1);
     answers->addWidget(cmdNo, 1);
     body()->addSpacing(4);
-    body()->addLayout(answers);
+    addFoot(answers);
     connect(cmdYes, &QAbstractButton::clicked, this, &QDialog::accept);
     connect(cmdNo, &QAbstractButton::clicked, this, &QDialog::reject);
     setDefaultButton(cmdYes);

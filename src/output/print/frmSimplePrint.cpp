@@ -102,8 +102,8 @@ QVBoxLayout *frmSimplePrint::settingsColumn() {
     copies->addWidget(m_copies);
     auto *buttons = new AnswerButtons(this);
     constexpr AnswerButtons::Look look{PictureButton::CaptionPlace::Beside, 64, 18, 170};
-    AnimatedButton *cmdYes = buttons->add("cmdYes", "yes", look);
-    AnimatedButton *cmdNo = buttons->add("cmdNo", "no", look);
+    AnimatedButton *cmdYes = buttons->add("cmdYes", "ok", look);
+    AnimatedButton *cmdNo = buttons->add("cmdNo", "cancel", look);
     connect(cmdYes, &QAbstractButton::clicked, this, &QDialog::accept);
     connect(cmdNo, &QAbstractButton::clicked, this, &QDialog::reject);
     setDefaultButton(cmdYes);

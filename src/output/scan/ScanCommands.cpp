@@ -171,11 +171,12 @@ void ScanCommands::acquire(const ScanRequest &request) {
 void ScanCommands::take(const ScanResult &result, const QList<ScanValue> &settings) {
     Q_EMIT canvasWanted();
     const PictureError error = m_ctx.photo.openPicture({result.picture, PictureError::None, {}, metadataOf(settings)},
-                                                       PhotoDocument::OpenRoute::Scan);
+                                                       PhotoDocument::OpenRoute::Unsaved);
     if (error != PictureError::None) {
         Q_EMIT failed(plainWords(m_ctx.texts, error));
         return;
     }
+    m_ctx.photo.setMadeBy(QStringLiteral("scan"));
     Q_EMIT scanned();
     Q_EMIT done(m_ctx.texts.text("ScanDone"));
 }

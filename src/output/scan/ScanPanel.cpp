@@ -3,6 +3,7 @@
 #include "session/AppContext.h"
 #include "widgets/PictureButton.h"
 #include "widgets/PictureChoice.h"
+#include "widgets/WindowTexts.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -65,7 +66,7 @@ ScanPanel::ScanPanel(AppContext &ctx, QWidget *window)
 void ScanPanel::showScanners() {
     cboSelect->clear();
     cboSelect->addItems(m_ctx.fields.cboSelect);
-    cboSelect->setPlaceholderText(m_ctx.texts.text("OptionsChooseScanner"));
+    showText(m_ctx.texts, *cboSelect, "OptionsChooseScanner", "placeholderText");
     cboSelect->setCurrentIndex(m_ctx.fields.cboSelectIndex);
     cboSelect->setToolTip(cboSelect->currentText()); // may be longer than the list is wide
     const auto *caption = findChild<QLabel *>("lblScanners");

@@ -10,6 +10,7 @@
 #include "support/SettingsFile.h"
 #include "support/ShellCheck.h"
 #include "support/SmtpServer.h"
+#include "support/TestFiles.h"
 #include "support/TestPictures.h"
 #include "support/TextCheck.h"
 
@@ -28,12 +29,8 @@
 namespace lumora {
 namespace {
 
+using test::contents;
 using test::SmtpServer;
-
-QByteArray contents(const QString &path) {
-    QFile in(path);
-    return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
-}
 
 class Mail : public test::Shell {
   protected:
@@ -187,6 +184,7 @@ TEST_F(Mail, TheWindowHasItsTextsFromTheSettingsFile) {
         }
         EXPECT_EQ(window.findChild<QLineEdit *>("txtYourAddress")->text(), "anna@school.example");
     }
+    ASSERT_TRUE(QFile::remove(m_folder.filePath("Lumora.ini"))); // whose texts go first
     ASSERT_TRUE(test::writeChangedLanguageFile(m_folder.filePath("language.ini")));
     AppContext translated(Installation{m_folder.path()});
     frmEmail window(translated, m_picture, nullptr);

@@ -302,7 +302,8 @@ TEST_F(PrintCommandsTest, WhatHappensIsSaidAndThePauseBegins) {
     const Row rows[] = {
         {"echo sent", "Your photo is on its way to the printer.", true},
         {"echo waiting", "!Your photo is waiting for the printer. Is it on, and is there paper in it?", true},
-        {"echo refused", "!The printer takes no photos at the moment. Please ask a grown-up to look at it.", false},
+        {"echo refused", "!The printer is not taking photos at the moment. Please ask a grown-up to look at it.",
+         false},
         {"echo missing", "!There is no such printer. Choose another one, or \"Print to PDF\".", false},
         {"exit 1", "!The printer is not answering. Is it on?", false},
     };
