@@ -1,5 +1,7 @@
 #include "view/PhotoTable.h"
 
+#include "base/Colours.h"
+
 #include <QPainter>
 #include <QPainterPath>
 
@@ -10,9 +12,8 @@ namespace {
 constexpr int tileSize = 16; // painter's units; both patterns repeat after that
 constexpr int shadowWidth = 10;
 constexpr int shadowDrop = 3;
-constexpr QRgb parchment = qRgb(247, 245, 234);
 constexpr QRgb hatchLine = qRgb(200, 200, 200);
-constexpr QRgb ink = qRgb(43, 40, 64);
+constexpr int quietness = 96; // of 255: seen, and never taken for a transparent photo
 
 QPixmap emptyTile(qreal devicePixels, QRgb colour) {
     QPixmap tile((QSizeF(tileSize, tileSize) * devicePixels).toSize());
@@ -22,10 +23,12 @@ QPixmap emptyTile(qreal devicePixels, QRgb colour) {
 }
 
 QPixmap hatchingTile(qreal devicePixels) {
-    QPixmap tile = emptyTile(devicePixels, parchment);
+    QPixmap tile = emptyTile(devicePixels, colours::paper.rgb());
     QPainter painter(&tile);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor(hatchLine), 0.75));
+    QColor line(hatchLine);
+    line.setAlpha(quietness);
+    painter.setPen(QPen(line, 0.75));
     // Drawn beyond the tile as well, so that the lines meet at its corners without a gap.
     for (int shift = -tileSize; shift <= tileSize; shift += tileSize) {
         painter.drawLine(QPointF(shift - tileSize, -tileSize), QPointF(shift + 2 * tileSize, 2 * tileSize));
@@ -46,13 +49,15 @@ QPixmap checksTile(qreal devicePixels) {
 void paintShadow(QPainter &painter, const QRectF &photo) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
+    QColor ink = colours::ink;
+    ink.setAlpha(12);
     // Many thin layers, each a little larger, add up to a soft edge.
     for (int grown = shadowWidth; grown > 0; grown -= 2) {
-        painter.setBrush(QColor(qRed(ink), qGreen(ink), qBlue(ink), 12));
+        painter.setBrush(ink);
         painter.drawRoundedRect(photo.adjusted(-grown, -grown, grown, grown).translated(0, shadowDrop), grown, grown);
     }
     painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.fillRect(photo.adjusted(-1, -1, 1, 1), QColor(207, 201, 174));
+    painter.fillRect(photo.adjusted(-1, -1, 1, 1), colours::line);
 }
 
 } // namespace
@@ -86,6 +91,22 @@ void PhotoTable::paintTable(QPainter &painter, const QRectF &area, const QRectF 
 void PhotoTable::paintChecks(QPainter &painter, const QRectF &area, QPointF origin, qreal devicePixels) {
     makeTiles(devicePixels);
     painter.drawTiledPixmap(area, m_checks, area.topLeft() - origin);
+}
+
+QPixmap smallPhoto(const QImage &photo, QSize room, qreal devicePixels, Beneath beneath) {
+    if (photo.isNull()) {
+        return {};
+    }
+    const QImage small = photo.scaled(room * devicePixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    QPixmap pixmap(small.size());
+    pixmap.setDevicePixelRatio(devicePixels);
+    pixmap.fill(Qt::white);
+    QPainter painter(&pixmap);
+    if (beneath == Beneath::Checks && photo.hasAlphaChannel()) {
+        PhotoTable().paintChecks(painter, QRectF({}, pixmap.deviceIndependentSize()), {}, devicePixels);
+    }
+    painter.drawImage(QRectF({}, pixmap.deviceIndependentSize()), small);
+    return pixmap;
 }
 
 } // namespace lumora

@@ -2,6 +2,7 @@
 // transparent parts.
 #pragma once
 
+#include <QImage>
 #include <QPixmap>
 #include <QRectF>
 
@@ -22,5 +23,11 @@ class PhotoTable {
 
     QPixmap m_hatching, m_checks;
 };
+
+/// What is seen through the transparent parts of a small picture of the photo.
+enum class Beneath { Checks, White };
+
+/// The photo as a small picture in a window, no larger than `room` (pixels of the window); null for a null photo.
+QPixmap smallPhoto(const QImage &photo, QSize room, qreal devicePixels, Beneath beneath);
 
 } // namespace lumora

@@ -22,6 +22,10 @@ namespace {
 constexpr int scrollStep = 40; // a notch of the wheel is three of these
 constexpr int wheelNotch = 120;
 
+bool isTab(const QKeyEvent &key) {
+    return key.key() == Qt::Key_Tab || key.key() == Qt::Key_Backtab;
+}
+
 int toInt(double value) {
     constexpr double farthest = std::numeric_limits<int>::max() / 4.0;
     return static_cast<int>(std::clamp(value, -farthest, farthest));
@@ -192,6 +196,15 @@ void PhotoView::scrollContentsBy(int, int) {
 }
 
 bool PhotoView::event(QEvent *event) {
+    if (event->type() == QEvent::KeyPress && isTab(*static_cast<QKeyEvent *>(event))) {
+        event->ignore(); // what no tool uses moves the focus
+        Q_EMIT key(*static_cast<QKeyEvent *>(event));
+        if (event->isAccepted()) {
+            return true;
+        }
+        event->accept(); // what is not accepted goes on to the window, which would move the focus once more
+        return QAbstractScrollArea::event(event);
+    }
     if (event->type() != QEvent::ShortcutOverride) {
         return QAbstractScrollArea::event(event);
     }

@@ -1,6 +1,8 @@
 #include "view/Thumbnails.h"
 
+#include "document/DiscardedPhotos.h"
 #include "imaging/PictureFile.h"
+#include "imaging/Scale.h"
 
 #include <QCoreApplication>
 #include <QPointer>
@@ -11,6 +13,17 @@ namespace lumora {
 namespace {
 
 constexpr int atOnce = 2; // files decoded side by side: enough to keep ahead of the eye, few enough to leave a core
+
+/// Of a picture file, or of a photo that was thrown away.
+QImage thumbnailOf(const QString &path, int longerSide) {
+    if (!DiscardedPhotos::isName(path)) {
+        return readThumbnail(path, longerSide).picture;
+    }
+    const QImage whole = DiscardedPhotos::read(path).picture;
+    const QSize size = whole.size().scaled(QSize(longerSide, longerSide), Qt::KeepAspectRatio).expandedTo({1, 1});
+    return whole.isNull() || size.width() >= whole.width() ? whole
+                                                           : scaleByAveraging(whole, size.width(), size.height());
+}
 
 } // namespace
 
@@ -38,7 +51,7 @@ void Thumbnails::beginNext() {
         m_underWay += path;
         // The job holds only a weak pointer: a list may be closed without waiting for a slow file.
         QThreadPool::globalInstance()->start([guard = QPointer(this), round = m_round, path, side = m_longerSide] {
-            const QImage thumbnail = readThumbnail(path, side).picture;
+            const QImage thumbnail = thumbnailOf(path, side);
             QMetaObject::invokeMethod(
                 QCoreApplication::instance(),
                 [guard, round, path, thumbnail] {

@@ -1,12 +1,12 @@
 #include "window/Clipboard.h"
 
+#include "base/FileName.h"
 #include "imaging/Picture.h"
 #include "imaging/files/Format.h"
 
 #include <QBuffer>
 #include <QClipboard>
 #include <QDir>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QPointer>
 #include <QUrl>
@@ -51,12 +51,12 @@ QString fileNamedBy(QString text) {
         text = text.mid(1, text.size() - 2);
     }
     if (text.startsWith(QLatin1String("file:"), Qt::CaseInsensitive)) {
-        text = QUrl(text).toLocalFile();
+        text = localFileOf(QUrl(text));
     } else if (text.startsWith(QLatin1String("~/"))) {
         text = QDir::homePath() + text.mid(1);
     }
     // A bare name would depend on the program's working directory.
-    const bool named = QDir::isAbsolutePath(text) && !text.contains(QChar(u'\0')) && QFileInfo(text).isFile();
+    const bool named = QDir::isAbsolutePath(text) && !text.contains(QChar(u'\0')) && isFile(text);
     return named ? text : QString();
 }
 
@@ -65,7 +65,7 @@ QString pictureFile(const QMimeData &data) {
     QStringList files;
     if (data.hasUrls()) {
         for (const QUrl &url : data.urls()) {
-            files += url.isLocalFile() ? fileNamedBy(url.toLocalFile()) : QString();
+            files += fileNamedBy(localFileOf(url));
         }
     }
     if (data.hasText()) {

@@ -2,11 +2,14 @@
 
 #include "output/print/PrintButton.h"
 #include "widgets/CommandBar.h"
+#include "widgets/Motion.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QVariantAnimation>
+#include <algorithm>
 
 namespace lumora {
 
@@ -15,6 +18,13 @@ namespace {
 constexpr int bigPicture = 44; // pixels
 constexpr int bigButton = 60;
 constexpr int toolbarPicture = 32;
+constexpr int zoomButton = 112;
+constexpr int spacing = 4;
+constexpr int sideMargin = 10;
+constexpr int groupGap = 14;
+constexpr int tightMargin = 4;
+constexpr int savedTime = 600;      // milliseconds
+constexpr int narrowestButton = 40; // in the narrowest window
 
 /// Toolbar1 in its order. A row without a key is a separator. Simple mode uses the numbers: 9 stays visible, 10 to 16
 /// (e-mail, copy, paste) are hidden, 17 is the slideshow, 23 ends the row.
@@ -51,19 +61,19 @@ const ToolbarRow toolbarRows[] = {
 } // namespace
 
 CommandRow::CommandRow(QWidget *parent) : QWidget(parent), m_row(new QHBoxLayout(this)) {
-    m_row->setContentsMargins(10, 2, 10, 2);
-    m_row->setSpacing(4);
+    m_row->setContentsMargins(sideMargin, 2, sideMargin, 2);
+    m_row->setSpacing(spacing);
     m_open = addButton("cmdOpen", "open");
     m_save = addButton("cmdSave", "save");
     m_scan = addButton("cmdScan", "scan");
     m_print = new PrintButton("print", PictureButton::CaptionPlace::None, this);
     add(m_print, "cmdPrint");
-    m_row->addSpacing(14);
+    m_row->addSpacing(groupGap);
 
     m_setZoom = new PictureButton("setzoom", PictureButton::CaptionPlace::Beside, this);
     m_setZoom->setObjectName("cmdSetZoom");
     m_setZoom->setPictureSize(toolbarPicture);
-    m_setZoom->setFixedWidth(112);
+    m_setZoom->setFixedWidth(zoomButton);
     m_row->addWidget(m_setZoom);
 
     m_toolbar = new CommandBar("Toolbar1", this);
@@ -78,6 +88,67 @@ CommandRow::CommandRow(QWidget *parent) : QWidget(parent), m_row(new QHBoxLayout
     }
     m_row->addWidget(m_toolbar);
     m_row->addStretch();
+}
+
+QSize CommandRow::minimumSizeHint() const {
+    const int buttons = 5 + m_toolbar->buttonsShown();
+    return {buttons * narrowestButton + 2 * tightMargin, m_row->minimumSize().height()};
+}
+
+void CommandRow::setTight(int buttonWidth) {
+    m_tight = buttonWidth;
+    const bool tight = buttonWidth > 0;
+    const int margin = tight ? tightMargin : sideMargin;
+    m_row->setContentsMargins(margin, 2, margin, 2);
+    m_row->setSpacing(tight ? 0 : spacing);
+    for (PictureButton *button : {m_open, m_save, m_scan, static_cast<PictureButton *>(m_print)}) {
+        button->setFixedSize(tight ? QSize(buttonWidth, smallestButton) : QSize(bigButton, bigButton));
+        button->setPictureSize(tight ? toolbarPicture : bigPicture);
+    }
+    m_setZoom->setFixedWidth(tight ? buttonWidth : zoomButton);
+    m_setZoom->setCaptionPlace(tight ? PictureButton::CaptionPlace::None : PictureButton::CaptionPlace::Beside);
+    m_toolbar->setTight(buttonWidth);
+}
+
+void CommandRow::settle() {
+    int big = 0;
+    for (const QWidget *button : {m_open, m_save, m_scan, static_cast<PictureButton *>(m_print)}) {
+        big += button->isHidden() ? 0 : 1;
+    }
+    const int small = m_toolbar->buttonsShown();
+    // A toolbar with a separator at every second button, roughly as it is.
+    const int usual = 2 * sideMargin + big * (bigButton + spacing) + groupGap + zoomButton + spacing +
+                      small * (smallestButton + 2) + small / 2 * 14;
+    const int each = (width() - 2 * tightMargin - groupGap) / (big + 1 + small);
+    const int tight = usual <= width() ? 0 : std::clamp(each, narrowestButton, smallestButton);
+    if (tight != m_tight) {
+        setTight(tight);
+    }
+}
+
+void CommandRow::showSaved() {
+    if (!motionWanted()) {
+        return;
+    }
+    auto *movement = new QVariantAnimation(m_save); // smaller, a little too small again, and back
+    movement->setDuration(savedTime);
+    movement->setKeyValues({{0, 1.0}, {0.3, 0.55}, {0.6, 1.0}, {0.8, 0.85}, {1, 1.0}});
+    connect(movement, &QVariantAnimation::valueChanged, this, [this](const QVariant &scale) {
+        m_save->setPictureSize(qRound((m_tight > 0 ? toolbarPicture : bigPicture) * scale.toDouble()));
+    });
+    movement->start(QAbstractAnimation::DeleteWhenStopped);
+}
+
+void CommandRow::resizeEvent(QResizeEvent *event) {
+    QWidget::resizeEvent(event);
+    settle();
+}
+
+bool CommandRow::event(QEvent *event) {
+    if (event->type() == QEvent::LayoutRequest) {
+        settle(); // a button has come or gone
+    }
+    return QWidget::event(event);
 }
 
 PictureButton *CommandRow::addButton(const char *name, const char *icon) {
@@ -95,7 +166,7 @@ void CommandRow::add(PictureButton *button, const char *name) {
 
 void CommandRow::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    painter.fillRect(rect(), colours::paper);
+    painter.fillRect(rect(), colours::parchment);
     painter.fillRect(0, height() - 1, width(), 1, colours::line);
 }
 

@@ -11,6 +11,7 @@ class CommandBar;
 class PictureButton;
 class PrintButton;
 
+/// In a narrow window its buttons stand closer and, if need be, become narrower.
 class CommandRow : public QWidget {
     Q_OBJECT
 
@@ -19,6 +20,8 @@ class CommandRow : public QWidget {
 
     explicit CommandRow(QWidget *parent = nullptr);
 
+    QSize minimumSizeHint() const override;
+
     PictureButton *cmdOpen() const { return m_open; }
     PictureButton *cmdSave() const { return m_save; }
     PictureButton *cmdScan() const { return m_scan; }
@@ -26,17 +29,25 @@ class CommandRow : public QWidget {
     PictureButton *cmdSetZoom() const { return m_setZoom; }
     CommandBar *Toolbar1() const { return m_toolbar; }
 
+    /// The disk moves once: the photo is saved. Not where the desktop asks for less motion.
+    void showSaved();
+
   protected:
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    bool event(QEvent *event) override;
 
   private:
     PictureButton *addButton(const char *name, const char *icon);
     void add(PictureButton *button, const char *name);
+    void settle();
+    void setTight(int buttonWidth);
 
     QHBoxLayout *m_row;
     PictureButton *m_open, *m_save, *m_scan, *m_setZoom;
     PrintButton *m_print;
     CommandBar *m_toolbar;
+    int m_tight = 0; ///< width of each button in pixels where the window is too narrow for the usual row, else 0
 };
 
 } // namespace lumora

@@ -20,6 +20,8 @@ class EmptyTable : public QWidget {
     explicit EmptyTable(QWidget *parent = nullptr);
     /// The folder's text for screen readers and as a tool tip.
     void setOpenText(const QString &text);
+    /// Why there is still no photo, below the folder; empty: nothing.
+    void setSentence(const QString &text);
 
   Q_SIGNALS:
     void openWanted();
@@ -29,9 +31,12 @@ class EmptyTable : public QWidget {
     void resizeEvent(QResizeEvent *event) override;
 
   private:
+    void placeAll();
+
     ScenePicture *m_place;
     QLabel *m_crayon;
     PictureButton *m_folder;
+    QLabel *m_sentence;
     PhotoTable m_table;
 };
 

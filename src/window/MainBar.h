@@ -7,8 +7,8 @@ namespace lumora {
 
 class PictureButton;
 
-/// A title strip with cmdOptions, cmdMin and cmdExit; a double click on the strip switches between the whole screen and
-/// a window.
+/// A title strip with cmdOptions, cmdMin and cmdExit. Holding its picture down asks for the options too. A double click
+/// on the strip switches between the whole screen and a window.
 class MainBar : public TitleStrip {
     Q_OBJECT
 

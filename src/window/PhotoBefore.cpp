@@ -4,6 +4,7 @@
 #include "view/PhotoView.h"
 #include "widgets/PictureButton.h"
 #include "widgets/SlidingPanel.h"
+#include "widgets/WindowTexts.h"
 
 #include <QKeyEvent>
 
@@ -24,8 +25,8 @@ void PhotoBefore::add(SlidingPanel &panel) {
     if (button == nullptr) {
         return;
     }
-    button->setText(m_ctx.texts.text("CompareButton"));
-    button->setToolTip(m_ctx.texts.text("CompareTip"));
+    showText(m_ctx.texts, *button, "CompareButton");
+    showText(m_ctx.texts, *button, "CompareTip", "toolTip");
     connect(button, &QAbstractButton::pressed, this, [this] { show(true); });
     connect(button, &QAbstractButton::released, this, [this] { show(false); });
     connect(&panel, &SlidingPanel::opened, this, [this, &panel] {

@@ -4,9 +4,11 @@
 #include "dialogs/frmPrompt.h"
 #include "dialogs/frmSimpleOpen.h"
 #include "dialogs/frmSimpleSave.h"
+#include "document/DiscardedPhotos.h"
 #include "session/AppContext.h"
 #include "session/DoEvents.h"
 #include "session/LoadSettings.h"
+#include "session/MyPictures.h"
 #include "session/PlainWords.h"
 #include "window/Clipboard.h"
 #include "window/SystemDialogs.h"
@@ -40,10 +42,14 @@ void PhotoCommands::save() {
 }
 
 void PhotoCommands::openDropped(const QString &path) {
+    if (QFileInfo(path).isDir()) {
+        Q_EMIT failed(m_ctx.texts.text("StatusFolder"));
+        return;
+    }
     const auto load = [this, path] {
         Q_EMIT firstToolWanted();
         Q_EMIT toolsEnabled();
-        loadInto(readInBackground(path), false);
+        loadInto(readInBackground(path), Route::LoadPhoto);
     };
     if (m_ctx.photo.PhotoModified()) {
         saveBefore(load);
@@ -53,14 +59,14 @@ void PhotoCommands::openDropped(const QString &path) {
 }
 
 void PhotoCommands::openAtStart(const PictureRead &read) {
-    loadInto(read, false);
+    loadInto(read, Route::LoadPhoto);
 }
 
 // --- Open -----------------------------------------------------------------------------------------------------------
 
 void PhotoCommands::OpenPhotos() {
     const DialogStyle style = m_ctx.fields.txtDlgs;
-    if (style == DialogStyle::Other) {
+    if (saysOddDialogs()) {
         return;
     }
     Q_EMIT firstToolWanted();
@@ -73,6 +79,9 @@ void PhotoCommands::OpenPhotos() {
 }
 
 void PhotoCommands::OpenPhotos2() {
+    if (saysOddDialogs()) {
+        return;
+    }
     if (m_ctx.fields.txtDlgs == DialogStyle::Own) {
         OpenMySimplePhoto2();
         Q_EMIT firstToolWanted();
@@ -86,7 +95,7 @@ void PhotoCommands::LoadPhoto() {
     Q_EMIT toolsEnabled();
     const QString path = askForPhotoToOpen(m_ctx, m_owner);
     if (!path.isEmpty()) {
-        loadInto(readInBackground(path), false);
+        loadInto(readInBackground(path), Route::LoadPhoto);
     } else {
         refreshTools();
     }
@@ -116,8 +125,22 @@ void PhotoCommands::openSimple(const QString &form) {
 
 void PhotoCommands::loadSimplePath() {
     DoEvents();
-    loadInto(readInBackground(m_ctx.fields.txtSimplePath), true);
+    const QString path = m_ctx.fields.txtSimplePath;
+    if (DiscardedPhotos(m_ctx.installation.recoveryFolder).holds(path)) {
+        bringBack(path);
+    } else {
+        loadInto(readInBackground(path), Route::TmrLoadPhoto);
+    }
     Q_EMIT buttonsToRefresh();
+}
+
+/// A photo that was thrown away: unsaved, as it was before.
+void PhotoCommands::bringBack(const QString &path) {
+    PictureRead read;
+    m_ctx.tasks.run([&] { read = DiscardedPhotos::read(path); });
+    if (loadInto(read, Route::Unsaved)) {
+        Q_EMIT broughtBack(path);
+    }
 }
 
 PictureRead PhotoCommands::readInBackground(const QString &path) {
@@ -126,24 +149,24 @@ PictureRead PhotoCommands::readInBackground(const QString &path) {
     return read;
 }
 
-void PhotoCommands::loadInto(const PictureRead &read, bool simpleRoute) {
+bool PhotoCommands::loadInto(const PictureRead &read, Route route) {
     if (read.error == PictureError::Cancelled) {
         say(read.error); // cancelled by the user, not failed: no undo point is made
         refreshTools();
-        return;
+        return false;
     }
     Q_EMIT canvasWanted();
-    using Route = PhotoDocument::OpenRoute;
-    const PictureError error = m_ctx.photo.openPicture(read, simpleRoute ? Route::TmrLoadPhoto : Route::LoadPhoto);
+    const PictureError error = m_ctx.photo.openPicture(read, route);
     refreshTools();
     if (error != PictureError::None) {
         say(error);
-        return;
+        return false;
     }
     Q_EMIT opened();
     if (!read.reason.isEmpty()) {
         Q_EMIT failed(m_ctx.texts.text("StatusNotWhole"));
     }
+    return true;
 }
 
 /// They were enabled before it was known whether there would be a photo.
@@ -156,7 +179,7 @@ void PhotoCommands::refreshTools() {
 // --- Save -----------------------------------------------------------------------------------------------------------
 
 void PhotoCommands::SavePhotos() {
-    if (!m_ctx.photo.PhotoLoaded()) {
+    if (!m_ctx.photo.PhotoLoaded() || saysOddDialogs()) {
         return;
     }
     if (m_ctx.fields.txtDlgs == DialogStyle::Own) {
@@ -214,6 +237,7 @@ void PhotoCommands::SaveMySimplePhoto2() {
         sayNotSaved(written);
         return;
     }
+    noteSaved(m_ctx, path);
     if (result == frmSimpleSave::Result::More) {
         m_ctx.photo.setPhotoModified(false);
     }
@@ -242,7 +266,11 @@ PhotoCommands::Saved PhotoCommands::saveTo(const QString &path) {
         sayNotSaved(written);
         return Saved::No;
     }
-    Q_EMIT done(m_ctx.texts.text("StatusSaved") + " " + QFileInfo(path).fileName());
+    noteSaved(m_ctx, path);
+    const bool filled = m_ctx.photo.picCanvas().hasAlphaChannel() && !keepsTransparency(path);
+    Q_EMIT saved();
+    Q_EMIT done(m_ctx.texts.text("StatusSaved") + " " + QFileInfo(path).fileName() +
+                (filled ? ". " + m_ctx.texts.text("StatusHolesFilled") : QString()));
     return Saved::Yes;
 }
 
@@ -255,6 +283,9 @@ void PhotoCommands::SaveBeforeOpen() {
 void PhotoCommands::saveBefore(const std::function<void()> &then) {
     switch (ask(m_ctx, PromptKind::SaveBeforeOpen, m_owner)) {
     case Answer::Yes:
+        if (saysOddDialogs()) {
+            break;
+        }
         if (m_ctx.fields.txtDlgs == DialogStyle::System) {
             if (SavePhoto()) {
                 then();
@@ -301,12 +332,16 @@ void PhotoCommands::PastePhoto() {
 void PhotoCommands::leaveEditor() {
     if (!m_ctx.photo.PhotoModified()) {
         if (ask(m_ctx, PromptKind::Exit, m_owner) == Answer::Yes) {
+            m_ctx.photo.throwAway(); // a pasted picture, which counts as unchanged
             Q_EMIT leave();
         }
         return;
     }
     switch (ask(m_ctx, PromptKind::Save, m_owner)) {
     case Answer::Yes:
+        if (saysOddDialogs()) {
+            break;
+        }
         if (m_ctx.fields.txtDlgs == DialogStyle::System) {
             SavePhoto2();
         } else if (m_ctx.fields.txtDlgs == DialogStyle::Own) {
@@ -314,11 +349,20 @@ void PhotoCommands::leaveEditor() {
         }
         break;
     case Answer::No:
+        m_ctx.photo.throwAway();
         Q_EMIT leave();
         break;
     case Answer::Cancelled:
         break;
     }
+}
+
+bool PhotoCommands::saysOddDialogs() {
+    if (m_ctx.fields.txtDlgs != DialogStyle::Other) {
+        return false;
+    }
+    Q_EMIT failed(oddSetting(m_ctx.texts, Setting::DialogStyle));
+    return true;
 }
 
 void PhotoCommands::say(PictureError error) {

@@ -2,7 +2,7 @@
 // system's). Owned by the main window, which connects to the signals.
 #pragma once
 
-#include "imaging/PictureFile.h"
+#include "document/PhotoDocument.h"
 
 #include <QObject>
 #include <QTimer>
@@ -56,6 +56,10 @@ class PhotoCommands : public QObject {
     /// A photo was loaded into the canvas.
     void opened();
     void buttonsToRefresh();
+    /// The photo is one that was thrown away, from that file of the DiscardedPhotos.
+    void broughtBack(const QString &path);
+    /// The photo is in its file.
+    void saved();
     /// A message for the status line: success or failure.
     void done(const QString &text);
     void failed(const QString &text);
@@ -65,7 +69,10 @@ class PhotoCommands : public QObject {
   private:
     enum class Saved { Yes, No };
     PictureRead readInBackground(const QString &path);
-    void loadInto(const PictureRead &read, bool simpleRoute);
+    using Route = PhotoDocument::OpenRoute;
+    /// True when the picture is the photo now.
+    bool loadInto(const PictureRead &read, Route route);
+    void bringBack(const QString &path);
     void refreshTools();
     void loadSimplePath();
     void saveSimplePath();
@@ -76,6 +83,8 @@ class PhotoCommands : public QObject {
     void saveBefore(const std::function<void()> &then);
     void say(PictureError error);
     void sayNotSaved(const PictureWritten &written);
+    /// Says why no file dialog comes, where the settings name none. True when it has.
+    bool saysOddDialogs();
 
     AppContext &m_ctx;
     QWidget *m_owner;

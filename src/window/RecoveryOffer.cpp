@@ -1,10 +1,13 @@
 #include "window/RecoveryOffer.h"
 
 #include "dialogs/frmPrompt.h"
+#include "document/DiscardedPhotos.h"
 #include "document/Recovery.h"
 #include "session/AppContext.h"
 #include "session/PlainWords.h"
+#include "widgets/Theme.h"
 
+#include <QMessageBox>
 #include <QTimer>
 #include <QWidget>
 #include <system_error>
@@ -31,20 +34,42 @@ RecoveryOffer::RecoveryOffer(AppContext &ctx, Recovery &recovery, QWidget *owner
 RecoveryOffer::~RecoveryOffer() = default;
 
 void RecoveryOffer::search() {
-    m_left = RecoveryFolder::findNewest(m_recovery.parentFolder(), m_photo);
-    if (m_left != nullptr) {
+    DiscardedPhotos(m_recovery.parentFolder()).sweep(); // what was thrown away a week ago
+    m_left = RecoveryFolder::findNewest(m_recovery.parentFolder(), m_photo, &m_damaged);
+    const auto next = m_left != nullptr ? &RecoveryOffer::ask : &RecoveryOffer::tellDamaged;
+    if (m_left != nullptr || m_damaged > 0) {
         QMetaObject::invokeMethod(
-            this, [this] { m_ctx.tasks.whenIdle(this, [this] { ask(); }); }, Qt::QueuedConnection);
+            this, [this, next] { whenVisible(next); }, Qt::QueuedConnection);
     }
 }
 
-void RecoveryOffer::ask() {
-    if (!m_owner->isVisible()) {
-        QTimer::singleShot(patience, this, [this] { m_ctx.tasks.whenIdle(this, [this] { ask(); }); });
+void RecoveryOffer::whenVisible(void (RecoveryOffer::*what)()) {
+    m_ctx.tasks.whenIdle(this, [this, what] {
+        if (m_owner->isVisible()) {
+            (this->*what)();
+        } else {
+            QTimer::singleShot(patience, this, [this, what] { whenVisible(what); });
+        }
+    });
+}
+
+void RecoveryOffer::tellDamaged() {
+    if (std::exchange(m_damaged, 0) == 0) {
         return;
     }
+    auto *box =
+        new QMessageBox(QMessageBox::NoIcon, m_ctx.texts.text("ApplicationName"),
+                        m_ctx.texts.text("MsgCopyDamaged").arg(m_recovery.parentFolder()), QMessageBox::Ok, m_owner);
+    box->setObjectName("msgCopyDamaged");
+    box->setTextFormat(Qt::PlainText);
+    box->setIconPixmap(iconPixmap("hand", 64, m_owner->devicePixelRatioF()));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+void RecoveryOffer::ask() {
     Q_EMIT asking();
-    switch (lumora::ask(m_ctx, PromptKind::Recover, m_owner, m_photo)) {
+    switch (lumora::ask(m_ctx, PromptKind::Recover, m_owner, m_photo.picture)) {
     case Answer::Yes:
         open();
         break;
@@ -55,19 +80,17 @@ void RecoveryOffer::ask() {
         break;
     }
     m_left.reset();
-    m_photo = QImage();
+    m_photo = {};
+    tellDamaged();
 }
 
 void RecoveryOffer::open() {
-    const bool before = m_ctx.photo.PhotoModified();
     Q_EMIT canvasWanted();
-    // Marked unsaved before it is loaded: the copy of a saved photo would be removed.
-    m_ctx.photo.setPhotoModified(true);
     PictureRead read;
-    read.picture = m_photo;
-    const PictureError error = m_ctx.photo.openPicture(read, PhotoDocument::OpenRoute::TmrLoadPhoto);
+    read.picture = m_photo.picture;
+    read.metadata = m_photo.metadata;
+    const PictureError error = m_ctx.photo.openPicture(read, PhotoDocument::OpenRoute::Unsaved);
     if (error != PictureError::None) {
-        m_ctx.photo.setPhotoModified(before);
         Q_EMIT failed(plainWords(m_ctx.texts, error));
         return;
     }

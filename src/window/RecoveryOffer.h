@@ -1,7 +1,8 @@
 // Offers to recover the photo of a crashed session, once, after the main window is shown. Created by the main window.
 #pragma once
 
-#include <QImage>
+#include "document/RecoveryCopy.h"
+
 #include <QObject>
 #include <memory>
 #include <thread>
@@ -16,6 +17,7 @@ class RecoveryFolder;
 
 /// Looks for recovery copies in its own thread, so that the start is not delayed; when there is one, asks frmRecover
 /// over `owner`. Yes opens it as an unsaved photo (undoable), No removes it, cancelling keeps it for the next start.
+/// Copies that cannot be read are put aside, and the user is told.
 class RecoveryOffer : public QObject {
     Q_OBJECT
 
@@ -36,12 +38,15 @@ class RecoveryOffer : public QObject {
   private:
     void search();
     void ask();
+    void tellDamaged();
+    void whenVisible(void (RecoveryOffer::*what)());
     void open();
 
     AppContext &m_ctx;
     Recovery &m_recovery;
     QWidget *m_owner;
-    QImage m_photo;
+    KeptPhoto m_photo;
+    int m_damaged = 0; ///< copies that could not be read
     std::unique_ptr<RecoveryFolder> m_left;
     std::jthread m_thread;
 };

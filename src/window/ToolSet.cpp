@@ -2,18 +2,24 @@
 
 #include "session/AppContext.h"
 #include "tools/canvas/CanvasMouse.h"
+#include "tools/select/AgainButton.h"
 #include "tools/select/SelectionOutline.h"
+#include "tools/select/SelectionTool.h"
 #include "view/PhotoView.h"
 #include "widgets/Bubble.h"
 #include "widgets/FloatingToolbar.h"
 #include "widgets/PictureButton.h"
 #include "widgets/SlidingPanel.h"
 #include "window/FloatingBarSet.h"
+#include "window/FloatingBars.h"
+#include "window/HintBubble.h"
 #include "window/PhotoBefore.h"
+#include "window/PointedEffect.h"
 #include "window/ToolColumn.h"
 #include "window/ToolTable.h"
 
 #include <QAbstractSlider>
+#include <QApplication>
 #include <QLabel>
 #include <algorithm>
 
@@ -23,18 +29,23 @@ ToolSet::ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingB
     : QObject(window), m_ctx(ctx), m_view(view), m_column(column), m_bars(bars),
       m_outline(new SelectionOutline(ctx.photo, view, this)),
       m_mouse(new CanvasMouse(ctx.photo, ctx.flags, view, this)), m_before(new PhotoBefore(ctx, view, window)),
-      picTip(new Bubble("picTip", window)) {
+      m_pointed(new PointedEffect(ctx, view, this)), picTip(new Bubble("picTip", window)), m_hint(new HintBubble(view)),
+      m_again(new AgainButton(view)) {
     picTip->label()->setObjectName("lblBubble");
     for (const ToolRow &row : toolTable()) {
-        const ToolPlace place{ctx, view, *m_mouse, *m_outline, bars.barOfTool(row.control), window};
+        FloatingToolbar *bar = bars.barOfTool(row.control);
+        if (bar != nullptr) {
+            bar->setColumn(&column);
+        }
+        const ToolPlace place{ctx, view, *m_mouse, *m_outline, bar, window};
         m_entries.push_back({&row, row.make != nullptr ? row.make(place) : nullptr});
     }
-    m_current = &m_entries.front();
     for (const Entry &entry : m_entries) {
         if (entry.tool != nullptr) {
             connectTool(entry);
         }
     }
+    connect(m_mouse, &CanvasMouse::toolChanged, this, &ToolSet::showCurrent);
     connect(m_mouse, &CanvasMouse::arrowWanted, this, &ToolSet::ResetTools);
     connect(m_mouse, &CanvasMouse::moved, picTip, &QWidget::hide);
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
@@ -43,15 +54,40 @@ ToolSet::ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingB
             m_pictures.stop();
         }
         if (what.testFlag(PhotoChange::Loaded)) {
+            m_stepsBefore = -1; // "Back" goes no further than to this photo
             showCurrent();
         }
+        if (what.testFlag(PhotoChange::Edited) && m_worker != nullptr) {
+            m_ctx.photo.setMadeBy(workerIcon());
+            Q_EMIT photoChangedBy(m_worker->row->control, m_workerKey);
+        }
+        if (what.testFlag(PhotoChange::Selection)) {
+            offerAgain();
+        }
     });
+    connect(m_again, &QAbstractButton::clicked, this,
+            [this] { pick(markingEntry().row->control, SelectionTool::keyAgain); });
     connect(&m_pictures, &QTimer::timeout, this, &ToolSet::makeSmallPictures);
     connect(&column, &ToolColumn::pressed, this, &ToolSet::press);
+    connect(&column, &ToolColumn::doneWanted, this, [this] {
+        if (EditorTool *tool = currentEntry().tool; tool != nullptr && tool->excludesOthers()) {
+            tool->accept();
+        }
+    });
+    connect(&column, &ToolColumn::backWanted, this, &ToolSet::goBack);
+    connect(&bars, &FloatingBarSet::barHidden, this, &ToolSet::showCurrent);
+    connect(&bars, &FloatingBarSet::itemPointed, this, [this](const QString &control, const QString &key) {
+        if (key.isEmpty() || openPanel() != nullptr) { // the photo shows what the panel is set to
+            m_pointed->clear();
+        } else {
+            m_pointed->show(control, key);
+        }
+    });
     connect(&bars, &FloatingBarSet::itemClicked, this, &ToolSet::pick);
 }
 
 ToolSet::~ToolSet() {
+    m_mouse->disconnect(this);
     m_mouse->setTool(nullptr);
     for (const Entry &entry : m_entries) {
         delete entry.tool; // destroyed before the mouse and the view that they use
@@ -61,11 +97,18 @@ ToolSet::~ToolSet() {
 void ToolSet::connectTool(const Entry &entry) {
     EditorTool *tool = entry.tool;
     connect(tool, &EditorTool::finished, this, &ToolSet::ResetTools);
-    connect(tool, &EditorTool::stateChanged, this, &ToolSet::showCurrent);
     connect(tool, &EditorTool::tipWanted, this, &ToolSet::showTip);
-    connect(tool, &EditorTool::message, this, &ToolSet::message);
+    connect(tool, &EditorTool::message, this,
+            [this, control = QString(entry.row->control)](const QString &text, bool good) {
+                say(*entryOf(control), text, good);
+            });
+    connect(tool, &EditorTool::hint, this,
+            [this, control = QString(entry.row->control)](const QString &text, HintedAct act) {
+                hint(*entryOf(control), text, act);
+            });
     connect(tool, &EditorTool::statusText, this, &ToolSet::statusText);
     connect(tool, &EditorTool::noticeWanted, this, &ToolSet::noticeWanted);
+    connect(tool, &EditorTool::stepsChanged, this, &ToolSet::buttonsToRefresh);
     connect(tool, &EditorTool::fitWanted, this, &ToolSet::fitWanted);
     connect(tool, &EditorTool::iconChanged, this, [this, control = QString(entry.row->control)](const QString &icon) {
         m_column.button(control)->setIconName(icon);
@@ -143,9 +186,10 @@ void ToolSet::toggleBar(const Entry &entry) {
     if (wasOpen) {
         return;
     }
+    m_hint->dismiss(); // the bar may be where it is
     entry.tool->barOpens();
-    m_column.setCurrent(entry.row->control);
     bar->showBeside(m_column.button(entry.row->control));
+    showCurrent();
 }
 
 void ToolSet::pick(const QString &control, const QString &key) {
@@ -158,44 +202,130 @@ void ToolSet::pick(const QString &control, const QString &key) {
 
 void ToolSet::start(const Entry &entry, const QString &key) {
     HideFloatingToolbars();
-    endTools(entry.tool);
-    const Entry *before = m_current;
-    m_current = &entry;
-    if (!entry.tool->open(key) && m_current == &entry) {
-        m_current = before; // it has acted at once
+    if (currentEntry().tool != entry.tool) {
+        settle();
     }
+    endTools(entry.tool);
+    if (!entry.row->marks) {
+        m_worker = &entry;
+        m_workerKey = key;
+    }
+    entry.tool->open(key);
     showCurrent();
 }
 
+/// Of the item that was picked, or of the tool.
+QString ToolSet::workerIcon() const {
+    for (const FloatingItemRow &item : floatingItems()) {
+        if (!m_workerKey.isEmpty() && item.key == m_workerKey) {
+            return item.iconName;
+        }
+    }
+    const ToolRow &row = *m_worker->row;
+    return row.iconName != nullptr    ? QString(row.iconName)
+           : row.aloneIcon != nullptr ? QString(row.aloneIcon)
+                                      : QStringLiteral("pop-art");
+}
+
+/// The tool that marks a part of the photo.
+const ToolSet::Entry &ToolSet::markingEntry() const {
+    return *std::ranges::find_if(m_entries, [](const Entry &each) { return each.row->marks; });
+}
+
+/// The part that an effect has changed can be taken again, unless another tool has the mouse on the photo.
+void ToolSet::offerAgain() {
+    const Entry &current = currentEntry();
+    const bool isFree = current.tool == nullptr || current.row->marks || !current.tool->hasMouse();
+    const bool nothingMarked = m_ctx.photo.selection().isEmpty();
+    m_again->offer(isFree && nothingMarked ? m_ctx.photo.usedSelection().shape() : PhotoSelection::Shape::None);
+}
+
 void ToolSet::showTip() {
-    const auto marks = std::ranges::find_if(m_entries, [](const Entry &each) { return each.row->marks; });
     const SlidingPanel *panel = openPanel();
-    QWidget *button = m_column.button(marks->row->control);
+    QWidget *button = m_column.button(markingEntry().row->control);
     picTip->pointAt(panel != nullptr && !button->isEnabled() ? panel->titleLabel() : button);
-    Q_EMIT message(picTip->label()->text(), false); // stays when the pointer moves
+    say(currentEntry(), picTip->label()->text(), false); // stays when the pointer moves
+}
+
+/// What a tool says while it is active is over when it is not any more.
+void ToolSet::say(const Entry &entry, const QString &text, bool good) {
+    m_said = nullptr;
+    m_saying = text;
+    if (isActive(entry)) {
+        hint(entry, text, good ? HintedAct::Drag : HintedAct::Click); // a problem is read and then left
+    }
+    Q_EMIT message(text, good);
+}
+
+void ToolSet::hint(const Entry &entry, const QString &text, HintedAct act) {
+    m_said = &entry;
+    m_saying = text;
+    m_hint->say(text, act);
 }
 
 /// The current tool's button is pressed, and while it excludes others only that button and the Arrow tool's can be
 /// used, without a photo only the Arrow tool's. A tool with a bar does not use its own button meanwhile.
 void ToolSet::showCurrent() {
-    const bool excludes = m_current->tool != nullptr && m_current->tool->excludesOthers();
+    if (m_said != nullptr && !isActive(*m_said)) {
+        m_said = nullptr;
+        picTip->hide();
+        m_hint->dismiss();
+        Q_EMIT messageOver(m_saying);
+    }
+    const Entry &current = currentEntry();
+    const bool excludes = current.tool != nullptr && current.tool->excludesOthers();
     for (const Entry &entry : m_entries) {
-        const bool ownButton = &entry == m_current && m_bars.barOfTool(entry.row->control) == nullptr;
+        const bool ownButton = &entry == &current && m_bars.barOfTool(entry.row->control) == nullptr;
         if (entry.row->iconName != nullptr) {
             m_column.button(entry.row->control)
                 ->setEnabled(entry.tool == nullptr || (m_ctx.photo.PhotoLoaded() && (!excludes || ownButton)));
         }
     }
-    m_column.setCurrent(m_current->row->control);
+    if (!excludes) {
+        m_stepsBefore = -1;
+    } else if (m_stepsBefore < 0) {
+        m_stepsBefore = m_ctx.photo.history().undoSteps();
+    }
+    showAlone(excludes ? current.row : nullptr);
+    const QString openBar = m_bars.openTool();
+    m_column.setCurrent(openBar.isEmpty() ? QString(current.row->control) : openBar);
+    offerAgain();
+}
+
+void ToolSet::showAlone(const ToolRow *row) {
+    if (row == nullptr) {
+        m_column.showButtons();
+    } else if (const PictureButton *button = m_column.button(row->control)) {
+        m_column.showAlone(button->iconName(), button->text());
+    } else {
+        m_column.showAlone(row->aloneIcon, m_ctx.texts.text(row->aloneName));
+    }
 }
 
 // --- The whole ------------------------------------------------------------------------------------------------------
 
+bool ToolSet::isActive(const Entry &entry) {
+    return entry.tool != nullptr &&
+           (entry.tool->hasMouse() || (entry.tool->panel() != nullptr && entry.tool->panel()->isOpen()));
+}
+
+const ToolSet::Entry &ToolSet::currentEntry() const {
+    const auto hasMouse = [](const Entry &each) { return each.tool != nullptr && each.tool->hasMouse(); };
+    auto found = std::ranges::find_if(m_entries, hasMouse);
+    if (found == m_entries.end()) {
+        found = std::ranges::find_if(m_entries, &ToolSet::isActive);
+    }
+    return found != m_entries.end() ? *found : m_entries.front();
+}
+
 QString ToolSet::current() const {
-    return m_current->row->control;
+    return currentEntry().row->control;
 }
 
 void ToolSet::HideFloatingToolbars() {
+    if (m_bars.holds(QApplication::focusWidget())) {
+        m_view.setFocus(); // else it would go to the next button of the window
+    }
     m_bars.HideFloatingToolbars();
     showCurrent();
 }
@@ -209,8 +339,20 @@ void ToolSet::endTools(const EditorTool *next) {
     }
 }
 
+void ToolSet::settle() {
+    if (EditorTool *tool = currentEntry().tool) {
+        tool->settle();
+    }
+}
+
+EditorTool *ToolSet::toolWithSteps() const {
+    EditorTool *tool = currentEntry().tool;
+    return tool != nullptr && tool->hasOwnSteps() ? tool : nullptr;
+}
+
 void ToolSet::HideBoxes() {
     HideFloatingToolbars();
+    settle();
     if (openPanel() != nullptr) {
         ResetTools();
     }
@@ -218,7 +360,6 @@ void ToolSet::HideBoxes() {
 
 void ToolSet::ResetTools() {
     endTools(nullptr);
-    m_current = &m_entries.front();
     m_mouse->setTool(nullptr);
     m_ctx.flags.endSelection();
     if (!m_ctx.photo.selection().isEmpty()) {
@@ -226,6 +367,14 @@ void ToolSet::ResetTools() {
     }
     picTip->hide();
     showCurrent();
+}
+
+/// "Back": the tool ends, and the photo is as it was when the tool began.
+void ToolSet::goBack() {
+    const int before = m_stepsBefore;
+    ResetTools();
+    while (before >= 0 && m_ctx.photo.history().undoSteps() > before && m_ctx.photo.PerformUndo()) {
+    }
 }
 
 void ToolSet::escape() {

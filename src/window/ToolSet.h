@@ -1,5 +1,5 @@
 // The tools behind the tool column and the floating bars: makes one for each row of the tool table, starts one and ends
-// the one before, and shows the current one in the column. Independent of individual tools.
+// the one before, and shows in the column whose the mouse is. Independent of individual tools.
 #pragma once
 
 #include "tools/EditorTool.h"
@@ -12,9 +12,12 @@ class QRect;
 
 namespace lumora {
 
+class AgainButton;
 class Bubble;
 class FloatingBarSet;
+class HintBubble;
 class PhotoBefore;
+class PointedEffect;
 class ToolColumn;
 struct ToolRow;
 
@@ -34,6 +37,10 @@ class ToolSet : public QObject {
     void HideFloatingToolbars();
     /// Closes an open slide-up panel and the tool that it belongs to.
     void HideBoxes();
+    /// What the active tool has set up, and would lose, becomes part of the photo.
+    void settle();
+    /// The active tool where Undo and Redo go through its own steps; else null.
+    EditorTool *toolWithSteps() const;
     /// Makes the Arrow tool current: ends the active tool and clears the selection.
     void ResetTools();
     /// Esc: closes what is open, one thing at a time.
@@ -43,7 +50,8 @@ class ToolSet : public QObject {
     void setArea(const QRect &area);
     /// The open panel, or null.
     SlidingPanel *openPanel() const;
-    /// The button of the tool that is current, see ToolRow::control.
+    /// The button of the tool that is current, see ToolRow::control: the tool that has the mouse on the photo, without
+    /// one the tool of the open panel, else the Arrow tool. The column shows it, or the tool whose bar is open.
     QString current() const;
 
   Q_SIGNALS:
@@ -51,6 +59,8 @@ class ToolSet : public QObject {
     void toolWanted();
     /// A message for the status line, and whether it reports success.
     void message(const QString &text, bool good);
+    /// That message was of a tool that is no longer active.
+    void messageOver(const QString &text);
     /// The status line's text while a tool sets it.
     void statusText(const QString &text);
     /// To be shown in a message box before the signal returns.
@@ -61,6 +71,8 @@ class ToolSet : public QObject {
     void panelChanged();
     /// The whole photo should be in view.
     void fitWanted();
+    /// The tool of that name in the table, started with that item of its floating bar, has changed the photo.
+    void photoChangedBy(const QString &control, const QString &key);
 
   private:
     struct Entry {
@@ -71,12 +83,21 @@ class ToolSet : public QObject {
     void connectTool(const Entry &entry);
     void connectPanel(SlidingPanel &panel);
     const Entry *entryOf(const QString &control) const;
+    static bool isActive(const Entry &entry);
+    const Entry &currentEntry() const;
+    void say(const Entry &entry, const QString &text, bool good);
+    void hint(const Entry &entry, const QString &text, HintedAct act);
     void toggleBar(const Entry &entry);
     void start(const Entry &entry, const QString &key);
     void endTools(const EditorTool *next);
     void showTip();
     void showCurrent();
+    void showAlone(const ToolRow *row);
+    const Entry &markingEntry() const;
+    QString workerIcon() const;
+    void offerAgain();
     void makeSmallPictures();
+    void goBack();
 
     AppContext &m_ctx;
     PhotoView &m_view;
@@ -85,10 +106,17 @@ class ToolSet : public QObject {
     SelectionOutline *m_outline;
     CanvasMouse *m_mouse;
     PhotoBefore *m_before;
+    PointedEffect *m_pointed;
     std::vector<Entry> m_entries; ///< in table order; does not change
     QList<SlidingPanel *> m_panels;
-    const Entry *m_current; ///< the first, the Arrow tool, while no other is active
+    int m_stepsBefore = -1;          ///< to undo, when the tool began that has the screen to itself; -1 without one
+    const Entry *m_worker = nullptr; ///< the tool that was started last, but for the selection, which changes nothing
+    QString m_workerKey;             ///< what it was started with
+    const Entry *m_said = nullptr;   ///< the active tool whose message or hint was shown last
+    QString m_saying;
     Bubble *picTip;
+    HintBubble *m_hint;                    ///< a child of the view
+    AgainButton *m_again;                  ///< a child of the view
     QTimer m_pictures;                     ///< one tool's previews per event loop iteration
     QList<EditorTool *> m_picturesWaiting; ///< in their order
 };

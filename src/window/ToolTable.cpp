@@ -12,13 +12,13 @@
 #include "tools/resize/ResizeTool.h"
 #include "tools/rotate/RotateTool.h"
 #include "tools/select/SelectionTool.h"
+#include "tools/stickers/StickersTool.h"
 
 namespace lumora {
 
 namespace {
 
 constexpr int firstTop = 60; // twips
-constexpr int pitch = 790;
 
 using Place = ToolPlace;
 
@@ -57,7 +57,11 @@ EditorTool *makeCutOut(const Place &p) {
 
 const ToolRow rows[] = {
     {"cmdTool1", "tool1", firstTop, nullptr},
-    {.control = "cmdTool2", .iconName = "tool2", .simpleTop = firstTop + pitch, .make = makeSelection, .marks = true},
+    {.control = "cmdTool2",
+     .iconName = "tool2",
+     .simpleTop = firstTop + toolPitch,
+     .make = makeSelection,
+     .marks = true},
     {"cmdTool3", "tool3", hiddenInSimple, make<CropTool>},
     {"cmdTool4", "tool4", 1650, make<ResizeTool>},
     {.control = "cmdTool5", .iconName = "tool5", .simpleTop = 2440, .make = makeRotate, .picturesTurn = 2},
@@ -78,6 +82,12 @@ const ToolRow rows[] = {
      .hiddenFromLauncher = true,
      .whiteWhenHovered = true},
     {"popArt", nullptr, hiddenInSimple, make<PopArtTool>},
+    {.control = "stickers",
+     .iconName = nullptr,
+     .simpleTop = hiddenInSimple,
+     .make = make<StickersTool>,
+     .aloneIcon = "stickers",
+     .aloneName = "Stickers"},
 };
 
 } // namespace
@@ -87,7 +97,7 @@ std::span<const ToolRow> toolTable() {
 }
 
 int advancedTop(int index) {
-    return firstTop + index * pitch;
+    return firstTop + index * toolPitch;
 }
 
 } // namespace lumora

@@ -17,10 +17,13 @@ struct ToolRow {
     bool hiddenFromLauncher = false; ///< hidden too when Simple mode is chosen in the launcher
     bool whiteWhenHovered = false;   ///< the button's hover colour is white
     bool marks = false;              ///< the tip for a missing selection points at its button
+    const char *aloneIcon = nullptr; ///< of a tool without a button that has the screen to itself: its picture
+    const char *aloneName = nullptr; ///< and the identifier of its name
     int picturesTurn = 0;            ///< order in which its previews are made, after those of the effects; 0: never
 };
 
 inline constexpr int hiddenInSimple = -1;
+inline constexpr int toolPitch = 790; ///< twips from one top edge to the next
 
 /// cmdTool1, the Arrow tool, to cmdTool11, cmdCropCut, and the tools without a button.
 std::span<const ToolRow> toolTable();

@@ -1,7 +1,8 @@
 #include "window/frmMain.h"
 
-#include "dialogs/frmWelcome.h"
+#include "base/FileName.h"
 #include "document/Recovery.h"
+#include "ideas/IdeaGuide.h"
 #include "ideas/frmSamples.h"
 #include "options/frmOptions.h"
 #include "output/DeviceLists.h"
@@ -16,12 +17,16 @@
 #include "session/PlainWords.h"
 #include "view/PhotoView.h"
 #include "widgets/CommandBar.h"
+#include "widgets/Compositing.h"
 #include "widgets/FloatingToolbar.h"
+#include "widgets/LongPress.h"
 #include "widgets/PictureButton.h"
 #include "widgets/ProgressPanel.h"
 #include "widgets/SlidingPanel.h"
 #include "widgets/StatusLine.h"
 #include "widgets/Theme.h"
+#include "widgets/Veil.h"
+#include "widgets/WindowSizer.h"
 #include "widgets/WindowTexts.h"
 #include "window/Clipboard.h"
 #include "window/CommandRow.h"
@@ -30,6 +35,8 @@
 #include "window/MainBar.h"
 #include "window/PhotoCommands.h"
 #include "window/RecoveryOffer.h"
+#include "window/StartBubbles.h"
+#include "window/StepStrip.h"
 #include "window/SystemDialogs.h"
 #include "window/ToolColumn.h"
 #include "window/ToolSet.h"
@@ -52,9 +59,11 @@ namespace lumora {
 
 namespace {
 
-constexpr int welcomeDelay = 700; // milliseconds until the bubble: long enough to see the window first
 constexpr int zoomSteps[] = {25, 50, 75, 100, 150, 200, 300, 400}; // percent
 constexpr int statusHeight = 28;
+constexpr QSize leastPhotoRoom(160, 120); // a panel may cover it on a very small screen
+constexpr double usualPart = 0.8;         // of the screen, when the window is not maximised
+constexpr double largestPart = 0.9;
 
 /// Keys that press a button of Toolbar1.
 struct ShortcutRow {
@@ -71,7 +80,7 @@ const ShortcutRow shortcuts[] = {
 QString droppedFile(const QMimeData &data) {
     for (const QUrl &url : data.urls()) {
         if (url.isLocalFile()) {
-            return url.toLocalFile();
+            return localFileOf(url);
         }
     }
     return {};
@@ -85,14 +94,32 @@ frmMain::frmMain(AppContext &ctx, QWidget *parent) : QWidget(parent, Qt::Window 
     build();
     connectCommands();
     makeShortcuts();
-    setMinimumSize(640, 480);
-    setGeometry(screen()->availableGeometry());
-    setWindowState(Qt::WindowMaximized);
+    new Veil(this);
+    WindowSizer::install(this);
+    openOn(screen());
     qApp->installEventFilter(this);
 }
 
 frmMain::~frmMain() {
+    if (!m_ownSize.isEmpty()) {
+        m_ctx.settings.write<Setting::WindowSize, Writer::Window>(
+            QString("%1x%2").arg(m_ownSize.width()).arg(m_ownSize.height()));
+    }
     delete m_toolSet; // destroyed before the view that its tools use
+}
+
+/// Maximised; what it is restored to is the size that it had last and at most nine tenths of the screen.
+void frmMain::openOn(const QScreen *screen) {
+    const QRect room = screen->availableGeometry();
+    const QStringList sides = m_ctx.settings.read<Setting::WindowSize>().split('x');
+    QSize size(sides.value(0).toInt(), sides.value(1).toInt());
+    if (size.isEmpty()) {
+        size = room.size() * usualPart;
+    }
+    QRect restored({}, size.expandedTo(minimumSizeHint()).boundedTo(room.size() * largestPart));
+    restored.moveCenter(room.center());
+    setGeometry(windowsAreManaged() ? restored : room);
+    setWindowState(Qt::WindowMaximized);
 }
 
 void frmMain::build() {
@@ -100,8 +127,10 @@ void frmMain::build() {
     m_tools = new ToolColumn(this);
     m_photoRoom = new QWidget(this);
     m_view = new PhotoView(m_ctx.photo, m_photoRoom);
+    m_steps = new StepStrip(m_ctx.photo, m_ctx.texts, m_photoRoom);
     m_panelRoom = new QWidget(m_photoRoom);
     m_emptyTable = new EmptyTable(this);
+    m_ideaGuide = new IdeaGuide(m_ctx, this);
     m_bar = new MainBar(this); // last in the tab order, which is the order of creation
     m_status = new StatusLine("SBar", this);
     m_photo = new PhotoCommands(m_ctx, this);
@@ -114,20 +143,20 @@ void frmMain::build() {
     m_bars = new FloatingBarSet(this);
     m_toolSet = new ToolSet(m_ctx, *m_view, *m_tools, *m_bars, this);
     m_progress = new ProgressPanel(this);
-    tmrWelcome = new QTimer(this);
-    tmrWelcome->setSingleShot(true);
-    tmrWelcome->setInterval(welcomeDelay);
+    m_bubbles = new StartBubbles(m_ctx, m_commands->cmdOpen(), m_bar->cmdOptions(), this);
 
     auto *photoRows = new QVBoxLayout(m_photoRoom);
     photoRows->setContentsMargins(0, 0, 0, 0);
     photoRows->setSpacing(0);
     photoRows->addWidget(m_view, 1);
+    photoRows->addWidget(m_steps);
     photoRows->addWidget(m_panelRoom);
     auto *middle = new QHBoxLayout;
     middle->setSpacing(0);
     middle->addWidget(m_tools);
     middle->addWidget(m_photoRoom, 1);
     middle->addWidget(m_emptyTable, 1);
+    middle->addWidget(m_ideaGuide);
     auto *rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
@@ -138,6 +167,7 @@ void frmMain::build() {
     m_status->setFixedHeight(statusHeight);
     m_emptyTable->setFocus();
     m_tools->hide();
+    m_photoRoom->setMinimumSize(leastPhotoRoom);
     m_photoRoom->hide();
     m_panelRoom->hide();
     m_photoRoom->installEventFilter(this);
@@ -149,7 +179,7 @@ void frmMain::connectCommands() {
     connect(m_bar, &MainBar::optionsWanted, this, &frmMain::showOptions);
 
     const auto open = [this] {
-        delete m_welcome; // its message was read
+        m_bubbles->welcomeIsOver(); // its message was read
         HideBoxes();
         m_photo->open();
     };
@@ -167,12 +197,23 @@ void frmMain::connectCommands() {
     connect(m_commands->Toolbar1(), &CommandBar::buttonClicked, this, &frmMain::runToolbarCommand);
     connect(m_commands->Toolbar1(), &CommandBar::barClicked, this, [this] {
         HideFloatingToolbars();
+        m_toolSet->settle();
         ResetTools();
     });
 
-    const auto problem = [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Problem); };
+    const auto problem = [this](const QString &text) {
+        m_status->showMessage(text, StatusLine::Tone::Problem);
+        if (!m_ctx.photo.PhotoLoaded()) {
+            showEmptyTable(text);
+        }
+    };
     connect(m_toolSet, &ToolSet::message, this, [this](const QString &text, bool good) {
         m_status->showMessage(text, good ? StatusLine::Tone::Good : StatusLine::Tone::Problem);
+    });
+    connect(m_toolSet, &ToolSet::messageOver, this, [this](const QString &text) {
+        if (m_status->message() == text) {
+            m_status->clearMessage();
+        }
     });
     connect(m_toolSet, &ToolSet::statusText, m_status, &StatusLine::setBaseText);
     connect(m_toolSet, &ToolSet::noticeWanted, this,
@@ -180,6 +221,9 @@ void frmMain::connectCommands() {
     connect(m_toolSet, &ToolSet::buttonsToRefresh, this, &frmMain::chkPSButtons);
     connect(m_toolSet, &ToolSet::fitWanted, this, &frmMain::fitPhoto);
     connect(m_toolSet, &ToolSet::panelChanged, this, &frmMain::makeRoomForPanel);
+    connect(m_toolSet, &ToolSet::photoChangedBy, m_ideaGuide, &IdeaGuide::photoChangedBy);
+    connect(m_ideaGuide, &IdeaGuide::popArtWanted, m_toolSet, [this] { m_toolSet->press("popArt"); });
+    connect(m_ideaGuide, &IdeaGuide::toolWanted, m_toolSet, &ToolSet::press);
     m_ctx.tasks.setPanel(m_progress);
     connect(&m_ctx.tasks, &BackgroundTasks::began, m_progress, &ProgressPanel::begin);
     connect(&m_ctx.tasks, &BackgroundTasks::progressed, m_progress, &ProgressPanel::setPercent);
@@ -189,13 +233,20 @@ void frmMain::connectCommands() {
     connect(m_progress, &ProgressPanel::stopWanted, &m_ctx.tasks, &BackgroundTasks::stop);
 
     connect(m_photo, &PhotoCommands::firstToolWanted, this, &frmMain::ResetTools);
-    connect(m_photo, &PhotoCommands::toolsEnabled, m_tools, &ToolColumn::EnableToolbars);
+    connect(m_photo, &PhotoCommands::toolsEnabled, this, &frmMain::enableTools);
     connect(m_photo, &PhotoCommands::toolsDisabled, m_tools, &ToolColumn::DisableToolbars);
     connect(m_photo, &PhotoCommands::canvasWanted, this, &frmMain::showCanvas);
     connect(m_photo, &PhotoCommands::opened, this, &frmMain::fitPhoto);
     connect(m_photo, &PhotoCommands::buttonsToRefresh, this, &frmMain::chkPSButtons);
     connect(m_photo, &PhotoCommands::done, this,
             [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Good); });
+    connect(m_photo, &PhotoCommands::broughtBack, m_recovery, &Recovery::broughtBack);
+    connect(&m_ctx.photo, &PhotoDocument::thrownAway, m_recovery, [this](const KeptPhoto &photo) {
+        if (m_ctx.settings.read<Setting::KeepThrownAway>()) {
+            m_recovery->keepDiscarded(photo);
+        }
+    });
+    connect(m_photo, &PhotoCommands::saved, m_commands, &CommandRow::showSaved);
     connect(m_photo, &PhotoCommands::failed, this, problem);
     connect(m_postman, &Postman::done, this,
             [this](const QString &text) { m_status->showMessage(text, StatusLine::Tone::Good); });
@@ -209,9 +260,24 @@ void frmMain::connectCommands() {
     connect(m_print, &PrintCommands::failed, this, problem);
     connect(&m_print->lock(), &PrintLock::changed, this, &frmMain::refreshPrint);
 
+    for (const char *key : {"keyUndo", "keyRedo"}) {
+        connect(new LongPress(m_commands->Toolbar1()->button(key)), &LongPress::held, this, &frmMain::toggleSteps);
+    }
+    connect(m_steps, &StepStrip::closeWanted, this, &frmMain::closeSteps);
+    connect(m_steps, &StepStrip::stateWanted, this, [this](quint64 id) {
+        if (!m_ctx.photo.goToState(id)) {
+            m_status->showMessage(plainWords(m_ctx.texts, PictureError::NoMemory));
+        }
+    });
+
     connect(&m_ctx.photo, &PhotoDocument::changed, this, &frmMain::photoChanged);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &frmMain::refreshPaste);
-    connect(tmrWelcome, &QTimer::timeout, this, &frmMain::showWelcome);
+    connect(m_bubbles, &StartBubbles::closed, this, &frmMain::keyboardToPhoto);
+    connect(m_bubbles, &StartBubbles::settingsBroughtBack, this, [this] {
+        LoadSettingsFromINIFile(m_ctx);
+        m_print->lock().LoadPrintTimer();
+        chkPSButtons();
+    });
 }
 
 void frmMain::connectScanning() {
@@ -222,7 +288,8 @@ void frmMain::connectScanning() {
         ResetTools();
     });
     connect(m_scan, &ScanCommands::barsToHide, this, &frmMain::HideFloatingToolbars);
-    connect(m_scan, &ScanCommands::canvasWanted, m_tools, &ToolColumn::EnableToolbars);
+    connect(m_scan, &ScanCommands::canvasWanted, this, &frmMain::enableTools);
+    connect(m_scan, &ScanCommands::scanning, m_bubbles, &StartBubbles::welcomeIsOver);
     connect(m_scan, &ScanCommands::canvasWanted, this, &frmMain::showCanvas);
     connect(m_scan, &ScanCommands::scanning, this, [this](bool now) {
         placePanels(); // the scan grows where the photo is
@@ -253,7 +320,18 @@ void frmMain::makeShortcuts() {
     press("Ctrl+S", [this] { m_commands->cmdSave()->click(); });
     press("Ctrl+P", [this] { m_commands->cmdPrint()->click(); });
     press("Ctrl+0", [this] { fitPhoto(); });
-    press("Esc", [this] { m_scan->ScanPanelOpen() ? m_scan->closePanel() : m_toolSet->escape(); });
+    press("Ctrl+H", [this] { toggleSteps(); });
+    press("Ctrl+Shift+O", [this] { showOptions(); }); // the only way in Simple mode but for a long press
+    press("Esc", [this] {
+        if (m_bubbles->closeOpen()) {
+            return;
+        }
+        if (m_steps->isVisible() && !m_bars->isAnyOpen()) {
+            closeSteps();
+        } else {
+            m_scan->ScanPanelOpen() ? m_scan->closePanel() : m_toolSet->escape();
+        }
+    });
 }
 
 // --- Start ----------------------------------------------------------------------------------------------------------
@@ -264,27 +342,19 @@ void frmMain::SetMeUp() {
     m_devices->LoadScanners();
     m_devices->GetPrinters();
     LoadSettingsFromINIFile(m_ctx);
-    m_ctx.fields.txtWelcome = m_ctx.settings.read<Setting::Welcome>();
-    if (m_ctx.fields.txtWelcome) {
-        tmrWelcome->start();
-    }
     chkPSButtons();
     QTimer::singleShot(0, this, &frmMain::refreshPaste); // asks other programs once the window is shown
-    refreshZoom();
-    refreshStatus();
     if (!m_startupPhotoPath.isEmpty()) {
         openStartupPhoto();
     }
+    m_bubbles->start();
     offerRecovery();
 }
 
 void frmMain::offerRecovery() {
     auto *offer = new RecoveryOffer(m_ctx, *m_recovery, this);
-    connect(offer, &RecoveryOffer::asking, this, [this] {
-        tmrWelcome->stop();
-        delete m_welcome;
-    });
-    connect(offer, &RecoveryOffer::canvasWanted, m_tools, &ToolColumn::EnableToolbars);
+    connect(offer, &RecoveryOffer::asking, m_bubbles, &StartBubbles::welcomeIsOver);
+    connect(offer, &RecoveryOffer::canvasWanted, this, &frmMain::enableTools);
     connect(offer, &RecoveryOffer::canvasWanted, this, &frmMain::showCanvas);
     connect(offer, &RecoveryOffer::opened, this, &frmMain::fitPhoto);
     connect(offer, &RecoveryOffer::failed, m_status, [this](const QString &text) { m_status->showMessage(text); });
@@ -296,6 +366,10 @@ void frmMain::LoadLanguage() {
     setWindowTitle(texts.text("ApplicationName"));
     m_bar->lblCaption()->setText(texts.text("ApplicationName"));
     m_emptyTable->setOpenText(texts.text("Open"));
+    m_ideaGuide->LoadLanguage();
+    m_steps->LoadLanguage();
+    refreshZoom();
+    refreshStatus();
 }
 
 void frmMain::openStartupPhoto() {
@@ -333,11 +407,6 @@ void frmMain::showEvent(QShowEvent *event) {
     }
 }
 
-void frmMain::showWelcome() {
-    m_welcome = new frmWelcome(m_ctx, this);
-    m_welcome->showAt(m_commands->cmdOpen());
-}
-
 // --- Commands -------------------------------------------------------------------------------------------------------
 
 void frmMain::runToolbarCommand(const QString &key) {
@@ -346,7 +415,9 @@ void frmMain::runToolbarCommand(const QString &key) {
     } else if (key == "keyZoomout") {
         m_ctx.photo.PerformZoomOut();
     } else if (key == "keyUndo" || key == "keyRedo") {
-        if (!(key == "keyUndo" ? m_ctx.photo.PerformUndo() : m_ctx.photo.PerformRedo())) {
+        if (EditorTool *tool = m_toolSet->toolWithSteps()) {
+            tool->step(key == "keyUndo");
+        } else if (!(key == "keyUndo" ? m_ctx.photo.PerformUndo() : m_ctx.photo.PerformRedo())) {
             m_status->showMessage(plainWords(m_ctx.texts, PictureError::NoMemory));
         }
     } else if (key == "keyEmail") {
@@ -356,17 +427,21 @@ void frmMain::runToolbarCommand(const QString &key) {
         HideBoxes();
         m_postman->emailPhoto();
     } else if (key == "keyCopy") {
+        m_toolSet->settle(); // what is seen is copied
         CopyPhoto(m_ctx.photo.picCanvas(), m_ctx.photo.metadata());
     } else if (key == "keyPaste") {
         HideBoxes();
+        m_bubbles->welcomeIsOver();
         m_photo->PastePhoto();
     } else if (key == "keySlideShow") {
         HideBoxes();
         m_slideShow->start();
     } else if (key == "keyIdeas") {
         HideBoxes();
-        connect(frmSamples::showModal(m_ctx, this), &frmSamples::popArtWanted, m_toolSet,
-                [this] { m_toolSet->press("popArt"); });
+        const frmSamples *samples = frmSamples::showModal(m_ctx, this);
+        connect(samples, &frmSamples::popArtWanted, m_ideaGuide, &IdeaGuide::popArtWanted);
+        connect(samples, &frmSamples::ideaChosen, m_ideaGuide, &IdeaGuide::begin);
+        connect(samples, &frmSamples::toolWanted, m_toolSet, &ToolSet::press);
     } else if (key == "keyHelp") {
         Q_EMIT helpWanted();
     }
@@ -388,6 +463,7 @@ void frmMain::ResetTools() {
 
 void frmMain::ExitApp() {
     HideFloatingToolbars();
+    m_toolSet->settle();
     ResetTools();
     m_scan->closePanel();
     m_photo->leaveEditor();
@@ -397,15 +473,27 @@ void frmMain::fitPhoto() {
     m_ctx.photo.fitPhoto(m_view->canvasSize());
     m_ctx.photo.showWhole(m_view->canvasSize());
     m_fittedZoom = m_ctx.photo.zoom();
+    m_fittedSize = m_photoSize = m_ctx.photo.picCanvas().size();
+}
+
+/// Not after a resize, which keeps the zoom, until that is undone.
+bool frmMain::isFitted() const {
+    return m_ctx.photo.zoom() == m_fittedZoom && m_photoSize == m_fittedSize;
 }
 
 void frmMain::showOptions() {
     HideBoxes();
-    connect(frmOptions::showModal(m_ctx, this), &QDialog::accepted, this, [this] {
+    frmOptions *options = frmOptions::showModal(m_ctx, this);
+    connect(options, &frmOptions::aboutWanted, this, [this, options] { Q_EMIT aboutWanted(options); });
+    connect(options, &QDialog::accepted, this, [this] {
+        if (!m_ctx.flags.SimpleModeOn) {
+            m_ctx.settings.forgetFormer(); // what is wanted has just been chosen
+        }
         m_print->lock().LoadPrintTimer();
         chkPSButtons();
         m_devices->LoadScanners();
         m_devices->GetPrinters();
+        Q_EMIT optionsChanged();
     });
 }
 
@@ -423,11 +511,28 @@ void frmMain::showZoomMenu() {
     menu.exec(button->mapToGlobal(QPoint(0, button->height())));
 }
 
+/// The undo history as a row of pictures, in the place of an open panel.
+void frmMain::toggleSteps() {
+    if (m_steps->isVisible()) {
+        closeSteps();
+    } else if (m_photoRoom->isVisible() && m_ctx.photo.PhotoLoaded()) {
+        HideFloatingToolbars();
+        HideBoxes();
+        m_steps->open();
+    }
+}
+
+void frmMain::closeSteps() {
+    m_steps->hide();
+    keyboardToPhoto();
+}
+
 /// The photo uses the part of the table that an open panel leaves free.
 void frmMain::makeRoomForPanel() {
     const SlidingPanel *panel = m_scan->ScanPanelOpen() ? m_scan->panel() : m_toolSet->openPanel();
     m_panelRoom->setVisible(panel != nullptr);
     if (panel != nullptr) {
+        m_steps->hide();
         m_panelRoom->setFixedHeight(panel->height() - shadowMargin);
     }
 }
@@ -443,8 +548,16 @@ void frmMain::photoChanged(PhotoChanges what) {
     if (what & (PhotoChanges(PhotoChange::Pixels) | PhotoChange::Size | PhotoChange::Loaded)) {
         refreshStatus();
     }
-    if (what.testFlag(PhotoChange::Size) && m_ctx.photo.zoom() == m_fittedZoom) {
-        QTimer::singleShot(0, this, &frmMain::fitPhoto); // a rotated photo stays completely in view
+    if (what.testFlag(PhotoChange::Loaded) && m_photoRoom->isHidden()) {
+        showCanvas();
+    }
+    if (what.testFlag(PhotoChange::Size)) {
+        const bool wasFitted = isFitted();
+        m_photoSize = m_ctx.photo.picCanvas().size();
+        const bool isResized = m_toolSet->current() == "cmdTool4"; // and seen to be smaller or larger
+        if ((wasFitted || isFitted()) && !isResized) {
+            QTimer::singleShot(0, this, &frmMain::fitPhoto); // a rotated photo stays completely in view
+        }
     }
     if (what & PhotoChange::Zoom) {
         refreshZoom();
@@ -458,8 +571,11 @@ void frmMain::chkPSButtons() {
     CommandBar *toolbar = m_commands->Toolbar1();
     toolbar->setButtonEnabled("keyZoomin", loaded);
     toolbar->setButtonEnabled("keyZoomout", loaded);
-    toolbar->setButtonEnabled("keyUndo", loaded && photo.history().undoSteps() > 0);
-    toolbar->setButtonEnabled("keyRedo", loaded && photo.history().redoSteps() > 0);
+    const EditorTool *steps = m_toolSet->toolWithSteps();
+    toolbar->setButtonEnabled("keyUndo",
+                              loaded && (steps != nullptr ? steps->canStep(true) : photo.history().undoSteps() > 0));
+    toolbar->setButtonEnabled("keyRedo",
+                              loaded && (steps != nullptr ? steps->canStep(false) : photo.history().redoSteps() > 0));
     if (m_ctx.fields.txtEmail != Switch::Other) { // any other value does not change it
         toolbar->setButtonOn(CommandRow::emailButton, m_ctx.fields.txtEmail == Switch::On);
     }
@@ -498,15 +614,39 @@ void frmMain::refreshStatus() {
 
 void frmMain::showCanvas() {
     m_emptyTable->hide();
+    m_emptyTable->setSentence({});
     m_tools->show();
     m_photoRoom->show();
     m_view->setFocus();
 }
 
+/// The first photo could not be had: there is still only the folder to start with.
+void frmMain::showEmptyTable(const QString &problem) {
+    m_photoRoom->hide();
+    m_emptyTable->setSentence(problem);
+    m_emptyTable->show();
+    m_emptyTable->setFocus();
+}
+
+/// Without a photo they stay grey; the tool set enables them when there is one.
+void frmMain::enableTools() {
+    if (m_ctx.photo.PhotoLoaded()) {
+        m_tools->EnableToolbars();
+    }
+}
+
+void frmMain::keyboardToPhoto() {
+    if (m_photoRoom->isVisible()) {
+        m_view->setFocus();
+    } else if (focusWidget() != nullptr) {
+        focusWidget()->clearFocus(); // Space presses nothing; Tab begins with the first button
+    }
+}
+
 // --- Window ---------------------------------------------------------------------------------------------------------
 
 bool frmMain::eventFilter(QObject *watched, QEvent *event) {
-    if (watched == m_view && event->type() == QEvent::Resize && m_ctx.photo.zoom() == m_fittedZoom) {
+    if (watched == m_view && event->type() == QEvent::Resize && isFitted()) {
         // A fitted photo stays fitted when the window is resized; after the view has taken its new size.
         QTimer::singleShot(0, this, &frmMain::fitPhoto);
     }
@@ -516,11 +656,30 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event) {
     const bool pressed = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress;
     if (pressed && watched->isWidgetType()) {
         m_status->clearMessage(); // a message is shown until the next action
-        if (watched == m_view->viewport()) {
+        const auto *pressedOn = static_cast<QWidget *>(watched);
+        // Beside an open bar; a button does it itself.
+        if (watched == m_view->viewport() ||
+            (event->type() == QEvent::MouseButtonPress && pressedOn->window() == this && m_bars->isAnyOpen() &&
+             !m_bars->holds(pressedOn) && qobject_cast<const QAbstractButton *>(watched) == nullptr)) {
             HideFloatingToolbars();
         }
     }
     return QWidget::eventFilter(watched, event);
+}
+
+void frmMain::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::LanguageChange && m_isSetUp) {
+        LoadLanguage();
+        chkPSButtons();
+    }
+    QWidget::changeEvent(event);
+}
+
+void frmMain::resizeEvent(QResizeEvent *event) {
+    QWidget::resizeEvent(event);
+    if (isVisible() && !isMaximized() && !isFullScreen() && !isMinimized()) {
+        m_ownSize = size();
+    }
 }
 
 void frmMain::closeEvent(QCloseEvent *event) {
@@ -548,7 +707,9 @@ void frmMain::dropEvent(QDropEvent *event) {
     event->acceptProposedAction();
     // The drag source waits for this to return: ask and load afterwards.
     m_ctx.tasks.whenIdle(this, [this, path] {
+        m_status->clearMessage(); // of the drop before
         HideBoxes();
+        m_bubbles->welcomeIsOver();
         m_photo->openDropped(path);
     });
 }

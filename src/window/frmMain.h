@@ -5,12 +5,9 @@
 #include "document/PhotoDocument.h"
 #include "imaging/PictureFile.h"
 
-#include <QPointer>
 #include <QWidget>
 #include <future>
 #include <memory>
-
-class QTimer;
 
 namespace lumora {
 
@@ -19,6 +16,7 @@ class CommandRow;
 class DeviceLists;
 class EmptyTable;
 class FloatingBarSet;
+class IdeaGuide;
 class MainBar;
 class PhotoCommands;
 class PhotoView;
@@ -28,10 +26,11 @@ class ProgressPanel;
 class Recovery;
 class ScanCommands;
 class SlideShow;
+class StartBubbles;
 class StatusLine;
+class StepStrip;
 class ToolColumn;
 class ToolSet;
-class frmWelcome;
 
 /// How Simple mode was started; a few buttons differ.
 enum class SimpleStart { CommandLine, Launcher };
@@ -53,6 +52,8 @@ class frmMain : public QWidget {
     void applySimpleLayout(SimpleStart how);
     void LoadLanguage();
     PhotoView *view() const { return m_view; }
+    /// Fills that screen instead of the one that the desktop chooses; call before it is shown.
+    void openOn(const QScreen *screen);
 
     void HideFloatingToolbars();
     /// Closes an open slide-up panel.
@@ -67,17 +68,24 @@ class frmMain : public QWidget {
 
   Q_SIGNALS:
     void helpWanted();
+    /// Version, licence and credits should be shown above that window.
+    void aboutWanted(QWidget *over);
     /// The editor has been left; the launcher is to be shown.
     void leave();
+    /// The options may have chosen another language.
+    void optionsChanged();
 
   protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
+    bool isFitted() const;
     void build();
     void connectCommands();
     void connectScanning();
@@ -89,8 +97,13 @@ class frmMain : public QWidget {
     void showCanvas();
     void showOptions();
     void showZoomMenu();
+    void toggleSteps();
+    void closeSteps();
     void refreshZoom();
-    void showWelcome();
+    /// The keyboard goes to the photo, or to the window itself where there is none.
+    void keyboardToPhoto();
+    void showEmptyTable(const QString &problem);
+    void enableTools();
     void refreshStatus();
     void openStartupPhoto();
     void offerRecovery();
@@ -104,12 +117,16 @@ class frmMain : public QWidget {
     bool m_canPaste = false;
     bool m_closeAsked = false; ///< the desktop has asked to close the window, and the request is queued
     int m_fittedZoom = 0;      ///< percent that fitPhoto chose last
+    QSize m_fittedSize;        ///< of the photo then
+    QSize m_photoSize;         ///< of the photo now
+    QSize m_ownSize;           ///< of the window when it was last not maximised; empty: as the settings say
 
     MainBar *m_bar = nullptr;
     CommandRow *m_commands = nullptr;
     ToolColumn *m_tools = nullptr;
     PhotoView *m_view = nullptr;
     EmptyTable *m_emptyTable = nullptr;
+    IdeaGuide *m_ideaGuide = nullptr;
     StatusLine *m_status = nullptr;
     FloatingBarSet *m_bars = nullptr;
     ToolSet *m_toolSet = nullptr;
@@ -123,8 +140,8 @@ class frmMain : public QWidget {
     Postman *m_postman = nullptr;
     SlideShow *m_slideShow = nullptr;
     Recovery *m_recovery = nullptr;
-    QTimer *tmrWelcome = nullptr;
-    QPointer<frmWelcome> m_welcome;
+    StartBubbles *m_bubbles = nullptr;
+    StepStrip *m_steps = nullptr;
 };
 
 } // namespace lumora

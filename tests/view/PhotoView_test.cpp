@@ -16,11 +16,10 @@
 
 using namespace lumora;
 using test::firstDifference;
+using test::nowhere;
 using test::photoLike;
 
 namespace {
-
-const QPoint nowhere(-1, -1);
 
 struct View : testing::Test {
     View() {
@@ -150,7 +149,7 @@ TEST_F(View, paintsTheChangedPhotoAndNothingElseOverIt) {
     EXPECT_EQ(before.pixel(where.bottomRight()), qRgb(255, 0, 0));
     EXPECT_NE(before.pixel(where.left() - 1, where.top()), qRgb(255, 0, 0));
     EXPECT_NE(before.pixel(where.right() + 1, where.bottom()), qRgb(255, 0, 0));
-    // The table: parchment with grey lines, nothing darker, the same in every corner of a tile.
+    // The table: paper with grey lines, nothing darker, the same in every corner of a tile.
     EXPECT_EQ(before.pixel(8, 4), before.pixel(8 + 16, 4 + 16));
     QImage blue = red;
     blue.fill(qRgb(0, 0, 255));

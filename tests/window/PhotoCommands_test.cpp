@@ -205,6 +205,11 @@ class PhotoCommandsTest : public test::Shell {
         window.show();
         open(window, row.before);
         QSignalSpy left(&window, &frmMain::leave);
+        int thrownAway = 0;
+        QObject::connect(&context.photo, &PhotoDocument::thrownAway, &window, [&](const KeptPhoto &photo) {
+            ++thrownAway;
+            EXPECT_EQ(photo.picture, m_changed);
+        });
         Hand hand(row.answers, m_target, m_photos + "/other.png");
         go(window, way);
         settle(hand);
@@ -213,6 +218,9 @@ class PhotoCommandsTest : public test::Shell {
         EXPECT_EQ(context.photo.picCanvas(), row.photo == Photo::Mine ? mine : m_other);
         EXPECT_EQ(context.photo.PhotoModified(), row.after == Changes::Unsaved);
         EXPECT_EQ(left.count(), row.user == User::Leaves ? 1 : 0);
+        const bool givenUp = QString(row.answers).contains("No") && row.before == Changes::Unsaved &&
+                             (row.photo == Photo::Other || row.user == User::Leaves);
+        EXPECT_EQ(thrownAway, givenUp ? 1 : 0) << "once the photo is really gone";
         const QImage file = readPicture(m_target).picture;
         if (row.file == File::Written) {
             EXPECT_EQ(file, mine);
