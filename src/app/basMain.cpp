@@ -1,9 +1,14 @@
 #include "app/basMain.h"
 
 #include "app/ClosingSignals.h"
+#include "app/DesktopOpener.h"
+#include "app/InterfaceScale.h"
 #include "app/frmLauncher.h"
 #include "app/frmSplash.h"
+#include "base/FileName.h"
 #include "document/RecoveryFolder.h"
+#include "guide/GuidePages.h"
+#include "guide/GuideWindow.h"
 #include "guide/frmHelp.h"
 #include "session/LoadSettings.h"
 #include "widgets/ApplicationIcon.h"
@@ -11,7 +16,7 @@
 #include "window/frmMain.h"
 
 #include <QApplication>
-#include <QFileInfo>
+#include <cstdio>
 
 namespace lumora {
 
@@ -31,10 +36,24 @@ StartDecision decideStart(const QString &commandLine) {
         return {StartOutcome::Splash, {}};
     }
     const QString path = QString(commandLine).remove(u'"');
-    if (QFileInfo(path).isFile()) {
+    if (isFile(path)) {
         return {StartOutcome::AdvancedModeWithPhoto, path};
     }
     return {StartOutcome::Nothing, {}};
+}
+
+QString answerOnTerminal(const QStringList &arguments, const Installation &where) {
+    const QString argument = arguments.join(u' ');
+    IniFiles files;
+    const Settings settings(files, where.settingsFile());
+    const Texts texts(files, [&] { return languageFiles(where, settings, files); });
+    if (argument == "--version") {
+        return texts.text("ApplicationName") + ' ' + versionNumber() + '\n';
+    }
+    if (argument == "--help" || argument == "-h") {
+        return texts.text("TerminalHelp").replace(u'|', u'\n') + '\n';
+    }
+    return {};
 }
 
 /// One session of the main window: photo, flags and window are created again with every start from the launcher.
@@ -73,6 +92,7 @@ AppContext &basMain::context() {
 }
 
 bool basMain::Main(const QString &commandLine) {
+    m_toolkitTexts.follow();
     const StartDecision decision = decideStart(commandLine);
     switch (decision.outcome) {
     case StartOutcome::SimpleMode:
@@ -149,7 +169,13 @@ frmMain &basMain::loadMainWindow() {
         m_desk = new Desk(m_context.installation);
         connect(m_desk->window, &frmMain::helpWanted, this,
                 [this] { frmHelp::showModal(m_desk->context, m_desk->window); });
+        connect(m_desk->window, &frmMain::aboutWanted, this,
+                [this](QWidget *over) { GuideWindow::open(m_desk->context, over, aboutPage); });
         connect(m_desk->window, &frmMain::leave, this, &basMain::unloadMainWindow);
+        connect(m_desk->window, &frmMain::optionsChanged, this, &basMain::followLanguage);
+        if (m_launcher) {
+            m_desk->window->openOn(m_launcher->screen());
+        }
     }
     return *m_desk->window;
 }
@@ -159,12 +185,19 @@ void basMain::showSimpleMainWindow(SimpleStart how) {
     window.applySimpleLayout(how);
     m_desk->context.flags.SimpleModeOn = true;
     window.show();
+    GuideWindow::move(m_launcher, &window);
 }
 
 void basMain::showAdvancedMainWindow() {
     frmMain &window = loadMainWindow();
     m_desk->context.flags.SimpleModeOn = false;
     window.show();
+    GuideWindow::move(m_launcher, &window);
+}
+
+void basMain::followLanguage() {
+    m_context.ini.lookAgain(); // the main window, which wrote the settings, has a context of its own
+    m_toolkitTexts.follow();
 }
 
 void basMain::unloadMainWindow() {
@@ -190,18 +223,48 @@ void setUpApplication(QApplication &application) {
     QApplication::setDesktopFileName("lumora");
     // A hidden launcher is a loaded window: the program ends when basMain says so.
     QApplication::setQuitOnLastWindowClosed(false);
+    scaleInterface();
     applyTheme(application);
     QApplication::setWindowIcon(applicationIcon());
 }
 
+/// Qt's own list loses names that are not UTF-8.
+QStringList argumentsOf(int argc, char **argv) {
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i) {
+        arguments << fileNameOf(argv[i]);
+    }
+    return arguments;
+}
+
+void say(std::FILE *where, const QString &text) {
+    std::fputs(text.toLocal8Bit().constData(), where);
+}
+
 int runLumora(int argc, char **argv) {
+    if (argc == 2 && argv[1][0] == '-') {
+        const QCoreApplication application(argc, argv);
+        const Installation where{QCoreApplication::applicationDirPath()};
+        const QString answer = answerOnTerminal(argumentsOf(argc, argv), where);
+        if (!answer.isEmpty()) {
+            say(stdout, answer);
+            return 0;
+        }
+    }
     QApplication application(argc, argv);
     setUpApplication(application);
     const ClosingSignals closingSignals;
     basMain program(Installation{QApplication::applicationDirPath(), RecoveryFolder::usualParent()});
+    const DesktopOpener opener([&program](const QString &what) {
+        tellNoProgram(program.context().texts, what, QApplication::activeWindow());
+    });
     QObject::connect(&program, &basMain::ended, &application, &QApplication::quit);
-    const QString commandLine = commandLineAsTyped(QApplication::arguments().mid(1));
-    return program.Main(commandLine) ? QApplication::exec() : 0;
+    const QString commandLine = commandLineAsTyped(argumentsOf(argc, argv));
+    if (!program.Main(commandLine)) {
+        say(stderr, program.context().texts.text("TerminalNoPhoto").arg(commandLine) + '\n');
+        return 1;
+    }
+    return QApplication::exec();
 }
 
 } // namespace lumora

@@ -35,6 +35,10 @@ QString commandLineAsTyped(const QStringList &arguments);
 /// double quote in it is dropped; a folder is no file) is a photo. Anything else is StartOutcome::Nothing.
 StartDecision decideStart(const QString &commandLine);
 
+/// The answer to "--help", "-h" or "--version" as the only argument, in the user's language and with a line break at
+/// the end; empty for anything else. Needs a QCoreApplication and no display.
+QString answerOnTerminal(const QStringList &arguments, const Installation &where);
+
 class basMain : public QObject {
     Q_OBJECT
 
@@ -73,6 +77,7 @@ class basMain : public QObject {
     void showSimpleMainWindow(SimpleStart how);
     void showAdvancedMainWindow();
     void unloadMainWindow();
+    void followLanguage();
     void endWithoutWindows();
 
     AppContext m_context;

@@ -14,19 +14,28 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
+#include <QScreen>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace lumora {
 
 namespace {
 
-constexpr int handSize = 64;     // pixels
-constexpr int sceneHeight = 112; // pixels
-constexpr QColor entered(255, 128, 255);
-constexpr QColor left(236, 233, 216);
+constexpr int handSize = 64;           // pixels
+constexpr int sceneHeight = 112;       // pixels
+constexpr QSize modeSize(256, 270);    // pixels, of the two large buttons
+constexpr QSize modePicture(160, 178); // the drawing is square: the rest is air above and below it
+constexpr int neededHeight = 620;      // pixels of screen: on a lower one everything is smaller
+constexpr double smallest = 0.6;
+constexpr QColor entered(255, 128, 255, 51); // a tint of 20 per cent: the picture stays what is seen
 
-/// A button with visible edges at rest, filled with its hover colour under the pointer, and with a disc of its own
-/// colour behind its picture.
+/// How large the launcher may be on this screen, at most 1.
+double roomy(const QScreen &screen) {
+    return std::clamp(screen.availableSize().height() / double(neededHeight), smallest, 1.0);
+}
+
+/// A button with visible edges at rest, and with a disc of its own colour behind its picture.
 class ModeButton : public AnimatedButton {
   public:
     ModeButton(const QString &loop, QColor disc, QWidget *parent)
@@ -37,7 +46,7 @@ class ModeButton : public AnimatedButton {
   protected:
     void paintEvent(QPaintEvent *event) override {
         QPainter painter(this);
-        paintPanel(painter, rect(), buttonCorner, hoverColour());
+        paintPanel(painter, rect(), buttonCorner, colours::parchment);
         painter.setPen(Qt::NoPen);
         painter.setBrush(m_disc);
         painter.setRenderHint(QPainter::Antialiasing);
@@ -51,17 +60,30 @@ class ModeButton : public AnimatedButton {
     QColor m_disc;
 };
 
+/// A small button on the tint of the large ones.
+class FootButton : public PictureButton {
+  public:
+    using PictureButton::PictureButton;
+
+  protected:
+    void paintEvent(QPaintEvent *event) override {
+        QPainter painter(this);
+        paintPanel(painter, rect(), buttonCorner, colours::parchment);
+        painter.end();
+        PictureButton::paintEvent(event);
+    }
+};
+
 } // namespace
 
 frmLauncher::frmLauncher(AppContext &context)
     : BorderlessDialog("frmLauncher", nullptr), m_context(context), lblTitle(new QLabel(this)),
       lblVersion(new QLabel(this)), picHand(new QLabel(this)), HR1(new QFrame(this)),
-      cmdSimpleMode(modeButton("cmdSimpleMode", "simple-mode", QColor(255, 231, 168))),
-      cmdAdvMode(modeButton("cmdAdvMode", "advanced-mode", QColor(214, 230, 250))),
+      cmdSimpleMode(modeButton("cmdSimpleMode", "simple-mode", colours::pressed)),
+      cmdAdvMode(modeButton("cmdAdvMode", "advanced-mode", colours::checked)),
       cmdVideos(footButton("cmdVideos", "help")), cmdExit(footButton("cmdExit", "exit")) {
     setAttribute(Qt::WA_DeleteOnClose);
     build();
-    lblVersion->setText(context.texts.text("Version").arg(versionNumber()));
     LoadLanguage();
 
     connect(cmdSimpleMode, &QAbstractButton::clicked, this, &frmLauncher::simpleModeWanted);
@@ -69,8 +91,7 @@ frmLauncher::frmLauncher(AppContext &context)
     connect(cmdVideos, &QAbstractButton::clicked, this, &frmLauncher::showHelp);
     connect(cmdExit, &QAbstractButton::clicked, this, &QWidget::close);
     for (PictureButton *button : std::initializer_list<PictureButton *>{cmdSimpleMode, cmdAdvMode, cmdVideos}) {
-        button->setHoverColour(left);
-        button->installEventFilter(this);
+        button->setHoverColour(entered);
     }
     tmrHand.setObjectName("tmrHand");
     connect(&tmrHand, &QTimer::timeout, this, &frmLauncher::wave);
@@ -81,7 +102,7 @@ void frmLauncher::build() {
     lblTitle->setObjectName("lblTitle");
     lblTitle->setTextFormat(Qt::PlainText);
     QFont large = lblTitle->font();
-    large.setPointSizeF(24);
+    large.setPointSizeF(24 * roomy(*screen()));
     large.setBold(true);
     lblTitle->setFont(large);
     WindowDragger::install(lblTitle);
@@ -98,7 +119,9 @@ void frmLauncher::build() {
     HR1->setStyleSheet("background: " + colours::line.name());
 
     auto *scene = new ScenePicture("launcher", buttonCorner, this);
-    scene->setFixedHeight(sceneHeight);
+    scene->setFixedHeight(qRound(sceneHeight * roomy(*screen())));
+    // The window is as wide as its two large buttons; a long title becomes smaller, then shorter.
+    scene->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     WindowDragger::install(scene);
     auto *title = new QHBoxLayout(scene);
     title->setContentsMargins(0, 0, 0, 24); // the text is drawn above the hills
@@ -119,7 +142,7 @@ void frmLauncher::build() {
     body()->addWidget(scene);
     body()->addLayout(modes);
     body()->addWidget(HR1);
-    body()->addLayout(foot);
+    addFoot(foot);
 }
 
 AnimatedButton *frmLauncher::modeButton(const QString &name, const QString &loop, const QColor &disc) {
@@ -129,13 +152,14 @@ AnimatedButton *frmLauncher::modeButton(const QString &name, const QString &loop
     font.setPointSizeF(16);
     font.setBold(true);
     button->setFont(font);
-    button->setPictureSize(QSize(160, 178)); // the drawing is square: the rest is air above and below it
-    button->setFixedSize(256, 270);
+    const double scale = roomy(*screen());
+    button->setPictureSize(modePicture * scale);
+    button->setFixedSize(modeSize.width(), qRound(modeSize.height() * scale));
     return button;
 }
 
 PictureButton *frmLauncher::footButton(const QString &name, const QString &icon) {
-    auto *button = new PictureButton(icon, PictureButton::CaptionPlace::Beside, this);
+    auto *button = new FootButton(icon, PictureButton::CaptionPlace::Beside, this);
     button->setObjectName(name);
     button->setPictureSize(40);
     return button;
@@ -143,6 +167,7 @@ PictureButton *frmLauncher::footButton(const QString &name, const QString &icon)
 
 void frmLauncher::LoadLanguage() {
     showTexts(m_context.texts, *this);
+    lblVersion->setText(m_context.texts.text("Version").arg(versionNumber()));
     cmdExit->setText(m_context.texts.text("Exit"));
 }
 
@@ -171,6 +196,13 @@ void frmLauncher::hideEvent(QHideEvent *event) {
     BorderlessDialog::hideEvent(event);
 }
 
+void frmLauncher::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::LanguageChange) {
+        LoadLanguage();
+    }
+    BorderlessDialog::changeEvent(event);
+}
+
 void frmLauncher::showHelp() {
     frmHelp::showModal(m_context, this);
 }
@@ -185,16 +217,6 @@ void frmLauncher::keyPressEvent(QKeyEvent *event) {
     default:
         BorderlessDialog::keyPressEvent(event);
     }
-}
-
-bool frmLauncher::eventFilter(QObject *watched, QEvent *event) {
-    auto *button = qobject_cast<PictureButton *>(watched);
-    if (button != nullptr && event->type() == QEvent::Enter) {
-        button->setHoverColour(entered);
-    } else if (button != nullptr && event->type() == QEvent::Leave) {
-        button->setHoverColour(left);
-    }
-    return BorderlessDialog::eventFilter(watched, event);
 }
 
 } // namespace lumora

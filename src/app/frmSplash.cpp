@@ -9,6 +9,7 @@
 #include "widgets/WindowTexts.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QScreen>
 #include <QSettings>
@@ -19,7 +20,7 @@ namespace lumora {
 namespace {
 
 constexpr int sceneWidth = 580;                  // pixels
-constexpr int sceneHeight = 340;                 // pixels
+constexpr int splashHeight = 340;                // pixels
 constexpr int throbberSize = 200;                // pixels
 constexpr int hillHeight = 84;                   // pixels
 constexpr QRect crayonPlace(442, 206, 112, 112); ///< on the hill
@@ -81,7 +82,7 @@ void frmSplash::build() {
     body()->setContentsMargins(0, 0, 0, 0);
     Frame1 = new ScenePicture("splash", panelCorner - 2, this);
     Frame1->setObjectName("Frame1");
-    Frame1->setFixedSize(sceneWidth, sceneHeight);
+    Frame1->setFixedSize(sceneWidth, splashHeight);
     body()->addWidget(Frame1);
 
     for (size_t i = 0; i < m_pictures.size(); ++i) {
@@ -128,6 +129,14 @@ void frmSplash::showEvent(QShowEvent *event) {
         m_wentOn = true;
         // Queued, so that the splash is painted before another window covers it.
         QMetaObject::invokeMethod(this, "goOn", Qt::QueuedConnection);
+    }
+}
+
+/// Esc would close it, and the program with it. Only one that stays for good can be left that way.
+void frmSplash::keyPressEvent(QKeyEvent *event) {
+    const bool stays = decideSplash(txtDisplayMessage, screenPixels()) == SplashEnd::Never;
+    if (event->key() != Qt::Key_Escape || stays) {
+        BorderlessDialog::keyPressEvent(event);
     }
 }
 

@@ -37,6 +37,7 @@ class frmSplash : public BorderlessDialog {
 
   protected:
     void showEvent(QShowEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
   private:
     void build();

@@ -51,6 +51,21 @@ TEST_F(Launcher, OneTextInTheLanguageFileChangesOneButton) {
     EXPECT_EQ(launcher.findChild<QLabel *>("lblTitle")->text(), "Welcome to Lumora");
 }
 
+TEST_F(Launcher, ALongTitleLeavesTheWindowAsItIs) {
+    const std::unique_ptr<frmLauncher> plain(shown());
+    QFile file(m_folder.filePath("language.ini"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("[Launcher]\nCaption=" + QByteArray("Welcome to the photo workshop of the school in the green valley!") +
+               "\n");
+    file.close();
+    context.ini.lookAgain();
+    const std::unique_ptr<frmLauncher> launcher(shown());
+    EXPECT_EQ(launcher->size(), plain->size());
+    const auto *title = launcher->findChild<QLabel *>("lblTitle");
+    EXPECT_EQ(title->text().size(), 64);
+    EXPECT_TRUE(launcher->rect().contains(QRect(title->mapTo(launcher.get(), QPoint()), title->size())));
+}
+
 TEST_F(Launcher, ButtonsTakeTheirColourFromThePointer) {
     frmLauncher *launcher = shown();
     for (const char *name : {"cmdSimpleMode", "cmdAdvMode", "cmdVideos"}) {
@@ -59,9 +74,12 @@ TEST_F(Launcher, ButtonsTakeTheirColourFromThePointer) {
         // Between the edge and the picture, where nothing but the surface is painted.
         const QPoint bare = one->mapTo(launcher, QPoint(one->width() / 2, 5));
         const auto surface = [&] { return QColor(launcher->grab().toImage().pixel(bare)); };
+        const QPoint edge = one->mapTo(launcher, QPoint(one->width() / 2, 0));
+        const QColor tinted(240, 212, 224); // a fifth of the colour on the surface
         EXPECT_EQ(surface(), QColor(236, 233, 216));
         QTest::mouseMove(one);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return surface() == QColor(255, 128, 255); }));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return surface() == tinted; }));
+        EXPECT_EQ(QColor(launcher->grab().toImage().pixel(edge)), QColor(255, 128, 255)) << "the ring";
         QTest::mouseMove(launcher, QPoint(launcher->width() / 2, 60));
         EXPECT_TRUE(QTest::qWaitFor([&] { return surface() == QColor(236, 233, 216); }));
     }

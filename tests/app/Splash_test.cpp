@@ -106,6 +106,15 @@ TEST_F(Splash, StaysForGoodWithAnyOtherValueButCanBeClosed) {
     EXPECT_EQ(launcher.count(), 0);
 }
 
+TEST_F(Splash, EscDoesNotStopAStartThatIsUnderWay) {
+    QPointer<frmSplash> splash = shown("0");
+    QTest::keyClick(splash, Qt::Key_Escape);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    ASSERT_FALSE(splash.isNull());
+    EXPECT_TRUE(splash->isVisible());
+    delete splash;
+}
+
 TEST_F(Splash, RecordsFolderAndVersionForTheUser) {
     delete new frmSplash(context);
     QSettings store("Corvane Software", "Lumora");

@@ -18,6 +18,7 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -94,6 +95,34 @@ TEST_F(VisibleTexts, OfTheMainWindowAndItsToolsComeFromTheLanguageFile) {
         for (PictureButton *item : bar->findChildren<PictureButton *>()) {
             press(item, item->property("key").toString());
         }
+    }
+}
+
+TEST_F(VisibleTexts, OfOpenWindowsChangeWithTheLanguage) {
+    ASSERT_TRUE(QFile::remove(context.installation.languageFile()));
+    context.ini.lookAgain();
+    frmMain window(context);
+    frmLauncher launcher(context);
+    window.show();
+    launcher.show();
+    const auto openAll = [&] {
+        for (int number = 1; number <= 11; ++number) {
+            window.findChild<PictureButton *>(QString("cmdTool%1").arg(number))->click();
+            QCoreApplication::processEvents();
+        }
+        window.HideBoxes();
+        window.ResetTools();
+    };
+    openAll();
+    EXPECT_FALSE(test::textsOfTheCode(window).isEmpty()) << "the check must fail before";
+    ASSERT_TRUE(test::writeChangedLanguageFile(context.installation.languageFile()));
+    context.ini.lookAgain();
+    for (QWidget *open : std::initializer_list<QWidget *>{&window, &launcher}) {
+        QEvent change(QEvent::LanguageChange);
+        QCoreApplication::sendEvent(open, &change);
+        openAll(); // a panel reads its title when it opens
+        const QStringList found = test::textsOfTheCode(*open);
+        EXPECT_TRUE(found.isEmpty()) << qPrintable(open->objectName() + ": " + found.join("\n"));
     }
 }
 

@@ -3,6 +3,8 @@
 
 #include "app/frmLauncher.h"
 #include "app/frmSplash.h"
+#include "base/FileName.h"
+#include "imaging/PictureFile.h"
 #include "session/LoadSettings.h"
 #include "support/SettingsFile.h"
 #include "support/ShellCheck.h"
@@ -12,10 +14,12 @@
 #include <QAbstractButton>
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <cstdio>
 #include <gtest/gtest.h>
 
 namespace lumora {
@@ -43,8 +47,12 @@ class Start : public testing::Test {
         for (const char *name : {"cat.png", "My Cat (2).PNG", "a folder/s/x.png", "kätzchen.png"}) {
             ASSERT_TRUE(test::photoLike(40, 30).save(QString::fromUtf8(name), "PNG"));
         }
+        ASSERT_TRUE(writePicture(test::photoLike(40, 30), fileNameOf("caf\xE9.png")).ok()); // not UTF-8
     }
-    void TearDown() override { QDir::setCurrent(m_before); }
+    void TearDown() override {
+        std::remove("caf\xE9.png"); // which Qt does not find
+        QDir::setCurrent(m_before);
+    }
 
     QString settingsText() const {
         QFile file(m_folder.filePath("Lumora.ini"));
@@ -84,6 +92,7 @@ TEST_F(Start, CommandLineDecidesTheOutcome) {
         {{"\"My", "Cat", "(2).PNG\""}, StartOutcome::AdvancedModeWithPhoto, "My Cat (2).PNG"},
         {{QString::fromUtf8("kätzchen.png")}, StartOutcome::AdvancedModeWithPhoto, QString::fromUtf8("kätzchen.png")},
         {{"a folder/s/x.png"}, StartOutcome::AdvancedModeWithPhoto, "a folder/s/x.png"},
+        {{fileNameOf("caf\xE9.png")}, StartOutcome::AdvancedModeWithPhoto, fileNameOf("caf\xE9.png")},
         {{folder + "/cat.png"}, StartOutcome::AdvancedModeWithPhoto, folder + "/cat.png"},
         {{folder + "/dog.png"}, StartOutcome::Nothing, {}},
         {{folder}, StartOutcome::Nothing, {}},
@@ -99,16 +108,53 @@ TEST_F(Start, CommandLineDecidesTheOutcome) {
     }
 }
 
+TEST(Terminal, HelpVersionAndAPathWhereNothingIsAreAnsweredThere) {
+    const struct {
+        QStringList arguments;
+        const char *display; ///< "" for a machine without one
+        int code;
+        QString out, err; ///< how they begin
+    } cases[] = {
+        {{"--version"}, "", 0, "Lumora " + versionNumber() + '\n', ""},
+        {{"--help"}, "", 0, "Lumora, a photo editor", ""},
+        {{"-h"}, "", 0, "Lumora, a photo editor", ""},
+        {{"/no such/photo.jpg"}, "offscreen", 1, "", "Lumora: there is no photo named \"/no such/photo.jpg\".\n"},
+    };
+    for (const auto &one : cases) {
+        QProcess lumora;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.remove("DISPLAY");
+        environment.insert("QT_QPA_PLATFORM", one.display);
+        lumora.setProcessEnvironment(environment);
+        lumora.start(qEnvironmentVariable("LUMORA_BIN") + "/lumora", one.arguments);
+        ASSERT_TRUE(lumora.waitForFinished()) << qPrintable(one.arguments.join(' '));
+        EXPECT_EQ(lumora.exitCode(), one.code);
+        const auto begins = [](const QByteArray &text, const QString &beginning) {
+            return beginning.isEmpty() ? text.isEmpty() : QString::fromUtf8(text).startsWith(beginning);
+        };
+        EXPECT_TRUE(begins(lumora.readAllStandardOutput(), one.out)) << qPrintable(one.arguments.join(' '));
+        const QByteArray said = lumora.readAllStandardError();
+        EXPECT_TRUE(one.err.isEmpty() || said.endsWith(one.err.toUtf8())) << said.constData();
+    }
+}
+
 TEST_F(Start, TheToolkitSpeaksTheLanguageOfTheFile) {
     const auto cancel = [] { return QCoreApplication::translate("QPlatformTheme", "Cancel"); };
-    for (const auto &[language, word] : {std::pair("de", "Abbrechen"), std::pair("fr", "Annuler"),
-                                         std::pair("en", "Cancel"), std::pair("no such", "Cancel")}) {
+    const struct {
+        const char *language, *word, *number;
+    } cases[] = {
+        {"de", "Abbrechen", "12,5"}, {"fr", "Annuler", "12,5"},
+        {"ar", "ألغِ", "12,5"}, // in the digits of file names and keyboards
+        {"en", "Cancel", "12.5"},    {"no such", "Cancel", "12.5"},
+    };
+    for (const auto &[language, word, number] : cases) {
         QFile out(m_folder.filePath("language.ini"));
         ASSERT_TRUE(out.open(QIODevice::WriteOnly));
         out.write(QByteArray("[Language]\nCaption=") + language);
         out.close();
         const basMain program(Installation{m_folder.path()});
         EXPECT_EQ(cancel(), word) << language;
+        EXPECT_EQ(QLocale().toString(12.5), number) << language;
     }
     EXPECT_EQ(cancel(), "Cancel") << "no longer than the program runs";
 }

@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QLabel>
+#include <QMessageBox>
 #include <QProcess>
 #include <QTest>
 #include <QThread>
@@ -34,7 +35,11 @@ QStringList copiesIn(const QString &folder) {
 class Recover : public test::Shell {
   protected:
     QString recoveryFolder() const { return m_folder.filePath("recovery"); }
-    void leave(const QImage &photo) const { ASSERT_TRUE(RecoveryFolder(recoveryFolder()).write(photo)); }
+    void leave(const QImage &photo) const {
+        PictureMetadata metadata;
+        metadata.xmp = "title";
+        ASSERT_TRUE(RecoveryFolder(recoveryFolder()).write({photo, metadata}));
+    }
 
     /// Waits for the question, runs an action in it and closes it if still open. Returns false when none came.
     static bool answer(const std::function<void(QWidget &)> &hand) {
@@ -99,6 +104,7 @@ TEST_F(Recover, EveryAnswer) {
             QTest::qWait(0);
             EXPECT_EQ(opened, way.taken);
             EXPECT_EQ(sitting.photo.PhotoModified(), way.taken);
+            EXPECT_EQ(sitting.photo.metadata().xmp, way.taken ? "title" : "");
             const QImage expected = way.taken ? photo : withPhoto ? own : QImage();
             EXPECT_EQ(firstDifference(sitting.photo.picCanvas(), expected), QPoint(-1, -1));
             recovery.keepNow();
@@ -112,7 +118,7 @@ TEST_F(Recover, EveryAnswer) {
     }
 }
 
-TEST_F(Recover, DamagedAndNothingAskNothing) {
+TEST_F(Recover, ADamagedCopyIsToldAndNothingIsAsked) {
     for (const bool damaged : {false, true}) {
         if (damaged) {
             leave(photoLike(30, 30));
@@ -125,7 +131,14 @@ TEST_F(Recover, DamagedAndNothingAskNothing) {
         RecoveryOffer offer(context, recovery, &window);
         EXPECT_TRUE(QTest::qWaitFor([this] { return copiesIn(recoveryFolder()).isEmpty(); }, 20'000));
         QTest::qWait(50);
-        EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+        auto *box = window.findChild<QMessageBox *>("msgCopyDamaged");
+        EXPECT_EQ(QApplication::activeModalWidget(), box);
+        EXPECT_EQ(box != nullptr, damaged);
+        if (box != nullptr) {
+            EXPECT_TRUE(box->text().contains(recoveryFolder()));
+            EXPECT_EQ(QDir(recoveryFolder()).entryList({"damaged-*"}, QDir::Dirs).size(), 1);
+            box->close();
+        }
     }
 }
 
@@ -224,11 +237,11 @@ TEST_F(Recover, SignalsEndCleanlyAndKeepTheLastChange) {
         Program program(recoveryFolder(), row.how);
         ASSERT_EQ(::kill(static_cast<pid_t>(program.processId()), row.number), 0);
         EXPECT_EQ(program.exitCode(), 0);
-        QImage found;
+        KeptPhoto found;
         const auto left = RecoveryFolder::findNewest(recoveryFolder(), found);
         if (row.kept) {
             ASSERT_NE(left, nullptr);
-            EXPECT_EQ(firstDifference(found, lastChange()), QPoint(-1, -1));
+            EXPECT_EQ(firstDifference(found.picture, lastChange()), QPoint(-1, -1));
             left->clear();
         }
         EXPECT_EQ(copiesIn(recoveryFolder()), QStringList());

@@ -1,4 +1,5 @@
 #include "support/SmtpServer.h"
+#include "support/TestFiles.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -10,11 +11,6 @@
 namespace lumora::test {
 
 namespace {
-
-QByteArray contents(const QString &path) {
-    QFile in(path);
-    return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
-}
 
 /// An authority (ca.pem) and its certificates: good, expired, wrong (another name), and one signed by itself (self).
 /// Each NAME.pem holds certificate and key. Made once for a program.

@@ -11,4 +11,7 @@ QImage photoLike(int width, int height, bool transparent = false);
 /// The first pixel in which two pictures differ, or (-1, -1); sizes must match, else (0, 0).
 QPoint firstDifference(const QImage &a, const QImage &b);
 
+/// What firstDifference() gives for equal pictures.
+inline constexpr QPoint nowhere(-1, -1);
+
 } // namespace lumora::test

@@ -7,6 +7,8 @@ int main(int argc, char **argv) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
+    qputenv("LC_ALL", "C.UTF-8"); // English, wherever the tests run
+    qunsetenv("LANGUAGE");
     QStandardPaths::setTestModeEnabled(true);
     QApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
