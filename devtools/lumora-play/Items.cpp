@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAction>
+#include <QDir>
 #include <QMenu>
 #include <QTabBar>
 #include <QToolBar>
@@ -27,11 +28,16 @@ FoundItem inMenu(QMenu &menu, const QString &key) {
     return {};
 }
 
+/// `*` stands for anything.
+bool isText(const QString &text, const QString &key) {
+    return text == key || (key.contains('*') && QDir::match(key, text));
+}
+
 FoundItem inView(QAbstractItemView &view, const QString &key) {
     const QAbstractItemModel *model = view.model();
     for (int row = 0; model != nullptr && row < model->rowCount(view.rootIndex()); ++row) {
         const QModelIndex index = model->index(row, 0, view.rootIndex());
-        if (index.data().toString() == key || index.data(Qt::UserRole).toString() == key) {
+        if (isText(index.data().toString(), key) || index.data(Qt::UserRole).toString() == key) {
             view.scrollTo(index);
             return {view.viewport(), view.visualRect(index) & view.viewport()->rect(),
                     index.flags().testFlag(Qt::ItemIsEnabled)};

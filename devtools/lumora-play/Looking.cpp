@@ -98,6 +98,11 @@ Outcome Player::expectNot(const Step &step) {
     return agrees(value, step.word(1)) ? Outcome::notYet("it is just that") : Outcome::done();
 }
 
+Outcome Player::expectGone(const Step &step) {
+    const FoundControl found = findControl(step.word(0));
+    return found.widget != nullptr && found.widget->isVisible() ? Outcome::notYet("it is visible") : Outcome::done();
+}
+
 bool Player::seen(const Step &step, QImage &picture, QString &problem) const {
     if (step.word(1).isEmpty()) {
         picture = lookOf(m_program.picture());
@@ -236,6 +241,15 @@ Outcome Player::film(const Step &step) {
     }
     m_film.reset();
     m_hand.setPace(0);
+    return Outcome::done();
+}
+
+Outcome Player::cue(const Step &step) {
+    if (m_film == nullptr) {
+        finish("no film is being made");
+        return Outcome::done();
+    }
+    print(QString("cue %1 %2").arg(step.word(0)).arg(m_film->frames()));
     return Outcome::done();
 }
 

@@ -3,7 +3,7 @@
 #include "Controls.h"
 #include "ideas/frmSamples.h"
 #include "session/AppContext.h"
-#include "tools/canvas/DoneButton.h"
+#include "tools/rotate/RotateControls.h"
 #include "view/PhotoView.h"
 #include "widgets/CommandBar.h"
 #include "widgets/FloatingToolbar.h"
@@ -166,8 +166,9 @@ std::function<QString()> orderOf(const frmMain &window, AppContext &context) {
         if (!cursor.isEmpty() || !panels.isEmpty() || !bars.isEmpty()) {
             return cursor;
         }
-        // While the photo is sized or turned by hand only the Arrow tool can be chosen.
-        const bool isByHand = !visible<DoneButton>(window).isEmpty();
+        // While the photo is sized or turned by hand no tool can be chosen.
+        const auto *alone = window.findChild<QWidget *>("cmdToolDone");
+        const bool isByHand = alone != nullptr && alone->isVisible();
         for (const PictureButton *tool : tools) {
             if (tool != nullptr && !tool->isEnabled() && !isByHand) {
                 return QString("%1 is disabled").arg(nameOf(*tool));

@@ -17,7 +17,7 @@ constexpr int settleTime = 20;   // before the next action
 constexpr int observeTime = 150; // before looking at the outcome: one-shot timers of the program have run by then
 
 bool observes(const QString &verb) {
-    static constexpr std::array looking = {"state", "hash", "shot", "expect-not", "look", "expect-look"};
+    static constexpr std::array looking = {"state", "hash", "shot", "expect-not", "expect-gone", "look", "expect-look"};
     return std::any_of(looking.begin(), looking.end(), [&](const char *one) { return verb == QLatin1String(one); });
 }
 

@@ -81,7 +81,10 @@ class Player : public QObject {
     // Steps.cpp and, for what only looks, Looking.cpp: one function a verb; m_phase counts how often it has said
     // goes().
     Outcome setting(const Step &step);
+    Outcome language(const Step &step);
     Outcome start(const Step &step);
+    Outcome resize(const Step &step);
+    Outcome expectFits(const Step &step);
     Outcome click(const Step &step);
     Outcome item(const Step &step);
     Outcome type(const Step &step);
@@ -101,6 +104,7 @@ class Player : public QObject {
     Outcome wait(const Step &step);
     Outcome expect(const Step &step);
     Outcome expectNot(const Step &step);
+    Outcome expectGone(const Step &step);
     Outcome look(const Step &step);
     Outcome expectLook(const Step &step);
     Outcome state(const Step &step);
@@ -109,6 +113,7 @@ class Player : public QObject {
     Outcome shot(const Step &step);
     Outcome pointer(const Step &step);
     Outcome film(const Step &step);
+    Outcome cue(const Step &step);
     Outcome quit(const Step &step);
 
     /// Why the widget cannot be clicked now (it may still be sliding into place); empty when it can.

@@ -18,6 +18,9 @@ struct Verb {
 
 const Verb verbs[] = {
     {"setting", 1, 1, "setting SECTION/KEY=VALUE"},
+    {"language", 1, 1, "language CODE | language longer | language mirrored"},
+    {"resize", 1, 1, "resize WIDTHxHEIGHT | resize restored | resize maximised"},
+    {"expect-fits", 0, 1, "expect-fits | expect-fits whole"},
     {"start", 0, 2, "start | start simple | start advanced [PHOTO]"},
     {"click", 1, 1, "click CONTROL"},
     {"item", 2, 2, "item BAR KEY"},
@@ -38,6 +41,7 @@ const Verb verbs[] = {
     {"wait", 1, 1, "wait MILLISECONDS"},
     {"expect", 2, 2, "expect CONTROL TEXT"},
     {"expect-not", 2, 2, "expect-not CONTROL TEXT"},
+    {"expect-gone", 1, 1, "expect-gone CONTROL"},
     {"look", 1, 2, "look NAME [CONTROL]"},
     {"expect-look", 1, 2, "expect-look NAME-OR-FILE [CONTROL]"},
     {"state", 0, 0, "state"},
@@ -46,6 +50,7 @@ const Verb verbs[] = {
     {"shot", 1, 2, "shot FILE [CONTROL ...]"},
     {"pointer", 1, 1, "pointer on | pointer off"},
     {"film", 1, 2, "film FILE FRAMES-PER-SECOND | film end"},
+    {"cue", 1, 1, "cue NAME"},
     {"quit", 0, 0, "quit"},
 };
 
@@ -78,10 +83,10 @@ bool isCount(const QString &word) {
 }
 
 QString misread(const Step &step, const Verb &verb, bool started) {
-    if (!started && step.verb != "start" && step.verb != "setting") {
+    if (!started && step.verb != "start" && step.verb != "setting" && step.verb != "language") {
         return "a script begins with start";
     }
-    if (started && (step.verb == "start" || step.verb == "setting")) {
+    if (started && (step.verb == "start" || step.verb == "setting" || step.verb == "language")) {
         return "the program is started already";
     }
     QString how = QString("write it so: %1").arg(verb.usage);
@@ -97,13 +102,16 @@ QString misread(const Step &step, const Verb &verb, bool started) {
     if (step.verb == "setting" && !assignment.match(step.word(0)).hasMatch()) {
         return how;
     }
+    static const QRegularExpression size("^([1-9][0-9]*x[1-9][0-9]*|restored|maximised)$");
     const bool outside = step.word(0) == "outside";
     const bool wrong =
         (step.verb == "wait" && !isCount(step.word(0))) ||
         (step.verb == "monkey" && !(isCount(step.word(0)) && isCount(step.word(1)))) ||
         (step.verb == "film" && !isFilm(step)) ||
+        (step.verb == "expect-fits" && !step.words.isEmpty() && step.word(0) != "whole") ||
         ((step.verb == "pointer" || step.verb == "meanwhile") && step.word(0) != "on" && step.word(0) != "off") ||
         (step.verb == "desktop" && step.word(0) != "type" && step.word(0) != "key") ||
+        (step.verb == "resize" && !size.match(step.word(0)).hasMatch()) ||
         (step.verb == "undo" && step.word(0) != "all") ||
         (step.verb == "hash" && (outside ? step.words.size() < 2 : step.words.size() > 1)) ||
         (step.verb == "press" && numbers != 2) || (step.verb == "drag" && numbers < 4);

@@ -52,7 +52,12 @@ void Stage::copyProgramFolder() const {
     const auto entries = QDir(ownFolder()).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
     for (const QFileInfo &entry : entries) {
         const QString target = m_programFolder + '/' + entry.fileName();
-        if (isText(entry)) {
+        if (entry.isDir() && entry.fileName() == "languages") { // scripts add some
+            QDir().mkpath(target);
+            for (const QFileInfo &file : QDir(entry.filePath()).entryInfoList(QDir::Files)) {
+                QFile::copy(file.filePath(), target + '/' + file.fileName());
+            }
+        } else if (isText(entry)) {
             QFile::copy(entry.filePath(), target);
             QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
         } else {

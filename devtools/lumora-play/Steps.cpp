@@ -1,7 +1,9 @@
 // What each verb of a script does.
 #include "Controls.h"
 #include "Desktop.h"
+#include "Fits.h"
 #include "Items.h"
+#include "MadeLanguages.h"
 #include "Player.h"
 
 #include <QAbstractSlider>
@@ -58,7 +60,10 @@ void moveSlider(Hand &hand, QWidget &window, const QAbstractSlider &slider, int 
 Player::Performer Player::performerOf(const QString &verb) {
     static const QHash<QString, Performer> performers = {
         {"setting", &Player::setting},
+        {"language", &Player::language},
         {"start", &Player::start},
+        {"resize", &Player::resize},
+        {"expect-fits", &Player::expectFits},
         {"click", &Player::click},
         {"item", &Player::item},
         {"type", &Player::type},
@@ -66,6 +71,7 @@ Player::Performer Player::performerOf(const QString &verb) {
         {"point", &Player::point},
         {"pointer", &Player::pointer},
         {"film", &Player::film},
+        {"cue", &Player::cue},
         {"press", &Player::press},
         {"drag", &Player::drag},
         {"key", &Player::key},
@@ -75,6 +81,7 @@ Player::Performer Player::performerOf(const QString &verb) {
         {"wait", &Player::wait},
         {"expect", &Player::expect},
         {"expect-not", &Player::expectNot},
+        {"expect-gone", &Player::expectGone},
         {"state", &Player::state},
         {"hash", &Player::hash},
         {"mask", &Player::mask},
@@ -94,6 +101,56 @@ Player::Performer Player::performerOf(const QString &verb) {
 Outcome Player::setting(const Step &step) {
     const QString place = step.word(0).section('=', 0, 0);
     m_program.setting(place.section('/', 0, 0), place.section('/', 1), step.word(0).section('=', 1));
+    return Outcome::done();
+}
+
+Outcome Player::language(const Step &step) {
+    const QString kind = step.word(0);
+    const QString folder = variables.value("PROGRAM") + "/languages";
+    const bool isThere = QFileInfo(folder + "/language-" + kind + ".ini").isFile();
+    const QString file = isThere ? "language-" + kind + ".ini" : makeLanguage(kind, folder);
+    if (file.isEmpty()) {
+        finish(QString("there is no language %1").arg(kind));
+    }
+    m_program.setting("Language", "File", file);
+    return Outcome::done();
+}
+
+/// As a window system does it: the main window, or the one in front, is restored, resized or maximised.
+Outcome Player::resize(const Step &step) {
+    if (m_phase > 0) {
+        return Outcome::done();
+    }
+    const QWidget *canvas = m_program.canvas();
+    QWidget *window = canvas == nullptr ? QApplication::activeWindow() : canvas->window();
+    if (window == nullptr) {
+        return Outcome::notYet("there is no window");
+    }
+    if (step.word(0) == "maximised") {
+        window->showMaximized();
+    } else {
+        window->showNormal();
+        const QStringList sides = step.word(0).split('x');
+        if (step.word(0) != "restored") {
+            window->resize(sides.value(0).toInt(), sides.value(1).toInt());
+        }
+    }
+    return Outcome::goes();
+}
+
+Outcome Player::expectFits(const Step &step) {
+    const Fits fits = lookWhatFits();
+    if (!fits.problems.isEmpty()) {
+        return Outcome::notYet(fits.problems.join("; "));
+    }
+    if (step.word(0) == "whole" && !fits.shortened.isEmpty()) {
+        return Outcome::notYet("shortened: " + fits.shortened.join("; "));
+    }
+    if (log) {
+        for (const QString &text : fits.shortened) {
+            log("shortened: " + text);
+        }
+    }
     return Outcome::done();
 }
 
@@ -232,7 +289,8 @@ Outcome Player::setSlider(QAbstractSlider &slider, int value) {
 }
 
 Outcome Player::setCombo(QComboBox &combo, const QString &value) {
-    const int wanted = combo.findText(value);
+    const int exact = combo.findText(value);
+    const int wanted = exact >= 0 ? exact : combo.findText(value, Qt::MatchWildcard);
     if (wanted < 0) {
         return Outcome::notYet(QString("it does not offer %1").arg(value));
     }
@@ -454,7 +512,13 @@ Outcome Player::close(const Step &) {
     if (window == nullptr) {
         return Outcome::notYet("there is no window");
     }
-    QTimer::singleShot(0, window, [window] { window->close(); });
+    // Qt lets no such request through to a window that waits for another one's answer.
+    QTimer::singleShot(0, window, [window] {
+        const QWidget *modal = QApplication::activeModalWidget();
+        if (modal == nullptr || modal == window) {
+            window->close();
+        }
+    });
     m_inputClock.start();
     return Outcome::done();
 }

@@ -2,7 +2,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <algorithm>
-#include <ctime>
+#include <sys/resource.h>
 
 namespace lumora::play {
 
@@ -13,9 +13,9 @@ TurnWatch::TurnWatch(QObject *parent) : QObject(parent), m_turnBegan(threadTime(
 }
 
 std::chrono::nanoseconds TurnWatch::threadTime() {
-    timespec time{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+    rusage used{};
+    ::getrusage(RUSAGE_THREAD, &used);
+    return std::chrono::seconds(used.ru_utime.tv_sec) + std::chrono::microseconds(used.ru_utime.tv_usec);
 }
 
 void TurnWatch::turn() {

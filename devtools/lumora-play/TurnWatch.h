@@ -1,5 +1,6 @@
 // How long the window's thread computes between two looks at its events: what a user feels as a window that hangs.
-// Counted in processor time, so that a busy machine does not matter.
+// Counted in processor time outside the kernel, so that neither a busy machine matters nor how soon it hands out
+// memory.
 #pragma once
 
 #include <QObject>

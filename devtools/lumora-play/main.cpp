@@ -1,4 +1,5 @@
 // lumora-play SCRIPT: plays a script of plain lines on the real windows of Lumora. docs/lumora-play.md has the lines.
+#include "Browser.h"
 #include "LumoraProgram.h"
 #include "Player.h"
 #include "Stage.h"
@@ -29,6 +30,7 @@ struct Options {
     QString script;
     QString folder;
     QString place;
+    QString locale;
     QSize screen{1280, 800};
     int patience = 5000;
     int watchdog = 120;
@@ -36,6 +38,7 @@ struct Options {
     bool verbose = false;
     bool desktopDialogs = false;
     bool remakesLooks = false;
+    bool keepsPhotos = false;
 };
 
 void say(const QString &text) {
@@ -56,6 +59,8 @@ bool readOptions(const QStringList &arguments, Options &options, int &code) {
     const QCommandLineOption place("in", "The folder to play in, which stays for another run (default: a private one).",
                                    "DIR");
     const QCommandLineOption size("size", "The screen's size on the offscreen platform (default: 1280x800).", "WxH");
+    const QCommandLineOption locale("locale", "The desktop's language and country (default: C.UTF-8, English).",
+                                    "LOCALE", "C.UTF-8");
     const QCommandLineOption patience("patience", "How long a step may wait until it can be done (default: 5000).",
                                       "MS", "5000");
     const QCommandLineOption timeout("timeout", "A step that takes longer ends the run (default: 120).", "SECONDS",
@@ -66,8 +71,10 @@ bool readOptions(const QStringList &arguments, Options &options, int &code) {
                                        "MS", "0");
     const QCommandLineOption verbose("verbose", "Prints each step before it is done.");
     const QCommandLineOption remake("remake-looks", "Writes the pictures that expect-look compares with again.");
+    const QCommandLineOption keeps("keep-photos", "Keeps copies of unsaved photos, as the program itself does.");
     const QCommandLineOption desktop("desktop-dialogs", "Uses the file dialogs of the desktop, where it has some.");
-    parser.addOptions({help, folder, place, size, patience, timeout, turnLimit, verbose, remake, desktop});
+    parser.addOptions(
+        {help, folder, place, size, locale, patience, timeout, turnLimit, verbose, remake, keeps, desktop});
     const bool understood = parser.parse(arguments);
     if (!understood || parser.isSet(help) || parser.positionalArguments().size() != 1) {
         const bool asked = understood && parser.isSet(help);
@@ -78,11 +85,13 @@ bool readOptions(const QStringList &arguments, Options &options, int &code) {
     options.script = parser.positionalArguments().constFirst();
     options.folder = parser.value(folder);
     options.place = parser.value(place);
+    options.locale = parser.value(locale);
     options.patience = parser.value(patience).toInt();
     options.watchdog = parser.value(timeout).toInt();
     options.turnLimit = isSlowedDown ? 0 : parser.value(turnLimit).toInt();
     options.verbose = parser.isSet(verbose);
     options.desktopDialogs = parser.isSet(desktop);
+    options.keepsPhotos = parser.isSet(keeps) || !options.place.isEmpty();
     options.remakesLooks = parser.isSet(remake);
     const QStringList sides = parser.value(size).split('x');
     if (parser.isSet(size)) {
@@ -118,8 +127,8 @@ int playScript(QApplication &application, const Options &options, Script script,
     std::atomic<int> line = 0;
     Watchdog watchdog(std::chrono::seconds(options.watchdog), stage.path().toStdString(),
                       [&] { complain(QString("%1:%2: the program hangs").arg(options.script).arg(line.load())); });
-    // Only who plays in the same place again can find what is left.
-    LumoraProgram program(stage.programFolder(), options.place.isEmpty() ? QString() : RecoveryFolder::usualParent());
+    // Usually nobody looks for what is left.
+    LumoraProgram program(stage.programFolder(), options.keepsPhotos ? RecoveryFolder::usualParent() : QString());
     Player player(program, std::move(script), options.patience);
     player.variables = variablesOf(options, stage);
     player.remakesLooks = options.remakesLooks;
@@ -129,6 +138,7 @@ int playScript(QApplication &application, const Options &options, Script script,
         player.log = say;
         player.logTurn = say;
     }
+    const Browser browser(say);
     player.beforeStep = [&](const Step &step) {
         if (options.verbose && line != step.line) {
             say(QString("%1: %2 %3").arg(step.line).arg(step.verb, step.words.join(' ')));
@@ -169,6 +179,8 @@ int main(int argc, char **argv) {
         complain(QString("%1:%2: %3").arg(options.script).arg(script.problemLine).arg(script.problem));
         return 1;
     }
+    qputenv("LC_ALL", options.locale.toUtf8());
+    qunsetenv("LANGUAGE");
     const Stage stage(options.folder, options.screen, options.place);
     if (!stage.isReady()) {
         complain("There is no temporary folder to play in.");

@@ -1,15 +1,13 @@
 // lumora-sheet OUTFOLDER [PHOTO...]: contact sheets of all artwork in the binary, on light and dark ground, at 100 %
 // and 200 %, drawn by the functions that the program uses. With photos: those with what is painted, woven and framed
 // instead, at 1, 12 and 24 megapixels, whole and in a part of one to one.
+#include "effects/EffectTable.h"
 #include "effects/FrameArtwork.h"
 #include "imaging/EffectEngine.h"
 #include "imaging/Picture.h"
 #include "imaging/Scale.h"
-#include "imaging/effects/OilPainting.h"
-#include "imaging/effects/Reflection.h"
-#include "imaging/effects/Sepia.h"
-#include "imaging/effects/Solarise.h"
 #include "imaging/effects/Texture.h"
+#include "session/AppContext.h"
 #include "tools/canvas/TargetCursor.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/ApplicationIcon.h"
@@ -18,6 +16,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QDirIterator>
+#include <QFileInfo>
 #include <QPainter>
 #include <QTextStream>
 #include <algorithm>
@@ -154,77 +153,106 @@ QList<QPixmap> sign(qreal ratio) {
     return pictures;
 }
 
-/// What is drawn on a photo, with the values of a click; lengths in a thousandth of its longer side.
+/// What a click makes of a photo.
 struct Look {
     QString name;
     std::function<QImage(const QImage &photo)> draw;
+    int frame = 0; ///< its number, of frames
 };
 
-QList<Look> looks() {
-    const auto effect = [](const QImage &photo, const Operation &operation) {
-        EffectEngine engine;
-        engine.setPicture(photo);
-        engine.apply(operation, false);
-        return engine.picture();
-    };
-    const auto unit = [](const QImage &photo) {
-        return std::max(1.0, std::max(photo.width(), photo.height()) / 1000.0);
-    };
-    QList<Look> all{{"photo", [](const QImage &p) { return p; }},
-                    {"oil painting",
-                     [=](const QImage &p) {
-                         return effect(p, {applyOilPainting, {6 * unit(p)}});
-                     }},
-                    {"texture",
-                     [=](const QImage &p) {
-                         return effect(p, {applyTexture, {unit(p)}});
-                     }},
-                    {"sepia",
-                     [=](const QImage &p) {
-                         return effect(p, {applySepia, {}});
-                     }},
-                    {"solarise",
-                     [=](const QImage &p) {
-                         return effect(p, {applySolarise, {}});
-                     }},
-                    {"reflection 1",
-                     [=](const QImage &p) {
-                         return effect(p, {applyReflection, {1}});
-                     }},
-                    {"reflection 3", [=](const QImage &p) {
-                         return effect(p, {applyReflection, {3}});
-                     }}};
-    for (int n = 1; n <= frameCount; ++n) {
-        all << Look{QString("frame %1").arg(n), [n](const QImage &p) { return FrameArtwork().around(n, p); }};
+/// As the floating bars call it.
+QString nameOf(const QString &key) {
+    static const AppContext context{Installation{QCoreApplication::applicationDirPath()}};
+    return context.texts.text(key);
+}
+
+Look lookOf(const Effect &effect, const QString &name, const EffectValues &values) {
+    return {name, [&effect, values](const QImage &photo) {
+                EffectEngine engine;
+                engine.setPicture(photo);
+                engine.apply(operationOf(effect, false, values, effectUnit(photo.size())), false);
+                return engine.picture();
+            }};
+}
+
+QList<Look> effectLooks() {
+    QList<Look> all{{"photo", [](const QImage &photo) { return photo; }}};
+    for (const EffectGroup group : {EffectGroup::Basic, EffectGroup::Special}) {
+        for (const Effect &effect : effects(group)) {
+            all << lookOf(effect, nameOf(effect.name), effect.basic);
+        }
+    }
+    const Effect &reflection = *findEffect(EffectGroup::Special, "keySFX12");
+    for (const int way : {2, 3, 4}) {
+        all << lookOf(reflection, QString("%1 %2").arg(nameOf(reflection.name)).arg(way), {way});
     }
     return all;
 }
 
+QList<Look> frameLooks() {
+    QList<Look> all;
+    for (int n = 1; n <= frameCount; ++n) {
+        all << Look{nameOf(QString("Frame%1").arg(n)), [n](const QImage &p) { return FrameArtwork().around(n, p); }, n};
+    }
+    return all;
+}
+
+/// What is shown one to one of the photo of that number: of effects the middle, of frames their first corner, the
+/// photo's corner in them and their last corner.
+QRect partOf(const Look &look, QSize photo, int number, QSize shown) {
+    QRect part(QPoint(), shown);
+    if (look.frame == 0) {
+        part.moveCenter(QRect(QPoint(), photo).center());
+    } else if (number == 1) {
+        part.moveCenter(FrameArtwork::placeOfPhoto(look.frame, photo).topLeft());
+    } else if (number == 2) {
+        part.moveBottomRight({photo.width() - 1, photo.height() - 1});
+    }
+    return part;
+}
+
 /// One look on all photos with so many pixels.
 QList<QPixmap> lookOn(const Look &look, const QStringList &photos, double pixels) {
-    constexpr QSize shown(300, 225);
+    constexpr QSize shown(240, 180);
     QList<QPixmap> pictures;
     for (const QString &file : photos) {
         const QImage read = toPicture(QImage(file));
         const double scale = std::sqrt(pixels / (double(read.width()) * read.height()));
         const QImage result = look.draw(scaled(read, qRound(read.width() * scale), qRound(read.height() * scale)));
         const QSize fit = result.size().scaled(shown, Qt::KeepAspectRatio);
-        const QPoint corner(result.width() * 2 / 5, result.height() * 3 / 10);
+        const QRect part = partOf(look, result.size(), int(pictures.size()) / 2, shown);
         pictures << QPixmap::fromImage(scaled(result, fit.width(), fit.height()))
-                 << QPixmap::fromImage(result.copy(QRect(corner, shown)));
+                 << QPixmap::fromImage(result.copy(part));
     }
     return pictures;
 }
 
+/// As good as it can be in a file that documents can carry.
+bool saveSmall(const QImage &sheet, const QString &path) {
+    constexpr qint64 mostBytes = 580'000;
+    for (int quality = 90; quality >= 30; quality -= 5) {
+        if (!sheet.save(path, nullptr, quality)) {
+            return false;
+        }
+        if (QFileInfo(path).size() <= mostBytes) {
+            return true;
+        }
+    }
+    return false;
+}
+
 bool drawLooks(const QDir &folder, const QStringList &photos) {
+    const std::pair<const char *, QList<Look>> sheets[] = {{"effects", effectLooks()}, {"frames", frameLooks()}};
     bool saved = true;
     for (const int megapixels : {1, 12, 24}) {
-        QList<Row> rows;
-        for (const Look &look : looks()) {
-            rows << Row{look.name, [=](qreal) { return lookOn(look, photos, megapixels * 1e6); }};
+        for (const auto &[name, looks] : sheets) {
+            QList<Row> rows;
+            for (const Look &look : looks) {
+                rows << Row{look.name, [=](qreal) { return lookOn(look, photos, megapixels * 1e6); }};
+            }
+            saved &= saveSmall(sheet(rows, 1, 1, colours::parchment, colours::ink),
+                               folder.filePath(QString("%1-%2-megapixels.jpg").arg(name).arg(megapixels)));
         }
-        saved &= sheet(rows, 1, 1, colours::parchment, colours::ink)
-                     .save(folder.filePath(QString("looks-%1-megapixels.jpg").arg(megapixels)), nullptr, 85);
     }
     return saved;
 }
@@ -241,6 +269,7 @@ bool drawSheets(const QDir &folder) {
     const FromFile scene = [](const QString &path, qreal ratio) { return QList{iconPixmap(path, 460, ratio)}; };
     const std::tuple<QString, QList<Row>, int> sheets[] = {
         {"icons", files(":/icons", "*.svg", icon), 4},
+        {"stickers", files(":/stickers", "*.svg", icon), 6},
         {"loops", files(":/loops", "*-1.svg", loop), 1},
         {"cursors", files(":/cursors", "target?.svg", cursor), 3},
         {"frames", frames, 1},

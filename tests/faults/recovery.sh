@@ -123,3 +123,34 @@ wait 1500
 expect state.windows frmMain
 quit
 SCRIPT
+
+# A pasted picture counts as unchanged, but is in no file: it is kept too.
+another_stage
+pasted=$(run <<'SCRIPT'
+start advanced $SAMPLES/animals/owl.jpg
+item Toolbar1 keyCopy
+item Toolbar1 keyPaste
+expect state.PhotoModified 0
+hash
+wait 5000
+kill
+SCRIPT
+)
+[ -n "$(copies)" ] || fail "the pasted picture is not kept"
+[ "$(offered kill)" = "$pasted" ] || fail "the pasted picture is not offered"
+
+# A damaged copy is told and put aside, not offered and not deleted.
+copies | while read -r copy; do truncate -s -1 "$copy"; done
+run >/dev/null <<'SCRIPT'
+start advanced
+click msgCopyDamaged.OK
+expect state.windows frmMain
+quit
+SCRIPT
+[[ "$(copies)" == */damaged-* ]] || fail "the damaged copy is gone"
+run >/dev/null <<'SCRIPT'
+start advanced
+wait 1500
+expect state.windows frmMain
+quit
+SCRIPT
