@@ -143,18 +143,23 @@ Vec3 waterLight(const Scene &scene, Vec3 from, Vec3 d, float distance, int bounc
 
 } // namespace
 
-Vec3 lightAlong(const Scene &scene, Vec3 from, Vec3 d, int bounces) {
+Sight sightAlong(const Scene &scene, Vec3 from, Vec3 d, int bounces) {
     const float toWater = d.y < 0 ? (scene.waterLevel - from.y) / d.y : -1;
     const bool water = toWater > 0.001F && toWater < scene.farthest;
     const float end = water ? toWater : scene.farthest;
     const Meeting meeting = march(scene, from, d, bounces == 0 ? 0.02F : 0.004F, end);
     if (meeting.distance > 0) {
-        return scene.air(shade(scene, meeting, from, d, bounces), from, d, meeting.distance);
+        return {scene.air(shade(scene, meeting, from, d, bounces), from, d, meeting.distance), meeting.distance,
+                meeting.material};
     }
     if (water) {
-        return scene.air(waterLight(scene, from, d, toWater, bounces), from, d, toWater);
+        return {scene.air(waterLight(scene, from, d, toWater, bounces), from, d, toWater), toWater};
     }
-    return scene.air(scene.sky(d), from, d, scene.farthest);
+    return {scene.air(scene.sky(d), from, d, scene.farthest), scene.farthest};
+}
+
+Vec3 lightAlong(const Scene &scene, Vec3 from, Vec3 d, int bounces) {
+    return sightAlong(scene, from, d, bounces).light;
 }
 
 } // namespace lumora::samples

@@ -1,66 +1,15 @@
 #include "Painter.h"
 
+#include "Film.h"
+#include "Focus.h"
 #include "Light.h"
+#include "Strands.h"
 
 #include <array>
-#include <atomic>
-#include <thread>
-#include <vector>
 
 namespace lumora::samples {
 
 namespace {
-
-/// A picture of linear light, before it is developed.
-struct Film {
-    int width;
-    int height;
-    std::vector<Vec3> light;
-
-    Film(int w, int h) : width(w), height(h), light(static_cast<size_t>(w) * static_cast<size_t>(h)) {}
-    Vec3 &at(int x, int y) {
-        return light[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)];
-    }
-    const Vec3 &at(int x, int y) const {
-        return light[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)];
-    }
-};
-
-/// Calls work(row) for every row, spread over the processors.
-template <typename Work> void forRows(int rows, Work work) {
-    std::atomic<int> next{0};
-    std::vector<std::jthread> threads;
-    for (unsigned i = 0; i < std::max(1U, std::thread::hardware_concurrency()); ++i) {
-        threads.emplace_back([&] {
-            for (int row = next++; row < rows; row = next++) {
-                work(row);
-            }
-        });
-    }
-}
-
-/// Rays through the places of the picture.
-class Lens {
-  public:
-    Lens(const Camera &camera, int width, int height)
-        : m_camera(camera), m_scale(2.0F / static_cast<float>(width)), m_x(static_cast<float>(width) / 2),
-          m_y(static_cast<float>(height) / 2), m_ahead(normalise(camera.target - camera.eye)),
-          m_right(normalise(cross(Vec3{std::sin(camera.roll), std::cos(camera.roll), 0}, m_ahead))),
-          m_up(cross(m_ahead, m_right)) {}
-
-    Vec3 direction(float x, float y) const {
-        return normalise(m_ahead * m_camera.zoom + m_right * ((x - m_x) * m_scale) + m_up * ((m_y - y) * m_scale));
-    }
-
-  private:
-    Camera m_camera;
-    float m_scale;
-    float m_x;
-    float m_y;
-    Vec3 m_ahead;
-    Vec3 m_right;
-    Vec3 m_up;
-};
 
 /// How bright a place will look, 0 to 1: what the eye compares at an edge.
 Vec3 seen(Vec3 light) {
@@ -72,14 +21,30 @@ bool differs(Vec3 a, Vec3 b) {
     return std::max({d.x, d.y, d.z}) > 0.035F;
 }
 
+/// Whether strands or the blur of the lens will hide how exactly a point was looked at.
+bool coarse(const Scene &scene, const Lens &lens, const Film &film, int x, int y) {
+    const Place here = film.place(x, y);
+    if (blurOf(scene, here) * static_cast<float>(film.width) > 2.5F) {
+        return true;
+    }
+    if (scene.strands == 0 || here.material < 0) {
+        return false;
+    }
+    const Vec3 d = lens.direction(static_cast<float>(x) + 0.5F, static_cast<float>(y) + 0.5F);
+    const Vec3 tip = scene.strand(here.material, scene.camera.eye + d * here.distance, -d, 0.01F).tip;
+    return dot(tip, tip) > 0;
+}
+
 /// One ray for each picture point, then four more (a turned square) where a neighbour looks different.
 Film expose(const Scene &scene, int width, int height) {
     const Lens lens(scene.camera, width, height);
-    const auto look = [&](float x, float y) { return lightAlong(scene, scene.camera.eye, lens.direction(x, y)); };
+    const auto look = [&](float x, float y) { return sightAlong(scene, scene.camera.eye, lens.direction(x, y)); };
     Film first(width, height);
     forRows(height, [&](int y) {
         for (int x = 0; x < width; ++x) {
-            first.at(x, y) = look(static_cast<float>(x) + 0.5F, static_cast<float>(y) + 0.5F);
+            const Sight sight = look(static_cast<float>(x) + 0.5F, static_cast<float>(y) + 0.5F);
+            first.at(x, y) = sight.light;
+            first.place(x, y) = {sight.distance, sight.material};
         }
     });
     Film film = first;
@@ -94,10 +59,16 @@ Film expose(const Scene &scene, int width, int height) {
                 !differs(here, first.at(x, std::min(y + 1, height - 1)))) {
                 continue;
             }
+            if (coarse(scene, lens, first, x, y) && coarse(scene, lens, first, std::max(x - 1, 0), y) &&
+                coarse(scene, lens, first, std::min(x + 1, width - 1), y) &&
+                coarse(scene, lens, first, x, std::max(y - 1, 0)) &&
+                coarse(scene, lens, first, x, std::min(y + 1, height - 1))) {
+                continue;
+            }
             Vec3 sum;
             for (const auto &[dx, dy] : places) {
                 // A glint far brighter than the rest of its point would stay a stair however many rays are averaged.
-                const Vec3 light = look(static_cast<float>(x) + dx, static_cast<float>(y) + dy);
+                const Vec3 light = look(static_cast<float>(x) + dx, static_cast<float>(y) + dy).light;
                 sum += Vec3{std::min(light.x, 8.0F), std::min(light.y, 8.0F), std::min(light.z, 8.0F)};
             }
             film.at(x, y) = sum * 0.25F;
@@ -162,7 +133,9 @@ int developed(float light) {
 } // namespace
 
 QImage paint(const Scene &scene, int width, int height) {
-    const Film film = expose(scene, width, height);
+    Film film = expose(scene, width, height);
+    growStrands(scene, film);
+    film = focused(scene, film);
     const Film glow = brightPlaces(film, scene.exposure);
     const float scale = static_cast<float>(glow.width) / static_cast<float>(width);
     QImage picture(width, height, QImage::Format_RGB32);

@@ -38,6 +38,17 @@ struct Surface {
     Vec3 glow{};                   ///< light of its own
 };
 
+/// A hair, a tuft of fur or a feather that grows from a solid. It takes the light of the place where it grows.
+struct Strand {
+    Vec3 tip{};         ///< where it ends, from its root, in units; nothing grows where this is 0
+    Vec3 sag{};         ///< how far its middle is bent off the straight line
+    float width = 0;    ///< units
+    float blunt = 0;    ///< 0 a hair that ends in a point, 1 a feather with a round end
+    float order = 0;    ///< the smaller ones lie below
+    float solid = 0.9F; ///< share of what is behind that it hides
+    Vec3 tint{1, 1, 1}; ///< of its light at the tip; the root keeps the light of the solid
+};
+
 class Scene {
   public:
     virtual ~Scene() = default;
@@ -59,6 +70,9 @@ class Scene {
     float exposure = 1;
     float bloom = 0.12F; ///< share of the light of bright places that spreads around them
     float vignette = 0.25F;
+    float focus = 0;    ///< distance at which the lens is sharp
+    float aperture = 0; ///< blur of what is infinitely far, as a share of the picture's width; 0: all is sharp
+    int strands = 0;    ///< places in the picture from which a strand is tried to grow
 
     /// The nearest solid at the place.
     virtual Hit map(Vec3 p) const = 0;
@@ -68,6 +82,8 @@ class Scene {
     virtual Vec3 sky(Vec3 d) const = 0;
     /// Fine grain that bends only the light: height in units, read about the hit point.
     virtual float grain(int /*material*/, Vec3 /*p*/) const { return 0; }
+    /// What grows at a place of a solid; `chance` (0 to 1) differs from strand to strand.
+    virtual Strand strand(int /*material*/, Vec3 /*p*/, Vec3 /*n*/, float /*chance*/) const { return {}; }
     /// Ripples: which way the water's surface looks at the place, `distance` away from the eye.
     virtual Vec3 waterNormal(Vec3 /*p*/, float /*distance*/) const { return {0, 1, 0}; }
     /// What the air does to light that crosses it: haze, mist, steam, sunbeams.

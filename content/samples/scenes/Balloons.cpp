@@ -39,6 +39,7 @@ class BalloonMorning : public Scene {
         ceiling = 12;
         creviceSize = 0.4F;
         vignette = 0.2F;
+        strands = 420000;
     }
 
     Hit map(Vec3 p) const override {
@@ -76,6 +77,32 @@ class BalloonMorning : public Scene {
         return light + sunGlow(d, sunDirection, sunColour) * 0.4F;
     }
 
+    Strand strand(int material, Vec3 p, Vec3 n, float chance) const override {
+        const float far = length(p - camera.eye);
+        if (material != Land || far > 45) {
+            return {};
+        }
+        const float other = fraction(chance * 733);
+        const float turn = 2 * Pi * fraction(chance * 331);
+        const float light = 0.65F + 0.8F * fraction(chance * 4001);
+        const bool tree = fbm(p.x * 0.16F + 7, p.z * 0.16F, 3) > 0.535F;
+        if (!tree) { // stalks of what grows in the fields
+            const float tall = 0.05F + 0.05F * other;
+            return {.tip = Vec3{0.3F * std::cos(turn), 1, 0.3F * std::sin(turn)} * tall,
+                    .width = 0.02F,
+                    .order = -far,
+                    .solid = 0.7F,
+                    .tint = {light, light, light * 0.9F}};
+        }
+        const Vec3 way = normalise(n + Vec3{std::cos(turn), 1.2F * (other - 0.4F), std::sin(turn)} * 0.9F);
+        return {.tip = way * (0.13F + 0.1F * other),
+                .width = 0.07F,
+                .blunt = 0.6F,
+                .order = -far,
+                .solid = 0.9F,
+                .tint = {light, light, light * 0.85F}};
+    }
+
     Vec3 air(Vec3 light, Vec3 from, Vec3 d, float distance) const override {
         light = haze(light, *this, d, distance < farthest - 1 ? distance : 3.0F, 140, colour(0xA9BAE2),
                      colour(0xFFDFB0) * 1.15F);
@@ -110,8 +137,10 @@ class BalloonMorning : public Scene {
         const Vec3 crops[] = {colour(0x6E9A35), colour(0xD2BC55), colour(0x93B347),
                               colour(0x557F34), colour(0xE6CF6E), colour(0xA67FC4)};
         const float angle = 6 * fraction(field.id * 31);
-        const float furrow = 0.85F + 0.15F * std::sin((p.x * std::cos(angle) + p.z * std::sin(angle)) * 11);
-        Vec3 look = crops[static_cast<int>(field.id * 83) % 6] * furrow * (0.8F + 0.4F * noise(p.x * 5, p.z * 5));
+        const float furrow =
+            0.94F + 0.06F * smoothStep(26, 8, p.z) * std::sin((p.x * std::cos(angle) + p.z * std::sin(angle)) * 11);
+        Vec3 look =
+            crops[static_cast<int>(field.id * 83) % 6] * furrow * (0.8F + 0.4F * fbm(p.x * 0.9F, p.z * 0.9F, 4));
         const float wood = smoothStep(0.52F, 0.55F, fbm(p.x * 0.16F + 7, p.z * 0.16F, 3)) * (1 - far);
         look = mix(look, mix(colour(0x2A5224), colour(0x6B8A34), noise(p * 4)), wood);
         const Vec3 rock = mix(colour(0x5F6F52), colour(0x8E8296), smoothStep(1, 4, p.y) + 0.3F * n.y);

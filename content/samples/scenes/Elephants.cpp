@@ -91,7 +91,7 @@ class Elephants : public Scene {
         case Nail:
             return {.colour = colour(0xCDB79C), .shine = 0.2F};
         case Eye:
-            return {.colour = colour(0x1A0D06), .shine = 3, .sharpness = 120, .mirror = 0.03F};
+            return {.colour = colour(0x2A160A), .shine = 1.2F, .sharpness = 120, .mirror = 0.02F};
         case Egret:
             return {.colour = mix(colour(0xF2EAE0), colour(0xFFFFFF), noise(p * 14)), .sheer = 0.2F};
         case Beak:
@@ -123,15 +123,13 @@ class Elephants : public Scene {
             return material == Canopy ? 0.25F * noise(p * 3.1F) : 0;
         }
         const Vec3 q = local(p, Animals[material - Skin]);
-        const auto crease = [](float v) {
-            const float c = 1 - std::fabs(2 * v - 1);
-            return c * c * c * c;
-        };
-        float rough = 0.0045F * crease(noise(Vec3{q.x * 7, q.y * 12, q.z * 7} + Vec3{1, 1, 1} * fbm(q * 2, 2))) +
-                      0.0035F * crease(noise(Vec3{q.x * 19, q.y * 13, q.z * 19})) + 0.004F * noise(q * 34);
+        // Skin wrinkled by fine folds that bend with the body, not by a net of bricks.
+        const float bent = 3 * fbm(q * 1.7F, 3);
+        const float folds = 0.5F + 0.5F * std::sin(q.y * 34 + 6 * bent + 2.5F * noise(q * 5));
+        float rough = 0.0030F * folds * noise(q * 4) + 0.0035F * fbm(q * 26, 3) + 0.006F * fbm(q * 7, 2);
         if (q.x > 1.9F && std::fabs(q.z) < 0.4F) {
             const OnCurve nose = trunk(q, Animals[material - Skin].calf);
-            rough = mix(rough, 0.013F * std::sin(nose.along * 95) + 0.006F * noise(q * 20),
+            rough = mix(rough, 0.007F * std::sin(nose.along * 105 + 1.5F * noise(q * 6)) + 0.006F * fbm(q * 18, 3),
                         smoothStep(0.02F, 0.2F, nose.along));
         }
         return rough * Animals[material - Skin].size;
@@ -228,11 +226,16 @@ class Elephants : public Scene {
         float face = ellipsoid(turnZ(head, 0.35F), {0.5F, 0.64F, 0.45F});
         face = blend(face, ellipsoid(head - Vec3{0.22F, -0.3F, 0}, {0.36F, 0.42F, 0.34F}), 0.2F);
         face = blend(face, sphere(head - Vec3{0.27F, 0.1F, 0.3F}, 0.13F), 0.14F); // brow
+        const Vec3 eye = turnZ(head - Vec3{0.4F, 0.0F, 0.350F}, -0.25F);
+        const float lids = std::max(sphere(eye, 0.082F), 0.026F + 0.8F * eye.x * eye.x - std::fabs(eye.y + 0.012F));
+        face = blend(face, lids, 0.03F);
         face = blend(face, ellipsoid(head - Vec3{0.2F, -0.66F, 0}, {0.28F, 0.13F, 0.15F}), 0.15F);
         const OnCurve nose = trunk(q, one.calf);
         face = blend(face, nose.distance - mix(0.32F, 0.11F, std::pow(nose.along, 0.7F)), 0.16F);
         if (!one.calf) {
-            face = blend(face, stick(q, {2.5F, 0.42F, 0}, {2.66F, 0.26F, 0}, 0.115F, 0.1F), 0.05F);
+            face = blend(face, limb(q, {2.5F, 0.42F, 0}, {2.50F, 0.30F, 0}, {2.62F, 0.22F, 0}, 0.115F, 0.095F, 0.06F),
+                         0.05F);
+            face = carve(face, sphere(q - Vec3{2.66F, 0.20F, 0}, 0.045F), 0.02F); // the nostrils
         }
         body = blend(body, face * big, 0.2F);
         const float small = one.calf ? 0.85F : 1.0F;
@@ -241,7 +244,7 @@ class Elephants : public Scene {
         body = blend(body, tail.distance - mix(0.09F, 0.035F, tail.along), 0.08F);
         body = std::min(body, ellipsoid(q - Vec3{-1.72F, 0.85F, 0.17F}, {0.06F, 0.2F, 0.06F}));
         hit.join(body * size, Skin + number);
-        hit.join(sphere(head - Vec3{0.4F, 0.0F, 0.355F}, 0.075F) * size * big, Eye);
+        hit.join(sphere(head - Vec3{0.4F, 0.0F, 0.350F}, 0.062F) * size * big, Eye);
         if (!one.calf) {
             const OnCurve tusk = curve(h, {2.05F, 2.1F, 0.24F}, {2.42F, 1.35F, 0.4F}, {2.98F, 1.42F, 0.42F});
             hit.join((tusk.distance - mix(0.085F, 0.02F, tusk.along)) * size, Tusk);
@@ -353,9 +356,7 @@ class Elephants : public Scene {
         grey = mix(grey, colour(0x4A352A), 0.75F * smoothStep(0.55F, 0.1F, q.y + 0.5F * (noise(q * 5) - 0.5F)));
         const float ear = smoothStep(0.5F, 0.75F, std::fabs(q.z)) * smoothStep(1.9F, 1.6F, q.x) *
                           smoothStep(0.6F, 0.9F, q.x) * smoothStep(1.3F, 1.6F, q.y);
-        const float freckles =
-            smoothStep(0.55F, 0.75F, noise(q * 11)) * 0.5F * std::max(ear, smoothStep(2.0F, 2.3F, q.x));
-        grey = mix(grey, colour(0xD39A86), freckles);
+        grey = mix(grey, colour(0xB08A80), 0.25F * ear * fbm(q * 6, 3));
         if (q.x < -1.6F && q.y < 1.05F) {
             grey = colour(0x1E1713);
         }

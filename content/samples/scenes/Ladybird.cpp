@@ -24,8 +24,9 @@ class Ladybird : public Scene {
         shadowReach = 3;
         shadowSoftness = 9;
         creviceSize = 0.3F;
-        bloom = 0.2F;
+        bloom = 0.14F;
         exposure = 0.95F;
+        strands = 200000;
     }
 
     Hit map(Vec3 p) const override {
@@ -85,7 +86,23 @@ class Ladybird : public Scene {
     }
 
     float grain(int material, Vec3 p) const override {
+        if (material == Wings) { // fine pits in the shell
+            const Vec3 q = local(p);
+            return -0.0013F * smoothStep(0.35F, 0.1F, cells(q.x * 26, q.z * 26).distance);
+        }
         return material == Leaf ? 0.006F * fbm(p.x * 38, p.z * 38, 3) : 0;
+    }
+
+    Strand strand(int material, Vec3 p, Vec3 n, float chance) const override {
+        const Vec3 q = local(p);
+        if (material != Black || chance > 0.35F || q.y > 0.08F) { // bristles on legs and belly
+            return {};
+        }
+        const float other = fraction(chance * 733);
+        return {.tip = normalise(n + Vec3{other - 0.5F, -0.3F, fraction(chance * 97) - 0.5F}) * 0.035F,
+                .width = 0.004F,
+                .solid = 0.8F,
+                .tint = {1.6F, 1.5F, 1.3F}};
     }
 
   private:
@@ -152,13 +169,16 @@ class Ladybird : public Scene {
         black = blend(black, ellipsoid(q - Vec3{0.9F, 0.06F, 0}, {0.17F, 0.15F, 0.24F}), 0.04F);
         black = std::min(black, stick(half, {0.98F, 0.1F, 0.12F}, {1.2F, 0.24F, 0.27F}, 0.022F, 0.018F));
         black = std::min(black, stick(half, {1.2F, 0.24F, 0.27F}, {1.32F, 0.2F, 0.36F}, 0.018F, 0.04F));
+        // Thigh, shin and a foot with claws; the front legs reach forwards, the last ones back.
+        constexpr Vec3 Hips[] = {{0.52F, -0.02F, 0.30F}, {0.12F, -0.04F, 0.42F}, {-0.30F, -0.04F, 0.40F}};
+        constexpr Vec3 Knees[] = {{0.86F, 0.10F, 0.62F}, {0.20F, 0.10F, 0.86F}, {-0.62F, 0.10F, 0.80F}};
+        constexpr Vec3 Ankles[] = {{1.08F, -0.16F, 0.60F}, {0.34F, -0.17F, 1.02F}, {-0.98F, -0.17F, 0.92F}};
+        constexpr Vec3 Toes[] = {{1.28F, -0.26F, 0.52F}, {0.50F, -0.27F, 1.08F}, {-1.16F, -0.27F, 0.96F}};
         for (int leg = 0; leg < 3; ++leg) {
-            const auto i = static_cast<float>(leg);
-            const float x = 0.42F - 0.42F * i;
-            const Vec3 knee{x + 0.22F - 0.2F * i, 0.08F, 0.86F};
-            const Vec3 foot{x + 0.32F - 0.36F * i, -0.24F, 1.02F};
-            black = std::min(
-                {black, stick(half, {x, 0, 0.5F}, knee, 0.05F, 0.04F), stick(half, knee, foot, 0.036F, 0.022F)});
+            float one = stick(half, Hips[leg], Knees[leg], 0.055F, 0.040F);
+            one = blend(one, stick(half, Knees[leg], Ankles[leg], 0.034F, 0.022F), 0.03F);
+            one = blend(one, stick(half, Ankles[leg], Toes[leg], 0.024F, 0.013F), 0.02F);
+            black = std::min(black, one);
         }
         hit.join(black, Black);
     }
@@ -170,13 +190,14 @@ class Ladybird : public Scene {
                                       {-0.16F, 0.27F, 0.15F},
                                       {-0.3F, 0.58F, 0.12F},
                                       {-0.6F, 0.28F, 0.12F}};
-        Vec3 red = mix(colour(0xC5150B), colour(0xF2461C), smoothStep(0.1F, 0.75F, q.y));
+        Vec3 red =
+            mix(colour(0x9A1208), colour(0xDA3412), smoothStep(0.05F, 0.75F, q.y)) * (0.9F + 0.2F * fbm(q * 7, 3));
         float black = 0;
         for (const auto &[x, z, r] : spots) {
             black = std::max(black, smoothStep(r, r - 0.02F, length(q.x - x, (std::fabs(q.z) - z) * 0.9F)));
         }
         black = std::max(black, 0.85F * smoothStep(0.016F, 0.006F, std::fabs(q.z)));
-        return {.colour = mix(red, colour(0x14100F), black), .shine = 1.6F, .sharpness = 180, .mirror = 0.07F};
+        return {.colour = mix(red, colour(0x14100F), black), .shine = 0.85F, .sharpness = 70, .mirror = 0.025F};
     }
 
     static Surface blackParts(Vec3 q) {

@@ -31,6 +31,7 @@ class MountainLake : public Scene {
         waterLevel = 0;
         waterColour = {0.008F, 0.055F, 0.06F};
         exposure = 1.0F;
+        strands = 700000;
     }
 
     Hit map(Vec3 p) const override {
@@ -63,10 +64,10 @@ class MountainLake : public Scene {
             const Cell flower = flowerAt(p);
             const Vec3 petals[] = {colour(0xFFFFFF), colour(0xFFC53D), colour(0xA25BFF), colour(0xFF5C93),
                                    colour(0xFF6B3D)};
-            if (flower.distance < 0.025F && n.y < 0.5F) {
+            if (flower.distance < 0.03F && n.y < 0.5F) {
                 return {.colour = colour(0x4F8A2A)};
             }
-            const bool heart = flower.distance < 0.065F;
+            const bool heart = flower.distance < 0.06F;
             return {.colour = heart ? colour(0xFFC21E) : petals[static_cast<int>(flower.id * 97) % 5], .sheer = 0.4F};
         }
         return p.z < 5 ? nearShore(p) : mountain(p, n);
@@ -86,6 +87,37 @@ class MountainLake : public Scene {
             return 0.02F * fbm(p * 14, 4);
         }
         return p.z > 5 ? 0.09F * ridged(p.x * 2.5F, p.z * 2.5F + p.y, 5) : 0.012F * fbm(p.x * 30, p.z * 30, 3);
+    }
+
+    Strand strand(int material, Vec3 p, Vec3 n, float chance) const override {
+        if (material != Land) {
+            return {};
+        }
+        const float other = fraction(chance * 733);
+        const float turn = 2 * Pi * fraction(chance * 331);
+        const float light = 0.7F + 0.8F * fraction(chance * 4001);
+        const float order = -length(p - camera.eye);
+        if (p.z < 5) { // blades of grass
+            if (p.y < 0.11F) {
+                return {};
+            }
+            const float tall = 0.016F + 0.026F * other;
+            return {.tip = Vec3{0.4F * std::cos(turn), 1, 0.3F * std::sin(turn)} * tall,
+                    .sag = Vec3{-0.15F * std::cos(turn), 0.1F, 0} * tall,
+                    .width = 0.0035F,
+                    .order = order,
+                    .tint = {light, light * 1.02F, light * 0.8F}};
+        }
+        if (p.y > 2.5F || n.y > 0.93F || p.y < 0.06F) {
+            return {};
+        }
+        // Twigs of the firs: outwards and down, larger than life where they are far away.
+        const float reach = 0.08F + 0.004F * p.z;
+        return {.tip = Vec3{std::cos(turn), -0.9F + 0.7F * other, 0.5F * std::sin(turn) - 0.3F} * reach,
+                .width = 0.28F * reach,
+                .order = order,
+                .solid = 0.8F,
+                .tint = {light, light, light}};
     }
 
     Vec3 waterNormal(Vec3 p, float distance) const override {
@@ -123,7 +155,7 @@ class MountainLake : public Scene {
             return left;
         }
         const float peaks = ridged(x * 0.085F + 3.35F, z * 0.085F + 0.3F, 6);
-        const float ground = std::max(back * (9.2F * peaks * std::sqrt(peaks) - 0.3F) - 0.25F, left);
+        const float ground = std::max(back * (7.9F * std::pow(peaks, 1.25F) - 0.3F) - 0.25F, left);
         return ground > -0.1F && ground < 2.6F ? ground + firs(x, z, ground) : ground;
     }
 
@@ -151,23 +183,23 @@ class MountainLake : public Scene {
         return where * (0.16F + 0.3F * tree.id) * std::max(0.0F, 1 - tree.distance * 1.75F);
     }
 
-    static Cell flowerAt(Vec3 p) { return cells(p.x * 5.5F, p.z * 5.5F, 0.55F); }
+    static Cell flowerAt(Vec3 p) { return cells(p.x * 9.5F, p.z * 9.5F, 0.6F); }
 
     /// Five-petalled heads on thin stems, on the grass only.
     static float flowers(Vec3 p, float ground) {
         const Cell cell = flowerAt(p);
-        if (cell.id < 0.5F || ground < 0.1F) {
-            return 0.06F;
+        if (cell.id < 0.72F || ground < 0.1F) {
+            return 0.035F;
         }
-        const float x = cell.dx / 5.5F;
-        const float z = cell.dy / 5.5F;
-        const float y = p.y - ground - 0.03F - 0.09F * cell.id + 0.6F * z;
+        const float x = cell.dx / 9.5F;
+        const float z = cell.dy / 9.5F;
+        const float y = p.y - ground - 0.05F - 0.05F * cell.id + 0.4F * z;
         const float r = length(x, z);
-        const float petal = 0.034F * (0.55F + 0.45F * std::fabs(std::cos(4 * std::atan2(z, x))));
+        const float petal = 0.019F * (0.55F + 0.45F * std::fabs(std::cos(4 * std::atan2(z, x))));
         const float head =
-            std::min(std::max(r - petal, std::fabs(y - 0.25F * r) - 0.0025F) * 0.7F, length(r, y) - 0.01F);
-        const float stem = std::max(r - 0.003F, std::max(y, -y - 0.15F));
-        return std::min({head, stem, 0.06F});
+            std::min(std::max(r - petal, std::fabs(y - 0.25F * r) - 0.0025F) * 0.7F, length(r, y) - 0.006F);
+        const float stem = std::max(r - 0.0016F, std::max(y, -y - 0.15F));
+        return std::min({head, stem, 0.035F});
     }
 
     static float boulders(Vec3 p) {

@@ -53,6 +53,7 @@ class MushroomHouse : public Scene {
         exposure = 1.15F;
         bloom = 0.32F;
         vignette = 0.4F;
+        strands = 500000;
     }
 
     Hit map(Vec3 p) const override {
@@ -99,16 +100,44 @@ class MushroomHouse : public Scene {
         }
     }
 
+    Strand strand(int material, Vec3 p, Vec3 n, float chance) const override {
+        const float other = fraction(chance * 733);
+        const float turn = 2 * Pi * fraction(chance * 331);
+        const float light = 0.55F + 0.95F * fraction(chance * 4001);
+        const float far = length(p - camera.eye);
+        if (material == Leaves && chance < 0.75F) {
+            const float reach = 0.12F + 0.022F * far;
+            const Vec3 way = normalise(Vec3{std::cos(turn), 0.8F * (other - 0.7F), 0.6F * std::sin(turn)} + n * 0.4F);
+            return {.tip = way * reach,
+                    .sag = {0, 0.1F * reach, 0},
+                    .width = 0.46F * reach,
+                    .blunt = 0.9F,
+                    .order = -far,
+                    .solid = 0.95F,
+                    .tint = {light, light * 1.02F, light * 0.85F}};
+        }
+        const float path = p.z < 2.6F ? std::fabs(p.x - pathMiddle(p.z)) : 1.0F;
+        if (material == Ground && path > 0.7F && far < 14) {
+            const float tall = (0.07F + 0.12F * other) * (0.7F + 0.05F * far);
+            return {.tip = Vec3{0.45F * std::cos(turn), 1, 0.45F * std::sin(turn)} * tall,
+                    .sag = Vec3{-0.15F * std::cos(turn), 0.1F, 0} * tall,
+                    .width = 0.009F * (0.7F + 0.06F * far),
+                    .order = -far,
+                    .tint = {light, light * 1.02F, light * 0.8F}};
+        }
+        return {};
+    }
+
     Vec3 air(Vec3 light, Vec3 from, Vec3 d, float distance) const override {
         light =
-            haze(light, *this, d, std::max(0.0F, distance - 3), 13, colour(0x5E9C8C) * 0.55F, colour(0xFFE7A0) * 0.95F);
+            haze(light, *this, d, std::max(0.0F, distance - 4), 22, colour(0x5E9C8C) * 0.55F, colour(0xFFE7A0) * 0.95F);
         // Sunbeams: streaks that all point at the sun, stronger the deeper the air.
         const Vec3 right = normalise(cross(Vec3{0, 1, 0}, sunDirection));
         const Vec3 up = cross(sunDirection, right);
         const float angle = std::atan2(dot(d, right), dot(d, up));
         const float streak = smoothStep(0.35F, 1.0F, 0.65F * noise(angle * 8 + 20, 1) + 0.45F * noise(angle * 23, 5));
         const float reach = smoothStep(-0.15F, 0.95F, dot(d, sunDirection)) * (1 - std::exp(-distance * 0.11F));
-        light += colour(0xFFE0A0) * (0.55F * streak * reach);
+        light += colour(0xFFE0A0) * (0.34F * streak * reach);
         for (int i = 0; i < 34; ++i) {
             const Vec3 firefly{7 * hash(i, 1) - 3.5F, 0.25F + 2.6F * hash(i, 2) * hash(i, 3), 5.5F * hash(i, 4) - 1.2F};
             const Vec3 to = firefly - from;
@@ -195,9 +224,13 @@ class MushroomHouse : public Scene {
             const float angle = 2.39996F * k + 0.9F;
             const float out = std::sqrt(1 - up * up);
             const Vec3 at = Vec3{out * std::cos(angle), up, out * std::sin(angle)} * radii;
-            dot = std::min(dot, sphere(p - at, radius * (0.075F + 0.06F * hash(i, 7))));
+            dot = std::min(dot, sphere(p - at, radius * (0.07F + 0.06F * hash(i, 7))));
         }
-        hit.join(std::max(dot, ellipsoid(p, radii * 1.02F)) * size * 0.9F, Dots);
+        // Warts: crumbs of the skin from which the cap has grown.
+        if (dot < 0.1F * radius) {
+            dot += 0.05F * radius * (fbm(p * (9 / radius), 3) - 0.5F);
+        }
+        hit.join(-blend(-dot, -ellipsoid(p, radii * 1.02F), 0.04F * radius) * size * 0.75F, Dots);
     }
 
     static void house(Vec3 p, Hit &hit) {

@@ -33,6 +33,7 @@ class Owl : public Scene {
         creviceSize = 0.25F;
         bloom = 0.3F;
         vignette = 0.4F;
+        strands = 420000;
     }
 
     Hit map(Vec3 p) const override {
@@ -75,15 +76,15 @@ class Owl : public Scene {
         const float cloud =
             smoothStep(0.46F, 0.72F, fbm(side * 3.2F + 1, up * 15 + 2 * side, 5)) * smoothStep(0.34F, 0.1F, up);
         light = mix(light, mix(colour(0x54388A), colour(0xF0A0B8), smoothStep(2.8F, 0.6F, away)), 0.62F * cloud);
-        // Three lines of firs, each nearer and darker, with mist between.
-        for (int row = 0; row < 3; ++row) {
+        // Two lines of firs, each nearer and darker, with mist between.
+        for (int row = 0; row < 2; ++row) {
             const auto r = static_cast<float>(row);
             const float size = 0.075F + 0.035F * r;
             const float shifted = side + 0.37F * r;
             const int tree = static_cast<int>(std::round(shifted / size));
             const float off = std::fabs(repeat(shifted, size)) / size * 2;
             const float tall = 0.035F - 0.075F * r + (0.06F + 0.03F * r) * hash(tree, row) + 0.02F * noise(side * 4, r);
-            const float needles = (0.02F + 0.008F * r) * (fbm(side * (70 - 12 * r), up * (95 - 15 * r), 2) - 0.3F);
+            const float needles = (0.035F + 0.01F * r) * (fbm(side * (90 - 12 * r), up * (120 - 15 * r), 3) - 0.35F);
             const float top = tall - (0.2F + 0.06F * r) * off + needles;
             const float there = smoothStep(0.0F, 0.006F + 0.003F * r, top - up);
             light = mix(light,
@@ -101,19 +102,74 @@ class Owl : public Scene {
             return mix(0.012F * ridged(p.x * 2.2F, p.y * 9 + p.z * 6, 3) + 0.006F * noise(p * 34),
                        0.035F * fbm(p * 26, 3), moss(p));
         case Plumage:
-        case Wing: {
-            const Vec3 q = local(p);
-            const Feather f = material == Wing ? wingFeather(q) : bodyFeather(q);
-            return (material == Wing ? 0.026F : 0.016F) * (0.9F - std::min(f.along, 0.9F)) +
-                   0.0012F * std::sin(95 * (std::fabs(f.across) + 0.5F * f.along)) + 0.005F * noise(q * 55);
-        }
-        case Down: {
-            const Vec3 q = owletLocal(p);
-            return 0.02F * fbm(Vec3{q.x * 58, q.y * 22, q.z * 58}, 3);
-        }
+        case Wing:
+            return 0.004F * noise(local(p) * 55);
         default:
             return 0;
         }
+    }
+
+    Strand strand(int material, Vec3 p, Vec3 n, float chance) const override {
+        const float other = fraction(chance * 733);
+        const float light = 0.62F + 0.75F * fraction(chance * 4001);
+        if (material == Down) { // fluff that stands in every direction
+            const Vec3 q = owletLocal(p);
+            if (length(Vec3{q.x, q.y, std::fabs(q.z)} - OwletEyeAt) < 0.19F) {
+                return {};
+            }
+            const bool face = q.x > 0.25F && q.y > 0.9F;
+            const float reach = (face ? 0.045F : 0.11F) * (0.6F + 0.7F * fraction(chance * 97));
+            const Vec3 way =
+                normalise(Vec3{0.9F * (other - 0.5F), -0.75F, 0.9F * (fraction(chance * 331) - 0.5F)} + n * 0.55F);
+            return {.tip = way * reach,
+                    .sag = n * (0.2F * reach),
+                    .width = 0.010F,
+                    .order = p.y + 0.15F * other,
+                    .solid = 0.65F,
+                    .tint = {light, light, light}};
+        }
+        if (material == Bark && moss(p) > 0.4F && n.y > -0.2F && chance < 0.5F) {
+            return {.tip = normalise(n + Vec3{other - 0.5F, 0.2F, fraction(chance * 331) - 0.5F}) * 0.045F,
+                    .width = 0.009F,
+                    .order = p.y,
+                    .tint = {light, light, light * 0.7F}};
+        }
+        if (material != Plumage && material != Wing) {
+            return {};
+        }
+        const Vec3 q = local(p);
+        const float side = std::fabs(q.z);
+        const Vec3 h{q.x, q.y, side};
+        if (length(h - EyeAt) < EyeSize + 0.03F || q.y < 0.02F) {
+            return {};
+        }
+        Vec3 way{-0.25F, -1, 0};
+        float reach = mix(0.17F, 0.10F, smoothStep(1.1F, 1.4F, q.y));
+        const bool face = q.x > 0.1F && q.y > 1.15F && q.y < 1.98F && length(side - EyeAt.z, q.y - EyeAt.y) < 0.34F;
+        if (face) { // rays about the eye
+            way = {0, q.y - EyeAt.y, q.z - (q.z > 0 ? EyeAt.z : -EyeAt.z)};
+            reach = 0.09F;
+        } else if (q.y > 1.82F && side > 0.2F) { // the tufts
+            way = {-0.35F, 1, q.z > 0 ? 0.45F : -0.45F};
+            reach = 0.20F;
+        }
+        // Back into the picture's space.
+        way = turnY(way, 1.83F);
+        const bool feather = !face && reach < 0.19F && chance < 0.11F;
+        if (!feather && chance > 0.95F) {
+            return {};
+        }
+        Vec3 along = normalise(way - n * dot(way, n));
+        along = normalise(along + cross(n, along) * (0.4F * (other - 0.5F)) + n * (face ? 0.08F : 0.18F));
+        const float full = reach * (material == Wing && feather ? 1.5F : 1.0F) * (0.7F + 0.5F * fraction(chance * 97));
+        return {.tip = along * full,
+                .sag = n * (0.12F * full),
+                .width = feather ? full * 0.38F : 0.011F,
+                .blunt = feather ? 0.6F : 0.0F,
+                .order = (material == Wing ? 4.0F : 0.0F) + (face ? 8 - length(side - EyeAt.z, q.y - EyeAt.y) : q.y) +
+                         0.05F * other,
+                .solid = feather ? 0.85F : 0.7F,
+                .tint = {light, light, light}};
     }
 
     Vec3 air(Vec3 light, Vec3 from, Vec3 d, float distance) const override {
@@ -206,7 +262,7 @@ class Owl : public Scene {
         // Two shallow dishes for the face, the brows a ridge that runs up into the tufts.
         body = carve(body, sphere(h - Vec3{0.78F, 1.56F, 0.25F}, 0.42F), 0.06F);
         body = blend(body, stick(h, {0.47F, 1.58F, 0.02F}, {0.36F, 1.86F, 0.36F}, 0.055F, 0.06F), 0.06F);
-        body = blend(body, stick(h, {0.28F, 1.86F, 0.33F}, {0.16F, 2.24F, 0.5F}, 0.115F, 0.015F), 0.08F);
+        body = blend(body, stick(h, {0.28F, 1.86F, 0.33F}, {0.18F, 2.10F, 0.45F}, 0.115F, 0.02F), 0.10F);
         body = blend(body, ellipsoid(h - Vec3{0.2F, 0.14F, 0.22F}, {0.2F, 0.26F, 0.18F}), 0.1F); // trousers
         body = blend(body, stick(q, {-0.25F, 0.2F, 0}, {-0.5F, -0.75F, 0}, 0.22F, 0.14F), 0.15F);
         hit.join(body * 0.85F, Plumage);
@@ -254,31 +310,18 @@ class Owl : public Scene {
         }
     }
 
-    static Feather bodyFeather(Vec3 q) {
-        const float angle = std::atan2(q.z, q.x);
-        return q.y > 1.3F ? feathers(angle * 7.5F + 0.5F * (noise(q * 6) - 0.5F), q.y * 13 + 0.8F * noise(q * 5))
-                          : feathers(angle * 4.6F + 0.5F * (noise(q * 5) - 0.5F), q.y * 8.5F + 0.9F * noise(q * 4));
-    }
-    static Feather wingFeather(Vec3 q) {
-        const float slant = q.x + 0.2F * q.y;
-        return q.y > 0.75F ? feathers(slant * 9, q.y * 8) : feathers(slant * 7, q.y * 3.6F);
-    }
-
     static Surface plumage(Vec3 q) {
-        const Feather f = bodyFeather(q);
         const float side = std::fabs(q.z);
         const float back = smoothStep(0.1F, -0.15F, q.x);
-        Vec3 look = mix(colour(0xE8B878), colour(0xA8682E), 0.45F * f.id + 0.3F * back + 0.5F * (fbm(q * 3, 3) - 0.3F));
+        const float angle = std::atan2(q.z, q.x);
+        Vec3 look = mix(colour(0xE8BE84), colour(0xA8682E), 0.3F * back + 0.9F * (fbm(q * 3.5F, 3) - 0.25F));
         const bool head = q.y > 1.3F;
-        const float streak = head ? 0.26F : 0.2F + 0.16F * f.id;
-        const float shaft =
-            smoothStep(streak, streak - 0.1F, std::fabs(f.across) + 0.25F * f.along) * smoothStep(1.0F, 0.5F, f.along);
-        const float bars = 0.22F *
-                           smoothStep(0.0F, 0.8F, std::sin((f.along + 0.7F * std::fabs(f.across)) * 11 + 6 * f.id)) *
-                           (head ? 0.4F : 1.0F);
-        look = mix(look, colour(0x3A2212), std::max(0.9F * shaft, bars));
-        look = look * mix(1.1F, 0.6F, smoothStep(0.1F, 0.8F, f.along)) *
-               (0.75F + 0.5F * noise(f.across * 26 + 40 * f.id, f.along * 4));
+        // Dark streaks down the breast, finer on the head, and thin bars across.
+        const float streak = noise(angle * (head ? 15.0F : 9.0F), q.y * (head ? 9.0F : 4.2F) + 3);
+        look = mix(look, colour(0x33200F), 0.9F * smoothStep(0.60F, 0.74F, streak));
+        const float bar = std::sin(q.y * 62 + 4 * noise(angle * 6, q.y * 5));
+        look = mix(look, colour(0x5A3A1E), (head ? 0.15F : 0.35F) * smoothStep(0.3F, 0.9F, bar));
+        look = look * (0.85F + 0.3F * noise(q * 30));
         if (q.x > 0.1F && q.y > 1.15F && q.y < 1.98F) {
             // The face: fine rays about each eye, a dark rim, a white bib and white whiskers at the beak.
             const float u = side - EyeAt.z;
@@ -292,7 +335,7 @@ class Owl : public Scene {
             const float whiskers = length(side * 1.5F, (q.y - 1.5F) * 0.75F);
             look = mix(look, colour(0xFFF6E6), smoothStep(0.15F, 0.10F, whiskers + 0.03F * ray));
             const float bib = length(side * 0.62F, (q.y - 1.215F) * 2.0F);
-            look = mix(look, colour(0xFFF4DE) * (0.85F + 0.2F * f.id), 0.9F * smoothStep(0.2F, 0.13F, bib));
+            look = mix(look, colour(0xFFF4DE) * (0.9F + 0.15F * noise(q * 20)), 0.9F * smoothStep(0.2F, 0.13F, bib));
             const float brow = std::fabs((q.y - 1.585F) - 0.82F * (side - 0.02F));
             look = mix(look, colour(0xFFF2DC), 0.85F * smoothStep(0.07F, 0.035F, brow) * smoothStep(0.28F, 0.2F, side));
         }
@@ -303,12 +346,11 @@ class Owl : public Scene {
     }
 
     static Surface wing(Vec3 q) {
-        const Feather f = wingFeather(q);
-        Vec3 look = mix(colour(0x5A3A20), colour(0x94683A), f.id);
-        const float band = smoothStep(0.2F, 0.6F, std::sin(q.y * 26 + 2 * f.id));
-        look = mix(look, colour(0x26160C), 0.7F * band);
-        look = mix(look, colour(0xF0CE96), 0.8F * smoothStep(0.2F, 0.12F, length(f.across, (f.along - 0.22F) * 0.8F)));
-        return {.colour = look * mix(1.15F, 0.7F, smoothStep(0.0F, 0.9F, f.along)), .shine = 0.1F, .sharpness = 14};
+        Vec3 look = mix(colour(0x5A3A20), colour(0x94683A), noise(q * 9));
+        const float uneven = noise(Vec3{q.x * 12, q.y * 5, q.z * 12});
+        look = mix(look, colour(0x26160C), 0.75F * smoothStep(0.1F, 0.6F, std::sin(q.y * 24 + 5 * uneven)));
+        look = mix(look, colour(0xE8C88E), 0.8F * smoothStep(0.70F, 0.82F, noise(Vec3{q.x * 11, q.y * 11, 3})));
+        return {.colour = look, .shine = 0.03F, .sharpness = 14};
     }
 
     static Surface eye(Vec3 q, Vec3 at, float size, Vec3 outer, Vec3 inner) {

@@ -26,10 +26,10 @@ struct Macaw {
 constexpr Macaw Macaws[] = {{{0.62F, 0.06F, 0.0F},
                              1.06F,
                              -2.5F,
-                             0xE0161C,
-                             0xC40F16,
-                             0xE81A1E,
-                             0xD0121A,
+                             0xC4161A,
+                             0xA81016,
+                             0xCC1A1C,
+                             0xB81218,
                              0xFFC61A,
                              0x1450C8,
                              0xD8121C,
@@ -45,7 +45,8 @@ constexpr Macaw Macaws[] = {{{0.62F, 0.06F, 0.0F},
                              0x123FB0,
                              0x0F5CD0,
                              0x25201F}};
-constexpr Vec3 EyeAt{0.265F, 1.535F, 0.232F};
+constexpr Vec3 EyeAt{0.295F, 1.555F, 0.200F};
+constexpr float EyeSize = 0.040F;
 constexpr Vec3 Blossoms[] = {{-1.18F, 0.12F, -0.42F}, {-0.72F, -0.36F, -0.5F}, {1.95F, 0.42F, -0.35F}};
 
 class Parrot : public Scene {
@@ -64,6 +65,9 @@ class Parrot : public Scene {
         creviceSize = 0.22F;
         bloom = 0.14F;
         exposure = 0.95F;
+        strands = 260000;
+        focus = 6.2F;
+        aperture = 0.010F;
     }
 
     Hit map(Vec3 p) const override {
@@ -115,8 +119,8 @@ class Parrot : public Scene {
         // Heaped clouds out of focus.
         const float heap = fbm(side * 4.2F + 5, up * 7.5F + 0.6F, 4);
         const float base = smoothStep(0.02F, 0.09F, up) * smoothStep(0.42F, 0.12F, up);
-        light = mix(light, mix(colour(0xB8CDE8), colour(0xFFFFFF), smoothStep(0.42F, 0.62F, heap)) * 1.15F,
-                    base * smoothStep(0.44F, 0.56F, heap) * 0.92F);
+        light = mix(light, mix(colour(0xB8CDE8), colour(0xFFFFFF), smoothStep(0.46F, 0.66F, heap)) * 1.5F,
+                    base * smoothStep(0.50F, 0.64F, heap) * 0.9F);
         if (up < 0) { // the sea: deep far out, turquoise towards the beach, glittering
             light = mix(colour(0x1272C4), colour(0x22C8D0), smoothStep(-0.02F, -0.17F, up));
             light = mix(light, colour(0x8AF0DC), smoothStep(-0.16F, -0.31F, up + 0.03F * std::sin(side * 5)));
@@ -124,12 +128,6 @@ class Parrot : public Scene {
             const Cell glint = cells(side * 26, up * 70, 0.9F);
             light += Vec3{1, 1, 0.95F} *
                      (0.55F * smoothStep(0.2F, 0.05F, glint.distance) * smoothStep(0.75F, 1.0F, glint.id));
-            const float sand = -0.315F + 0.05F * std::sin(side * 3.4F + 0.6F);
-            light = mix(light, colour(0xFFFFFF), 0.7F * smoothStep(0.016F, 0.0F, std::fabs(up - sand - 0.008F)));
-            light = mix(light,
-                        mix(colour(0xD8B884), colour(0xFFEFC8), smoothStep(0.0F, -0.06F, up - sand)) *
-                            (0.85F + 0.3F * fbm(side * 40, up * 130, 3)),
-                        smoothStep(0.0F, -0.012F, up - sand));
         }
         light = island(light, side, up, 0.30F, 0.30F, 0.105F);
         return island(light, side, up, -0.52F, 0.22F, 0.06F);
@@ -139,17 +137,14 @@ class Parrot : public Scene {
         if (material == Bark) {
             return 0.012F * ridged(p.x * 2.2F, p.y * 12 + p.z * 9, 3) + 0.005F * noise(p * 40);
         }
-        if (material < Plumage || material >= Bill) {
-            return 0;
+        if (material >= Bill) {
+            const Vec3 q = local(p, (material - Plumage) % 2);
+            return 0.004F * fbm(Vec3{q.x * 40, q.y * 14, q.z * 40}, 3);
         }
-        const int i = (material - Plumage) % 2;
-        const Vec3 q = local(p, i);
-        const Feather f = featherAt(material, q);
-        const float large = material < Wing   ? 0.0055F * (1 - bareSkin(q))
-                            : material < Tail ? (wingPlace({q.x, q.y, std::fabs(q.z)}).y > -0.05F ? 0.02F : 0.007F)
-                                              : 0.0F;
-        return (large * (0.9F - std::min(f.along, 0.9F)) + 0.003F * noise(Vec3{q.x * 70, q.y * 25, q.z * 70})) *
-               Macaws[i].size;
+        if (material == Foot) {
+            return 0.006F * noise(p * 60);
+        }
+        return 0;
     }
 
     Vec3 air(Vec3 light, Vec3, Vec3, float distance) const override {
@@ -184,46 +179,80 @@ class Parrot : public Scene {
 
     static void macaw(Vec3 q, int number, Hit &hit) {
         const float full = Macaws[number].size;
-        const float far = box(q - Vec3{-0.25F, 0.05F, 0}, {1.2F, 1.85F, 0.55F}, 0.1F);
+        const float far = box(q - Vec3{-0.25F, 0.05F, 0}, {1.2F, 1.95F, 0.55F}, 0.1F);
         if (far > 0.3F) {
             hit.join(far * full, Plumage + number);
             return;
         }
         const float size = full * 0.85F;
         const Vec3 h{q.x, q.y, std::fabs(q.z)};
-        float body = ellipsoid(turnZ(q - Vec3{-0.02F, 0.68F, 0}, -0.32F), {0.36F, 0.66F, 0.35F});
-        body = blend(body, stick(q, {0.1F, 1.05F, 0}, {0.17F, 1.42F, 0}, 0.29F, 0.25F), 0.15F);
-        body = blend(body, ellipsoid(q - Vec3{0.19F, 1.47F, 0}, {0.33F, 0.29F, 0.255F}), 0.1F);
-        body = blend(body, ellipsoid(h - Vec3{0.08F, 0.2F, 0.15F}, {0.17F, 0.25F, 0.15F}), 0.1F);
-        body = blend(body, stick(q, {-0.2F, 0.25F, 0}, {-0.48F, -0.35F, 0}, 0.2F, 0.12F), 0.15F);
-        body = blend(body, sphere(h - EyeAt, 0.068F), 0.03F);
+        float body = ellipsoid(turnZ(q - Vec3{-0.05F, 0.62F, 0}, -0.30F), {0.34F, 0.60F, 0.35F});
+        body = blend(body, ellipsoid(q - Vec3{0.11F, 1.0F, 0}, {0.26F, 0.30F, 0.29F}), 0.2F);
+        body = blend(body, stick(q, {0.10F, 1.15F, 0}, {0.15F, 1.46F, 0}, 0.22F, 0.22F), 0.16F);
+        body = blend(body, ellipsoid(turnZ(q - Vec3{0.20F, 1.53F, 0}, 0.15F), {0.30F, 0.255F, 0.225F}), 0.1F);
+        body = blend(body, ellipsoid(h - Vec3{0.06F, 0.2F, 0.16F}, {0.15F, 0.24F, 0.14F}), 0.1F);
+        body = blend(body, stick(q, {-0.2F, 0.25F, 0}, {-0.44F, -0.24F, 0}, 0.2F, 0.07F), 0.15F);
+        body = blend(body, ellipsoid(h - EyeAt - Vec3{0, 0.035F, -0.015F}, {0.09F, 0.05F, 0.05F}), 0.05F); // brow
+        body = carve(body, sphere(h - EyeAt - Vec3{0, 0, 0.03F}, 0.050F), 0.015F);
         hit.join(body * size, Plumage + number);
-        hit.join(sphere(h - EyeAt - Vec3{0.008F, 0, 0.022F}, 0.056F) * full, Eye);
+        hit.join(sphere(h - EyeAt, EyeSize) * full, Eye);
         const Vec3 w = wingPlace(h);
-        float wing = ellipsoid({w.x, w.y, w.z + 0.16F * w.y * w.y}, {0.29F - 0.06F * w.y, 0.72F, 0.10F});
-        wing = blend(wing, stick(h, {-0.33F, 0.2F, 0.3F}, {-0.68F, -0.62F, 0.1F}, 0.12F, 0.03F), 0.12F);
+        const float wing = ellipsoid({w.x, w.y - 0.08F, w.z + 0.16F * w.y * w.y}, {0.30F - 0.05F * w.y, 0.60F, 0.09F});
         hit.join(wing * size, Wing + number);
+        hit.join(flights(h) * size, Wing + number);
         hit.join(tail(h) * size, Tail + number);
-        // The bill is higher than wide; its upper half hooks over the lower one.
-        const Vec3 b{q.x, q.y, q.z * 1.3F};
-        const OnCurve upper = curve(b, {0.4F, 1.52F, 0}, {0.86F, 1.62F, 0}, {0.74F, 1.08F, 0});
-        const OnCurve lower = curve(b, {0.38F, 1.31F, 0}, {0.52F, 1.16F, 0}, {0.665F, 1.22F, 0});
-        hit.join(std::min(upper.distance - mix(0.185F, 0.012F, std::pow(upper.along, 0.85F)),
-                          lower.distance - mix(0.12F, 0.06F, lower.along)) *
-                     full * 0.7F,
-                 Bill + number);
+        hit.join(std::min(upperBill(q), lowerBill(q)) * full * 0.7F, Bill + number);
         float feet = 9;
-        for (const float z : {0.1F, 0.2F}) { // two toes in front, two behind
-            feet = std::min(feet, limb(h, {0.12F, 0.06F, 0.15F}, {0.3F, 0.03F, z}, {0.33F, -0.14F, z}, 0.055F, 0.05F,
-                                       0.018F, 0.03F));
-            feet = std::min(feet, limb(h, {0.12F, 0.06F, 0.15F}, {-0.06F, 0.04F, z}, {-0.1F, -0.12F, z}, 0.055F, 0.045F,
-                                       0.018F, 0.03F));
+        for (const float z : {0.11F, 0.2F}) { // two toes in front, two behind
+            feet = std::min(feet, limb(h, {0.12F, 0.07F, 0.15F}, {0.29F, 0.03F, z}, {0.335F, -0.10F, z}, 0.05F, 0.042F,
+                                       0.030F, 0.03F));
+            feet = std::min(feet, limb(h, {0.12F, 0.07F, 0.15F}, {-0.04F, 0.04F, z}, {-0.1F, -0.08F, z}, 0.05F, 0.042F,
+                                       0.030F, 0.03F));
+            feet = std::min(feet, stick(h, {0.338F, -0.10F, z}, {0.30F, -0.19F, z}, 0.022F, 0.004F));
         }
         hit.join(feet * full, Foot);
     }
 
+    /// The bill is higher than wide; its upper half hooks over the lower one.
+    static OnCurve upperCurve(Vec3 q) {
+        return curve({q.x, q.y, q.z * 1.35F}, {0.34F, 1.53F, 0}, {0.76F, 1.67F, 0}, {0.675F, 1.16F, 0});
+    }
+    static float upperBill(Vec3 q) {
+        const OnCurve on = upperCurve(q);
+        return on.distance - mix(0.19F, 0.014F, on.along * on.along * (1.6F - 0.6F * on.along));
+    }
+    static float lowerBill(Vec3 q) {
+        const OnCurve on = curve({q.x, q.y, q.z * 1.25F}, {0.32F, 1.37F, 0}, {0.44F, 1.235F, 0}, {0.57F, 1.29F, 0});
+        return on.distance - mix(0.11F, 0.065F, on.along);
+    }
+
     /// The folded wing's own space: y up towards the shoulder, x forwards, z out of the body.
     static Vec3 wingPlace(Vec3 h) { return turnX(turnZ(h - Vec3{-0.16F, 0.66F, 0.30F}, -0.36F), 0.06F); }
+
+    /// The wing's long feathers, each a little over the next; `number` 0 is the one nearest to the back.
+    struct Flight {
+        Vec3 place; ///< y from the middle of the feather along its shaft, x across
+        float reach;
+        float wide;
+    };
+    static Flight flight(Vec3 h, int number) {
+        const auto k = static_cast<float>(number);
+        const float reach = 0.34F + 0.045F * k;
+        const Vec3 w = wingPlace(h);
+        const Vec3 q = turnZ(w - Vec3{-0.20F + 0.058F * k, 0.02F - 0.02F * k, 0.055F - 0.012F * k}, 0.16F - 0.022F * k);
+        return {{q.x, q.y + reach * 0.78F, q.z + 0.10F * w.y * w.y}, reach, 0.062F};
+    }
+    static float flights(Vec3 h) {
+        float d = 9;
+        for (int i = 0; i < 8; ++i) {
+            const Flight f = flight(h, i);
+            const Vec3 p = f.place;
+            const float half = f.wide * std::sqrt(std::max(0.02F, 1 - std::pow(std::fabs(p.y) / f.reach, 5.0F)));
+            const float sheet = std::fabs(p.z + 1.2F * p.x * p.x) - 0.012F;
+            d = std::min(d, std::max({sheet, std::fabs(p.x) - half, std::fabs(p.y) - f.reach}) * 0.7F);
+        }
+        return d;
+    }
 
     /// Long narrow feathers, the middle ones longest.
     static float tail(Vec3 h) {
@@ -238,98 +267,143 @@ class Parrot : public Scene {
         return d;
     }
 
-    static Feather featherAt(int material, Vec3 q) {
-        const Vec3 h{q.x, q.y, std::fabs(q.z)};
-        const float uneven = 0.5F * noise(q * 6);
-        if (material < Wing) {
-            const float angle = std::atan2(h.z, q.x + 0.1F);
-            return q.y > 1.2F ? feathers(angle * 8.5F + uneven, q.y * 27 + uneven)
-                              : feathers(angle * 5.6F + uneven, q.y * 15 + 1.6F * uneven);
-        }
-        if (material < Tail) {
-            const Vec3 w = wingPlace(h);
-            return w.y > -0.05F ? feathers(w.x * 10 + uneven, w.y * 9 + uneven)
-                                : feathers(w.x * 9 + 1.6F * w.y, w.y * 1.7F);
-        }
-        return {repeat(q.z, 0.17F) / 0.17F, fraction(q.y * 0.8F), 0.5F};
-    }
-
     /// The bare white cheek about the eye, 0 to 1.
     static float bareSkin(Vec3 q) {
-        const float off = length((q.x - 0.36F) / 0.21F, (q.y - 1.43F + 0.1F * (q.x - 0.36F)) / 0.2F);
-        return std::fabs(q.z) > 0.08F && q.x > 0.1F ? smoothStep(1.05F, 0.95F, off + 0.06F * (noise(q * 20) - 0.5F))
+        const float off = length((q.x - 0.37F) / 0.20F, (q.y - 1.45F + 0.25F * (q.x - 0.36F)) / 0.185F);
+        return std::fabs(q.z) > 0.06F && q.x > 0.1F ? smoothStep(1.06F, 0.94F, off + 0.1F * (noise(q * 16) - 0.5F))
                                                     : 0.0F;
     }
+
+    /// Feathers lie backwards on the head and downwards on the body.
+    static Vec3 flow(Vec3 q) {
+        return mix(Vec3{-0.35F, -1, 0}, Vec3{-1, -0.15F, 0}, smoothStep(1.25F, 1.65F, q.y + 0.25F * q.x));
+    }
+
+    Strand strand(int material, Vec3 p, Vec3 n, float chance) const override {
+        if (material < Plumage || material >= Tail) {
+            return {};
+        }
+        const int number = (material - Plumage) % 2;
+        const Vec3 q = local(p, number);
+        const float bare = material < Wing ? bareSkin(q) : 0.0F;
+        const bool wing = material >= Wing;
+        const float w = wing ? wingPlace({q.x, q.y, std::fabs(q.z)}).y : 0.0F;
+        if (bare > 0.12F || (wing && w < -0.08F)) {
+            return {};
+        }
+        if (chance > 0.55F) {
+            return {};
+        }
+        const bool barb = chance > 0.10F; // between the feathers single barbs stand out
+        const float head = smoothStep(1.2F, 1.45F, q.y);
+        const float large = wing ? mix(0.17F, 0.115F, smoothStep(0.1F, 0.5F, w)) : mix(0.13F, 0.062F, head);
+        const float reach = Macaws[number].size * large * (0.8F + 0.4F * fraction(chance * 97)) * (barb ? 0.6F : 1.0F);
+        const Vec3 way = fromLocal(wing ? Vec3{-0.40F, -1, 0} : flow(q), number);
+        Vec3 along = normalise(way - n * dot(way, n));
+        along =
+            normalise(along + cross(n, along) * (0.35F * (fraction(chance * 313) - 0.5F)) + n * (barb ? 0.22F : 0.1F));
+        const float light = 0.68F + 0.7F * fraction(chance * 41);
+        return {.tip = along * reach,
+                .sag = n * (0.10F * reach),
+                .width = barb ? 0.010F * Macaws[number].size : reach * 0.62F,
+                .blunt = barb ? 0.0F : 1.0F,
+                .order = q.y + 0.5F * q.x + (wing ? 4.0F : 0.0F) + (barb ? 0.02F : 0.0F),
+                .solid = barb ? 0.4F : 0.92F,
+                .tint = Vec3{light, light, light}};
+    }
+
+    static Vec3 fromLocal(Vec3 q, int i) { return turnY(q, -Macaws[i].heading); }
 
     static Surface bird(int material, Vec3 p) {
         const int number = (material - Plumage) % 2;
         const Macaw &one = Macaws[number];
         const Vec3 q = local(p, number);
-        const float side = std::fabs(q.z);
+        const Vec3 h{q.x, q.y, std::fabs(q.z)};
         if (material >= Bill) {
             return bill(q, one);
         }
-        const Feather f = featherAt(material, q);
-        const float shaded = mix(1.18F, 0.68F, smoothStep(0.0F, 0.9F, f.along)) *
-                             (0.8F + 0.22F * f.id + 0.2F * noise(f.across * 26 + 40 * f.id, f.along * 3));
+        const float mottled = 0.82F + 0.3F * fbm(q * 9, 3);
         Vec3 look;
         if (material < Wing) {
             const float border = q.x + 0.12F + 0.25F * (q.y - 0.8F) * (q.y < 0.8F ? 1.0F : -0.35F);
-            look = mix(colour(one.back), colour(one.front), smoothStep(-0.05F, 0.03F, border - 0.06F * f.id));
-            look = mix(look, colour(one.forehead), smoothStep(1.52F, 1.62F, q.y + 0.35F * (q.x - 0.2F)));
-            look = look * shaded;
-            // The bare cheek: white skin with thin rows of feathers under the eye.
-
-            if (bareSkin(q) > 0) {
-                const float row = std::fabs(repeat(q.y + 0.35F * (q.x - 0.3F) * (q.x - 0.3F), 0.052F));
-                const float dash = smoothStep(0.010F, 0.004F, row) * smoothStep(0.3F, 0.5F, noise(q * 26)) *
-                                   (q.y < 1.47F ? 1.0F : 0.0F);
-                const Vec3 skin =
-                    mix(colour(0xFFF6EC), number == 0 ? colour(0xC8202A) : colour(0x1A1A1E), 0.85F * dash);
-                look = mix(look, skin, bareSkin(q));
-            }
+            look = mix(colour(one.back), colour(one.front), smoothStep(-0.06F, 0.05F, border));
+            look = mix(look, colour(one.forehead), smoothStep(1.60F, 1.68F, q.y + 0.35F * (q.x - 0.2F)));
+            look = look * mottled;
             if (number == 1) {
-                const float throat = length((q.x - 0.36F) / 0.16F, (q.y - 1.2F) / 0.055F);
+                const float throat = length((q.x - 0.38F) / 0.17F, (q.y - 1.24F) / 0.055F);
                 look = mix(look, colour(0x16181C), smoothStep(1.1F, 0.9F, throat));
             }
+            look = mix(look, cheek(q, number), bareSkin(q));
+            look = mix(look, colour(0x4A4440), 0.8F * smoothStep(0.066F, 0.052F, length(h - EyeAt))); // the lid
         } else if (material < Tail) {
-            const Vec3 w = wingPlace({q.x, q.y, side});
-            const float ragged = w.y + 0.07F * (f.id - 0.5F);
-            look = mix(colour(one.middle), colour(one.coverts), smoothStep(0.2F, 0.25F, ragged));
-            if (number == 0) {
-                look = mix(look, colour(0x3FA84A), smoothStep(0.06F, 0.03F, ragged) * smoothStep(0.5F, 0.2F, f.along));
-            }
-            look = mix(colour(one.flight), look, smoothStep(-0.06F, -0.02F, ragged)) * shaded;
+            look = wingLook(h, one, number) * mottled;
         } else {
-            look = mix(colour(one.tail), colour(one.flight), smoothStep(0.09F, 0.13F, side) * 0.85F);
-            look = look * (0.85F + 0.3F * noise(q.x * 30, q.z * 60)) *
-                   mix(0.75F, 1.1F, smoothStep(0.5F, 0.15F, std::fabs(f.across)));
+            look = mix(colour(one.tail), colour(one.flight), smoothStep(0.09F, 0.13F, h.z) * 0.85F);
+            const float shaft = repeat(q.z, 0.085F);
+            look = look * (0.75F + 0.4F * noise(q.y * 60 + std::fabs(shaft) * 160, q.z * 30)) *
+                   (1 - 0.3F * smoothStep(0.006F, 0.003F, std::fabs(shaft)));
         }
-        return {.colour = look, .shine = 0.22F, .sharpness = 18, .sheer = 0.12F};
+        return {.colour = look, .shine = 0.02F, .sharpness = 12, .sheer = 0.10F};
+    }
+
+    /// White wrinkled skin with thin rows of tiny feathers under the eye.
+    static Vec3 cheek(Vec3 q, int number) {
+        const float down = q.y + 0.9F * (q.x - 0.34F) * (q.x - 0.34F) + 0.006F * noise(q * 24);
+        const float row = std::fabs(repeat(down, 0.036F));
+        const float dash = smoothStep(0.0055F, 0.002F, row) * smoothStep(0.35F, 0.5F, noise(q.x * 70, down * 30)) *
+                           smoothStep(1.50F, 1.46F, q.y) * smoothStep(0.50F, 0.42F, q.x);
+        const Vec3 skin = mix(colour(0xE9D8CC), colour(0xFFF9F2), fbm(q * 22, 3));
+        return mix(skin, number == 0 ? colour(0xA8202A) : colour(0x1A1A1E), 0.75F * dash);
+    }
+
+    static Vec3 wingLook(Vec3 h, const Macaw &one, int number) {
+        const Vec3 w = wingPlace(h);
+        const float ragged = w.y + 0.05F * (noise(h * 14) - 0.5F);
+        Vec3 look = mix(colour(one.middle), colour(one.coverts), smoothStep(0.26F, 0.31F, ragged));
+        if (number == 0) {
+            look = mix(look, colour(0x2E9A4A), smoothStep(0.13F, 0.09F, ragged));
+        }
+        look = mix(colour(one.flight), look, smoothStep(0.02F, 0.06F, ragged));
+        if (w.y < 0.02F) {
+            for (int i = 0; i < 8; ++i) { // which of the long feathers it is
+                const Flight f = flight(h, i);
+                const Vec3 q = f.place;
+                if (std::fabs(q.x) < f.wide * 1.05F && std::fabs(q.z + 1.2F * q.x * q.x) < 0.02F &&
+                    std::fabs(q.y) < f.reach) {
+                    const float barbs = noise(q.y * 75 + std::fabs(q.x) * 130, static_cast<float>(i) * 9);
+                    const float rim = smoothStep(0.55F, 1.0F, std::fabs(q.x) / f.wide);
+                    look = mix(look, colour(number == 0 ? 0x0A2E8A : 0x0B2A7C), 0.55F * rim) * (0.78F + 0.4F * barbs);
+                    look = mix(look, colour(0x0A1230), 0.6F * smoothStep(0.007F, 0.003F, std::fabs(q.x)));
+                    break;
+                }
+            }
+        }
+        return look;
     }
 
     static Surface bill(Vec3 q, const Macaw &one) {
-        const Vec3 b{q.x, q.y, q.z * 1.3F};
-        const OnCurve upper = curve(b, {0.4F, 1.52F, 0}, {0.86F, 1.62F, 0}, {0.74F, 1.08F, 0});
-        const OnCurve lower = curve(b, {0.38F, 1.31F, 0}, {0.52F, 1.16F, 0}, {0.665F, 1.22F, 0});
-        const bool below = lower.distance - mix(0.12F, 0.06F, lower.along) <
-                           upper.distance - mix(0.185F, 0.012F, std::pow(upper.along, 0.85F));
-        Vec3 look = mix(colour(one.bill), colour(0x2A2322), smoothStep(0.66F, 0.88F, upper.along));
-        look = mix(look, colour(0x2A2322), smoothStep(0.02F, 0.0F, q.y - 1.36F) * smoothStep(0.6F, 0.45F, q.x));
-        return {.colour =
-                    (below ? colour(0x201C1C) : look) * (0.88F + 0.2F * fbm(Vec3{q.x * 12, q.y * 4, q.z * 12}, 3)),
-                .shine = 0.7F,
-                .sharpness = 45,
-                .mirror = 0.02F,
+        const OnCurve on = upperCurve(q);
+        const bool below = lowerBill(q) < upperBill(q);
+        // Grown in layers: faint lines along it, a worn tip, and a dark edge where it meets the lower half.
+        const float layers = fbm(Vec3{on.along * 26, q.y * 5, q.z * 9}, 3);
+        Vec3 look =
+            mix(colour(one.bill), colour(0x2A2322), smoothStep(0.74F, 0.97F, on.along + 0.15F * (layers - 0.5F)));
+        look = mix(look, colour(0x2A2322), smoothStep(0.03F, 0.0F, q.y - 1.40F) * smoothStep(0.56F, 0.44F, q.x));
+        look = mix(look, look * Vec3{0.86F, 0.74F, 0.58F}, smoothStep(0.35F, 0.75F, layers));
+        return {.colour = (below ? colour(0x2A2523) : look) * (0.85F + 0.25F * fbm(q * 20, 3)),
+                .shine = 0.28F,
+                .sharpness = 22,
                 .sheer = 0.05F};
     }
 
     static Surface eye(Vec3 q) {
-        const Vec3 e = (Vec3{q.x, q.y, std::fabs(q.z)} - EyeAt - Vec3{0.008F, 0, 0.022F}) * (1 / 0.056F);
-        const float r = length(e.x - 0.12F, e.y);
-        Vec3 look = mix(colour(0xFFF0A0), colour(0xF0C23A), smoothStep(0.4F, 0.8F, r));
-        look = mix(look, colour(0x080606), std::max(smoothStep(0.50F, 0.44F, r), smoothStep(0.8F, 0.9F, r)));
-        return {.colour = look, .shine = 4, .sharpness = 260, .mirror = 0.03F};
+        const Vec3 e = (Vec3{q.x, q.y, std::fabs(q.z)} - EyeAt) * (1 / EyeSize);
+        const float r = length(e.x - 0.06F, e.y);
+        Vec3 look = mix(colour(0xF2E6B8), colour(0xA8884A), smoothStep(0.4F, 0.8F, r)) *
+                    (0.8F + 0.35F * noise(std::atan2(e.y, e.x - 0.06F) * 6, r * 4));
+        look = mix(look, colour(0x060504), std::max(smoothStep(0.56F, 0.48F, r), smoothStep(0.72F, 0.84F, r)));
+        look = look * mix(0.55F, 1.0F, smoothStep(0.7F, 0.2F, e.y)); // in the shade of the brow
+        return {.colour = look, .shine = 2.5F, .sharpness = 300, .mirror = 0.03F};
     }
 
     static Vec3 blossomPlace(Vec3 p, float number) { return turnX(turnY(p, 0.5F * std::sin(number * 3)), -0.3F); }

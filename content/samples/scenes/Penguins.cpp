@@ -17,8 +17,8 @@ struct Bird {
     float bow;     ///< radians that the head is lowered
 };
 constexpr Bird Birds[] = {{{-0.88F, 0.02F, 0.25F}, 1.0F, -0.78F, 0.55F}, {{0.92F, 0.02F, 0.45F}, 1.06F, -2.3F, 0.5F},
-                          {{-3.15F, 0.05F, 5.6F}, 1.0F, -0.3F, 0},       {{-4.15F, 0.05F, 6.3F}, 1.0F, -1.2F, 0},
-                          {{2.6F, 0.05F, 5.4F}, 0.96F, -2.0F, 0},        {{3.3F, 0.05F, 6.2F}, 1.02F, -0.9F, 0.2F},
+                          {{-3.05F, 0.05F, 5.2F}, 0.94F, -0.2F, 0.9F},   {{-4.25F, 0.05F, 7.2F}, 1.06F, -1.9F, 0},
+                          {{2.7F, 0.05F, 5.2F}, 0.92F, -2.6F, 0.8F},     {{3.5F, 0.05F, 7.0F}, 1.05F, 0.4F, 0.1F},
                           {{0.35F, 0.05F, 6.6F}, 1.0F, -2.8F, 0}};
 constexpr Vec3 Chick{0.02F, 0.02F, -0.5F};
 constexpr float ChickHeading = -1.3F;
@@ -47,12 +47,15 @@ class Penguins : public Scene {
         caution = 0.8F;
         steps = 170;
         shadowReach = 6;
-        shadowSoftness = 11;
+        shadowSoftness = 5;
         creviceSize = 0.3F;
         waterLevel = -0.55F;
         waterColour = {0.01F, 0.06F, 0.10F};
         bloom = 0.2F;
         exposure = 0.82F;
+        strands = 420000;
+        focus = 6.0F;
+        aperture = 0.008F;
     }
 
     Hit map(Vec3 p) const override {
@@ -102,13 +105,9 @@ class Penguins : public Scene {
             return 0.05F * fbm(p * 3.5F, 4);
         case Down: {
             const Vec3 q = turnY(p - Chick, ChickHeading);
-            return 0.02F * fbm(Vec3{q.x * 60, q.y * 22, q.z * 60}, 3);
+            return 0.006F * fbm(Vec3{q.x * 60, q.y * 22, q.z * 60}, 3);
         }
         default:
-            if (material >= Grown) {
-                const Vec3 q = local(p, Birds[material - Grown]);
-                return 0.006F * fbm(Vec3{q.x * 42, q.y * 14, q.z * 42}, 2);
-            }
             return 0;
         }
     }
@@ -117,6 +116,40 @@ class Penguins : public Scene {
         const float rough = 0.05F / (1 + 0.03F * distance);
         return normalise({rough * (fbm(p.x * 1.1F, p.z * 3.0F, 3) - 0.44F), 1,
                           2 * rough * (fbm(p.x * 1.4F + 7, p.z * 3.6F, 3) - 0.44F)});
+    }
+
+    Strand strand(int material, Vec3 p, Vec3 n, float chance) const override {
+        if (material < Down) {
+            return {};
+        }
+        const float other = fraction(chance * 733);
+        const float light = 0.78F + 0.45F * fraction(chance * 4001);
+        if (material == Down) { // fluff, short on the face
+            const Vec3 q = turnY(p - Chick, ChickHeading);
+            const float reach =
+                mix(0.085F, 0.022F, smoothStep(0.62F, 0.78F, q.y)) * (0.6F + 0.7F * fraction(chance * 97));
+            const Vec3 way =
+                normalise(Vec3{0.8F * (other - 0.5F), -0.7F, 0.8F * (fraction(chance * 331) - 0.5F)} + n * 0.6F);
+            return {.tip = way * reach,
+                    .sag = n * (0.2F * reach),
+                    .width = 0.008F,
+                    .order = p.y,
+                    .solid = 0.65F,
+                    .tint = {light, light, light}};
+        }
+        // Feathers like a short dense pelt, from the bill down.
+        const Bird &bird = Birds[material - Grown];
+        const Vec3 q = local(p, bird);
+        const Vec3 u = upright(q, bird.bow);
+        if (u.x > 0.24F && u.y > 1.6F) {
+            return {};
+        }
+        const Vec3 way = turnY(u.y > 1.6F ? Vec3{-1, -0.4F, 0} : Vec3{-0.1F, -1, 0}, -bird.heading);
+        const Vec3 along =
+            normalise(normalise(way - n * dot(way, n)) + Vec3{0.3F, 0, 0.3F} * (other - 0.5F) + n * 0.10F);
+        const float reach =
+            mix(0.075F, 0.03F, smoothStep(1.2F, 1.6F, u.y)) * bird.size * (0.6F + 0.7F * fraction(chance * 97));
+        return {.tip = along * reach, .width = 0.009F, .order = p.y, .solid = 0.5F, .tint = {light, light, light}};
     }
 
     Vec3 air(Vec3 light, Vec3, Vec3 d, float distance) const override {
@@ -199,9 +232,6 @@ class Penguins : public Scene {
         body = blend(body, ellipsoid(head, {0.215F, 0.205F, 0.21F}), 0.1F);
         const Vec3 wing = turnX(h - Vec3{0.04F, 0.63F, 0.3F}, -0.55F) + Vec3{0, 0.2F, 0};
         body = blend(body, ellipsoid(wing, {0.1F, 0.25F, 0.055F}), 0.05F);
-        if (body < 0.1F) {
-            body -= 0.02F * (noise(Vec3{q.x * 38, q.y * 16, q.z * 38}) - 0.3F);
-        }
         const float beak = stick(head, {0.18F, 0.0F, 0}, {0.315F, -0.035F, 0}, 0.048F, 0.014F);
         hit.join(body * 0.8F, Down);
         hit.join(std::min(beak, stick(h, {0.1F, 0.05F, 0.13F}, {0.36F, 0.03F, 0.17F}, 0.07F, 0.045F)) * 0.9F, Feet);
@@ -241,10 +271,10 @@ class Penguins : public Scene {
     static Surface plumage(Vec3 q, float bow) {
         const Vec3 u = upright(q, bow);
         const float side = std::fabs(u.z);
-        const float soft = 0.03F * (noise(u * 18) - 0.5F);
+        const float soft = 0.02F * (noise(u * 9) - 0.5F);
         // White in front, slate on the back; the border runs down the flank in a wave.
         const float border = u.x + 0.05F - 0.12F * smoothStep(0.9F, 1.3F, u.y) + 0.1F * smoothStep(0.6F, 0.1F, u.y);
-        const Vec3 slate = mix(colour(0x1B2530), colour(0x4A5C6E), fbm(Vec3{u.x * 26, u.y * 9, u.z * 26}, 3));
+        const Vec3 slate = mix(colour(0x1B2530), colour(0x4A5C6E), noise(u * 5));
         Vec3 front = mix(colour(0xFFFDF6), colour(0xFFE9A8), smoothStep(0.95F, 1.4F, u.y));
         front = mix(front, colour(0xFFC23A), smoothStep(1.34F, 1.56F, u.y));
         const bool wing = side > 0.345F + 0.03F * u.x && u.y < 1.36F && u.y > 0.3F;
@@ -274,11 +304,11 @@ class Penguins : public Scene {
         const float fluff = 0.5F * fbm(Vec3{q.x * 60, q.y * 22, q.z * 60}, 3) + 0.5F * fbm(q * 8, 2);
         Vec3 look = mix(colour(0x70757E), colour(0xCDCFD3), 0.7F * fluff + 0.3F * smoothStep(0.1F, 0.7F, q.x + 0.4F));
         const Vec3 head = turnZ(q - Vec3{0.05F, 0.9F, 0}, 0.18F);
-        const float soft = 0.05F * (noise(q * 16) - 0.5F);
+        const float soft = 0.02F * (noise(q * 9) - 0.5F);
         if (q.y > 0.66F) {
             // Black hood, white face: the mask comes down around the eyes to the chin.
             const float away = length((head.y - 0.025F) * 0.8F, std::fabs(head.z) - 0.105F);
-            const float face = smoothStep(0.125F, 0.105F, away + 0.6F * soft) * smoothStep(-0.02F, 0.04F, head.x);
+            const float face = smoothStep(0.125F, 0.105F, away) * smoothStep(-0.02F, 0.04F, head.x);
             const float hood = smoothStep(0.68F, 0.74F, q.y + soft);
             look = mix(look, mix(colour(0x16171B), colour(0xFDFBF6), face), hood);
         }

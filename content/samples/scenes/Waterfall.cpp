@@ -1,4 +1,4 @@
-// A waterfall in a rain forest: two steps over dark rock into a green pool, spray with a rainbow, a macaw flies by.
+// A waterfall in a rain forest: one long drop over dark rock into a green pool, spray with a rainbow.
 #include "Scenes.h"
 
 #include "Landforms.h"
@@ -9,10 +9,10 @@ namespace lumora::samples {
 
 namespace {
 
-enum Material { Wall, Fall, Boulder, Foam, Trunk, Leaf, Macaw };
+enum Material { Wall, Fall, Boulder, Foam, Trunk, Leaf };
 
 constexpr Vec3 Foot{0.35F, 0, 8.6F}; ///< where the water meets the pool
-constexpr Vec3 MacawAt{-0.95F, 1.95F, 0.2F};
+constexpr float Lip = 5.2F;          ///< height from which it falls
 /// Tree ferns: x, y, z of the foot, height, lean.
 constexpr float Ferns[][5] = {{-2.75F, 0.3F, 0.1F, 1.35F, 0.3F},     {-3.2F, 0.6F, 2.3F, 1.5F, 0.35F},
                               {2.75F, 0.15F, 0.5F, 1.25F, -0.35F},   {3.3F, 0.5F, 3.0F, 1.6F, -0.3F},
@@ -30,13 +30,14 @@ class Waterfall : public Scene {
         farthest = 32;
         ceiling = 8.2F;
         caution = 0.6F;
-        steps = 170;
+        steps = 300;
         shadowReach = 6;
         shadowSoftness = 12;
         creviceSize = 0.28F;
         waterLevel = 0;
         waterColour = {0.008F, 0.10F, 0.075F};
         bloom = 0.14F;
+        strands = 420000;
     }
 
     Hit map(Vec3 p) const override {
@@ -52,7 +53,6 @@ class Waterfall : public Scene {
             hit.join(p.y - (foam > 0.5F ? 0.006F + 0.05F * (foam - 0.5F) : -0.03F), Foam);
         }
         ferns(p, hit);
-        macaw(p, hit);
         return hit;
     }
 
@@ -61,17 +61,17 @@ class Waterfall : public Scene {
         case Wall:
             return wallLook(p, n);
         case Fall: {
-            const float streak = noise(p.x * 13, p.y * 0.7F + 2) * 0.6F + noise(p.x * 31, p.y * 1.3F) * 0.4F;
-            return {.colour = mix(colour(0x9FC4CE), colour(0xFFFFFF), smoothStep(0.25F, 0.65F, streak)),
+            const float streak = torn(p);
+            return {.colour = mix(colour(0x8FB4C0), colour(0xF6FBFF), smoothStep(0.3F, 0.65F, streak)) * 0.8F,
                     .sheer = 0.3F,
-                    .glow = Vec3{0.10F, 0.13F, 0.14F} * streak};
+                    .glow = Vec3{0.16F, 0.19F, 0.20F} * (0.4F + 0.6F * streak)};
         }
         case Boulder: {
             const Vec3 stone = mix(colour(0x3A3A38), colour(0x8A867A), fbm(p * 6, 4));
             const float moss =
                 smoothStep(0.35F, 0.75F, n.y + 0.5F * (fbm(p * 4, 3) - 0.5F)) * smoothStep(0.06F, 0.16F, p.y);
             return {.colour = mix(stone * mix(0.4F, 1.0F, smoothStep(0, 0.12F, p.y)),
-                                  mix(colour(0x3F7A1C), colour(0x86AC32), fbm(p * 14, 3)), moss),
+                                  mix(colour(0x2E5220), colour(0x66822E), fbm(p * 14, 3)), moss),
                     .shine = p.y < 0.14F ? 0.6F : 0.08F};
         }
         case Foam:
@@ -83,8 +83,52 @@ class Waterfall : public Scene {
                     .shine = 0.25F,
                     .sheer = 0.5F};
         default:
-            return feathers(p);
+            return {};
         }
+    }
+
+    Strand strand(int material, Vec3 p, Vec3 n, float chance) const override {
+        const float other = fraction(chance * 911);
+        if (material == Fall) { // threads of water, whiter than what they cover
+            if (chance > 0.5F) {
+                return {};
+            }
+            const float reach = 0.25F + 0.45F * other + 0.05F * (Lip - p.y);
+            const float out = 0.05F * (p.x - Foot.x) + 0.05F * (other - 0.5F);
+            const float light = 0.95F + 0.35F * fraction(chance * 77);
+            return {.tip = {out, -reach, -0.06F},
+                    .width = 0.02F + 0.035F * other,
+                    .order = p.y,
+                    .solid = 0.35F,
+                    .tint = {light, light, light}};
+        }
+        const float share = material == Wall ? plants(p) : material == Boulder ? 0.0F : -1.0F;
+        if (material == Boulder && n.y > 0.45F && p.y > 0.18F && chance < 0.5F) { // moss
+            const float light = 0.7F + 0.8F * other;
+            return {.tip = normalise(n + Vec3{other - 0.5F, 0.1F, fraction(chance * 77) - 0.5F}) * 0.035F,
+                    .width = 0.007F,
+                    .order = -length(p - camera.eye),
+                    .tint = {light, light, light * 0.8F}};
+        }
+        if (share < 0.3F || chance > 0.62F * share) {
+            return {};
+        }
+        // Leaves hang out of the slope; some kinds are broad, some are blades.
+        const float far = 0.55F + 0.05F * std::max(p.z, 0.0F);
+        const bool broad = noise(p * 1.3F) > 0.42F;
+        const float angle = 2 * Pi * other;
+        const Vec3 side = normalise(cross(n, Vec3{0.2F, 1, 0.1F}));
+        const Vec3 way =
+            normalise(n * 0.5F + side * (0.9F * std::cos(angle)) + Vec3{0, 0.55F * std::sin(angle) - 0.25F, 0});
+        const float reach = far * (broad ? 0.15F + 0.10F * chance : 0.24F + 0.2F * chance);
+        const float light = 0.5F + 1.1F * fraction(chance * 5003);
+        return {.tip = way * reach,
+                .sag = Vec3{0, 0.16F * reach, 0},
+                .width = reach * (broad ? 0.42F : 0.14F),
+                .blunt = 0.85F,
+                .order = -length(p - camera.eye),
+                .solid = 0.95F,
+                .tint = Vec3{light, light * 1.03F, light * 0.9F}};
     }
 
     Vec3 sky(Vec3 d) const override {
@@ -97,7 +141,7 @@ class Waterfall : public Scene {
         case Wall:
             return 0.035F * fbm(p * 21, 3);
         case Fall:
-            return 0.05F * noise(p.x * 24, p.y * 1.6F);
+            return 0.03F * torn(p);
         case Boulder:
             return 0.02F * fbm(p * 13, 4);
         default:
@@ -152,7 +196,7 @@ class Waterfall : public Scene {
     /// Leaves, twigs and crowns stand out from the ground by this much.
     static float foliage(Vec3 p) {
         const float puffs = fbm(Vec3{p.x, p.y * 1.2F, p.z} * 1.9F, 2);
-        return 0.95F * (puffs - 0.22F) + 0.13F * leaves(p);
+        return 0.7F * (puffs - 0.22F) + 0.06F * leaves(p);
     }
 
     /// Share of plants, 0 where the fall keeps the rock bare.
@@ -169,9 +213,9 @@ class Waterfall : public Scene {
         const float z = p.z - 5.2F;
         const float out = z > 0 ? length(p.x, z) : std::fabs(p.x);
         float s = out - 3.55F - 0.55F * (fbm(p.x * 0.7F, p.z * 0.7F, 3) - 0.5F);
-        // Steps: the fall jumps from the lip at 5.2 to the ledge at 2.3.
         const float lean = p.z < 4 ? 0.55F : 0.16F;
-        const float open = lean * p.y + 0.55F * smoothStep(2.15F, 2.35F, p.y) * smoothStep(3, 6, p.z) -
+        const float open = lean * p.y +
+                           0.3F * smoothStep(1.6F, 2.6F, p.y + 0.5F * noise(p.x, 4)) * smoothStep(3, 6, p.z) -
                            0.25F * smoothStep(0.5F, 0, p.y);
         if (open - s > 1.5F) {
             return open - s - 0.9F;
@@ -202,7 +246,7 @@ class Waterfall : public Scene {
         Vec3 green = mix(colour(0x2A6A20), colour(0x6FA028), smoothStep(0.32F, 0.68F, kind));
         green = mix(green, colour(0xA8C040), 0.7F * smoothStep(0.55F, 0.85F, young));
         green = mix(colour(0x0B2410), green, leaf) * (0.75F + 0.5F * noise(p * 34));
-        if (noise(p * 20 + Vec3{7, 7, 7}) > 0.85F && noise(p * 0.9F) > 0.5F) {
+        if (noise(p * 20 + Vec3{7, 7, 7}) > 0.92F && noise(p * 0.9F) > 0.6F) {
             green = colour(kind > 0.5F ? 0xFF5A2A : 0xE83A8A); // blossoms
         }
         return {.colour = mix(rock, green, smoothStep(0.25F, 0.5F, plant)),
@@ -210,23 +254,27 @@ class Waterfall : public Scene {
                 .sheer = 0.25F * plant};
     }
 
-    /// Water as a curtain of strands: narrow from the lip to the ledge, wide and torn below it.
+    /// Thick and thin water, 0 to 1, drawn out by the fall.
+    static float torn(Vec3 p) {
+        const float x = (p.x - Foot.x) / (1 + 0.09F * (Lip - p.y));
+        const float drop = std::sqrt(std::max(0.0F, Lip - p.y));
+        return 0.5F * noise(x * 8 + 1, drop * 2.2F) + 0.3F * noise(x * 19, drop * 4.5F) +
+               0.2F * noise(x * 41, drop * 8);
+    }
+
+    /// Water as one curtain that spreads as it falls.
     static float fall(Vec3 p) {
-        const float near = box(p - Vec3{Foot.x, 2.6F, 9.0F}, {1.5F, 2.9F, 1.2F});
+        const float near = box(p - Vec3{Foot.x, 2.6F, 8.7F}, {1.5F, 2.9F, 1.3F});
         if (near > 0.4F) {
             return near;
         }
-        const bool upper = p.y > 2.2F;
-        const float drop = upper ? 5.2F - p.y : 2.2F - p.y;
-        const float wide = upper ? 0.42F + 0.05F * drop + 0.1F * noise(p.y * 0.9F, 2) : 0.72F + 0.12F * drop;
-        const float jump =
-            upper ? 9.0F - 0.26F * std::sqrt(std::max(drop, 0.0F)) : 8.55F - 0.22F * std::sqrt(std::max(drop, 0.0F));
-        const float strand = noise((p.x - Foot.x) * 7 + 1, p.y * 0.35F + (upper ? 0.0F : 7.0F)) * 0.65F +
-                             noise((p.x - Foot.x) * 17, p.y * 0.7F) * 0.35F;
-        const float torn = (upper ? 0.18F : 0.34F) + 0.05F * drop;
-        const float sheet = std::fabs(p.z - jump - 0.10F * strand) - 0.05F - 0.06F * strand;
-        const float edge = std::fabs(p.x - Foot.x) - wide + 0.12F * noise(p.y * 2.2F, p.x > Foot.x ? 5.0F : 9.0F);
-        return 0.55F * std::max({sheet, edge, (torn - strand) * 0.25F, p.y - 5.25F});
+        const float drop = std::max(Lip - p.y, 0.0F);
+        const float wide = 0.40F + 0.075F * drop + 0.10F * (noise(drop * 0.8F, p.x > Foot.x ? 5.0F : 9.0F) - 0.5F);
+        const float jump = 8.95F - 0.33F * std::sqrt(drop);
+        const float x = (p.x - Foot.x) / wide;
+        const float sheet = std::fabs(p.z - jump + 0.10F * torn(p) - 0.16F * x * x) - 0.10F;
+        return 0.55F *
+               std::max({sheet, (std::fabs(x) - 1) * wide + 0.1F * noise(drop * 3, p.x * 4), p.y - Lip - 0.03F});
     }
 
     static float boulders(Vec3 p) {
@@ -258,47 +306,6 @@ class Waterfall : public Scene {
         for (const auto &[x, y, z, tall, lean] : Ferns) {
             palm(p - Vec3{x, y, z}, Trunk, tall, lean, 1.9F * static_cast<float>(++i), hit);
         }
-    }
-
-    static Vec3 inMacaw(Vec3 p) { return turnZ(turnY(p - MacawAt, -0.55F), 0.22F) * (1 / 0.62F); }
-
-    /// Flies to the right, wings raised.
-    static void macaw(Vec3 p, Hit &hit) {
-        const Vec3 q = inMacaw(p);
-        const float near = length(q) - 1.15F;
-        if (near > 0.3F) {
-            hit.join(near * 0.62F, Macaw);
-            return;
-        }
-        float d = ellipsoid(q, {0.26F, 0.1F, 0.1F});
-        d = blend(d, ellipsoid(q - Vec3{0.26F, 0.05F, 0}, {0.11F, 0.085F, 0.08F}), 0.06F);
-        d = std::min(d, ellipsoid(q - Vec3{0.37F, 0.03F, 0}, {0.05F, 0.05F, 0.03F}));
-        const float tail = std::max({std::fabs(q.y + 0.02F + 0.1F * (q.x + 0.2F)) - 0.012F,
-                                     std::fabs(q.z) - 0.06F - 0.05F * (q.x + 0.85F), std::fabs(q.x + 0.52F) - 0.36F});
-        const float side = std::fabs(q.z);
-        const float rise = 0.85F * side - 0.55F * side * side;
-        const float chord = 0.21F - 0.16F * side * side + 0.02F * std::cos(side * 60) * smoothStep(0.0F, -0.15F, q.x);
-        const float wing = std::max({std::fabs(q.y - 0.05F - rise) * 0.75F - 0.014F,
-                                     std::fabs(q.x - 0.05F + 0.22F * side) - chord, side - 0.82F});
-        hit.join(0.62F * 0.8F * std::min({d, tail, wing}), Macaw);
-    }
-
-    static Surface feathers(Vec3 p) {
-        const Vec3 q = inMacaw(p);
-        const float side = std::fabs(q.z);
-        Vec3 look = colour(0xE3160E);
-        if (side > 0.12F) { // red, yellow and blue bands across the wing
-            const float back = 0.05F - 0.22F * side - q.x + 0.25F * side;
-            look = back < 0.04F ? colour(0xE3160E) : back < 0.13F ? colour(0xFFC814) : colour(0x1450C8);
-            look = look * (0.8F + 0.25F * std::cos(side * 60));
-        } else if (q.x > 0.33F) {
-            look = colour(q.y > 0.02F ? 0xE8DCC0 : 0x201C1C);
-        } else if (q.x > 0.22F && q.y > 0.0F && side > 0.045F) {
-            look = length(q.x - 0.29F, q.y - 0.07F) < 0.018F ? colour(0x101010) : colour(0xFFF6EC);
-        } else if (q.x < -0.65F) {
-            look = colour(0x1E5AD0);
-        }
-        return {.colour = look, .shine = 0.15F, .sheer = side > 0.12F ? 0.4F : 0.0F};
     }
 };
 
