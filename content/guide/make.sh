@@ -1,6 +1,7 @@
 #!/bin/bash
 # Makes the pictures of the user guide again from the running program: content/guide/make.sh [LUMORA-PLAY]
-# Plays each *.play of this folder unseen, at double density, and compresses the screenshots into resources/guide/*.jpg.
+# Plays each *.play of this folder unseen, at double density, in each language that has a folder of pages below
+# resources/guide, and compresses the screenshots into resources/guide/*.jpg (English) and resources/guide/LANGUAGE/*.jpg.
 # Needs ImageMagick (package imagemagick). Without a program it takes build/release/bin/lumora-play.
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
@@ -16,19 +17,26 @@ trap 'rm -rf "$stage"' EXIT
 mkdir "$stage/My Photos"
 ln -s "$root/resources/installed/My Photos/"*/*.jpg "$stage/My Photos/"
 
-for script in "$here"/*.play; do
-    size=$(sed -n 's/^# size: //p' "$script")
-    echo "$(basename "$script")"
-    QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=2 LUMORA_PLAY_OUT=$stage SANE_CONFIG_DIR=$here/sane \
-        "$play" --size "${size:-2048x1536}" --patience 30000 "$script" >/dev/null 2>"$stage/log" ||
-        { cat "$stage/log" >&2; exit 1; }
-done
-
 # Shown at half their pixels: at most 560 x 380 on the page, sharp on a screen of double density.
 pack() { convert "$1" -resize '1120x760>' -strip -sampling-factor 4:2:0 "${@:3}" "$2"; }
-for shot in "$stage"/*.png; do
-    packed=$root/resources/guide/$(basename "$shot" .png).jpg
-    pack "$shot" "$packed" -quality 72
-    [ "$(stat -c %s "$packed")" -lt 100000 ] || pack "$shot" "$packed" -define jpeg:extent=96kB
+
+for pages in "$root"/resources/guide/*/index.html; do
+    language=$(basename "$(dirname "$pages")")
+    guide=$root/resources/guide
+    [ "$language" = en ] || guide=$guide/$language
+    rm -f "$stage"/*.png
+    for script in "$here"/*.play; do
+        size=$(sed -n 's/^# size: //p' "$script")
+        echo "$language $(basename "$script")"
+        { [ "$language" = en ] || echo "language $language"; cat "$script"; } |
+            QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=2 LUMORA_PLAY_OUT=$stage SANE_CONFIG_DIR=$here/sane \
+                "$play" --size "${size:-2048x1536}" --patience 30000 - >/dev/null 2>"$stage/log" ||
+            { cat "$stage/log" >&2; exit 1; }
+    done
+    for shot in "$stage"/*.png; do
+        packed=$guide/$(basename "$shot" .png).jpg
+        pack "$shot" "$packed" -quality 72
+        [ "$(stat -c %s "$packed")" -lt 100000 ] || pack "$shot" "$packed" -define jpeg:extent=96kB
+    done
 done
-du -ch "$root"/resources/guide/*.jpg | tail -1
+du -ch "$root"/resources/guide/*.jpg "$root"/resources/guide/*/*.jpg | tail -1
