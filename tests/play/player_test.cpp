@@ -109,6 +109,7 @@ TEST(Player, EndsWithLineAndReasonWhenAStepCannotBeDone) {
         {"start\nkey Hyper", 2, "there is no key Hyper"},
         {"start\nexpect SBar other", 2, "it is \"a status   line\""},
         {"start\nexpect-not SBar a*", 2, "it is just that"},
+        {"start\nexpect-gone noSuchControl\nexpect-gone SBar", 3, "it is visible"},
         {"start\nexpect state.none 1", 2, "state has no none"},
         {"start\nmask pet", 2, "nothing is marked"},
         {"start\nhash outside pet", 2, "there is no mask pet"},
@@ -122,7 +123,7 @@ TEST(Player, EndsWithLineAndReasonWhenAStepCannotBeDone) {
         {"start advanced nothing", 1, "it opens no window"},
     };
     for (const auto &one : cases) {
-        const Played run = playScript(one.script, 150);
+        const Played run = playScript(one.script, 300);
         EXPECT_EQ(run.line, one.line) << one.script;
         EXPECT_THAT(run.problem.toStdString(), testing::MatchesRegex(one.reason)) << one.script;
     }
@@ -168,7 +169,7 @@ TEST(Player, FilmsWhatItDoesAtACalmPace) {
     const QString file = folder.filePath("film.raw");
     const Played run =
         playScript("start\nshot " + file + ".png\nfilm " + file +
-                       " 50\npress 3 4\nset sldValue 60\nexpect sldValue 60\nwait 200\nfilm end\npress 1 1",
+                       " 50\npress 3 4\ncue later\nset sldValue 60\nexpect sldValue 60\nwait 200\nfilm end\npress 1 1",
                    3000);
     ASSERT_EQ(run.problem, "") << run.line;
     // It moves over the photo, presses once, and continues quickly once the film has ended.
@@ -182,6 +183,10 @@ TEST(Player, FilmsWhatItDoesAtACalmPace) {
     EXPECT_EQ(bytes % frame, 0);
     EXPECT_GT(bytes / frame, 40) << "the pauses alone are more";
     EXPECT_EQ(run.printed.last(), QString("%1 frames").arg(bytes / frame));
+    ASSERT_EQ(run.printed.value(run.printed.size() - 2).section(' ', 0, 1), "cue later");
+    const int cue = run.printed.value(run.printed.size() - 2).section(' ', 2).toInt();
+    EXPECT_GT(cue, 10) << "the press takes its time";
+    EXPECT_LT(cue, bytes / frame - 10) << "and so do the slider and the pause";
     // Whole rows of blue, green, red, 255: the corner shows the screen's own ground.
     QFile film(file);
     ASSERT_TRUE(film.open(QIODevice::ReadOnly));
