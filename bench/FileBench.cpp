@@ -71,7 +71,7 @@ void addFileRows() {
          {std::pair("RecoveryCopy", QString("/dev/shm")), std::pair("RecoveryCopyOnDisk", QDir::tempPath())}) {
         const auto folder = std::make_shared<QTemporaryDir>(parent + "/lumora-bench-XXXXXX");
         addRows(name, [folder, copy = std::make_shared<RecoveryFolder>(folder->path())](const QImage &picture) {
-            if (!copy->write(picture)) {
+            if (!copy->write({picture})) {
                 std::abort();
             }
         });

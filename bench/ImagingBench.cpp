@@ -11,6 +11,7 @@
 #include "imaging/effects/ColourEmboss.h"
 #include "imaging/effects/Colourise.h"
 #include "imaging/effects/Contrast.h"
+#include "imaging/effects/Enhance.h"
 #include "imaging/effects/Greyscale.h"
 #include "imaging/effects/HighPassSharpen.h"
 #include "imaging/effects/Invert.h"
@@ -28,6 +29,7 @@
 #include "imaging/transforms/PopArtRow.h"
 
 #include <cstdlib>
+#include <string>
 
 namespace lumora {
 
@@ -56,27 +58,41 @@ void addImagingRows() {
     addEffect("Brightness", {applyBrightness, {50}});
     addEffect("Contrast", {applyContrast, {50}});
     addEffect("Saturation", {applySaturation, {50}});
+    addEffect("Enhance", {applyEnhance, {50}});
     addEffect("Convolution", {applyConvolution, {{1, 1, 1, 1, -7, 1, 1, 1, 1}}});
     addEffect("ColourEmboss", {applyColourEmboss, {1}});
     addEffect("HighPassSharpen", {applyHighPassSharpen, {0}});
     addEffect("Sharpen", {applySharpen, {}});
     addEffect("Texture", {applyTexture, {6, 0}});
-    addEffect("Tile", [](const QImage &picture, PixelRect area) {
-        return Operation(applyTile, {picture.width() / 5, picture.height() / 5})(picture, area);
-    });
+    addEffect("Tile", {applyTile, {5, 5}});
     addEffect("ReflectionTable", {applyReflection, {1}});
     addEffect("ReflectionWater", {applyReflection, {2}});
     addEffect("ReflectionBeside", {applyReflection, {3}});
     addEffect("ReflectionFourWays", {applyReflection, {4}});
     addEffect("PopArtRow", {popArtRow, {}});
     addEffect("Perspective", {applyPerspective, {-30, 255, 255, 255}});
-    addEffect("OilPaintingRadius6", {applyOilPainting, {6}}); // the finest of the slider at 24 megapixels
-    addEffect("OilPaintingRadius18", {applyOilPainting, {18}});
-    addEffect("OilPaintingRadius36", {applyOilPainting, {36}});
+    addEffect("OilPaintingRadius6", {applyOilPainting, {6}});
+    addEffect("OilPaintingRadius12", {applyOilPainting, {12, 12}}); // the finest of the slider at 24 megapixels
     addEffect("OilPaintingRadius180", {applyOilPainting, {180}});
     addEffect("Mosaic", {applyMosaic, {10, 10}});
     addEffect("BlurRadius3", {applyBlur, {3}});
     addEffect("BlurRadius30", {applyBlur, {30}});
+    // Effects that work in units of several pixels; a row's aim is at most twice that of the one without the number.
+    for (const int unit : {4, 6}) {
+        const double u = unit;
+        const auto add = [&](const std::string &name, const Operation &effect) {
+            addEffect((name + "Unit" + std::to_string(unit)).c_str(), effect);
+        };
+        add("Convolution", {applyConvolution, {{1, 1, 1, 1, -7, 1, 1, 1, 1}, 0, u}});
+        add("ColourEmboss", {applyColourEmboss, {1, u}});
+        add("HighPassSharpen", {applyHighPassSharpen, {0, u}});
+        add("Sharpen", {applySharpen, {u}});
+        add("Texture", {applyTexture, {u, 0}});
+        add("Tile", {applyTile, {5, 5, u}});
+        add("OilPainting", {applyOilPainting, {6 * u, u}});
+        add("Mosaic", {applyMosaic, {10 * u, 10 * u}});
+        add("Blur", {applyBlur, {6 * u}});
+    }
     addRows("ScaleTo480", [](const QImage &picture) {
         const QSize size = picture.size().scaled(480, 480, Qt::KeepAspectRatio);
         benchmark::DoNotOptimize(scaleByAveraging(picture, size.width(), size.height()).constBits());
