@@ -18,9 +18,11 @@ QString yesNo(bool value) {
 
 } // namespace
 
-void LumoraProgram::setting(const QString &section, const QString &key, const QString &value) {
+void LumoraProgram::setting(const QString &section, const QString &key, const QString &value, Whose whose) {
     AppContext &context = m_main.context();
-    context.ini.WriteIniValue(context.installation.settingsFile(), section, key, value);
+    const Installation &where = context.installation;
+    context.ini.WriteIniValue(whose == Whose::Users ? where.settingsFile() : where.siteFile, section, key, value);
+    context.ini.lookAgain();
 }
 
 QString LumoraProgram::start(const QStringList &words) {

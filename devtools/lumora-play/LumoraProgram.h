@@ -10,11 +10,11 @@ class LumoraProgram : public Program {
   public:
     /// Without a recovery folder nothing is kept for after a crash.
     LumoraProgram(const QString &programFolder, const QString &recoveryFolder)
-        : m_main(Installation{programFolder, recoveryFolder}) {}
+        : m_main(Installation{programFolder, recoveryFolder, programFolder + "/site.ini"}) {}
 
     basMain &main() { return m_main; }
 
-    void setting(const QString &section, const QString &key, const QString &value) override;
+    void setting(const QString &section, const QString &key, const QString &value, Whose whose) override;
     QString start(const QStringList &words) override;
     bool takesInput() const override;
     QWidget *canvas() const override;

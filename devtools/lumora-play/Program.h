@@ -20,8 +20,10 @@ class Program {
     Program &operator=(const Program &) = delete;
     virtual ~Program() = default;
 
-    /// Writes a value of the settings file, before the start.
-    virtual void setting(const QString &section, const QString &key, const QString &value) = 0;
+    enum class Whose { Users, Sites };
+    /// Writes a value of the settings file, the user's or the administrator's for all, before the start.
+    virtual void setting(const QString &section, const QString &key, const QString &value,
+                         Whose whose = Whose::Users) = 0;
     /// Opens the first window as the words of the step say ("simple"; "advanced" and a photo; nothing). The problem
     /// when it opened none, else an empty text.
     virtual QString start(const QStringList &words) = 0;

@@ -18,6 +18,7 @@ struct Verb {
 
 const Verb verbs[] = {
     {"setting", 1, 1, "setting SECTION/KEY=VALUE"},
+    {"site-setting", 1, 1, "site-setting SECTION/KEY=VALUE"},
     {"language", 1, 1, "language CODE | language longer | language mirrored"},
     {"resize", 1, 1, "resize WIDTHxHEIGHT | resize restored | resize maximised"},
     {"expect-fits", 0, 1, "expect-fits | expect-fits whole"},
@@ -82,11 +83,15 @@ bool isCount(const QString &word) {
     return word.toInt(&isNumber) >= 0 && isNumber;
 }
 
+bool isBeforeStart(const QString &verb) {
+    return QStringList{"start", "setting", "site-setting", "language"}.contains(verb);
+}
+
 QString misread(const Step &step, const Verb &verb, bool started) {
-    if (!started && step.verb != "start" && step.verb != "setting" && step.verb != "language") {
+    if (!started && !isBeforeStart(step.verb)) {
         return "a script begins with start";
     }
-    if (started && (step.verb == "start" || step.verb == "setting" || step.verb == "language")) {
+    if (started && isBeforeStart(step.verb)) {
         return "the program is started already";
     }
     QString how = QString("write it so: %1").arg(verb.usage);
@@ -99,7 +104,7 @@ QString misread(const Step &step, const Verb &verb, bool started) {
     }
     const auto numbers = coordinates(step.word(0)).size();
     static const QRegularExpression assignment("^[^/=]+/[^/=]+=");
-    if (step.verb == "setting" && !assignment.match(step.word(0)).hasMatch()) {
+    if (step.verb.endsWith("setting") && !assignment.match(step.word(0)).hasMatch()) {
         return how;
     }
     static const QRegularExpression size("^([1-9][0-9]*x[1-9][0-9]*|restored|maximised)$");

@@ -60,6 +60,7 @@ void moveSlider(Hand &hand, QWidget &window, const QAbstractSlider &slider, int 
 Player::Performer Player::performerOf(const QString &verb) {
     static const QHash<QString, Performer> performers = {
         {"setting", &Player::setting},
+        {"site-setting", &Player::setting},
         {"language", &Player::language},
         {"start", &Player::start},
         {"resize", &Player::resize},
@@ -100,7 +101,8 @@ Player::Performer Player::performerOf(const QString &verb) {
 
 Outcome Player::setting(const Step &step) {
     const QString place = step.word(0).section('=', 0, 0);
-    m_program.setting(place.section('/', 0, 0), place.section('/', 1), step.word(0).section('=', 1));
+    const auto whose = step.verb == "setting" ? Program::Whose::Users : Program::Whose::Sites;
+    m_program.setting(place.section('/', 0, 0), place.section('/', 1), step.word(0).section('=', 1), whose);
     return Outcome::done();
 }
 

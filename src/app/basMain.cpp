@@ -20,6 +20,12 @@
 
 namespace lumora {
 
+namespace {
+
+constexpr const char *siteFile = "/etc/lumora/Lumora.ini"; // defaults and locks for all users of the computer
+
+} // namespace
+
 QString commandLineAsTyped(const QStringList &arguments) {
     return arguments.join(u' ').trimmed();
 }
@@ -45,7 +51,7 @@ StartDecision decideStart(const QString &commandLine) {
 QString answerOnTerminal(const QStringList &arguments, const Installation &where) {
     const QString argument = arguments.join(u' ');
     IniFiles files;
-    const Settings settings(files, where.settingsFile());
+    const Settings settings(files, where.settingsFile(), where.siteFile);
     const Texts texts(files, [&] { return languageFiles(where, settings, files); });
     if (argument == "--version") {
         return texts.text("ApplicationName") + ' ' + versionNumber() + '\n';
@@ -96,12 +102,17 @@ bool basMain::Main(const QString &commandLine) {
     const StartDecision decision = decideStart(commandLine);
     switch (decision.outcome) {
     case StartOutcome::SimpleMode:
-        StartSimpleMode();
-        return true;
     case StartOutcome::AdvancedMode:
-    case StartOutcome::AdvancedModeWithPhoto:
-        StartAdvancedMode(decision.photo);
+    case StartOutcome::AdvancedModeWithPhoto: {
+        const auto wanted =
+            decision.outcome == StartOutcome::SimpleMode ? Settings::Mode::Simple : Settings::Mode::Advanced;
+        if (m_context.settings.onlyMode().value_or(wanted) == Settings::Mode::Simple) {
+            StartSimpleMode(decision.photo);
+        } else {
+            StartAdvancedMode(decision.photo);
+        }
         return true;
+    }
     case StartOutcome::Splash:
         showSplash();
         return true;
@@ -111,22 +122,26 @@ bool basMain::Main(const QString &commandLine) {
     return false;
 }
 
-void basMain::StartSimpleMode() {
+void basMain::StartSimpleMode(const QString &photo) {
+    startReading(photo);
     loadLauncher();
     ApplySimpleSettings(m_context);
     showSimpleMainWindow(SimpleStart::CommandLine);
 }
 
 void basMain::StartAdvancedMode(const QString &photo) {
-    std::shared_future<PictureRead> picture;
+    startReading(photo);
+    loadLauncher(); // not shown first, to avoid flicker
+    showAdvancedMainWindow();
+}
+
+void basMain::startReading(const QString &photo) {
     if (!photo.isEmpty()) {
-        picture = std::async(std::launch::async, readPicture, photo).share();
+        const auto picture = std::async(std::launch::async, readPicture, photo).share();
         frmMain &window = loadMainWindow();
         window.setStartupPhotoPath(photo);
         window.setStartupPicture(picture);
     }
-    loadLauncher(); // not shown first, to avoid flicker
-    showAdvancedMainWindow();
 }
 
 void basMain::showSplash() {
@@ -244,7 +259,7 @@ void say(std::FILE *where, const QString &text) {
 int runLumora(int argc, char **argv) {
     if (argc == 2 && argv[1][0] == '-') {
         const QCoreApplication application(argc, argv);
-        const Installation where{QCoreApplication::applicationDirPath()};
+        const Installation where{QCoreApplication::applicationDirPath(), {}, siteFile};
         const QString answer = answerOnTerminal(argumentsOf(argc, argv), where);
         if (!answer.isEmpty()) {
             say(stdout, answer);
@@ -254,7 +269,7 @@ int runLumora(int argc, char **argv) {
     QApplication application(argc, argv);
     setUpApplication(application);
     const ClosingSignals closingSignals;
-    basMain program(Installation{QApplication::applicationDirPath(), RecoveryFolder::usualParent()});
+    basMain program(Installation{QApplication::applicationDirPath(), RecoveryFolder::usualParent(), siteFile});
     const DesktopOpener opener([&program](const QString &what) {
         tellNoProgram(program.context().texts, what, QApplication::activeWindow());
     });

@@ -49,10 +49,12 @@ class basMain : public QObject {
     /// Acts on a command line (see decideStart). False when it opened no window: the program then ends at once.
     bool Main(const QString &commandLine);
     /// Starts directly in Simple mode, without splash or launcher.
-    void StartSimpleMode();
+    void StartSimpleMode(const QString &photo);
     /// Starts directly in Advanced mode; `photo` may be empty. The file is read in a second thread while the window is
     /// built. The settings stay as the user left them.
     void StartAdvancedMode(const QString &photo);
+    /// Has another thread read the photo, which the main window shows once it is there; nothing for an empty name.
+    void startReading(const QString &photo);
 
     // The loaded windows, visible or not; null when not loaded.
     frmSplash *splash() const;

@@ -4,12 +4,14 @@
 #include "session/AppContext.h"
 #include "session/LoadSettings.h"
 #include "widgets/AnimatedButton.h"
+#include "widgets/LockedMark.h"
 #include "widgets/PictureButton.h"
 #include "widgets/ScenePicture.h"
 #include "widgets/Theme.h"
 #include "widgets/WindowDragger.h"
 #include "widgets/WindowTexts.h"
 
+#include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -95,7 +97,7 @@ frmLauncher::frmLauncher(AppContext &context)
     }
     tmrHand.setObjectName("tmrHand");
     connect(&tmrHand, &QTimer::timeout, this, &frmLauncher::wave);
-    cmdSimpleMode->setFocus();
+    (cmdSimpleMode->isEnabled() ? cmdSimpleMode : cmdAdvMode)->setFocus();
 }
 
 void frmLauncher::build() {
@@ -169,6 +171,13 @@ void frmLauncher::LoadLanguage() {
     showTexts(m_context.texts, *this);
     lblVersion->setText(m_context.texts.text("Version").arg(versionNumber()));
     cmdExit->setText(m_context.texts.text("Exit"));
+    const QString why = m_context.texts.text("LockedTip");
+    if (const auto mode = m_context.settings.onlyMode()) {
+        showLocked(*(mode == Settings::Mode::Simple ? cmdAdvMode : cmdSimpleMode), why);
+    }
+    if (m_context.settings.isLocked(Lock::Exit)) {
+        showLocked(*cmdExit, why);
+    }
 }
 
 void frmLauncher::SetupSimpleMode() {
@@ -201,6 +210,14 @@ void frmLauncher::changeEvent(QEvent *event) {
         LoadLanguage();
     }
     BorderlessDialog::changeEvent(event);
+}
+
+void frmLauncher::closeEvent(QCloseEvent *event) {
+    if (m_context.settings.isLocked(Lock::Exit)) {
+        event->ignore(); // the desktop's log-out ends the program by a signal
+        return;
+    }
+    BorderlessDialog::closeEvent(event);
 }
 
 void frmLauncher::showHelp() {

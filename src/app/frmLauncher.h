@@ -34,6 +34,7 @@ class frmLauncher : public BorderlessDialog {
     void hideEvent(QHideEvent *event) override;
     void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
 
   private:
     void build();

@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QStandardPaths>
+#include <array>
 #include <ctime>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -70,19 +71,24 @@ QString userCopy(const QString &file) {
 
 } // namespace
 
+/// The content of one file in memory.
+struct IniFileCopy {
+    IniFileStamp stamp;
+    bool settled = false;
+    std::shared_ptr<IniText> text; ///< empty when the file exists but cannot be read
+};
+
 struct IniFiles::Private {
     using Clock = std::chrono::steady_clock;
+    using Copy = IniFileCopy;
 
-    struct Copy {
-        IniFileStamp stamp;
-        bool settled = false;
-        std::shared_ptr<IniText> text; ///< empty when the file exists but cannot be read
-    };
     /// One file in memory.
     struct File {
-        Copy own;               ///< beside the program
-        Copy users;             ///< in the user's configuration folder
-        bool usersWins = false; ///< the user's copy, which overrides the file
+        Copy own;   ///< beside the program
+        Copy users; ///< in the user's configuration folder
+        Copy site;  ///< the administrator's, for all users
+        QString sitePath;
+        bool isShared = false; ///< cannot be written: the user's copy overrides it
     };
 
     std::chrono::milliseconds betweenLooks{};
@@ -123,9 +129,12 @@ struct IniFiles::Private {
         File &file = files[path];
         update(file.own, path);
         update(file.users, userCopy(path));
-        const bool wins = file.users.stamp.readable && !canBeReplaced(path);
-        revision += wins != file.usersWins ? 1 : 0;
-        file.usersWins = wins;
+        if (!file.sitePath.isEmpty()) {
+            update(file.site, file.sitePath);
+        }
+        const bool isShared = !canBeReplaced(path);
+        revision += isShared != file.isShared ? 1 : 0;
+        file.isShared = isShared;
         return file;
     }
 
@@ -144,6 +153,22 @@ struct IniFiles::Private {
         return found == files.constEnd() ? lookNow(path) : *found;
     }
 };
+
+namespace {
+
+/// A value of that file, not null but at most 900 characters; null when the file has none.
+QString valueIn(const IniFileCopy &file, const QString &section, const QString &key) {
+    std::optional<QString> value = file.text ? file.text->value(section, key) : std::nullopt;
+    if (!value) {
+        return {};
+    }
+    if (value->size() > longestValue) {
+        value->truncate(value->at(longestValue - 1).isHighSurrogate() ? longestValue - 1 : longestValue);
+    }
+    return value->isNull() ? QString("") : *value;
+}
+
+} // namespace
 
 IniFiles::IniFiles(std::chrono::milliseconds betweenLooks) : d(std::make_unique<Private>()) {
     d->betweenLooks = betweenLooks;
@@ -166,23 +191,25 @@ int IniFiles::looks() const {
 QString IniFiles::ReadIniValue(const QString &file, const QString &section, const QString &key,
                                const QString &defaultValue) {
     const Private::File &found = d->current(file);
-    const auto read = [&](const Private::Copy &from) {
-        return from.text ? from.text->value(section, key) : std::nullopt;
-    };
-    std::optional<QString> value;
-    if (found.usersWins) {
-        value = read(found.users);
+    const auto order = found.isShared
+                           ? std::array{&found.users, &found.site, &found.own}
+                           : std::array{&found.own, &found.site, static_cast<const Private::Copy *>(nullptr)};
+    for (const Private::Copy *from : order) {
+        const QString value = from == nullptr ? QString() : valueIn(*from, section, key);
+        if (!value.isNull()) {
+            return value;
+        }
     }
-    if (!value) {
-        value = read(found.own);
-    }
-    if (!value) {
-        return defaultValue;
-    }
-    if (value->size() > longestValue) {
-        value->truncate(value->at(longestValue - 1).isHighSurrogate() ? longestValue - 1 : longestValue);
-    }
-    return *value;
+    return defaultValue;
+}
+
+void IniFiles::addSiteFile(const QString &file, const QString &siteFile) {
+    d->files[file].sitePath = siteFile;
+    d->lookNow(file);
+}
+
+QString IniFiles::siteValue(const QString &file, const QString &section, const QString &key) {
+    return valueIn(d->current(file).site, section, key);
 }
 
 bool IniFiles::WriteIniValue(const QString &file, const QString &section, const QString &key, const QString &value) {

@@ -31,6 +31,13 @@ class IniFiles {
     /// the user's configuration folder, which reads consult first. Always true: errors are ignored.
     bool WriteIniValue(const QString &file, const QString &section, const QString &key, const QString &value);
 
+    /// Has `siteFile`, which an administrator writes for all users, answer for what the user has not chosen: after the
+    /// user's copy of `file`, or, where `file` can be written and so is the user's own, after that. Nothing writes it.
+    void addSiteFile(const QString &file, const QString &siteFile);
+
+    /// The value in the site file of `file`, whatever a user has chosen; a null text when it has none.
+    QString siteValue(const QString &file, const QString &section, const QString &key);
+
     /// One value to write.
     struct Value {
         QString section, key, text;

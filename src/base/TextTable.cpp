@@ -68,6 +68,7 @@ constexpr TextRow textRows[] = {
     {"frmMain", "Minimise", "Minimise", "cmdMin", "toolTip"},
     {"frmMain", "Exit", "Exit", "cmdExit", "toolTip"},
     {"frmMain", "DlgOptionsTitle", "Options", "cmdOptions", "toolTip"},
+    {"frmMain", "LockedTip", "This is set for everyone on this computer", "-", ""},
     {"frmMain", "SetZoom", "Set Zoom Level", "cmdSetZoom", "toolTip"},
     {"frmMain", "ZoomIn", "Zoom In", "Toolbar1", "item:keyZoomin"},
     {"frmMain", "ZoomOut", "Zoom Out", "Toolbar1", "item:keyZoomout"},

@@ -9,6 +9,7 @@ namespace lumora {
 struct Installation {
     QString programFolder;       ///< the folder that holds the program file
     QString recoveryFolder = {}; ///< where copies of unsaved photos are kept; empty: disabled
+    QString siteFile = {};       ///< the administrator's settings for all users; empty: none
     QString settingsFile() const { return programFolder + "/Lumora.ini"; }
     /// language.ini in the program's folder, its name matched without regard to case.
     QString languageFile() const;

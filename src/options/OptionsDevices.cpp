@@ -84,6 +84,7 @@ void OptionsDevices::addPrintLock(QVBoxLayout *sheet) {
     row->addWidget(caption);
     row->addStretch(1);
     sheet->addWidget(optPrint2);
+    lockWith(Lock::Printing, {chkDisPrinter, optPrint1, cboMinutes, optPrint2});
     sheet->addWidget(note("lblPrintInfo"));
 }
 

@@ -89,6 +89,7 @@ void OptionsGeneral::addFolder() {
         connect(chkMyDocs, &QCheckBox::toggled, part, &QWidget::setDisabled);
     }
     sheet->addWidget(chkMyDocs);
+    lockWith(Lock::WorkingFolder, {chkMyDocs, txtWD, cmdBrowse});
 }
 
 void OptionsGeneral::browse() {

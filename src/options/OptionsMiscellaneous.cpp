@@ -59,6 +59,7 @@ void OptionsMiscellaneous::addMail() {
     details->addWidget(cboMailSize);
     details->addStretch(1);
     details->addWidget(cmdMailServer);
+    lockWith(Lock::Email, {chkEmail, cboMailSize, cmdMailServer});
 }
 
 void OptionsMiscellaneous::editServer() {

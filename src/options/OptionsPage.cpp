@@ -1,5 +1,7 @@
 #include "options/OptionsPage.h"
 
+#include "session/AppContext.h"
+#include "widgets/LockedMark.h"
 #include "widgets/Theme.h"
 
 #include <QCheckBox>
@@ -38,6 +40,20 @@ OptionsPage::OptionsPage(const QString &headingName, QWidget *parent)
     large.setBold(true);
     heading->setFont(large);
     m_column->addWidget(heading, 0, Qt::AlignLeft); // where the page begins, whatever the font size
+}
+
+void OptionsPage::lockWith(Lock lock, const QList<QWidget *> &controls) {
+    m_lockable.insert(lock, controls);
+}
+
+void OptionsPage::showLocks(const AppContext &context) {
+    for (auto [lock, controls] : m_lockable.asKeyValueRange()) {
+        if (context.settings.isLocked(lock)) {
+            for (QWidget *control : controls) {
+                showLocked(*control, context.texts.text("LockedTip"));
+            }
+        }
+    }
 }
 
 QVBoxLayout *OptionsPage::addSheet() {

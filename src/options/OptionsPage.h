@@ -2,6 +2,9 @@
 // of the four pages; the window loads and saves the values.
 #pragma once
 
+#include "session/Settings.h"
+
+#include <QHash>
 #include <QWidget>
 
 class QBoxLayout;
@@ -12,6 +15,7 @@ class QVBoxLayout;
 
 namespace lumora {
 
+struct AppContext;
 struct OptionsSettings;
 
 class OptionsPage : public QWidget {
@@ -22,11 +26,15 @@ class OptionsPage : public QWidget {
     virtual void showValues(const OptionsSettings &options) = 0;
     /// Reads the page's settings from its controls; other settings are not changed.
     virtual void takeValues(OptionsSettings &options) const = 0;
+    /// Disables what the administrator has locked, with a tool tip that says so.
+    void showLocks(const AppContext &context);
 
   protected:
     /// `headingName` is the object name of the heading's label.
     OptionsPage(const QString &headingName, QWidget *parent);
 
+    /// These controls belong to that lock; call it for each lock once.
+    void lockWith(Lock lock, const QList<QWidget *> &controls);
     QVBoxLayout *column() const { return m_column; }
     /// Adds a sheet of paper at the bottom of the page and returns the layout of its rows.
     QVBoxLayout *addSheet();
@@ -41,6 +49,7 @@ class OptionsPage : public QWidget {
 
   private:
     QVBoxLayout *m_column;
+    QHash<Lock, QList<QWidget *>> m_lockable;
 };
 
 } // namespace lumora

@@ -96,6 +96,7 @@ void frmOptions::LoadMyINISettings() {
     const OptionsSettings options = readOptions(m_ctx);
     for (OptionsPage *page : m_allPages) {
         page->showValues(options);
+        page->showLocks(m_ctx);
     }
 }
 

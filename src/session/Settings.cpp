@@ -66,7 +66,28 @@ std::optional<QString> textOf(MailSize value) {
 
 } // namespace settings
 
-Settings::Settings(IniFiles &files, QString file) : m_files(files), m_file(std::move(file)) {}
+Settings::Settings(IniFiles &files, QString file, const QString &siteFile) : m_files(files), m_file(std::move(file)) {
+    if (!siteFile.isEmpty()) {
+        m_files.addSiteFile(m_file, siteFile);
+    }
+}
+
+QString Settings::lockValue(Lock lock) const {
+    constexpr const char *keys[] = {"", "Mode", "Options", "Exit", "Printing", "E-mail", "Working Directory"};
+    return lock == Lock::None ? QString() : m_files.siteValue(m_file, "Locked", keys[static_cast<size_t>(lock)]);
+}
+
+bool Settings::isLocked(Lock lock) const {
+    return lock == Lock::Mode ? onlyMode().has_value() : lockValue(lock) == u"1";
+}
+
+std::optional<Settings::Mode> Settings::onlyMode() const {
+    const QString value = lockValue(Lock::Mode);
+    const auto is = [&value](const char *mode) {
+        return value.compare(QLatin1StringView(mode), Qt::CaseInsensitive) == 0;
+    };
+    return is("Simple") ? std::optional(Mode::Simple) : is("Advanced") ? std::optional(Mode::Advanced) : std::nullopt;
+}
 
 void Settings::switchSimpleOn() {
     QList<IniFiles::Value> values;
@@ -75,7 +96,7 @@ void Settings::switchSimpleOn() {
     for (const SettingRow &row : settingRows) {
         if (row.isWrittenBy(Writer::SimpleStart)) {
             const QString before = text(row, nullptr);
-            isOtherNow = isOtherNow || !(before.isNull() || before == u"0");
+            isOtherNow = isOtherNow || !(before.isNull() || before == u"0" || isLocked(row.lock));
             const bool canBeKept = !before.isNull() && !before.contains(formerSeparator);
             former << (canBeKept ? before : QString::fromUtf8(row.standard));
             values.append(valueFor(row, QStringLiteral("0")));
@@ -108,11 +129,20 @@ void Settings::forgetFormer() {
 }
 
 QString Settings::text(const SettingRow &row, const char *standard) const {
-    return m_files.ReadIniValue(m_file, QString::fromUtf8(row.section), QString::fromUtf8(row.key),
-                                standard == nullptr ? QString() : QString::fromUtf8(standard));
+    const QString section = QString::fromUtf8(row.section);
+    const QString key = QString::fromUtf8(row.key);
+    const QString otherwise = standard == nullptr ? QString() : QString::fromUtf8(standard);
+    if (isLocked(row.lock)) {
+        const QString value = m_files.siteValue(m_file, section, key);
+        return value.isNull() ? otherwise : value;
+    }
+    return m_files.ReadIniValue(m_file, section, key, otherwise);
 }
 
 void Settings::writeText(const SettingRow &row, const QString &value) {
+    if (isLocked(row.lock)) {
+        return;
+    }
     m_files.WriteIniValue(m_file, QString::fromUtf8(row.section), QString::fromUtf8(row.key), value);
 }
 

@@ -97,6 +97,17 @@ constexpr Writer operator|(Writer a, Writer b) {
     return static_cast<Writer>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
 }
 
+/// What an administrator may take out of the users' hands, by "1" in [Locked] of the site file.
+enum class Lock {
+    None,
+    Mode, ///< "Simple" or "Advanced" instead of "1": the other one is not to be had
+    Options,
+    Exit,
+    Printing, ///< the lock of the print button after a print, and whether there is one
+    Email,
+    WorkingFolder,
+};
+
 struct SettingRow {
     Setting setting;
     const char *section;
@@ -105,6 +116,7 @@ struct SettingRow {
     const char *standard; ///< the default when the file has no value
     Writer writers;
     const char *standardOfOptions = nullptr; ///< the default of the options window, if different
+    Lock lock = Lock::None;                  ///< with it, only the site file counts
 
     constexpr bool isWrittenBy(Writer writer) const {
         return (static_cast<unsigned>(writers) & static_cast<unsigned>(writer)) != 0;
@@ -118,7 +130,7 @@ inline constexpr SettingRow settingRows[] = {
     {Setting::AdvancedResize, "Resize", "Advanced", SettingKind::Yes, "0", Writer::SimpleStart | Writer::Options},
     {Setting::AdvancedPopart, "Popart", "Level", SettingKind::Switch, "0", Writer::Options, "1"},
     {Setting::Grid, "Grid", "Value", SettingKind::Yes, "1", Writer::SimpleStart | Writer::Options},
-    {Setting::Email, "E-mail", "Value", SettingKind::Switch, "0", Writer::SimpleStart | Writer::Options},
+    {Setting::Email, "E-mail", "Value", SettingKind::Switch, "0", Writer::SimpleStart | Writer::Options, nullptr, Lock::Email},
     {Setting::SenderAddress, "Sender", "Address", SettingKind::Text, placeholderAddress, Writer::Options},
     {Setting::RecipientAddress, "Recipient", "Address", SettingKind::Text, "", Writer::EmailWindow},
     {Setting::SlideshowDelay, "Slideshow", "Delay", SettingKind::Number, "2000", Writer::Options}, // seconds
@@ -126,17 +138,17 @@ inline constexpr SettingRow settingRows[] = {
     {Setting::Scanner, "Scanner", "Device", SettingKind::Index, "-1", Writer::Options}, // -1: none
     {Setting::ScannerButtonOff, "Scanner Button", "Value", SettingKind::Yes, "0", Writer::Options},
     {Setting::Printer, "Printer", "Device", SettingKind::Text, "", Writer::Options}, // "": the system default
-    {Setting::PrintLock, "Printer", "Timed", SettingKind::Yes, "0", Writer::SimpleStart | Writer::Options, "1"},
-    {Setting::PrintLockMinutes, "Printer", "Timer", SettingKind::Number, "1", Writer::Options},
-    {Setting::PrintButtonOff, "Print Button", "Value", SettingKind::Yes, "0", Writer::Options},
+    {Setting::PrintLock, "Printer", "Timed", SettingKind::Yes, "0", Writer::SimpleStart | Writer::Options, "1", Lock::Printing},
+    {Setting::PrintLockMinutes, "Printer", "Timer", SettingKind::Number, "1", Writer::Options, nullptr, Lock::Printing},
+    {Setting::PrintButtonOff, "Print Button", "Value", SettingKind::Yes, "0", Writer::Options, nullptr, Lock::Printing},
     {Setting::PrintPause, "Printer", "Pause", SettingKind::Text, "", Writer::PrintLock}, // "": none
     {Setting::CropTip, "Tips", "Crop", SettingKind::Switch, "0", Writer::SimpleStart | Writer::Options | Writer::Reset | Writer::CropTip},
     {Setting::Welcome, "Welcome", "Show", SettingKind::Yes, "1", Writer::Reset | Writer::Welcome},
     {Setting::ScreenNotice, "Display Message", "Value", SettingKind::Switch, "1", Writer::Notice},
     {Setting::WindowSize, "Window", "Size", SettingKind::Text, "", Writer::Window}, // "900x640", while not maximised
     {Setting::Language, "Language", "File", SettingKind::Text, "", Writer::Options}, // see languageInUse()
-    {Setting::WorkingDirectory, "Working Directory", "Path", SettingKind::Text, "", Writer::Options}, // see workingDirectory()
-    {Setting::MyDocs, "MyDocs", "Value", SettingKind::YesUnlessNo, "1", Writer::Options},
+    {Setting::WorkingDirectory, "Working Directory", "Path", SettingKind::Text, "", Writer::Options, nullptr, Lock::WorkingFolder}, // see workingDirectory()
+    {Setting::MyDocs, "MyDocs", "Value", SettingKind::YesUnlessNo, "1", Writer::Options, nullptr, Lock::WorkingFolder},
     {Setting::NoticeTitle, "ScreenMessageTitle", "Caption", SettingKind::Text, "Notice", Writer::Nobody},
     {Setting::NoticeText, "ScreenMessage", "Caption", SettingKind::Text, "Lumora is designed to run best on screen size 1024 x 768 or higher.", Writer::Nobody},
     {Setting::NoticeButton, "ScreenMessageButton", "Caption", SettingKind::Text, "OK", Writer::Nobody},
@@ -144,11 +156,11 @@ inline constexpr SettingRow settingRows[] = {
     {Setting::EmailTo, "DlgEmailSendto", "Caption", SettingKind::Text, "Send to:", Writer::Nobody},
     {Setting::EmailMessage, "DlgEmailMessage", "Caption", SettingKind::Text, "Your Message:", Writer::Nobody},
     {Setting::EmailTitle, "DlgEmailTitle", "caption", SettingKind::Text, "E-mail Photo", Writer::Nobody},
-    {Setting::MailHost, "Mail Server", "Server", SettingKind::Text, "", Writer::Options},
-    {Setting::MailPort, "Mail Server", "Port", SettingKind::Number, "587", Writer::Options},
-    {Setting::MailSecurityKind, "Mail Server", "Security", SettingKind::Security, "1", Writer::Options},
-    {Setting::MailUser, "Mail Server", "User", SettingKind::Text, "", Writer::Options},
-    {Setting::MailPhotoSize, "E-mail", "Size", SettingKind::MailSize, "1", Writer::Options},
+    {Setting::MailHost, "Mail Server", "Server", SettingKind::Text, "", Writer::Options, nullptr, Lock::Email},
+    {Setting::MailPort, "Mail Server", "Port", SettingKind::Number, "587", Writer::Options, nullptr, Lock::Email},
+    {Setting::MailSecurityKind, "Mail Server", "Security", SettingKind::Security, "1", Writer::Options, nullptr, Lock::Email},
+    {Setting::MailUser, "Mail Server", "User", SettingKind::Text, "", Writer::Options, nullptr, Lock::Email},
+    {Setting::MailPhotoSize, "E-mail", "Size", SettingKind::MailSize, "1", Writer::Options, nullptr, Lock::Email},
     {Setting::PrivateDetails, "Saved Photos", "Private", SettingKind::Yes, "0", Writer::Options}, // place, serial numbers
     {Setting::KeepThrownAway, "My Pictures", "Keep", SettingKind::YesUnlessNo, "1", Writer::Options}, // for a week
     {Setting::BeforeSimple, "Before Simple Mode", "Values", SettingKind::Text, "", Writer::Former}, // see switchSimpleOn
@@ -218,7 +230,14 @@ template <Setting S> using SettingValue = decltype(settings::standard<S>());
 /// The values of one settings file.
 class Settings {
   public:
-    Settings(IniFiles &files, QString file);
+    /// `siteFile` holds the administrator's defaults and locks for all users; empty: there are none.
+    Settings(IniFiles &files, QString file, const QString &siteFile = {});
+
+    /// Whether the administrator has locked this.
+    bool isLocked(Lock lock) const;
+    /// The one mode that the administrator leaves; nothing: both.
+    enum class Mode { Simple, Advanced };
+    std::optional<Mode> onlyMode() const;
 
     /// A value, or the default where the file has none.
     template <Setting S> SettingValue<S> read() const {
@@ -257,6 +276,7 @@ class Settings {
     void forgetFormer();
 
   private:
+    QString lockValue(Lock lock) const;
     QString text(const SettingRow &row, const char *standard) const;
     void writeText(const SettingRow &row, const QString &value);
 

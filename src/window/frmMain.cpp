@@ -19,6 +19,7 @@
 #include "widgets/CommandBar.h"
 #include "widgets/Compositing.h"
 #include "widgets/FloatingToolbar.h"
+#include "widgets/LockedMark.h"
 #include "widgets/LongPress.h"
 #include "widgets/PictureButton.h"
 #include "widgets/ProgressPanel.h"
@@ -363,6 +364,9 @@ void frmMain::offerRecovery() {
 void frmMain::LoadLanguage() {
     const Texts &texts = m_ctx.texts;
     showTexts(texts, *this);
+    if (m_ctx.settings.isLocked(Lock::Options)) {
+        showLocked(*m_bar->cmdOptions(), texts.text("LockedTip"));
+    }
     setWindowTitle(texts.text("ApplicationName"));
     m_bar->lblCaption()->setText(texts.text("ApplicationName"));
     m_emptyTable->setOpenText(texts.text("Open"));
@@ -482,6 +486,10 @@ bool frmMain::isFitted() const {
 }
 
 void frmMain::showOptions() {
+    if (m_ctx.settings.isLocked(Lock::Options)) {
+        m_status->showMessage(m_ctx.texts.text("LockedTip"), StatusLine::Tone::Good);
+        return;
+    }
     HideBoxes();
     frmOptions *options = frmOptions::showModal(m_ctx, this);
     connect(options, &frmOptions::aboutWanted, this, [this, options] { Q_EMIT aboutWanted(options); });

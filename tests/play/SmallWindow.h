@@ -54,7 +54,7 @@ class SmallProgram : public Program {
   public:
     SmallWindow window;
 
-    void setting(const QString &section, const QString &key, const QString &value) override {
+    void setting(const QString &section, const QString &key, const QString &value, Whose) override {
         window.setProperty(key.toLatin1(), section + ' ' + value);
     }
     QString start(const QStringList &words) override;

@@ -66,6 +66,43 @@ TEST_F(SettingsTest, TextsMeanWhatTheirKindSays) {
     }
 }
 
+TEST_F(SettingsTest, TheSiteFileAnswersForWhatIsNotChosenAndWinsForWhatIsLocked) {
+    const auto write = [](const QString &name, const QByteArray &bytes) {
+        QFile out(name);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(bytes);
+    };
+    const QString site = folder.filePath("site.ini");
+    const struct {
+        const char *own, *site;
+        bool advanced, lockAfterPrint, printingLocked;
+        std::optional<Settings::Mode> mode;
+    } cases[] = {
+        {"", "", false, false, false, {}},
+        {"", "[SFX]\nAdvanced=1\n[Printer]\nTimed=1\n", true, true, false, {}},
+        {"[SFX]\nAdvanced=0\n[Printer]\nTimed=0\n", "[SFX]\nAdvanced=1\n[Printer]\nTimed=1\n", false, false, false, {}},
+        {"[Printer]\nTimed=0\n", "[Printer]\nTimed=1\n[Locked]\nPrinting=1\nMode=simple\n", false, true, true,
+         Settings::Mode::Simple},
+        {"[Printer]\nTimed=1\n[Locked]\nPrinting=0\n", "[Locked]\nPrinting=1\nMode=Advanced\n", false, false, true,
+         Settings::Mode::Advanced},
+        {"[Locked]\nPrinting=1\nMode=Simple\n", "[Locked]\nPrinting=0\nMode=1\n", false, false, false, {}},
+    };
+    for (const auto &one : cases) {
+        write(context.installation.settingsFile(), one.own);
+        write(site, one.site);
+        IniFiles files;
+        Settings settings(files, context.installation.settingsFile(), site);
+        EXPECT_EQ(settings.read<Setting::AdvancedEffects>() == Switch::On, one.advanced) << one.site;
+        EXPECT_EQ(settings.read<Setting::PrintLock>(), one.lockAfterPrint) << one.site;
+        EXPECT_EQ(settings.isLocked(Lock::Printing), one.printingLocked) << one.site;
+        EXPECT_EQ(settings.onlyMode(), one.mode) << one.site;
+        // Simple mode switches nothing locked off, and has then nothing to bring back.
+        settings.write<Setting::PrintLock, Writer::Options>(!one.lockAfterPrint);
+        EXPECT_EQ(settings.read<Setting::PrintLock>(), one.lockAfterPrint == one.printingLocked) << one.site;
+        EXPECT_EQ(QFile(site).size(), qint64(qstrlen(one.site))) << "the site file is never written";
+    }
+}
+
 TEST_F(SettingsTest, WhatIsNeitherYesNorNoIsLeftInTheFile) {
     QFile out(context.installation.settingsFile());
     ASSERT_TRUE(out.open(QIODevice::WriteOnly));
