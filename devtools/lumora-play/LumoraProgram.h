@@ -3,6 +3,7 @@
 
 #include "Program.h"
 #include "app/basMain.h"
+#include "base/basMisc.h"
 
 namespace lumora::play {
 
@@ -10,7 +11,7 @@ class LumoraProgram : public Program {
   public:
     /// Without a recovery folder nothing is kept for after a crash.
     LumoraProgram(const QString &programFolder, const QString &recoveryFolder)
-        : m_main(Installation{programFolder, recoveryFolder, programFolder + "/site.ini"}) {}
+        : m_main(Installation{programFolder, recoveryFolder, programFolder + "/site.ini", cacheFolder()}) {}
 
     basMain &main() { return m_main; }
 

@@ -68,7 +68,7 @@ void Stage::copyProgramFolder() const {
 
 void Stage::redirectEnvironment() const {
     for (const char *name :
-         {"home/Documents", "home/Pictures", "home/Desktop", "config", "cache", "data", "tmp", "run"}) {
+         {"home/Documents", "home/Pictures", "home/Desktop", "config", "cache", "data", "state", "tmp", "run"}) {
         QDir(m_path).mkpath(name);
         QFile::setPermissions(m_path + '/' + name, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
@@ -79,6 +79,7 @@ void Stage::redirectEnvironment() const {
     set("XDG_CONFIG_HOME", "config");
     set("XDG_CACHE_HOME", "cache");
     set("XDG_DATA_HOME", "data");
+    set("XDG_STATE_HOME", "state");
     set("TMPDIR", "tmp");
     if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) {
         set("XDG_RUNTIME_DIR", "run");

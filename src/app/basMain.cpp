@@ -269,7 +269,7 @@ int runLumora(int argc, char **argv) {
     QApplication application(argc, argv);
     setUpApplication(application);
     const ClosingSignals closingSignals;
-    basMain program(Installation{QApplication::applicationDirPath(), RecoveryFolder::usualParent(), siteFile});
+    basMain program(Installation{QApplication::applicationDirPath(), RecoveryFolder::usualParent(), siteFile, cacheFolder()});
     const DesktopOpener opener([&program](const QString &what) {
         tellNoProgram(program.context().texts, what, QApplication::activeWindow());
     });

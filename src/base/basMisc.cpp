@@ -32,6 +32,15 @@ QString GetTempDir() {
     return named.isEmpty() ? QStringLiteral("/tmp") : named;
 }
 
+QString stateFolder() {
+    const QString named = qEnvironmentVariable("XDG_STATE_HOME");
+    return (QDir::isAbsolutePath(named) ? named : QDir::homePath() + "/.local/state") + "/lumora";
+}
+
+QString cacheFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + "/lumora";
+}
+
 bool OpenWithShell(const QString &documentOrAddress) {
     const QUrl url = QUrl::fromUserInput(documentOrAddress, QDir::homePath());
     return url.isValid() && QDesktopServices::openUrl(url);

@@ -10,6 +10,7 @@ struct Installation {
     QString programFolder;       ///< the folder that holds the program file
     QString recoveryFolder = {}; ///< where copies of unsaved photos are kept; empty: disabled
     QString siteFile = {};       ///< the administrator's settings for all users; empty: none
+    QString cacheFolder = {};    ///< where undo steps go that do not fit into memory; empty: the temporary folder
     QString settingsFile() const { return programFolder + "/Lumora.ini"; }
     /// language.ini in the program's folder, its name matched without regard to case.
     QString languageFile() const;
@@ -25,6 +26,11 @@ QString GetSpecialFolderPath(int folder);
 
 /// The temporary folder: TMPDIR of the environment, or the system's.
 QString GetTempDir();
+
+/// Lumora's part of the user's folder for what is worth keeping between two runs, and for what is not (XDG_STATE_HOME,
+/// XDG_CACHE_HOME). The folder may not be there.
+QString stateFolder();
+QString cacheFolder();
 
 /// Opens a document or address with the desktop's own program for it. False when there is none, or nothing to open.
 bool OpenWithShell(const QString &documentOrAddress);

@@ -64,7 +64,9 @@ class PhotoDocument::Change {
     const bool m_isFirst;
 };
 
-PhotoDocument::PhotoDocument(QObject *parent) : QObject(parent) {
+PhotoDocument::PhotoDocument(QObject *parent) : PhotoDocument(PhotoHistory::Limits(), parent) {}
+
+PhotoDocument::PhotoDocument(const PhotoHistory::Limits &limits, QObject *parent) : QObject(parent), m_history(limits) {
     setTaskRunner([](const std::function<void()> &work, Stopping) {
         work();
         return true;

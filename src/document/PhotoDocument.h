@@ -38,6 +38,8 @@ class PhotoDocument : public QObject {
 
   public:
     explicit PhotoDocument(QObject *parent = nullptr);
+    /// With these limits of the undo history.
+    explicit PhotoDocument(const PhotoHistory::Limits &limits, QObject *parent = nullptr);
     ~PhotoDocument() override;
 
     /// Who does what takes long: the undo history and writing files. At first it is done where it is asked for. While

@@ -27,7 +27,7 @@ class PhotoHistory {
         qint64 memory = qint64{640} << 20; ///< bytes of pixels kept in memory; older steps go to temporary files
         qint64 disk = -1; ///< bytes of temporary files, then the oldest step goes; -1: of 8 GB and half the free space
                           ///< the smaller
-        QString folder;   ///< where the private folder is made; empty: the system's temporary folder
+        QString folder;   ///< where the private folder is made; empty, or where none can be: the temporary folder
     };
 
     static constexpr quint64 firstId = 1; ///< of the picture with which the history began

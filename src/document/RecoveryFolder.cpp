@@ -1,9 +1,11 @@
 #include "document/RecoveryFolder.h"
 
+#include "base/basMisc.h"
 #include "document/PrivateFolder.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRandomGenerator>
 #include <QStandardPaths>
 #include <algorithm>
@@ -46,7 +48,15 @@ void RecoveryFolder::close() {
 }
 
 QString RecoveryFolder::usualParent() {
-    return QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) + QStringLiteral("/recovery");
+    const QString folder = stateFolder() + "/recovery";
+    const QString former = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/Lumora/recovery";
+    if (QFileInfo::exists(former) && !QFileInfo::exists(folder)) {
+        QDir().mkpath(stateFolder());
+        if (!QDir().rename(former, folder)) {
+            return former; // on another disk, or not to be moved
+        }
+    }
+    return folder;
 }
 
 /// Opens and locks that folder; false when it is another user's, in use, no folder or gone.

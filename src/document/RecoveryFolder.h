@@ -38,7 +38,8 @@ class RecoveryFolder {
     /// ones stay for the next time.
     static std::unique_ptr<RecoveryFolder> findNewest(const QString &parent, KeptPhoto &photo, int *damaged = nullptr);
 
-    /// The folder below which the program itself looks: in the user's own data, not among temporary files.
+    /// The folder below which the program itself looks: where the user's state is kept, not among temporary files. What
+    /// an earlier version kept among the user's data is moved there.
     static QString usualParent();
 
   private:

@@ -16,7 +16,8 @@ namespace lumora {
 struct AppContext {
     explicit AppContext(Installation where)
         : installation(std::move(where)), settings(ini, installation.settingsFile(), installation.siteFile),
-          texts(ini, [this] { return languageFiles(installation, settings, ini); }) {
+          texts(ini, [this] { return languageFiles(installation, settings, ini); }),
+          photo(PhotoHistory::Limits{.folder = installation.cacheFolder}) {
         photo.setTaskRunner(
             [this](const std::function<void()> &work, Stopping stopping) { return tasks.run(work, stopping); });
     }

@@ -16,6 +16,6 @@ unset DBUS_SESSION_BUS_ADDRESS
 home_of_its_own() {
     mkdir -p "$1/home/Documents" "$1/run" "$1/tmp"
     chmod 700 "$1/run"
-    export HOME=$1/home XDG_RUNTIME_DIR=$1/run XDG_CONFIG_HOME=$1/config XDG_DATA_HOME=$1/data XDG_CACHE_HOME=$1/cache
+    export HOME=$1/home XDG_RUNTIME_DIR=$1/run XDG_CONFIG_HOME=$1/config XDG_DATA_HOME=$1/data XDG_STATE_HOME=$1/state XDG_CACHE_HOME=$1/cache
     export TMPDIR=$1/tmp
 }

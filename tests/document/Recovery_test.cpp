@@ -1,6 +1,7 @@
 // What is left of unsaved work after a crash: the copies themselves, whose they are, and when they go.
 #include "document/Recovery.h"
 
+#include "base/TemporaryHome.h"
 #include "document/RecoveryCopy.h"
 #include "support/TestFiles.h"
 #include "support/TestPictures.h"
@@ -9,6 +10,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <csignal>
@@ -327,6 +329,22 @@ TEST(RecoveryFolder, neverFollowsLinksNorGoesToOthers) {
         ASSERT_EQ(::chown(QFile::encodeName(parent).constData(), 65534, 65534), 0);
         EXPECT_FALSE(RecoveryFolder(parent).write({photo}));
     }
+}
+
+TEST(RecoveryFolder, whatAnEarlierVersionKeptElsewhereIsFound) {
+    const TemporaryHome home;
+    const QString former = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/Lumora/recovery";
+    const KeptPhoto photo{.picture = photoLike(20, 10)};
+    {
+        RecoveryFolder folder(former);
+        ASSERT_TRUE(folder.write(photo));
+    }
+    const QString usual = RecoveryFolder::usualParent();
+    EXPECT_EQ(usual, home.path() + "/.local/state/lumora/recovery");
+    KeptPhoto found;
+    EXPECT_NE(RecoveryFolder::findNewest(usual, found), nullptr);
+    EXPECT_EQ(found.picture, photo.picture);
+    EXPECT_FALSE(QFileInfo::exists(former));
 }
 
 TEST(RecoveryFolder, newestFirstAndOlderOnesNextTime) {

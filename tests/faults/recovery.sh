@@ -36,7 +36,7 @@ SCRIPT
 }
 
 copies() {
-    find "$folder/stage/data" -path '*/recovery/*' -type f -name 'copy*' 2>/dev/null
+    find "$folder/stage/state" -path '*/recovery/*' -type f -name 'copy*' 2>/dev/null
 }
 
 # Two changes of a photo, to 24 megapixels and of 24 megapixels, with a line after each.
@@ -94,8 +94,8 @@ echo "The last change was not yet kept in $seen_before of 8 crashes within 0.4 s
 
 # Right after the photo was recovered the program crashed once more. Esc keeps the copy, and what else a crash leaves in the
 # temporary folder is swept: the number of the process that made it is another's now.
-mkdir "$folder/stage/tmp/lumora-history-$$-abcdef"
-touch "$folder/stage/tmp/lumora-history-$$-abcdef/step-1"
+mkdir -p "$folder/stage/cache/lumora/lumora-history-$$-abcdef"
+touch "$folder/stage/cache/lumora/lumora-history-$$-abcdef/step-1"
 run >/dev/null <<'SCRIPT'
 start advanced
 expect frmRecover@visible true
@@ -104,7 +104,7 @@ expect state.windows frmMain
 expect state.PhotoLoaded 0
 quit
 SCRIPT
-[ ! -e "$folder/stage/tmp/lumora-history-$$-abcdef" ] || fail "the undo steps of a crash are still there"
+[ ! -e "$folder/stage/cache/lumora/lumora-history-$$-abcdef" ] || fail "the undo steps of a crash are still there"
 [ "$(offered kill)" = "${hashes[1]}" ] || fail "the recovered photo is lost by a second crash"
 
 # No removes it, and nothing is asked any more.
