@@ -23,6 +23,7 @@ class Biplane : public Coast {
         shadowSoftness = 24;
         creviceSize = 0.3F;
         exposure = 0.92F;
+        strands = 900000;
     }
 
     Hit map(Vec3 p) const override {
@@ -65,8 +66,12 @@ class Biplane : public Coast {
             return {.colour = colour(0x5A3218) * mix(0.7F, 1.2F, fbm(q * 12, 3)), .shine = 0.4F, .sharpness = 25};
         case Skin:
             return {.colour = colour(0xE3A67F), .shine = 0.15F, .sheer = 0.1F};
-        case Scarf:
-            return {.colour = colour(0xFFF6E6), .sheer = 0.4F};
+        case Scarf: { // striped wool
+            const float stripe = std::fabs(repeat(q.x, 0.16F));
+            return {.colour = mix(colour(0xF2E6CE), colour(0x2B56A0), smoothStep(0.03F, 0.04F, stripe)) *
+                              mix(0.75F, 1.05F, fbm(q * 30, 2)),
+                    .sheer = 0.2F};
+        }
         case Glass:
             return pane();
         default:
@@ -78,9 +83,13 @@ class Biplane : public Coast {
         if (material == Red) {
             // Cloth sinks a little between the ribs of the wings.
             const Vec3 q = toPlane(p);
-            return std::fabs(q.z) > 0.6F && q.x > -1 ? 0.006F * std::cos(q.z * 2 * Pi / 0.42F) : 0;
+            return std::fabs(q.z) > 0.6F && q.x > -1 ? 0.0007F * std::cos(q.z * 2 * Pi / 0.42F) : 0;
         }
         return 0;
+    }
+
+    Strand strand(int material, Vec3 p, Vec3 n, float chance) const override {
+        return material == Land ? growth(p, n, chance) : Strand{};
     }
 
     Vec3 air(Vec3 light, Vec3 from, Vec3 d, float distance) const override {
@@ -217,15 +226,21 @@ class Biplane : public Coast {
         hit.join(std::min(std::max(sphere(eye, 0.055F), -eye.x), ringZ({eye.y, eye.z, eye.x}, 0.055F, 0.016F)), Glass);
         hit.join(std::max(std::fabs(sphere(head, 0.185F)) - 0.008F, std::fabs(head.y - 0.04F) - 0.022F), Black);
         hit.join(blend(ellipsoid(p - Vec3{0, -0.18F, 0}, {0.2F, 0.2F, 0.3F}), sphere(p, 0.1F), 0.1F), Leather);
-        // The scarf streams back.
+        // Nose and a smile.
+        hit.join(blend(sphere(head - Vec3{0.165F, -0.03F, 0}, 0.028F), sphere(head, 0.15F), 0.03F), Skin);
+        const float smile = length(length(head.y + 0.045F, head.z) - 0.055F, head.x - 0.14F) - 0.016F;
+        hit.join(std::max(smile, head.y + 0.075F), Leather);
+        // The scarf streams back in waves that grow, its end frayed.
         const float back = -p.x;
-        if (back > -0.2F && back < 1.2F) {
-            const float wave = 0.09F * back * std::sin(back * 7 + 1);
-            const Vec3 s{back - 0.55F, p.y - 0.06F - 0.12F * back + wave,
-                         p.z + 0.05F + 0.12F * std::sin(back * 4) * back};
-            hit.join(box(s, {0.5F, 0.065F + 0.04F * back, 0.016F}, 0.012F) * 0.6F, Scarf);
+        if (back > -0.2F && back < 1.3F) {
+            const float grow = 0.02F + 0.09F * std::max(back, 0.0F);
+            const float wave = grow * std::sin(back * 8 + 1);
+            const float twist = 0.5F * std::sin(back * 5);
+            const Vec3 s = turnX({back - 0.55F, p.y - 0.05F - 0.08F * back + 0.4F * wave, p.z + 0.04F + wave}, twist);
+            const float fringe = 0.04F * (std::fabs(fraction(s.y * 34) - 0.5F) - 0.25F);
+            hit.join(std::max(box(s, {0.5F, 0.05F + 0.03F * back, 0.012F}, 0.01F), s.x - 0.47F - fringe) * 0.5F, Scarf);
         }
-        hit.join(ringZ({p.x, p.z, p.y - 0.045F}, 0.11F, 0.05F), Scarf);
+        hit.join(ringZ({p.x, p.z, p.y - 0.045F}, 0.1F, 0.05F), Scarf);
     }
 
     static Surface paintwork(Vec3 q) {
@@ -272,7 +287,7 @@ class Biplane : public Coast {
         return lacquer(paint, q);
     }
 
-    /// The turning propeller: a shimmering disc with the ghost of two blades.
+    /// The turning propeller: the wedges that two blades smear while the shutter is open.
     static Vec3 propellerBlur(Vec3 light, Vec3 from, Vec3 d, float distance) {
         const Vec3 a = toPlane(from);
         const Vec3 b = toPlane(from + d) - toPlane(Vec3{});
@@ -287,10 +302,11 @@ class Biplane : public Coast {
             return light;
         }
         const float angle = std::atan2(p.z, p.y - 0.05F);
-        const float blade = std::pow(std::fabs(std::cos(angle - 0.6F)), 14.0F);
-        const float edge = smoothStep(1.32F, 1.27F, r) * smoothStep(0.1F, 0.3F, r);
-        const Vec3 tone = r > 1.12F && r < 1.24F ? colour(0xFFC61A) * 1.3F : colour(0x6B4A30);
-        return mix(light, tone, edge * (0.13F + 0.5F * blade) * (r > 1.12F ? 1.0F : 0.85F));
+        const float off = 0.5F * std::acos(std::clamp(std::cos(2 * (angle - 0.6F)), -1.0F, 1.0F));
+        const float blade = smoothStep(0.62F, 0.08F, off) * mix(1.0F, 0.6F, r / 1.32F);
+        const float edge = smoothStep(1.32F, 1.24F, r) * smoothStep(0.1F, 0.3F, r);
+        const Vec3 tone = mix(colour(0x6B4A30), colour(0xE8A81A), smoothStep(1.1F, 1.14F, r));
+        return mix(light, tone, edge * (0.045F + 0.62F * blade));
     }
 };
 

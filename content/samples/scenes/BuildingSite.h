@@ -41,7 +41,8 @@ class BuildingSite : public Scene {
         hit.join(p.y > 5 && p.z < 20 ? std::min(p.y - 3.5F, 5.5F) : (p.y - groundHeight(p.x, p.z)) * 0.75F, Ground);
         things(p, hit);
         house(turnY(p - Vec3{11, 0, 17}, 0.35F), hit);
-        crane(turnY(p - Vec3{-15, 0, 42}, -0.5F), hit);
+        constexpr float Size = 0.64F;
+        crane(turnY(p - Vec3{-9.3F, 0, 24}, -0.5F) * (1 / Size), Size, hit);
     }
 
     static Surface siteLook(int material, Vec3 p, Vec3 n) {
@@ -66,7 +67,7 @@ class BuildingSite : public Scene {
                 .colour = white ? colour(0xF6F3EA) : colour(0xF4511E), .shine = 0.5F, .sharpness = 40, .mirror = 0.02F};
         }
         case Crane:
-            return {.colour = fraction(p.y / 8 + 0.02F * p.x) < 0.5F ? colour(0xD92B20) : colour(0xF4EEE2)};
+            return {.colour = fraction(p.y / 5 + 0.02F * p.x) < 0.5F ? colour(0xD92B20) : colour(0xF4EEE2)};
         case Red:
             return {.colour = fraction(p.x * 1.6F + p.y * 1.6F) < 0.5F ? colour(0xD8241B) : colour(0xF7F3EA),
                     .shine = 0.5F};
@@ -82,9 +83,25 @@ class BuildingSite : public Scene {
     static float siteGrain(int material, Vec3 p) {
         if (material == Ground) {
             return p.z > 24 ? 0.5F * fbm(p * 1.7F, 3)
-                            : 0.028F * fbm(p.x * 11, p.z * 11, 4) * smoothStep(0, -0.03F, wet(p));
+                            : 0.012F * fbm(p.x * 14, p.z * 14, 3) * smoothStep(0, -0.03F, wet(p));
         }
         return material == Concrete ? 0.006F * fbm(p * 20, 3) : 0.0F;
+    }
+
+    /// Foliage on the woods, grass at the edge of the site.
+    Strand growth(Vec3 p, Vec3 n, float chance) const {
+        const float other = fraction(chance * 733);
+        const float turn = 2 * Pi * fraction(chance * 331);
+        const float light = 0.6F + 0.9F * fraction(chance * 4001);
+        const Vec3 around{std::cos(turn), 0, std::sin(turn)};
+        if (p.z > 24 && woods(p.x, p.z) > 0.2F) {
+            return {.tip = normalise(n + around + Vec3{0, other - 0.2F, 0}) * (0.4F + 0.4F * other),
+                    .width = 0.35F,
+                    .blunt = 0.7F,
+                    .order = -length(p - camera.eye),
+                    .tint = {light, light, light * 0.85F}};
+        }
+        return {};
     }
 
   private:
@@ -98,15 +115,32 @@ class BuildingSite : public Scene {
     static float wet(Vec3 p) { return -0.035F - groundRaw(p.x, p.z); }
 
     static float groundRaw(float x, float z) {
-        float height = 0.16F * (fbm(x * 0.55F + 1.7F, z * 0.55F + 0.6F, 3) - 0.43F) + 0.03F * fbm(x * 3, z * 3, 3);
-        // Ruts of the lorries.
-        const float road = z + 3.1F + 0.12F * x + 0.3F * std::sin(0.4F * x);
-        const float rut = smoothStep(0.28F, 0.14F, std::fabs(std::fabs(road) - 0.85F));
-        height -= rut * (0.09F + 0.02F * std::cos((x + 0.7F * std::fabs(std::fabs(road) - 0.85F)) * 22));
+        float height = 0.05F + 0.12F * (fbm(x * 0.55F + 1.7F, z * 0.55F + 0.6F, 3) - 0.43F);
+        // Ruts of the lorries, with the print of their tyres.
+        const float road = z + 2.2F + 0.12F * x + 0.3F * std::sin(0.4F * x);
+        const float rut = std::fabs(std::fabs(road) - 0.85F);
+        height += 0.035F * smoothStep(0.2F, 0.3F, rut) * smoothStep(0.5F, 0.34F, rut);
+        height -= smoothStep(0.28F, 0.16F, rut) * (0.05F + 0.012F * std::cos((x + 0.7F * rut) * 22));
         // What has been dug out, and a spoil heap behind.
         height += heap(x, z, -4.3F, -1.0F, 1.5F, 0.55F) + heap(x, z, -7.8F, 4.5F, 3.6F, 2.3F) +
                   heap(x, z, 7.4F, 3.8F, 2.2F, 1.1F);
-        return height;
+        return height - hollow(x, z, 0.6F, -4.6F, 1.25F, 0.8F) - hollow(x, z, -3.1F, -4.1F, 1.1F, 0.5F) -
+               hollow(x, z, 4.3F, -3.6F, 1.3F, 0.6F);
+    }
+
+    /// Where the rain has gathered.
+    static float hollow(float x, float z, float atX, float atZ, float wide, float deep) {
+        const float out = length((x - atX) / wide, (z - atZ) / deep);
+        return out > 1.6F ? 0.0F : 0.2F * smoothStep(1.5F, 0.5F, out + 0.7F * (fbm(x * 1.1F, z * 1.6F + 4, 3) - 0.45F));
+    }
+
+    /// Clods and stones that lie on the ground, 0 to 1.
+    static float clods(float x, float z) {
+        const Cell a = cells(x * 4.5F, z * 4.5F, 0.9F);
+        const Cell b = cells((0.8F * x + 0.6F * z) * 11, (0.8F * z - 0.6F * x) * 11, 0.9F);
+        const float big =
+            a.id * a.id * a.id * (1 - 5 * a.distance * a.distance) + 0.25F * (noise(x * 23, z * 23) - 0.5F);
+        return std::max({0.0F, big, 0.4F * b.id * b.id * (1 - 4 * b.distance * b.distance)});
     }
 
     static float heap(float x, float z, float atX, float atZ, float wide, float high) {
@@ -114,14 +148,24 @@ class BuildingSite : public Scene {
         return out > 1.2F ? 0.0F : high * smoothStep(1.1F, 0.0F, out + 0.35F * (fbm(x * 1.3F, z * 1.3F, 3) - 0.5F));
     }
 
+    static float woods(float x, float z) {
+        return smoothStep(27, 31, z) * smoothStep(0.38F, 0.5F, fbm(x * 0.06F + 3, z * 0.05F, 3));
+    }
+
     static float groundHeight(float x, float z) {
-        float height = std::max(groundRaw(x, z), -0.035F);
+        float height = groundRaw(x, z);
+        if (height < -0.035F) {
+            return -0.035F;
+        }
+        if (z < 10) {
+            height += 0.05F * clods(x, z) * smoothStep(-0.03F, 0.03F, height);
+        }
         if (z > 22) {
             height += smoothStep(22, 70, z) * (9 * fbm(x * 0.03F, z * 0.02F, 3) - 0.6F);
             const Cell tree = cells(x * 0.33F, z * 0.33F);
-            const float wood = smoothStep(26, 30, z) * smoothStep(0.38F, 0.5F, fbm(x * 0.06F + 3, z * 0.05F, 3));
+            const float wood = woods(x, z);
             height += wood * std::sqrt(std::max(0.0F, 1 - tree.distance * tree.distance * 2.2F)) *
-                      (2.4F + 2.4F * tree.id + 0.8F * fbm(x * 2.2F, z * 2.2F, 3));
+                      (2.4F + 2.4F * tree.id + 1.2F * fbm(x * 1.6F, z * 1.6F, 3));
         }
         return height;
     }
@@ -137,12 +181,16 @@ class BuildingSite : public Scene {
         }
         const float under = wet(p);
         const float damp = smoothStep(-0.1F, 0.0F, under);
-        const Vec3 earth = mix(colour(0x7A5634), colour(0xB58A58), fbm(p.x * 1.7F, p.z * 1.7F, 5));
+        const Vec3 earth = mix(colour(0x64462C), colour(0xA07C50), fbm(p.x * 1.7F, p.z * 1.7F, 5));
         Vec3 tone = mix(earth, colour(0x4A3320), 0.75F * damp);
-        const Cell pebble = cells(p.x * 5.5F, p.z * 5.5F);
-        if (pebble.id > 0.8F && pebble.distance < 0.17F && under < 0) {
-            tone = mix(colour(0x6E655A), colour(0xA39682), fraction(pebble.id * 40));
+        const Cell clod = cells(p.x * 4.5F, p.z * 4.5F, 0.9F);
+        const float lies = clod.id * clod.id * clod.id * (1 - 5 * clod.distance * clod.distance);
+        if (lies > 0.2F && under < 0) { // stones among the clods
+            const float kind = fraction(clod.id * 40);
+            tone = kind > 0.6F ? mix(colour(0x5E564C), colour(0x8E8270), fraction(kind * 40))
+                               : tone * (0.75F + 0.5F * kind);
         }
+        tone = tone * mix(0.75F, 1.15F, fbm(p.x * 17, p.z * 17, 3));
         tone = mix(tone, mix(colour(0x5C3D22), colour(0x96683C), fbm(p * 4, 4)), smoothStep(0.12F, 0.5F, p.y));
         return {.colour = under > 0 ? colour(0x3A2A1C) : tone,
                 .shine = under > 0 ? 1.0F : 0.3F * damp,
@@ -209,10 +257,12 @@ class BuildingSite : public Scene {
         hit.join(std::max(std::fabs(repeat(p.y - 1.5F, 2)) - 0.04F, box(p - Vec3{0, 2.5F, -4}, {5, 2.2F, 0.5F})), Beam);
     }
 
-    static void crane(Vec3 p, Hit &hit) {
-        const float near = std::min(box(p - Vec3{0, 10, 0}, {1.3F, 12, 1.3F}), box(p - Vec3{6, 20.5F, 0}, {16, 3, 1}));
+    /// A tower crane with a load of beams; p = 0 is its foot, `size` its scale.
+    static void crane(Vec3 p, float size, Hit &hit) {
+        const float near = std::min({box(p - Vec3{0, 10, 0}, {2.3F, 12, 2.3F}), box(p - Vec3{6, 20.5F, 0}, {16, 4, 1}),
+                                     box(p - Vec3{15, 15, 0}, {1.6F, 6, 0.9F})});
         if (near > 1) {
-            hit.join(near, Crane);
+            hit.join(near * size, Crane);
             return;
         }
         const auto lattice = [](float along, Vec3 across, float half) {
@@ -227,12 +277,14 @@ class BuildingSite : public Scene {
         bars = std::min({bars * 0.7F, stick(p, {0, 24, 0}, {14, 20.8F, 0}, 0.07F),
                          stick(p, {0, 24, 0}, {-7.5F, 20.8F, 0}, 0.07F), stick(p, {0, 20, 0}, {0, 24, 0}, 0.3F, 0.12F),
                          stick(p, {15, 20, 0}, {15, 11, 0}, 0.06F)});
-        hit.join(bars, Crane);
-        hit.join(std::min(box(p - Vec3{-6.5F, 19, 0}, {1.3F, 1.3F, 0.8F}),
-                          box(p - Vec3{1.3F, 19, 0}, {0.7F, 0.9F, 0.8F}, 0.1F)),
+        hit.join(bars * size, Crane);
+        hit.join(size * std::min({box(p - Vec3{-6.5F, 19, 0}, {1.3F, 1.3F, 0.8F}),
+                                  box(p - Vec3{1.3F, 19, 0}, {0.7F, 0.9F, 0.8F}, 0.1F),
+                                  box(p - Vec3{0, 0.5F, 0}, {2.1F, 0.6F, 2.1F}, 0.05F)}),
                  Concrete);
-        hit.join(box(p - Vec3{15, 10.4F, 0}, {1.2F, 0.25F, 0.5F}), Beam);
+        hit.join(size * box(p - Vec3{15, 10.4F, 0}, {1.2F, 0.25F, 0.5F}), Beam);
     }
+
     Vec3 rainbow(Vec3 d) const {
         const float angle = std::acos(std::clamp(-dot(d, sunDirection), -1.0F, 1.0F)) * 180 / Pi;
         const float t = (angle - 39.6F) / 2.9F; // violet inside, red outside
@@ -241,7 +293,7 @@ class BuildingSite : public Scene {
                        smoothStep(0.25F, 0.5F, t) * smoothStep(0.88F, 0.6F, t),
                        smoothStep(-0.1F, 0.2F, t) * smoothStep(0.52F, 0.25F, t)};
         const float inside = 0.05F * smoothStep(40.5F, 38, angle);
-        return (bow * 0.34F + Vec3{inside, inside, inside}) * smoothStep(0.75F, 0.1F, d.y);
+        return (bow * 0.27F + Vec3{inside, inside, inside}) * smoothStep(0.75F, 0.1F, d.y);
     }
 };
 

@@ -31,12 +31,14 @@ class Castle : public Scene {
         waterLevel = 0;
         waterColour = {0.012F, 0.05F, 0.05F};
         exposure = 0.8F;
+        strands = 500000;
     }
 
     Hit map(Vec3 p) const override {
         Hit hit;
         landscape(p, hit);
         stronghold(p - Yard, hit);
+        castleRoad(p, hit);
         bridge(p, hit);
         for (int i = 0; i < 6; ++i) {
             const TreeParts tree = broadTree(p - Trees[i], 1.0F + 0.35F * hash(i, 4), static_cast<float>(i) * 1.9F);
@@ -73,12 +75,8 @@ class Castle : public Scene {
             return {
                 .colour = colour(0xB98524), .shine = 1.1F, .sharpness = 50, .mirror = 0.25F, .tint = colour(0xFFD070)};
         case Flag: {
-            const Vec3 q = p - Yard;
             const bool band = std::fabs(fraction(p.y * 0.9F + 0.15F) - 0.5F) < 0.13F;
-            const bool blue = q.x > 4;
-            const bool gold = q.x < -4;
-            const Vec3 cloth = gold ? colour(0xF2B81E) : blue ? colour(0xE5261C) : colour(0xD81E28);
-            return {.colour = band ? (gold ? colour(0xC81E1E) : colour(0xFFD23C)) : cloth, .sheer = 0.6F};
+            return {.colour = band ? colour(0xFFD23C) : colour(0xD81E28), .sheer = 0.6F};
         }
         case Crag:
             return cragLook(p, n, dirt);
@@ -118,6 +116,21 @@ class Castle : public Scene {
         default:
             return 0;
         }
+    }
+
+    /// Foliage on the woods behind.
+    Strand strand(int material, Vec3 p, Vec3 n, float chance) const override {
+        if (material != Ground || p.z < 20 || woods(p.x, p.z) < 0.1F) {
+            return {};
+        }
+        const float other = fraction(chance * 733);
+        const float turn = 2 * Pi * fraction(chance * 331);
+        const float light = 0.6F + 0.9F * fraction(chance * 4001);
+        return {.tip = normalise(n + Vec3{std::cos(turn), other - 0.3F, std::sin(turn)}) * (0.3F + 0.3F * other),
+                .width = 0.2F,
+                .blunt = 0.7F,
+                .order = -length(p - camera.eye),
+                .tint = {light, light, light * 0.85F}};
     }
 
     Vec3 waterNormal(Vec3 p, float distance) const override {
@@ -186,6 +199,14 @@ class Castle : public Scene {
             face += 2.6F * (0.5F - ridged(angle * 2.3F, p.y * 0.11F + 3, 3)) -
                     1.9F * (fbm(Vec3{p.x * 0.6F, p.y * 0.9F, p.z * 0.6F}, 4) - 0.45F);
             rock = std::max(face * 0.65F, p.y - Yard.y - 0.25F * noise(p.x, p.z)) * 0.8F;
+            // Rock carries the road; the road's inner side is hewn roughly.
+            const Road road = roadAt(p);
+            const float rough = fbm(p * 0.9F, 4) - 0.45F;
+            const float below = road.height - 0.45F - p.y;
+            rock = std::min(rock, 0.6F * std::max({road.out + 0.22F - 0.36F * std::max(0.0F, below) +
+                                                       2.4F * rough * smoothStep(0.5F, 2.4F, below),
+                                                   -below, road.end * 0.2F, -2.5F - road.out}));
+            rock = std::max(rock, -0.7F * (roadCut(road, p) + 0.5F * rough));
         } else {
             rock -= 1.4F;
         }
@@ -204,14 +225,14 @@ class Castle : public Scene {
             }
         }
         hit.join((p.y - high) * (p.z > 20 ? 0.5F : 0.75F), Ground);
-        if (p.z < -3 && p.y < high + 0.9F && p.y > 0) {
+        if (p.z < 4 && p.y < high + 0.9F && p.y > 0) {
             const float side = bank(p.x, p.z);
-            const float lush = smoothStep(0.25F, 0.8F, side);
-            if (lush > 0 && p.z < -6) {
+            const float lush = smoothStep(-0.1F, 0.45F, side);
+            if (lush > 0) {
                 hit.join(grassBlades(p, high, 0.08F, lush * (0.12F + 0.26F * noise(p.x * 1.1F, p.z * 1.1F))), Grass);
             }
             if (side > 0.9F) {
-                hit.join(wildFlowers(p, high, 0.4F, 0.5F,
+                hit.join(wildFlowers(p, high, 0.33F, 0.48F,
                                      0.85F * smoothStep(0.42F, 0.62F, noise(p.x * 0.45F + 6, p.z * 0.45F)))
                              .distance,
                          Flower);
@@ -220,14 +241,14 @@ class Castle : public Scene {
     }
 
     static Surface flowerLook(Vec3 p) {
-        const WildFlower flower = wildFlowers(p, land(p.x, p.z), 0.4F, 0.5F, 1);
+        const WildFlower flower = wildFlowers(p, land(p.x, p.z), 0.33F, 0.48F, 1);
         if (flower.petal < 0) {
             return {.colour = mix(colour(0x4A7A2A), colour(0x7FA04A), flower.id), .sheer = 0.3F};
         }
-        const Vec3 kinds[] = {colour(0xE32413), colour(0xE8321A), colour(0xF04A22),
-                              colour(0x3E62E0), colour(0xFFF6EA), colour(0xFFC928)};
+        const Vec3 kinds[] = {colour(0xD81E10), colour(0xE8321A), colour(0xF04A22),
+                              colour(0xE32413), colour(0xFFF6EA), colour(0xFFC928)};
         const int kind = static_cast<int>(flower.id * 97) % 6;
-        return {.colour = flower.petal > 1.5F ? (kind < 3 ? colour(0x1E1420) : colour(0xE0A81E)) : kinds[kind],
+        return {.colour = flower.petal > 1.5F ? (kind < 4 ? colour(0x1E1420) : colour(0xE0A81E)) : kinds[kind],
                 .sheer = 0.6F};
     }
 
@@ -267,6 +288,10 @@ class Castle : public Scene {
             if (length(x, z) < tower.radius + 0.3F) {
                 return courses(std::atan2(x, z) * tower.radius, p.y, 0.55F, 0.27F);
             }
+        }
+        const Road road = roadAt(p);
+        if (p.x > -6 && q.z < 2 && std::fabs(road.out) < 1 && road.end < 0.1F && p.y < road.height + 1) {
+            return courses(std::atan2(p.x - 4, p.z - 7.2F) * 9, p.y, 0.5F, 0.24F);
         }
         return courses(alongWall(p) * 0.8F, p.y, 0.6F, 0.27F);
     }

@@ -35,9 +35,7 @@ constexpr Stretch Walls[] = {{{-4.7F, 3.0F, -2.4F}, {-1.2F, 3.0F, -3.6F}, 0.45F,
                              {{-1.2F, 3.9F, -3.6F}, {1.35F, 3.9F, -3.6F}, 0.6F, true},
                              {{1.35F, 3.0F, -3.6F}, {5.1F, 3.0F, -2.0F}, 0.45F, true},
                              {{5.1F, 3.2F, -2.0F}, {6.6F, 3.2F, 3.2F}, 0.45F, true},
-                             {{-4.7F, 3.0F, -2.4F}, {-5.0F, 3.0F, 3.5F}, 0.45F, true},
-                             {{0.1F, 0.1F, -4.1F}, {-3.6F, -2.0F, -6.6F}, 0.75F, false},
-                             {{-3.6F, -2.0F, -6.6F}, {-9.2F, -5.7F, -5.4F}, 0.75F, false}};
+                             {{-4.7F, 3.0F, -2.4F}, {-5.0F, 3.0F, 3.5F}, 0.45F, true}};
 
 /// A wall between two points, its top falling or level, deep enough to reach into the rock.
 inline float stretch(Vec3 p, const Stretch &wall) {
@@ -65,9 +63,42 @@ inline float stretch(Vec3 p, const Stretch &wall) {
     return std::min(body, parapet);
 }
 
-/// The ramp that climbs to the gate.
-inline void castleRamp(Vec3 p, Hit &hit) {
-    hit.join(std::min(stretch(p, Walls[5]), stretch(p, Walls[6])), Masonry);
+/// The road that winds up the crag from the bridge to the gate and the terrace before it: a ledge cut into the rock,
+/// walled towards the valley.
+struct Road {
+    float height; ///< of the road at this side of the crag
+    float out;    ///< distance from the road's outer edge, positive towards the valley
+    float end;    ///< above 0 before the road begins and after it ends
+};
+inline Road roadAt(Vec3 p) {
+    const Vec3 q = p - Vec3{4, 0, 7.2F};
+    const float x = q.x * 0.88F;
+    const float z = q.z * 1.02F;
+    float angle = std::atan2(z, x) + Pi; // grows from the left end of the crag towards the viewer
+    angle = angle > 1.5F * Pi ? angle - 2 * Pi : angle;
+    const float climb = smoothStep(-0.25F, 1.35F, angle) * 0.35F + clamp01((angle + 0.25F) / 1.6F) * 0.65F;
+    const float height = mix(1.6F, Yard.y, climb);
+    return {height, length(x, z) - 9.55F + 0.2F * height, std::max(-0.3F - angle, angle - 2.75F) * 8};
+}
+/// What is taken from the rock for it: below 0 inside.
+inline float roadCut(const Road &road, Vec3 p) {
+    return std::max({-1.75F - road.out, road.height - p.y, road.end});
+}
+inline void castleRoad(Vec3 p, Hit &hit) {
+    const Road road = roadAt(p);
+    const float below = road.height - p.y;
+    const float near = std::max({std::fabs(road.out + 0.9F) - 1.2F, road.end, -below - 0.7F, below - 2.4F});
+    if (near > 0.8F) {
+        hit.join(near * 0.8F, Masonry);
+        return;
+    }
+    // The wall stands on uneven rock; its parapet ends in a coping.
+    const float foot = 1.1F + 0.9F * noise(p.x * 0.6F + 5, p.z * 0.6F);
+    const float wall = std::max({road.out - 0.07F * std::max(0.0F, below), -0.9F - road.out, -below, below - foot});
+    const float parapet = std::max({std::fabs(road.out + 0.17F) - 0.15F, -below - 0.48F, below - 0.2F});
+    const float coping = std::max(std::fabs(road.out + 0.17F) - 0.21F, std::fabs(below + 0.5F) - 0.06F);
+    const float band = std::max(std::fabs(road.out) - 0.09F, std::fabs(below - 0.02F) - 0.07F);
+    hit.join(std::max(std::min({wall, parapet, coping, band}), road.end) * 0.8F, Masonry);
 }
 
 /// A window under a round arch in a wall that looks towards -z.
@@ -178,7 +209,6 @@ inline void stronghold(Vec3 p, Hit &hit) {
     const float near = box(p - Vec3{0.4F, 5, 0}, {7.6F, 10.6F, 5.5F});
     if (near > 1) {
         hit.join(near, Masonry);
-        castleRamp(p, hit);
         return;
     }
     for (int i = 0; i < 9; ++i) {
@@ -187,7 +217,6 @@ inline void stronghold(Vec3 p, Hit &hit) {
     for (int i = 0; i < 5; ++i) {
         hit.join(stretch(p, Walls[i]), Masonry);
     }
-    castleRamp(p, hit);
     // Gate: an arch with its portcullis.
     const Vec3 gate = p - Vec3{0.08F, 1.1F, -4.2F};
     const float arch = archway(gate.x, gate.y, 0.62F, 0.5F);

@@ -3,14 +3,13 @@
 
 #include "Landforms.h"
 #include "Noise.h"
-#include "Plants.h"
 #include "Shapes.h"
 
 namespace lumora::samples {
 
 namespace {
 
-enum Material { Chalk, Bed, Foam, Meadow, Stem, Petals, Kayak, Paddle, Hull, Sail, Paddler };
+enum Material { Chalk, Bed, Meadow, Stem, Petals, Kayak, Paddle, Hull, Sail, Paddler };
 
 constexpr Vec3 KayakAt{-1.1F, 0, 3.6F};
 constexpr Vec3 BoatAt{-4.9F, 0, 13.0F};
@@ -33,6 +32,7 @@ class ChalkCoast : public Scene {
         waterLevel = 0;
         waterColour = {0.005F, 0.18F, 0.235F};
         exposure = 0.85F;
+        strands = 1100000;
     }
 
     Hit map(Vec3 p) const override {
@@ -40,14 +40,9 @@ class ChalkCoast : public Scene {
         if (p.z < -0.6F) {
             meadow(p, hit);
         }
-        const float rock = cliffs(p);
-        hit.join(rock, Chalk);
+        hit.join(cliffs(p), Chalk);
         const float bed = seabed(p.x, p.z);
         hit.join((p.y - bed - pebbles(p, bed)) * 0.9F, Bed);
-        if (p.y < 0.15F && p.y > 0) { // seen from below the foam does not matter
-            const float foam = froth(p, bed, rock);
-            hit.join(p.y - (foam > 0.5F ? 0.004F + 0.03F * (foam - 0.5F) : -0.03F), Foam);
-        }
         kayak(p, hit);
         boat(p, hit);
         return hit;
@@ -57,16 +52,18 @@ class ChalkCoast : public Scene {
         switch (material) {
         case Chalk:
             return chalk(p, n);
-        case Foam:
-            return {.colour = Vec3{0.82F, 0.86F, 0.88F} * (0.8F + 0.3F * fbm(p.x * 16, p.z * 16, 3))};
         case Meadow: {
-            const Vec3 grass = mix(colour(0x3C6A1C), colour(0x8FB040), fbm(p.x * 2.5F, p.z * 2.5F, 4));
-            return {.colour = grass * (0.75F + 0.9F * noise(p.x * 45, p.z * 45)), .sheer = 0.2F};
+            const Vec3 grass =
+                mix(colour(0x2F5A1A), colour(0x86A244), smoothStep(0.3F, 0.7F, fbm(p.x * 2.5F, p.z * 2.5F, 4)));
+            return {.colour = grass * (0.6F + 0.5F * noise(p.x * 30, p.z * 30)), .sheer = 0.2F};
         }
         case Stem:
             return {.colour = colour(0x5E8A34)};
-        case Petals:
-            return {.colour = mix(colour(0xE0408A), colour(0xFFA8D0), noise(p * 60)), .sheer = 0.4F};
+        case Petals: {
+            // Light strays from floret to floret, also in the shade.
+            const Vec3 pink = mix(colour(0xD8488E), colour(0xF590BE), noise(p * 60));
+            return {.colour = pink, .sheer = 0.4F, .glow = pink * 0.14F};
+        }
         case Kayak:
             return {.colour = colour(0xFFC40E), .shine = 0.6F, .sharpness = 60};
         case Paddle:
@@ -100,8 +97,6 @@ class ChalkCoast : public Scene {
         switch (material) {
         case Chalk:
             return 0.03F * fbm(Vec3{p.x * 7, p.y * 16, p.z * 7}, 5);
-        case Foam:
-            return 0.03F * fbm(p.x * 12, p.z * 12, 4);
         case Bed:
             return 0.01F * fbm(p.x * 18, p.z * 18, 3);
         default:
@@ -122,7 +117,38 @@ class ChalkCoast : public Scene {
                           calm * (here - height(p.x, p.z + e)) / e - 0.16F * smoothStep(3, 20, distance)});
     }
 
-    Vec3 air(Vec3 light, Vec3, Vec3 d, float distance) const override {
+    /// Blades of grass, and the florets of the sea pinks.
+    Strand strand(int material, Vec3 p, Vec3 n, float chance) const override {
+        const float other = fraction(chance * 733);
+        const float turn = 2 * Pi * fraction(chance * 331);
+        const float light = 0.62F + 0.8F * fraction(chance * 4001);
+        const Vec3 around{std::cos(turn), 0, std::sin(turn)};
+        const float far = length(p - camera.eye);
+        if (material == Petals) {
+            return {.tip = normalise(n + around * 0.5F + Vec3{0, 0.3F, 0}) * (0.008F + 0.008F * other),
+                    .width = 0.010F,
+                    .blunt = 1,
+                    .order = 100 - far,
+                    .solid = 0.85F,
+                    .tint = Vec3{light * 1.15F, light * (0.8F + 0.5F * other), light * 1.1F}};
+        }
+        if (material != Meadow) {
+            return {};
+        }
+        const float tuft = 0.3F + noise(p.x * 4, p.z * 4);
+        const Vec3 lean = around * 0.55F + Vec3{0.25F, 0, 0.1F};
+        return {.tip = (Vec3{0, 1, 0} + lean) * (tuft * (0.04F + 0.05F * other)),
+                .sag = lean * (-0.02F * tuft),
+                .width = 0.0055F,
+                .order = -far,
+                .tint = {light * 1.05F, light * 0.95F, light * 0.62F}};
+    }
+
+    Vec3 air(Vec3 light, Vec3 from, Vec3 d, float distance) const override {
+        const float toWater = d.y < 0 ? -from.y / d.y : -1;
+        if (toWater > 0 && std::fabs(toWater - distance) < 0.001F * distance) {
+            light = mix(light, Vec3{0.92F, 0.97F, 1.0F} * 1.6F, froth(from + d * toWater));
+        }
         return haze(light, *this, d, distance < farthest - 1 ? distance : 0.0F, 130, colour(0xA4CCF0),
                     colour(0xE8EEF4));
     }
@@ -149,32 +175,39 @@ class ChalkCoast : public Scene {
         return 0.035F * stone.id * stone.id * std::sqrt(std::max(0.0F, 1 - 5 * stone.distance * stone.distance));
     }
 
-    /// White water, more than 0.5 where it is: the edge of the surf, breakers before it, wash around the rocks.
-    static float froth(Vec3 p, float bed, float rock) {
-        const float lace = fbm(p.x * 4.6F + 0.6F * noise(p.x * 2, p.z * 2), p.z * 4.6F, 5);
+    /// White water, 0 to 1: waves that run up the beach, each with a web of foam behind its crest; wash around the
+    /// rocks.
+    static float froth(Vec3 p) {
+        const float bed = seabed(p.x, p.z);
+        const float warp = 0.35F * noise(p.x * 2.2F, p.z * 2.2F);
+        const float web = ridged(p.x * 2.6F + warp, p.z * 2.6F - warp, 4);
         float foam = 0;
-        if (bed > -0.75F && bed < 0.06F) {
-            const float wobble = bed + 0.13F * (noise(p.z * 0.9F, p.x * 0.5F) - 0.5F);
-            const float edge = smoothStep(-0.09F, -0.02F, wobble) * smoothStep(0.045F, 0.02F, wobble);
-            const float breaker = smoothStep(0.05F, 0.0F, std::fabs(wobble + 0.24F) - 0.012F) *
-                                      smoothStep(0.35F, 0.55F, noise(p.z * 0.8F + 4, 2)) +
-                                  0.85F * smoothStep(0.05F, 0.0F, std::fabs(wobble + 0.47F) - 0.01F) *
-                                      smoothStep(0.4F, 0.6F, noise(p.z * 0.6F + 9, 5));
-            foam = std::max(edge, breaker);
+        if (bed > -1.0F) {
+            const float place = bed + 0.16F * (fbm(p.z * 0.7F + 3, p.x * 0.5F, 3) - 0.5F);
+            constexpr float Crests[] = {-0.015F, -0.2F, -0.42F};
+            for (int i = 0; i < 3; ++i) {
+                const float behind = Crests[i] - place;
+                const float along = i == 0 ? 1.0F : smoothStep(0.35F, 0.6F, noise(p.z * 0.55F + 4.0F * i, 2.0F + i));
+                const float thick = smoothStep(-0.012F, 0.004F, behind) * std::exp(-12 * std::max(0.0F, behind));
+                foam = std::max(foam, thick * along);
+            }
         }
-        if (rock < 0.5F) {
-            foam = std::max(foam, smoothStep(0.42F, 0.02F, cliffs({p.x, 0.05F, p.z})));
-        }
-        return foam * 0.66F + (lace - 0.5F) * 2.0F * smoothStep(0, 0.25F, foam);
+        const float rock = cliffs({p.x, 0.03F, p.z});
+        foam = std::max(foam, 0.9F * smoothStep(0.34F, 0.0F, rock + 0.12F * (web - 0.5F)));
+        // Thick foam is closed; where it thins, holes open until only threads are left.
+        return 0.92F * smoothStep(0.93F - foam, 1.4F - foam, web + 0.25F * fbm(p.x * 14, p.z * 14, 2)) *
+               smoothStep(0, 0.12F, foam);
     }
 
     /// The headland with its arch, two stacks, the cliff behind the beach and far ones on the horizon.
     static float cliffs(Vec3 p) {
         if (p.z > 30) {
+            // A chain of hills that ends in a low, broken point.
+            const float out = std::max(0.0F, p.x + 13);
             const float top = 2.4F + 0.9F * std::sin(p.x * 0.42F) + 0.5F * std::sin(p.x * 0.17F + 2) -
-                              0.03F * std::max(0.0F, p.x + 9) * (p.x + 9);
-            return std::max(
-                {std::fabs(p.z - 44) - 5 + 0.5F * noise(p.x * 0.7F, 2) + 0.35F * p.y, (p.y - top) * 0.6F, p.x + 5});
+                              0.075F * out * out + 0.25F * noise(p.x * 2, 4);
+            const float half = 5 - 0.09F * out * out + 0.9F * (ridged(p.x * 0.5F, p.z * 0.3F, 4) - 0.5F);
+            return std::max(std::fabs(p.z - 44) - half + 0.45F * p.y, (p.y - top) * 0.6F) * 0.8F;
         }
         const float rough = 0.55F * (ridged(p.x * 0.8F + 3, p.z * 0.8F, 4) - 0.5F) +
                             0.16F * (fbm(Vec3{p.x * 3, p.y * 1.2F, p.z * 3}, 4) - 0.5F) +
@@ -214,7 +247,7 @@ class ChalkCoast : public Scene {
         look = mix(look, colour(0x6A6660), 0.75F * band * smoothStep(0.42F, 0.6F, noise(p * 11)));
         look = look * (0.66F + 0.34F * fbm(p * 9, 3) + 0.3F * fbm(Vec3{p.x * 22, p.y * 40, p.z * 22}, 3));
         look = mix(look, colour(0x4E5A3C), 0.8F * smoothStep(0.3F, 0.08F, p.y + 0.2F * (stain - 0.5F)));
-        const float grass = smoothStep(0.5F, 0.72F, n.y + 0.3F * (fbm(p * 3, 3) - 0.5F)) * smoothStep(0.9F, 1.5F, p.y);
+        const float grass = smoothStep(0.5F, 0.72F, n.y + 0.3F * (fbm(p * 3, 3) - 0.5F)) * smoothStep(1.7F, 2.1F, p.y);
         const Vec3 green = mix(colour(0x4F7A24), colour(0x93AE48), fbm(p.x * 2, p.z * 2, 4)) *
                            (0.7F + 0.6F * noise(p.x * 30, p.z * 30));
         return {.colour = mix(look, green, grass)};
@@ -243,21 +276,20 @@ class ChalkCoast : public Scene {
             hit.join((p.y - ground) * 0.5F, Meadow);
             return;
         }
-        const float grass = (0.04F + 0.07F * noise(p.x * 3, p.z * 3)) * blades(p.x, p.z, 62);
-        hit.join((p.y - ground - grass) * 0.55F, Meadow);
-        const Cell cell = cells(p.x * 6, p.z * 6, 0.7F);
-        if (cell.id < 0.35F || ground < 1.75F) {
+        hit.join((p.y - ground) * 0.55F, Meadow);
+        const Cell cell = cells(p.x * 7, p.z * 7, 0.7F);
+        if (cell.id < 0.3F || ground < 1.7F) {
             return;
         }
-        const float x = cell.dx / 6;
-        const float z = cell.dy / 6;
-        const float tall = 0.1F + 0.12F * fraction(cell.id * 17);
+        const float x = cell.dx / 7;
+        const float z = cell.dy / 7;
+        const float tall = 0.1F + 0.13F * fraction(cell.id * 17);
         const float y = p.y - ground;
         const float lean = 0.25F * (fraction(cell.id * 53) - 0.5F) * y;
-        hit.join(0.7F * std::max(length(x - lean, z) - 0.004F, y - tall), Stem);
+        hit.join(0.7F * std::max(length(x - lean, z) - 0.0035F, y - tall), Stem);
         const Vec3 head = Vec3{x - lean, y - tall, z};
-        const float tufts = 0.01F * noise(head * 110);
-        hit.join(0.7F * (ellipsoid(head, {0.032F, 0.026F, 0.032F}) - tufts), Petals);
+        const float size = 0.017F + 0.006F * fraction(cell.id * 91);
+        hit.join(0.7F * ellipsoid(head, {size, 0.8F * size, size}), Petals);
     }
 
     static void kayak(Vec3 p, Hit &hit) {

@@ -63,6 +63,26 @@ class Coast : public Scene {
         }
     }
 
+    /// What grows on the land: foliage of the woods, crops, dune grass.
+    Strand growth(Vec3 p, Vec3 n, float chance) const {
+        const float far = length(p - camera.eye);
+        const float in = inland(p.x, p.z);
+        if (far > 420 || in < 5 || (n.y < 0.6F && woods(p, in) < 0.3F)) {
+            return {};
+        }
+        const float other = fraction(chance * 733);
+        const float turn = 2 * Pi * fraction(chance * 331);
+        const float light = 0.55F + fraction(chance * 4001);
+        const Vec3 around{std::cos(turn), 0.3F, std::sin(turn)};
+        const bool tree = woods(p, in) > 0.3F;
+        const float tall = tree ? 0.7F + 0.7F * other : p.y > Sea + 2.2F ? 0.35F + 0.3F * other : 0.2F;
+        return {.tip = normalise((tree ? n : Vec3{0, 1, 0}) + around * (tree ? 1.0F : 0.6F)) * tall,
+                .width = tree ? 0.55F : 0.12F,
+                .blunt = tree ? 0.7F : 0.2F,
+                .order = -far,
+                .tint = {light, light, light * 0.85F}};
+    }
+
     Vec3 seaAir(Vec3 light, Vec3 from, Vec3 d, float distance) const {
         light = foam(light, from, d, distance);
         return haze(light, *this, d, distance < farthest - 1 ? distance : 30.0F, 620, colour(0xB8D9F2),

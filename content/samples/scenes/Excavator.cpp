@@ -49,6 +49,7 @@ class Excavator : public BuildingSite {
         shadowSoftness = 22;
         creviceSize = 0.3F;
         exposure = 0.92F;
+        strands = 500000;
     }
 
     Hit map(Vec3 p) const override {
@@ -114,6 +115,10 @@ class Excavator : public BuildingSite {
 
     float grain(int material, Vec3 p) const override {
         return material == Soil ? 0.06F * fbm(p * 7, 4) : siteGrain(material, p);
+    }
+
+    Strand strand(int material, Vec3 p, Vec3 n, float chance) const override {
+        return material == Ground ? growth(p, n, chance) : Strand{};
     }
 
   private:

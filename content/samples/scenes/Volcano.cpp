@@ -9,7 +9,7 @@ namespace lumora::samples {
 
 namespace {
 
-enum Material { Ground, Tent, Pole, Watcher }; // the watcher has five materials
+enum Material { Ground, Tent, Pole, Trousers, Boots, Jacket, Skin, Hair, Hat, Pack, Bedroll };
 
 constexpr float PeakX = 2.2F;
 constexpr float PeakZ = 27;
@@ -51,9 +51,14 @@ class Volcano : public Scene {
     }
 
     Surface surface(int material, Vec3 p, Vec3 n, Vec3) const override {
-        if (material >= Watcher) {
-            constexpr unsigned clothes[] = {0x28324A, 0xF0C020, 0xC98A62, 0xD8352A, 0x2F6FD0};
-            return {.colour = colour(clothes[material - Watcher]), .glow = colour(clothes[material - Watcher]) * 0.12F};
+        if (material >= Trousers) {
+            constexpr unsigned clothes[] = {0x35415E, 0x4A3020, 0xE8B020, 0xC98A62,
+                                            0x3A2418, 0xC8352A, 0x2F62B8, 0x6A8A4A};
+            const Vec3 cloth = colour(clothes[material - Trousers]);
+            // Some of the tent's light reaches whoever stands beside it.
+            const float lamp = smoothStep(0.25F, -0.6F, n.x) * 0.14F;
+            return {.colour = cloth * mix(0.8F, 1.1F, fbm(p * 60, 3)),
+                    .glow = cloth * (Vec3{1.3F, 0.8F, 0.5F} * lamp + Vec3{0.07F, 0.07F, 0.09F})};
         }
         if (material == Tent) {
             // A lamp stands inside: brightest low in the middle, darker at the seams.
@@ -229,7 +234,76 @@ class Volcano : public Scene {
         const Vec3 t = turnY(q, 0.5F);
         const float lobes = 0.025F * std::cos(6 * std::atan2(t.z, t.x));
         hit.join(0.7F * std::max(ellipsoid(t, {0.5F - lobes, 0.44F, 0.5F - lobes}), -t.y - 0.1F), Tent);
-        walker(turnY(q - Vec3{0.78F, -0.04F, -0.05F}, Pi + 0.4F) * (1 / 0.48F), Watcher, 0.48F, hit);
+        camper(turnY(q - Vec3{0.78F, -0.04F, -0.05F}, Pi + 0.25F) * (1 / 0.48F), 0.48F, hit);
+    }
+
+    /// Somebody with a pack who looks along -z and points at the fire, one unit tall, feet at the origin.
+    static void camper(Vec3 p, float size, Hit &hit) {
+        const float near = box(p - Vec3{0, 0.5F, 0}, {0.5F, 0.55F, 0.3F});
+        if (near > 0.2F) {
+            hit.join(near * size, Trousers);
+            return;
+        }
+        const Vec3 q{std::fabs(p.x), p.y, p.z};
+        const Vec3 leg = p.x > 0 ? q : q - Vec3{0.01F, 0, 0.035F}; // one foot a little forward
+        const float sole = box(leg - Vec3{0.075F, 0.012F, -0.022F}, {0.04F, 0.014F, 0.075F}, 0.012F);
+        const float boot = blend(ellipsoid(leg - Vec3{0.075F, 0.035F, -0.03F}, {0.038F, 0.034F, 0.066F}),
+                                 stick(leg, {0.073F, 0.05F, 0.01F}, {0.072F, 0.11F, 0.005F}, 0.038F), 0.03F);
+        hit.join(std::min(sole, boot) * size, Boots);
+        const float shin = stick(leg, {0.072F, 0.1F, 0.005F}, {0.066F, 0.27F, -0.012F}, 0.041F, 0.046F);
+        const float thigh = stick(leg, {0.066F, 0.27F, -0.012F}, {0.052F, 0.47F, 0.0F}, 0.046F, 0.062F);
+        const float seat = ellipsoid(p - Vec3{0, 0.48F, 0.008F}, {0.105F, 0.07F, 0.078F});
+        hit.join(blend(blend(shin, thigh, 0.03F), seat, 0.05F) * size * 0.9F, Trousers);
+        // Jacket: chest, shoulders, its hem, the collar.
+        const float chest = ellipsoid(p - Vec3{0, 0.63F, 0}, {0.112F, 0.17F, 0.08F});
+        const float shoulders = stick(q, {0, 0.76F, 0.005F}, {0.1F, 0.745F, 0.005F}, 0.052F, 0.048F);
+        float jacket = blend(chest, shoulders, 0.06F);
+        jacket = std::min(jacket, rod(length(p.x, p.z * 1.35F), p.y - 0.5F, 0.112F, 0.03F, 0.02F));
+        jacket = std::min(jacket, rod(length(p.x, p.z - 0.003F), p.y - 0.815F, 0.048F, 0.018F, 0.012F));
+        // One arm hangs, the other one is raised.
+        const Vec3 elbow{0.152F, 0.6F, 0.01F};
+        const Vec3 wrist{0.158F, 0.485F, -0.035F};
+        const Vec3 raised{-0.22F, 0.78F, -0.07F};
+        const Vec3 pointing{-0.315F, 0.9F, -0.12F};
+        const float hanging =
+            blend(stick(p, {0.112F, 0.745F, 0}, elbow, 0.044F, 0.036F), stick(p, elbow, wrist, 0.036F, 0.03F), 0.02F);
+        const float lifted = blend(stick(p, {-0.112F, 0.745F, 0}, raised, 0.044F, 0.036F),
+                                   stick(p, raised, pointing, 0.036F, 0.029F), 0.02F);
+        hit.join(blend(jacket, std::min(hanging, lifted), 0.03F) * size * 0.9F, Jacket);
+        const Vec3 out = normalise(pointing - raised);
+        const float hand = blend(
+            ellipsoid(p - wrist + Vec3{0, 0.04F, 0.008F}, {0.02F, 0.034F, 0.026F}),
+            stick(p, wrist + Vec3{-0.01F, -0.03F, -0.02F}, wrist + Vec3{-0.012F, -0.055F, -0.03F}, 0.009F), 0.01F);
+        const float finger = blend(sphere(p - pointing - out * 0.03F, 0.026F),
+                                   stick(p, pointing + out * 0.04F, pointing + out * 0.085F, 0.009F, 0.007F), 0.012F);
+        // Neck, head, ears.
+        const Vec3 head = p - Vec3{0, 0.895F, -0.008F};
+        const float face =
+            blend(ellipsoid(head, {0.058F, 0.07F, 0.066F}), rodY(p - Vec3{0, 0.82F, 0}, 0.03F, 0.04F, 0.01F), 0.02F);
+        const float ear =
+            ellipsoid(Vec3{std::fabs(head.x) - 0.059F, head.y + 0.005F, head.z - 0.005F}, {0.01F, 0.018F, 0.013F});
+        hit.join(std::min({hand, finger, face, ear}) * size * 0.9F, Skin);
+        const float locks = 0.004F * std::sin(60 * std::atan2(head.x, head.z)) * smoothStep(0.02F, -0.04F, head.y);
+        hit.join(std::max({ellipsoid(head - Vec3{0, 0.004F, 0.008F}, {0.064F, 0.072F, 0.068F}) - locks,
+                           -0.012F - head.z + 0.25F * head.y, -head.y - 0.045F}) *
+                     size * 0.8F,
+                 Hair);
+        // Hat with a brim that dips in front and behind.
+        const Vec3 hat = head - Vec3{0, 0.034F, 0};
+        const float rim = length(hat.x, hat.z);
+        const float brim =
+            std::max(rim - 0.115F, std::fabs(hat.y + 0.9F * hat.z * hat.z - 0.6F * hat.x * hat.x) - 0.006F);
+        const float crown = std::max(ellipsoid(hat, {0.066F, 0.068F, 0.07F}), -hat.y);
+        hit.join(blend(brim, crown, 0.012F) * size * 0.8F, Hat);
+        // Pack with a pocket and straps, the bedroll on top.
+        float pack = box(p - Vec3{0, 0.635F, 0.115F}, {0.088F, 0.125F, 0.052F}, 0.035F);
+        pack = std::min(pack, box(p - Vec3{0, 0.585F, 0.165F}, {0.06F, 0.055F, 0.022F}, 0.018F));
+        pack = std::min(pack, ringZ({q.y - 0.66F, q.z - 0.02F, q.x - 0.075F}, 0.098F, 0.011F));
+        hit.join(pack * size, Pack);
+        hit.join(std::max(rodX(p - Vec3{0, 0.795F, 0.115F}, 0.04F, 0.115F, 0.012F),
+                          0.004F - std::fabs(std::fabs(p.x) - 0.06F)) *
+                     size,
+                 Bedroll);
     }
 
     /// Rounded lumps with creases between them, as smoke boils up.

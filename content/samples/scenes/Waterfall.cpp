@@ -213,7 +213,7 @@ class Waterfall : public Scene {
         const float z = p.z - 5.2F;
         const float out = z > 0 ? length(p.x, z) : std::fabs(p.x);
         float s = out - 3.55F - 0.55F * (fbm(p.x * 0.7F, p.z * 0.7F, 3) - 0.5F);
-        const float lean = p.z < 4 ? 0.55F : 0.16F;
+        const float lean = mix(0.55F, 0.16F, smoothStep(1.5F, 6.5F, p.z));
         const float open = lean * p.y +
                            0.3F * smoothStep(1.6F, 2.6F, p.y + 0.5F * noise(p.x, 4)) * smoothStep(3, 6, p.z) -
                            0.25F * smoothStep(0.5F, 0, p.y);
@@ -249,8 +249,8 @@ class Waterfall : public Scene {
         if (noise(p * 20 + Vec3{7, 7, 7}) > 0.92F && noise(p * 0.9F) > 0.6F) {
             green = colour(kind > 0.5F ? 0xFF5A2A : 0xE83A8A); // blossoms
         }
-        return {.colour = mix(rock, green, smoothStep(0.25F, 0.5F, plant)),
-                .shine = 0.35F * wet * (1 - plant) + 0.08F,
+        return {.colour = mix(rock, green, smoothStep(0.16F, 0.32F, plant)),
+                .shine = 0.35F * wet * (1 - plant) + 0.03F,
                 .sheer = 0.25F * plant};
     }
 
