@@ -23,17 +23,42 @@ inline constexpr double pointsPerInch = 72;
 /// The size of a photo that is not fitted: 96 pixels are an inch.
 inline constexpr double ownPixelsPerInch = 96;
 
+/// A part of the photo, and where it lies on the sheet.
+struct PrintPiece {
+    QRectF place;            ///< in points
+    QRectF part{0, 0, 1, 1}; ///< in fractions of the photo's width and height
+
+    bool isWhole() const { return part == QRectF(0, 0, 1, 1); }
+    /// Where the whole photo would lie.
+    QRectF wholePlace() const;
+};
+
 /// A page as it is looked at, in points.
 struct PrintPage {
-    QSizeF size;          ///< the sheet, turned to lie where the photos get larger so
-    QList<QRectF> places; ///< of the photos, row by row, all of the same size and the photo's proportions
+    QSizeF size;              ///< the sheet, turned to lie where the photos get larger so
+    QList<PrintPiece> pieces; ///< row by row
 };
+
+/// All that is printed for one copy: sheets of the same size.
+struct PrintPages {
+    QList<PrintPage> sheets;
+    int columns = 1; ///< in which the sheets lie to be looked at, row by row
+};
+
+/// A sheet that lies in one of its two ways.
+struct LyingSheet {
+    QSizeF size;
+    QRectF inside; ///< what can be printed on
+};
+
+/// The two ways in which a sheet lies, first that of the photo. Opposite margins are both as wide as the wider one, so
+/// that the middle is the sheet's and a sheet may come out of the printer either end first.
+QList<LyingSheet> waysToLie(const PrinterPaper &paper, QSize photo);
 
 /// Lays out the photo (its size in pixels). The sheet is turned, never the photo: of its two ways to lie and, for two
 /// photos, of one beside and one above the other, that is taken in which photos get largest; where it does not matter,
-/// the sheet lies like the photo. Opposite margins are both as wide as the wider one, so that the middle is the
-/// sheet's and a sheet may come out of the printer either end first. No places for an empty photo.
-PrintPage layOutPage(const PrinterPaper &paper, QSize photo, const PrintLayout &layout);
+/// the sheet lies like the photo. All photos are whole and of the same size. No pieces for an empty photo.
+PrintPages layOutPages(const PrinterPaper &paper, QSize photo, const PrintLayout &layout);
 
 /// The size in dots of a picture that long at that resolution, at least one each way.
 QSize dotsOf(QSizeF points, double dotsPerInch);

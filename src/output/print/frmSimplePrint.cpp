@@ -178,9 +178,9 @@ void frmSimplePrint::choosePrinter(int index) {
 void frmSimplePrint::UpdatePreviews() {
     const PrinterPaper paper = m_printer->paper().value_or(standardPaper());
     const QSize photo = m_ctx.photo.picCanvas().size();
-    picPrint1->setPage(layOutPage(paper, photo, m_layout));
+    picPrint1->setPages(layOutPages(paper, photo, m_layout));
     for (std::size_t i = 0; i < m_layouts.size(); ++i) {
-        const PrintPage page = layOutPage(paper, photo, {.photos = photosOnPage[i]});
+        const PrintPages page = layOutPages(paper, photo, {.photos = photosOnPage[i]});
         m_layouts[i]->setPicture(sheetPixmap(page, m_picture, {layoutPicture, layoutPicture}, devicePixelRatioF()));
     }
 }

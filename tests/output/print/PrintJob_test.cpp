@@ -83,7 +83,7 @@ QRect printedPart(const QImage &sheet) {
 
 /// Fills it in to the right colours, in the right place: compares the sheet with what the preview shows.
 void expectAsPreviewed(const QImage &sheet, const PrinterPaper &paper, const QImage &photo, const PrintLayout &layout) {
-    const PrintPage page = layOutPage(paper, photo.size(), layout);
+    const PrintPage page = layOutPages(paper, photo.size(), layout).sheets.first();
     const QImage upright = held(sheet, page);
     EXPECT_LT(difference(upright, preview(page, photo, upright.size())), 2.0);
     const QRect room = sheet.rect().adjusted(18, 18, -18, -36).adjusted(-1, -1, 1, 1);
@@ -243,7 +243,7 @@ TEST_F(PrintJobTest, APdfFileIsWrittenWholeOrNotAtAll) {
     EXPECT_EQ(doPrintJob(one, "/nowhere"), PrintResult::Saved) << "it needs no printer";
     const QList<QImage> pages = test::pagesOf(one.pdfFile, 72);
     ASSERT_EQ(pages.size(), 3);
-    const PrintPage page = layOutPage(standardPaper(), photo.size(), {});
+    const PrintPage page = layOutPages(standardPaper(), photo.size(), {}).sheets.first();
     EXPECT_LT(difference(pages[2], preview(page, photo, pages[2].size())), 2.0);
 
     const auto contents = [&one] {
@@ -276,13 +276,13 @@ TEST_F(PrintJobTest, ThePictureHasThePrintersDotsAndNoMore) {
         {{400, 600}, {{612, 792}, {36, 36, 36, 36}, 72}, 9, {154, 231}},
     };
     for (const Row &row : rows) {
-        const PrintPage page = layOutPage(row.paper, row.photo, {row.photos});
+        const PrintPages page = layOutPages(row.paper, row.photo, {row.photos});
         const QImage picture =
-            pictureForPage(quarters(row.photo.width(), row.photo.height()), page, row.paper.dotsPerInch);
+            pictureForPages(quarters(row.photo.width(), row.photo.height()), page, row.paper.dotsPerInch);
         EXPECT_EQ(picture.size(), row.dots);
     }
-    const PrintPage poster = layOutPage({{2384, 3370}, {}, 600}, {3000, 4000}, {});
-    const QImage picture = pictureForPage(quarters(3000, 4000), poster, 600);
+    const PrintPages poster = layOutPages({{2384, 3370}, {}, 600}, {3000, 4000}, {});
+    const QImage picture = pictureForPages(quarters(3000, 4000), poster, 600);
     EXPECT_LE(qint64(picture.width()) * picture.height(), 40'000'000) << "a page is at most 160 MB";
     EXPECT_GT(qint64(picture.width()) * picture.height(), 30'000'000);
 }

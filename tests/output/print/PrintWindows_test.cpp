@@ -190,15 +190,15 @@ TEST_F(PrintWindowsTest, ThePreviewIsThePaperOfTheChosenPrinter) {
     DeviceLists devices(context, helper);
     frmSimplePrint window(context, devices, helper, nullptr);
     const auto *page = control<PagePreview>(window, "picPrint1");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return page->page().size == QSizeF(842, 595); }, 10'000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return page->pages().sheets.first().size == QSizeF(842, 595); }, 10'000));
     auto *list = control<QComboBox>(window, "cboPrinter");
     list->setCurrentIndex(1);
     Q_EMIT list->activated(1);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return page->page().size == QSizeF(432, 288); }, 10'000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return page->pages().sheets.first().size == QSizeF(432, 288); }, 10'000));
     const int photos[] = {1, 2, 4, 9};
     for (int i = 0; i < 4; ++i) {
         click(window, qPrintable(QString("ImageX%1").arg(i + 1)));
-        EXPECT_EQ(page->page().places.size(), photos[i]);
+        EXPECT_EQ(page->pages().sheets.first().pieces.size(), photos[i]);
         EXPECT_TRUE(control<QAbstractButton>(window, qPrintable(QString("ImageX%1").arg(i + 1)))->isChecked());
     }
     std::optional<PrintJob> job;
