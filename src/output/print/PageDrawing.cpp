@@ -1,8 +1,10 @@
 #include "output/print/PageDrawing.h"
 
+#include "base/Colours.h"
 #include "base/TaskControl.h"
 #include "imaging/Picture.h"
 #include "imaging/Scale.h"
+#include "imaging/decorations/PaintDecoration.h"
 
 #include <QPageLayout>
 #include <QPainter>
@@ -16,7 +18,9 @@ namespace {
 
 constexpr double mostDots = 40e6;    // of a page: 160 MB
 constexpr int mostDotsAside = 32767; // dots of the photo: Qt paints no more
-constexpr int pdfDots = 1200;        // an inch; the fineness of positions, not of the picture
+constexpr double thinLine = 0.6;     // points
+constexpr QColor markColour(120, 120, 120);
+constexpr int pdfDots = 1200; // an inch; the fineness of positions, not of the picture
 
 QImage onWhite(const QImage &picture) {
     if (!picture.hasAlphaChannel()) {
@@ -46,6 +50,12 @@ void drawPiece(QPainter &painter, const PrintPiece &piece, const QImage &picture
     painter.restore();
 }
 
+void drawLines(QPainter &painter, const QPainterPath &lines, const QColor &colour, double width) {
+    if (!lines.isEmpty()) {
+        painter.strokePath(lines, QPen(colour, width, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
+    }
+}
+
 void tell(int done, int total) {
     if (TaskControl *control = TaskControl::current()) {
         control->setProgress(done, total);
@@ -57,6 +67,15 @@ void tell(int done, int total) {
 void drawPage(QPainter &painter, const PrintPage &page, const QImage &picture) {
     for (const PrintPiece &piece : page.pieces) {
         drawPiece(painter, piece, picture);
+    }
+    const double dot = 1 / std::sqrt(std::abs(painter.combinedTransform().determinant()));
+    const double thin = std::max(thinLine, dot); // also to be seen in a small preview
+    drawLines(painter, page.marks, markColour, thin);
+    drawLines(painter, page.cuts, Qt::white, 3 * thin);
+    drawLines(painter, page.cuts, colours::ink, thin);
+    StickerDrawings drawings;
+    for (const Decoration &decoration : page.decorations) {
+        paintDecoration(painter, shapeOf(decoration), placeOf(decoration), drawings);
     }
 }
 

@@ -1,5 +1,7 @@
 #include "output/print/PageLayout.h"
 
+#include "output/print/crafts/PaperCrafts.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -72,6 +74,9 @@ QList<LyingSheet> waysToLie(const PrinterPaper &paper, QSize photo) {
 }
 
 PrintPages layOutPages(const PrinterPaper &paper, QSize photo, const PrintLayout &layout) {
+    if (layout.craft != nullptr && !photo.isEmpty()) {
+        return layout.craft->layOut(paper, photo, layout.content);
+    }
     QList<Candidate> candidates;
     for (const LyingSheet &sheet : waysToLie(paper, photo)) {
         for (const Grid grid : gridsOf(layout.photos)) {

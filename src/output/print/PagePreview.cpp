@@ -12,6 +12,7 @@ namespace {
 
 constexpr int longestSide = 1000; // pixels of the photo in a preview
 constexpr int edge = 8;           // pixels round the sheet, for its shadow
+constexpr double foldLine = 1.5;  // pixels
 constexpr double sheetGap = 0.05; // between two sheets, of their longer side
 
 void drawSheet(QPainter &painter, const QRectF &sheet, const PrintPage &page, const QImage &picture) {
@@ -26,6 +27,10 @@ void drawSheet(QPainter &painter, const QRectF &sheet, const PrintPage &page, co
     painter.translate(sheet.topLeft());
     painter.scale(sheet.width() / page.size.width(), sheet.height() / page.size.height());
     drawPage(painter, page, picture);
+    QPen fold(colours::sky, foldLine, Qt::DashLine);
+    fold.setCosmetic(true);
+    painter.setPen(fold);
+    painter.drawLines(page.folds);
     painter.restore();
     painter.setBrush(Qt::NoBrush);
     painter.setPen(colours::line);
