@@ -791,6 +791,7 @@ constexpr TextRow textRows[] = {
     {"GuideWindow", "GuideLanguages", "Languages", "-", ""},
     {"GuideWindow", "GuideKeys", "Keys", "-", ""},
     {"GuideWindow", "GuideRights", "Whose picture?", "-", ""},
+    {"GuideWindow", "GuideCrafts", "Things to make", "-", ""},
     {"GuideWindow", "GuideLesson", "A lesson with Lumora", "-", ""},
     {"GuideWindow", "GuideSheet", "A sheet for the lesson", "-", ""},
     {"frmSamples", "DlgIdeasTitle", "Lumora Ideas", "", "windowTitle"},

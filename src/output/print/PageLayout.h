@@ -19,7 +19,8 @@ struct PaperCraft;
 /// What goes with the photo on the paper of a craft.
 struct CraftContent {
     QStringList words;
-    QList<QRectF> details; ///< parts of the photo for a game, in fractions of its width and height
+    QList<QRectF> details{}; ///< parts of the photo for a game, in fractions of its width and height
+    bool fromRight = false;  ///< people read from the right, so they open a card at its left
 
     bool operator==(const CraftContent &) const = default;
 };

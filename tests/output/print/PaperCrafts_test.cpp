@@ -54,7 +54,12 @@ bool holds(const QRectF &room, const QRectF &box) {
 }
 
 QRectF boundsOf(const Decoration &decoration) {
-    return placeOf(decoration).mapRect(shapeOf(decoration).box);
+    const DecorationShape shape = shapeOf(decoration);
+    QRectF bounds = shape.box;
+    for (const DecorationLayer &layer : shape.layers) {
+        bounds |= layer.path.boundingRect();
+    }
+    return placeOf(decoration).mapRect(bounds);
 }
 
 TEST(PaperCrafts, EverythingIsWhereThePrinterPrintsAndNothingIsStretched) {
@@ -105,24 +110,36 @@ TEST(PaperCrafts, TheFoldedCardHasItsPhotoInFrontAndTheGreetingUprightInside) {
             EXPECT_TRUE(front.contains(page.pieces[0].place));
             EXPECT_NEAR(page.pieces[0].place.center().x(), front.center().x(), close);
             EXPECT_NEAR(page.pieces[0].place.center().y(), front.center().y(), close);
-            ASSERT_EQ(page.decorations.size(), 3);
+            ASSERT_EQ(page.decorations.size(), 5);
             const Decoration &greeting = page.decorations[0];
-            const Decoration &cake = page.decorations[1];
-            const Decoration &maker = page.decorations[2];
+            const Decoration &balloon = page.decorations[1];
+            const Decoration &cake = page.decorations[2];
+            const Decoration &gift = page.decorations[3];
+            const Decoration &maker = page.decorations[4];
             EXPECT_STREQ(stickers()[static_cast<std::size_t>(cake.row)].name, "cake");
-            for (const Decoration &inside : {greeting, cake}) {
+            for (const Decoration &inside : {greeting, balloon, cake, gift}) {
                 EXPECT_EQ(inside.angle, 180) << "turned by half once more it is upright";
                 const QRectF box = boundsOf(inside);
                 const QRectF opened(unfolded(page, box.bottomRight()), unfolded(page, box.topLeft()));
                 EXPECT_TRUE(front.contains(opened)) << "on the right page";
             }
             EXPECT_LT(unfolded(page, greeting.centre).y(), unfolded(page, cake.centre).y());
+            EXPECT_LT(unfolded(page, balloon.centre).x(), unfolded(page, gift.centre).x());
             EXPECT_EQ(maker.angle, 0);
             EXPECT_TRUE(QRectF(0, height / 2, width / 2, height / 2).contains(boundsOf(maker))) << "on the back";
             ASSERT_EQ(page.folds.size(), 2);
             EXPECT_EQ(page.folds[0], QLineF(0, height / 2, width, height / 2));
             EXPECT_EQ(page.folds[1], QLineF(width / 2, 0, width / 2, height));
             EXPECT_FALSE(page.marks.intersects(page.pieces[0].place)) << "no mark in the photo";
+
+            CraftContent content = contentOf(photo);
+            content.fromRight = true;
+            const PrintPage other = layOutCard(paper, photo, content).sheets.first();
+            EXPECT_TRUE(QRectF(0, height / 2, width / 2, height / 2).contains(other.pieces[0].place));
+            EXPECT_LT(unfolded(other, other.decorations[0].centre).x(), width / 2) << "the inside's left page";
+            EXPECT_EQ(other.decorations[0].angle, 180);
+            EXPECT_GT(other.decorations[4].centre.x(), width / 2) << "the back";
+            EXPECT_FALSE(other.marks.intersects(other.pieces[0].place));
         }
     }
 }

@@ -12,13 +12,14 @@ namespace {
 
 constexpr double cardMargin = 8;    // millimetres, where the printer leaves no more white
 constexpr double foldTick = 5;      // millimetres
-constexpr double greetingLine = 18; // millimetres, of its letters at most
+constexpr double greetingLine = 30; // millimetres, of its letters at most
 constexpr double makerLine = 5;     // millimetres
 
 // Of the inside's height, from its top.
 constexpr double greetingEnd = 0.38;
-constexpr double cakeBegin = 0.39;
-constexpr double cakeEnd = 0.71;
+constexpr double partyBegin = 0.41;
+constexpr double partyEnd = 0.71;
+constexpr double partyStep = 1.2; // from sticker to sticker, of their size
 constexpr double writingLines[] = {0.80, 0.90, 1.00};
 
 double marginOf(const LyingSheet &sheet, double millimetre) {
@@ -46,9 +47,14 @@ void addGreeting(PrintPage &page, const QRectF &quarter, double margin, double m
     const auto band = [&](double from, double to) {
         return QRectF(QPointF(inside.left(), at(to)), QPointF(inside.right(), at(from)));
     };
-    addWords(page, greeting, "wave", band(0, greetingEnd), greetingLine * millimetre, 180);
-    const QRectF cake = band(cakeBegin, cakeEnd);
-    page.decorations.push_back(sticker("cake", cake.center(), std::min(cake.width(), cake.height()), 180));
+    addWords(page, greeting, "poster", band(0, greetingEnd), greetingLine * millimetre, 180);
+    const QRectF party = band(partyBegin, partyEnd);
+    const double step = std::min(party.width() / 3, party.height() * partyStep);
+    double x = party.center().x() + step; // the first is at the right of what stands on its head
+    for (const char *name : {"balloon", "cake", "gift"}) {
+        page.decorations.push_back(sticker(name, {x, party.center().y()}, step / partyStep, 180));
+        x -= step;
+    }
     for (const double part : writingLines) {
         addLine(page.marks, {inside.left(), at(part)}, {inside.right(), at(part)});
     }
@@ -74,6 +80,18 @@ void addFolds(PrintPage &page, const QRectF &inside, double tick) {
     addLine(page.marks, {middle.x(), inside.bottom() - tick}, {middle.x(), inside.bottom()});
 }
 
+/// Changes left and right over, but not what stands there.
+void changeSides(PrintPage &page) {
+    const double width = page.size.width();
+    for (PrintPiece &piece : page.pieces) {
+        piece.place.moveLeft(width - piece.place.right());
+    }
+    for (Decoration &decoration : page.decorations) {
+        decoration.centre.setX(width - decoration.centre.x());
+    }
+    page.marks = QTransform(-1, 0, 0, 1, width, 0).map(page.marks);
+}
+
 } // namespace
 
 PrintPages layOutCard(const PrinterPaper &paper, QSize photo, const CraftContent &content) {
@@ -91,6 +109,9 @@ PrintPages layOutCard(const PrinterPaper &paper, QSize photo, const CraftContent
     addGreeting(page, {{0, 0}, quarter}, margin, millimetre, content.words.value(0));
     addMaker(page, {{0, quarter.height()}, quarter}, margin, millimetre, content.words.value(1));
     addFolds(page, sheet.inside, foldTick * millimetre);
+    if (content.fromRight) {
+        changeSides(page);
+    }
     return {{page}};
 }
 

@@ -18,6 +18,25 @@ int letteringRow(QLatin1StringView style) {
     return found != rows.end() ? static_cast<int>(found - rows.begin()) : 0;
 }
 
+/// How far the letters with all that stands behind them reach from their centre.
+QSizeF reachOf(const DecorationShape &shape) {
+    QRectF extent = shape.box;
+    for (const DecorationLayer &layer : shape.layers) {
+        const double line = layer.lineWidth / 2;
+        extent |= layer.path.boundingRect().adjusted(-line, -line, line, line);
+    }
+    return {std::max(-extent.left(), extent.right()), std::max(-extent.top(), extent.bottom())};
+}
+
+/// The words in one line, and in two wherever there is a blank.
+QStringList lineBreaks(const QString &text) {
+    QStringList ways{text};
+    for (qsizetype i = text.indexOf(' '); i >= 0; i = text.indexOf(' ', i + 1)) {
+        ways << QString(text).replace(i, 1, '\n');
+    }
+    return ways;
+}
+
 } // namespace
 
 double millimetreOn(const PrinterPaper &paper) {
@@ -42,16 +61,22 @@ void addWords(PrintPage &page, const QString &text, const char *style, const QRe
     if (text.isEmpty()) {
         return;
     }
-    Decoration words{.kind = Decoration::Kind::Words,
-                     .row = letteringRow(QLatin1StringView(style)),
-                     .text = text,
-                     .centre = box.center(),
-                     .size = lineHeight,
-                     .angle = angle,
-                     .speaker = {}};
-    const QRectF extent = shapeOf(words).box;
-    words.size *= std::min({1.0, box.width() / extent.width(), box.height() / extent.height()});
-    page.decorations.push_back(words);
+    Decoration best;
+    for (const QString &lines : lineBreaks(text)) {
+        Decoration words{.kind = Decoration::Kind::Words,
+                         .row = letteringRow(QLatin1StringView(style)),
+                         .text = lines,
+                         .centre = box.center(),
+                         .size = lineHeight,
+                         .angle = angle,
+                         .speaker = {}};
+        const QSizeF reach = 2 * reachOf(shapeOf(words));
+        words.size *= std::min({1.0, box.width() / reach.width(), box.height() / reach.height()});
+        if (words.size > best.size * 1.1) { // one line where that is not much smaller
+            best = words;
+        }
+    }
+    page.decorations.push_back(best);
 }
 
 void addLine(QPainterPath &path, QPointF from, QPointF to) {

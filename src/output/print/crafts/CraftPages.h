@@ -9,6 +9,7 @@ namespace lumora {
 
 /// One sheet that is folded twice and is then a card: first the upper half to the back, then the left half to the back.
 /// The lower right quarter is its front with the whole photo, the upper two are the inside and stand on their heads.
+/// Where people read from the right, left and right are changed over.
 /// Words: the greeting inside, and what stands above the line for the maker's name on the back.
 PrintPages layOutCard(const PrinterPaper &paper, QSize photo, const CraftContent &content);
 
@@ -34,7 +35,8 @@ struct LargestPhoto {
 LargestPhoto largestPhoto(const PrinterPaper &paper, QSize photo,
                           const std::function<QSizeF(const LyingSheet &)> &roomOn);
 
-/// Adds words in the middle of the box, as large as it has room for but no line higher than `lineHeight`. `style` is
+/// Adds words in the middle of the box, in one line or two, as large as it has room for but no line higher than
+/// `lineHeight`. `style` is
 /// the name of a row of letterings(). Nothing for an empty text.
 void addWords(PrintPage &page, const QString &text, const char *style, const QRectF &box, double lineHeight,
               double angle = 0);

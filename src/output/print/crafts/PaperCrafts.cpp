@@ -4,6 +4,8 @@
 #include "output/print/crafts/CraftPages.h"
 #include "output/print/crafts/PhotoDetails.h"
 
+#include <QGuiApplication>
+
 namespace lumora {
 
 namespace {
@@ -27,6 +29,7 @@ CraftContent contentFor(const PaperCraft &craft, const Texts &texts, const QImag
         content.words << (identifier != nullptr ? texts.text(identifier) : QString());
     }
     content.details = differingDetails(picture);
+    content.fromRight = QGuiApplication::isRightToLeft();
     return content;
 }
 
