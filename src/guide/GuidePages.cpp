@@ -18,6 +18,7 @@ const GuidePage pages[] = {
     {"save.html", "Save", "save", ""},
     {"scan.html", "Scan", "scan", ""},
     {"print.html", "Print", "print", ""},
+    {"crafts.html", "GuideCrafts", "paper-crafts", ""},
     {"zoom.html", "GuideZoom", "setzoom", ""},
     {"undo.html", "GuideUndo", "undo", ""},
     {"email.html", "E-mail", "email", ""},

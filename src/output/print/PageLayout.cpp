@@ -1,5 +1,7 @@
 #include "output/print/PageLayout.h"
 
+#include "output/print/crafts/PaperCrafts.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -27,28 +29,20 @@ QList<Grid> gridsOf(int photos) {
     }
 }
 
-/// A sheet that lies in one of its two ways, divided.
+/// A sheet that is divided.
 struct Candidate {
-    QSizeF sheet;
-    QRectF inside; ///< the margins
+    LyingSheet sheet;
     Grid grid;
     QSizeF photo;
 
     QSizeF part() const {
-        return {(inside.width() - (grid.columns - 1) * gap) / grid.columns,
-                (inside.height() - (grid.rows - 1) * gap) / grid.rows};
+        return {(sheet.inside.width() - (grid.columns - 1) * gap) / grid.columns,
+                (sheet.inside.height() - (grid.rows - 1) * gap) / grid.rows};
     }
 };
 
-Candidate candidate(const PrinterPaper &paper, bool turned, Grid grid, QSizeF photo, bool fit) {
-    const double across = std::max(paper.margins.left(), paper.margins.right());
-    const double down = std::max(paper.margins.top(), paper.margins.bottom());
-    const QSizeF sheet = turned ? paper.size.transposed() : paper.size;
-    const QSizeF margin = turned ? QSizeF(down, across) : QSizeF(across, down);
-    Candidate one{sheet,
-                  QRectF({}, sheet).adjusted(margin.width(), margin.height(), -margin.width(), -margin.height()),
-                  grid,
-                  {}};
+Candidate candidate(const LyingSheet &sheet, Grid grid, QSizeF photo, bool fit) {
+    Candidate one{sheet, grid, {}};
     const QSizeF own = photo * (pointsPerInch / ownPixelsPerInch);
     const QSizeF room = one.part();
     const bool small = own.width() <= room.width() && own.height() <= room.height();
@@ -58,33 +52,55 @@ Candidate candidate(const PrinterPaper &paper, bool turned, Grid grid, QSizeF ph
 
 } // namespace
 
-PrintPage layOutPage(const PrinterPaper &paper, QSize photo, const PrintLayout &layout) {
+QRectF PrintPiece::wholePlace() const {
+    const QSizeF whole(place.width() / part.width(), place.height() / part.height());
+    return {place.topLeft() - QPointF(part.x() * whole.width(), part.y() * whole.height()), whole};
+}
+
+QList<LyingSheet> waysToLie(const PrinterPaper &paper, QSize photo) {
+    const double across = std::max(paper.margins.left(), paper.margins.right());
+    const double down = std::max(paper.margins.top(), paper.margins.bottom());
+    const QRectF sheet({}, paper.size);
+    const QRectF inside = sheet.adjusted(across, down, -across, -down);
+    const auto turned = [](const QRectF &place) {
+        return QRectF(place.topLeft().transposed(), place.size().transposed());
+    };
+    QList<LyingSheet> ways{{sheet.size(), inside}, {turned(sheet).size(), turned(inside)}};
     const bool wide = photo.width() >= photo.height();
-    const bool paperIsWide = paper.size.width() > paper.size.height();
-    QList<Candidate> candidates; // first those whose sheet lies like the photo
-    for (const bool turned : {wide != paperIsWide, wide == paperIsWide}) {
+    if (wide != (paper.size.width() > paper.size.height())) {
+        ways.swapItemsAt(0, 1);
+    }
+    return ways;
+}
+
+PrintPages layOutPages(const PrinterPaper &paper, QSize photo, const PrintLayout &layout) {
+    if (layout.craft != nullptr && !photo.isEmpty()) {
+        return layout.craft->layOut(paper, photo, layout.content);
+    }
+    QList<Candidate> candidates;
+    for (const LyingSheet &sheet : waysToLie(paper, photo)) {
         for (const Grid grid : gridsOf(layout.photos)) {
-            candidates << candidate(paper, turned, grid, photo, layout.fit);
+            candidates << candidate(sheet, grid, photo, layout.fit);
         }
     }
     const auto smaller = [](const Candidate &a, const Candidate &b) {
         return a.photo.width() * 1.000001 < b.photo.width();
     };
     const Candidate &best = *std::max_element(candidates.begin(), candidates.end(), smaller);
-    PrintPage page{best.sheet, {}};
+    PrintPage page{best.sheet.size, {}};
     if (photo.isEmpty()) {
-        return page;
+        return {{page}};
     }
     const QSizeF part = best.part();
     const QSizeF spare = layout.centre ? (part - best.photo) / 2 : QSizeF(0, 0);
     for (int row = 0; row < best.grid.rows; ++row) {
         for (int column = 0; column < best.grid.columns; ++column) {
-            const QPointF corner(best.inside.left() + column * (part.width() + gap) + spare.width(),
-                                 best.inside.top() + row * (part.height() + gap) + spare.height());
-            page.places << QRectF(corner, best.photo);
+            const QPointF corner(best.sheet.inside.left() + column * (part.width() + gap) + spare.width(),
+                                 best.sheet.inside.top() + row * (part.height() + gap) + spare.height());
+            page.pieces << PrintPiece{QRectF(corner, best.photo)};
         }
     }
-    return page;
+    return {{page}};
 }
 
 QSize dotsOf(QSizeF points, double dotsPerInch) {

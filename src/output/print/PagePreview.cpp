@@ -12,11 +12,10 @@ namespace {
 
 constexpr int longestSide = 1000; // pixels of the photo in a preview
 constexpr int edge = 8;           // pixels round the sheet, for its shadow
+constexpr double foldLine = 1.5;  // pixels
+constexpr double sheetGap = 0.05; // between two sheets, of their longer side
 
-/// Draws the sheet as large as fits into `room`.
-void drawSheet(QPainter &painter, const QRectF &room, const PrintPage &page, const QImage &picture) {
-    QRectF sheet({}, page.size.scaled(room.size(), Qt::KeepAspectRatio));
-    sheet.moveCenter(room.center());
+void drawSheet(QPainter &painter, const QRectF &sheet, const PrintPage &page, const QImage &picture) {
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     painter.setPen(Qt::NoPen);
     for (int spread = edge / 2; spread > 0; --spread) {
@@ -28,10 +27,33 @@ void drawSheet(QPainter &painter, const QRectF &room, const PrintPage &page, con
     painter.translate(sheet.topLeft());
     painter.scale(sheet.width() / page.size.width(), sheet.height() / page.size.height());
     drawPage(painter, page, picture);
+    QPen fold(colours::sky, foldLine, Qt::DashLine);
+    fold.setCosmetic(true);
+    painter.setPen(fold);
+    painter.drawLines(page.folds);
     painter.restore();
     painter.setBrush(Qt::NoBrush);
     painter.setPen(colours::line);
     painter.drawRect(sheet);
+}
+
+/// Draws the sheets beside one another as large as fits into `room`.
+void drawSheets(QPainter &painter, const QRectF &room, const PrintPages &pages, const QImage &picture) {
+    if (pages.sheets.isEmpty()) {
+        return;
+    }
+    const QSizeF size = pages.sheets.first().size;
+    const int rows = static_cast<int>(pages.sheets.size() + pages.columns - 1) / pages.columns;
+    const double between = std::max(size.width(), size.height()) * sheetGap;
+    const QSizeF step = size + QSizeF(between, between);
+    const QSizeF all(pages.columns * step.width() - between, rows * step.height() - between);
+    QRectF table({}, all.scaled(room.size(), Qt::KeepAspectRatio));
+    table.moveCenter(room.center());
+    const double scale = table.width() / all.width();
+    for (int i = 0; i < pages.sheets.size(); ++i) {
+        const QPointF corner(i % pages.columns * step.width() * scale, i / pages.columns * step.height() * scale);
+        drawSheet(painter, {table.topLeft() + corner, size * scale}, pages.sheets.at(i), picture);
+    }
 }
 
 } // namespace
@@ -41,12 +63,12 @@ QImage pictureForPreview(const QImage &photo) {
     return scaled(photo, std::max(1, size.width()), std::max(1, size.height()));
 }
 
-QPixmap sheetPixmap(const PrintPage &page, const QImage &picture, QSize size, qreal devicePixelRatio) {
+QPixmap sheetPixmap(const PrintPages &pages, const QImage &picture, QSize size, qreal devicePixelRatio) {
     QPixmap pixmap(size * devicePixelRatio);
     pixmap.setDevicePixelRatio(devicePixelRatio);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
-    drawSheet(painter, QRectF({}, size).adjusted(3, 3, -3, -3), page, picture);
+    drawSheets(painter, QRectF({}, size).adjusted(3, 3, -3, -3), pages, picture);
     return pixmap;
 }
 
@@ -55,14 +77,14 @@ PagePreview::PagePreview(const QImage &picture, QSize usual, QWidget *parent)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
-void PagePreview::setPage(const PrintPage &page) {
-    m_page = page;
+void PagePreview::setPages(const PrintPages &pages) {
+    m_pages = pages;
     update();
 }
 
 void PagePreview::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    drawSheet(painter, QRectF(rect()).adjusted(edge, edge, -edge, -edge), m_page, m_picture);
+    drawSheets(painter, QRectF(rect()).adjusted(edge, edge, -edge, -edge), m_pages, m_picture);
 }
 
 } // namespace lumora

@@ -1,4 +1,4 @@
-// The sheet as it will come out, small: the same drawing that goes to the printer. The print windows show it.
+// The sheets as they will come out, small: the same drawing that goes to the printer. The print windows show it.
 #pragma once
 
 #include "output/print/PageLayout.h"
@@ -12,8 +12,8 @@ namespace lumora {
 /// The photo at a size that is enough for a preview, so that drawing it is quick.
 QImage pictureForPreview(const QImage &photo);
 
-/// The page with its sheet of paper, in the middle of a picture of that size in pixels.
-QPixmap sheetPixmap(const PrintPage &page, const QImage &picture, QSize size, qreal devicePixelRatio);
+/// The pages on their sheets of paper, in the middle of a picture of that size in pixels.
+QPixmap sheetPixmap(const PrintPages &pages, const QImage &picture, QSize size, qreal devicePixelRatio);
 
 class PagePreview : public QWidget {
     Q_OBJECT
@@ -23,8 +23,8 @@ class PagePreview : public QWidget {
     /// do on a small screen.
     PagePreview(const QImage &picture, QSize usual, QWidget *parent = nullptr);
 
-    void setPage(const PrintPage &page);
-    const PrintPage &page() const { return m_page; }
+    void setPages(const PrintPages &pages);
+    const PrintPages &pages() const { return m_pages; }
 
     QSize sizeHint() const override { return m_usual; }
     QSize minimumSizeHint() const override { return m_usual * 2 / 3; }
@@ -35,7 +35,7 @@ class PagePreview : public QWidget {
   private:
     QImage m_picture;
     QSize m_usual;
-    PrintPage m_page;
+    PrintPages m_pages;
 };
 
 } // namespace lumora

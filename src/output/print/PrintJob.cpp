@@ -42,18 +42,18 @@ PrinterPaper paperOf(const PrintJob &job, const QString &helper, int timeLimit) 
     return askForPaper(job.printer, helper, std::min(timeLimit, paperPatience)).value_or(standardPaper());
 }
 
-PrintResult writeFile(const PrintJob &job, const PrintPage &page, const QImage &picture) {
+PrintResult writeFile(const PrintJob &job, const PrintPages &pages, const QImage &picture) {
     const auto fault = replaceFile(
-        job.pdfFile, [&](QIODevice &device) { return writePages(device, page, picture, job.copies, job.title); });
+        job.pdfFile, [&](QIODevice &device) { return writePages(device, pages, picture, job.copies, job.title); });
     return TaskControl::isCurrentCancelled() ? PrintResult::Cancelled
            : fault                           ? PrintResult::NotWritable
                                              : PrintResult::Saved;
 }
 
-PrintResult print(const PrintJob &job, const PrinterPaper &paper, const PrintPage &page, const QImage &picture,
+PrintResult print(const PrintJob &job, const PrinterPaper &paper, const PrintPages &pages, const QImage &picture,
                   const QString &helper, int timeLimit) {
     QTemporaryFile file(QDir::tempPath() + "/lumora-XXXXXX.pdf"); // readable by its owner only
-    if (!file.open() || !writePages(file, page, picture, job.copies, job.title) || !file.flush() ||
+    if (!file.open() || !writePages(file, pages, picture, job.copies, job.title) || !file.flush() ||
         file.error() != QFileDevice::NoError) {
         return TaskControl::isCurrentCancelled() ? PrintResult::Cancelled : PrintResult::NotWritable;
     }
@@ -68,16 +68,16 @@ PrintResult doPrintJob(const PrintJob &job, const QString &helper, int timeLimit
         PrintJob one = job;
         one.copies = std::clamp(job.copies, 1, mostCopies);
         const PrinterPaper paper = paperOf(one, helper, timeLimit);
-        const PrintPage page = layOutPage(paper, one.photo.size(), one.layout);
-        const QImage picture = pictureForPage(one.photo, page, std::min(paper.dotsPerInch, finestPrint));
+        const PrintPages pages = layOutPages(paper, one.photo.size(), one.layout);
+        const QImage picture = pictureForPages(one.photo, pages, std::min(paper.dotsPerInch, finestPrint));
         if (TaskControl::isCurrentCancelled()) {
             return PrintResult::Cancelled;
         }
         if (picture.isNull()) {
             return PrintResult::NoMemory;
         }
-        return one.pdfFile.isEmpty() ? print(one, paper, page, picture, helper, timeLimit)
-                                     : writeFile(one, page, picture);
+        return one.pdfFile.isEmpty() ? print(one, paper, pages, picture, helper, timeLimit)
+                                     : writeFile(one, pages, picture);
     } catch (const std::bad_alloc &) {
         return PrintResult::NoMemory;
     }

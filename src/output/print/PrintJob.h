@@ -11,7 +11,7 @@ namespace lumora {
 struct PrintJob {
     QImage photo;
     PrintLayout layout;
-    int copies = 1;                    ///< each on a sheet of its own; 1 to mostCopies
+    int copies = 1;                    ///< each on sheets of its own; 1 to mostCopies
     QString title;                     ///< what the document is called
     QString printer;                   ///< empty: the system's default printer
     QString pdfFile;                   ///< the file to write instead of printing; empty: print

@@ -73,7 +73,7 @@ void frmPrint::addAnswers() {
 
 void frmPrint::showPage() {
     const PrinterPaper paper = m_printer->paper().value_or(standardPaper());
-    picPrint->setPage(layOutPage(paper, m_ctx.photo.picCanvas().size(), layoutWanted()));
+    picPrint->setPages(layOutPages(paper, m_ctx.photo.picCanvas().size(), layoutWanted()));
     const Texts &texts = m_ctx.texts;
     lblDevice->setText(m_printer->search() == PrinterChoice::Search::NoAnswer ? texts.text("PrintNoAnswer")
                        : m_printer->isPdf()                                   ? texts.text("PrintToPdf")

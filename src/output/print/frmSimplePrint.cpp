@@ -4,6 +4,7 @@
 #include "output/print/DesktopPrintDialog.h"
 #include "output/print/PagePreview.h"
 #include "output/print/PrinterChoice.h"
+#include "output/print/crafts/PaperCrafts.h"
 #include "session/AppContext.h"
 #include "session/LoadSettings.h"
 #include "widgets/AnimatedButton.h"
@@ -24,15 +25,20 @@ namespace lumora {
 namespace {
 
 constexpr int photosOnPage[] = {1, 2, 4, 9};
+constexpr int choicesInRow = 4;
 constexpr int layoutPicture = 76;          // pixels
-constexpr QSize smallestPreview(380, 400); // pixels
+constexpr int lowPicture = 48;             // pixels, where the screen has no room for two such rows
+constexpr int lowScreen = 680;             // pixels
+constexpr QSize usualPreview(460, 400);    // pixels
+constexpr QSize smallestPreview(253, 266); // pixels
 constexpr double bigPoints = 14;
+constexpr double howPoints = 13;
 
 } // namespace
 
 frmSimplePrint::frmSimplePrint(AppContext &ctx, DeviceLists &devices, const QString &helper, QWidget *owner)
     : BorderlessDialog("frmSimplePrint", owner), m_ctx(ctx), m_printer(new PrinterChoice(ctx, devices, helper, this)),
-      lblDevice(new QLabel(this)), cboPrinter(new QComboBox(this)), m_hint(new QLabel(this)),
+      lblHow(new QLabel(this)), lblDevice(new QLabel(this)), cboPrinter(new QComboBox(this)), m_hint(new QLabel(this)),
       lblCopies(new QLabel(this)), m_copies(new CopiesBox("txtNumbers", this)),
       cmdAdvanced(new PictureButton("more", PictureButton::CaptionPlace::Beside, this)) {
     fitPhoto();
@@ -48,29 +54,22 @@ frmSimplePrint::frmSimplePrint(AppContext &ctx, DeviceLists &devices, const QStr
 }
 
 void frmSimplePrint::makeControls() {
-    picPrint1 = new PagePreview(m_picture, smallestPreview, this);
+    picPrint1 = new PagePreview(m_picture, usualPreview, this);
+    picPrint1->setMinimumSize(smallestPreview);
     picPrint1->setObjectName("picPrint1");
-    auto *group = new QButtonGroup(this);
-    for (std::size_t i = 0; i < m_layouts.size(); ++i) {
-        auto *button = new PictureButton("print", PictureButton::CaptionPlace::Below, this);
-        button->setObjectName(QString("ImageX%1").arg(i + 1));
-        button->setLook(PictureButton::Look::Raised);
-        button->setPictureSize(layoutPicture);
-        button->setMinimumWidth(layoutPicture + 28);
-        button->setCheckable(true);
-        button->setChecked(i == 0);
-        group->addButton(button);
-        connect(button, &QAbstractButton::clicked, this, [this, i] {
-            m_layout.photos = photosOnPage[i];
-            UpdatePreviews();
-        });
-        m_layouts[i] = button;
-    }
+    makeChoices();
     QFont big = font();
     big.setPointSizeF(bigPoints);
     for (QWidget *one : std::initializer_list<QWidget *>{lblDevice, cboPrinter, lblCopies}) {
         one->setFont(big);
     }
+    lblHow->setObjectName("lblHow");
+    QFont letters = font();
+    letters.setPointSizeF(howPoints);
+    lblHow->setFont(letters);
+    lblHow->setWordWrap(true);
+    lblHow->setAlignment(Qt::AlignCenter);
+    lblHow->hide();
     lblDevice->setObjectName("lblDevice");
     lblDevice->setBuddy(cboPrinter);
     cboPrinter->setObjectName("cboPrinter");
@@ -91,11 +90,44 @@ void frmSimplePrint::makeControls() {
     });
 }
 
+void frmSimplePrint::makeChoices() {
+    for (std::size_t i = 0; i < std::size(photosOnPage); ++i) {
+        m_choices.push_back(
+            {new PictureButton("print", PictureButton::CaptionPlace::Below, this), {.photos = photosOnPage[i]}});
+        m_choices.back().button->setObjectName(QString("ImageX%1").arg(i + 1));
+    }
+    for (const PaperCraft &craft : paperCrafts()) {
+        m_choices.push_back({new PictureButton("print", PictureButton::CaptionPlace::Below, this),
+                             {.craft = &craft, .content = contentFor(craft, m_ctx.texts, m_picture)}});
+        m_choices.back().button->setObjectName(craft.button);
+    }
+    auto *group = new QButtonGroup(this);
+    const int picture = screen()->availableSize().height() < lowScreen ? lowPicture : layoutPicture;
+    for (std::size_t i = 0; i < m_choices.size(); ++i) {
+        PictureButton *button = m_choices[i].button;
+        button->setLook(PictureButton::Look::Raised);
+        button->setPictureSize(picture);
+        button->setMinimumWidth(layoutPicture + 28);
+        button->setCheckable(true);
+        button->setChecked(i == 0);
+        group->addButton(button);
+        connect(button, &QAbstractButton::clicked, this, [this, i] { choose(i); });
+    }
+}
+
+void frmSimplePrint::choose(std::size_t number) {
+    m_layout = m_choices[number].layout;
+    lblHow->setText(m_layout.craft != nullptr ? m_ctx.texts.text(m_layout.craft->how) : QString());
+    lblHow->setVisible(m_layout.craft != nullptr);
+    UpdatePreviews();
+}
+
 QVBoxLayout *frmSimplePrint::settingsColumn() {
-    auto *layouts = new QHBoxLayout;
+    auto *layouts = new QGridLayout;
     layouts->setSpacing(8);
-    for (PictureButton *button : m_layouts) {
-        layouts->addWidget(button, 1);
+    for (int i = 0; i < static_cast<int>(m_choices.size()); ++i) {
+        layouts->addWidget(m_choices[static_cast<std::size_t>(i)].button, i / choicesInRow, i % choicesInRow);
+        layouts->setColumnStretch(i % choicesInRow, 1);
     }
     auto *copies = new QHBoxLayout;
     copies->addWidget(lblCopies, 1);
@@ -131,7 +163,11 @@ QVBoxLayout *frmSimplePrint::settingsColumn() {
 void frmSimplePrint::layOut() {
     auto *row = new QHBoxLayout;
     row->setSpacing(18);
-    row->addWidget(picPrint1, 1);
+    auto *sheets = new QVBoxLayout;
+    sheets->setSpacing(8);
+    sheets->addWidget(picPrint1, 1);
+    sheets->addWidget(lblHow);
+    row->addLayout(sheets, 1);
     row->addLayout(settingsColumn());
     body()->addLayout(row, 1);
 }
@@ -178,10 +214,10 @@ void frmSimplePrint::choosePrinter(int index) {
 void frmSimplePrint::UpdatePreviews() {
     const PrinterPaper paper = m_printer->paper().value_or(standardPaper());
     const QSize photo = m_ctx.photo.picCanvas().size();
-    picPrint1->setPage(layOutPage(paper, photo, m_layout));
-    for (std::size_t i = 0; i < m_layouts.size(); ++i) {
-        const PrintPage page = layOutPage(paper, photo, {.photos = photosOnPage[i]});
-        m_layouts[i]->setPicture(sheetPixmap(page, m_picture, {layoutPicture, layoutPicture}, devicePixelRatioF()));
+    picPrint1->setPages(layOutPages(paper, photo, m_layout));
+    for (const auto &[button, layout] : m_choices) {
+        button->setPicture(
+            sheetPixmap(layOutPages(paper, photo, layout), m_picture, button->pictureSize(), devicePixelRatioF()));
     }
 }
 

@@ -1,12 +1,12 @@
-// Simple mode's print window: the page as it will come out, one, two, four or nine photos to a page, the printer, the
-// number of copies, Yes and No. The print button shows it.
+// Simple mode's print window: the page as it will come out, one, two, four or nine photos to a page, what can be made
+// of photo and paper, the printer, the number of copies, Yes and No. The print button shows it.
 #pragma once
 
 #include "output/print/PrintJob.h"
 #include "widgets/BorderlessDialog.h"
 
 #include <QImage>
-#include <array>
+#include <vector>
 
 class QComboBox;
 class QLabel;
@@ -35,13 +35,15 @@ class frmSimplePrint : public BorderlessDialog {
 
     /// Fills the list of printers with those that are known; "Print to PDF" is the last.
     void LoadPrinters();
-    /// Lays out the page, and the four small ones on the buttons, for the chosen printer's paper.
+    /// Lays out the page, and the small ones on the buttons, for the chosen printer's paper.
     void UpdatePreviews();
     /// Makes the small copy of the photo that the previews are drawn with.
     void fitPhoto();
 
   private:
     void makeControls();
+    void makeChoices();
+    void choose(std::size_t number);
     void layOut();
     QVBoxLayout *settingsColumn();
     void choosePrinter(int index);
@@ -53,8 +55,14 @@ class frmSimplePrint : public BorderlessDialog {
     PrinterChoice *m_printer;
     QImage m_picture;
     PagePreview *picPrint1 = nullptr;
-    std::array<PictureButton *, 4> m_layouts{}; ///< ImageX1 to ImageX4
-    PrintLayout m_layout;
+    /// What can be chosen: the layouts, then the crafts.
+    struct Choice {
+        PictureButton *button; ///< ImageX1 to ImageX4, then those of paperCrafts()
+        PrintLayout layout;
+    };
+    std::vector<Choice> m_choices;
+    PrintLayout m_layout; ///< the chosen one
+    QLabel *lblHow;       ///< what to do with the paper of a craft
     QLabel *lblDevice;
     QComboBox *cboPrinter;
     QLabel *m_hint; ///< why there are no printers

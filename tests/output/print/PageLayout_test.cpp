@@ -9,6 +9,13 @@ const PrinterPaper a4{{595, 842}, {18, 18, 18, 36}, 300};
 const PrinterPaper letter{{612, 792}, {0, 0, 0, 0}, 600};
 const PrinterPaper card{{432, 288}, {10, 10, 10, 10}, 300}; // lies in the printer on its long side
 
+/// The one sheet of photos.
+PrintPage layOutPage(const PrinterPaper &paper, QSize photo, const PrintLayout &layout) {
+    const PrintPages pages = layOutPages(paper, photo, layout);
+    EXPECT_EQ(pages.sheets.size(), 1);
+    return pages.sheets.first();
+}
+
 TEST(PageLayout, EveryPhotoIsWholeInProportionAndInsideTheMargins) {
     for (const PrinterPaper &paper : {a4, letter, card}) {
         for (const QSize photo :
@@ -25,13 +32,13 @@ TEST(PageLayout, EveryPhotoIsWholeInProportionAndInsideTheMargins) {
                         const QMarginsF &m = paper.margins;
                         const QMarginsF margins = turned ? QMarginsF(m.bottom(), m.left(), m.bottom(), m.right()) : m;
                         const QRectF inside = QRectF({}, page.size).marginsRemoved(margins);
-                        ASSERT_EQ(page.places.size(), photos);
-                        for (const QRectF &place : page.places) {
+                        ASSERT_EQ(page.pieces.size(), photos);
+                        for (const auto &[place, part] : page.pieces) {
                             EXPECT_TRUE(inside.adjusted(-0.01, -0.01, 0.01, 0.01).contains(place));
                             EXPECT_NEAR(place.width() * photo.height() / (place.height() * photo.width()), 1, 1e-6);
-                            EXPECT_EQ(place.size(), page.places.first().size());
-                            for (const QRectF &other : page.places) {
-                                EXPECT_TRUE(place == other || !place.intersects(other));
+                            EXPECT_EQ(place.size(), page.pieces.first().place.size());
+                            for (const PrintPiece &other : page.pieces) {
+                                EXPECT_TRUE(place == other.place || !place.intersects(other.place));
                             }
                         }
                     }
@@ -64,7 +71,7 @@ TEST(PageLayout, TheSheetTurnsToWherePhotosGetLargest) {
 TEST(PageLayout, CentreAndFit) {
     const auto only = [](QSize photo, bool centre, bool fit) {
         const PrintPage page = layOutPage(a4, photo, {1, centre, fit});
-        return page.places.first();
+        return page.pieces.first().place;
     };
     // On a sheet that lies, the margins are 36 left and right and 18 above and below.
     EXPECT_EQ(only({770, 523}, true, true), QRectF(36, 36, 770, 523).translated(0, -0).toRect());
@@ -75,9 +82,9 @@ TEST(PageLayout, CentreAndFit) {
 }
 
 TEST(PageLayout, WithoutAPhotoThereIsAnEmptySheet) {
-    EXPECT_TRUE(layOutPage(a4, {}, {}).places.isEmpty());
+    EXPECT_TRUE(layOutPage(a4, {}, {}).pieces.isEmpty());
     EXPECT_EQ(layOutPage(a4, {}, {}).size.isEmpty(), false);
-    EXPECT_EQ(layOutPage(a4, {400, 300}, {7}).places.size(), 1) << "there is no page of seven";
+    EXPECT_EQ(layOutPage(a4, {400, 300}, {7}).pieces.size(), 1) << "there is no page of seven";
 }
 
 } // namespace

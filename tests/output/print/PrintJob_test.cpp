@@ -4,6 +4,8 @@
 #include "base/TaskControl.h"
 #include "imaging/Scale.h"
 #include "output/print/PageDrawing.h"
+#include "output/print/crafts/PaperCrafts.h"
+#include "output/print/crafts/PhotoDetails.h"
 #include "support/CupsServer.h"
 
 #include <QFile>
@@ -81,11 +83,10 @@ QRect printedPart(const QImage &sheet) {
     return part;
 }
 
-/// Fills it in to the right colours, in the right place: compares the sheet with what the preview shows.
-void expectAsPreviewed(const QImage &sheet, const PrinterPaper &paper, const QImage &photo, const PrintLayout &layout) {
-    const PrintPage page = layOutPage(paper, photo.size(), layout);
+/// Fills it in to the right colours, in the right place: compares the sheets with what the preview shows.
+void expectAsPreviewed(const QImage &sheet, const PrintPage &page, const QImage &photo, double most = 2) {
     const QImage upright = held(sheet, page);
-    EXPECT_LT(difference(upright, preview(page, photo, upright.size())), 2.0);
+    EXPECT_LT(difference(upright, preview(page, photo, upright.size())), most);
     const QRect room = sheet.rect().adjusted(18, 18, -18, -36).adjusted(-1, -1, 1, 1);
     EXPECT_TRUE(room.contains(printedPart(sheet))) << "over the margins";
 }
@@ -143,8 +144,28 @@ TEST_F(PrintJobTest, EveryLayoutComesOutAsPreviewedOnBothPapers) {
                 const QList<QImage> pages = server->takePages(printer);
                 ASSERT_EQ(pages.size(), 1) << qPrintable(server->log());
                 EXPECT_EQ(QSizeF(pages[0].size()), paper->size);
-                expectAsPreviewed(pages[0], *paper, photo, one.layout);
+                expectAsPreviewed(pages[0], layOutPages(*paper, photo.size(), one.layout).sheets.first(), photo);
             }
+        }
+    }
+}
+
+TEST_F(PrintJobTest, EveryCraftComesOutAsPreviewedAndCopiesAreSets) {
+    const QImage photo = quarters(1200, 900);
+    const auto paper = askForPaper("Office", helper());
+    ASSERT_TRUE(paper);
+    for (const PaperCraft &craft : paperCrafts()) {
+        SCOPED_TRACE(craft.button);
+        PrintJob one = job("Office", photo);
+        one.layout.craft = &craft;
+        one.layout.content = {{"Hurrah %1 %2", "By"}, differingDetails(photo)};
+        one.copies = 2;
+        const QList<PrintPage> sheets = layOutPages(*paper, photo.size(), one.layout).sheets;
+        ASSERT_EQ(doPrintJob(one, helper()), PrintResult::Printed) << qPrintable(server->log());
+        const QList<QImage> pages = server->takePages("Office");
+        ASSERT_EQ(pages.size(), 2 * sheets.size());
+        for (qsizetype i = 0; i < pages.size(); ++i) {
+            expectAsPreviewed(pages[i], sheets[i % sheets.size()], photo, 4); // lines are wider in a small preview
         }
     }
 }
@@ -243,7 +264,7 @@ TEST_F(PrintJobTest, APdfFileIsWrittenWholeOrNotAtAll) {
     EXPECT_EQ(doPrintJob(one, "/nowhere"), PrintResult::Saved) << "it needs no printer";
     const QList<QImage> pages = test::pagesOf(one.pdfFile, 72);
     ASSERT_EQ(pages.size(), 3);
-    const PrintPage page = layOutPage(standardPaper(), photo.size(), {});
+    const PrintPage page = layOutPages(standardPaper(), photo.size(), {}).sheets.first();
     EXPECT_LT(difference(pages[2], preview(page, photo, pages[2].size())), 2.0);
 
     const auto contents = [&one] {
@@ -276,15 +297,25 @@ TEST_F(PrintJobTest, ThePictureHasThePrintersDotsAndNoMore) {
         {{400, 600}, {{612, 792}, {36, 36, 36, 36}, 72}, 9, {154, 231}},
     };
     for (const Row &row : rows) {
-        const PrintPage page = layOutPage(row.paper, row.photo, {row.photos});
+        const PrintPages page = layOutPages(row.paper, row.photo, {row.photos});
         const QImage picture =
-            pictureForPage(quarters(row.photo.width(), row.photo.height()), page, row.paper.dotsPerInch);
+            pictureForPages(quarters(row.photo.width(), row.photo.height()), page, row.paper.dotsPerInch);
         EXPECT_EQ(picture.size(), row.dots);
     }
-    const PrintPage poster = layOutPage({{2384, 3370}, {}, 600}, {3000, 4000}, {});
-    const QImage picture = pictureForPage(quarters(3000, 4000), poster, 600);
+    const PrintPages poster = layOutPages({{2384, 3370}, {}, 600}, {3000, 4000}, {});
+    const QImage picture = pictureForPages(quarters(3000, 4000), poster, 600);
     EXPECT_LE(qint64(picture.width()) * picture.height(), 40'000'000) << "a page is at most 160 MB";
     EXPECT_GT(qint64(picture.width()) * picture.height(), 30'000'000);
+    for (const PaperCraft &craft : paperCrafts()) {
+        for (const QSize size : {QSize(3000, 2000), QSize(8000, 40), QSize(3, 900), QSize(1, 1)}) {
+            const QImage photo = quarters(size.width(), size.height());
+            const PrintLayout layout{.craft = &craft, .content = {{"%1 %2"}, differingDetails(photo)}};
+            const QImage used = pictureForPages(photo, layOutPages({{595, 842}, {}, 600}, size, layout), 600);
+            EXPECT_FALSE(used.isNull());
+            EXPECT_LE(qint64(used.width()) * used.height(), 40'010'000) << craft.button << ' ' << size.width();
+            EXPECT_LE(std::max(used.width(), used.height()), 32767);
+        }
+    }
 }
 
 } // namespace

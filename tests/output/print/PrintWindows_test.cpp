@@ -3,6 +3,8 @@
 #include "output/DeviceLists.h"
 #include "output/print/PagePreview.h"
 #include "output/print/PrintCommands.h"
+#include "output/print/crafts/CraftPages.h"
+#include "output/print/crafts/PaperCrafts.h"
 #include "output/print/frmPrint.h"
 #include "output/print/frmSimplePrint.h"
 #include "support/CupsServer.h"
@@ -190,22 +192,31 @@ TEST_F(PrintWindowsTest, ThePreviewIsThePaperOfTheChosenPrinter) {
     DeviceLists devices(context, helper);
     frmSimplePrint window(context, devices, helper, nullptr);
     const auto *page = control<PagePreview>(window, "picPrint1");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return page->page().size == QSizeF(842, 595); }, 10'000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return page->pages().sheets.first().size == QSizeF(842, 595); }, 10'000));
     auto *list = control<QComboBox>(window, "cboPrinter");
     list->setCurrentIndex(1);
     Q_EMIT list->activated(1);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return page->page().size == QSizeF(432, 288); }, 10'000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return page->pages().sheets.first().size == QSizeF(432, 288); }, 10'000));
     const int photos[] = {1, 2, 4, 9};
     for (int i = 0; i < 4; ++i) {
         click(window, qPrintable(QString("ImageX%1").arg(i + 1)));
-        EXPECT_EQ(page->page().places.size(), photos[i]);
+        EXPECT_EQ(page->pages().sheets.first().pieces.size(), photos[i]);
         EXPECT_TRUE(control<QAbstractButton>(window, qPrintable(QString("ImageX%1").arg(i + 1)))->isChecked());
     }
+    for (const PaperCraft &craft : paperCrafts()) {
+        click(window, craft.button);
+        EXPECT_EQ(page->pages().sheets.size(), craft.layOut == &layOutPoster ? 4 : 1) << craft.button;
+        EXPECT_TRUE(control<QAbstractButton>(window, craft.button)->isChecked());
+        EXPECT_EQ(control<QLabel>(window, "lblHow")->text(), context.texts.text(craft.how));
+    }
+    click(window, "ImageX4");
+    EXPECT_TRUE(control<QLabel>(window, "lblHow")->isHidden());
     std::optional<PrintJob> job;
     play([&] { job = window.ask(); }, [](QWidget &open) { click(open, "cmdYes"); });
     ASSERT_TRUE(job);
     EXPECT_EQ(job->printer, "Card");
     EXPECT_EQ(job->layout.photos, 9);
+    EXPECT_EQ(job->layout.craft, nullptr) << "the layout was chosen last";
     EXPECT_EQ(job->paper, (PrinterPaper{{288, 432}, {9, 9, 9, 9}, 300})) << "the job prints what was previewed";
 }
 
