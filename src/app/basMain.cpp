@@ -93,6 +93,7 @@ AppContext &basMain::context() {
 
 bool basMain::Main(const QString &commandLine) {
     m_toolkitTexts.follow();
+    m_readingAloud.follow();
     const StartDecision decision = decideStart(commandLine);
     switch (decision.outcome) {
     case StartOutcome::SimpleMode:
@@ -198,6 +199,7 @@ void basMain::showAdvancedMainWindow() {
 void basMain::followLanguage() {
     m_context.ini.lookAgain(); // the main window, which wrote the settings, has a context of its own
     m_toolkitTexts.follow();
+    m_readingAloud.follow();
 }
 
 void basMain::unloadMainWindow() {
