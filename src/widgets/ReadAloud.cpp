@@ -203,6 +203,7 @@ void ReadAloud::pointerMoved(const QMouseEvent &event) {
 
 /// What is pressed needs no name until the pointer comes back to it; a finger asks for it by staying.
 void ReadAloud::pressed(const QMouseEvent &event) {
+    m_focusRest.stop();
     m_focusWords.clear();
     m_touching = isFinger(event);
     if (m_touching) {

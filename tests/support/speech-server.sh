@@ -18,7 +18,7 @@ module() {
     {
         # A long text would come in pieces.
         printf '%s\n' "GenericExecuteSynth \"exec sh '$folder/voice.sh' '\$VOICE' \\'\$DATA\\' '$folder'\"" \
-            'GenericMaxChunkLength 1000' 'GenericDelimiters "\n"' 'GenericPunctNone ""'
+            'GenericMaxChunkLength 1000' 'GenericDelimiters "~"' 'GenericPunctNone ""'
         for pair; do
             printf 'GenericLanguage "%s" "%s" "utf-8"\nAddVoice "%s" "MALE1" "%s"\n' \
                 "${pair%=*}" "${pair%=*}" "${pair%=*}" "${pair#*=}"

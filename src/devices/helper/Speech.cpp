@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QLocale>
 #include <QString>
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <libspeechd.h>
@@ -172,15 +173,24 @@ void speakLines() {
         if (end < 0) {
             continue;
         }
-        const QByteArray line = lines.left(end).split('\n').constLast();
+        const QList<QByteArray> waiting = lines.left(end).split('\n');
         lines.remove(0, end + 1);
+        // A locale alone has a voice looked for, so that the first word need not wait for it.
+        const auto last = std::find_if(waiting.crbegin(), waiting.crend(),
+                                       [](const QByteArray &line) { return line.isEmpty() || line.contains('\t'); });
+        const QByteArray &line = last == waiting.crend() ? waiting.constLast() : *last;
+        const qsizetype tab = line.indexOf('\t');
+        const QLocale locale(QString::fromUtf8(tab < 0 ? line : line.left(tab)));
+        if (last == waiting.crend()) {
+            if (speaker.open()) {
+                speaker.voiceFor(locale);
+            }
+            continue;
+        }
         speaker.stop();
-        const QString text = QString::fromUtf8(line.mid(line.indexOf('\t') + 1)).simplified();
-        const QLocale locale(QString::fromUtf8(line.left(line.indexOf('\t'))));
-        if (!text.isEmpty()) {
+        const QString text = QString::fromUtf8(line.mid(tab + 1)).simplified();
+        if (tab >= 0 && !text.isEmpty()) {
             speaker.say(locale, text);
-        } else if (speaker.open()) {
-            speaker.voiceFor(locale); // so that the first word need not wait for it
         }
     }
     speaker.stop();

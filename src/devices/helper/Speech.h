@@ -2,8 +2,9 @@
 #pragma once
 
 /// Speaks what comes on standard input until that ends: a line each, the locale ("de_DE"), a tab and the text. Every
-/// line stops what is being said, one without a text does nothing else, and of several that are waiting only the last
-/// one is spoken. What has no voice of its language is not spoken, nor what comes while there is no speech service.
+/// such line, and an empty one, stops what is being said; of several that are waiting only the last one is spoken. A
+/// line that is a locale alone has a voice looked for. What has no voice of its language is not spoken, nor what comes
+/// while there is no speech service.
 void speakLines();
 
 /// Prints a line "voice", the language of the voice and what speaks it, if a text of that locale would be spoken. False

@@ -30,7 +30,7 @@ SpeechService::~SpeechService() {
 
 void SpeechService::say(const QString &locale, const QString &text) {
     if (!text.trimmed().isEmpty()) {
-        send(locale, text.simplified());
+        send(locale + '\t' + text.simplified() + '\n');
     }
 }
 
@@ -40,13 +40,13 @@ void SpeechService::stop() {
     }
 }
 
-void SpeechService::send(const QString &locale, const QString &text) {
+void SpeechService::send(const QString &line) {
     if (m_process.state() == QProcess::NotRunning && m_starts < mostStarts) {
         ++m_starts;
         m_process.start(m_helper, {"speak"});
     }
     if (m_process.state() != QProcess::NotRunning && m_process.bytesToWrite() < mostWaiting) {
-        m_process.write((locale + '\t' + text + '\n').toUtf8());
+        m_process.write(line.toUtf8());
     }
 }
 

@@ -24,10 +24,10 @@ class SpeechService : public QObject {
     /// Stops what is being said.
     void stop();
     /// Starts the helper and has it look for a voice of that locale, so that the first text need not wait for it.
-    void prepare(const QString &locale) { send(locale, {}); }
+    void prepare(const QString &locale) { send(locale + '\n'); }
 
   private:
-    void send(const QString &locale, const QString &text);
+    void send(const QString &line);
 
     QString m_helper;
     QProcess m_process;
