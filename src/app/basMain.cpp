@@ -99,6 +99,7 @@ AppContext &basMain::context() {
 
 bool basMain::Main(const QString &commandLine) {
     m_toolkitTexts.follow();
+    m_readingAloud.follow();
     const StartDecision decision = decideStart(commandLine);
     switch (decision.outcome) {
     case StartOutcome::SimpleMode:
@@ -213,6 +214,7 @@ void basMain::showAdvancedMainWindow() {
 void basMain::followLanguage() {
     m_context.ini.lookAgain(); // the main window, which wrote the settings, has a context of its own
     m_toolkitTexts.follow();
+    m_readingAloud.follow();
 }
 
 void basMain::unloadMainWindow() {

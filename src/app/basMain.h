@@ -2,6 +2,7 @@
 // it is unloaded. main.cpp calls runLumora; the script player uses its own basMain.
 #pragma once
 
+#include "app/ReadingAloud.h"
 #include "session/AppContext.h"
 #include "widgets/ToolkitTexts.h"
 
@@ -84,6 +85,7 @@ class basMain : public QObject {
 
     AppContext m_context;
     ToolkitTexts m_toolkitTexts{m_context.texts};
+    ReadingAloud m_readingAloud{m_context.settings};
     QPointer<frmSplash> m_splash;
     QPointer<frmLauncher> m_launcher;
     Desk *m_desk = nullptr;

@@ -791,6 +791,8 @@ constexpr TextRow textRows[] = {
     {"GuideWindow", "GuideSettings", "Settings file", "-", ""},
     {"GuideWindow", "GuideLanguages", "Languages", "-", ""},
     {"GuideWindow", "GuideKeys", "Keys", "-", ""},
+    {"", "ForMeReadAloud", "Read aloud", "-", ""},
+    {"", "ForMeNoVoice", "There is no voice on this computer", "-", ""},
     {"GuideWindow", "GuideRights", "Whose picture?", "-", ""},
     {"GuideWindow", "GuideCrafts", "Things to make", "-", ""},
     {"GuideWindow", "GuideLesson", "A lesson with Lumora", "-", ""},

@@ -35,6 +35,7 @@ frmMessage::frmMessage(AppContext &context, QWidget *owner)
 
     setWindowTitle(context.settings.textOr<Setting::NoticeTitle>(context.texts.text("NoticeTitle")));
     lblMessage->setText(context.settings.textOr<Setting::NoticeText>(context.texts.text("NoticeSmallScreen")));
+    setAccessibleDescription(lblMessage->text());
     cmdYes->setText(context.settings.textOr<Setting::NoticeButton>(context.texts.text("NoticeOK")));
     chkDontShow->setText(context.texts.text("Welcome_Bubble"));
 

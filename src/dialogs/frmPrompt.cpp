@@ -98,6 +98,7 @@ frmPrompt::frmPrompt(AppContext &ctx, PromptKind kind, QWidget *owner, const QIm
     addQuestion(row);
     addAnswers(ctx, row);
     showTexts(ctx.texts, *this);
+    setAccessibleDescription(lblPrompt->text());
     showPicture(ctx, row, photo);
 }
 

@@ -27,6 +27,7 @@ const GuidePage pages[] = {
     {"ideas.html", "Ideas", "ideas", ""},
     {"stickers.html", "Stickers", "stickers", ""},
     {"pop-art.html", "IdeaPopArtName", "pop-art", ""},
+    {"read-aloud.html", "ForMeReadAloud", "read-aloud", ""},
     {"rights.html", "GuideRights", "rights", ""},
     {"help.html", "Help", "help", ""},
     {"exit.html", "Exit", "exit", ""},

@@ -54,6 +54,7 @@ enum class Setting {
     PrivateDetails,
     KeepThrownAway,
     BeforeSimple,
+    ReadAloud,
 };
 
 /// A yes or no setting whose readers ignore any other value.
@@ -91,6 +92,7 @@ enum class Writer : unsigned {
     PrintLock = 128, ///< the pause of the print button
     Window = 256,    ///< the main window, when it is left
     Former = 512,    ///< what keeps the values from before Simple mode
+    ForMe = 1024,    ///< the page "For me"
 };
 
 constexpr Writer operator|(Writer a, Writer b) {
@@ -164,6 +166,7 @@ inline constexpr SettingRow settingRows[] = {
     {Setting::PrivateDetails, "Saved Photos", "Private", SettingKind::Yes, "0", Writer::Options}, // place, serial numbers
     {Setting::KeepThrownAway, "My Pictures", "Keep", SettingKind::YesUnlessNo, "1", Writer::Options}, // for a week
     {Setting::BeforeSimple, "Before Simple Mode", "Values", SettingKind::Text, "", Writer::Former}, // see switchSimpleOn
+    {Setting::ReadAloud, "For me", "ReadAloud", SettingKind::Yes, "0", Writer::ForMe},
 };
 // clang-format on
 

@@ -1,6 +1,7 @@
 #include "widgets/StatusLine.h"
 
 #include "widgets/FittedText.h"
+#include "widgets/ReadAloud.h"
 #include "widgets/Theme.h"
 
 #include <QAccessible>
@@ -48,6 +49,7 @@ void StatusLine::showMessage(const QString &message, Tone tone) {
     m_message = message;
     m_tone = tone;
     refresh();
+    ReadAloud::announce(message);
 }
 
 void StatusLine::clearMessage() {

@@ -2,6 +2,7 @@
 
 #include "view/PhotoView.h"
 #include "widgets/Bubble.h"
+#include "widgets/ReadAloud.h"
 #include "widgets/Theme.h"
 
 #include <QApplication>
@@ -88,6 +89,7 @@ void HintBubble::fade(bool in) {
         place();
         show();
         raise();
+        ReadAloud::announce(m_text);
     }
     m_fade.setDirection(in ? QAbstractAnimation::Forward : QAbstractAnimation::Backward);
     if (!motionWanted()) {

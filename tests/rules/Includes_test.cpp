@@ -32,7 +32,7 @@ QStringList filesBelow(const QString &folder, const QStringList &names) {
 
 /// The modules that each module may include; itself always. docs/architecture.md shows the same rows.
 const QMap<QString, QStringList> mayUse = {
-    {"app", {"base", "dialogs", "document", "guide", "session", "widgets", "window"}},
+    {"app", {"base", "devices", "dialogs", "document", "guide", "session", "widgets", "window"}},
     {"base", {}},
     {"devices", {"base"}},
     {"dialogs", {"base", "document", "imaging", "session", "view", "widgets"}},

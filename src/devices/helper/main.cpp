@@ -2,13 +2,16 @@
 // lumora-devices options|scan DEVICE [NAME=VALUE...]: see ScanCommands.h
 // lumora-devices paper PRINTER
 // lumora-devices print PRINTER TITLE FILE WIDTH HEIGHT [OPTION=VALUE...]
+// lumora-devices speak
+// lumora-devices voice LOCALE
 // The first form prints one line for each device, fields separated by tabs: the word "device", the name by which the
 // system knows it and the name to show; for the default printer "default" and its name. Printers.h has the answers of
-// "paper" and "print". The last line is "done". Devices and drivers may take many seconds, hang or crash, so Lumora has
-// this program talk to them (see src/devices/HelperRun.h).
+// "paper" and "print", Speech.h that of "voice" and what "speak" reads. The last line is "done". Devices, drivers and
+// services may take many seconds, hang or crash, so Lumora has this program talk to them (see src/devices/HelperRun.h).
 #include "devices/helper/Lines.h"
 #include "devices/helper/Printers.h"
 #include "devices/helper/ScanCommands.h"
+#include "devices/helper/Speech.h"
 
 #include <QGuiApplication>
 #include <csignal>
@@ -43,6 +46,9 @@ bool answered(const std::string &kind, int argc, char **argv) {
     if (kind == "scanners") {
         return printScanners();
     }
+    if (kind == "voice") {
+        return printVoice(argv[2]);
+    }
     qputenv("QT_QPA_PLATFORM", "minimal"); // no window will be shown, so no display is needed
     const QGuiApplication application(argc, argv);
     if (kind == "printers") {
@@ -69,12 +75,18 @@ int main(int argc, char **argv) {
         const QString device = QString::fromUtf8(argv[2]);
         _exit(kind == "scan" ? lumora::runScan(device, values) : lumora::runOptions(device, values));
     }
+    if (argc == 2 && kind == "speak") {
+        speakLines();
+        return 0;
+    }
     const bool isSearch = argc == 2 && (kind == "scanners" || kind == "printers");
-    if (!isSearch && !(argc == 3 && kind == "paper") && !(argc >= 7 && kind == "print")) {
+    if (!isSearch && !(argc == 3 && (kind == "paper" || kind == "voice")) && !(argc >= 7 && kind == "print")) {
         std::fputs("usage: lumora-devices scanners|printers\n"
                    "       lumora-devices options|scan DEVICE [NAME=VALUE...]\n"
                    "       lumora-devices paper PRINTER\n"
-                   "       lumora-devices print PRINTER TITLE FILE WIDTH HEIGHT [OPTION=VALUE...]\n",
+                   "       lumora-devices print PRINTER TITLE FILE WIDTH HEIGHT [OPTION=VALUE...]\n"
+                   "       lumora-devices speak\n"
+                   "       lumora-devices voice LOCALE\n",
                    stderr);
         return 2;
     }

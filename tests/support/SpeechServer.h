@@ -1,0 +1,37 @@
+// A real speech service for tests: speech-dispatcher in a temporary folder, with voices that write what they say.
+#pragma once
+
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+namespace lumora::test {
+
+/// Runs while the object lives; programs that are started meanwhile find it (SPEECHD_ADDRESS). One at a time.
+class SpeechServer {
+  public:
+    SpeechServer();
+    ~SpeechServer();
+    SpeechServer(const SpeechServer &) = delete;
+    SpeechServer &operator=(const SpeechServer &) = delete;
+
+    /// Starts it where it does not run, at the same address as before.
+    bool start();
+    /// Ends it as a crash does.
+    void kill();
+    /// What went wrong, for the message of a failed test.
+    QString log() const;
+
+    /// What was said so far: "Boston: Crop" where the voice named Boston has begun, "Boston. Crop" where it has also
+    /// come to the end, two seconds later. speech-server.sh has the voices.
+    QStringList said() const;
+    /// Waits until the last line is that one.
+    bool waitFor(const QString &line) const;
+
+  private:
+    QTemporaryDir m_folder;
+    QProcess m_server;
+};
+
+} // namespace lumora::test
