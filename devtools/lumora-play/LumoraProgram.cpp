@@ -1,11 +1,14 @@
 #include "LumoraProgram.h"
 
 #include "LumoraOrder.h"
+#include "app/PersonalLook.h"
 #include "session/DoEvents.h"
+#include "session/ForMe.h"
 #include "view/PhotoView.h"
 #include "widgets/StatusLine.h"
 #include "window/frmMain.h"
 
+#include <QApplication>
 #include <algorithm>
 
 namespace lumora::play {
@@ -20,10 +23,19 @@ QString yesNo(bool value) {
 
 void LumoraProgram::setting(const QString &section, const QString &key, const QString &value) {
     AppContext &context = m_main.context();
-    context.ini.WriteIniValue(context.installation.settingsFile(), section, key, value);
+    const bool isUsersOwn = section == rowOf(Setting::ForMeSeen).section;
+    context.ini.WriteIniValue(isUsersOwn ? context.installation.usersFile() : context.installation.settingsFile(),
+                              section, key, value);
 }
 
 QString LumoraProgram::start(const QStringList &words) {
+    Settings &settings = m_main.context().settings;
+    if (!settings.isInFile<Setting::ForMeSeen>()) { // its page comes by itself only where a script asks for it
+        settings.write<Setting::ForMeSeen, Writer::ForMe>(true);
+    }
+    if (readForMe(settings) != ForMe()) { // set by the script: the look was shown before
+        showPersonalLook(*qApp, readForMe(settings));
+    }
     const QString mode = words.value(0);
     const QString photo = words.value(1);
     const QString commandLine = mode == "simple" ? "/s" : mode.isEmpty() ? "" : photo.isEmpty() ? "/a" : photo;

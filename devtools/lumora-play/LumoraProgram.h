@@ -10,7 +10,7 @@ class LumoraProgram : public Program {
   public:
     /// Without a recovery folder nothing is kept for after a crash.
     LumoraProgram(const QString &programFolder, const QString &recoveryFolder)
-        : m_main(Installation{programFolder, recoveryFolder}) {}
+        : m_main(Installation{programFolder, recoveryFolder, usersConfigurationFolder()}) {}
 
     basMain &main() { return m_main; }
 

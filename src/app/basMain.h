@@ -78,6 +78,9 @@ class basMain : public QObject {
     void showAdvancedMainWindow();
     void unloadMainWindow();
     void followLanguage();
+    void showForMe(QWidget *over);
+    void showForMeAtFirst();
+    void followForMe();
     void endWithoutWindows();
 
     AppContext m_context;
@@ -87,8 +90,8 @@ class basMain : public QObject {
     Desk *m_desk = nullptr;
 };
 
-/// Sets the application's name, version, icon and style.
-void setUpApplication(QApplication &application);
+/// Sets the application's name, version, icon and style, and shows it as the user of `where` likes it.
+void setUpApplication(QApplication &application, const Installation &where = {});
 
 /// The whole program: from the command line to its exit code.
 int runLumora(int argc, char **argv);

@@ -2,6 +2,9 @@
 
 #include "base/IniFiles.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 namespace lumora {
 
 namespace {
@@ -64,9 +67,14 @@ std::optional<QString> textOf(MailSize value) {
     return textOf(static_cast<int>(value));
 }
 
+std::optional<QString> textOf(ButtonSize value) {
+    return textOf(static_cast<int>(value));
+}
+
 } // namespace settings
 
-Settings::Settings(IniFiles &files, QString file) : m_files(files), m_file(std::move(file)) {}
+Settings::Settings(IniFiles &files, QString file, QString usersFile)
+    : m_files(files), m_file(std::move(file)), m_usersFile(std::move(usersFile)) {}
 
 void Settings::switchSimpleOn() {
     QList<IniFiles::Value> values;
@@ -108,12 +116,15 @@ void Settings::forgetFormer() {
 }
 
 QString Settings::text(const SettingRow &row, const char *standard) const {
-    return m_files.ReadIniValue(m_file, QString::fromUtf8(row.section), QString::fromUtf8(row.key),
+    return m_files.ReadIniValue(fileOf(row), QString::fromUtf8(row.section), QString::fromUtf8(row.key),
                                 standard == nullptr ? QString() : QString::fromUtf8(standard));
 }
 
 void Settings::writeText(const SettingRow &row, const QString &value) {
-    m_files.WriteIniValue(m_file, QString::fromUtf8(row.section), QString::fromUtf8(row.key), value);
+    if (row.isUsersOwn()) {
+        QDir().mkpath(QFileInfo(m_usersFile).path());
+    }
+    m_files.WriteIniValue(fileOf(row), QString::fromUtf8(row.section), QString::fromUtf8(row.key), value);
 }
 
 } // namespace lumora

@@ -83,6 +83,32 @@ void BorderlessDialog::settle() {
     setGeometry(place);
 }
 
+/// Its texts or letters have changed: as large as it needs to be now, round the same centre.
+void BorderlessDialog::grow() {
+    m_isGrowing = false;
+    if (!isVisible()) {
+        return;
+    }
+    layout()->activate();
+    settle();
+    QRect place = geometry();
+    place.moveCenter(m_centre);
+    const QRect room = this->screen()->availableGeometry();
+    place.moveLeft(std::clamp(place.left(), room.left(), std::max(room.left(), room.right() + 1 - place.width())));
+    place.moveTop(std::clamp(place.top(), room.top(), std::max(room.top(), room.bottom() + 1 - place.height())));
+    setGeometry(place);
+}
+
+void BorderlessDialog::changeEvent(QEvent *event) {
+    const bool mayGrow = event->type() == QEvent::LanguageChange || event->type() == QEvent::FontChange;
+    if (mayGrow && isVisible() && !m_isGrowing) {
+        m_isGrowing = true;
+        m_centre = geometry().center(); // before the layout makes it larger
+        QMetaObject::invokeMethod(this, &BorderlessDialog::grow, Qt::QueuedConnection);
+    }
+    QDialog::changeEvent(event);
+}
+
 /// The screen is too small for everything at once: all but the title strip and the answers moves into a scroll area.
 int BorderlessDialog::makeScroll() {
     auto *column = static_cast<QVBoxLayout *>(layout());

@@ -3,6 +3,7 @@
 
 #include "base/TemporaryHome.h"
 #include "session/AppContext.h"
+#include "session/ForMe.h"
 #include "session/LoadSettings.h"
 #include "session/OptionsSettings.h"
 
@@ -100,6 +101,23 @@ TEST_F(SettingsTest, WritersWriteTheRowsThatNameThem) {
         EXPECT_EQ(found, expected) << "writer " << static_cast<unsigned>(one.writer);
         ASSERT_TRUE(QFile::remove(context.installation.settingsFile()));
     }
+}
+
+TEST_F(SettingsTest, WhatIsTheUsersOwnGoesIntoTheirFileWhileTheProgramsIsWritable) {
+    const Installation where{folder.path(), {}, folder.filePath("anna/lumora")};
+    const ForMe wanted{.size = ButtonSize::Largest, .capitals = true, .largePointer = true};
+    AppContext anna(where);
+    EXPECT_EQ(readForMe(anna.settings), ForMe());
+    writeForMe(anna.settings, wanted);
+    EXPECT_EQ(readForMe(anna.settings), wanted);
+    EXPECT_FALSE(QFile::exists(where.settingsFile()));
+    EXPECT_TRUE(QFile::exists(where.usersFile()));
+    const AppContext again(where);
+    EXPECT_EQ(readForMe(again.settings), wanted);
+    const AppContext ben(Installation{folder.path(), {}, folder.filePath("ben/lumora")});
+    EXPECT_EQ(readForMe(ben.settings), ForMe());
+    writeForMe(anna.settings, {});
+    EXPECT_EQ(readForMe(anna.settings), ForMe());
 }
 
 TEST(SettingsTable, NoPlaceTwiceAndDefaultsOfTheirKind) {
