@@ -1,5 +1,6 @@
 #include "app/PersonalLook.h"
 
+#include "app/InterfaceScale.h"
 #include "session/ForMe.h"
 #include "widgets/Motion.h"
 #include "widgets/Theme.h"
@@ -9,6 +10,7 @@
 namespace lumora {
 
 void showPersonalLook(QApplication &application, const ForMe &forMe) {
+    scaleInterface(forMe.size);
     setCalm(forMe.calm);
     applyTheme(application, {.highContrast = forMe.highContrast, .easyLetters = forMe.easyLetters});
 }

@@ -2,7 +2,6 @@
 
 #include "app/ClosingSignals.h"
 #include "app/DesktopOpener.h"
-#include "app/InterfaceScale.h"
 #include "app/PersonalLook.h"
 #include "app/frmForMe.h"
 #include "app/frmLauncher.h"
@@ -256,7 +255,6 @@ void setUpApplication(QApplication &application, const Installation &where) {
     QApplication::setDesktopFileName("lumora");
     // A hidden launcher is a loaded window: the program ends when basMain says so.
     QApplication::setQuitOnLastWindowClosed(false);
-    scaleInterface();
     IniFiles files;
     showPersonalLook(application, where.usersFolder.isEmpty()
                                       ? ForMe()

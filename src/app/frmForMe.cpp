@@ -1,5 +1,6 @@
 #include "app/frmForMe.h"
 
+#include "app/InterfaceScale.h"
 #include "base/Capitals.h"
 #include "session/AppContext.h"
 #include "widgets/AnimatedButton.h"
@@ -111,7 +112,12 @@ void frmForMe::level() {
 
 void frmForMe::showValues() {
     const ForMe forMe = readForMe(m_context.settings);
-    m_sizes[static_cast<int>(forMe.size)]->setChecked(true);
+    for (qsizetype i = 0; i < m_sizes.size(); ++i) {
+        const auto size = static_cast<ButtonSize>(i);
+        m_sizes[i]->setChecked(size == forMe.size);
+        // On a small screen, and where the desktop has set the scale, there is no other size.
+        m_sizes[i]->setEnabled(size == ButtonSize::Usual || size == forMe.size || isScaledAt(size));
+    }
     for (qsizetype i = 0; i < m_ticks.size(); ++i) {
         m_ticks[i]->setChecked(forMe.*forMeTicks[i].value);
     }
