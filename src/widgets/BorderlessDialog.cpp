@@ -100,13 +100,18 @@ void BorderlessDialog::grow() {
 }
 
 void BorderlessDialog::changeEvent(QEvent *event) {
-    const bool mayGrow = event->type() == QEvent::LanguageChange || event->type() == QEvent::FontChange;
-    if (mayGrow && isVisible() && !m_isGrowing) {
+    if (event->type() == QEvent::LanguageChange || event->type() == QEvent::FontChange) {
+        growSoon();
+    }
+    QDialog::changeEvent(event);
+}
+
+void BorderlessDialog::growSoon() {
+    if (isVisible() && !m_isGrowing) {
         m_isGrowing = true;
         m_centre = geometry().center(); // before the layout makes it larger
         QMetaObject::invokeMethod(this, &BorderlessDialog::grow, Qt::QueuedConnection);
     }
-    QDialog::changeEvent(event);
 }
 
 /// The screen is too small for everything at once: all but the title strip and the answers moves into a scroll area.
@@ -141,6 +146,9 @@ int BorderlessDialog::makeScroll() {
 
 void BorderlessDialog::resizeEvent(QResizeEvent *event) {
     QDialog::resizeEvent(event);
+    if (m_area == nullptr && surface().height() > screen()->availableGeometry().height()) {
+        growSoon(); // controls have come that need more room than there is
+    }
     if (!m_translucent) {
         setMask(windowShape(size()));
     }

@@ -41,6 +41,7 @@ class BorderlessDialog : public QDialog {
   private:
     QRect surface() const;
     void settle();
+    void growSoon();
     void grow();
     /// Returns the width of the scroll bar, in pixels.
     int makeScroll();

@@ -36,13 +36,14 @@ constexpr PointerRow pointerRows[] = {
 /// Replaces the pointer of each widget that sets one, and the arrow of each window.
 class LargePointers : public QObject {
   public:
-    LargePointers() {
+    explicit LargePointers(QObject *parent) : QObject(parent) {
         qApp->installEventFilter(this);
         for (QWidget *widget : QApplication::allWidgets()) {
             enlarge(*widget);
         }
     }
-    ~LargePointers() override {
+
+    void giveBack() {
         qApp->removeEventFilter(this);
         for (QWidget *widget : QApplication::allWidgets()) {
             const QVariant shape = widget->property(shapeProperty);
@@ -91,18 +92,21 @@ class LargePointers : public QObject {
     bool m_isChanging = false;
 };
 
-std::unique_ptr<LargePointers> largePointers; // while they are wanted
+QPointer<LargePointers> largePointers; // while they are wanted
 
 } // namespace
 
 void setLargePointers(bool large) {
-    if (large != (largePointers != nullptr)) {
-        largePointers = large ? std::make_unique<LargePointers>() : nullptr;
+    if (large && largePointers.isNull()) {
+        largePointers = new LargePointers(qApp);
+    } else if (!large && !largePointers.isNull()) {
+        largePointers->giveBack();
+        delete largePointers;
     }
 }
 
 int pointerScale() {
-    return largePointers == nullptr ? 1 : largeScale;
+    return largePointers.isNull() ? 1 : largeScale;
 }
 
 QCursor largePointer(Qt::CursorShape shape, qreal devicePixelRatio) {
