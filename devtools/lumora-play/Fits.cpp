@@ -85,7 +85,10 @@ bool isElided(const QWidget &control) {
         return !label->isTextWhole();
     }
     if (const auto *choice = qobject_cast<const PictureChoice *>(&control)) {
-        return choice->width() < choice->sizeHint().width();
+        return !choice->card().isWhole(*choice);
+    }
+    if (const auto *tick = qobject_cast<const PictureTick *>(&control)) {
+        return !tick->card().isWhole(*tick);
     }
     if (const auto *field = qobject_cast<const QLineEdit *>(&control)) { // what is typed can be scrolled
         QStyleOptionFrame option;

@@ -1,11 +1,14 @@
 #include "LumoraProgram.h"
 
 #include "LumoraOrder.h"
+#include "app/PersonalLook.h"
 #include "session/DoEvents.h"
+#include "session/ForMe.h"
 #include "view/PhotoView.h"
 #include "widgets/StatusLine.h"
 #include "window/frmMain.h"
 
+#include <QApplication>
 #include <algorithm>
 
 namespace lumora::play {
@@ -21,11 +24,22 @@ QString yesNo(bool value) {
 void LumoraProgram::setting(const QString &section, const QString &key, const QString &value, Whose whose) {
     AppContext &context = m_main.context();
     const Installation &where = context.installation;
-    context.ini.WriteIniValue(whose == Whose::Users ? where.settingsFile() : where.siteFile, section, key, value);
+    const bool isUsersOwn = section == rowOf(Setting::ForMeSeen).section;
+    context.ini.WriteIniValue(whose == Whose::Sites ? where.siteFile
+                              : isUsersOwn          ? where.usersFile()
+                                                    : where.settingsFile(),
+                              section, key, value);
     context.ini.lookAgain();
 }
 
 QString LumoraProgram::start(const QStringList &words) {
+    Settings &settings = m_main.context().settings;
+    if (!settings.isInFile<Setting::ForMeSeen>()) { // its page comes by itself only where a script asks for it
+        settings.write<Setting::ForMeSeen, Writer::ForMe>(true);
+    }
+    if (readForMe(settings) != ForMe()) { // set by the script: the look was shown before
+        showPersonalLook(*qApp, readForMe(settings));
+    }
     const QString mode = words.value(0);
     const QString photo = words.value(1);
     const QString commandLine = mode == "simple" ? "/s" : mode.isEmpty() ? "" : photo.isEmpty() ? "/a" : photo;

@@ -11,7 +11,11 @@ class LumoraProgram : public Program {
   public:
     /// Without a recovery folder nothing is kept for after a crash.
     LumoraProgram(const QString &programFolder, const QString &recoveryFolder)
-        : m_main(Installation{programFolder, recoveryFolder, programFolder + "/site.ini", cacheFolder()}) {}
+        : m_main(Installation{.programFolder = programFolder,
+                              .recoveryFolder = recoveryFolder,
+                              .usersFolder = usersConfigurationFolder(),
+                              .cacheFolder = cacheFolder(),
+                              .siteFile = programFolder + "/site.ini"}) {}
 
     basMain &main() { return m_main; }
 

@@ -191,6 +191,6 @@ int main(int argc, char **argv) {
         QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     }
     QApplication application(argc, argv);
-    setUpApplication(application);
+    setUpApplication(application, Installation{stage.programFolder(), {}, usersConfigurationFolder()});
     return playScript(application, options, std::move(script), stage);
 }

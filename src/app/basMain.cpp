@@ -2,7 +2,8 @@
 
 #include "app/ClosingSignals.h"
 #include "app/DesktopOpener.h"
-#include "app/InterfaceScale.h"
+#include "app/PersonalLook.h"
+#include "app/frmForMe.h"
 #include "app/frmLauncher.h"
 #include "app/frmSplash.h"
 #include "base/FileName.h"
@@ -10,9 +11,9 @@
 #include "guide/GuidePages.h"
 #include "guide/GuideWindow.h"
 #include "guide/frmHelp.h"
+#include "session/ForMe.h"
 #include "session/LoadSettings.h"
 #include "widgets/ApplicationIcon.h"
-#include "widgets/Theme.h"
 #include "window/frmMain.h"
 
 #include <QApplication>
@@ -51,7 +52,7 @@ StartDecision decideStart(const QString &commandLine) {
 QString answerOnTerminal(const QStringList &arguments, const Installation &where) {
     const QString argument = arguments.join(u' ');
     IniFiles files;
-    const Settings settings(files, where.settingsFile(), where.siteFile);
+    const Settings settings(files, where);
     const Texts texts(files, [&] { return languageFiles(where, settings, files); });
     if (argument == "--version") {
         return texts.text("ApplicationName") + ' ' + versionNumber() + '\n';
@@ -147,7 +148,10 @@ void basMain::startReading(const QString &photo) {
 
 void basMain::showSplash() {
     m_splash = new frmSplash(m_context);
-    connect(m_splash, &frmSplash::launcherWanted, this, &basMain::showLauncher);
+    connect(m_splash, &frmSplash::launcherWanted, this, [this] {
+        showLauncher();
+        showForMeAtFirst();
+    });
     connect(m_splash, &QObject::destroyed, this, &basMain::endWithoutWindows, Qt::QueuedConnection);
     m_splash->show();
 }
@@ -159,6 +163,7 @@ void basMain::loadLauncher() {
     m_launcher = new frmLauncher(m_context);
     connect(m_launcher, &frmLauncher::simpleModeWanted, this, &basMain::simpleModeFromLauncher);
     connect(m_launcher, &frmLauncher::advancedModeWanted, this, &basMain::advancedModeFromLauncher);
+    connect(m_launcher, &frmLauncher::forMeWanted, this, [this] { showForMe(m_launcher); });
     connect(m_launcher, &QObject::destroyed, this, &basMain::endWithoutWindows, Qt::QueuedConnection);
 }
 
@@ -187,6 +192,7 @@ frmMain &basMain::loadMainWindow() {
                 [this] { frmHelp::showModal(m_desk->context, m_desk->window); });
         connect(m_desk->window, &frmMain::aboutWanted, this,
                 [this](QWidget *over) { GuideWindow::open(m_desk->context, over, aboutPage); });
+        connect(m_desk->window, &frmMain::forMeWanted, this, &basMain::showForMe);
         connect(m_desk->window, &frmMain::leave, this, &basMain::unloadMainWindow);
         connect(m_desk->window, &frmMain::optionsChanged, this, &basMain::followLanguage);
         if (m_launcher) {
@@ -217,6 +223,32 @@ void basMain::followLanguage() {
     m_readingAloud.follow();
 }
 
+void basMain::showForMe(QWidget *over) {
+    const frmForMe *page = frmForMe::showModal(context(), over);
+    connect(page, &frmForMe::forMeChanged, this, &basMain::followForMe);
+}
+
+/// The page comes by itself once for each user, but not before the question whether a photo should be brought back.
+void basMain::showForMeAtFirst() {
+    const Installation &where = m_context.installation;
+    if (where.usersFolder.isEmpty() || m_context.settings.read<Setting::ForMeSeen>() ||
+        RecoveryFolder::mayHaveCopies(where.recoveryFolder)) {
+        return;
+    }
+    m_context.settings.write<Setting::ForMeSeen, Writer::ForMe>(true);
+    showForMe(m_launcher);
+}
+
+void basMain::followForMe() {
+    m_context.ini.lookAgain(); // whichever context has written
+    context().ini.lookAgain();
+    showPersonalLook(*qApp, readForMe(m_context.settings));
+    m_toolkitTexts.follow();
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        QCoreApplication::postEvent(window, new QEvent(QEvent::LanguageChange)); // capitals
+    }
+}
+
 void basMain::unloadMainWindow() {
     if (m_desk == nullptr) {
         return;
@@ -234,14 +266,14 @@ void basMain::endWithoutWindows() {
     }
 }
 
-void setUpApplication(QApplication &application) {
+void setUpApplication(QApplication &application, const Installation &where) {
     QApplication::setApplicationName("Lumora");
     QApplication::setApplicationVersion(versionNumber());
     QApplication::setDesktopFileName("lumora");
     // A hidden launcher is a loaded window: the program ends when basMain says so.
     QApplication::setQuitOnLastWindowClosed(false);
-    scaleInterface();
-    applyTheme(application);
+    IniFiles files;
+    showPersonalLook(application, where.usersFolder.isEmpty() ? ForMe() : readForMe(Settings(files, where)));
     QApplication::setWindowIcon(applicationIcon());
 }
 
@@ -261,7 +293,7 @@ void say(std::FILE *where, const QString &text) {
 int runLumora(int argc, char **argv) {
     if (argc == 2 && argv[1][0] == '-') {
         const QCoreApplication application(argc, argv);
-        const Installation where{QCoreApplication::applicationDirPath(), {}, siteFile};
+        const Installation where{.programFolder = QCoreApplication::applicationDirPath(), .siteFile = siteFile};
         const QString answer = answerOnTerminal(argumentsOf(argc, argv), where);
         if (!answer.isEmpty()) {
             say(stdout, answer);
@@ -269,9 +301,11 @@ int runLumora(int argc, char **argv) {
         }
     }
     QApplication application(argc, argv);
-    setUpApplication(application);
+    const Installation where{QApplication::applicationDirPath(), RecoveryFolder::usualParent(),
+                             usersConfigurationFolder()};
+    setUpApplication(application, where);
     const ClosingSignals closingSignals;
-    basMain program(Installation{QApplication::applicationDirPath(), RecoveryFolder::usualParent(), siteFile, cacheFolder()});
+    basMain program(where);
     const DesktopOpener opener([&program](const QString &what) {
         tellNoProgram(program.context().texts, what, QApplication::activeWindow());
     });

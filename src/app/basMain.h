@@ -50,7 +50,7 @@ class basMain : public QObject {
     /// Acts on a command line (see decideStart). False when it opened no window: the program then ends at once.
     bool Main(const QString &commandLine);
     /// Starts directly in Simple mode, without splash or launcher.
-    void StartSimpleMode(const QString &photo);
+    void StartSimpleMode(const QString &photo = {});
     /// Starts directly in Advanced mode; `photo` may be empty. The file is read in a second thread while the window is
     /// built. The settings stay as the user left them.
     void StartAdvancedMode(const QString &photo);
@@ -81,6 +81,9 @@ class basMain : public QObject {
     void showAdvancedMainWindow();
     void unloadMainWindow();
     void followLanguage();
+    void showForMe(QWidget *over);
+    void showForMeAtFirst();
+    void followForMe();
     void endWithoutWindows();
 
     AppContext m_context;
@@ -91,8 +94,8 @@ class basMain : public QObject {
     Desk *m_desk = nullptr;
 };
 
-/// Sets the application's name, version, icon and style.
-void setUpApplication(QApplication &application);
+/// Sets the application's name, version, icon and style, and shows it as the user of `where` likes it.
+void setUpApplication(QApplication &application, const Installation &where = {});
 
 /// The whole program: from the command line to its exit code.
 int runLumora(int argc, char **argv);

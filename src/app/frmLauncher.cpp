@@ -40,7 +40,7 @@ double roomy(const QScreen &screen) {
 /// A button with visible edges at rest, and with a disc of its own colour behind its picture.
 class ModeButton : public AnimatedButton {
   public:
-    ModeButton(const QString &loop, QColor disc, QWidget *parent)
+    ModeButton(const QString &loop, const QColor &disc, QWidget *parent)
         : AnimatedButton(loop, CaptionPlace::Below, parent), m_disc(disc) {
         setLoop(loop);
     }
@@ -59,7 +59,7 @@ class ModeButton : public AnimatedButton {
     }
 
   private:
-    QColor m_disc;
+    const QColor &m_disc; ///< of the colours that are shown
 };
 
 /// A small button on the tint of the large ones.
@@ -83,7 +83,9 @@ frmLauncher::frmLauncher(AppContext &context)
       lblVersion(new QLabel(this)), picHand(new QLabel(this)), HR1(new QFrame(this)),
       cmdSimpleMode(modeButton("cmdSimpleMode", "simple-mode", colours::pressed)),
       cmdAdvMode(modeButton("cmdAdvMode", "advanced-mode", colours::checked)),
-      cmdVideos(footButton("cmdVideos", "help")), cmdExit(footButton("cmdExit", "exit")) {
+      cmdVideos(footButton("cmdVideos", "help")),
+      cmdForMe(new PictureButton("for-me", PictureButton::CaptionPlace::None, this)),
+      cmdExit(footButton("cmdExit", "exit")) {
     setAttribute(Qt::WA_DeleteOnClose);
     build();
     LoadLanguage();
@@ -91,6 +93,7 @@ frmLauncher::frmLauncher(AppContext &context)
     connect(cmdSimpleMode, &QAbstractButton::clicked, this, &frmLauncher::simpleModeWanted);
     connect(cmdAdvMode, &QAbstractButton::clicked, this, &frmLauncher::advancedModeWanted);
     connect(cmdVideos, &QAbstractButton::clicked, this, &frmLauncher::showHelp);
+    connect(cmdForMe, &QAbstractButton::clicked, this, &frmLauncher::forMeWanted);
     connect(cmdExit, &QAbstractButton::clicked, this, &QWidget::close);
     for (PictureButton *button : std::initializer_list<PictureButton *>{cmdSimpleMode, cmdAdvMode, cmdVideos}) {
         button->setHoverColour(entered);
@@ -113,12 +116,10 @@ void frmLauncher::build() {
     wave();
     lblVersion->setObjectName("lblVersion");
     lblVersion->setAlignment(Qt::AlignCenter);
-    QPalette faint = lblVersion->palette();
-    faint.setColor(QPalette::WindowText, colours::faintInk);
-    lblVersion->setPalette(faint);
+    setFaint(*lblVersion);
     HR1->setObjectName("HR1");
     HR1->setFixedHeight(2);
-    HR1->setStyleSheet("background: " + colours::line.name());
+    setThemedSheet(*HR1, "background: @line");
 
     auto *scene = new ScenePicture("launcher", buttonCorner, this);
     scene->setFixedHeight(qRound(sceneHeight * roomy(*screen())));
@@ -135,8 +136,11 @@ void frmLauncher::build() {
     modes->setSpacing(20);
     modes->addWidget(cmdSimpleMode);
     modes->addWidget(cmdAdvMode);
+    cmdForMe->setObjectName("cmdForMe");
+    cmdForMe->setPictureSize(46);
     auto *foot = new QHBoxLayout;
     foot->addWidget(cmdVideos);
+    foot->addWidget(cmdForMe);
     foot->addWidget(lblVersion, 1);
     foot->addWidget(cmdExit);
     body()->setContentsMargins(28, 10, 28, 20);
@@ -195,8 +199,16 @@ void frmLauncher::wave() {
 
 void frmLauncher::showEvent(QShowEvent *event) {
     BorderlessDialog::showEvent(event);
-    if (motionWanted()) {
+    wakeHand();
+}
+
+void frmLauncher::wakeHand() {
+    if (isVisible() && motionWanted()) {
         tmrHand.start(AnimatedButton::interval);
+    } else {
+        tmrHand.stop();
+        m_handFrame = AnimatedButton::frames;
+        wave(); // to the first picture
     }
 }
 
@@ -208,6 +220,7 @@ void frmLauncher::hideEvent(QHideEvent *event) {
 void frmLauncher::changeEvent(QEvent *event) {
     if (event->type() == QEvent::LanguageChange) {
         LoadLanguage();
+        wakeHand();
     }
     BorderlessDialog::changeEvent(event);
 }

@@ -28,6 +28,8 @@ class frmLauncher : public BorderlessDialog {
   Q_SIGNALS:
     void simpleModeWanted();
     void advancedModeWanted();
+    /// The page "For me" should be shown above this window.
+    void forMeWanted();
 
   protected:
     void showEvent(QShowEvent *event) override;
@@ -41,6 +43,7 @@ class frmLauncher : public BorderlessDialog {
     AnimatedButton *modeButton(const QString &name, const QString &loop, const QColor &disc);
     PictureButton *footButton(const QString &name, const QString &icon);
     void wave();
+    void wakeHand();
     void showHelp();
 
     AppContext &m_context;
@@ -51,6 +54,7 @@ class frmLauncher : public BorderlessDialog {
     AnimatedButton *cmdSimpleMode;
     AnimatedButton *cmdAdvMode;
     PictureButton *cmdVideos;
+    PictureButton *cmdForMe;
     PictureButton *cmdExit;
     QTimer tmrHand{this};
     int m_handFrame = 8; ///< 1 to 8

@@ -2,12 +2,12 @@
 
 #include "base/IniText.h"
 #include "base/ReplaceFile.h"
+#include "base/basMisc.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
-#include <QStandardPaths>
 #include <array>
 #include <ctime>
 #include <sys/stat.h>
@@ -65,8 +65,7 @@ bool canBeReplaced(const QString &file) {
 
 /// The user's own copy of a file whose folder is read-only.
 QString userCopy(const QString &file) {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/lumora/" +
-           QFileInfo(file).fileName();
+    return usersConfigurationFolder() + '/' + QFileInfo(file).fileName();
 }
 
 } // namespace

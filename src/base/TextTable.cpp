@@ -11,17 +11,17 @@ constexpr TextRow textRows[] = {
     {"", "Statusbar", "Lumora", "-", ""},
     {"", "Version", "Version %1", "-", ""},
     // The code of the file's language: it selects the toolkit's own texts (OK on a message box, a text field's menu).
-    {"", "Language", "en", "-", ""},
+    {"", "Language", "en", "-", "verbatim"},
     // Its name in itself, for the list in the options.
     {"", "LanguageName", "English", "-", ""},
     // "rtl" for a language that is written from the right, "ltr" from the left; anything else: as most of its letters.
-    {"", "Direction", "auto", "-", ""},
+    {"", "Direction", "auto", "-", "verbatim"},
 
     // On a terminal; "|" begins a new line.
     {"", "TerminalHelp", "Lumora, a photo editor for children and beginners||lumora          choose a mode in the launcher"
      "|lumora PHOTO    open a photo in Advanced Mode|lumora /s       start in Simple Mode|lumora /a       start in Advanced "
-     "Mode|lumora --help, lumora --version", "-", ""},
-    {"", "TerminalNoPhoto", "Lumora: there is no photo named \"%1\".", "-", ""},
+     "Mode|lumora --help, lumora --version", "-", "verbatim"},
+    {"", "TerminalNoPhoto", "Lumora: there is no photo named \"%1\".", "-", "verbatim"},
 
     // Message boxes, and the kinds of files in the file dialogs; the extensions are appended.
     {"", "ErrorTitle", "Error", "-", ""},
@@ -48,6 +48,23 @@ constexpr TextRow textRows[] = {
     {"frmLauncher", "BtnSimple", "Simple Mode", "cmdSimpleMode", "text"},
     {"frmLauncher", "BtnAdv", "Advanced Mode", "cmdAdvMode", "text"},
     {"frmLauncher", "BtnVideos", "Help", "cmdVideos", "text"},
+    {"frmLauncher", "ForMe", "For me", "cmdForMe", "toolTip"},
+
+    // What each user sets for themselves.
+    {"frmForMe", "ForMe", "For me", "", "windowTitle"},
+    {"frmForMe", "ForMe", "For me", "lblCaption", "text"},
+    {"frmForMe", "ForMeUsual", "Usual", "optSize1", "text"},
+    {"frmForMe", "ForMeLarge", "Large", "optSize2", "text"},
+    {"frmForMe", "ForMeLargest", "Very large", "optSize3", "text"},
+    {"frmForMe", "ForMeCalm", "Nothing moves", "chkCalm", "text"},
+    {"frmForMe", "ForMeLetters", "Easy letters", "chkEasyLetters", "text"},
+    {"frmForMe", "ForMeCapitals", "Capital letters", "chkCapitals", "text"},
+    {"frmForMe", "ForMeContrast", "High contrast", "chkHighContrast", "text"},
+    {"frmForMe", "ForMeClicks", "Click, move, click", "chkClickMoveClick", "text"},
+    {"frmForMe", "ForMeClicksTip", "A click takes what you would drag. The next click lets it go.", "-", ""},
+    {"frmForMe", "ForMePointer", "Large pointer", "chkLargePointer", "text"},
+    {"frmForMe", "ForMeReset", "All as usual", "cmdReset", "text"},
+    {"frmForMe", "ForMeOK", "OK", "cmdOK", "text"},
 
     // Welcome bubble.
     {"frmWelcome", "LblWelcomeTip",
@@ -256,7 +273,7 @@ constexpr TextRow textRows[] = {
     {"frmMain", "Enhance", "Make Better", "sldSFX9_4", "accessibleName"},
     {"frmMain", "LblAngle", "Angle", "sldAngle", "accessibleName"},
     {"frmMain", "AdjustCompare", "Press and hold to see the photo as it was before", "picAJP2", "toolTip"},
-    {"frmMain", "MyPicture", "my picture", "-", ""},
+    {"frmMain", "MyPicture", "my picture", "-", "verbatim"},
     {"frmMain", "NoPhotosHere", "There are no pictures in this folder yet. Click on a group on the left to find some!", "-", ""},
     // The strip of what was done: its pictures. %1 is "At the beginning" or "Step 3".
     {"frmMain", "Steps", "What you did", "-", ""},
@@ -541,9 +558,9 @@ constexpr TextRow textRows[] = {
     {"frmScanner", "ScannerReady", "Now click on Scan.", "-", ""},
     {"frmScanner", "ScannerDrag", "Draw a frame round what you want. Then click on Scan.", "-", ""},
     // E-mail: the window's other texts are in the settings file.
-    {"frmMain", "EmailSubject", "My Photo", "-", ""},
-    {"frmMain", "EmailSentVia", "Sent via", "-", ""},
-    {"frmMain", "EmailLink", "Lumora (Click here to find out how...)", "-", ""},
+    {"frmMain", "EmailSubject", "My Photo", "-", "verbatim"},
+    {"frmMain", "EmailSentVia", "Sent via", "-", "verbatim"},
+    {"frmMain", "EmailLink", "Lumora (Click here to find out how...)", "-", "verbatim"},
     {"frmMain", "MsgEmailError", "Error %1", "-", ""},
     {"frmMain", "MsgEmailFailed",
      "Unable to send e-mail, this may be due to the recipients SMTP settings. Please try again.",
@@ -665,7 +682,7 @@ constexpr TextRow textRows[] = {
     {"frmOptions", "OptionsEmptyOne", "Delete 1 picture (%1)", "-", ""},
     {"frmOptions", "OptionsEmptyMany", "Delete %1 pictures (%2)", "-", ""},
     {"frmOptions", "MsgEmpty", "Delete all pictures that were not saved? Nobody can get them back then.", "-", ""},
-    {"frmOptions", "SlideshowSeconds", "%1 s", "-", ""},
+    {"frmOptions", "SlideshowSeconds", "%1 s", "-", "verbatim"},
     {"frmOptions", "OptionsSearching", "Looking...", "-", ""},
     {"frmOptions", "OptionsNoScanner", "No scanner found", "-", ""},
     {"frmOptions", "OptionsChooseScanner", "Choose a scanner", "-", ""},
@@ -772,6 +789,7 @@ constexpr TextRow textRows[] = {
     {"frmHelp", "DlgHelpOpt2", "View User Guide", "optUserGuide", "text"},
     {"frmHelp", "DlgHelpBtnYes", "OK", "cmdYes", "text"},
     {"frmHelp", "DlgHelpBtnNo", "Cancel", "cmdNo", "text"},
+    {"frmOptions", "ForMe", "For me", "cmdForMe", "text"},
     {"frmHelp frmOptions", "BtnAbout", "About Lumora", "cmdAbout", "text"},
     {"frmHelp", "MsgNoProgram", "This computer has no program that can open this: %1", "-", ""},
     // The folder of the guide's pages in this language, in resources/guide; a missing page is shown in English.

@@ -1,5 +1,6 @@
 #include "base/Texts.h"
 
+#include "base/Capitals.h"
 #include "base/IniFiles.h"
 
 #include <QStringList>
@@ -26,8 +27,8 @@ qsizetype lettersFromTheRight(const QString &text) {
 Texts::Texts(IniFiles &files, QString languageFile)
     : Texts(files, [file = std::move(languageFile)] { return QStringList(file); }) {}
 
-Texts::Texts(IniFiles &files, std::function<QStringList()> languageFiles)
-    : m_files(files), m_languageFiles(std::move(languageFiles)) {}
+Texts::Texts(IniFiles &files, std::function<QStringList()> languageFiles, std::function<bool()> capitals)
+    : m_files(files), m_languageFiles(std::move(languageFiles)), m_capitals(std::move(capitals)) {}
 
 void Texts::fill() const {
     m_entries.clear();
@@ -47,6 +48,15 @@ void Texts::fill() const {
         m_entries.insert(identifier, {isFromFile ? text : QString::fromUtf8(row.defaultText), isFromFile});
     }
     m_lettersRun = fromTheRight > 0 ? Qt::RightToLeft : Qt::LeftToRight;
+    m_capitalsOf = m_capitals && m_capitals() ? m_entries.value(QStringLiteral("Language")).text : QString();
+    if (!m_capitalsOf.isEmpty()) {
+        for (const TextRow &row : allTexts()) {
+            if (qstrcmp(row.property, "verbatim") != 0) {
+                Entry &entry = m_entries[QString::fromUtf8(row.identifier)];
+                entry.text = inCapitals(entry.text, m_capitalsOf);
+            }
+        }
+    }
 }
 
 const Texts::Entry &Texts::entry(const QString &identifier) const {
@@ -66,7 +76,12 @@ QString Texts::text(const QString &identifier) const {
 
 QString Texts::text(const QString &identifier, const QString &defaultText) const {
     const Entry &found = entry(identifier);
-    return found.isFromFile ? found.text : defaultText;
+    return found.isFromFile ? found.text : m_capitalsOf.isEmpty() ? defaultText : inCapitals(defaultText, m_capitalsOf);
+}
+
+QString Texts::shown(const QString &words) const {
+    entry({}); // after a change of the files
+    return m_capitalsOf.isEmpty() ? words : inCapitals(words, m_capitalsOf);
 }
 
 Qt::LayoutDirection Texts::direction() const {

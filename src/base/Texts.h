@@ -18,7 +18,9 @@ class IniFiles;
 /// - "text", "toolTip", "title", "windowTitle": that property of the control;
 /// - "append": below the text that the control already shows, after an empty line;
 /// - "item:KEY": tool tip of the control's button whose property "key" is KEY;
-/// - "itemText:KEY": text and tool tip of that button.
+/// - "itemText:KEY": text and tool tip of that button;
+/// - "verbatim" (control "-"): not words to read here, but a code, a file name or what leaves the program: never in
+///   capitals.
 struct TextRow {
     const char *window;
     const char *identifier;
@@ -38,8 +40,9 @@ bool isTextOf(const TextRow &row, const QString &window);
 class Texts {
   public:
     Texts(IniFiles &files, QString languageFile);
-    /// With the files to look in, the first one first; asked for again after each change of a file.
-    Texts(IniFiles &files, std::function<QStringList()> languageFiles);
+    /// With the files to look in, the first one first, and whether texts are in capitals (see inCapitals). Both are
+    /// asked for again after each change of a file.
+    Texts(IniFiles &files, std::function<QStringList()> languageFiles, std::function<bool()> capitals = {});
 
     /// The text of an identifier, with the table's default (the first row of that identifier). Identifiers are those of
     /// the table, case-sensitive; for any other the text is empty.
@@ -51,6 +54,9 @@ class Texts {
     /// direction of most letters in the first file.
     Qt::LayoutDirection direction() const;
 
+    /// Words that come from elsewhere (the toolkit), as texts are shown now: in capitals or as they are.
+    QString shown(const QString &words) const;
+
   private:
     struct Entry {
         QString text;
@@ -61,6 +67,8 @@ class Texts {
 
     IniFiles &m_files;
     std::function<QStringList()> m_languageFiles;
+    std::function<bool()> m_capitals;
+    mutable QString m_capitalsOf; ///< the language's code while texts are in capitals, else empty
     mutable QHash<QString, Entry> m_entries;
     mutable Qt::LayoutDirection m_lettersRun = Qt::LeftToRight; ///< those of the first file
     mutable std::optional<quint64> m_revision;                  ///< of the files, when the table was filled

@@ -27,6 +27,10 @@ QString GetSpecialFolderPath(int folder) {
     return !path.isEmpty() && QDir().mkpath(path) ? path : QString();
 }
 
+QString usersConfigurationFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/lumora";
+}
+
 QString GetTempDir() {
     const QString named = QDir::tempPath(); // empty where TMPDIR names nothing
     return named.isEmpty() ? QStringLiteral("/tmp") : named;

@@ -9,9 +9,12 @@ namespace lumora {
 struct Installation {
     QString programFolder;       ///< the folder that holds the program file
     QString recoveryFolder = {}; ///< where copies of unsaved photos are kept; empty: disabled
-    QString siteFile = {};       ///< the administrator's settings for all users; empty: none
+    QString usersFolder = {};    ///< what is each user's own; empty: kept beside the program
     QString cacheFolder = {};    ///< where undo steps go that do not fit into memory; empty: the temporary folder
+    QString siteFile = {};       ///< the administrator's settings for all users; empty: none
     QString settingsFile() const { return programFolder + "/Lumora.ini"; }
+    /// The settings that each user has for themselves, whoever else uses this installation.
+    QString usersFile() const { return (usersFolder.isEmpty() ? programFolder : usersFolder) + "/ForMe.ini"; }
     /// language.ini in the program's folder, its name matched without regard to case.
     QString languageFile() const;
     /// Further languages, to choose from in the options.
@@ -23,6 +26,9 @@ struct Installation {
 /// The user's folder of that shell number: 5 documents, 39 pictures, 0 desktop, created when it is missing, as a
 /// desktop does at log-in; an empty text for any other number or when it cannot be created.
 QString GetSpecialFolderPath(int folder);
+
+/// The folder of Lumora's own files in the user's configuration; not created.
+QString usersConfigurationFolder();
 
 /// The temporary folder: TMPDIR of the environment, or the system's.
 QString GetTempDir();

@@ -66,7 +66,7 @@ class CardDelegate : public QStyledItemDelegate {
     static void paintCard(QPainter &painter, const QRect &card, QStyle::State state, bool unreadable) {
         const bool chosen = state & QStyle::State_Selected;
         const bool hovered = !unreadable && (state & QStyle::State_MouseOver);
-        painter.setPen(QPen(chosen ? colours::checked : hovered ? colours::sun : colours::line, 2));
+        painter.setPen(QPen(chosen ? colours::checkedEdge : hovered ? colours::litEdge : colours::line, 2));
         painter.setBrush(chosen ? colours::checked : hovered ? colours::hover : colours::paper);
         painter.drawRoundedRect(QRectF(card).adjusted(2, 2, -2, -2), buttonCorner, buttonCorner);
         if ((state & QStyle::State_HasFocus) && KeyboardFocus::isUsed()) {

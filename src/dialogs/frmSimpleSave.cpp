@@ -31,10 +31,10 @@ struct TypeRow {
 };
 
 constexpr TypeRow types[] = {
-    {"FileTypeBMP", ".bmp", colours::sky},   {"FileTypeJPEG", ".jpg", colours::leaf},
-    {"FileTypePNG", ".png", colours::plum},  {"FileTypeGIF", ".gif", colours::coral},
-    {"FileTypeTIFF", ".tif", colours::sun},  {"FileTypeTGA", ".tga", colours::faintInk},
-    {"FileTypePDF", ".pdf", colours::coral},
+    {"FileTypeBMP", ".bmp", colours::usual.sky},   {"FileTypeJPEG", ".jpg", colours::usual.leaf},
+    {"FileTypePNG", ".png", colours::usual.plum},  {"FileTypeGIF", ".gif", colours::usual.coral},
+    {"FileTypeTIFF", ".tif", colours::usual.sun},  {"FileTypeTGA", ".tga", colours::usual.faintInk},
+    {"FileTypePDF", ".pdf", colours::usual.coral},
 };
 constexpr int typeCount = std::size(types);
 constexpr int jpeg = 1;

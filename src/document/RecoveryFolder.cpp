@@ -199,14 +199,25 @@ bool RecoveryFolder::putAside() {
     return false;
 }
 
+namespace {
+
+QStringList foldersIn(const QString &parent) {
+    return QDir(parent).entryList({QLatin1String(folderPrefix) + QLatin1Char('*')}, QDir::Dirs);
+}
+
+} // namespace
+
+bool RecoveryFolder::mayHaveCopies(const QString &parent) {
+    return !parent.isEmpty() && !foldersIn(parent).isEmpty();
+}
+
 std::unique_ptr<RecoveryFolder> RecoveryFolder::findNewest(const QString &parent, KeptPhoto &photo, int *damaged) {
     std::vector<std::pair<std::pair<qint64, qint64>, std::unique_ptr<RecoveryFolder>>> left;
     const int top = openPrivateFolder(parent);
     if (top < 0) {
         return nullptr;
     }
-    const QStringList names = QDir(parent).entryList({QLatin1String(folderPrefix) + QLatin1Char('*')}, QDir::Dirs);
-    for (const QString &name : names) {
+    for (const QString &name : foldersIn(parent)) {
         auto folder = std::make_unique<RecoveryFolder>(parent);
         if (!folder->enter(top, QFile::encodeName(name).toStdString())) {
             continue;

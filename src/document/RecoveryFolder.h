@@ -38,6 +38,9 @@ class RecoveryFolder {
     /// ones stay for the next time.
     static std::unique_ptr<RecoveryFolder> findNewest(const QString &parent, KeptPhoto &photo, int *damaged = nullptr);
 
+    /// Whether something lies there that may be such a copy, or that of a running program. Reads no file.
+    static bool mayHaveCopies(const QString &parent);
+
     /// The folder below which the program itself looks: where the user's state is kept, not among temporary files. What
     /// an earlier version kept among the user's data is moved there.
     static QString usualParent();

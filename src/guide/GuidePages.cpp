@@ -99,7 +99,8 @@ QString guideHtml(const QString &language, const QString &file) {
 }
 
 QString guideStyle() {
-    return withColours(contentsOf("guide.css"));
+    const QString airy = shownLook().easyLetters ? QStringLiteral("p, li, td { line-height: 125%; }\n") : QString();
+    return withColours(contentsOf("guide.css")) + airy;
 }
 
 } // namespace lumora

@@ -19,14 +19,14 @@ constexpr int documentMargin = 28; // pixels
 
 GuideReader::GuideReader(const Texts &texts, QWidget *parent) : QTextBrowser(parent), m_texts(texts) {
     setOpenLinks(false);
-    setStyleSheet(QString("QTextBrowser { background: %1; border: none; padding: 0px; }").arg(colours::paper.name()));
+    setThemedSheet(*this, "QTextBrowser { background: @paper; border: none; padding: 0px; }");
     document()->setDocumentMargin(documentMargin);
-    document()->setDefaultStyleSheet(guideStyle());
     document()->documentLayout()->registerHandler(QTextFormat::ImageObject, new GuidePictures(this));
 }
 
 void GuideReader::showPage(const QString &file, const QStringList &words) {
-    setHtml(guideHtml(guideLanguage(m_texts), file));
+    document()->setDefaultStyleSheet(guideStyle()); // in the colours of now
+    setHtml(m_texts.shown(guideHtml(guideLanguage(m_texts), file)));
     moveCursor(QTextCursor::Start);
     verticalScrollBar()->setValue(0); // above the margin too
     mark(words);

@@ -94,9 +94,7 @@ QLabel *OptionsPage::note(const QString &name) {
     QFont small = text->font();
     small.setPointSizeF(10);
     text->setFont(small);
-    QPalette faint = text->palette();
-    faint.setColor(QPalette::WindowText, colours::faintInk);
-    text->setPalette(faint);
+    setFaint(*text);
     text->setWordWrap(true);
     return text;
 }

@@ -39,6 +39,8 @@ frmOptions::frmOptions(AppContext &ctx, QWidget *owner, const QString &helper)
     addPage(m_miscellaneous);
     auto *cmdAbout = new PictureButton("lumora", PictureButton::CaptionPlace::Beside, this);
     cmdAbout->setObjectName("cmdAbout");
+    auto *cmdForMe = new PictureButton("for-me", PictureButton::CaptionPlace::Beside, this);
+    cmdForMe->setObjectName("cmdForMe");
     auto *buttons = new AnswerButtons(this);
     constexpr AnswerButtons::Look look{.pictureSize = 32, .minimumWidth = 130};
     cmdOK = buttons->add("cmdOK", "ok", look);
@@ -51,6 +53,7 @@ frmOptions::frmOptions(AppContext &ctx, QWidget *owner, const QString &helper)
     middle->addWidget(m_pages, 1);
     auto *answers = new QHBoxLayout;
     answers->addWidget(cmdAbout);
+    answers->addWidget(cmdForMe);
     answers->addStretch(1);
     answers->addWidget(cmdOK);
     answers->addWidget(cmdCancel);
@@ -64,6 +67,7 @@ frmOptions::frmOptions(AppContext &ctx, QWidget *owner, const QString &helper)
     connect(cmdOK, &QAbstractButton::clicked, this, &frmOptions::accept);
     connect(cmdCancel, &QAbstractButton::clicked, this, &QDialog::reject);
     connect(cmdAbout, &QAbstractButton::clicked, this, &frmOptions::aboutWanted);
+    connect(cmdForMe, &QAbstractButton::clicked, this, &frmOptions::forMeWanted);
     connect(new QShortcut(QKeySequence("Ctrl+Tab"), this), &QShortcut::activated, this, [this] { TabStrip1->step(1); });
     connect(new QShortcut(QKeySequence("Ctrl+Shift+Tab"), this), &QShortcut::activated, this,
             [this] { TabStrip1->step(-1); });
@@ -90,6 +94,13 @@ void frmOptions::LoadLanguage() {
             caption->buddy()->setAccessibleName(caption->text());
         }
     }
+}
+
+void frmOptions::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::LanguageChange) {
+        LoadLanguage();
+    }
+    BorderlessDialog::changeEvent(event);
 }
 
 void frmOptions::LoadMyINISettings() {

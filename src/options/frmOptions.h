@@ -36,6 +36,11 @@ class frmOptions : public BorderlessDialog {
   Q_SIGNALS:
     /// Version, licence and credits should be shown above this window.
     void aboutWanted();
+    /// The page "For me" should be shown above this window.
+    void forMeWanted();
+
+  protected:
+    void changeEvent(QEvent *event) override;
 
   private:
     void addPage(OptionsPage *page);

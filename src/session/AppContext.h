@@ -15,8 +15,10 @@ namespace lumora {
 
 struct AppContext {
     explicit AppContext(Installation where)
-        : installation(std::move(where)), settings(ini, installation.settingsFile(), installation.siteFile),
-          texts(ini, [this] { return languageFiles(installation, settings, ini); }),
+        : installation(std::move(where)), settings(ini, installation),
+          texts(
+              ini, [this] { return languageFiles(installation, settings, ini); },
+              [this] { return settings.read<Setting::Capitals>(); }),
           photo(PhotoHistory::Limits{.folder = installation.cacheFolder}) {
         photo.setTaskRunner(
             [this](const std::function<void()> &work, Stopping stopping) { return tasks.run(work, stopping); });

@@ -1,6 +1,10 @@
 #include "session/Settings.h"
 
 #include "base/IniFiles.h"
+#include "base/basMisc.h"
+
+#include <QDir>
+#include <QFileInfo>
 
 namespace lumora {
 
@@ -64,11 +68,16 @@ std::optional<QString> textOf(MailSize value) {
     return textOf(static_cast<int>(value));
 }
 
+std::optional<QString> textOf(ButtonSize value) {
+    return textOf(static_cast<int>(value));
+}
+
 } // namespace settings
 
-Settings::Settings(IniFiles &files, QString file, const QString &siteFile) : m_files(files), m_file(std::move(file)) {
-    if (!siteFile.isEmpty()) {
-        m_files.addSiteFile(m_file, siteFile);
+Settings::Settings(IniFiles &files, const Installation &where)
+    : m_files(files), m_file(where.settingsFile()), m_usersFile(where.usersFile()) {
+    if (!where.siteFile.isEmpty()) {
+        m_files.addSiteFile(m_file, where.siteFile);
     }
 }
 
@@ -136,14 +145,17 @@ QString Settings::text(const SettingRow &row, const char *standard) const {
         const QString value = m_files.siteValue(m_file, section, key);
         return value.isNull() ? otherwise : value;
     }
-    return m_files.ReadIniValue(m_file, section, key, otherwise);
+    return m_files.ReadIniValue(fileOf(row), section, key, otherwise);
 }
 
 void Settings::writeText(const SettingRow &row, const QString &value) {
     if (isLocked(row.lock)) {
         return;
     }
-    m_files.WriteIniValue(m_file, QString::fromUtf8(row.section), QString::fromUtf8(row.key), value);
+    if (row.isUsersOwn()) {
+        QDir().mkpath(QFileInfo(m_usersFile).path());
+    }
+    m_files.WriteIniValue(fileOf(row), QString::fromUtf8(row.section), QString::fromUtf8(row.key), value);
 }
 
 } // namespace lumora

@@ -9,6 +9,7 @@
 namespace lumora {
 
 class IniFiles;
+struct Installation;
 
 /// The sender's address until one is entered.
 inline constexpr char placeholderAddress[] = "you@example.com";
@@ -55,6 +56,14 @@ enum class Setting {
     KeepThrownAway,
     BeforeSimple,
     ReadAloud,
+    ButtonSize,
+    Calm,
+    EasyLetters,
+    Capitals,
+    HighContrast,
+    ClickMoveClick,
+    LargePointer,
+    ForMeSeen,
 };
 
 /// A yes or no setting whose readers ignore any other value.
@@ -65,6 +74,9 @@ enum class DialogStyle { Own, System, Other };
 
 /// How large a photo is mailed.
 enum class MailSize { Small, Medium, AsItIs };
+
+/// How large everything is drawn.
+enum class ButtonSize { Usual, Large, Largest };
 
 /// How a value is parsed.
 enum class SettingKind {
@@ -77,6 +89,7 @@ enum class SettingKind {
     Dialogs,     ///< DialogStyle: "0", "1" or other
     Security,    ///< MailSecurity: "0", "1" or "2"; STARTTLS for any other text
     MailSize,    ///< MailSize: "0", "1" or "2"; Medium for any other text
+    ButtonSize,  ///< ButtonSize: "0", "1" or "2"; Usual for any other text
 };
 
 /// The code that writes a setting; a row may have several.
@@ -92,7 +105,7 @@ enum class Writer : unsigned {
     PrintLock = 128, ///< the pause of the print button
     Window = 256,    ///< the main window, when it is left
     Former = 512,    ///< what keeps the values from before Simple mode
-    ForMe = 1024,    ///< the page "For me"
+    ForMe = 1024,    ///< the page "For me": into the user's own file
 };
 
 constexpr Writer operator|(Writer a, Writer b) {
@@ -123,6 +136,8 @@ struct SettingRow {
     constexpr bool isWrittenBy(Writer writer) const {
         return (static_cast<unsigned>(writers) & static_cast<unsigned>(writer)) != 0;
     }
+    /// Whether each user has their own value, in Installation::usersFile().
+    constexpr bool isUsersOwn() const { return isWrittenBy(Writer::ForMe); }
 };
 
 // clang-format off
@@ -167,6 +182,14 @@ inline constexpr SettingRow settingRows[] = {
     {Setting::KeepThrownAway, "My Pictures", "Keep", SettingKind::YesUnlessNo, "1", Writer::Options}, // for a week
     {Setting::BeforeSimple, "Before Simple Mode", "Values", SettingKind::Text, "", Writer::Former}, // see switchSimpleOn
     {Setting::ReadAloud, "For me", "ReadAloud", SettingKind::Yes, "0", Writer::ForMe},
+    {Setting::ButtonSize, "For me", "Size", SettingKind::ButtonSize, "0", Writer::ForMe},
+    {Setting::Calm, "For me", "Calm", SettingKind::Yes, "0", Writer::ForMe},
+    {Setting::EasyLetters, "For me", "Letters", SettingKind::Yes, "0", Writer::ForMe},
+    {Setting::Capitals, "For me", "Capitals", SettingKind::Yes, "0", Writer::ForMe},
+    {Setting::HighContrast, "For me", "Contrast", SettingKind::Yes, "0", Writer::ForMe},
+    {Setting::ClickMoveClick, "For me", "ClickMoveClick", SettingKind::Yes, "0", Writer::ForMe},
+    {Setting::LargePointer, "For me", "Pointer", SettingKind::Yes, "0", Writer::ForMe},
+    {Setting::ForMeSeen, "For me", "Seen", SettingKind::Yes, "0", Writer::ForMe},
 };
 // clang-format on
 
@@ -206,6 +229,10 @@ template <Setting S> auto valueOf(const QString &text) {
         return text == QLatin1StringView("0")   ? MailSize::Small
                : text == QLatin1StringView("2") ? MailSize::AsItIs
                                                 : MailSize::Medium;
+    } else if constexpr (kind == SettingKind::ButtonSize) {
+        return text == QLatin1StringView("1")   ? ButtonSize::Large
+               : text == QLatin1StringView("2") ? ButtonSize::Largest
+                                                : ButtonSize::Usual;
     } else {
         return text;
     }
@@ -225,16 +252,16 @@ std::optional<QString> textOf(Switch value);
 std::optional<QString> textOf(DialogStyle value);
 std::optional<QString> textOf(MailSecurity value);
 std::optional<QString> textOf(MailSize value);
+std::optional<QString> textOf(ButtonSize value);
 
 } // namespace settings
 
 template <Setting S> using SettingValue = decltype(settings::standard<S>());
 
-/// The values of one settings file.
+/// The values of the settings file, and of the user's own file for the rows that are the user's own.
 class Settings {
   public:
-    /// `siteFile` holds the administrator's defaults and locks for all users; empty: there are none.
-    Settings(IniFiles &files, QString file, const QString &siteFile = {});
+    Settings(IniFiles &files, const Installation &where);
 
     /// Whether the administrator has locked this.
     bool isLocked(Lock lock) const;
@@ -283,8 +310,11 @@ class Settings {
     QString text(const SettingRow &row, const char *standard) const;
     void writeText(const SettingRow &row, const QString &value);
 
+    const QString &fileOf(const SettingRow &row) const { return row.isUsersOwn() ? m_usersFile : m_file; }
+
     IniFiles &m_files;
     QString m_file;
+    QString m_usersFile;
 };
 
 } // namespace lumora

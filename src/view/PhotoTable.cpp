@@ -63,7 +63,9 @@ void paintShadow(QPainter &painter, const QRectF &photo) {
 } // namespace
 
 void PhotoTable::makeTiles(qreal devicePixels) {
-    if (m_hatching.isNull() || !qFuzzyCompare(m_hatching.devicePixelRatio(), devicePixels)) {
+    if (m_hatching.isNull() || !qFuzzyCompare(m_hatching.devicePixelRatio(), devicePixels) ||
+        m_paper != colours::paper) {
+        m_paper = colours::paper;
         m_hatching = hatchingTile(devicePixels);
         m_checks = checksTile(devicePixels);
     }

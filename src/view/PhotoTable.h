@@ -22,6 +22,7 @@ class PhotoTable {
     void makeTiles(qreal devicePixels);
 
     QPixmap m_hatching, m_checks;
+    QColor m_paper; ///< below the hatching
 };
 
 /// What is seen through the transparent parts of a small picture of the photo.

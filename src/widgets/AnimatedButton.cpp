@@ -22,10 +22,10 @@ void AnimatedButton::setLoop(const QString &name) {
 }
 
 void AnimatedButton::setFrame(int number) {
-    if (number < 1 || number > frames || !motionWanted()) {
+    if (number < 1 || number > frames) {
         return;
     }
-    m_frame = number;
+    m_frame = motionWanted() ? number : 1;
     update();
 }
 

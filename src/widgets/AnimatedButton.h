@@ -20,7 +20,7 @@ class AnimatedButton : public PictureButton {
     void setLoop(const QString &name);
     const QString &loop() const { return m_loop; }
 
-    /// Shows that frame, 1 to 8; other numbers change nothing.
+    /// Shows that frame, 1 to 8; other numbers change nothing. The first one where nothing is to move.
     void setFrame(int number);
     int frame() const { return m_frame; }
 

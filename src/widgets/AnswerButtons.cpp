@@ -42,6 +42,9 @@ bool AnswerButtons::eventFilter(QObject *watched, QEvent *event) {
 void AnswerButtons::showNextFrame() {
     if (!motionWanted()) { // some desktops answer late
         tmrYes->stop();
+        for (AnimatedButton *button : std::as_const(m_buttons)) {
+            button->setFrame(1);
+        }
         return;
     }
     m_frame = AnimatedButton::nextFrame(m_frame);

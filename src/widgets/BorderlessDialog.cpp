@@ -83,6 +83,37 @@ void BorderlessDialog::settle() {
     setGeometry(place);
 }
 
+/// Its texts or letters have changed: as large as it needs to be now, round the same centre.
+void BorderlessDialog::grow() {
+    m_isGrowing = false;
+    if (!isVisible()) {
+        return;
+    }
+    layout()->activate();
+    settle();
+    QRect place = geometry();
+    place.moveCenter(m_centre);
+    const QRect room = this->screen()->availableGeometry();
+    place.moveLeft(std::clamp(place.left(), room.left(), std::max(room.left(), room.right() + 1 - place.width())));
+    place.moveTop(std::clamp(place.top(), room.top(), std::max(room.top(), room.bottom() + 1 - place.height())));
+    setGeometry(place);
+}
+
+void BorderlessDialog::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::LanguageChange || event->type() == QEvent::FontChange) {
+        growSoon();
+    }
+    QDialog::changeEvent(event);
+}
+
+void BorderlessDialog::growSoon() {
+    if (isVisible() && !m_isGrowing) {
+        m_isGrowing = true;
+        m_centre = geometry().center(); // before the layout makes it larger
+        QMetaObject::invokeMethod(this, &BorderlessDialog::grow, Qt::QueuedConnection);
+    }
+}
+
 /// The screen is too small for everything at once: all but the title strip and the answers moves into a scroll area.
 int BorderlessDialog::makeScroll() {
     auto *column = static_cast<QVBoxLayout *>(layout());
@@ -115,6 +146,9 @@ int BorderlessDialog::makeScroll() {
 
 void BorderlessDialog::resizeEvent(QResizeEvent *event) {
     QDialog::resizeEvent(event);
+    if (m_area == nullptr && surface().height() > screen()->availableGeometry().height()) {
+        growSoon(); // controls have come that need more room than there is
+    }
     if (!m_translucent) {
         setMask(windowShape(size()));
     }

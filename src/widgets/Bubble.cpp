@@ -36,7 +36,7 @@ void paintBubble(QPainter &painter, const QRectF &panel, BubbleSide side, QPoint
     const QPointF foot = tip + inward * (beakLength + 6);
     QPainterPath beak;
     beak.addPolygon(QPolygonF({tip, foot + along, foot - along, tip}));
-    painter.setPen(QPen(colours::sun, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setPen(QPen(colours::litEdge, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(colours::paper);
     painter.drawPath(shape.united(beak));
     painter.restore();

@@ -38,9 +38,8 @@ PictureButton *CommandBar::addButton(int number, const QString &key, const QStri
 void CommandBar::addSeparator(int number) {
     auto *separator = new QFrame(this);
     separator->setFixedSize(separatorWidth + 2 * separatorMargin, separatorHeight);
-    separator->setStyleSheet(QStringLiteral("background: %1; border-radius: 1px; margin: 0px %2px")
-                                 .arg(colours::line.name())
-                                 .arg(separatorMargin));
+    setThemedSheet(*separator,
+                   QStringLiteral("background: @line; border-radius: 1px; margin: 0px %1px").arg(separatorMargin));
     m_row->addWidget(separator);
     m_items.insert(number, {separator, true, true});
     showItems();

@@ -25,7 +25,8 @@ constexpr int farDown = 10'000;    // pixels, higher than any text
 /// A check box or radio button as the style draws them.
 bool isTickBox(const QWidget &control) {
     const bool isRadio = qobject_cast<const QRadioButton *>(&control) && !qobject_cast<const PictureChoice *>(&control);
-    return isRadio || qobject_cast<const QCheckBox *>(&control);
+    const bool isCheck = qobject_cast<const QCheckBox *>(&control) && !qobject_cast<const PictureTick *>(&control);
+    return isRadio || isCheck;
 }
 
 bool fits(const QString &text, const QFont &font, QSize place, int flags) {

@@ -105,8 +105,8 @@ void KeyboardFocus::paintRing(QPainter &painter, const QRectF &place, qreal corn
         painter.drawRoundedRect(place.adjusted(inset, inset, -inset, -inset), corner - inset, corner - inset);
     };
     ring(ringWidth / 2.0, ringWidth - 1, colours::paper); // the gap, on any surface
-    ring(line / 2, line, colours::sky.darker(130));
-    ring(ringWidth - line / 2, line, colours::sky.darker(130));
+    ring(line / 2, line, colours::focus);
+    ring(ringWidth - line / 2, line, colours::focus);
     painter.restore();
 }
 

@@ -25,6 +25,8 @@ bool filesAllowMotion() {
     return true;
 }
 
+bool isCalm = false;
+
 bool isGnomeLike() {
     const QString desktop = qEnvironmentVariable("XDG_CURRENT_DESKTOP").toLower();
     return desktop.contains("gnome") || desktop.contains("unity") || desktop.contains("pantheon");
@@ -59,7 +61,11 @@ bool motionWanted() {
         }
         return true;
     }();
-    return asked && wanted;
+    return asked && wanted && !isCalm;
+}
+
+void setCalm(bool calm) {
+    isCalm = calm;
 }
 
 } // namespace lumora

@@ -1,5 +1,7 @@
 #include "widgets/PanelDragger.h"
 
+#include "widgets/ClickMoveClick.h"
+
 #include <QMouseEvent>
 #include <QWidget>
 
@@ -7,6 +9,7 @@ namespace lumora {
 
 PanelDragger::PanelDragger(QWidget *panel, const QMargins &beyond) : QObject(panel), m_panel(panel), m_beyond(beyond) {
     panel->installEventFilter(this);
+    setDraggable(*panel, true);
 }
 
 void PanelDragger::install(QWidget *panel, const QMargins &beyond) {

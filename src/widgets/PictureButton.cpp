@@ -23,7 +23,7 @@ constexpr int tightness = 72;      // per cent of the font's line height: descen
 
 } // namespace
 
-PictureButton::PictureButton(QWidget *parent) : QAbstractButton(parent), m_hoverColour(colours::hover) {
+PictureButton::PictureButton(QWidget *parent) : QAbstractButton(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
@@ -70,6 +70,10 @@ void PictureButton::setLook(Look look) {
 void PictureButton::setHoverColour(const QColor &colour) {
     m_hoverColour = colour;
     update();
+}
+
+QColor PictureButton::hoverColour() const {
+    return m_hoverColour.isValid() ? m_hoverColour : colours::hover;
 }
 
 QSize PictureButton::sizeHint() const {
@@ -225,13 +229,13 @@ void PictureButton::paintSurface(QPainter &painter) const {
     constexpr qreal edgeWidth = 2;
     if (isEnabled() && isDown()) {
         surface = colours::pressed;
-        edge = colours::sun;
+        edge = colours::litEdge;
     } else if (isEnabled() && underMouse()) {
-        surface = m_hoverColour;
-        edge = m_hoverColour.alpha() == 255 ? QColor(colours::sun) : QColor(m_hoverColour.rgb());
+        surface = hoverColour();
+        edge = surface.alpha() == 255 ? colours::litEdge : QColor(surface.rgb());
     } else if (isChecked()) { // filled: an edge is what the keyboard has
         surface = colours::checked;
-        edge = colours::checked;
+        edge = colours::checkedEdge;
     }
     if (!isEnabled() && m_look == Look::Raised) {
         surface = colours::parchment;

@@ -39,7 +39,7 @@ class PictureButton : public QAbstractButton {
     void setLook(Look look);
     /// What the button turns to under the pointer; its edge then, too, where the colour is a tint (not opaque).
     void setHoverColour(const QColor &colour);
-    QColor hoverColour() const { return m_hoverColour; }
+    QColor hoverColour() const;
 
     /// The height that a button of that width needs at least: the lines of a caption below its picture are as close
     /// together as they can be read. In pixels.
@@ -82,7 +82,7 @@ class PictureButton : public QAbstractButton {
     CaptionPlace m_captionPlace = CaptionPlace::None;
     int m_gap = 4;
     Look m_look = Look::Flat;
-    QColor m_hoverColour;
+    QColor m_hoverColour; ///< not valid: the theme's
 };
 
 } // namespace lumora

@@ -1,10 +1,26 @@
-// A choice among a few that is told apart by its picture: a card with a large drawing above the dot and the caption.
-// The options offer the two kinds of dialogs with it.
+// What is told apart by its picture: a card with a large drawing above the caption. PictureChoice is one among a few
+// (the two kinds of dialogs in the options), PictureTick is switched on and off by itself (the page "For me").
 #pragma once
 
+#include <QCheckBox>
 #include <QRadioButton>
 
+class QStyleOption;
+
 namespace lumora {
+
+/// How such a card is drawn; the same for both kinds.
+struct PictureCard {
+    QString icon;    ///< ":/icons/ICON.svg"
+    int pictureSize; ///< pixels, square
+    int mostLines;   ///< of the caption, which wraps at this many
+    bool isTick;     ///< a tick box, not a dot
+
+    QSize sizeHint(const QAbstractButton &button) const;
+    void paint(const QAbstractButton &button, const QStyleOption &option) const;
+    /// Whether the caption is shown whole.
+    bool isWhole(const QAbstractButton &button) const;
+};
 
 /// The whole card can be clicked. Keys and exclusiveness are those of a radio button.
 class PictureChoice : public QRadioButton {
@@ -14,7 +30,8 @@ class PictureChoice : public QRadioButton {
     /// The drawing ":/icons/ICON.svg", `pictureSize` pixels square.
     PictureChoice(const QString &icon, int pictureSize, QWidget *parent = nullptr);
 
-    QSize sizeHint() const override;
+    const PictureCard &card() const { return m_card; }
+    QSize sizeHint() const override { return m_card.sizeHint(*this); }
     QSize minimumSizeHint() const override { return sizeHint(); }
 
   protected:
@@ -22,8 +39,26 @@ class PictureChoice : public QRadioButton {
     bool hitButton(const QPoint &position) const override { return rect().contains(position); }
 
   private:
-    QString m_icon;
-    int m_pictureSize;
+    PictureCard m_card;
+};
+
+/// The same as a check box, whose caption may take two lines.
+class PictureTick : public QCheckBox {
+    Q_OBJECT
+
+  public:
+    PictureTick(const QString &icon, int pictureSize, QWidget *parent = nullptr);
+
+    const PictureCard &card() const { return m_card; }
+    QSize sizeHint() const override { return m_card.sizeHint(*this); }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+  protected:
+    void paintEvent(QPaintEvent *event) override;
+    bool hitButton(const QPoint &position) const override { return rect().contains(position); }
+
+  private:
+    PictureCard m_card;
 };
 
 } // namespace lumora

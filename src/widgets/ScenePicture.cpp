@@ -1,5 +1,7 @@
 #include "widgets/ScenePicture.h"
 
+#include "widgets/Theme.h"
+
 #include <QPainter>
 #include <QPainterPath>
 
@@ -9,6 +11,11 @@ ScenePicture::ScenePicture(const QString &scene, qreal corner, QWidget *parent)
     : QFrame(parent), m_drawing(":/scenes/" + scene + ".svg"), m_corner(corner) {}
 
 void ScenePicture::paintEvent(QPaintEvent *) {
+    if (colours::isHighContrast()) { // what is written on a drawing would not be easy to read
+        QPainter painter(this);
+        paintPanel(painter, rect(), m_corner);
+        return;
+    }
     const qreal ratio = devicePixelRatioF();
     const QSize pixels = (QSizeF(size()) * ratio).toSize();
     if (m_picture.size() != pixels) {

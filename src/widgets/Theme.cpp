@@ -18,24 +18,30 @@ namespace lumora {
 
 namespace {
 
-constexpr QColor disabledInk(126, 122, 114); // words that can still be read: 3 : 1 on parchment
-const QColor linkInk = colours::sky.darker(140);
+constexpr double usualLetters = 11, easyLetters = 12; // points
+constexpr double easySpacing = 108;                   // per cent between letters
+constexpr double easyWordSpacing = 3;                 // pixels, beside a blank's own width
 
-QPalette warmPalette() {
+ThemeLook lookNow;
+
+constexpr char sheetProperty[] = "themedSheet"; // of widgets that change with the theme
+constexpr char faintProperty[] = "faint";
+
+QPalette themePalette() {
     QPalette palette(colours::paper);
     palette.setColor(QPalette::Window, colours::paper);
     palette.setColor(QPalette::Base, colours::paper);
     palette.setColor(QPalette::AlternateBase, colours::parchment);
     palette.setColor(QPalette::Button, colours::paper);
-    palette.setColor(QPalette::Highlight, colours::chosen);
+    palette.setColor(QPalette::Highlight, colours::checked);
     palette.setColor(QPalette::HighlightedText, colours::ink);
     palette.setColor(QPalette::ToolTipBase, colours::paper);
     palette.setColor(QPalette::ToolTipText, colours::ink);
-    palette.setColor(QPalette::Link, linkInk);
+    palette.setColor(QPalette::Link, colours::link);
     palette.setColor(QPalette::PlaceholderText, colours::faintInk);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         palette.setColor(role, colours::ink);
-        palette.setColor(QPalette::Disabled, role, disabledInk);
+        palette.setColor(QPalette::Disabled, role, colours::disabledInk);
     }
     palette.setColor(QPalette::Disabled, QPalette::Base, colours::parchment);
     palette.setColor(QPalette::Disabled, QPalette::Highlight, colours::line);
@@ -49,11 +55,11 @@ QToolTip { background: @paper; color: @ink; border: 1px solid @line; padding: 6p
 QPushButton { background: @paper; color: @ink; border: 2px solid @line; border-radius: 12px;
     padding: 8px 20px; min-height: 28px; min-width: 72px; }
 QPushButton:default { border-color: @sky; }
-QPushButton:hover { background: @hover; border-color: @sun; }
+QPushButton:hover { background: @hover; border-color: @litEdge; }
 QPushButton:pressed { background: @pressed; }
 QPushButton:disabled { background: @parchment; color: @disabled; border-color: @line; }
 QToolButton { background: transparent; border: 2px solid transparent; border-radius: 10px; padding: 6px; }
-QToolButton:hover { background: @hover; border-color: @sun; }
+QToolButton:hover { background: @hover; border-color: @litEdge; }
 QToolButton:pressed { background: @pressed; }
 QToolButton:checked { background: @checked; }
 
@@ -62,7 +68,7 @@ QLineEdit, QSpinBox, QDoubleSpinBox, QPlainTextEdit, QTextEdit, QComboBox {
     padding: 6px 10px; min-height: 28px; selection-background-color: @chosen; selection-color: @ink; }
 QComboBox { combobox-popup: 0; }
 QSpinBox, QDoubleSpinBox { padding-right: 34px; }
-QLineEdit:hover, QSpinBox:hover, QDoubleSpinBox:hover, QComboBox:hover { border-color: @sun; }
+QLineEdit:hover, QSpinBox:hover, QDoubleSpinBox:hover, QComboBox:hover { border-color: @litEdge; }
 QLineEdit:focus, QSpinBox:focus, QDoubleSpinBox:focus, QPlainTextEdit:focus, QTextEdit:focus, QComboBox:focus {
     border-color: @sky; }
 QLineEdit:disabled, QSpinBox:disabled, QDoubleSpinBox:disabled, QComboBox:disabled {
@@ -135,20 +141,14 @@ bool isMirrored(const QString &icon) {
 
 QString withColours(QString sheet) {
     const std::pair<const char *, QColor> names[] = {
-        {"@parchment", colours::parchment},
-        {"@paper", colours::paper},
-        {"@line", colours::line},
-        {"@ink", colours::ink},
-        {"@faintInk", colours::faintInk},
-        {"@sky", colours::sky},
-        {"@link", linkInk},
-        {"@sun", colours::sun},
-        {"@hover", colours::hover},
-        {"@pressed", colours::pressed},
-        {"@checked", colours::checked},
-        {"@chosen", colours::chosen},
-        {"@disabled", disabledInk},
-        {"@grip", colours::line.darker(115)},
+        {"@parchment", colours::parchment}, {"@paper", colours::paper},
+        {"@line", colours::line},           {"@ink", colours::ink},
+        {"@faintInk", colours::faintInk},   {"@sky", colours::sky},
+        {"@link", colours::link},           {"@sun", colours::sun},
+        {"@hover", colours::hover},         {"@litEdge", colours::litEdge},
+        {"@pressed", colours::pressed},     {"@checked", colours::checked},
+        {"@chosen", colours::checked},      {"@disabled", colours::disabledInk},
+        {"@grip", colours::grip},
     };
     for (const auto &[name, colour] : names) {
         sheet.replace(QLatin1String(name), colour.name());
@@ -156,18 +156,63 @@ QString withColours(QString sheet) {
     return sheet;
 }
 
-void applyTheme(QApplication &application) {
-    auto *style = new ThemeStyle;
-    style->setParent(&application);
-    QApplication::setStyle(style);
-    application.setPalette(warmPalette());
+const ThemeLook &shownLook() {
+    return lookNow;
+}
+
+void setThemedSheet(QWidget &widget, const QString &sheet) {
+    widget.setProperty(sheetProperty, sheet);
+    widget.setStyleSheet(withColours(sheet));
+}
+
+void setFaint(QWidget &widget) {
+    widget.setProperty(faintProperty, true);
+    QPalette palette = widget.palette();
+    palette.setColor(QPalette::WindowText, colours::faintInk);
+    widget.setPalette(palette);
+}
+
+namespace {
+
+QFont themeFont(bool easy) {
     // The others have the letters that Andika has not; Japanese names their shapes of the characters of all East Asia.
     QFont font(QStringList{"Andika", "Noto Sans Arabic UI", "Noto Sans CJK JP"});
-    font.setPointSizeF(11);
-    application.setFont(font);
+    font.setPointSizeF(easy ? easyLetters : usualLetters);
+    if (easy) {
+        font.setLetterSpacing(QFont::PercentageSpacing, easySpacing);
+        font.setWordSpacing(easyWordSpacing);
+    }
+    return font;
+}
+
+} // namespace
+
+void applyTheme(QApplication &application, const ThemeLook &look) {
+    lookNow = look;
+    colours::shown = look.highContrast ? colours::highContrast : colours::usual;
+    const bool isFirst = application.findChild<KeyboardFocus *>() == nullptr;
+    if (isFirst) {
+        auto *style = new ThemeStyle;
+        style->setParent(&application);
+        QApplication::setStyle(style);
+    }
+    application.setPalette(themePalette());
+    application.setFont(themeFont(look.easyLetters));
     application.setStyleSheet(styleSheet());
-    application.installEventFilter(new ShortenedTips(&application));
-    new KeyboardFocus(&application);
+    if (isFirst) {
+        application.installEventFilter(new ShortenedTips(&application));
+        new KeyboardFocus(&application);
+        return;
+    }
+    for (QWidget *widget : QApplication::allWidgets()) {
+        if (const QString sheet = widget->property(sheetProperty).toString(); !sheet.isEmpty()) {
+            setThemedSheet(*widget, sheet);
+        }
+        if (widget->property(faintProperty).toBool()) {
+            setFaint(*widget);
+        }
+        widget->update();
+    }
 }
 
 QPixmap iconPixmap(const QString &name, int size, qreal devicePixelRatio) {
@@ -176,7 +221,13 @@ QPixmap iconPixmap(const QString &name, int size, qreal devicePixelRatio) {
         return {};
     }
     const bool mirrored = isMirrored(name);
-    const QString key = QString("lumora-icon %1 %2 %3 %4").arg(name).arg(pixels).arg(devicePixelRatio).arg(mirrored);
+    // The drawings are made for a light surface, which yellow is not enough.
+    const bool onWhite = colours::isHighContrast() && !name.startsWith(":/");
+    const QString key = QString("lumora-icon %1 %2 %3 %4")
+                            .arg(name)
+                            .arg(pixels)
+                            .arg(devicePixelRatio)
+                            .arg((mirrored ? 1 : 0) + (onWhite ? 2 : 0));
     QPixmap pixmap;
     if (QPixmapCache::find(key, &pixmap)) {
         return pixmap;
@@ -189,6 +240,12 @@ QPixmap iconPixmap(const QString &name, int size, qreal devicePixelRatio) {
     pixmap = QPixmap(pixels, pixels);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
+    if (onWhite) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Qt::white);
+        painter.drawRoundedRect(QRectF(pixmap.rect()), pixels / 5.0, pixels / 5.0);
+    }
     if (mirrored) {
         painter.setTransform(QTransform(-1, 0, 0, 1, pixels, 0));
     }

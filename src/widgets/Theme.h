@@ -10,6 +10,7 @@
 class QApplication;
 class QPainter;
 class QRectF;
+class QWidget;
 
 namespace lumora {
 
@@ -25,12 +26,26 @@ constexpr int twips(int value) {
     return value / 15;
 }
 
+/// What a user may change of the look.
+struct ThemeLook {
+    bool highContrast = false; ///< colours::highContrast
+    bool easyLetters = false;  ///< 12 pt, farther apart
+};
+
 /// Gives the program its style, palette, font (Andika 11 pt; Noto for letters that it lacks) and style sheet. Call
-/// once, before the first window.
-void applyTheme(QApplication &application);
+/// before the first window, and later to change the look of all windows at once.
+void applyTheme(QApplication &application, const ThemeLook &look = {});
+
+/// What applyTheme has shown last.
+const ThemeLook &shownLook();
 
 /// A style sheet in which the names of the colours (@paper, @line …) are replaced by them.
 QString withColours(QString sheet);
+
+/// Gives a widget a style sheet of its own with such names, now and whenever the theme changes.
+void setThemedSheet(QWidget &widget, const QString &sheet);
+/// Shows its words in faintInk, for a remark, now and whenever the theme changes.
+void setFaint(QWidget &widget);
 
 /// The drawing ":/icons/NAME.svg" (or the resource itself where `name` begins with ":/"), `size` logical pixels square,
 /// sharp at that device pixel ratio; mirrored where it points with the reading direction. Kept between calls. Empty for

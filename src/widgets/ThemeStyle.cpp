@@ -255,9 +255,9 @@ QIcon ThemeStyle::standardIcon(StandardPixmap which, const QStyleOption *option,
     case SP_MessageBoxWarning:
         return messageSign(colours::sun, "!");
     case SP_MessageBoxInformation:
-        return messageSign(colours::sky.lighter(140), "i");
+        return messageSign(colours::isHighContrast() ? colours::sun : colours::sky.lighter(140), "i");
     case SP_MessageBoxQuestion:
-        return messageSign(colours::leaf.lighter(130), "?");
+        return messageSign(colours::isHighContrast() ? colours::sun : colours::leaf.lighter(130), "?");
     default:
         return QProxyStyle::standardIcon(which, option, widget);
     }

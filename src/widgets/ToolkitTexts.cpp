@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QThread>
 #include <algorithm>
 
 namespace lumora {
@@ -28,7 +29,19 @@ QLocale localeOf(const QString &code) {
 
 } // namespace
 
-ToolkitTexts::ToolkitTexts(const Texts &texts) : m_texts(texts) {
+QString ToolkitTexts::Words::translate(const char *context, const char *source, const char *disambiguation,
+                                       int number) const {
+    const QString words = QTranslator::translate(context, source, disambiguation, number);
+    const bool isKeyName = qstrcmp(context, "QShortcut") == 0; // which is also read
+    if (isKeyName || QThread::currentThread() != QCoreApplication::instance()->thread()) {
+        return words;
+    }
+    const QString own = words.isEmpty() ? QString::fromUtf8(source) : words;
+    const QString shown = m_texts.shown(own);
+    return shown == own ? words : shown;
+}
+
+ToolkitTexts::ToolkitTexts(const Texts &texts) : m_texts(texts), m_translator(texts) {
     follow();
 }
 
@@ -44,9 +57,10 @@ void ToolkitTexts::follow() {
     m_shown = name;
     const QLocale language(m_texts.text("Language"));
     QCoreApplication::removeTranslator(&m_translator);
-    if (m_translator.load(language, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
-        QCoreApplication::installTranslator(&m_translator);
+    if (!m_translator.load(language, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        (void)m_translator.load(QString()); // forget the last one
     }
+    QCoreApplication::installTranslator(&m_translator);
     QLocale::setDefault(localeOf(m_texts.text("Language")));
     QApplication::setLayoutDirection(m_texts.direction());
     for (QWidget *window : QApplication::topLevelWidgets()) {

@@ -21,9 +21,20 @@ class ToolkitTexts {
     void follow();
 
   private:
+    /// The toolkit's translation, shown as our own texts are.
+    class Words : public QTranslator {
+      public:
+        explicit Words(const Texts &texts) : m_texts(texts) {}
+        QString translate(const char *context, const char *source, const char *disambiguation,
+                          int number) const override;
+
+      private:
+        const Texts &m_texts;
+    };
+
     const Texts &m_texts;
-    QString m_shown;          ///< the name of the language
-    QTranslator m_translator; // takes itself out of the application when it goes
+    QString m_shown;    ///< the name of the language
+    Words m_translator; // takes itself out of the application when it goes
 };
 
 } // namespace lumora

@@ -1,5 +1,7 @@
 #include "widgets/WindowDragger.h"
 
+#include "widgets/ClickMoveClick.h"
+
 #include <QApplication>
 #include <QMouseEvent>
 #include <QWidget>
@@ -9,6 +11,7 @@ namespace lumora {
 
 WindowDragger::WindowDragger(QWidget *handle) : QObject(handle), m_handle(handle) {
     handle->installEventFilter(this);
+    setDraggable(*handle, true);
 }
 
 void WindowDragger::install(QWidget *handle) {
@@ -33,7 +36,8 @@ bool WindowDragger::eventFilter(QObject *watched, QEvent *event) {
         const QPoint at = static_cast<QMouseEvent *>(event)->globalPosition().toPoint();
         if (m_pressed && (at - m_pressedAt).manhattanLength() >= QApplication::startDragDistance()) {
             m_pressed = false; // a window system that takes over takes the release, too
-            m_following = !window->windowHandle() || !window->windowHandle()->startSystemMove();
+            m_following =
+                ClickMoveClick::isHolding() || !window->windowHandle() || !window->windowHandle()->startSystemMove();
         }
         if (m_following && !window->isMaximized() && !window->isFullScreen()) {
             window->move(at - m_grip);

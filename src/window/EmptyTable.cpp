@@ -42,9 +42,9 @@ EmptyTable::EmptyTable(QWidget *parent)
     m_sentence->setTextFormat(Qt::PlainText);
     m_sentence->setWordWrap(true);
     m_sentence->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    m_sentence->setStyleSheet(QString("background: %1; border: 1px solid %2; border-radius: %3px; padding: 8px;")
-                                  .arg(colours::paper.name(), colours::line.name())
-                                  .arg(buttonCorner));
+    setThemedSheet(
+        *m_sentence,
+        QString("background: @paper; border: 1px solid @line; border-radius: %1px; padding: 8px;").arg(buttonCorner));
     m_sentence->hide();
     setFocusProxy(m_folder);
     connect(m_folder, &PictureButton::clicked, this, &EmptyTable::openWanted);

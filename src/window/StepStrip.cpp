@@ -42,7 +42,10 @@ class StepDelegate : public QStyledItemDelegate {
         const qreal ratio = option.widget->devicePixelRatioF();
         painter->save();
         painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-        painter->setPen(QPen(place == 0 ? colours::sky : hovered ? colours::sun : colours::line, place == 0 ? 3 : 2));
+        painter->setPen(QPen(place == 0 ? colours::sky
+                             : hovered  ? colours::litEdge
+                                        : colours::line,
+                             place == 0 ? 3 : 2));
         painter->setBrush(place == 0 ? colours::checked : hovered ? colours::hover : QColor(Qt::white));
         painter->drawRoundedRect(QRectF(card).adjusted(2, 2, -2, -2), buttonCorner, buttonCorner);
         painter->setOpacity(place > 0 && !hovered ? undoneOpacity : 1);

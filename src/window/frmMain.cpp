@@ -493,6 +493,7 @@ void frmMain::showOptions() {
     HideBoxes();
     frmOptions *options = frmOptions::showModal(m_ctx, this);
     connect(options, &frmOptions::aboutWanted, this, [this, options] { Q_EMIT aboutWanted(options); });
+    connect(options, &frmOptions::forMeWanted, this, [this, options] { Q_EMIT forMeWanted(options); });
     connect(options, &QDialog::accepted, this, [this] {
         if (!m_ctx.flags.SimpleModeOn) {
             m_ctx.settings.forgetFormer(); // what is wanted has just been chosen

@@ -70,6 +70,8 @@ class frmMain : public QWidget {
     void helpWanted();
     /// Version, licence and credits should be shown above that window.
     void aboutWanted(QWidget *over);
+    /// The page "For me" should be shown above that window.
+    void forMeWanted(QWidget *over);
     /// The editor has been left; the launcher is to be shown.
     void leave();
     /// The options may have chosen another language.

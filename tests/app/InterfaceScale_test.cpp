@@ -19,5 +19,19 @@ TEST(InterfaceScale, GrowsInStepsThatLeaveRoomForTheSmallestWindow) {
     }
 }
 
+TEST(InterfaceScale, LargerSizesLeaveRoomForEveryWindow) {
+    const struct {
+        QSize screen;
+        double large, largest;
+    } rows[] = {
+        {{800, 600}, 1, 1},        {{640, 400}, 1, 1},       {{1024, 768}, 1.131, 1.28}, {{1366, 768}, 1.131, 1.28},
+        {{1280, 960}, 1.414, 1.6}, {{1920, 1080}, 1.5, 1.8}, {{3840, 2160}, 2.530, 3.2}, {{2560, 1440}, 1.897, 2.4},
+    };
+    for (const auto &row : rows) {
+        EXPECT_NEAR(interfaceScale(row.screen, ButtonSize::Large), row.large, 0.001) << row.screen.width();
+        EXPECT_NEAR(interfaceScale(row.screen, ButtonSize::Largest), row.largest, 0.001) << row.screen.width();
+    }
+}
+
 } // namespace
 } // namespace lumora

@@ -108,14 +108,14 @@ TEST_F(Launcher, EveryButtonIsReachedAndPressedByKeyboard) {
     QSignalSpy simple(launcher, &frmLauncher::simpleModeWanted);
     QSignalSpy advanced(launcher, &frmLauncher::advancedModeWanted);
     QStringList reached;
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 5; ++i) {
         reached << QApplication::focusWidget()->objectName();
         if (i < 2) {
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
         }
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
-    EXPECT_EQ(reached, QStringList({"cmdSimpleMode", "cmdAdvMode", "cmdVideos", "cmdExit"}));
+    EXPECT_EQ(reached, QStringList({"cmdSimpleMode", "cmdAdvMode", "cmdVideos", "cmdForMe", "cmdExit"}));
     EXPECT_EQ(simple.count(), 1);
     EXPECT_EQ(advanced.count(), 1);
     delete launcher;

@@ -1,6 +1,7 @@
 // What each command line opens, and when the program ends.
 #include "app/basMain.h"
 
+#include "app/frmForMe.h"
 #include "app/frmLauncher.h"
 #include "app/frmSplash.h"
 #include "base/FileName.h"
@@ -9,6 +10,7 @@
 #include "support/SettingsFile.h"
 #include "support/ShellCheck.h"
 #include "support/TestPictures.h"
+#include "widgets/Theme.h"
 #include "window/frmMain.h"
 
 #include <QAbstractButton>
@@ -209,6 +211,59 @@ TEST_F(Start, SimpleSettingsAreWrittenInTheirOrder) {
         EXPECT_GT(at, last) << section.toStdString();
         last = at;
     }
+}
+
+TEST_F(Start, ThePageForMeComesByItselfOnceAndOnlyWithTheLauncher) {
+    const QString kept = m_folder.filePath("recovery");
+    const Installation where{m_folder.path(), kept, m_folder.filePath("users")};
+    const struct {
+        const char *line;
+        bool isKept, comes; ///< whether a photo was left by a crash
+    } cases[] = {{"cat.png", false, false}, {"/a", false, false}, {"/s", false, false},
+                 {"", true, false},         {"", false, true},    {"", false, false}};
+    for (const auto &one : cases) {
+        QDir().mkpath(kept + "/photo-1");
+        if (!one.isKept) {
+            QDir(kept).removeRecursively();
+        }
+        basMain program(where);
+        ASSERT_TRUE(program.Main(one.line));
+        if (program.splash() != nullptr) {
+            Q_EMIT program.splash()->launcherWanted();
+        }
+        QPointer<frmForMe> page = program.launcher()->findChild<frmForMe *>();
+        ASSERT_EQ(page != nullptr, one.comes) << one.line << (one.isKept ? ", kept" : "");
+        if (page != nullptr) {
+            EXPECT_TRUE(page->isModal());
+            QTest::keyClick(page, Qt::Key_Escape);
+            EXPECT_TRUE(QTest::qWaitFor([&] { return page.isNull(); }));
+        }
+    }
+}
+
+TEST_F(Start, WhatIsChosenForMeShowsAtOnceAndAtTheNextStart) {
+    const Installation where{m_folder.path(), {}, m_folder.filePath("users")};
+    basMain program(where);
+    program.StartSimpleMode();
+    Q_EMIT program.launcher()->forMeWanted();
+    auto *page = program.launcher()->findChild<frmForMe *>();
+    ASSERT_NE(page, nullptr);
+    const auto click = [&](const char *name) { page->findChild<QAbstractButton *>(name)->click(); };
+    for (const char *name : {"chkCapitals", "chkHighContrast", "chkCalm"}) {
+        click(name);
+    }
+    const auto *crop = program.mainWindow()->findChild<QAbstractButton *>("cmdTool3");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return crop->text() == "CROP"; }));
+    EXPECT_EQ(page->windowTitle(), "FOR ME");
+    EXPECT_TRUE(colours::isHighContrast());
+    EXPECT_FALSE(motionWanted());
+    setUpApplication(*qApp, where);
+    EXPECT_TRUE(colours::isHighContrast());
+    click("cmdReset");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return crop->text() == "Crop"; }));
+    EXPECT_FALSE(page->findChild<QAbstractButton *>("chkCalm")->isChecked());
+    EXPECT_FALSE(colours::isHighContrast());
+    EXPECT_FALSE(settingsText().contains("For me"));
 }
 
 TEST_F(Start, ThePhotoOfTheCommandLineIsOpen) {

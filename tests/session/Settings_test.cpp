@@ -3,6 +3,7 @@
 
 #include "base/TemporaryHome.h"
 #include "session/AppContext.h"
+#include "session/ForMe.h"
 #include "session/LoadSettings.h"
 #include "session/OptionsSettings.h"
 
@@ -91,7 +92,7 @@ TEST_F(SettingsTest, TheSiteFileAnswersForWhatIsNotChosenAndWinsForWhatIsLocked)
         write(context.installation.settingsFile(), one.own);
         write(site, one.site);
         IniFiles files;
-        Settings settings(files, context.installation.settingsFile(), site);
+        Settings settings(files, Installation{.programFolder = folder.path(), .siteFile = site});
         EXPECT_EQ(settings.read<Setting::AdvancedEffects>() == Switch::On, one.advanced) << one.site;
         EXPECT_EQ(settings.read<Setting::PrintLock>(), one.lockAfterPrint) << one.site;
         EXPECT_EQ(settings.isLocked(Lock::Printing), one.printingLocked) << one.site;
@@ -137,6 +138,23 @@ TEST_F(SettingsTest, WritersWriteTheRowsThatNameThem) {
         EXPECT_EQ(found, expected) << "writer " << static_cast<unsigned>(one.writer);
         ASSERT_TRUE(QFile::remove(context.installation.settingsFile()));
     }
+}
+
+TEST_F(SettingsTest, WhatIsTheUsersOwnGoesIntoTheirFileWhileTheProgramsIsWritable) {
+    const Installation where{folder.path(), {}, folder.filePath("anna/lumora")};
+    const ForMe wanted{.size = ButtonSize::Largest, .capitals = true, .largePointer = true};
+    AppContext anna(where);
+    EXPECT_EQ(readForMe(anna.settings), ForMe());
+    writeForMe(anna.settings, wanted);
+    EXPECT_EQ(readForMe(anna.settings), wanted);
+    EXPECT_FALSE(QFile::exists(where.settingsFile()));
+    EXPECT_TRUE(QFile::exists(where.usersFile()));
+    const AppContext again(where);
+    EXPECT_EQ(readForMe(again.settings), wanted);
+    const AppContext ben(Installation{folder.path(), {}, folder.filePath("ben/lumora")});
+    EXPECT_EQ(readForMe(ben.settings), ForMe());
+    writeForMe(anna.settings, {});
+    EXPECT_EQ(readForMe(anna.settings), ForMe());
 }
 
 TEST(SettingsTable, NoPlaceTwiceAndDefaultsOfTheirKind) {

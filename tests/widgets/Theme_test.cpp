@@ -3,6 +3,7 @@
 #include "support/TestFiles.h"
 
 #include <QFontInfo>
+#include <QLabel>
 #include <QRawFont>
 #include <algorithm>
 #include <cmath>
@@ -26,13 +27,54 @@ double contrast(const QColor &a, const QColor &b) {
 }
 
 TEST(Theme, TextCanBeReadOnEverySurface) {
-    using namespace colours;
-    for (const QColor &surface : {parchment, paper, hover, pressed, checked, chosen, QColor(Qt::white)}) {
-        EXPECT_GE(contrast(ink, surface), 4.5) << surface.name().toStdString();
+    const std::pair<colours::Set, double> sets[] = {{colours::usual, 4.5}, {colours::highContrast, 7}};
+    for (const auto &[set, least] : sets) {
+        for (const QColor &surface :
+             {set.parchment, set.paper, set.hover, set.pressed, set.checked, QColor(Qt::white)}) {
+            EXPECT_GE(contrast(set.ink, surface), least) << surface.name().toStdString();
+        }
+        for (const QColor &surface : {set.parchment, set.paper, QColor(Qt::white)}) {
+            EXPECT_GE(contrast(set.faintInk, surface), least) << surface.name().toStdString();
+        }
     }
-    for (const QColor &surface : {parchment, paper, QColor(Qt::white)}) {
-        EXPECT_GE(contrast(faintInk, surface), 4.5) << surface.name().toStdString();
+}
+
+TEST(Theme, HighContrastIsHighForWhateverIsPainted) {
+    const colours::Set &set = colours::highContrast;
+    for (const QColor &filled : {set.sun, set.coral}) { // below ink
+        EXPECT_GE(contrast(set.ink, filled), 7) << filled.name().toStdString();
     }
+    for (const QColor &surface : {set.parchment, set.paper}) {
+        for (const QColor &drawn : {set.line, set.disabledInk, set.link, set.focus, set.litEdge, set.checkedEdge,
+                                    set.grip, set.sky, set.leaf, set.plum}) {
+            EXPECT_GE(contrast(drawn, surface), 7) << drawn.name().toStdString();
+        }
+    }
+    for (const QColor &surface : {set.hover, set.checked}) { // dots and ticks
+        EXPECT_GE(contrast(set.sky, surface), 7) << surface.name().toStdString();
+    }
+}
+
+TEST(Theme, TheLookChangesInOpenWindows) {
+    applyTheme(*qApp);
+    QWidget window;
+    QLabel words("Words", &window), remark("A remark", &window), line(&window);
+    setFaint(remark);
+    setThemedSheet(line, "background: @line");
+    line.setGeometry(0, 0, 40, 40);
+    window.show();
+    const auto painted = [&] { return line.grab().toImage().pixelColor(20, 20); };
+    const double before = words.fontMetrics().horizontalAdvance("Words");
+    EXPECT_EQ(painted(), colours::usual.line);
+    applyTheme(*qApp, {.highContrast = true, .easyLetters = true});
+    EXPECT_EQ(painted(), colours::highContrast.line);
+    EXPECT_EQ(remark.palette().color(QPalette::WindowText), colours::highContrast.faintInk);
+    EXPECT_EQ(words.palette().color(QPalette::WindowText), colours::highContrast.ink);
+    EXPECT_GE(words.fontMetrics().horizontalAdvance("Words"), 1.1 * before);
+    applyTheme(*qApp);
+    EXPECT_EQ(painted(), colours::usual.line);
+    EXPECT_EQ(remark.palette().color(QPalette::WindowText), colours::usual.faintInk);
+    EXPECT_EQ(words.fontMetrics().horizontalAdvance("Words"), before);
 }
 
 TEST(Theme, DisabledWordsCanStillBeRead) {

@@ -55,9 +55,7 @@ frmEmail::frmEmail(AppContext &ctx, const QImage &photo, QWidget *owner)
     txtMessage->setFixedHeight(messageHeight);
     auto *lblSeveral = new QLabel(this);
     lblSeveral->setObjectName("lblSeveral");
-    QPalette faint = lblSeveral->palette();
-    faint.setColor(QPalette::WindowText, colours::faintInk);
-    lblSeveral->setPalette(faint);
+    setFaint(*lblSeveral);
 
     auto *fields = new QGridLayout;
     fields->setHorizontalSpacing(10);

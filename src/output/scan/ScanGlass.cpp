@@ -1,5 +1,6 @@
 #include "output/scan/ScanGlass.h"
 
+#include "widgets/ClickMoveClick.h"
 #include "widgets/Theme.h"
 
 #include <QKeyEvent>
@@ -44,6 +45,7 @@ ScanGlass::ScanGlass(QWidget *parent) : QWidget(parent) {
 void ScanGlass::setGlass(const QSizeF &size, bool hasArea) {
     m_hasArea = hasArea;
     setFocusPolicy(hasArea ? Qt::StrongFocus : Qt::NoFocus);
+    setDraggable(*this, hasArea);
     if (size != m_glass) {
         m_glass = size;
         m_preview = QImage();

@@ -2,6 +2,8 @@
 
 #include "tools/canvas/CanvasTool.h"
 #include "tools/canvas/TargetCursor.h"
+#include "widgets/ClickMoveClick.h"
+#include "widgets/Pointers.h"
 
 #include <QKeyEvent>
 #include <algorithm>
@@ -50,8 +52,8 @@ void CanvasMouse::setTool(CanvasTool *tool) {
 
 void CanvasMouse::showTarget(int image) {
     const qreal devicePixels = m_view.devicePixelRatioF();
-    if (m_cursorsFor != devicePixels) {
-        m_cursorsFor = devicePixels;
+    if (m_cursorsFor != std::pair(devicePixels, pointerScale())) {
+        m_cursorsFor = {devicePixels, pointerScale()};
         m_cursors.clear();
     }
     auto cursor = m_cursors.constFind(image);
@@ -98,6 +100,7 @@ void CanvasMouse::mouseDown(const PointerEvent &event) {
     m_selStart = m_selEnd = rounded(event.view);
     m_selStartPic = m_selEndPic = rounded(event.picture);
     const bool left = event.button == Qt::LeftButton;
+    setDraggable(*m_view.viewport(), false);
     // Only the ellipse shows the cross at once; the others wait for the first move.
     const bool cross = left && m_flags.SelectionActive() && m_flags.SelectionKind() == PhotoSelection::Shape::Ellipse;
     showTarget(cross ? marking : ready);
@@ -116,6 +119,7 @@ void CanvasMouse::mouseDown(const PointerEvent &event) {
     } else {
         m_tool->press(event);
     }
+    setDraggable(*m_view.viewport(), m_tool != nullptr && m_tool->isDragging());
 }
 
 // --- Mouse-move -----------------------------------------------------------------------------------------------------

@@ -62,8 +62,8 @@ class CanvasMouse : public QObject {
     PhotoView &m_view;
     CanvasTool *m_tool = nullptr;
     EdgeScroller m_scroller;
-    QHash<int, QCursor> m_cursors; ///< for m_cursorsFor
-    qreal m_cursorsFor = 0;        ///< device pixel ratio
+    QHash<int, QCursor> m_cursors;      ///< for m_cursorsFor
+    std::pair<qreal, int> m_cursorsFor; ///< device pixel ratio, pointerScale()
     QPoint m_selStart, m_selEnd, m_selStartPic, m_selEndPic;
     bool m_dragging = false; ///< the tool has received a press and no release
     PointerEvent m_last;     ///< of the drag

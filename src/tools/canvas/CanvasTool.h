@@ -29,6 +29,8 @@ class CanvasTool {
     virtual bool endsAt(QPoint /*picture*/) const { return false; }
     /// The second press of a double click.
     virtual void doubleClick(const PointerEvent &at) { press(at); }
+    /// Whether the press has taken something that follows the pointer now.
+    virtual bool isDragging() const { return false; }
     /// Whether the current drag scrolls the photo at the view's edge; moves are then sent even when the mouse rests.
     virtual bool scrollsAtEdge() const { return false; }
 

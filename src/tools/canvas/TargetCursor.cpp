@@ -1,5 +1,6 @@
 #include "tools/canvas/TargetCursor.h"
 
+#include "widgets/Pointers.h"
 #include "widgets/Theme.h"
 
 #include <QPixmap>
@@ -19,8 +20,9 @@ QCursor targetCursor(int image, qreal devicePixelRatio) {
     if (image < 1 || image > int(std::size(hotSpots))) {
         return {};
     }
-    const QPixmap picture = iconPixmap(QString(":/cursors/target%1.svg").arg(image), side, devicePixelRatio);
-    const QPoint hotSpot = hotSpots[image - 1];
+    const int scale = pointerScale();
+    const QPixmap picture = iconPixmap(QString(":/cursors/target%1.svg").arg(image), scale * side, devicePixelRatio);
+    const QPoint hotSpot = scale * hotSpots[image - 1];
     return picture.isNull() ? QCursor() : QCursor(picture, hotSpot.x(), hotSpot.y());
 }
 

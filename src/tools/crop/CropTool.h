@@ -37,6 +37,7 @@ class CropTool : public PanelTool {
     void press(const PointerEvent &at) override;
     void move(const PointerEvent &at) override;
     void release(const PointerEvent &at) override;
+    bool isDragging() const override { return m_drag.has_value(); }
     bool scrollsAtEdge() const override { return m_drag && m_drag->moved; }
     /// Arrow keys move the frame by a pixel, with Ctrl its lower right corner; with Shift by ten. Enter crops, Esc
     /// leaves.

@@ -36,6 +36,7 @@ class CutOutTool : public PanelTool {
     void press(const PointerEvent &at) override;
     void move(const PointerEvent &at) override;
     void release(const PointerEvent &at) override;
+    bool isDragging() const override { return m_lasso.isDragging(); }
     bool scrollsAtEdge() const override;
     /// Esc clears the selection or cancels the drag; then it ends the tool.
     void keyPress(const QKeyEvent &key) override;

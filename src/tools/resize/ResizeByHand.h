@@ -46,7 +46,7 @@ class ResizeByHand : public QObject, public CanvasTool {
     void failed();
 
   private:
-    bool isDragging() const { return !m_grabbed.isNull(); }
+    bool isDragging() const override { return !m_grabbed.isNull(); }
     QRect dragged(QPointF picture) const;
     void drop();
     void paintPhoto(QPainter &painter);

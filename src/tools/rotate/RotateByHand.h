@@ -47,6 +47,9 @@ class RotateByHand : public QObject, public CanvasTool {
     void press(const PointerEvent &at) override;
     void move(const PointerEvent &at) override;
     void release(const PointerEvent &at) override;
+    bool isDragging() const override {
+        return m_trying == Trying::Grabbed || m_trying == Trying::Drag || m_trying == Trying::Line;
+    }
     /// The arrow keys turn by one degree; Esc cancels the drag, lifts the straighten button or ends free rotation;
     /// Enter is "Done".
     bool wantsKey(const QKeyEvent &key) const override;

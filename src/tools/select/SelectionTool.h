@@ -30,6 +30,7 @@ class SelectionTool : public EditorTool, public CanvasTool {
     void press(const PointerEvent &at) override;
     void move(const PointerEvent &at) override;
     void release(const PointerEvent &at) override;
+    bool isDragging() const override { return m_pressed; }
     bool scrollsAtEdge() const override { return m_dragged; }
     /// Esc clears the selection or cancels the drag.
     bool wantsKey(const QKeyEvent &key) const override;

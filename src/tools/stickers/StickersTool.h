@@ -43,6 +43,7 @@ class StickersTool : public PanelTool {
     void move(const PointerEvent &at) override;
     void release(const PointerEvent &at) override;
     /// Words can be typed again.
+    bool isDragging() const override { return m_drag && !m_drag->placed; }
     void doubleClick(const PointerEvent &at) override;
     bool scrollsAtEdge() const override;
     /// Tab goes from one to the next, arrows move it (with Shift ten times as far), + and - size it, [ and ] turn it,
