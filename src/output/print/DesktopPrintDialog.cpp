@@ -42,7 +42,7 @@ std::optional<PrintJob> askDesktopToPrint(const PrintJob &job, QWidget *owner) {
     }
     QPrintDialog dialog(&printer, owner);
     dialog.setObjectName("QPrintDialog");
-    // There is one page, and all of it is printed.
+    // All pages are printed, copy by copy.
     dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
     dialog.setOption(QAbstractPrintDialog::PrintCollateCopies, false);
     if (dialog.exec() != QDialog::Accepted) {

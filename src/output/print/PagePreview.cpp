@@ -50,8 +50,10 @@ void drawSheets(QPainter &painter, const QRectF &room, const PrintPages &pages, 
     QRectF table({}, all.scaled(room.size(), Qt::KeepAspectRatio));
     table.moveCenter(room.center());
     const double scale = table.width() / all.width();
-    for (int i = 0; i < pages.sheets.size(); ++i) {
-        const QPointF corner(i % pages.columns * step.width() * scale, i / pages.columns * step.height() * scale);
+    for (int i = 0; i < static_cast<int>(pages.sheets.size()); ++i) {
+        const int column = i % pages.columns;
+        const int row = i / pages.columns;
+        const QPointF corner(column * step.width() * scale, row * step.height() * scale);
         drawSheet(painter, {table.topLeft() + corner, size * scale}, pages.sheets.at(i), picture);
     }
 }

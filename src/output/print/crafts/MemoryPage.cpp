@@ -49,7 +49,9 @@ PrintPages layOutMemory(const PrinterPaper &paper, QSize photo, const CraftConte
     }
     const double edge = side * cardEdge;
     for (int i = 0; i < cards.width() * cards.height(); ++i) {
-        const QPointF corner = table.topLeft() + QPointF(i % cards.width() * side, i / cards.width() * side);
+        const int column = i % cards.width();
+        const int row = i / cards.width();
+        const QPointF corner = table.topLeft() + QPointF(column * side, row * side);
         page.pieces << PrintPiece{QRectF(corner, QSizeF(side, side)).adjusted(edge, edge, -edge, -edge),
                                   content.details.value(cardDetails[i], {0, 0, 1, 1})};
     }

@@ -34,9 +34,10 @@ QList<QRectF> cellsOf(QSizeF size) {
     const int rows = (leastCells + columns - 1) / columns;
     QList<QRectF> cells;
     for (int i = 0; i < columns * rows; ++i) {
-        const QPointF centre((i % columns + 0.5) / columns, (i / columns + 0.5) / rows);
+        const int column = i % columns;
+        const int row = i / columns;
         QRectF cell(0, 0, side / size.width(), side / size.height());
-        cell.moveCenter(centre);
+        cell.moveCenter({(column + 0.5) / columns, (row + 0.5) / rows});
         cells << cell;
     }
     return cells;
@@ -81,7 +82,6 @@ QList<QRectF> differingDetails(const QImage &picture) {
     std::vector<Detail> left;
     for (const QRectF &cell : cellsOf(picture.size())) {
         left.push_back(detailOf(picture, cell));
-        left.back().apart = 0;
     }
     QList<QRectF> taken;
     while (taken.size() < detailsOfPhoto) {

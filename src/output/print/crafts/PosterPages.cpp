@@ -18,7 +18,7 @@ constexpr double numberLine = 4.5; // millimetres
 
 struct Poster {
     LyingSheet sheet;
-    int columns = 0, rows = 0;
+    int columns = 2, rows = 2;
     QSizeF photo; ///< over all sheets
 };
 
