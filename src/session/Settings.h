@@ -111,6 +111,8 @@ struct SettingRow {
     constexpr bool isWrittenBy(Writer writer) const {
         return (static_cast<unsigned>(writers) & static_cast<unsigned>(writer)) != 0;
     }
+    /// Whether each user has their own value.
+    constexpr bool isUsersOwn() const { return isWrittenBy(Writer::ForMe); }
 };
 
 // clang-format off

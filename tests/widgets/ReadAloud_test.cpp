@@ -40,6 +40,9 @@ class ReadAloudTest : public testing::Test {
         m_line.setAccessibleName("Words");
         m_window.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&m_window));
+        for (const Qt::MouseButton left : {Qt::LeftButton, Qt::RightButton}) { // pressed by other tests
+            QTest::mouseRelease(m_window.windowHandle(), left, Qt::NoModifier, {590, 390});
+        }
         QObject::connect(&m_reader, &ReadAloud::wordsChosen, &m_window,
                          [this](const QString &words) { m_said << words; });
     }
