@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QLabel>
+#include <QLocale>
 #include <QMenu>
 #include <QMessageBox>
 #include <QMouseEvent>
@@ -27,11 +28,12 @@ constexpr int mostLetters = 600;
 
 ReadAloud *reader = nullptr;
 
-/// Without tags, line breaks, and the signs that are not seen.
+/// Without tags, line breaks, and the signs that are not seen. Some voices would spell what is in capitals.
 QString spoken(const QString &text) {
     QString words = Qt::mightBeRichText(text) ? QTextDocumentFragment::fromHtml(text).toPlainText() : text;
     words.removeIf([](QChar letter) { return letter.category() == QChar::Other_Format; });
-    return words.simplified().left(mostLetters);
+    words = words.simplified().left(mostLetters);
+    return words == QLocale().toUpper(words) ? QLocale().toLower(words) : words;
 }
 
 /// The name, and what is told besides where it says more.
@@ -85,7 +87,7 @@ Thing partOf(QWidget &widget, const QPoint *at) {
 /// own name is not it.
 Thing thingAt(QWidget *widget, QPoint at) {
     for (; widget != nullptr; widget = widget->parentWidget()) {
-        const Thing part = partOf(*widget, &at);
+        Thing part = partOf(*widget, &at);
         if (!part.words.isEmpty()) {
             return part;
         }
