@@ -27,6 +27,7 @@ const GuidePage pages[] = {
     {"stickers.html", "Stickers", "stickers", ""},
     {"pop-art.html", "IdeaPopArtName", "pop-art", ""},
     {"rights.html", "GuideRights", "rights", ""},
+    {"for-me.html", "ForMe", "for-me", ""},
     {"help.html", "Help", "help", ""},
     {"exit.html", "Exit", "exit", ""},
 
