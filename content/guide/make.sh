@@ -1,7 +1,7 @@
 #!/bin/bash
 # Makes the pictures of the user guide again from the running program: content/guide/make.sh [LUMORA-PLAY]
-# Plays each *.play of this folder unseen, at double density, in each language that has a folder of pages below
-# resources/guide, and compresses the screenshots into resources/guide/*.jpg (English) and resources/guide/LANGUAGE/*.jpg.
+# Plays each *.play of this folder unseen, at double density (by Lumora's own scale where the script says "# scale: own"),
+# in each language that has a folder of pages below resources/guide, and compresses the screenshots into resources/guide/*.jpg (English) and resources/guide/LANGUAGE/*.jpg.
 # Needs ImageMagick (package imagemagick). Without a program it takes build/release/bin/lumora-play.
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
@@ -27,9 +27,11 @@ for pages in "$root"/resources/guide/*/index.html; do
     rm -f "$stage"/*.png
     for script in "$here"/*.play; do
         size=$(sed -n 's/^# size: //p' "$script")
+        factor=QT_SCALE_FACTOR=2
+        grep -q '^# scale: own' "$script" && factor=-uQT_SCALE_FACTOR
         echo "$language $(basename "$script")"
         { [ "$language" = en ] || echo "language $language"; cat "$script"; } |
-            QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=2 LUMORA_PLAY_OUT=$stage SANE_CONFIG_DIR=$here/sane \
+            env $factor QT_QPA_PLATFORM=offscreen LUMORA_PLAY_OUT=$stage SANE_CONFIG_DIR=$here/sane \
                 "$play" --size "${size:-2048x1536}" --patience 30000 - >/dev/null 2>"$stage/log" ||
             { cat "$stage/log" >&2; exit 1; }
     done

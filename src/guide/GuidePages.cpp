@@ -29,6 +29,7 @@ const GuidePage pages[] = {
     {"pop-art.html", "IdeaPopArtName", "pop-art", ""},
     {"read-aloud.html", "ForMeReadAloud", "read-aloud", ""},
     {"rights.html", "GuideRights", "rights", ""},
+    {"for-me.html", "ForMe", "for-me", ""},
     {"help.html", "Help", "help", ""},
     {"exit.html", "Exit", "exit", ""},
 

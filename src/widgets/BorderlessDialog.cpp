@@ -146,8 +146,8 @@ int BorderlessDialog::makeScroll() {
 
 void BorderlessDialog::resizeEvent(QResizeEvent *event) {
     QDialog::resizeEvent(event);
-    if (m_area == nullptr && surface().height() > screen()->availableGeometry().height()) {
-        growSoon(); // controls have come that need more room than there is
+    if (surface().bottom() + y() > screen()->availableGeometry().bottom()) {
+        growSoon(); // controls have come that need more room than there is below
     }
     if (!m_translucent) {
         setMask(windowShape(size()));
