@@ -401,7 +401,7 @@ constexpr TextRow textRows[] = {
     {"frmMain", "IdeaCardOpen", "Open a photo that makes someone smile.", "-", ""},
     {"frmMain", "IdeaCardColours", "Choose Saturation: the colours get stronger.", "-", ""},
     {"frmMain", "IdeaCardFrame", "Choose the Hearts frame.", "-", ""},
-    {"frmMain", "IdeaCardThen", "Then print it, fold a piece of card in half and stick your picture on the front.", "-", ""},
+    {"frmMain", "IdeaCardThen", "Then print it. In Simple Mode choose Card: you only have to fold it.", "-", ""},
     {"frmMain", "IdeaPuzzle", "Photo puzzle", "-", ""},
     {"frmMain", "IdeaPuzzleOpen", "Open a photo with a lot to see.", "-", ""},
     {"frmMain", "IdeaPuzzleCrop", "Crop it to the best part.", "-", ""},

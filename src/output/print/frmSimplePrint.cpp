@@ -30,12 +30,16 @@ namespace {
 constexpr int photosOnPage[] = {1, 2, 4, 9};
 constexpr int choicesInRow = 4;
 constexpr int layoutPicture = 76;          // pixels
-constexpr int lowPicture = 48;             // pixels, where the screen has no room for two such rows
-constexpr int lowScreen = 680;             // pixels
+constexpr int lowScreen = 680;             // pixels: less has no room for two rows of such pictures
+constexpr int lowPicture = 42;             // pixels: two lines about the printer may still come
 constexpr QSize usualPreview(460, 400);    // pixels
 constexpr QSize smallestPreview(253, 266); // pixels
 constexpr double bigPoints = 14;
 constexpr double howPoints = 13;
+
+bool isLow(const QWidget &window) {
+    return window.screen()->availableSize().height() < lowScreen;
+}
 
 } // namespace
 
@@ -105,7 +109,7 @@ void frmSimplePrint::makeChoices() {
         m_choices.back().button->setObjectName(craft.button);
     }
     auto *group = new QButtonGroup(this);
-    const int picture = screen()->availableSize().height() < lowScreen ? lowPicture : layoutPicture;
+    const int picture = isLow(*this) ? lowPicture : layoutPicture;
     for (std::size_t i = 0; i < m_choices.size(); ++i) {
         PictureButton *button = m_choices[i].button;
         button->setLook(PictureButton::Look::Raised);
@@ -148,17 +152,18 @@ QVBoxLayout *frmSimplePrint::settingsColumn() {
     answers->addWidget(cmdYes, 1);
     answers->addWidget(cmdNo, 1);
     auto *column = new QVBoxLayout;
-    column->setSpacing(8);
+    const int between = isLow(*this) ? 0 : 8;
+    column->setSpacing(isLow(*this) ? 6 : 8);
     column->addLayout(layouts);
-    column->addSpacing(8);
+    column->addSpacing(between);
     column->addWidget(lblDevice);
     column->addWidget(cboPrinter);
     column->addWidget(m_hint);
-    column->addSpacing(6);
+    column->addSpacing(between);
     column->addLayout(copies);
     column->addStretch(1);
     column->addWidget(cmdAdvanced, 0, Qt::AlignLeading);
-    column->addSpacing(8);
+    column->addSpacing(between);
     column->addLayout(answers);
     return column;
 }
@@ -173,6 +178,15 @@ void frmSimplePrint::layOut() {
     row->addLayout(sheets, 1);
     row->addLayout(settingsColumn());
     body()->addLayout(row, 1);
+}
+
+void frmSimplePrint::resizeEvent(QResizeEvent *event) {
+    BorderlessDialog::resizeEvent(event);
+    const int shade = testAttribute(Qt::WA_TranslucentBackground) ? shadowMargin : 0;
+    const int over = geometry().bottom() - shade - screen()->availableGeometry().bottom();
+    if (isVisible() && over > 0) {
+        move(x(), y() - over);
+    }
 }
 
 void frmSimplePrint::fitPhoto() {

@@ -40,6 +40,10 @@ class frmSimplePrint : public BorderlessDialog {
     /// Makes the small copy of the photo that the previews are drawn with.
     void fitPhoto();
 
+  protected:
+    /// Keeps the window on the screen when a line about the printer makes it higher.
+    void resizeEvent(QResizeEvent *event) override;
+
   private:
     void makeControls();
     void makeChoices();

@@ -13,6 +13,7 @@
 #include "support/TestPictures.h"
 #include "support/TextCheck.h"
 #include "widgets/PictureButton.h"
+#include "widgets/Theme.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -20,6 +21,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 #include <memory>
@@ -159,11 +161,17 @@ TEST_F(PrintWindowsTest, TwoHundredPrintersAndAPrintSystemThatDoesNotAnswer) {
     helper = script("exit 1\n");
     DeviceLists none(context, helper);
     frmSimplePrint other(context, none, helper, nullptr);
+    other.show();
+    const int low = other.screen()->availableGeometry().bottom() + shadowMargin;
+    other.move(other.x(), low - other.height());
+    const int before = other.height();
     QSignalSpy answered(&none, &DeviceLists::printersLoaded);
     ASSERT_TRUE(answered.wait(10'000));
     EXPECT_EQ(entries(other), QStringList({"Ink", "Print to PDF"})) << "the saved one may be back";
     EXPECT_EQ(control<QLabel>(other, "lblPrinterHint")->text(), "The printer is not answering. Is it on?");
     EXPECT_FALSE(control<QLabel>(other, "lblPrinterHint")->isHidden());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return other.height() > before; }));
+    EXPECT_LE(other.geometry().bottom(), low) << "what grows stays on the screen";
 }
 
 TEST_F(PrintWindowsTest, APrintSystemThatNeverAnswersHoldsNothingUp) {

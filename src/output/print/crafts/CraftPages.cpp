@@ -48,7 +48,8 @@ LargestPhoto largestPhoto(const PrinterPaper &paper, QSize photo,
                           const std::function<QSizeF(const LyingSheet &)> &roomOn) {
     LargestPhoto best;
     for (const LyingSheet &sheet : waysToLie(paper, photo)) {
-        const QSizeF size = QSizeF(photo).scaled(roomOn(sheet), Qt::KeepAspectRatio);
+        const QSizeF room = roomOn(sheet).expandedTo({1, 1}); // whatever margins a printer tells
+        const QSizeF size = QSizeF(photo).scaled(room, Qt::KeepAspectRatio);
         if (size.width() > best.photo.width() * 1.000001) {
             best = {sheet, size};
         }
