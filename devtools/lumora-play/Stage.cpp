@@ -87,6 +87,9 @@ void Stage::redirectEnvironment() const {
     if (!qEnvironmentVariableIsSet("CUPS_SERVER")) {
         set("CUPS_SERVER", "run/no-print-system"); // no run puts out paper
     }
+    if (!qEnvironmentVariableIsSet("SPEECHD_ADDRESS")) { // nor starts a speech service, which would stay
+        qputenv("SPEECHD_ADDRESS", "unix_socket:" + QFile::encodeName(m_path + "/run/no-speech-service"));
+    }
 }
 
 void Stage::makeScreen(QSize screen) const {

@@ -16,8 +16,15 @@ QString contentsOf(const QString &path) {
 
 } // namespace
 
+SpeechAddress::SpeechAddress(const QString &socket) : m_before(qgetenv("SPEECHD_ADDRESS")) {
+    qputenv("SPEECHD_ADDRESS", "unix_socket:" + QFile::encodeName(socket));
+}
+
+SpeechAddress::~SpeechAddress() {
+    qputenv("SPEECHD_ADDRESS", m_before);
+}
+
 SpeechServer::SpeechServer() {
-    qputenv("SPEECHD_ADDRESS", "unix_socket:" + QFile::encodeName(m_folder.filePath("socket")));
     start();
 }
 
@@ -26,7 +33,6 @@ SpeechServer::~SpeechServer() {
     if (!m_server.waitForFinished(5000)) {
         kill();
     }
-    qunsetenv("SPEECHD_ADDRESS");
 }
 
 bool SpeechServer::start() {

@@ -1,6 +1,7 @@
 // A real speech service for tests: speech-dispatcher in a temporary folder, with voices that write what they say.
 #pragma once
 
+#include <QByteArray>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -8,7 +9,19 @@
 
 namespace lumora::test {
 
-/// Runs while the object lives; programs that are started meanwhile find it (SPEECHD_ADDRESS). One at a time.
+/// While it lives, programs that are started look for a speech service at that socket. Without one they find none.
+class SpeechAddress {
+  public:
+    explicit SpeechAddress(const QString &socket);
+    ~SpeechAddress();
+    SpeechAddress(const SpeechAddress &) = delete;
+    SpeechAddress &operator=(const SpeechAddress &) = delete;
+
+  private:
+    QByteArray m_before;
+};
+
+/// Runs while the object lives; programs that are started meanwhile find it. One at a time.
 class SpeechServer {
   public:
     SpeechServer();
@@ -31,6 +44,7 @@ class SpeechServer {
 
   private:
     QTemporaryDir m_folder;
+    SpeechAddress m_address{m_folder.filePath("socket")};
     QProcess m_server;
 };
 

@@ -9,6 +9,7 @@ int main(int argc, char **argv) {
     }
     qputenv("LC_ALL", "C.UTF-8"); // English, wherever the tests run
     qunsetenv("LANGUAGE");
+    qputenv("SPEECHD_ADDRESS", "unix_socket:/nowhere/speech"); // a service that a test has started would stay
     QStandardPaths::setTestModeEnabled(true);
     QApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);

@@ -129,7 +129,7 @@ TEST_F(SpeechTest, aHelperThatEndsIsStartedOnceMore) {
 TEST_F(SpeechTest, whatHangsEndsWithItsOwner) {
     const test::SilentServer silent(m_folder.filePath("silent"));
     ASSERT_TRUE(silent.isListening());
-    qputenv("SPEECHD_ADDRESS", "unix_socket:" + QFile::encodeName(m_folder.filePath("silent")));
+    const test::SpeechAddress address(m_folder.filePath("silent"));
     EXPECT_FALSE(hasVoice("en_US", realHelper(), 500));
     const QString pidFile = m_folder.filePath("pid");
     const QByteArray keepPid = "echo $$ > " + QFile::encodeName(pidFile) + "; exec ";
@@ -148,13 +148,10 @@ TEST_F(SpeechTest, whatHangsEndsWithItsOwner) {
         speech.reset();
         EXPECT_FALSE(QFileInfo::exists(process)) << command.constData();
     }
-    qunsetenv("SPEECHD_ADDRESS");
 }
 
 TEST_F(SpeechTest, withoutAServiceThereIsNoVoice) {
-    qputenv("SPEECHD_ADDRESS", "unix_socket:" + QFile::encodeName(m_folder.filePath("nobody")));
     EXPECT_FALSE(hasVoice("en_US"));
-    qunsetenv("SPEECHD_ADDRESS");
     EXPECT_FALSE(hasVoice("en_US", m_folder.filePath("no-helper")));
     EXPECT_FALSE(hasVoice("en_US", script("printf 'voice\\ten\\tx\\n'; exit 1\n"))) << "not a complete answer";
     EXPECT_FALSE(hasVoice("en_US", script("printf 'voice\\ten\\tx\\n'; exec sleep 1000\n"), 300));
