@@ -139,7 +139,7 @@ class BuildingSite : public Scene {
         const Cell a = cells(x * 4.5F, z * 4.5F, 0.9F);
         const Cell b = cells((0.8F * x + 0.6F * z) * 11, (0.8F * z - 0.6F * x) * 11, 0.9F);
         const float big =
-            a.id * a.id * a.id * (1 - 5 * a.distance * a.distance) + 0.25F * (noise(x * 23, z * 23) - 0.5F);
+            a.id * a.id * a.id * (1 - 8 * a.distance * a.distance) + 0.25F * (noise(x * 23, z * 23) - 0.5F);
         return std::max({0.0F, big, 0.4F * b.id * b.id * (1 - 4 * b.distance * b.distance)});
     }
 
@@ -184,7 +184,7 @@ class BuildingSite : public Scene {
         const Vec3 earth = mix(colour(0x64462C), colour(0xA07C50), fbm(p.x * 1.7F, p.z * 1.7F, 5));
         Vec3 tone = mix(earth, colour(0x4A3320), 0.75F * damp);
         const Cell clod = cells(p.x * 4.5F, p.z * 4.5F, 0.9F);
-        const float lies = clod.id * clod.id * clod.id * (1 - 5 * clod.distance * clod.distance);
+        const float lies = clod.id * clod.id * clod.id * (1 - 8 * clod.distance * clod.distance);
         if (lies > 0.2F && under < 0) { // stones among the clods
             const float kind = fraction(clod.id * 40);
             tone = kind > 0.6F ? mix(colour(0x5E564C), colour(0x8E8270), fraction(kind * 40))

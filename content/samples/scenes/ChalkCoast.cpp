@@ -25,7 +25,7 @@ class ChalkCoast : public Scene {
         farthest = 90;
         ceiling = 4.6F;
         caution = 0.7F;
-        steps = 230;
+        steps = 500;
         shadowReach = 6;
         shadowSoftness = 26;
         creviceSize = 0.22F;
@@ -209,9 +209,9 @@ class ChalkCoast : public Scene {
             const float half = 5 - 0.09F * out * out + 0.9F * (ridged(p.x * 0.5F, p.z * 0.3F, 4) - 0.5F);
             return std::max(std::fabs(p.z - 44) - half + 0.45F * p.y, (p.y - top) * 0.6F) * 0.8F;
         }
-        const float rough = 0.55F * (ridged(p.x * 0.8F + 3, p.z * 0.8F, 4) - 0.5F) +
-                            0.16F * (fbm(Vec3{p.x * 3, p.y * 1.2F, p.z * 3}, 4) - 0.5F) +
-                            0.05F * (noise(p.y * 9 + 0.3F * p.x, 1) - 0.5F);
+        const float fine = 0.16F * (fbm(Vec3{p.x * 3, p.y * 1.2F, p.z * 3}, 4) - 0.5F) +
+                           0.05F * (noise(p.y * 9 + 0.3F * p.x, 1) - 0.5F);
+        const float rough = 0.55F * (ridged(p.x * 0.8F + 3, p.z * 0.8F, 4) - 0.5F) + fine;
         const float lean = 0.16F * p.y;
         // The headland: a wall from the right to its tip.
         constexpr Vec3 tip{-0.35F, 0, 8.2F};
@@ -233,9 +233,10 @@ class ChalkCoast : public Scene {
         const float stump = length(p.x + 3.4F, p.z - 11.6F) - 0.5F + 0.2F * p.y - 0.6F * rough;
         d = std::min(d, std::max(stump, p.y - 0.75F - 0.5F * rough));
         // The cliff behind the beach.
-        const float wall = shoreX(p.z) + 1.5F - p.x + 0.28F * p.y - 1.9F * rough;
+        const float wall = shoreX(p.z) + 1.5F - p.x + 0.28F * p.y -
+                           0.9F * (ridged(p.x * 0.8F + 3, p.z * 0.8F, 2) - 0.5F) - 1.1F * fine;
         const float top = 2.9F + 0.9F * smoothStep(2, 9, p.x) + 0.3F * noise(p.x * 0.5F, p.z * 0.5F);
-        return std::min(d, std::max(wall * 0.85F, p.y - top)) * 0.9F;
+        return std::min(d, std::max(wall * 0.7F, p.y - top)) * 0.9F;
     }
 
     static Surface chalk(Vec3 p, Vec3 n) {
@@ -245,7 +246,7 @@ class ChalkCoast : public Scene {
         const float level = p.y + 0.06F * p.x + 0.03F * noise(p.x * 2, p.z * 2);
         const float band = smoothStep(0.12F, 0.03F, std::fabs(repeat(level, 0.27F)) / 0.27F * 1.4F);
         look = mix(look, colour(0x6A6660), 0.75F * band * smoothStep(0.42F, 0.6F, noise(p * 11)));
-        look = look * (0.66F + 0.34F * fbm(p * 9, 3) + 0.3F * fbm(Vec3{p.x * 22, p.y * 40, p.z * 22}, 3));
+        look = look * (0.54F + 0.34F * fbm(p * 9, 3) + 0.3F * fbm(Vec3{p.x * 22, p.y * 40, p.z * 22}, 3));
         look = mix(look, colour(0x4E5A3C), 0.8F * smoothStep(0.3F, 0.08F, p.y + 0.2F * (stain - 0.5F)));
         const float grass = smoothStep(0.5F, 0.72F, n.y + 0.3F * (fbm(p * 3, 3) - 0.5F)) * smoothStep(1.7F, 2.1F, p.y);
         const Vec3 green = mix(colour(0x4F7A24), colour(0x93AE48), fbm(p.x * 2, p.z * 2, 4)) *

@@ -44,7 +44,7 @@ class Excavator : public BuildingSite {
     Excavator() {
         camera = {{0.7F, 1.55F, -8.7F}, {-0.35F, 2.0F, 0}, 1.5F};
         caution = 0.85F;
-        steps = 240;
+        steps = 600;
         shadowReach = 10;
         shadowSoftness = 22;
         creviceSize = 0.3F;

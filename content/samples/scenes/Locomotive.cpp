@@ -35,7 +35,7 @@ class Locomotive : public Scene {
         groundLight = {0.16F, 0.17F, 0.08F};
         farthest = 130;
         caution = 0.8F;
-        steps = 200;
+        steps = 600;
         shadowReach = 9;
         shadowSoftness = 20;
         creviceSize = 0.35F;
@@ -96,7 +96,11 @@ class Locomotive : public Scene {
                     paint = colour(0xF0B93A);
                 }
             }
-            return {.colour = paint * mix(0.8F, 1.1F, dirt), .shine = 1.2F, .sharpness = 120, .mirror = 0.06F};
+            // What lies below is matt in it: gravel and flowers would be mere specks.
+            return {.colour = paint * mix(0.8F, 1.1F, dirt),
+                    .shine = 1.2F,
+                    .sharpness = 120,
+                    .mirror = 0.06F * smoothStep(0.05F, 0.5F, n.y)};
         }
         case Brass:
             return {.colour = colour(0xC27A1C) * 0.7F,
@@ -136,7 +140,7 @@ class Locomotive : public Scene {
             return {.colour = mix(colour(0x1B1B1F), colour(0x2C2A2B), dirt),
                     .shine = 0.6F,
                     .sharpness = 45,
-                    .mirror = 0.04F};
+                    .mirror = 0.04F * smoothStep(0.05F, 0.5F, n.y)};
         }
     }
 
