@@ -12,6 +12,7 @@
 
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QScreen>
 #include <algorithm>
 
 namespace lumora {
@@ -20,8 +21,7 @@ namespace {
 
 constexpr int forMePicture = 56; // pixels
 constexpr int forMeGap = 10;     // pixels between the cards
-constexpr int forMeColumns = 3;
-
+constexpr int forMeMargin = 20;  // pixels between the cards and the edge of the window
 constexpr std::pair<const char *, const char *> forMeSizes[] = {
     {"optSize1", "buttons-usual"}, {"optSize2", "buttons-large"}, {"optSize3", "buttons-largest"}};
 
@@ -38,6 +38,9 @@ constexpr struct {
     {"chkClickMoveClick", "click-move-click", &ForMe::clickMoveClick},
     {"chkLargePointer", "large-pointer", &ForMe::largePointer},
 };
+
+/// At most three rows, which the smallest screen has room for.
+constexpr int forMeColumns = (std::size(forMeSizes) + std::size(forMeTicks) + 2) / 3;
 
 } // namespace
 
@@ -63,15 +66,14 @@ void frmForMe::build() {
         auto *choice = new PictureChoice(icon, forMePicture, this);
         choice->setObjectName(name);
         connect(choice, &QAbstractButton::clicked, this, &frmForMe::take);
-        m_cards->addWidget(choice, 0, static_cast<int>(m_sizes.size()));
+        addCard(choice);
         m_sizes << choice;
     }
     for (const auto &tick : forMeTicks) {
         auto *choice = new PictureTick(tick.icon, forMePicture, this);
         choice->setObjectName(tick.name);
         connect(choice, &QAbstractButton::clicked, this, &frmForMe::take);
-        const auto place = static_cast<int>(m_ticks.size());
-        m_cards->addWidget(choice, 1 + place / forMeColumns, place % forMeColumns);
+        addCard(choice);
         m_ticks << choice;
     }
     cmdReset->setObjectName("cmdReset");
@@ -85,10 +87,15 @@ void frmForMe::build() {
     foot->addWidget(cmdReset);
     foot->addStretch(1);
     foot->addWidget(cmdOK);
-    body()->setContentsMargins(18, 10, 18, 12);
+    body()->setContentsMargins(forMeMargin - 2, 10, forMeMargin - 2, 12);
     body()->setSpacing(forMeGap);
     body()->addLayout(m_cards, 1);
     addFoot(foot);
+}
+
+void frmForMe::addCard(QWidget *card) {
+    const int place = m_cards->count();
+    m_cards->addWidget(card, place / forMeColumns, place % forMeColumns);
 }
 
 void frmForMe::LoadLanguage() {
@@ -98,12 +105,14 @@ void frmForMe::LoadLanguage() {
     level();
 }
 
-/// All columns are as wide as the widest card.
+/// All columns are as wide as the widest card, where the screen has the room.
 void frmForMe::level() {
     int widest = 0;
     for (int place = 0; place < m_cards->count(); ++place) {
         widest = std::max(widest, m_cards->itemAt(place)->widget()->sizeHint().width());
     }
+    const int room = screen()->availableGeometry().width() - 2 * forMeMargin - (forMeColumns - 1) * forMeGap;
+    widest = std::min(widest, room / forMeColumns);
     for (int column = 0; column < forMeColumns; ++column) {
         m_cards->setColumnMinimumWidth(column, widest);
         m_cards->setColumnStretch(column, 1);

@@ -5,6 +5,8 @@
 #include "session/ForMe.h"
 #include "widgets/BorderlessDialog.h"
 
+#include <QList>
+
 class QCheckBox;
 class QGridLayout;
 class QRadioButton;
@@ -35,6 +37,7 @@ class frmForMe : public BorderlessDialog {
 
   private:
     void build();
+    void addCard(QWidget *card);
     void take();
     void write(const ForMe &forMe);
     void showValues();

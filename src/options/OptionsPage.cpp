@@ -92,7 +92,7 @@ QLabel *OptionsPage::label(const QString &name) {
 QLabel *OptionsPage::note(const QString &name) {
     QLabel *text = label(name);
     QFont small = text->font();
-    small.setPointSizeF(10);
+    small.setPointSizeF(small.pointSizeF() - 1);
     text->setFont(small);
     setFaint(*text);
     text->setWordWrap(true);

@@ -150,6 +150,9 @@ bool ClickMoveClick::release(const QMouseEvent &event) {
     const bool isClick = (m_at - m_pressedAt).manhattanLength() < QApplication::startDragDistance();
     m_holds = event.button() == Qt::LeftButton && isClick && !m_window.isNull() && isDraggable(m_pressed, m_onHandle);
     m_pressed = nullptr;
+    if (m_holds) {
+        m_window->setMouseGrabEnabled(true); // as while a button is down: beyond the window's edges, too
+    }
     return m_holds; // the widget believes that the button is down
 }
 
@@ -169,6 +172,9 @@ void ClickMoveClick::send(QEvent::Type type, QPointF global) {
 void ClickMoveClick::letGo() {
     if (m_holds) {
         m_holds = m_ends = false;
+        if (!m_window.isNull()) {
+            m_window->setMouseGrabEnabled(false);
+        }
         send(QEvent::MouseButtonRelease, m_at);
     }
 }

@@ -11,9 +11,10 @@ namespace lumora {
 
 namespace {
 
-constexpr int choicePadding = 14;     // pixels
-constexpr int choiceGap = 10;         // pixels between picture and caption, and between dot and caption
+constexpr int choicePadding = 14;      // pixels
+constexpr int choiceGap = 10;          // pixels between picture and caption, and between dot and caption
 constexpr int widestTickCaption = 128; // pixels: a longer caption wraps
+constexpr int smallestTickCaption = 96;
 
 int dotSize(const QAbstractButton &button) {
     return button.style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth);
@@ -104,6 +105,10 @@ PictureTick::PictureTick(const QString &icon, int pictureSize, QWidget *parent)
     : QCheckBox(parent), m_card{icon, pictureSize, 2, true} {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setAttribute(Qt::WA_Hover);
+}
+
+QSize PictureTick::minimumSizeHint() const {
+    return {m_card.pictureSize + smallestTickCaption, sizeHint().height()};
 }
 
 void PictureTick::paintEvent(QPaintEvent *) {

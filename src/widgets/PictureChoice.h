@@ -51,7 +51,8 @@ class PictureTick : public QCheckBox {
 
     const PictureCard &card() const { return m_card; }
     QSize sizeHint() const override { return m_card.sizeHint(*this); }
-    QSize minimumSizeHint() const override { return sizeHint(); }
+    /// As high, but narrower: the letters of the caption may become smaller.
+    QSize minimumSizeHint() const override;
 
   protected:
     void paintEvent(QPaintEvent *event) override;
