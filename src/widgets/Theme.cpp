@@ -1,5 +1,6 @@
 #include "widgets/Theme.h"
 
+#include "widgets/Accessibility.h"
 #include "widgets/FittedText.h"
 #include "widgets/KeyboardFocus.h"
 #include "widgets/ThemeStyle.h"
@@ -168,6 +169,7 @@ void applyTheme(QApplication &application) {
     application.setStyleSheet(styleSheet());
     application.installEventFilter(new ShortenedTips(&application));
     new KeyboardFocus(&application);
+    installAccessibility();
 }
 
 QPixmap iconPixmap(const QString &name, int size, qreal devicePixelRatio) {

@@ -31,6 +31,8 @@ class SelectionTool : public EditorTool, public CanvasTool {
     void move(const PointerEvent &at) override;
     void release(const PointerEvent &at) override;
     bool scrollsAtEdge() const override { return m_dragged; }
+    bool hasKeyboardPointer() const override { return true; }
+    bool isDragging() const override { return m_pressed; }
     /// Esc clears the selection or cancels the drag.
     bool wantsKey(const QKeyEvent &key) const override;
     void keyPress(const QKeyEvent &key) override;
