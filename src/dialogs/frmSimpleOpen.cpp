@@ -5,6 +5,7 @@
 #include "session/AppContext.h"
 #include "session/LoadSettings.h"
 #include "session/MyPictures.h"
+#include "widgets/Accessibility.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/WindowTexts.h"
 
@@ -85,6 +86,7 @@ QBoxLayout *frmSimpleOpen::groupColumn() {
     cmdMyPictures->setLook(PictureButton::Look::Raised);
     cmdMyPictures->setPictureSize(pictureSize);
     cmdMyPictures->setCheckable(true);
+    setAccessibleRole(*cmdMyPictures, QAccessible::RadioButton);
     connect(cmdMyPictures, &QAbstractButton::clicked, this, &frmSimpleOpen::showMyPictures);
     column->addWidget(cmdMyPictures);
     for (const GroupRow &group : groups) {
@@ -93,6 +95,7 @@ QBoxLayout *frmSimpleOpen::groupColumn() {
         button->setLook(PictureButton::Look::Raised);
         button->setPictureSize(pictureSize);
         button->setCheckable(true);
+        setAccessibleRole(*button, QAccessible::RadioButton);
         button->setProperty("folder", m_ctx.installation.samplesFolder() + '/' + group.folder);
         connect(button, &QAbstractButton::clicked, this,
                 [this, button] { showGroup(button->property("folder").toString()); });

@@ -340,6 +340,7 @@ PictureError PhotoDocument::fillFrom(const PictureRead &read, OpenRoute route, b
         return PictureError::NoMemory;
     }
     m_history.setMetadata(read.metadata);
+    m_history.setFileName(read.fileName);
     m_history.setMadeBy(pasted ? QStringLiteral("paste") : QStringLiteral("open"));
     restoreDisplay();
     m_selection.hide();
@@ -374,6 +375,7 @@ PictureWritten PhotoDocument::saveFile(const QString &path, PrivateDetails detai
           Stopping::Offered);
     if (written.ok()) {
         m_inFile = key;
+        m_history.setFileName(QFileInfo(path).fileName());
         if (std::exchange(m_pasted, false) && !m_modified) {
             Q_EMIT changed(PhotoChange::Modified);
         }

@@ -56,6 +56,8 @@ class PhotoDocument : public QObject {
 
     /// What the photo's file said besides its pixels; comes and goes with the photo, through undo and redo too.
     const PictureMetadata &metadata() const { return m_history.metadata(); }
+    /// Of its file, without the folder; empty where it is in none yet.
+    const QString &fileName() const { return m_history.now().fileName; }
 
     /// The marked region; lost when another photo comes, after undo and redo and when the size changes.
     const PhotoSelection &selection() const { return m_selection; }

@@ -50,7 +50,7 @@ bool PhotoHistory::recordChange(const QImage &before, const QImage &after) {
     }
     ++m_position;
     m_steps.erase(m_steps.begin() + m_position, m_steps.end());
-    m_now = {.id = ++m_lastId, .metadata = m_now.metadata};
+    m_now = {.id = ++m_lastId, .metadata = m_now.metadata, .fileName = m_now.fileName};
     trim();
     count();
     return true;

@@ -17,8 +17,9 @@ namespace lumora {
 struct PhotoState {
     quint64 id = 0; ///< of no other state of this history
     PictureMetadata metadata = {};
-    QImage small = {};   ///< the photo reduced for a list of the states; null until setSmall
-    QString madeBy = {}; ///< the icon of what made it, see setMadeBy; empty until then
+    QString fileName = {}; ///< of the file that it was read from or written to last; empty without one
+    QImage small = {};     ///< the photo reduced for a list of the states; null until setSmall
+    QString madeBy = {};   ///< the icon of what made it, see setMadeBy; empty until then
 };
 
 class PhotoHistory {
@@ -56,6 +57,8 @@ class PhotoHistory {
     /// What the picture of now says besides its pixels. Each step leads back to that of its picture.
     const PictureMetadata &metadata() const { return m_now.metadata; }
     void setMetadata(const PictureMetadata &metadata) { m_now.metadata = metadata; }
+
+    void setFileName(const QString &name) { m_now.fileName = name; }
 
     /// The picture of now; its small picture is forgotten when the picture is replaced.
     const PhotoState &now() const { return m_now; }

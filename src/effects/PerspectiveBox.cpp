@@ -1,6 +1,7 @@
 #include "effects/PerspectiveBox.h"
 
 #include "imaging/EffectEngine.h"
+#include "widgets/Accessibility.h"
 #include "widgets/ColourPicker.h"
 #include "widgets/PictureButton.h"
 
@@ -81,6 +82,7 @@ void PerspectiveBox::addStyles() {
         button->setPictureSize(stylePicture);
         button->setMinimumWidth(narrowestStyle);
         button->setCheckable(true);
+        setAccessibleRole(*button, QAccessible::RadioButton);
         const int sign = i == 0 ? -1 : 1; // the first recedes to the left, the second to the right
         connect(button, &QAbstractButton::clicked, this, [this, sign] {
             const int degrees = std::abs(m_values[0]);

@@ -331,7 +331,8 @@ PictureRead readPicture(const QString &path) {
     if (const auto failure = openForReading(file, path)) {
         return refusedRead(PictureError::NotFound, *failure);
     }
-    const PictureRead read = readFrom(file, path);
+    PictureRead read = readFrom(file, path);
+    read.fileName = QFileInfo(path).fileName();
     return TaskControl::isCurrentCancelled() ? refusedRead(PictureError::Cancelled, QStringLiteral("stopped")) : read;
 }
 

@@ -35,6 +35,7 @@ struct PictureRead {
     PictureError error = PictureError::None;
     QString reason; ///< for logs and lumora-probe: the decoder's message, in English
     PictureMetadata metadata = {};
+    QString fileName = {}; ///< without its folder; only readPicture knows it
 };
 
 struct PictureHeader {

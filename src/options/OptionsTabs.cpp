@@ -1,5 +1,6 @@
 #include "options/OptionsTabs.h"
 
+#include "widgets/Accessibility.h"
 #include "widgets/PictureButton.h"
 
 #include <QKeyEvent>
@@ -32,6 +33,7 @@ class Tab : public PictureButton {
 OptionsTabs::OptionsTabs(const QString &name, QWidget *parent)
     : QWidget(parent), m_column(new QVBoxLayout(this)), m_tabs(this) {
     setObjectName(name);
+    setAccessibleRole(*this, QAccessible::PageTabList);
     m_column->setContentsMargins(0, 0, 0, 0);
     m_column->setSpacing(8);
     connect(&m_tabs, &QButtonGroup::idToggled, this, [this](int place, bool chosen) {
@@ -45,6 +47,7 @@ void OptionsTabs::addTab(const QString &key, const QString &iconName) {
     auto *tab = new Tab(iconName, PictureButton::CaptionPlace::Below, this);
     tab->setProperty("key", key);
     tab->setCheckable(true);
+    setAccessibleRole(*tab, QAccessible::PageTab);
     tab->setLook(PictureButton::Look::Raised);
     tab->setPictureSize(tabPicture);
     tab->setFixedWidth(tabWidth);

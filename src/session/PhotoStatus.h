@@ -14,4 +14,8 @@ enum class PhotoStatusKind { Usual, Resized };
 /// screen's resolution of `dotsPerInch` (96 on most), in whole millimetres.
 QString photoStatus(const AppContext &context, double dotsPerInch, PhotoStatusKind kind = PhotoStatusKind::Usual);
 
+/// The photo as a screen reader says it: the name of its file where it has one, its size, the zoom and what is marked
+/// of it. Empty without a photo.
+QString spokenPhoto(const AppContext &context);
+
 } // namespace lumora

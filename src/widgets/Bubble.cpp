@@ -1,5 +1,6 @@
 #include "widgets/Bubble.h"
 
+#include "widgets/Accessibility.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
 
@@ -45,6 +46,7 @@ void paintBubble(QPainter &painter, const QRectF &panel, BubbleSide side, QPoint
 Bubble::Bubble(const QString &name, QWidget *window)
     : QWidget(window), m_label(new QLabel(this)), m_body(new QVBoxLayout), m_buttons(new QHBoxLayout) {
     setObjectName(name);
+    setAccessibleRole(*this, QAccessible::Grouping);
     m_label->setWordWrap(true);
     m_label->setTextFormat(Qt::PlainText);
     auto *column = new QVBoxLayout(this);
@@ -61,6 +63,7 @@ Bubble::Bubble(const QString &name, QWidget *window)
 
 void Bubble::setText(const QString &text) {
     m_label->setText(text);
+    setAccessibleName(text);
 }
 
 PictureButton *Bubble::addButton(const QString &objectName, const QString &iconName) {

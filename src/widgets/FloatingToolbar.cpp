@@ -1,5 +1,6 @@
 #include "widgets/FloatingToolbar.h"
 
+#include "widgets/Accessibility.h"
 #include "widgets/PanelDragger.h"
 #include "widgets/Theme.h"
 
@@ -24,6 +25,7 @@ constexpr int frame = shadowMargin + barPadding;
 
 FloatingToolbar::FloatingToolbar(const QString &name, QWidget *window) : QWidget(window) {
     setObjectName(name);
+    setAccessibleRole(*this, QAccessible::ToolBar);
     setCursor(Qt::OpenHandCursor);
     PanelDragger::install(this, {shadowMargin, shadowMargin, shadowMargin, shadowMargin});
     m_rest.setSingleShot(true);
@@ -149,6 +151,7 @@ void FloatingToolbar::showBeside(QWidget *button) {
         return;
     }
     m_button = button;
+    setAccessibleName(button->accessibleName());
     place();
     show();
     raise();

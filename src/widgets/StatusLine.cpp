@@ -1,5 +1,6 @@
 #include "widgets/StatusLine.h"
 
+#include "widgets/Accessibility.h"
 #include "widgets/FittedText.h"
 #include "widgets/ReadAloud.h"
 #include "widgets/Theme.h"
@@ -36,6 +37,7 @@ void paintSign(QPainter &painter, const QRectF &place, bool good) {
 
 StatusLine::StatusLine(const QString &name, QWidget *parent) : ElidedLabel(Qt::ElideMiddle, parent) {
     setObjectName(name);
+    setAccessibleRole(*this, QAccessible::StatusBar);
     setContentsMargins(sideMargin, 4, sideMargin, 4);
     setMinimumHeight(28);
 }

@@ -1,5 +1,6 @@
 #include "widgets/Theme.h"
 
+#include "widgets/Accessibility.h"
 #include "widgets/FittedText.h"
 #include "widgets/KeyboardFocus.h"
 #include "widgets/ThemeStyle.h"
@@ -202,6 +203,7 @@ void applyTheme(QApplication &application, const ThemeLook &look) {
     if (isFirst) {
         application.installEventFilter(new ShortenedTips(&application));
         new KeyboardFocus(&application);
+        installAccessibility();
         return;
     }
     for (QWidget *widget : QApplication::allWidgets()) {

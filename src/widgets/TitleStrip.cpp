@@ -1,5 +1,6 @@
 #include "widgets/TitleStrip.h"
 
+#include "widgets/Accessibility.h"
 #include "widgets/ElidedLabel.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
@@ -18,6 +19,7 @@ constexpr int titlePicture = 28; // pixels
 TitleStrip::TitleStrip(QWidget *parent)
     : QFrame(parent), m_row(new QHBoxLayout(this)), m_caption(new ElidedLabel(Qt::ElideMiddle, this)) {
     setObjectName("picTBar");
+    setAccessibleRole(*this, QAccessible::TitleBar);
     setFixedHeight(smallestButton);
     m_caption->setObjectName("lblCaption");
     QFont bold = m_caption->font();

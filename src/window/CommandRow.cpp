@@ -1,6 +1,7 @@
 #include "window/CommandRow.h"
 
 #include "output/print/PrintButton.h"
+#include "widgets/Accessibility.h"
 #include "widgets/CommandBar.h"
 #include "widgets/Motion.h"
 #include "widgets/PictureButton.h"
@@ -63,6 +64,7 @@ const ToolbarRow toolbarRows[] = {
 CommandRow::CommandRow(QWidget *parent) : QWidget(parent), m_row(new QHBoxLayout(this)) {
     m_row->setContentsMargins(sideMargin, 2, sideMargin, 2);
     m_row->setSpacing(spacing);
+    setAccessibleRole(*this, QAccessible::ToolBar);
     m_open = addButton("cmdOpen", "open");
     m_save = addButton("cmdSave", "save");
     m_scan = addButton("cmdScan", "scan");

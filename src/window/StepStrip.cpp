@@ -131,6 +131,7 @@ void StepStrip::open() {
 
 void StepStrip::LoadLanguage() {
     lstSteps->setAccessibleName(m_texts.text("Steps"));
+    setAccessibleName(m_texts.text("Steps"));
     if (isVisible()) {
         fill();
     }

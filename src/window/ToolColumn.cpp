@@ -1,5 +1,6 @@
 #include "window/ToolColumn.h"
 
+#include "widgets/Accessibility.h"
 #include "widgets/Pager.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
@@ -65,6 +66,7 @@ QFont fittingFont(const std::vector<PictureButton *> &row, int width) {
 ToolColumn::ToolColumn(QWidget *parent) : QWidget(parent), m_column(new QWidget) {
     setObjectName("SidePanel1");
     setFixedWidth(columnWidth);
+    setAccessibleRole(*this, QAccessible::ToolBar);
     m_pager = new Pager("Pager1", this);
     auto *box = new QVBoxLayout(this);
     box->setContentsMargins(0, 0, 1, 0);
@@ -80,6 +82,7 @@ ToolColumn::ToolColumn(QWidget *parent) : QWidget(parent), m_column(new QWidget)
         button->setObjectName(row.control);
         button->setPictureSize(pictureSize);
         button->setCheckable(true);
+        setAccessibleRole(*button, QAccessible::RadioButton);
         if (row.whiteWhenHovered) {
             button->setHoverColour(Qt::white);
         }

@@ -133,6 +133,7 @@ void ToolSet::connectTool(const Entry &entry) {
 void ToolSet::connectPanel(SlidingPanel &panel) {
     m_before->add(panel);
     connect(&panel, &SlidingPanel::opened, this, [this, &panel] {
+        tabInto(panel);
         for (auto *slider : panel.findChildren<QAbstractSlider *>()) {
             if (slider->isVisible()) {
                 slider->setFocus(Qt::OtherFocusReason);
@@ -147,6 +148,26 @@ void ToolSet::connectPanel(SlidingPanel &panel) {
         Q_EMIT buttonsToRefresh();
         Q_EMIT panelChanged();
     });
+}
+
+/// From the photo the Tab key goes into the panel that is open, to what closes it at last. Of a group of buttons only
+/// the chosen one takes the Tab key, and later that may be another.
+void ToolSet::tabInto(SlidingPanel &panel) {
+    QWidgetList controls;
+    for (QWidget *each = m_view.nextInFocusChain(); each != &m_view; each = each->nextInFocusChain()) {
+        if (panel.isAncestorOf(each) && each->focusPolicy() != Qt::NoFocus && each->focusProxy() == nullptr) {
+            controls.append(each);
+        }
+    }
+    QWidget *close = panel.closeButton();
+    if (controls.removeOne(close)) {
+        controls.append(close);
+    }
+    QWidget *before = &m_view;
+    for (QWidget *each : std::as_const(controls)) {
+        QWidget::setTabOrder(before, each);
+        before = each;
+    }
 }
 
 void ToolSet::makeSmallPictures() {

@@ -82,6 +82,7 @@ class ToolSet : public QObject {
 
     void connectTool(const Entry &entry);
     void connectPanel(SlidingPanel &panel);
+    void tabInto(SlidingPanel &panel);
     const Entry *entryOf(const QString &control) const;
     static bool isActive(const Entry &entry);
     const Entry &currentEntry() const;

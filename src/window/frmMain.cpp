@@ -16,6 +16,7 @@
 #include "session/PhotoStatus.h"
 #include "session/PlainWords.h"
 #include "view/PhotoView.h"
+#include "widgets/Accessibility.h"
 #include "widgets/CommandBar.h"
 #include "widgets/Compositing.h"
 #include "widgets/FloatingToolbar.h"
@@ -128,6 +129,7 @@ void frmMain::build() {
     m_tools = new ToolColumn(this);
     m_photoRoom = new QWidget(this);
     m_view = new PhotoView(m_ctx.photo, m_photoRoom);
+    setAccessibleRole(*m_view, QAccessible::Canvas);
     m_steps = new StepStrip(m_ctx.photo, m_ctx.texts, m_photoRoom);
     m_panelRoom = new QWidget(m_photoRoom);
     m_emptyTable = new EmptyTable(this);
@@ -370,10 +372,13 @@ void frmMain::LoadLanguage() {
     setWindowTitle(texts.text("ApplicationName"));
     m_bar->lblCaption()->setText(texts.text("ApplicationName"));
     m_emptyTable->setOpenText(texts.text("Open"));
+    m_tools->setAccessibleName(texts.text("GuideTools"));
+    m_commands->setAccessibleName(texts.text("ApplicationName"));
     m_ideaGuide->LoadLanguage();
     m_steps->LoadLanguage();
     refreshZoom();
     refreshStatus();
+    refreshSpokenPhoto();
 }
 
 void frmMain::openStartupPhoto() {
@@ -571,6 +576,10 @@ void frmMain::photoChanged(PhotoChanges what) {
     if (what & PhotoChange::Zoom) {
         refreshZoom();
     }
+    if (what & (PhotoChanges(PhotoChange::Size) | PhotoChange::Loaded | PhotoChange::Zoom | PhotoChange::Selection |
+                PhotoChange::Saved)) {
+        refreshSpokenPhoto();
+    }
     chkPSButtons();
 }
 
@@ -615,6 +624,11 @@ void frmMain::refreshPaste() {
 
 void frmMain::refreshZoom() {
     m_commands->cmdSetZoom()->setText(m_ctx.texts.text("ZoomPercent").arg(m_ctx.photo.zoom()));
+}
+
+/// A screen reader says it when the photo has the focus, and again when it has changed.
+void frmMain::refreshSpokenPhoto() {
+    m_view->setAccessibleName(spokenPhoto(m_ctx));
 }
 
 void frmMain::refreshStatus() {

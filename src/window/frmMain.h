@@ -107,6 +107,7 @@ class frmMain : public QWidget {
     void showEmptyTable(const QString &problem);
     void enableTools();
     void refreshStatus();
+    void refreshSpokenPhoto();
     void openStartupPhoto();
     void offerRecovery();
     void refreshPaste();

@@ -18,16 +18,21 @@ namespace {
 constexpr int marking = 3; // images of picTarget
 constexpr int ready = 5;
 
+bool isEnterKey(const QKeyEvent &key) {
+    return (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) && !(key.modifiers() & ~Qt::KeypadModifier);
+}
+
 } // namespace
 
 CanvasMouse::CanvasMouse(PhotoDocument &document, const ToolFlags &flags, PhotoView &view, QObject *parent)
-    : QObject(parent), m_document(document), m_flags(flags), m_view(view), m_scroller(view) {
+    : QObject(parent), m_document(document), m_flags(flags), m_view(view), m_scroller(view), m_keyboard(view, this) {
     connect(&view, &PhotoView::pointer, this, &CanvasMouse::pointer);
     connect(&view, &PhotoView::key, this, &CanvasMouse::key);
     connect(&view, &PhotoView::paintOverlay, this, [this](QPainter &painter) {
         if (m_tool != nullptr) {
             m_tool->paint(painter);
         }
+        m_keyboard.paint(painter);
     });
     connect(&m_scroller, &EdgeScroller::scrolled, this, [this] {
         m_last.picture = m_view.toPicture(m_last.view);
@@ -38,6 +43,7 @@ CanvasMouse::CanvasMouse(PhotoDocument &document, const ToolFlags &flags, PhotoV
 void CanvasMouse::setTool(CanvasTool *tool) {
     m_dragging = false;
     m_scroller.stop();
+    leaveKeyboard();
     if (CanvasTool *const before = std::exchange(m_tool, nullptr)) {
         before->end();
     }
@@ -70,6 +76,7 @@ void CanvasMouse::clearMarked() {
 }
 
 void CanvasMouse::pointer(const PointerEvent &event) {
+    leaveKeyboard(); // the mouse has the pointer again
     switch (event.kind) {
     case PointerEvent::Kind::Press:
     case PointerEvent::Kind::DoubleClick:
@@ -148,7 +155,7 @@ void CanvasMouse::drag(const PointerEvent &event) {
     }
     m_last = event;
     m_tool->move(event);
-    if (m_dragging && m_tool->scrollsAtEdge()) {
+    if (m_dragging && !m_pressedByKey && m_tool->scrollsAtEdge()) {
         m_scroller.drag(m_selStart, event.view);
     }
 }
@@ -176,13 +183,66 @@ void CanvasMouse::mouseUp(const PointerEvent &event) {
 // --- Keys -----------------------------------------------------------------------------------------------------------
 
 void CanvasMouse::key(QKeyEvent &event) {
-    if (m_tool == nullptr || !m_tool->wantsKey(event)) {
+    const bool forPointer = isForPointer(event);
+    if (m_tool == nullptr || (!forPointer && !m_tool->wantsKey(event))) {
         return;
     }
     event.accept();
-    if (event.type() == QEvent::KeyPress) {
-        m_tool->keyPress(event);
+    if (event.type() != QEvent::KeyPress) {
+        return;
     }
+    if (forPointer) {
+        pointByKey(event);
+        return;
+    }
+    m_tool->keyPress(event);
+    if (event.key() == Qt::Key_Escape && std::exchange(m_pressedByKey, false)) {
+        endDrag(keyboardEvent(PointerEvent::Kind::Release)); // the tool has cancelled it
+    }
+}
+
+/// Enter is the tool's own as long as no arrow key has brought the pointer.
+bool CanvasMouse::isForPointer(const QKeyEvent &event) const {
+    if (m_tool == nullptr || !m_tool->hasKeyboardPointer()) {
+        return false;
+    }
+    return KeyboardPointer::isMove(event) ? !m_tool->wantsKey(event) : isEnterKey(event) && m_keyboard.isShown();
+}
+
+void CanvasMouse::pointByKey(const QKeyEvent &event) {
+    if (KeyboardPointer::isMove(event)) {
+        m_keyboard.move(event, m_tool->keyboardStart());
+        mouseMove(keyboardEvent(PointerEvent::Kind::Move));
+    } else if (!event.isAutoRepeat()) {
+        pressByKey();
+    }
+}
+
+void CanvasMouse::pressByKey() {
+    const bool releases = std::exchange(m_pressedByKey, false);
+    if (!releases) {
+        mouseDown(keyboardEvent(PointerEvent::Kind::Press));
+        m_pressedByKey = m_dragging && m_tool->isDragging();
+    }
+    if (!m_pressedByKey && m_keyboard.isShown()) { // the press may have ended the tool
+        mouseUp(keyboardEvent(PointerEvent::Kind::Release));
+    }
+}
+
+PointerEvent CanvasMouse::keyboardEvent(PointerEvent::Kind kind) const {
+    const bool changes = kind != PointerEvent::Kind::Move;
+    const bool down = kind == PointerEvent::Kind::Press || (kind == PointerEvent::Kind::Move && m_pressedByKey);
+    return {kind,
+            m_keyboard.inPicture(),
+            m_keyboard.inView(),
+            changes ? Qt::LeftButton : Qt::NoButton,
+            down ? Qt::LeftButton : Qt::NoButton,
+            Qt::NoModifier};
+}
+
+void CanvasMouse::leaveKeyboard() {
+    m_pressedByKey = false;
+    m_keyboard.hide();
 }
 
 } // namespace lumora

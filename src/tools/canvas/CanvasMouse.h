@@ -4,6 +4,7 @@
 
 #include "session/ToolFlags.h"
 #include "tools/canvas/EdgeScroller.h"
+#include "tools/canvas/KeyboardPointer.h"
 #include "view/PhotoView.h"
 
 #include <QHash>
@@ -29,6 +30,8 @@ class CanvasMouse : public QObject {
     void showTarget(int image);
     /// Rounds a point to whole pixels: to the nearest, halves to the right and down for any sign.
     static QPoint rounded(QPointF point);
+    /// Whether the arrow keys lead the pointer now: its cursor is not where it is.
+    bool isLedByKeys() const { return m_keyboard.isShown(); }
     /// Clears the selection.
     void clearMarked();
 
@@ -54,6 +57,11 @@ class CanvasMouse : public QObject {
     void mouseMove(const PointerEvent &event);
     void mouseUp(const PointerEvent &event);
     void key(QKeyEvent &event);
+    bool isForPointer(const QKeyEvent &event) const;
+    void pointByKey(const QKeyEvent &event);
+    void pressByKey();
+    PointerEvent keyboardEvent(PointerEvent::Kind kind) const;
+    void leaveKeyboard();
     void drag(const PointerEvent &event);
     void endDrag(const PointerEvent &event);
 
@@ -62,6 +70,8 @@ class CanvasMouse : public QObject {
     PhotoView &m_view;
     CanvasTool *m_tool = nullptr;
     EdgeScroller m_scroller;
+    KeyboardPointer m_keyboard;
+    bool m_pressedByKey = false;        ///< Enter was pressed and will release
     QHash<int, QCursor> m_cursors;      ///< for m_cursorsFor
     std::pair<qreal, int> m_cursorsFor; ///< device pixel ratio, pointerScale()
     QPoint m_selStart, m_selEnd, m_selStartPic, m_selEndPic;

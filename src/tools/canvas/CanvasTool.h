@@ -3,6 +3,8 @@
 
 #include "view/PhotoView.h"
 
+#include <optional>
+
 class QKeyEvent;
 class QPainter;
 
@@ -37,6 +39,14 @@ class CanvasTool {
     /// Whether the tool handles this key now, before the view and the window's shortcuts; and handling it.
     virtual bool wantsKey(const QKeyEvent &) const { return false; }
     virtual void keyPress(const QKeyEvent &) {}
+
+    /// Whether the arrow keys that the tool does not want move a pointer, and Enter presses and releases there; and
+    /// where it first appears, in the view's pixels, if not in the middle of what is seen of the photo.
+    virtual bool hasKeyboardPointer() const { return false; }
+    virtual std::optional<QPointF> keyboardStart() const { return {}; }
+    /// Whether the press has begun something that goes on until the release. The keyboard's press is released with the
+    /// next Enter then, else at once.
+    virtual bool isDragging() const { return false; }
 
     /// Draws over the photo, in the view's coordinates.
     virtual void paint(QPainter &) {}

@@ -39,6 +39,7 @@ class ColourFocusTool : public PanelTool {
     void move(const PointerEvent &at) override;
     /// Picks the pixel's colour.
     void clicked(QPoint pixel) override;
+    bool hasKeyboardPointer() const override { return true; }
     void paint(QPainter &painter) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -121,6 +121,11 @@ bool RedEyeTool::ringFitsPointer() const {
     return ringRadius() * m_view.devicePixelRatioF() <= widestPointer;
 }
 
+/// Where the cursor does not show it.
+bool RedEyeTool::ringIsPainted() const {
+    return m_mouse.isLedByKeys() || !ringFitsPointer();
+}
+
 QCursor RedEyeTool::pointer() {
     const qreal scale = m_view.devicePixelRatioF();
     if (!ringFitsPointer()) {
@@ -149,7 +154,7 @@ void RedEyeTool::press(const PointerEvent &) {
 
 void RedEyeTool::move(const PointerEvent &at) {
     m_view.setToolCursor(pointer());
-    if (!ringFitsPointer()) {
+    if (ringIsPainted()) {
         repaintRing(m_pointer);
         repaintRing(at.view);
     }
@@ -161,9 +166,8 @@ void RedEyeTool::repaintRing(QPointF at) {
     m_view.viewport()->update(QRectF(at.x() - reach, at.y() - reach, 2 * reach, 2 * reach).toAlignedRect());
 }
 
-/// Only when the ring is too large for a cursor.
 void RedEyeTool::paint(QPainter &painter) {
-    if (!ringFitsPointer()) {
+    if (ringIsPainted()) {
         drawRing(painter, m_pointer, ringRadius());
     }
 }

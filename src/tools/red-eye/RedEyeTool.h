@@ -28,6 +28,7 @@ class RedEyeTool : public PanelTool {
     /// Removes the red in a circle around the pixel, or darkens the pupil in it that shines in the chosen colour; one
     /// undo step. Where nothing shines like that the status line says so.
     void clicked(QPoint pixel) override;
+    bool hasKeyboardPointer() const override { return true; }
     void paint(QPainter &painter) override;
 
   private:
@@ -35,6 +36,7 @@ class RedEyeTool : public PanelTool {
     void showHint();
     qreal ringRadius() const;
     bool ringFitsPointer() const;
+    bool ringIsPainted() const;
     QCursor pointer();
     void refreshPointer();
     void repaintRing(QPointF at);

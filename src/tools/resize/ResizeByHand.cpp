@@ -156,6 +156,10 @@ void ResizeByHand::showCursor(const ResizeHandle &handle) {
     m_view.setToolCursor(ResizeHandles::cursor(handle));
 }
 
+std::optional<QPointF> ResizeByHand::keyboardStart() const {
+    return handles().place({1, 1}).center();
+}
+
 bool ResizeByHand::wantsKey(const QKeyEvent &key) const {
     const bool ends = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
     return (key.modifiers() & ~Qt::KeypadModifier) == 0 && (key.key() == Qt::Key_Escape || (ends && !isDragging()));

@@ -34,6 +34,10 @@ class ResizeByHand : public QObject, public CanvasTool {
     void clicked(QPoint pixel) override;
     /// Outside the photo's frame, extended by some pixels on each side.
     bool endsAt(QPoint picture) const override;
+    bool hasKeyboardPointer() const override { return true; }
+    /// On the handle at the lower right corner, or as near as the view has room.
+    std::optional<QPointF> keyboardStart() const override;
+    bool isDragging() const override { return !m_grabbed.isNull(); }
     /// Esc cancels the drag or ends free resizing; Enter ends it too.
     bool wantsKey(const QKeyEvent &key) const override;
     void keyPress(const QKeyEvent &key) override;
@@ -46,7 +50,6 @@ class ResizeByHand : public QObject, public CanvasTool {
     void failed();
 
   private:
-    bool isDragging() const override { return !m_grabbed.isNull(); }
     QRect dragged(QPointF picture) const;
     void drop();
     void paintPhoto(QPainter &painter);

@@ -2,6 +2,7 @@
 
 #include "imaging/Scale.h"
 #include "session/AppContext.h"
+#include "widgets/Accessibility.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
 
@@ -97,6 +98,7 @@ void ResizePanel::addOptions(QHBoxLayout &row) {
         option->setObjectName(QString("optSize%1").arg(i));
         option->setPictureSize(optionPicture);
         option->setCheckable(true);
+        setAccessibleRole(*option, QAccessible::RadioButton);
         option->setMinimumWidth(narrowestOption);
         option->setMaximumWidth(optionWidth);
         option->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

@@ -4,6 +4,7 @@
 #include "imaging/decorations/PaintDecoration.h"
 #include "imaging/decorations/StickerTable.h"
 #include "session/AppContext.h"
+#include "widgets/Accessibility.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
 
@@ -82,6 +83,7 @@ void StickersPanel::build() {
     m_tops = new QButtonGroup(this);
     m_choices = new QButtonGroup(this);
     m_topRow = new QWidget(this);
+    setAccessibleRole(*m_topRow, QAccessible::PageTabList);
     (new QHBoxLayout(m_topRow))->setContentsMargins(0, 0, 0, 0);
     m_topRow->layout()->setSpacing(choiceMargin);
     m_pages = new QStackedWidget(this);
@@ -98,6 +100,7 @@ PictureButton *StickersPanel::addTop(const QString &name, const QString &icon, c
     button->setObjectName(name);
     button->setPictureSize(topPicture);
     button->setCheckable(true);
+    setAccessibleRole(*button, QAccessible::PageTab);
     button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     button->setMinimumWidth(topWidth);
     m_topRow->layout()->addWidget(button);

@@ -1,0 +1,135 @@
+#include "widgets/Accessibility.h"
+
+#include "widgets/PictureButton.h"
+#include "widgets/SlidingPanel.h"
+#include "widgets/Theme.h"
+
+#include <QAccessibleWidget>
+#include <QButtonGroup>
+#include <QFrame>
+#include <QLabel>
+#include <QVariant>
+
+namespace lumora {
+
+namespace {
+
+constexpr const char *roleProperty = "accessibleRole";
+
+/// A control with the role that setAccessibleRole or its class gives it.
+class RoleReader : public QAccessibleWidget {
+  public:
+    using QAccessibleWidget::QAccessibleWidget;
+
+    /// Without a tool tip that only repeats the name.
+    QString text(QAccessible::Text kind) const override {
+        const QString said = QAccessibleWidget::text(kind);
+        return kind == QAccessible::Description && said == text(QAccessible::Name) ? QString() : said;
+    }
+};
+
+class PanelReader : public RoleReader {
+  public:
+    explicit PanelReader(SlidingPanel *panel) : RoleReader(panel, QAccessible::Grouping), m_panel(panel) {}
+
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Name ? m_panel->titleLabel()->text() : RoleReader::text(kind);
+    }
+
+  private:
+    SlidingPanel *m_panel;
+};
+
+bool isOneOfSeveral(const QAbstractButton &button) {
+    return button.isCheckable() &&
+           (button.autoExclusive() || (button.group() != nullptr && button.group()->exclusive()));
+}
+
+class ButtonReader : public RoleReader {
+  public:
+    explicit ButtonReader(PictureButton *button) : RoleReader(button), m_button(button) {}
+
+    QAccessible::Role role() const override {
+        const QVariant set = m_button->property(roleProperty);
+        return set.isValid()               ? static_cast<QAccessible::Role>(set.toInt())
+               : isOneOfSeveral(*m_button) ? QAccessible::RadioButton
+               : m_button->isCheckable()   ? QAccessible::CheckBox
+                                           : QAccessible::PushButton;
+    }
+
+    QAccessible::State state() const override {
+        QAccessible::State state = RoleReader::state();
+        state.checkable = m_button->isCheckable();
+        state.checked = m_button->isChecked();
+        state.pressed = m_button->isDown();
+        if (role() == QAccessible::PageTab) {
+            state.selectable = true;
+            state.selected = m_button->isChecked();
+        }
+        return state;
+    }
+
+    /// What is written on the button and is not its name (the zoom) is its description.
+    QString text(QAccessible::Text kind) const override {
+        const QString said = RoleReader::text(kind);
+        const QString caption = plainCaption(m_button->text());
+        if (!said.isEmpty() || (kind != QAccessible::Name && kind != QAccessible::Description)) {
+            return said;
+        }
+        return kind == QAccessible::Name || caption != text(QAccessible::Name) ? caption : QString();
+    }
+
+    QStringList actionNames() const override {
+        QStringList names;
+        if (m_button->isEnabled()) {
+            names += m_button->isCheckable() ? toggleAction() : pressAction();
+        }
+        return names + RoleReader::actionNames();
+    }
+
+    void doAction(const QString &name) override {
+        if (name != pressAction() && name != toggleAction()) {
+            RoleReader::doAction(name);
+        } else if (m_button->isEnabled()) {
+            m_button->animateClick(); // later: a dialog that it opens would keep the screen reader waiting
+        }
+    }
+
+  private:
+    PictureButton *m_button;
+};
+
+QAccessible::Role roleOf(const QWidget &widget) {
+    const QVariant set = widget.property(roleProperty);
+    if (set.isValid()) {
+        return static_cast<QAccessible::Role>(set.toInt());
+    }
+    if (qstrcmp(widget.metaObject()->className(), "QFrame") == 0 && widget.children().isEmpty()) {
+        return QAccessible::Separator;
+    }
+    return widget.windowType() == Qt::Window ? QAccessible::Window : QAccessible::NoRole;
+}
+
+QAccessibleInterface *makeReader(const QString &, QObject *object) {
+    if (auto *button = qobject_cast<PictureButton *>(object)) {
+        return new ButtonReader(button);
+    }
+    if (auto *panel = qobject_cast<SlidingPanel *>(object)) {
+        return new PanelReader(panel);
+    }
+    auto *widget = qobject_cast<QWidget *>(object);
+    const QAccessible::Role role = widget != nullptr ? roleOf(*widget) : QAccessible::NoRole;
+    return role != QAccessible::NoRole ? new RoleReader(widget, role) : nullptr;
+}
+
+} // namespace
+
+void installAccessibility() {
+    QAccessible::installFactory(makeReader);
+}
+
+void setAccessibleRole(QWidget &control, QAccessible::Role role) {
+    control.setProperty(roleProperty, static_cast<int>(role));
+}
+
+} // namespace lumora
