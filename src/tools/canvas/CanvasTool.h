@@ -31,7 +31,8 @@ class CanvasTool {
     virtual bool endsAt(QPoint /*picture*/) const { return false; }
     /// The second press of a double click.
     virtual void doubleClick(const PointerEvent &at) { press(at); }
-    /// Whether the press has taken something that follows the pointer now.
+    /// Whether the press has taken or begun something that follows the pointer until the release. The keyboard's press is
+    /// released with the next Enter then, else at once.
     virtual bool isDragging() const { return false; }
     /// Whether the current drag scrolls the photo at the view's edge; moves are then sent even when the mouse rests.
     virtual bool scrollsAtEdge() const { return false; }
@@ -44,9 +45,6 @@ class CanvasTool {
     /// where it first appears, in the view's pixels, if not in the middle of what is seen of the photo.
     virtual bool hasKeyboardPointer() const { return false; }
     virtual std::optional<QPointF> keyboardStart() const { return {}; }
-    /// Whether the press has begun something that goes on until the release. The keyboard's press is released with the
-    /// next Enter then, else at once.
-    virtual bool isDragging() const { return false; }
 
     /// Draws over the photo, in the view's coordinates.
     virtual void paint(QPainter &) {}

@@ -39,7 +39,6 @@ class CutOutTool : public PanelTool {
     bool isDragging() const override { return m_lasso.isDragging(); }
     bool scrollsAtEdge() const override;
     bool hasKeyboardPointer() const override { return true; }
-    bool isDragging() const override { return m_lasso.isDragging(); }
     /// Esc clears the selection or cancels the drag; then it ends the tool.
     void keyPress(const QKeyEvent &key) override;
 

@@ -33,7 +33,6 @@ class SelectionTool : public EditorTool, public CanvasTool {
     bool isDragging() const override { return m_pressed; }
     bool scrollsAtEdge() const override { return m_dragged; }
     bool hasKeyboardPointer() const override { return true; }
-    bool isDragging() const override { return m_pressed; }
     /// Esc clears the selection or cancels the drag.
     bool wantsKey(const QKeyEvent &key) const override;
     void keyPress(const QKeyEvent &key) override;
