@@ -13,6 +13,7 @@
 #include <QPalette>
 #include <QPixmapCache>
 #include <QSvgRenderer>
+#include <QWidget>
 
 namespace lumora {
 
