@@ -10,6 +10,7 @@
 #include "widgets/TitleStrip.h"
 #include "widgets/WindowTexts.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QScreen>

@@ -1,5 +1,6 @@
 #include "guide/GuideReader.h"
 
+#include "base/Texts.h"
 #include "guide/GuidePages.h"
 #include "guide/GuidePictures.h"
 #include "guide/GuideSearch.h"

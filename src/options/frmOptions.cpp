@@ -16,6 +16,7 @@
 #include "widgets/TitleStrip.h"
 #include "widgets/WindowTexts.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMessageBox>

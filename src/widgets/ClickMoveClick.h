@@ -2,6 +2,7 @@
 // go.
 #pragma once
 
+#include <QEvent>
 #include <QObject>
 #include <QPointF>
 #include <QPointer>

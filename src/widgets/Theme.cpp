@@ -14,6 +14,7 @@
 #include <QPalette>
 #include <QPixmapCache>
 #include <QSvgRenderer>
+#include <QWidget>
 
 namespace lumora {
 

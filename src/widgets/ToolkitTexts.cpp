@@ -6,6 +6,7 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QThread>
+#include <QWidget>
 #include <algorithm>
 
 namespace lumora {
@@ -31,7 +32,7 @@ QLocale localeOf(const QString &code) {
 
 QString ToolkitTexts::Words::translate(const char *context, const char *source, const char *disambiguation,
                                        int number) const {
-    const QString words = QTranslator::translate(context, source, disambiguation, number);
+    QString words = QTranslator::translate(context, source, disambiguation, number);
     const bool isKeyName = qstrcmp(context, "QShortcut") == 0; // which is also read
     if (isKeyName || QThread::currentThread() != QCoreApplication::instance()->thread()) {
         return words;
