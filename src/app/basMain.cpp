@@ -244,6 +244,7 @@ void basMain::followForMe() {
     context().ini.lookAgain();
     showPersonalLook(*qApp, readForMe(m_context.settings));
     m_toolkitTexts.follow();
+    m_readingAloud.follow();
     for (QWidget *window : QApplication::topLevelWidgets()) {
         QCoreApplication::postEvent(window, new QEvent(QEvent::LanguageChange)); // capitals
     }

@@ -13,6 +13,7 @@
 #include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QLocale>
 #include <QScreen>
 #include <algorithm>
 
@@ -34,10 +35,11 @@ constexpr struct {
 } forMeTicks[] = {
     {"chkCalm", "calm", &ForMe::calm},
     {"chkEasyLetters", "easy-letters", &ForMe::easyLetters},
-    {"chkCapitals", "capitals", &ForMe::capitals},
     {"chkHighContrast", "high-contrast", &ForMe::highContrast},
     {"chkClickMoveClick", "click-move-click", &ForMe::clickMoveClick},
     {"chkLargePointer", "large-pointer", &ForMe::largePointer},
+    {"chkReadAloud", "read-aloud", &ForMe::readAloud},
+    {"chkCapitals", "capitals", &ForMe::capitals}, // last: some languages have none
 };
 
 /// At most three rows, which the smallest screen has room for.
@@ -51,6 +53,11 @@ frmForMe::frmForMe(AppContext &context, QWidget *owner)
     build();
     LoadLanguage();
     showValues();
+    connect(&m_voices, &VoiceSearch::answered, this, [this](bool hasVoice) {
+        m_hasVoice = hasVoice;
+        showVoice();
+    });
+    m_voices.start(QLocale().name());
 }
 
 frmForMe *frmForMe::showModal(AppContext &context, QWidget *owner) {
@@ -103,6 +110,15 @@ void frmForMe::LoadLanguage() {
     showTexts(m_context.texts, *this);
     findChild<QCheckBox *>("chkClickMoveClick")->setToolTip(m_context.texts.text("ForMeClicksTip"));
     findChild<QCheckBox *>("chkCapitals")->setVisible(hasCapitals(m_context.texts.text("Language")));
+    showVoice();
+    level();
+}
+
+/// Without a voice there is nothing to switch on.
+void frmForMe::showVoice() {
+    auto *choice = findChild<QCheckBox *>("chkReadAloud");
+    choice->setEnabled(m_hasVoice || choice->isChecked());
+    choice->setText(m_context.texts.text(m_hasVoice ? "ForMeReadAloud" : "ForMeNoVoice"));
     level();
 }
 

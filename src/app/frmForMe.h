@@ -2,6 +2,7 @@
 // start; the launcher's round button and the options open it.
 #pragma once
 
+#include "devices/speech/VoiceSearch.h"
 #include "session/ForMe.h"
 #include "widgets/BorderlessDialog.h"
 
@@ -41,6 +42,7 @@ class frmForMe : public BorderlessDialog {
     void take();
     void write(const ForMe &forMe);
     void showValues();
+    void showVoice();
     void level();
 
     AppContext &m_context;
@@ -48,6 +50,8 @@ class frmForMe : public BorderlessDialog {
     QList<QCheckBox *> m_ticks;    ///< in the order of forMeTicks
     QGridLayout *m_cards;
     PictureButton *cmdReset;
+    VoiceSearch m_voices;
+    bool m_hasVoice = true; ///< until the search has found none
 };
 
 } // namespace lumora

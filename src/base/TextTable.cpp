@@ -63,6 +63,8 @@ constexpr TextRow textRows[] = {
     {"frmForMe", "ForMeClicks", "Click, move, click", "chkClickMoveClick", "text"},
     {"frmForMe", "ForMeClicksTip", "A click takes what you would drag. The next click lets it go.", "-", ""},
     {"frmForMe", "ForMePointer", "Large pointer", "chkLargePointer", "text"},
+    {"frmForMe", "ForMeReadAloud", "Read aloud", "chkReadAloud", "text"},
+    {"frmForMe", "ForMeNoVoice", "There is no voice on this computer", "-", ""},
     {"frmForMe", "ForMeReset", "All as usual", "cmdReset", "text"},
     {"frmForMe", "ForMeOK", "OK", "cmdOK", "text"},
 
@@ -809,8 +811,6 @@ constexpr TextRow textRows[] = {
     {"GuideWindow", "GuideSettings", "Settings file", "-", ""},
     {"GuideWindow", "GuideLanguages", "Languages", "-", ""},
     {"GuideWindow", "GuideKeys", "Keys", "-", ""},
-    {"", "ForMeReadAloud", "Read aloud", "-", ""},
-    {"", "ForMeNoVoice", "There is no voice on this computer", "-", ""},
     {"GuideWindow", "GuideRights", "Whose picture?", "-", ""},
     {"GuideWindow", "GuideCrafts", "Things to make", "-", ""},
     {"GuideWindow", "GuideLesson", "A lesson with Lumora", "-", ""},

@@ -11,6 +11,7 @@ ForMe readForMe(const Settings &settings) {
         .highContrast = settings.read<Setting::HighContrast>(),
         .clickMoveClick = settings.read<Setting::ClickMoveClick>(),
         .largePointer = settings.read<Setting::LargePointer>(),
+        .readAloud = settings.read<Setting::ReadAloud>(),
     };
 }
 
@@ -28,6 +29,7 @@ void writeForMe(Settings &settings, const ForMe &forMe) {
     keep.operator()<Setting::HighContrast>(&ForMe::highContrast);
     keep.operator()<Setting::ClickMoveClick>(&ForMe::clickMoveClick);
     keep.operator()<Setting::LargePointer>(&ForMe::largePointer);
+    keep.operator()<Setting::ReadAloud>(&ForMe::readAloud);
 }
 
 } // namespace lumora

@@ -13,6 +13,7 @@ struct ForMe {
     bool highContrast = false;   ///< black, white and yellow
     bool clickMoveClick = false; ///< a click takes what would be dragged, the next one lets it go
     bool largePointer = false;
+    bool readAloud = false; ///< the names of buttons are spoken
 
     bool operator==(const ForMe &) const = default;
 };
