@@ -41,7 +41,7 @@ OptionsDialogs::OptionsDialogs(AppContext &ctx, QWidget *parent)
 void OptionsDialogs::addKeeping() {
     QHBoxLayout *row = addRow(addSheet());
     chkKeep = tickBox("chkKeep", "thrown-away");
-    cmdEmpty = new PictureButton("no", PictureButton::CaptionPlace::Beside, this);
+    cmdEmpty = new PictureButton("trash", PictureButton::CaptionPlace::Beside, this);
     cmdEmpty->setObjectName("cmdEmpty");
     cmdEmpty->setLook(PictureButton::Look::Raised);
     connect(cmdEmpty, &QAbstractButton::clicked, this, &OptionsDialogs::askToEmpty);

@@ -244,6 +244,21 @@ TEST(Rules, VisibleTextsAreInTheLanguageFile) {
     }
 }
 
+/// A name without a drawing shows nothing, and nothing else says so.
+TEST(Rules, EveryIconIsThere) {
+    const QRegularExpression named(
+        R"re((?:PictureButton|PictureChoice|PictureTick|iconPixmap|setPicture|\bpicture|(?:tickBox|addButton|footButton)\("\w+",) ?\(?"([a-z0-9-]+)")re");
+    int seen = 0;
+    for (const QString &path : filesBelow("src", {"*.cpp"})) {
+        for (auto all = named.globalMatch(contents(root() + '/' + path)); all.hasNext(); ++seen) {
+            const QString icon = all.next().captured(1);
+            EXPECT_TRUE(QFileInfo::exists(root() + "/resources/icons/" + icon + ".svg"))
+                << qPrintable(path + ": " + icon);
+        }
+    }
+    EXPECT_GT(seen, 60);
+}
+
 TEST(Rules, NoFileLeavesWorkForLater) {
     const QRegularExpression later(R"(\b(TODO|FIXME|XXX)\b)");
     const QStringList names = {"*.h",  "*.cpp", "*.txt",  "*.cmake", "*.json",    "*.md", "*.ini", "*.html",  "*.svg",
