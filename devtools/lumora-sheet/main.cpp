@@ -179,7 +179,9 @@ QList<Look> effectLooks() {
     QList<Look> all{{"photo", [](const QImage &photo) { return photo; }}};
     for (const EffectGroup group : {EffectGroup::Basic, EffectGroup::Special}) {
         for (const Effect &effect : effects(group)) {
-            all << lookOf(effect, nameOf(effect.name), effect.basic);
+            const bool isBasic = group == EffectGroup::Basic;
+            const QString name = nameOf(isBasic ? QString("BasicEffects%1").arg(effect.number) : effect.name);
+            all << lookOf(effect, QString(name).replace("&&", "&"), effect.basic);
         }
     }
     const Effect &reflection = *findEffect(EffectGroup::Special, "keySFX12");
