@@ -119,6 +119,7 @@ void frmForMe::showVoice() {
     auto *choice = findChild<QCheckBox *>("chkReadAloud");
     choice->setEnabled(m_hasVoice || choice->isChecked());
     choice->setText(m_context.texts.text(m_hasVoice ? "ForMeReadAloud" : "ForMeNoVoice"));
+    choice->setToolTip(m_hasVoice ? QString() : m_context.texts.text("ForMeNoVoiceTip"));
     level();
 }
 

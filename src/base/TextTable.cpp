@@ -64,7 +64,8 @@ constexpr TextRow textRows[] = {
     {"frmForMe", "ForMeClicksTip", "A click takes what you would drag. The next click lets it go.", "-", ""},
     {"frmForMe", "ForMePointer", "Large pointer", "chkLargePointer", "text"},
     {"frmForMe", "ForMeReadAloud", "Read aloud", "chkReadAloud", "text"},
-    {"frmForMe", "ForMeNoVoice", "There is no voice on this computer", "-", ""},
+    {"frmForMe", "ForMeNoVoice", "No voice", "-", ""},
+    {"frmForMe", "ForMeNoVoiceTip", "There is no voice on this computer", "-", ""},
     {"frmForMe", "ForMeReset", "All as usual", "cmdReset", "text"},
     {"frmForMe", "ForMeOK", "OK", "cmdOK", "text"},
 

@@ -107,7 +107,9 @@ QAccessible::Role roleOf(const QWidget &widget) {
     if (qstrcmp(widget.metaObject()->className(), "QFrame") == 0 && widget.children().isEmpty()) {
         return QAccessible::Separator;
     }
-    return widget.windowType() == Qt::Window ? QAccessible::Window : QAccessible::NoRole;
+    const bool isOwnWindow =
+        widget.windowType() == Qt::Window && widget.windowFlags().testFlag(Qt::FramelessWindowHint);
+    return isOwnWindow ? QAccessible::Window : QAccessible::NoRole;
 }
 
 QAccessibleInterface *makeReader(const QString &, QObject *object) {

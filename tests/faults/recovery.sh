@@ -1,6 +1,7 @@
 #!/bin/bash
-# recovery.sh LUMORA-PLAY: kills the program at ten moments while it keeps a changed photo, and looks at what the next
-# start offers: a whole picture, the last change or the one before it; the last one where there was time to write it.
+# recovery.sh LUMORA-PLAY MOMENT...: kills the program so many milliseconds after a change of the photo, or once the copy
+# is "written", and looks at what the next start offers: a whole picture, the last change or the one before it; the last
+# one where there was time to write it.
 # Then every answer: Yes opens it, No removes it, Esc keeps it for another start. What else a crash leaves is swept.
 set -euo pipefail
 
@@ -10,6 +11,8 @@ fail() {
 }
 
 play=$(realpath "$1")
+shift
+moments=("$@")
 folder=$(mktemp -d)
 trap 'rm -r "$folder"' EXIT
 export QT_QPA_PLATFORM=offscreen
@@ -68,7 +71,7 @@ mapfile -t hashes <"$folder/hashes"
 [ ${#hashes[@]} -eq 2 ] && [ "${hashes[0]}" != "${hashes[1]}" ] || fail "the photo was not changed twice: ${hashes[*]}"
 
 seen_before=0
-for moment in 0 40 80 120 160 200 300 400 written written; do
+for moment in "${moments[@]}"; do
     another_stage
     {
         if [ "$moment" = written ]; then
@@ -90,7 +93,7 @@ for moment in 0 40 80 120 160 200 300 400 written written; do
     *) fail "$moment: $answer is offered instead of ${hashes[*]}" ;;
     esac
 done
-echo "The last change was not yet kept in $seen_before of 8 crashes within 0.4 s of it."
+echo "The last change was not yet kept in $seen_before of ${#moments[@]} crashes."
 
 # Right after the photo was recovered the program crashed once more. Esc keeps the copy, and what else a crash leaves in the
 # temporary folder is swept: the number of the process that made it is another's now.

@@ -31,8 +31,8 @@ class CanvasTool {
     virtual bool endsAt(QPoint /*picture*/) const { return false; }
     /// The second press of a double click.
     virtual void doubleClick(const PointerEvent &at) { press(at); }
-    /// Whether the press has taken or begun something that follows the pointer until the release. The keyboard's press is
-    /// released with the next Enter then, else at once.
+    /// Whether the press has taken or begun something that follows the pointer until the release. The keyboard's press
+    /// is released with the next Enter then, else at once.
     virtual bool isDragging() const { return false; }
     /// Whether the current drag scrolls the photo at the view's edge; moves are then sent even when the mouse rests.
     virtual bool scrollsAtEdge() const { return false; }

@@ -19,7 +19,9 @@ constexpr int longStep = 10 * step;
 constexpr qreal reach = 12; // of the cross from its middle
 constexpr qreal hole = 3;   // what is pointed at can be seen
 
-QPointF directionOf(int key) {
+} // namespace
+
+QPoint arrowStep(int key) {
     switch (key) {
     case Qt::Key_Left:
         return {-1, 0};
@@ -34,8 +36,6 @@ QPointF directionOf(int key) {
     }
 }
 
-} // namespace
-
 KeyboardPointer::KeyboardPointer(PhotoView &view, QObject *parent) : QObject(parent), m_view(view) {
     connect(&view, &PhotoView::visiblePartChanged, this, [this] {
         if (isShown()) {
@@ -45,7 +45,7 @@ KeyboardPointer::KeyboardPointer(PhotoView &view, QObject *parent) : QObject(par
 }
 
 bool KeyboardPointer::isMove(const QKeyEvent &key) {
-    return !directionOf(key.key()).isNull() &&
+    return !arrowStep(key.key()).isNull() &&
            !(key.modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier | Qt::ControlModifier));
 }
 
@@ -56,7 +56,7 @@ void KeyboardPointer::move(const QKeyEvent &key, std::optional<QPointF> start) {
         const int length = key.modifiers() & Qt::ControlModifier ? 1
                            : key.modifiers() & Qt::ShiftModifier ? longStep
                                                                  : step;
-        at = inView() + directionOf(key.key()) * length;
+        at = inView() + QPointF(arrowStep(key.key())) * length;
     }
     scrollTo(at);
     at.setX(std::clamp(at.x(), room.left(), room.right() - 1));

@@ -13,6 +13,9 @@ namespace lumora {
 
 class PhotoView;
 
+/// The direction of an arrow key, one step; null for other keys.
+QPoint arrowStep(int key);
+
 class KeyboardPointer : public QObject {
   public:
     /// The view outlives it.

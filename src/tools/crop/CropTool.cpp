@@ -3,6 +3,7 @@
 #include "imaging/transforms/Transform.h"
 #include "session/AppContext.h"
 #include "tools/canvas/CanvasMouse.h"
+#include "tools/canvas/KeyboardPointer.h"
 #include "tools/crop/CropPanel.h"
 #include "tools/crop/CropShape.h"
 #include "tools/crop/CropTip.h"
@@ -24,22 +25,6 @@ constexpr int longStep = 10;            // picture pixels
 /// To the nearest, halves to even; a frame has at least one pixel.
 int halfOf(int side) {
     return std::max(1, static_cast<int>(std::nearbyint(side / 2.0)));
-}
-
-/// The direction of an arrow key; null for other keys.
-QPoint stepOf(int key) {
-    switch (key) {
-    case Qt::Key_Left:
-        return {-1, 0};
-    case Qt::Key_Right:
-        return {1, 0};
-    case Qt::Key_Up:
-        return {0, -1};
-    case Qt::Key_Down:
-        return {0, 1};
-    default:
-        return {};
-    }
 }
 
 Qt::CursorShape cursorOf(CropGrip grip) {
@@ -218,7 +203,7 @@ void CropTool::release(const PointerEvent &) {
 
 bool CropTool::wantsKey(const QKeyEvent &key) const {
     const Qt::KeyboardModifiers held = key.modifiers() & ~Qt::KeypadModifier;
-    if (!stepOf(key.key()).isNull()) {
+    if (!arrowStep(key.key()).isNull()) {
         return isAtWork() && !(held & ~(Qt::ShiftModifier | Qt::ControlModifier));
     }
     const bool used = key.key() == Qt::Key_Escape || key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
@@ -226,7 +211,7 @@ bool CropTool::wantsKey(const QKeyEvent &key) const {
 }
 
 void CropTool::keyPress(const QKeyEvent &key) {
-    const QPoint step = stepOf(key.key());
+    const QPoint step = arrowStep(key.key());
     if (key.key() == Qt::Key_Escape) {
         leave();
     } else if (m_drag) {

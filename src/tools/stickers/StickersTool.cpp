@@ -2,6 +2,7 @@
 
 #include "session/AppContext.h"
 #include "tools/canvas/CanvasMouse.h"
+#include "tools/canvas/KeyboardPointer.h"
 #include "tools/stickers/ItemBar.h"
 #include "tools/stickers/StickersPanel.h"
 #include "tools/stickers/WordsEditor.h"
@@ -52,21 +53,6 @@ double snapped(double angle) {
 
 double degrees(QPointF direction) {
     return std::atan2(direction.y(), direction.x()) * 180 / std::numbers::pi;
-}
-
-QPointF arrowOf(int key) {
-    switch (key) {
-    case Qt::Key_Left:
-        return {-1, 0};
-    case Qt::Key_Right:
-        return {1, 0};
-    case Qt::Key_Up:
-        return {0, -1};
-    case Qt::Key_Down:
-        return {0, 1};
-    default:
-        return {};
-    }
 }
 
 bool isEnter(int key) {
@@ -476,7 +462,7 @@ int StickersTool::nextItem(const QKeyEvent &key) const {
 /// The chosen one as that key changes it; nothing for other keys.
 std::optional<Decoration> StickersTool::keyed(const QKeyEvent &key) const {
     Decoration item = m_list.at(m_selected);
-    const QPointF arrow = arrowOf(key.key());
+    const QPointF arrow = arrowStep(key.key());
     if (!arrow.isNull()) {
         const double step = key.modifiers().testFlag(Qt::ShiftModifier) ? longKeyStep : keyStep;
         item.centre += arrow * step / toView().m11();
