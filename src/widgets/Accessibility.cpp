@@ -85,7 +85,7 @@ class ButtonReader : public RoleReader {
 
     /// What is written on the button and is not its name (the zoom) is its description.
     QString text(QAccessible::Text kind) const override {
-        const QString said = RoleReader::text(kind);
+        QString said = RoleReader::text(kind);
         const QString caption = plainCaption(m_button->text());
         if (!said.isEmpty() || (kind != QAccessible::Name && kind != QAccessible::Description)) {
             return said;

@@ -19,6 +19,8 @@ CONTROLS = {
 }
 NAMED = {"tool bar", "page tab list", "status bar", "canvas"} | WINDOWS
 
+Atspi.set_timeout(1000 * PATIENCE, 1000 * PATIENCE)
+
 faults = []
 
 
@@ -223,6 +225,8 @@ def without_photo():
     press("Cancel")
     press("Ideas", "Lumora Ideas")
     close("Lumora Ideas")
+    press("Scan a Photo", "Use the scanner's own settings")
+    press("Close")
     press("Open", "Animals")
     press("Cancel")
     press("Exit", "Yes")

@@ -17,7 +17,25 @@ for each in languages "My Photos" Videos lumora-devices; do
     ln -s "$bin/$each" "$folder/program/"
 done
 cp "$bin/language.ini" "$folder/program/"
-printf '[Welcome]\nShow=0\n[Dialogs]\nStyle=0\n[SFX]\nAdvanced=1\n[Resize]\nAdvanced=0\n[Popart]\nLevel=1\n[E-mail]\nValue=1\n[Sender]\nAddress=anna@school.example\n' \
-    >"$folder/program/Lumora.ini"
-export QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1
+cat >"$folder/program/Lumora.ini" <<'INI'
+[Welcome]
+Show=0
+[Dialogs]
+Style=0
+[SFX]
+Advanced=1
+[Resize]
+Advanced=0
+[Popart]
+Level=1
+[E-mail]
+Value=1
+[Sender]
+Address=anna@school.example
+[Scanner]
+Device=0
+[Scan]
+Autoscan=1
+INI
+export QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 SANE_CONFIG_DIR=$PWD/tests/support/sane
 dbus-run-session -- /usr/bin/python3 tests/desktop/reader.py "$folder/program"
