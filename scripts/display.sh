@@ -23,10 +23,11 @@ has_display() {
     fi
 }
 
-# start_virtual_display WIDTHxHEIGHT: starts an X server that ends with the script.
+# start_virtual_display WIDTHxHEIGHT: starts an X server that ends with the script.  It refuses nobody because
+# another program was the last to leave (-noreset).
 start_virtual_display() {
     mkdir -p build/log
-    exec 9< <(exec Xvfb -displayfd 1 -screen 0 "$1x24" -nolisten tcp 2>build/log/xvfb.log)
+    exec 9< <(exec Xvfb -displayfd 1 -screen 0 "$1x24" -nolisten tcp -noreset 2>build/log/xvfb.log)
     local screen=$! number
     # shellcheck disable=SC2064 # the process number as it is now
     trap "kill $screen 2>/dev/null || true" EXIT

@@ -141,6 +141,7 @@ void frmSimpleOpen::LoadMySettings() {
     const QString start = photoFolder(m_ctx);
     setFolder(start);
     markGroup();
+    File1->setAccessibleName(lblFiles->text()); // a list does not take that of its label
     File1->setEmptyHint(m_ctx.texts.text("NoPhotosHere"), isRightToLeft() ? "right" : "left");
     if (const QString problem = File1->showFolder(start, photoPatterns()); !problem.isEmpty()) {
         showError(problem);

@@ -109,6 +109,8 @@ void GuideWindow::LoadLanguage() {
     const QString find = texts.text("GuideSearch");
     txtSearch->setPlaceholderText(find);
     txtSearch->setAccessibleName(find);
+    txtSearch->setAccessibleDescription( // else it is the placeholder once more
+        QKeySequence(QKeySequence::Find).toString(QKeySequence::NativeText));
     m_results->setAccessibleName(find);
     // Which button goes back follows the direction in which the language is read.
     cmdBack->setIconName(isRightToLeft() ? "right" : "left");

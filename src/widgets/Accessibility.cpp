@@ -8,6 +8,7 @@
 #include <QButtonGroup>
 #include <QFrame>
 #include <QLabel>
+#include <QScrollArea>
 #include <QVariant>
 
 namespace lumora {
@@ -21,10 +22,23 @@ class RoleReader : public QAccessibleWidget {
   public:
     using QAccessibleWidget::QAccessibleWidget;
 
-    /// Without a tool tip that only repeats the name.
+    /// Without a tool tip that only repeats the name. A row of tabs has the name of what it is in.
     QString text(QAccessible::Text kind) const override {
         const QString said = QAccessibleWidget::text(kind);
-        return kind == QAccessible::Description && said == text(QAccessible::Name) ? QString() : said;
+        if (kind == QAccessible::Description && said == text(QAccessible::Name)) {
+            return {};
+        }
+        QAccessibleInterface *around = role() == QAccessible::PageTabList ? parent() : nullptr;
+        return kind == QAccessible::Name && said.isEmpty() && around != nullptr ? nameAround(around) : said;
+    }
+
+  private:
+    static QString nameAround(QAccessibleInterface *around) {
+        QString name;
+        for (; around != nullptr && name.isEmpty(); around = around->parent()) {
+            name = around->text(QAccessible::Name);
+        }
+        return name;
     }
 };
 
@@ -71,7 +85,7 @@ class ButtonReader : public RoleReader {
 
     /// What is written on the button and is not its name (the zoom) is its description.
     QString text(QAccessible::Text kind) const override {
-        const QString said = RoleReader::text(kind);
+        QString said = RoleReader::text(kind);
         const QString caption = plainCaption(m_button->text());
         if (!said.isEmpty() || (kind != QAccessible::Name && kind != QAccessible::Description)) {
             return said;
@@ -99,13 +113,25 @@ class ButtonReader : public RoleReader {
     PictureButton *m_button;
 };
 
+/// A QFrame or one of Lumora's own made of it, which would be said to be the frame of a window.
+bool isPlainFrame(const QWidget &widget) {
+    const QMetaObject *kind = widget.metaObject();
+    while (QByteArrayView(kind->className()).startsWith("lumora::")) {
+        kind = kind->superClass();
+    }
+    return kind == &QFrame::staticMetaObject;
+}
+
 QAccessible::Role roleOf(const QWidget &widget) {
     const QVariant set = widget.property(roleProperty);
     if (set.isValid()) {
         return static_cast<QAccessible::Role>(set.toInt());
     }
-    if (qstrcmp(widget.metaObject()->className(), "QFrame") == 0 && widget.children().isEmpty()) {
-        return QAccessible::Separator;
+    if (isPlainFrame(widget)) {
+        return widget.children().isEmpty() ? QAccessible::Separator : QAccessible::Client;
+    }
+    if (qobject_cast<const QScrollArea *>(&widget) != nullptr) {
+        return QAccessible::Client; // Qt's own class crashes (6.4) when asked for a scroll bar that has just gone
     }
     const bool isOwnWindow =
         widget.windowType() == Qt::Window && widget.windowFlags().testFlag(Qt::FramelessWindowHint);

@@ -19,7 +19,7 @@ constexpr int titlePicture = 28; // pixels
 TitleStrip::TitleStrip(QWidget *parent)
     : QFrame(parent), m_row(new QHBoxLayout(this)), m_caption(new ElidedLabel(Qt::ElideMiddle, this)) {
     setObjectName("picTBar");
-    setAccessibleRole(*this, QAccessible::TitleBar);
+    setAccessibleRole(*this, QAccessible::Client);
     setFixedHeight(smallestButton);
     m_caption->setObjectName("lblCaption");
     QFont bold = m_caption->font();

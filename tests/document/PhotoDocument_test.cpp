@@ -298,8 +298,9 @@ TEST(DocumentDeathTest, aRefusedChangeLeavesNoUndoStep) {
 }
 #endif
 
-// What the file said goes with its photo: changes keep it, undo of an opening brings back the former photo's.
-TEST_F(Document, metadataGoWithTheirPhoto) {
+// What the file said, and its name, go with the photo: changes keep them, undo of an opening brings back those of
+// the photo before.
+TEST_F(Document, metadataAndFileNameGoWithTheirPhoto) {
     const auto said = [](const char *xmp) {
         PictureMetadata metadata;
         metadata.xmp = xmp;
@@ -309,6 +310,7 @@ TEST_F(Document, metadataGoWithTheirPhoto) {
         PictureRead result;
         result.picture = photoLike(width, 20);
         result.metadata = said(xmp);
+        result.fileName = xmp;
         return result;
     };
     photo.openPicture(read(30, "first"), Route::LoadPhoto);
@@ -332,6 +334,7 @@ TEST_F(Document, metadataGoWithTheirPhoto) {
         step.back ? photo.PerformUndo() : photo.PerformRedo();
         EXPECT_EQ(photo.picCanvas().width(), step.width);
         EXPECT_EQ(photo.metadata(), said(step.xmp)) << "at the picture of width " << step.width;
+        EXPECT_EQ(photo.fileName(), step.xmp);
     }
 }
 

@@ -71,6 +71,7 @@ void ScanPanel::showScanners() {
     cboSelect->setToolTip(cboSelect->currentText()); // may be longer than the list is wide
     const auto *caption = findChild<QLabel *>("lblScanners");
     cboSelect->setAccessibleName(caption->text());
+    cboSelect->setAccessibleDescription(caption->text()); // else it is the tool tip: the scanner once more
 }
 
 QList<QWidget *> ScanPanel::lockedWhileScanning() const {

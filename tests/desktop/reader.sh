@@ -1,0 +1,41 @@
+#!/bin/bash
+# reader.sh LUMORA: looks at the windows as a screen reader does, see reader.py. Runs in the project's folder.
+set -euo pipefail
+. tests/desktop/display.sh
+unset QT_QPA_PLATFORMTHEME # the theme of GTK would show windows of its own to the screen reader
+
+folder=$(mktemp -d)
+stop_display=$(trap -p EXIT | cut -d"'" -f2)
+# shellcheck disable=SC2064 # both as they are now
+trap "rm -rf '$folder'; $stop_display" EXIT
+home_of_its_own "$folder"
+# The program writes beside itself.
+bin=$(realpath "$(dirname "$1")")
+mkdir "$folder/program"
+ln "$1" "$folder/program/lumora" 2>/dev/null || cp "$1" "$folder/program/lumora"
+for each in languages "My Photos" Videos lumora-devices; do
+    ln -s "$bin/$each" "$folder/program/"
+done
+cp "$bin/language.ini" "$folder/program/"
+cat >"$folder/program/Lumora.ini" <<'INI'
+[Welcome]
+Show=0
+[Dialogs]
+Style=0
+[SFX]
+Advanced=1
+[Resize]
+Advanced=0
+[Popart]
+Level=1
+[E-mail]
+Value=1
+[Sender]
+Address=anna@school.example
+[Scanner]
+Device=0
+[Scan]
+Autoscan=1
+INI
+export QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 SANE_CONFIG_DIR=$PWD/tests/support/sane
+dbus-run-session -- /usr/bin/python3 tests/desktop/reader.py "$folder/program"
