@@ -127,7 +127,9 @@ void frmForMe::showVoice() {
 void frmForMe::level() {
     int widest = 0;
     for (int place = 0; place < m_cards->count(); ++place) {
-        widest = std::max(widest, m_cards->itemAt(place)->widget()->sizeHint().width());
+        QWidget *card = m_cards->itemAt(place)->widget();
+        card->ensurePolished(); // before it is shown its letters are not the style's
+        widest = std::max(widest, card->sizeHint().width());
     }
     const int room = screen()->availableGeometry().width() - 2 * forMeMargin - (forMeColumns - 1) * forMeGap;
     widest = std::min(widest, room / forMeColumns);
