@@ -2,7 +2,6 @@
 // meanwhile (tests/faults). Says "kept" and how many microseconds that took, or why not. Looks for files named "begins"
 // and "ends", so that a trace of its system calls shows which ones write.
 #include "base/IniFiles.h"
-#include "document/RecoveryFolder.h"
 #include "imaging/PictureFile.h"
 
 #include <QCoreApplication>
@@ -20,7 +19,6 @@ namespace {
 
 const char usage[] = "usage: lumora-keep [--kill MICROSECONDS] photo PICTURE FILE\n"
                      "       lumora-keep [--kill MICROSECONDS] setting FILE SECTION KEY VALUE\n"
-                     "       lumora-keep [--kill MICROSECONDS] recovery PICTURE FOLDER\n"
                      "--kill ends the program as kill -9 does, so long after it has begun to write.\n";
 
 /// Ends this process after that time.
@@ -54,13 +52,6 @@ Work settingWork(const QStringList &words) {
     };
 }
 
-Work recoveryWork(const QString &from, const QString &folder) {
-    return [picture = readPicture(from), folder] {
-        RecoveryFolder recovery(folder);
-        return recovery.write({picture.picture, picture.metadata}) ? QString() : "not written";
-    };
-}
-
 Work workOf(const QStringList &words) {
     const QString what = words.value(0);
     if (what == "photo" && words.size() == 3) {
@@ -68,9 +59,6 @@ Work workOf(const QStringList &words) {
     }
     if (what == "setting" && words.size() == 5) {
         return settingWork(words.mid(1));
-    }
-    if (what == "recovery" && words.size() == 3) {
-        return recoveryWork(words[1], words[2]);
     }
     return {};
 }

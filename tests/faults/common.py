@@ -51,12 +51,16 @@ class Target:
         self.name, self.command, self.path = name, [keep], path
         self.arguments, self.before, self.after = arguments, before, after
 
-    def run(self, *options, wrap=()):
-        """Puts the old file back and writes it; how the program ended (negative: killed) and what it said."""
+    def put_back(self):
+        """The old file, and nothing beside it."""
         for other in os.listdir(os.path.dirname(self.path)):
             os.remove(os.path.join(os.path.dirname(self.path), other))
         with open(self.path, "wb") as file:
             file.write(self.before)
+
+    def run(self, *options, wrap=()):
+        """Puts the old file back and writes it; how the program ended (negative: killed) and what it said."""
+        self.put_back()
         command = [*wrap, *self.command, *options, *self.arguments]
         run = subprocess.run(command, env=ENVIRONMENT, capture_output=True, text=True, check=False, timeout=60)
         return run.returncode, run.stdout.strip()
