@@ -291,10 +291,19 @@ void say(std::FILE *where, const QString &text) {
     std::fputs(text.toLocal8Bit().constData(), where);
 }
 
+/// Of the program that runs, with the folders that the system has for each kind of file.
+Installation ownInstallation() {
+    return {.programFolder = QCoreApplication::applicationDirPath(),
+            .recoveryFolder = RecoveryFolder::usualParent(),
+            .usersFolder = usersConfigurationFolder(),
+            .cacheFolder = cacheFolder(),
+            .siteFile = siteFile};
+}
+
 int runLumora(int argc, char **argv) {
     if (argc == 2 && argv[1][0] == '-') {
         const QCoreApplication application(argc, argv);
-        const Installation where{.programFolder = QCoreApplication::applicationDirPath(), .siteFile = siteFile};
+        const Installation where = ownInstallation();
         const QString answer = answerOnTerminal(argumentsOf(argc, argv), where);
         if (!answer.isEmpty()) {
             say(stdout, answer);
@@ -302,8 +311,7 @@ int runLumora(int argc, char **argv) {
         }
     }
     QApplication application(argc, argv);
-    const Installation where{QApplication::applicationDirPath(), RecoveryFolder::usualParent(),
-                             usersConfigurationFolder()};
+    const Installation where = ownInstallation();
     setUpApplication(application, where);
     const ClosingSignals closingSignals;
     basMain program(where);
