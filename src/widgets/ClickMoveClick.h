@@ -45,7 +45,7 @@ class ClickMoveClick : public QObject {
     bool m_sends = false;
 };
 
-/// Says whether the pointer can drag something on that widget. The photo's view says it anew with each press.
+/// Says whether the pointer can drag something on that widget. The photo's view says it with each press.
 void setDraggable(QWidget &widget, bool draggable);
 
 } // namespace lumora
