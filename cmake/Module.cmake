@@ -3,7 +3,8 @@
 add_library(lumora_build_flags INTERFACE)
 target_compile_options(lumora_build_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
-  $<$<NOT:$<CONFIG:Release>>:-Werror>) # what people build on other systems must not stop at a new warning
+  $<$<NOT:$<CONFIG:Release>>:-Werror> # what people build on other systems must not stop at a new warning
+  -pthread) # some versions of the libraries ask for it, and a precompiled header must be compiled as all who use it
 target_compile_definitions(lumora_build_flags INTERFACE
   QT_NO_KEYWORDS QT_NO_FOREACH LUMORA_VERSION="${PROJECT_VERSION}")
 target_include_directories(lumora_build_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)

@@ -32,7 +32,7 @@ packages_of() {
 # need_packages SECTION...: installs the missing packages of these sections of packages.txt.
 need_packages() {
     command -v dpkg-query >/dev/null && command -v apt-get >/dev/null ||
-        fail "This script installs packages with apt and needs Debian 12. On another system, install the
+        fail "This script installs packages with apt and needs Debian 12 or 13. On another system, install the
 equivalents of scripts/packages.txt and build with: cmake --preset release && cmake --build --preset release"
 
     local wanted missing

@@ -18,6 +18,7 @@
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QPointer>
 #include <QPushButton>
 #include <QStyle>
 #include <QTimer>

@@ -17,6 +17,7 @@
 #include "window/frmMain.h"
 
 #include <QApplication>
+#include <QPointer>
 #include <cstdio>
 
 namespace lumora {

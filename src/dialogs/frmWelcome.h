@@ -4,6 +4,7 @@
 
 #include "widgets/Bubble.h"
 
+#include <QPointer>
 #include <QTimer>
 
 class QCheckBox;

@@ -16,6 +16,7 @@
 #include <QAbstractButton>
 #include <QDir>
 #include <QFile>
+#include <QPointer>
 #include <QProcess>
 #include <QSettings>
 #include <QSignalSpy>

@@ -7,6 +7,7 @@
 #include "widgets/AnimatedButton.h"
 
 #include <QCheckBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>

@@ -12,6 +12,7 @@
 #include <QFile>
 #include <QMap>
 #include <QMessageBox>
+#include <QPointer>
 #include <QRadioButton>
 #include <QRegularExpression>
 #include <QTest>

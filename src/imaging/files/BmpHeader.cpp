@@ -15,10 +15,11 @@ constexpr int v5HeaderBytes = 124;
 constexpr std::uint32_t embeddedProfile = 0x4D424544; // 'MBED'
 constexpr int alphaBitFields = 6;                     // BI_ALPHABITFIELDS, four masks behind the header
 
-// The number of the given width at an offset; 0 beyond the end.
+// The number of the given width at an offset; 0 beyond the end. (For an empty array constData() is a single byte, which
+// GCC 14 takes for the bytes read here.)
 template <typename Value> Value number(const QByteArray &bytes, qint64 at) {
     return at >= 0 && at + static_cast<qint64>(sizeof(Value)) <= bytes.size()
-               ? qFromLittleEndian<Value>(bytes.constData() + at)
+               ? qFromLittleEndian<Value>(bytes.cbegin() + at)
                : Value{};
 }
 
