@@ -333,7 +333,11 @@ QRect FrameArtwork::placeOfPhoto(int n, QSize size) {
 }
 
 QImage FrameArtwork::around(int n, const QImage &photo) {
-    return framed(placedPhoto(photo, placeOfPhoto(n, photo.size())), picture(n, photo.size()));
+    return around(n, photo, picture(n, photo.size()));
+}
+
+QImage FrameArtwork::around(int n, const QImage &photo, const QImage &frame) {
+    return framed(placedPhoto(photo, placeOfPhoto(n, photo.size())), frame);
 }
 
 } // namespace lumora

@@ -24,6 +24,8 @@ class FrameArtwork {
     /// for a frame stays as it is. Returns a null picture for other numbers, without a photo and when memory
     /// allocation fails.
     QImage around(int n, const QImage &photo);
+    /// The same with a frame that picture(n, size of the photo) has drawn.
+    static QImage around(int n, const QImage &photo, const QImage &frame);
 
     /// The frame alone (the pictures PF1 to PF8) for a picture of that size in pixels: straight alpha, transparent in
     /// the middle. No band is wider than 0.12 of the shorter side, but for the lower edge of the instant photo.

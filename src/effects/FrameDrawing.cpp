@@ -1,8 +1,6 @@
 #include "effects/FrameDrawing.h"
 
-#include "imaging/EffectEngine.h"
 #include "imaging/Picture.h"
-#include "imaging/effects/Blur.h"
 
 #include <QPainter>
 #include <algorithm>
@@ -17,9 +15,10 @@ constexpr double shadowSoftness = 9; // standard deviation of the blur
 constexpr QPointF shadowOffset(3, 6);
 const QColor shadowColour(33, 24, 40, 128);
 
-// Soft shadows need no detail: they are kept at low resolution, with a margin beyond the edges.
-constexpr int shadowBlur = 3; // pixels
-constexpr double shadowScale = shadowBlur / shadowSoftness;
+// Soft shadows need no detail: they are kept at low resolution, with a margin beyond the edges. Three means of as many
+// neighbours as this on either side have a standard deviation of the square root of six pixels.
+constexpr int neighbours = 2;
+constexpr double shadowScale = 2.449 / shadowSoftness;
 constexpr double beyond = 3 * shadowSoftness;
 const QRectF shadowed(-beyond, -beyond, FrameDrawing::side + 2 * beyond, FrameDrawing::side + 2 * beyond);
 
@@ -31,28 +30,54 @@ QRectF placeOf(const QRectF &area, const QRectF &shown, const QRectF &target) {
             area.height() * y};
 }
 
-void drawLayer(QSvgRenderer &drawing, const QString &name, QPainter &painter, const QRectF &shown,
+void drawLayer(QSvgRenderer &drawing, const QString &name, const QRectF &bounds, QPainter &painter, const QRectF &shown,
                const QRectF &target) {
-    drawing.render(&painter, name, placeOf(drawing.boundsOnElement(name), shown, target));
+    drawing.render(&painter, name, placeOf(bounds, shown, target));
 }
 
-QImage shadowOf(QSvgRenderer &drawing, const QString &name) {
-    QImage shadow((shadowed.size() * shadowScale).toSize(), QImage::Format_ARGB32_Premultiplied);
-    if (shadow.isNull()) {
+/// The mean of each value and its neighbours. Values lie `step` bytes apart; beyond the ends there is nothing.
+void average(uchar *line, int count, std::ptrdiff_t step) {
+    constexpr int width = 2 * neighbours + 1;
+    uchar passed[width] = {}; // a ring of the values that the means replaced
+    int sum = 0;
+    for (int i = 0; i < count + neighbours; ++i) {
+        uchar &oldest = passed[i % width];
+        sum -= oldest;
+        oldest = i < count ? line[i * step] : uchar(0);
+        sum += oldest;
+        if (i >= neighbours) {
+            line[(i - neighbours) * step] = static_cast<uchar>((sum + width / 2) / width);
+        }
+    }
+}
+
+QImage shadowOf(QSvgRenderer &drawing, const QString &name, const QRectF &bounds) {
+    QImage layer((shadowed.size() * shadowScale).toSize(), QImage::Format_ARGB32_Premultiplied);
+    if (layer.isNull()) {
         return {};
     }
-    shadow.fill(Qt::transparent);
+    layer.fill(Qt::transparent);
     {
-        QPainter painter(&shadow);
+        QPainter painter(&layer);
         painter.setRenderHint(QPainter::Antialiasing);
-        drawLayer(drawing, name, painter, shadowed, shadow.rect());
-        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        painter.fillRect(shadow.rect(), shadowColour);
+        drawLayer(drawing, name, bounds, painter, shadowed, layer.rect());
     }
-    EffectEngine engine;
-    engine.setPicture(std::move(shadow).convertToFormat(QImage::Format_ARGB32));
-    engine.apply({applyBlur, {shadowBlur}}, false); // without memory the shadow is hard
-    return engine.picture().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QImage shadow = std::move(layer).convertToFormat(QImage::Format_Alpha8);
+    uchar *alpha = shadow.bits(); // null without memory
+    for (int pass = 0; alpha != nullptr && pass < 3; ++pass) {
+        for (int y = 0; y < shadow.height(); ++y) {
+            average(alpha + y * shadow.bytesPerLine(), shadow.width(), 1);
+        }
+        for (int x = 0; x < shadow.width(); ++x) {
+            average(alpha + x, shadow.height(), shadow.bytesPerLine());
+        }
+    }
+    shadow.convertTo(QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&shadow);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(shadow.rect(), shadowColour);
+    painter.end();
+    return shadow;
 }
 
 } // namespace
@@ -64,7 +89,8 @@ FrameDrawing::FrameDrawing(const QString &file) : m_file(file) {
         if (!drawing->elementExists(name)) {
             break;
         }
-        m_layers.push_back({name, shadowOf(*drawing, name)});
+        const QRectF bounds = drawing->boundsOnElement(name);
+        m_layers.push_back({name, bounds, shadowOf(*drawing, name, bounds)});
     }
     giveBack(std::move(drawing));
 }
@@ -100,7 +126,7 @@ QImage FrameDrawing::part(FrameLayers layers, const QRectF &shown, QSize size) {
         for (int number = layers.first; number < std::min(layers.end, count + 1); ++number) {
             const Layer &layer = m_layers[std::size_t(number - 1)];
             painter.drawImage(placeOf(shadowed.translated(shadowOffset), shown, part.rect()), layer.shadow);
-            drawLayer(*drawing, layer.name, painter, shown, part.rect());
+            drawLayer(*drawing, layer.name, layer.bounds, painter, shown, part.rect());
         }
     }
     giveBack(std::move(drawing));

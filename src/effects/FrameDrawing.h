@@ -33,6 +33,7 @@ class FrameDrawing {
   private:
     struct Layer {
         QString name;
+        QRectF bounds; ///< units
         QImage shadow;
     };
     /// The drawing, read from its file, for one thread: an idle renderer, or a new one.
