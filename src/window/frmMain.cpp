@@ -63,6 +63,7 @@ namespace {
 
 constexpr int zoomSteps[] = {25, 50, 75, 100, 150, 200, 300, 400}; // percent
 constexpr int statusHeight = 28;
+constexpr int devicesDelay = 150; // milliseconds from the window's first show
 constexpr QSize leastPhotoRoom(160, 120); // a panel may cover it on a very small screen
 constexpr double usualPart = 0.8;         // of the screen, when the window is not maximised
 constexpr double largestPart = 0.9;
@@ -341,9 +342,6 @@ void frmMain::makeShortcuts() {
 
 void frmMain::SetMeUp() {
     LoadLanguage();
-    // The lists are filled asynchronously; the window does not wait.
-    m_devices->LoadScanners();
-    m_devices->GetPrinters();
     LoadSettingsFromINIFile(m_ctx);
     chkPSButtons();
     QTimer::singleShot(0, this, &frmMain::refreshPaste); // asks other programs once the window is shown
@@ -352,6 +350,11 @@ void frmMain::SetMeUp() {
     }
     m_bubbles->start();
     offerRecovery();
+    // The lists are filled asynchronously, by programs that would take processors from the first picture.
+    QTimer::singleShot(devicesDelay, this, [this] {
+        m_devices->LoadScanners();
+        m_devices->GetPrinters();
+    });
 }
 
 void frmMain::offerRecovery() {
