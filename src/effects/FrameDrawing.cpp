@@ -4,7 +4,10 @@
 
 #include <QPainter>
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <utility>
+#include <vector>
 
 namespace lumora {
 
@@ -15,12 +18,15 @@ constexpr double shadowSoftness = 9; // standard deviation of the blur
 constexpr QPointF shadowOffset(3, 6);
 const QColor shadowColour(33, 24, 40, 128);
 
-// Soft shadows need no detail: they are kept at low resolution, with a margin beyond the edges. Three means of as many
-// neighbours as this on either side have a standard deviation of the square root of six pixels.
-constexpr int neighbours = 2;
-constexpr double shadowScale = 2.449 / shadowSoftness;
 constexpr double beyond = 3 * shadowSoftness;
 const QRectF shadowed(-beyond, -beyond, FrameDrawing::side + 2 * beyond, FrameDrawing::side + 2 * beyond);
+
+/// Soft shadows need no detail: they are kept at low resolution, with a margin beyond the edges. Three means of each
+/// pixel and so many neighbours on either side have a standard deviation of the square root of n (n + 1) pixels.
+template <int neighbours> struct ShadowSize {
+    static constexpr int across = neighbours == 1 ? 165 : 287; // shadowed.width() * deviation / shadowSoftness
+    static constexpr int padded = (across + 15) / 16 * 16;     // whole vectors, for the compiler
+};
 
 /// The position of `area` in `target` when `shown` fills `target`.
 QRectF placeOf(const QRectF &area, const QRectF &shown, const QRectF &target) {
@@ -35,54 +41,97 @@ void drawLayer(QSvgRenderer &drawing, const QString &name, const QRectF &bounds,
     drawing.render(&painter, name, placeOf(bounds, shown, target));
 }
 
-/// The mean of each value and its neighbours. Values lie `step` bytes apart; beyond the ends there is nothing.
-void average(uchar *line, int count, std::ptrdiff_t step) {
-    constexpr int width = 2 * neighbours + 1;
-    uchar passed[width] = {}; // a ring of the values that the means replaced
-    int sum = 0;
-    for (int i = 0; i < count + neighbours; ++i) {
-        uchar &oldest = passed[i % width];
-        sum -= oldest;
-        oldest = i < count ? line[i * step] : uchar(0);
-        sum += oldest;
-        if (i >= neighbours) {
-            line[(i - neighbours) * step] = static_cast<uchar>((sum + width / 2) / width);
+/// A shadow's opacity, in sixteenths of a byte, and its turned copy.
+template <int neighbours> class Opacity {
+  public:
+    explicit Opacity(const QImage &layer) {
+        for (int y = 0; y < side; ++y) {
+            const auto *pixels = reinterpret_cast<const QRgb *>(layer.constScanLine(y));
+            for (int x = 0; x < side; ++x) {
+                at(y, x) = static_cast<std::uint16_t>(qAlpha(pixels[x]) * 16);
+            }
         }
     }
-}
+    void soften() {
+        for (int direction = 0; direction < 2; ++direction) {
+            for (int pass = 0; pass < 3; ++pass) {
+                average();
+            }
+            turn();
+        }
+    }
+    /// Of a pixel: 0 to 255.
+    int alpha(int y, int x) const { return m_values[std::size_t(y + neighbours) * row + std::size_t(x)] / 16; }
 
-QImage shadowOf(QSvgRenderer &drawing, const QString &name, const QRectF &bounds) {
-    QImage layer((shadowed.size() * shadowScale).toSize(), QImage::Format_ARGB32_Premultiplied);
-    if (layer.isNull()) {
+  private:
+    static constexpr int side = ShadowSize<neighbours>::across;
+    static constexpr std::size_t row = ShadowSize<neighbours>::padded;
+
+    std::uint16_t &at(int y, int x) { return m_values[std::size_t(y + neighbours) * row + std::size_t(x)]; }
+
+    /// Each becomes the mean of itself and its neighbours above and below. Beyond the edges there is nothing.
+    void average() {
+        constexpr int count = 2 * neighbours + 1;
+        constexpr std::uint32_t share = (1 << 16) / count + 1;
+        for (int y = 0; y < side; ++y) {
+            const std::uint16_t *from = &at(y - neighbours, 0);
+            std::uint16_t *to = m_means.data() + std::size_t(y + neighbours) * row;
+            for (std::size_t x = 0; x < row; ++x) {
+                std::uint16_t sum = 0;
+                for (int i = 0; i < count; ++i) {
+                    sum = static_cast<std::uint16_t>(sum + from[std::size_t(i) * row + x]);
+                }
+                to[x] = static_cast<std::uint16_t>((sum * share) >> 16);
+            }
+        }
+        std::swap(m_values, m_means);
+    }
+    void turn() {
+        for (int y = 0; y < side; ++y) {
+            for (int x = 0; x < y; ++x) {
+                std::swap(at(y, x), at(x, y));
+            }
+        }
+    }
+
+    static constexpr std::size_t size = (std::size_t(side) + 2 * neighbours) * row;
+    std::vector<std::uint16_t> m_values = std::vector<std::uint16_t>(size), m_means = m_values;
+};
+
+template <int neighbours> QImage shadowOf(QSvgRenderer &drawing, const QString &name, const QRectF &bounds) {
+    static const std::array<QRgb, 256> shades = [] {
+        std::array<QRgb, 256> each{};
+        for (int alpha = 0; alpha < 256; ++alpha) {
+            each[std::size_t(alpha)] = qPremultiply(qRgba(shadowColour.red(), shadowColour.green(), shadowColour.blue(),
+                                                          alpha * shadowColour.alpha() / 255));
+        }
+        return each;
+    }();
+    constexpr int across = ShadowSize<neighbours>::across;
+    QImage shadow(across, across, QImage::Format_ARGB32_Premultiplied);
+    if (shadow.isNull()) {
         return {};
     }
-    layer.fill(Qt::transparent);
+    shadow.fill(Qt::transparent);
     {
-        QPainter painter(&layer);
+        QPainter painter(&shadow);
         painter.setRenderHint(QPainter::Antialiasing);
-        drawLayer(drawing, name, bounds, painter, shadowed, layer.rect());
+        drawLayer(drawing, name, bounds, painter, shadowed, shadow.rect());
     }
-    QImage shadow = std::move(layer).convertToFormat(QImage::Format_Alpha8);
-    uchar *alpha = shadow.bits(); // null without memory
-    for (int pass = 0; alpha != nullptr && pass < 3; ++pass) {
-        for (int y = 0; y < shadow.height(); ++y) {
-            average(alpha + y * shadow.bytesPerLine(), shadow.width(), 1);
-        }
-        for (int x = 0; x < shadow.width(); ++x) {
-            average(alpha + x, shadow.height(), shadow.bytesPerLine());
+    Opacity<neighbours> opacity(shadow);
+    opacity.soften();
+    for (int y = 0; y < across; ++y) {
+        auto *pixels = reinterpret_cast<QRgb *>(shadow.scanLine(y));
+        for (int x = 0; x < across; ++x) {
+            pixels[x] = shades[std::size_t(opacity.alpha(y, x))];
         }
     }
-    shadow.convertTo(QImage::Format_ARGB32_Premultiplied);
-    QPainter painter(&shadow);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(shadow.rect(), shadowColour);
-    painter.end();
     return shadow;
 }
 
 } // namespace
 
-FrameDrawing::FrameDrawing(const QString &file) : m_file(file) {
+FrameDrawing::FrameDrawing(const QString &file, FrameShadows shadows) : m_file(file) {
     auto drawing = takeRenderer();
     for (int number = 1;; ++number) {
         const QString name = QStringLiteral("layer%1").arg(number);
@@ -90,7 +139,9 @@ FrameDrawing::FrameDrawing(const QString &file) : m_file(file) {
             break;
         }
         const QRectF bounds = drawing->boundsOnElement(name);
-        m_layers.push_back({name, bounds, shadowOf(*drawing, name, bounds)});
+        m_layers.push_back({name, bounds,
+                            shadows == FrameShadows::Small ? shadowOf<1>(*drawing, name, bounds)
+                                                           : shadowOf<2>(*drawing, name, bounds)});
     }
     giveBack(std::move(drawing));
 }

@@ -53,7 +53,7 @@ bool Frames::fFramePicture(int n) {
         return true;
     }
     QImage picFrame1;
-    if (!m_ctx.tasks.run([&] { picFrame1 = FrameArtwork().around(n, m_ctx.photo.picThumb()); }, Stopping::Offered)) {
+    if (!m_ctx.tasks.run([&] { picFrame1 = FrameArtwork::around(n, m_ctx.photo.picThumb()); }, Stopping::Offered)) {
         return true;
     }
     if (!m_ctx.photo.changePhoto(picFrame1)) {
@@ -71,7 +71,7 @@ QImage Frames::fFrameThumbnail(int n) {
     const QImage photo = withLongerSide(pic2nd, drawnLongerSide);
     QImage &frame = m_iconFrames[std::size_t(n - 1)];
     if (frame.size() != photo.size()) {
-        frame = FrameArtwork().picture(n, photo.size());
+        frame = FrameArtwork::picture(n, photo.size());
     }
     const QImage picFrame1 = FrameArtwork::around(n, photo, frame);
     QImage shown = withLongerSide(picFrame1.isNull() ? photo : picFrame1, iconLongerSide);
