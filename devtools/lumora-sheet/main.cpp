@@ -126,7 +126,7 @@ QPixmap sharp(QImage image, qreal ratio) {
 QList<QPixmap> frame(int n, qreal ratio) {
     QList<QPixmap> pictures;
     for (const QSize size : {QSize(480, 360), QSize(270, 360), QSize(360, 360), QSize(900, 300)}) {
-        pictures << sharp(FrameArtwork().around(n, photo(size * ratio)), ratio);
+        pictures << sharp(FrameArtwork::around(n, photo(size * ratio)), ratio);
     }
     return pictures;
 }
@@ -194,7 +194,7 @@ QList<Look> effectLooks() {
 QList<Look> frameLooks() {
     QList<Look> all;
     for (int n = 1; n <= frameCount; ++n) {
-        all << Look{nameOf(QString("Frame%1").arg(n)), [n](const QImage &p) { return FrameArtwork().around(n, p); }, n};
+        all << Look{nameOf(QString("Frame%1").arg(n)), [n](const QImage &p) { return FrameArtwork::around(n, p); }, n};
     }
     return all;
 }

@@ -18,12 +18,14 @@
 
 #include <QApplication>
 #include <QPointer>
+#include <QTimer>
 #include <cstdio>
 
 namespace lumora {
 
 namespace {
 
+constexpr int iconDelay = 100; // milliseconds from the start of the event loop at most
 constexpr const char *siteFile = "/etc/lumora/Lumora.ini"; // defaults and locks for all users of the computer
 
 } // namespace
@@ -276,7 +278,8 @@ void setUpApplication(QApplication &application, const Installation &where) {
     QApplication::setQuitOnLastWindowClosed(false);
     IniFiles files;
     showPersonalLook(application, where.usersFolder.isEmpty() ? ForMe() : readForMe(Settings(files, where)));
-    QApplication::setWindowIcon(applicationIcon());
+    // Its many sizes are drawn when the first picture is on the screen.
+    QTimer::singleShot(iconDelay, &application, [] { QApplication::setWindowIcon(applicationIcon()); });
 }
 
 /// Qt's own list loses names that are not UTF-8.

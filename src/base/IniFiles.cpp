@@ -10,6 +10,7 @@
 #include <QHash>
 #include <array>
 #include <ctime>
+#include <mutex>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -109,6 +110,18 @@ struct IniFiles::Private {
     }
 
     static std::shared_ptr<IniText> parsed(const QString &path, const IniFileStamp &stamp) {
+        // Each part of the program that reads the settings has files of its own, and the texts are a large file.
+        struct Parsed {
+            IniFileStamp stamp;
+            IniText text;
+        };
+        static std::mutex mutex;
+        static QHash<QString, std::shared_ptr<const Parsed>> all;
+        const bool isKnown = stamp.readable && isSettled(stamp);
+        const std::scoped_lock lock(mutex);
+        if (const auto known = all.value(path); isKnown && known && known->stamp == stamp) {
+            return std::make_shared<IniText>(known->text);
+        }
         QByteArray bytes;
         if (stamp.readable) {
             QFile source(path);
@@ -120,7 +133,11 @@ struct IniFiles::Private {
                 return nullptr;
             }
         }
-        return std::make_shared<IniText>(bytes);
+        const auto text = std::make_shared<IniText>(bytes);
+        if (isKnown && stampOf(path) == stamp) { // not changed while it was read
+            all[path] = std::make_shared<const Parsed>(Parsed{stamp, *text});
+        }
+        return text;
     }
 
     const File &lookNow(const QString &path) {

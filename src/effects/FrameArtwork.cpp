@@ -8,6 +8,7 @@
 #include <QMargins>
 #include <QRectF>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <functional>
@@ -91,6 +92,8 @@ const FrameRow rows[frameCount] = {
 /// The thinnest band of a straight opening, as a share of the picture's shorter side. Beyond some 2.5 : 1 the photo is
 /// squeezed for it, at 5 : 1 by a twentieth, where the frame would hardly be seen else.
 constexpr double thinnestBand = .045;
+
+constexpr int smallSide = 300; // pixels; a drawing is hardly larger than the shorter side of its picture
 
 /// Smaller frames are drawn faster than a second thread can read their drawing.
 constexpr qint64 worthThreads = 1'000'000; // pixels
@@ -300,9 +303,6 @@ bool drawLayers(FrameDrawing &drawing, FrameLayers layers, const FrameRow &row, 
 
 } // namespace
 
-FrameArtwork::FrameArtwork() = default;
-FrameArtwork::~FrameArtwork() = default;
-
 QImage FrameArtwork::picture(int n, QSize size) {
     if (n < 1 || n > frameCount) {
         return {};
@@ -314,17 +314,15 @@ QImage FrameArtwork::picture(int n, QSize size) {
     }
     frame.fill(0);
     const FrameRow &row = rows[n - 1];
-    std::unique_ptr<FrameDrawing> &drawing = m_drawings[std::size_t(n - 1)];
-    if (!drawing) {
-        drawing = std::make_unique<FrameDrawing>(QStringLiteral(":/frames/%1.svg").arg(QLatin1String(row.drawing)));
-    }
+    FrameDrawing drawing(QStringLiteral(":/frames/%1.svg").arg(QLatin1String(row.drawing)),
+                         std::min(size.width(), size.height()) < smallSide ? FrameShadows::Small : FrameShadows::Large);
     const Layout layout = layoutOf(row, size);
     if (row.edgeLayer == 0) {
-        return drawLayers(*drawing, {}, row, layout, size, pixels) ? frame : QImage();
+        return drawLayers(drawing, {}, row, layout, size, pixels) ? frame : QImage();
     }
     const Layout atEdge{layout.unit, {}, layout.photo};
-    const bool drawn = drawLayers(*drawing, {.end = row.edgeLayer}, row, layout, size, pixels) &&
-                       drawLayers(*drawing, {.first = row.edgeLayer}, row, atEdge, size, pixels);
+    const bool drawn = drawLayers(drawing, {.end = row.edgeLayer}, row, layout, size, pixels) &&
+                       drawLayers(drawing, {.first = row.edgeLayer}, row, atEdge, size, pixels);
     return drawn ? frame : QImage();
 }
 
@@ -333,7 +331,11 @@ QRect FrameArtwork::placeOfPhoto(int n, QSize size) {
 }
 
 QImage FrameArtwork::around(int n, const QImage &photo) {
-    return framed(placedPhoto(photo, placeOfPhoto(n, photo.size())), picture(n, photo.size()));
+    return around(n, photo, picture(n, photo.size()));
+}
+
+QImage FrameArtwork::around(int n, const QImage &photo, const QImage &frame) {
+    return framed(placedPhoto(photo, placeOfPhoto(n, photo.size())), frame);
 }
 
 } // namespace lumora

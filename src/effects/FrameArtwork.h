@@ -5,37 +5,29 @@
 #include <QImage>
 #include <QRect>
 #include <QSize>
-#include <array>
-#include <memory>
 
 namespace lumora {
-
-class FrameDrawing;
 
 inline constexpr int frameCount = 8;
 
 class FrameArtwork {
   public:
-    FrameArtwork();
-    ~FrameArtwork();
-
     /// The photo in frame n (1 to 8): scaled into the frame's opening, with its proportions, in a picture of the
     /// photo's size. Straight openings show the whole photo; a ragged one hides a little at its edge. A photo too small
     /// for a frame stays as it is. Returns a null picture for other numbers, without a photo and when memory
     /// allocation fails.
-    QImage around(int n, const QImage &photo);
+    static QImage around(int n, const QImage &photo);
+    /// The same with a frame that picture(n, size of the photo) has drawn.
+    static QImage around(int n, const QImage &photo, const QImage &frame);
 
     /// The frame alone (the pictures PF1 to PF8) for a picture of that size in pixels: straight alpha, transparent in
     /// the middle. No band is wider than 0.12 of the shorter side, but for the lower edge of the instant photo.
     /// The corners keep their shape whatever the proportions, the pattern of a side is repeated a whole number of
     /// times. A picture too small for a frame gets a fully transparent one. Returns a null picture for other numbers,
     /// an empty size and when memory allocation fails.
-    QImage picture(int n, QSize size);
+    static QImage picture(int n, QSize size);
     /// Where in such a picture the photo goes, in pixels; empty for other numbers and an empty size.
     static QRect placeOfPhoto(int n, QSize size);
-
-  private:
-    std::array<std::unique_ptr<FrameDrawing>, frameCount> m_drawings; // read on first use
 };
 
 } // namespace lumora

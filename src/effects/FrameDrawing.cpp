@@ -1,12 +1,13 @@
 #include "effects/FrameDrawing.h"
 
-#include "imaging/EffectEngine.h"
 #include "imaging/Picture.h"
-#include "imaging/effects/Blur.h"
 
 #include <QPainter>
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <utility>
+#include <vector>
 
 namespace lumora {
 
@@ -17,11 +18,15 @@ constexpr double shadowSoftness = 9; // standard deviation of the blur
 constexpr QPointF shadowOffset(3, 6);
 const QColor shadowColour(33, 24, 40, 128);
 
-// Soft shadows need no detail: they are kept at low resolution, with a margin beyond the edges.
-constexpr int shadowBlur = 3; // pixels
-constexpr double shadowScale = shadowBlur / shadowSoftness;
 constexpr double beyond = 3 * shadowSoftness;
 const QRectF shadowed(-beyond, -beyond, FrameDrawing::side + 2 * beyond, FrameDrawing::side + 2 * beyond);
+
+/// Soft shadows need no detail: they are kept at low resolution, with a margin beyond the edges. Three means of each
+/// pixel and so many neighbours on either side have a standard deviation of the square root of n (n + 1) pixels.
+template <int neighbours> struct ShadowSize {
+    static constexpr int across = neighbours == 1 ? 165 : 287; // shadowed.width() * deviation / shadowSoftness
+    static constexpr int padded = (across + 15) / 16 * 16;     // whole vectors, for the compiler
+};
 
 /// The position of `area` in `target` when `shown` fills `target`.
 QRectF placeOf(const QRectF &area, const QRectF &shown, const QRectF &target) {
@@ -31,13 +36,79 @@ QRectF placeOf(const QRectF &area, const QRectF &shown, const QRectF &target) {
             area.height() * y};
 }
 
-void drawLayer(QSvgRenderer &drawing, const QString &name, QPainter &painter, const QRectF &shown,
+void drawLayer(QSvgRenderer &drawing, const QString &name, const QRectF &bounds, QPainter &painter, const QRectF &shown,
                const QRectF &target) {
-    drawing.render(&painter, name, placeOf(drawing.boundsOnElement(name), shown, target));
+    drawing.render(&painter, name, placeOf(bounds, shown, target));
 }
 
-QImage shadowOf(QSvgRenderer &drawing, const QString &name) {
-    QImage shadow((shadowed.size() * shadowScale).toSize(), QImage::Format_ARGB32_Premultiplied);
+/// A shadow's opacity, in sixteenths of a byte, and its turned copy.
+template <int neighbours> class Opacity {
+  public:
+    explicit Opacity(const QImage &layer) {
+        for (int y = 0; y < side; ++y) {
+            const auto *pixels = reinterpret_cast<const QRgb *>(layer.constScanLine(y));
+            for (int x = 0; x < side; ++x) {
+                at(y, x) = static_cast<std::uint16_t>(qAlpha(pixels[x]) * 16);
+            }
+        }
+    }
+    void soften() {
+        for (int direction = 0; direction < 2; ++direction) {
+            for (int pass = 0; pass < 3; ++pass) {
+                average();
+            }
+            turn();
+        }
+    }
+    /// Of a pixel: 0 to 255.
+    int alpha(int y, int x) const { return m_values[std::size_t(y + neighbours) * row + std::size_t(x)] / 16; }
+
+  private:
+    static constexpr int side = ShadowSize<neighbours>::across;
+    static constexpr std::size_t row = ShadowSize<neighbours>::padded;
+
+    std::uint16_t &at(int y, int x) { return m_values[std::size_t(y + neighbours) * row + std::size_t(x)]; }
+
+    /// Each becomes the mean of itself and its neighbours above and below. Beyond the edges there is nothing.
+    void average() {
+        constexpr int count = 2 * neighbours + 1;
+        constexpr std::uint32_t share = (1 << 16) / count + 1;
+        for (int y = 0; y < side; ++y) {
+            const std::uint16_t *from = &at(y - neighbours, 0);
+            std::uint16_t *to = m_means.data() + std::size_t(y + neighbours) * row;
+            for (std::size_t x = 0; x < row; ++x) {
+                std::uint16_t sum = 0;
+                for (int i = 0; i < count; ++i) {
+                    sum = static_cast<std::uint16_t>(sum + from[std::size_t(i) * row + x]);
+                }
+                to[x] = static_cast<std::uint16_t>((sum * share) >> 16);
+            }
+        }
+        std::swap(m_values, m_means);
+    }
+    void turn() {
+        for (int y = 0; y < side; ++y) {
+            for (int x = 0; x < y; ++x) {
+                std::swap(at(y, x), at(x, y));
+            }
+        }
+    }
+
+    static constexpr std::size_t size = (std::size_t(side) + 2 * neighbours) * row;
+    std::vector<std::uint16_t> m_values = std::vector<std::uint16_t>(size), m_means = m_values;
+};
+
+template <int neighbours> QImage shadowOf(QSvgRenderer &drawing, const QString &name, const QRectF &bounds) {
+    static const std::array<QRgb, 256> shades = [] {
+        std::array<QRgb, 256> each{};
+        for (int alpha = 0; alpha < 256; ++alpha) {
+            each[std::size_t(alpha)] = qPremultiply(qRgba(shadowColour.red(), shadowColour.green(), shadowColour.blue(),
+                                                          alpha * shadowColour.alpha() / 255));
+        }
+        return each;
+    }();
+    constexpr int across = ShadowSize<neighbours>::across;
+    QImage shadow(across, across, QImage::Format_ARGB32_Premultiplied);
     if (shadow.isNull()) {
         return {};
     }
@@ -45,26 +116,32 @@ QImage shadowOf(QSvgRenderer &drawing, const QString &name) {
     {
         QPainter painter(&shadow);
         painter.setRenderHint(QPainter::Antialiasing);
-        drawLayer(drawing, name, painter, shadowed, shadow.rect());
-        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        painter.fillRect(shadow.rect(), shadowColour);
+        drawLayer(drawing, name, bounds, painter, shadowed, shadow.rect());
     }
-    EffectEngine engine;
-    engine.setPicture(std::move(shadow).convertToFormat(QImage::Format_ARGB32));
-    engine.apply({applyBlur, {shadowBlur}}, false); // without memory the shadow is hard
-    return engine.picture().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    Opacity<neighbours> opacity(shadow);
+    opacity.soften();
+    for (int y = 0; y < across; ++y) {
+        auto *pixels = reinterpret_cast<QRgb *>(shadow.scanLine(y));
+        for (int x = 0; x < across; ++x) {
+            pixels[x] = shades[std::size_t(opacity.alpha(y, x))];
+        }
+    }
+    return shadow;
 }
 
 } // namespace
 
-FrameDrawing::FrameDrawing(const QString &file) : m_file(file) {
+FrameDrawing::FrameDrawing(const QString &file, FrameShadows shadows) : m_file(file) {
     auto drawing = takeRenderer();
     for (int number = 1;; ++number) {
         const QString name = QStringLiteral("layer%1").arg(number);
         if (!drawing->elementExists(name)) {
             break;
         }
-        m_layers.push_back({name, shadowOf(*drawing, name)});
+        const QRectF bounds = drawing->boundsOnElement(name);
+        m_layers.push_back({name, bounds,
+                            shadows == FrameShadows::Small ? shadowOf<1>(*drawing, name, bounds)
+                                                           : shadowOf<2>(*drawing, name, bounds)});
     }
     giveBack(std::move(drawing));
 }
@@ -100,7 +177,7 @@ QImage FrameDrawing::part(FrameLayers layers, const QRectF &shown, QSize size) {
         for (int number = layers.first; number < std::min(layers.end, count + 1); ++number) {
             const Layer &layer = m_layers[std::size_t(number - 1)];
             painter.drawImage(placeOf(shadowed.translated(shadowOffset), shown, part.rect()), layer.shadow);
-            drawLayer(*drawing, layer.name, painter, shown, part.rect());
+            drawLayer(*drawing, layer.name, layer.bounds, painter, shown, part.rect());
         }
     }
     giveBack(std::move(drawing));

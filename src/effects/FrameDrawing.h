@@ -18,13 +18,16 @@ struct FrameLayers {
     int end = 1000; ///< one after the last
 };
 
+/// The resolution that shadows are kept at: Small is enough while the drawing's side is shorter than 300 pixels.
+enum class FrameShadows { Small, Large };
+
 /// A picture file of a frame around a square. Its groups "layer1" (the lowest), "layer2"... are stacked like sheets of
 /// paper, each with a soft shadow on the layers below it and on the photo.
 class FrameDrawing {
   public:
     static constexpr int side = 1000; ///< units from edge to edge
 
-    explicit FrameDrawing(const QString &file);
+    FrameDrawing(const QString &file, FrameShadows shadows);
 
     /// Renders the part inside `shown` (units; also beyond the edges) of some layers at that size in pixels: straight
     /// alpha, transparent where nothing is drawn. Returns a null picture when memory allocation fails. Thread-safe.
@@ -33,6 +36,7 @@ class FrameDrawing {
   private:
     struct Layer {
         QString name;
+        QRectF bounds; ///< units
         QImage shadow;
     };
     /// The drawing, read from its file, for one thread: an idle renderer, or a new one.

@@ -12,7 +12,8 @@ namespace lumora {
 
 namespace {
 
-constexpr int iconLongerSide = 120; // pixels
+constexpr int iconLongerSide = 120;                 // pixels
+constexpr int drawnLongerSide = 2 * iconLongerSide; // of icons, so that they show fine lines smoothly
 
 QString keyOf(int n) {
     return QStringLiteral("keyFrame%1").arg(n);
@@ -22,14 +23,14 @@ bool isFrame(int n) {
     return n >= 1 && n <= frameCount;
 }
 
-QImage icon(const QImage &picture) {
-    const auto following = [](int side, int other) {
-        return std::max(1, static_cast<int>(std::lround(static_cast<double>(side) * iconLongerSide / other)));
+QImage withLongerSide(const QImage &picture, int pixels) {
+    const auto following = [pixels](int side, int other) {
+        return std::max(1, static_cast<int>(std::lround(static_cast<double>(side) * pixels / other)));
     };
     const int width = picture.width();
     const int height = picture.height();
-    return height <= width ? scaled(picture, iconLongerSide, following(height, width))
-                           : scaled(picture, following(width, height), iconLongerSide);
+    return height <= width ? scaled(picture, pixels, following(height, width))
+                           : scaled(picture, following(width, height), pixels);
 }
 
 } // namespace
@@ -52,7 +53,7 @@ bool Frames::fFramePicture(int n) {
         return true;
     }
     QImage picFrame1;
-    if (!m_ctx.tasks.run([&] { picFrame1 = m_artwork.around(n, m_ctx.photo.picThumb()); }, Stopping::Offered)) {
+    if (!m_ctx.tasks.run([&] { picFrame1 = FrameArtwork::around(n, m_ctx.photo.picThumb()); }, Stopping::Offered)) {
         return true;
     }
     if (!m_ctx.photo.changePhoto(picFrame1)) {
@@ -63,12 +64,17 @@ bool Frames::fFramePicture(int n) {
 }
 
 QImage Frames::fFrameThumbnail(int n) {
-    const QImage photo = m_ctx.photo.pic2nd();
-    if (!isFrame(n) || photo.isNull()) {
+    const QImage pic2nd = m_ctx.photo.pic2nd();
+    if (!isFrame(n) || pic2nd.isNull()) {
         return {};
     }
-    const QImage picFrame1 = m_artwork.around(n, photo);
-    QImage shown = icon(picFrame1.isNull() ? photo : picFrame1);
+    const QImage photo = withLongerSide(pic2nd, drawnLongerSide);
+    QImage &frame = m_iconFrames[std::size_t(n - 1)];
+    if (frame.size() != photo.size()) {
+        frame = FrameArtwork::picture(n, photo.size());
+    }
+    const QImage picFrame1 = FrameArtwork::around(n, photo, frame);
+    QImage shown = withLongerSide(picFrame1.isNull() ? photo : picFrame1, iconLongerSide);
     m_FT5->setItemPicture(keyOf(n), QPixmap::fromImage(shown));
     return shown;
 }
@@ -80,7 +86,7 @@ void Frames::CreateFrameThumbnails() {
 
 void Frames::nextThumbnail() {
     if (m_ctx.tasks.isRunning()) {
-        return; // it may be the artwork that another thread is drawing
+        return; // long work goes first
     }
     if (m_nextThumbnail > frameCount) {
         m_turn.stop();

@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QString>
 #include <QTimer>
+#include <array>
 
 namespace lumora {
 
@@ -31,7 +32,8 @@ class Frames : public QObject {
     bool fFramePicture(int n);
 
     /// The icon of frame n (1 to 8): the reduced photo in that frame, unframed when memory allocation fails, with a
-    /// longer side of 120 pixels. Shows it in FT5 and returns it; null without a photo and for other numbers.
+    /// longer side of 120 pixels. Shows it in FT5 and returns it; null without a photo and for other numbers. The frame
+    /// is drawn again only when the proportions of the photo have changed.
     QImage fFrameThumbnail(int n);
     /// All eight icons, one per event loop iteration, because drawing a frame is slow.
     void CreateFrameThumbnails();
@@ -41,7 +43,7 @@ class Frames : public QObject {
 
     AppContext &m_ctx;
     FloatingToolbar *m_FT5;
-    FrameArtwork m_artwork; ///< PF1 to PF8
+    std::array<QImage, frameCount> m_iconFrames; ///< PF1 to PF8 for icons, all of one size
     QTimer m_turn;
     int m_nextThumbnail = 1;
 };

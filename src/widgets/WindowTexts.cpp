@@ -3,6 +3,7 @@
 #include "base/Texts.h"
 
 #include <QAbstractButton>
+#include <QHash>
 #include <QVariant>
 #include <QWidget>
 
@@ -54,18 +55,8 @@ QByteArray keeperOf(const char *property) {
     return QByteArray("identifierOf_") + property;
 }
 
-constexpr const char *ownProperties[] = {"text", "toolTip", "placeholderText"};
-
-} // namespace
-
-void showText(const Texts &texts, QWidget &control, const char *identifier, const char *property) {
-    control.setProperty(keeperOf(property).constData(), QByteArray(identifier));
-    setTextProperty(control, property, texts.text(QString::fromUtf8(identifier)));
-}
-
-QWidget *controlOfText(const TextRow &row, QWidget &window) {
-    const QString name = QString::fromUtf8(row.control);
-    auto *control = name.isEmpty() ? &window : window.findChild<QWidget *>(name);
+/// The control itself, or the item of it that the row names.
+QWidget *partOfText(const TextRow &row, QWidget *control) {
     const QString key = itemKey(row);
     if (control == nullptr || key.isEmpty()) {
         return control;
@@ -78,19 +69,50 @@ QWidget *controlOfText(const TextRow &row, QWidget &window) {
     return nullptr;
 }
 
+/// The controls below a window by their names; of several the one that findChild returns. A window has hundreds of
+/// texts: looking for each control by itself would take a thirtieth of the program's start.
+void collectControls(const QObject &parent, QHash<QString, QWidget *> &controls) {
+    for (QObject *child : parent.children()) {
+        if (const QString name = child->objectName();
+            child->isWidgetType() && !name.isEmpty() && !controls.contains(name)) {
+            controls.insert(name, static_cast<QWidget *>(child));
+        }
+    }
+    for (const QObject *child : parent.children()) {
+        collectControls(*child, controls);
+    }
+}
+
+constexpr const char *ownProperties[] = {"text", "toolTip", "placeholderText"};
+
+} // namespace
+
+void showText(const Texts &texts, QWidget &control, const char *identifier, const char *property) {
+    control.setProperty(keeperOf(property).constData(), QByteArray(identifier));
+    setTextProperty(control, property, texts.text(QString::fromUtf8(identifier)));
+}
+
+QWidget *controlOfText(const TextRow &row, QWidget &window) {
+    const QString name = QString::fromUtf8(row.control);
+    return partOfText(row, name.isEmpty() ? &window : window.findChild<QWidget *>(name));
+}
+
 void showTexts(const Texts &texts, QWidget &window) {
+    QHash<QString, QWidget *> controls{{QString(), &window}};
+    collectControls(window, controls);
     for (const TextRow &row : allTexts()) {
         if (qstrcmp(row.control, "-") == 0 || !isTextOf(row, window.objectName())) {
             continue;
         }
-        if (QWidget *control = controlOfText(row, window)) {
+        if (QWidget *control = partOfText(row, controls.value(QString::fromUtf8(row.control)))) {
             show(*control, row, texts.text(QString::fromUtf8(row.identifier), QString::fromUtf8(row.defaultText)));
         }
     }
     for (QWidget *control : window.findChildren<QWidget *>()) {
+        const QList<QByteArray> kept = control->dynamicPropertyNames();
         for (const char *property : ownProperties) {
-            const QByteArray identifier = control->property(keeperOf(property).constData()).toByteArray();
-            if (!identifier.isEmpty()) {
+            if (const QByteArray keeper = keeperOf(property); kept.contains(keeper)) {
+                const QByteArray identifier = control->property(keeper.constData()).toByteArray();
                 showText(texts, *control, identifier.constData(), property);
             }
         }

@@ -21,7 +21,6 @@ class FramesTest : public testing::TestWithParam<int> {
     QWidget window;
     FloatingToolbar FT5{QStringLiteral("FT5"), &window};
     Frames frames{ctx, &FT5};
-    FrameArtwork artwork;
 
     void SetUp() override {
         for (int n = 1; n <= frameCount; ++n) {
@@ -66,7 +65,7 @@ TEST_P(FramesTest, ThePhotoGoesIntoTheOpening) {
             QRect(QPoint(), QSize(shorter, shorter) / 2).translated(place.center() - QPoint(shorter, shorter) / 4);
         const QImage expected = scaled(photo, place.width(), place.height()).copy(middle.translated(-place.topLeft()));
         EXPECT_EQ(test::firstDifference(framed.copy(middle), expected), test::nowhere);
-        const QImage frame = artwork.picture(GetParam(), size);
+        const QImage frame = FrameArtwork::picture(GetParam(), size);
         for (const QPoint &point : edgesOf(size)) {
             // A tiny photo's band is thinner than a pixel.
             ASSERT_GE(qAlpha(frame.pixel(point)), shorter < 100 ? 150 : 255) << point.x() << ", " << point.y();
@@ -88,7 +87,7 @@ TEST_P(FramesTest, ThePhotoKeepsItsProportionsAndMostOfItself) {
         if (shorter < 100) {
             continue;
         }
-        const QImage frame = artwork.picture(GetParam(), size);
+        const QImage frame = FrameArtwork::picture(GetParam(), size);
         // Between the corners: how far what hides the photo reaches inwards, of the shorter side, and how much of the
         // photo it hides.
         const auto depthAt = [&](QPoint at, QPoint step) {
@@ -126,7 +125,7 @@ TEST_P(FramesTest, CornersKeepTheirShapeInEveryProportion) {
     const int shorter = 500;
     const int corner = 70;
     const auto cornersOf = [&](QSize size) {
-        const QImage frame = artwork.picture(GetParam(), size);
+        const QImage frame = FrameArtwork::picture(GetParam(), size);
         const QPoint far(size.width() - corner, size.height() - corner);
         return std::array{frame.copy(0, 0, corner, corner), frame.copy(far.x(), 0, corner, corner),
                           frame.copy(0, far.y(), corner, corner), frame.copy(far.x(), far.y(), corner, corner)};
@@ -170,7 +169,7 @@ TEST_F(FramesTest, NoPieceIsCutWhereCornersAndRepeatsMeet) {
     const std::pair<int, int> lengths[] = {{4, 21}, {6, 17}}; // hearts and leaves, whose pieces are round
     for (const QSize size : {QSize(1000, 1000), QSize(1500, 1000), QSize(1000, 1780), QSize(5000, 1000)}) {
         for (const auto &[n, length] : lengths) {
-            const QImage frame = artwork.picture(n, size);
+            const QImage frame = FrameArtwork::picture(n, size);
             EXPECT_LT(longestCut(frame), length) << n << ": " << size.width() << " x " << size.height();
             EXPECT_LT(longestCut(frame.transformed(QTransform(0, 1, 1, 0, 0, 0))), length)
                 << n << ": " << size.width() << " x " << size.height();
@@ -179,7 +178,7 @@ TEST_F(FramesTest, NoPieceIsCutWhereCornersAndRepeatsMeet) {
 }
 
 TEST_P(FramesTest, NothingShowsThroughBetweenTheRepeats) {
-    const QImage frame = artwork.picture(GetParam(), {2777, 600});
+    const QImage frame = FrameArtwork::picture(GetParam(), {2777, 600});
     for (int x = 0; x < frame.width(); ++x) {
         ASSERT_EQ(qAlpha(frame.pixel(x, 3)), 255) << x;
         ASSERT_EQ(qAlpha(frame.pixel(x, frame.height() - 4)), 255) << x;
@@ -245,12 +244,12 @@ TEST_F(FramesTest, WithoutAPhotoOrAKnownFrameNothingHappens) {
     for (const int n : {0, 9, -1}) {
         EXPECT_TRUE(frames.fFramePicture(n));
         EXPECT_TRUE(frames.fFrameThumbnail(n).isNull());
-        EXPECT_TRUE(artwork.picture(n, {40, 30}).isNull());
+        EXPECT_TRUE(FrameArtwork::picture(n, {40, 30}).isNull());
     }
     EXPECT_FALSE(frames.pick(QStringLiteral("keyFrame9")));
     EXPECT_EQ(ctx.photo.picCanvas(), photo);
     EXPECT_FALSE(ctx.photo.PhotoModified());
-    EXPECT_TRUE(artwork.picture(1, {0, 30}).isNull());
+    EXPECT_TRUE(FrameArtwork::picture(1, {0, 30}).isNull());
 }
 
 TEST_F(FramesTest, IconsShowThePhotoInItsFrame) {

@@ -1,5 +1,6 @@
 #include "devices/mail/Smtp.h"
 
+#include "base/LateLibrary.h"
 #include "base/TaskControl.h"
 
 #include <QFile>
@@ -18,6 +19,26 @@
 namespace lumora {
 
 namespace {
+
+// Loading all that it needs for its many protocols takes several milliseconds.
+const LateLibrary curl("curl", 4);
+LUMORA_LATE(curl, curl_easy_cleanup);
+LUMORA_LATE(curl, curl_easy_getinfo);
+LUMORA_LATE(curl, curl_easy_init);
+LUMORA_LATE(curl, curl_easy_perform);
+LUMORA_LATE(curl, curl_easy_setopt);
+LUMORA_LATE(curl, curl_easy_strerror);
+LUMORA_LATE(curl, curl_global_init);
+LUMORA_LATE(curl, curl_mime_addpart);
+LUMORA_LATE(curl, curl_mime_data);
+LUMORA_LATE(curl, curl_mime_encoder);
+LUMORA_LATE(curl, curl_mime_filedata);
+LUMORA_LATE(curl, curl_mime_filename);
+LUMORA_LATE(curl, curl_mime_free);
+LUMORA_LATE(curl, curl_mime_init);
+LUMORA_LATE(curl, curl_mime_type);
+LUMORA_LATE(curl, curl_slist_append);
+LUMORA_LATE(curl, curl_slist_free_all);
 
 struct Release {
     void operator()(CURL *handle) const { curl_easy_cleanup(handle); }
@@ -222,6 +243,10 @@ QByteArray withMailLineBreaks(QString text) {
     return text.replace("\r\n", "\n").replace('\r', '\n').replace('\n', "\r\n").toUtf8();
 }
 
+MailResult withoutLibrary() {
+    return {CURLE_FAILED_INIT, MailFault::Lost, QStringLiteral("libcurl is missing")};
+}
+
 MailResult refused(const QString &address, MailFault fault) {
     return {CURLE_BAD_FUNCTION_ARGUMENT, fault, QStringLiteral("not an address: ") + address};
 }
@@ -230,6 +255,9 @@ MailResult refused(const QString &address, MailFault fault) {
 
 MailResult sendMail(const MailServer &server, const QString &password, const MailMessage &message,
                     const MailLimits &limits) {
+    if (!curl.isThere()) {
+        return withoutLibrary();
+    }
     const Mailbox sender = mailboxOf(message.sender);
     if (!canBeSent(sender)) {
         return refused(message.sender, MailFault::SenderRefused);
@@ -276,6 +304,9 @@ MailResult sendMail(const MailServer &server, const QString &password, const Mai
 }
 
 MailResult tryMailServer(const MailServer &server, const QString &password, const MailLimits &limits) {
+    if (!curl.isThere()) {
+        return withoutLibrary();
+    }
     Session session(server, password, limits);
     if (session.isReady()) {
         session.set(CURLOPT_CUSTOMREQUEST, "NOOP");

@@ -1,5 +1,6 @@
 // Reading HEIF (HEIC from phones, AVIF) with libheif. It turns and mirrors by the file's own properties, so that the
 // EXIF orientation, which repeats it, is ignored.
+#include "base/LateLibrary.h"
 #include "imaging/Picture.h"
 #include "imaging/files/DeepColour.h"
 #include "imaging/files/ExifBlock.h"
@@ -15,6 +16,35 @@
 namespace lumora {
 
 namespace {
+
+// Loading its codecs takes several milliseconds.
+const LateLibrary heif("heif", 1);
+LUMORA_LATE(heif, heif_check_filetype);
+LUMORA_LATE(heif, heif_context_alloc);
+LUMORA_LATE(heif, heif_context_free);
+LUMORA_LATE(heif, heif_context_get_primary_image_handle);
+LUMORA_LATE(heif, heif_context_read_from_reader);
+LUMORA_LATE(heif, heif_decode_image);
+LUMORA_LATE(heif, heif_decoding_options_alloc);
+LUMORA_LATE(heif, heif_decoding_options_free);
+LUMORA_LATE(heif, heif_image_get_bits_per_pixel_range);
+LUMORA_LATE(heif, heif_image_get_height);
+LUMORA_LATE(heif, heif_image_get_plane_readonly);
+LUMORA_LATE(heif, heif_image_get_width);
+LUMORA_LATE(heif, heif_image_handle_get_height);
+LUMORA_LATE(heif, heif_image_handle_get_list_of_metadata_block_IDs);
+LUMORA_LATE(heif, heif_image_handle_get_list_of_thumbnail_IDs);
+LUMORA_LATE(heif, heif_image_handle_get_luma_bits_per_pixel);
+LUMORA_LATE(heif, heif_image_handle_get_metadata);
+LUMORA_LATE(heif, heif_image_handle_get_metadata_size);
+LUMORA_LATE(heif, heif_image_handle_get_metadata_type);
+LUMORA_LATE(heif, heif_image_handle_get_raw_color_profile);
+LUMORA_LATE(heif, heif_image_handle_get_raw_color_profile_size);
+LUMORA_LATE(heif, heif_image_handle_get_thumbnail);
+LUMORA_LATE(heif, heif_image_handle_get_width);
+LUMORA_LATE(heif, heif_image_handle_has_alpha_channel);
+LUMORA_LATE(heif, heif_image_handle_release);
+LUMORA_LATE(heif, heif_image_release);
 
 using Context = std::unique_ptr<heif_context, void (*)(heif_context *)>;
 using Handle = std::unique_ptr<const heif_image_handle, void (*)(const heif_image_handle *)>;
@@ -168,8 +198,9 @@ Decoded decodeHandle(const heif_image_handle *handle) {
 
 bool isHeif(const QByteArray &head) {
     constexpr int least = 12;
-    return head.size() >= least && heif_check_filetype(reinterpret_cast<const uint8_t *>(head.constData()),
-                                                       static_cast<int>(head.size())) == heif_filetype_yes_supported;
+    return head.size() >= least && head.mid(4, 4) == "ftyp" && heif.isThere() &&
+           heif_check_filetype(reinterpret_cast<const uint8_t *>(head.constData()), static_cast<int>(head.size())) ==
+               heif_filetype_yes_supported;
 }
 
 FileHeader readHeifHeader(Source &source) {
