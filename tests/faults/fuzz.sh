@@ -12,6 +12,7 @@ cd "$(dirname "$(readlink -f "$0")")/../.."
 [[ ${1:-} =~ ^[0-9]+$ ]] || fail "Usage: tests/faults/fuzz.sh SECONDS [TARGET...]"
 seconds=$1
 shift
+need_packages build fuzz
 build fuzz
 fuzz=build/fuzz/bin/lumora-fuzz
 [ $# -gt 0 ] || set -- $("$fuzz" 2>&1 | sed 's/.*: *//')
