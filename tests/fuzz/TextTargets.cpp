@@ -6,9 +6,23 @@
 #include "output/scan/ScanPicture.h"
 #include "session/Settings.h"
 
+#include <array>
+
 namespace lumora::fuzz {
 
 namespace {
+
+/// The names of the settings; texts are made of them once.
+const QList<std::pair<QString, QString>> &settingNames() {
+    static const QList<std::pair<QString, QString>> names = [] {
+        QList<std::pair<QString, QString>> all;
+        for (const SettingRow &row : settingRows) {
+            all.emplace_back(QLatin1String(row.section), QLatin1String(row.key));
+        }
+        return all;
+    }();
+    return names;
+}
 
 /// One value changed: what else the file says stays, and a program that reads the file as it is now sees the same.
 void change(const QByteArray &bytes, const QString &section, const QString &key, const QString &value) {
@@ -17,22 +31,22 @@ void change(const QByteArray &bytes, const QString &section, const QString &key,
         return;
     }
     IniText text(bytes);
-    const auto others = [&](const IniText &now) {
-        QStringList values;
-        for (const SettingRow &row : settingRows) {
-            const bool isChanged = section.compare(QLatin1String(row.section), Qt::CaseInsensitive) == 0 &&
-                                   key.compare(QLatin1String(row.key), Qt::CaseInsensitive) == 0;
-            values << (isChanged ? QString() : now.value(row.section, row.key).value_or(QString()));
+    QList<std::array<QString, 3>> others;
+    for (const auto &[otherSection, otherKey] : settingNames()) {
+        const auto other = text.value(otherSection, otherKey);
+        if (other &&
+            (section.toCaseFolded() != otherSection.toCaseFolded() || key.toCaseFolded() != otherKey.toCaseFolded())) {
+            others.append({otherSection, otherKey, *other});
         }
-        return values;
-    };
-    const QStringList before = others(text);
+    }
     text.setValue(section, key, value);
-    require(text.value(section, key) == value, "a value that was set is there");
-    require(others(text) == before, "other values stay");
     const IniText again(text.toBytes());
+    require(text.value(section, key) == value, "a value that was set is there");
     require(again.value(section, key) == value, "a value that was written is read");
-    require(others(again) == before, "other values are written as they were");
+    for (const auto &[otherSection, otherKey, other] : others) {
+        require(text.value(otherSection, otherKey) == other, "other values stay");
+        require(again.value(otherSection, otherKey) == other, "other values are written as they were");
+    }
     require(!text.setValue(section, key, value), "nothing changes the second time");
 }
 
@@ -41,8 +55,8 @@ void change(const QByteArray &bytes, const QString &section, const QString &key,
 void readAsIni(const QByteArray &bytes, const char *) {
     IniFiles files;
     const QString path = fileWith(bytes, ".ini");
-    for (const SettingRow &row : settingRows) {
-        const QString value = files.ReadIniValue(path, row.section, row.key, row.standard);
+    for (const auto &[section, key] : settingNames()) {
+        const QString value = files.ReadIniValue(path, section, key, "1");
         require(value.size() <= 900, "a value of at most 900 characters");
         settings::number(value);
     }
