@@ -19,6 +19,7 @@ constexpr qint64 mostPixels = 4 << 20; // more only takes long: a few bytes can 
 void requireAnswer(const PictureRead &read) {
     require(read.picture.isNull() == (read.error != PictureError::None), "a picture or an error");
     require(read.error == PictureError::None || !read.reason.isEmpty(), "an error has a reason");
+    require(read.error != PictureError::NoMemory, "memory for a small picture");
     require(read.picture.isNull() || read.picture.format() == QImage::Format_RGB32 ||
                 read.picture.format() == QImage::Format_ARGB32,
             "32 bits a pixel");
@@ -41,6 +42,7 @@ void readAsPicture(const QByteArray &bytes, const char *extension) {
     const QString path = fileWith(bytes, extension);
     const PictureHeader header = readPictureHeader(path);
     require(header.error == PictureError::None || !header.reason.isEmpty(), "a refusal has a reason");
+    require(header.error != PictureError::NoMemory, "no memory for a header");
     if (header.error != PictureError::None || qint64{header.width} * header.height > mostPixels) {
         return;
     }
