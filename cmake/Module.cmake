@@ -13,6 +13,12 @@ if(LUMORA_SANITIZE)
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(lumora_build_flags INTERFACE -fsanitize=address,undefined)
 endif()
+if(LUMORA_FUZZ)
+  target_compile_options(lumora_build_flags INTERFACE
+    -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_compile_definitions(lumora_build_flags INTERFACE HWY_COMPILE_ONLY_STATIC) # one version of the kernels will do
+  target_link_options(lumora_build_flags INTERFACE -fsanitize=address,undefined)
+endif()
 
 # Qt's headers take most of a file's compile time, so they are precompiled once: without widgets, with widgets, and with
 # GoogleTest. lumora_precompiled(TARGET KIND) lets the target use one of the three.

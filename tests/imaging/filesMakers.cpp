@@ -2,6 +2,7 @@
 
 #include <QBuffer>
 #include <QtEndian>
+#include <algorithm>
 #include <cgif.h>
 #include <cmath>
 #include <cstdio>
@@ -54,7 +55,7 @@ std::vector<std::uint8_t> packFloats(const std::vector<int> &values, int bits) {
             const int exponentBits = bits == 16 ? 5 : 7;
             const int mantissaBits = bits == 16 ? 10 : 16;
             int exponent = 0;
-            const double fraction = std::frexp(unit, &exponent) * 2 - 1;
+            const double fraction = std::max(0.0, std::frexp(unit, &exponent) * 2 - 1);
             const int biased = exponent - 1 + (1 << (exponentBits - 1)) - 1;
             const auto mantissa = static_cast<std::uint32_t>(fraction * (1 << mantissaBits));
             const std::uint32_t number = unit == 0 || biased < 1 ? 0 : std::uint32_t(biased) << mantissaBits | mantissa;
@@ -272,6 +273,7 @@ QByteArray makeJpeg(int width, int height, const JpegKind &kind, const Sampler &
         jpeg_set_colorspace(&codec, JCS_YCCK);
     }
     jpeg_set_quality(&codec, 98, TRUE);
+    codec.restart_in_rows = kind.restartRows;
     if (kind.progressive) {
         jpeg_simple_progression(&codec);
     }
@@ -331,6 +333,52 @@ QByteArray makeBmp(int width, int height, int bits, bool fromTop, const Sampler 
         bytes += packed.leftJustified(rowBytes, '\0');
     }
     return bytes;
+}
+
+QByteArray makeTga(int width, int height, int kind, int bits, int corner, bool packed, const Sampler &sample) {
+    const int channels = bits == 16 ? 2 : bits / 8;
+    QByteArray file(18, '\0');
+    file[0] = 3; // of a comment
+    file[2] = static_cast<char>(kind | (packed ? 8 : 0));
+    file[12] = static_cast<char>(width);
+    file[14] = static_cast<char>(height);
+    file[16] = static_cast<char>(bits);
+    file[17] = static_cast<char>(corner << 4 | (bits == 32 ? 8 : 0));
+    file += "abc";
+    if (kind == 1) {
+        file[1] = 1;
+        file[6] = 1; // 256 entries
+        file[7] = 24;
+        for (int i = 0; i < 256; ++i) {
+            for (const int channel : {i ^ 85, 255 - i, i}) {
+                file += static_cast<char>(channel);
+            }
+        }
+    }
+    QList<QByteArray> pixels;
+    for (int row = 0; row < height; ++row) {
+        for (int column = 0; column < width; ++column) {
+            const int x = (corner & 1) != 0 ? width - 1 - column : column;
+            const int y = (corner & 2) != 0 ? row : height - 1 - row;
+            QByteArray pixel;
+            for (int channel = 0; channel < channels; ++channel) {
+                pixel += static_cast<char>(sample(x, y, channel));
+            }
+            pixels << pixel;
+        }
+    }
+    for (qsizetype at = 0; at < pixels.size(); ++at) {
+        qsizetype count = 1;
+        while (packed && count < 128 && at + count < pixels.size() && pixels[at + count] == pixels[at]) {
+            ++count;
+        }
+        if (packed) {
+            file += static_cast<char>(count > 1 ? 128 | (count - 1) : 0);
+        }
+        file += pixels[at];
+        at += count - 1;
+    }
+    return file;
 }
 
 QByteArray makeGif(int width, int height, const std::vector<QRgb> &palette, int transparent, bool interlaced,

@@ -35,6 +35,7 @@ struct JpegKind {
     bool mixed = false;   ///< four components as YCCK
     QByteArray exif = {}; ///< with its "Exif\0\0"
     QByteArray profile = {};
+    int restartRows = 0; ///< rows of blocks from one restart marker to the next
 };
 
 /// Samples have as many bits as the file, but 16 (from 0 to 65535) for more than 16 bits other than 32, and for signed
@@ -46,6 +47,9 @@ QByteArray makeJpeg(int width, int height, const JpegKind &kind, const Sampler &
 /// `bits` 1, 4 or 8 with `palette`, or 24. filesBmp_test makes all the other kinds.
 QByteArray makeBmp(int width, int height, int bits, bool fromTop, const Sampler &sample,
                    const std::vector<QRgb> &palette = {});
+/// By the format's description, sides below 128: `kind` 1 with a palette (red i, green 255 - i, blue i ^ 85), 2 or 3;
+/// rows from any corner (0 to 3), `packed` as run lengths that cross rows.
+QByteArray makeTga(int width, int height, int kind, int bits, int corner, bool packed, const Sampler &sample);
 /// Frames of indices into the palette.
 QByteArray makeGif(int width, int height, const std::vector<QRgb> &palette, int transparent, bool interlaced,
                    const std::vector<std::vector<std::uint8_t>> &frames);

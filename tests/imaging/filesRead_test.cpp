@@ -82,54 +82,6 @@ std::vector<QRgb> paletteOf(int count) {
     return palette;
 }
 
-// A TGA by the format's description: rows from any corner, run lengths that cross rows.
-QByteArray makeTga(int kind, int bits, int corner, bool packed, const Sampler &sample) {
-    const int channels = bits == 16 ? 2 : bits / 8;
-    QByteArray file(18, '\0');
-    file[0] = 3; // of a comment
-    file[2] = static_cast<char>(kind | (packed ? 8 : 0));
-    file[12] = width;
-    file[14] = height;
-    file[16] = static_cast<char>(bits);
-    file[17] = static_cast<char>(corner << 4 | (bits == 32 ? 8 : 0));
-    file += "abc";
-    if (kind == 1) {
-        file[1] = 1;
-        file[6] = 1; // 256 entries
-        file[7] = 24;
-        for (int i = 0; i < 256; ++i) {
-            const QRgb colour = paletteColour(i);
-            for (const int channel : {qBlue(colour), qGreen(colour), qRed(colour)}) {
-                file += static_cast<char>(channel);
-            }
-        }
-    }
-    QList<QByteArray> pixels;
-    for (int row = 0; row < height; ++row) {
-        for (int column = 0; column < width; ++column) {
-            const int x = (corner & 1) != 0 ? width - 1 - column : column;
-            const int y = (corner & 2) != 0 ? row : height - 1 - row;
-            QByteArray pixel;
-            for (int channel = 0; channel < channels; ++channel) {
-                pixel += static_cast<char>(sample(x, y, channel));
-            }
-            pixels << pixel;
-        }
-    }
-    for (qsizetype at = 0; at < pixels.size(); ++at) {
-        qsizetype count = 1;
-        while (packed && count < 128 && at + count < pixels.size() && pixels[at + count] == pixels[at]) {
-            ++count;
-        }
-        if (packed) {
-            file += static_cast<char>(count > 1 ? 128 | (count - 1) : 0);
-        }
-        file += pixels[at];
-        at += count - 1;
-    }
-    return file;
-}
-
 PictureRead readAs(const QString &name, const QByteArray &bytes) {
     const QTemporaryDir folder;
     QFile file(folder.filePath(name));
@@ -200,7 +152,7 @@ TEST(FilesRead, Tga) {
             for (const bool packed : {false, true}) {
                 SCOPED_TRACE(testing::Message() << "kind " << row.kind << ", " << row.bits << " bits, corner " << corner
                                                 << ", packed " << packed);
-                const QByteArray file = makeTga(row.kind, row.bits, corner, packed, sample);
+                const QByteArray file = makeTga(width, height, row.kind, row.bits, corner, packed, sample);
                 const PictureRead read = readAs("a.TGA", file);
                 EXPECT_TRUE(shows(read, row.look));
                 EXPECT_EQ(read.reason, QString());
@@ -213,11 +165,12 @@ TEST(FilesRead, Tga) {
             }
         }
     }
-    const QByteArray file = makeTga(2, 24, 2, false, sample);
+    const QByteArray file = makeTga(width, height, 2, 24, 2, false, sample);
     EXPECT_EQ(readAs("a.txt", file).error, PictureError::NotAPicture) << "nothing marks the format but its name";
     EXPECT_EQ(readAs("a.tga", "Dear diary, no picture").error, PictureError::NotAPicture);
     const Sampler unseen = [&](int x, int y, int channel) { return channel == 3 ? 0 : sample(x, y, channel); };
-    EXPECT_TRUE(shows(readAs("a.tga", makeTga(2, 32, 2, true, unseen)), rows[2].look)) << "alpha that nobody set";
+    EXPECT_TRUE(shows(readAs("a.tga", makeTga(width, height, 2, 32, 2, true, unseen)), rows[2].look))
+        << "alpha that nobody set";
 }
 
 TEST(FilesRead, Tiff) {

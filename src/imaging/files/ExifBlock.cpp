@@ -184,19 +184,27 @@ class Layout {
     QByteArray m_bytes;
 };
 
-QByteArray laidOut(const Reader &reader, Directory picture, Directory exif, const Directory &gps) {
+QByteArray laidOut(const Reader &reader, const Directory &picture, Directory exif, const Directory &gps) {
     Layout layout(reader.isLittle());
     const auto note = std::find_if(exif.begin(), exif.end(), [](const Entry &entry) { return entry.tag == MakerNote; });
-    if (note != exif.end() && (note->value.size() <= 4 || !layout.placeMakerNote(*note))) {
+    const bool hasNote = note != exif.end();
+    if (hasNote && (note->value.size() <= 4 || !layout.placeMakerNote(*note))) {
         exif.erase(note);
+        return laidOut(reader, picture, exif, gps);
     }
+    Directory whole = picture;
     if (!exif.empty()) {
-        picture.push_back(layout.pointer(ExifDirectory, layout.append(exif)));
+        whole.push_back(layout.pointer(ExifDirectory, layout.append(exif)));
     }
     if (!gps.empty()) {
-        picture.push_back(layout.pointer(GpsDirectory, layout.append(gps)));
+        whole.push_back(layout.pointer(GpsDirectory, layout.append(gps)));
     }
-    return picture.empty() ? QByteArray() : layout.finished(layout.append(picture));
+    const QByteArray block = whole.empty() ? QByteArray() : layout.finished(layout.append(whole));
+    if (hasNote && block.size() > mostBlockBytes) {
+        exif.erase(note); // the other values come first
+        return laidOut(reader, picture, exif, gps);
+    }
+    return block;
 }
 
 QByteArray onlyValue(const Directory &directory) {

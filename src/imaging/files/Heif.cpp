@@ -83,8 +83,8 @@ struct Opened {
 
 PictureError pictureError(const heif_error &error) {
     switch (error.code) {
-    case heif_error_Memory_allocation_error:
-        return PictureError::NoMemory;
+    case heif_error_Memory_allocation_error: // also of a size that the library refuses to allocate
+        return error.subcode == heif_suberror_Security_limit_exceeded ? PictureError::TooLarge : PictureError::NoMemory;
     case heif_error_Unsupported_filetype:
     case heif_error_Unsupported_feature:
         return PictureError::TooRare;
@@ -104,7 +104,7 @@ Opened open(Source &source) {
     }
     opened.handle.reset(handle);
     opened.error = pictureError(error);
-    opened.text = QString::fromUtf8(error.message);
+    opened.text = QString::fromUtf8(error.message).trimmed();
     return opened;
 }
 
@@ -167,7 +167,7 @@ Decoded decodeHandle(const heif_image_handle *handle) {
         heif_decode_image(handle, &raw, heif_colorspace_RGB, (deep ? wide : plain)[alpha ? 1 : 0], options.get());
     const Image image(raw, heif_image_release);
     if (error.code != heif_error_Ok) {
-        return refused(pictureError(error), QString::fromUtf8(error.message));
+        return refused(pictureError(error), QString::fromUtf8(error.message).trimmed());
     }
     int stride = 0;
     const uint8_t *pixels = heif_image_get_plane_readonly(image.get(), heif_channel_interleaved, &stride);
