@@ -118,7 +118,8 @@ Work historyWork(const QString &file, const QString &folder) {
                 return QString("redo %1 leads elsewhere").arg(at);
             }
         }
-        return at == changes ? QString() : QString("redone to %1 only").arg(at);
+        std::printf("%lld steps are lost\n", static_cast<long long>(changes - at));
+        return QString();
     };
 }
 

@@ -18,7 +18,7 @@ Work recoveredWork(const QString &folder);
 /// Opens and changes it as recoveryWork does. The work: throws it away.
 Work discardWork(const QString &file, const QString &folder);
 /// The work: changes the photo of the file so often that undo steps go to files in that folder, undoes all and redoes
-/// all. A step that no longer leads to its picture is a failure; fewer steps are not where all was refused.
+/// all. A step that no longer leads to its picture is a failure. Prints how far it came and how many steps are lost.
 Work historyWork(const QString &file, const QString &folder);
 
 } // namespace lumora::keep

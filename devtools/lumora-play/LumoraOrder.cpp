@@ -46,8 +46,8 @@ const char *const leaving[] = {
     "cmdMin",
 };
 
-/// Come and go with the photo's history and with what the desktop holds.
-const char *const changing[] = {"keyUndo", "keyRedo", "keyPaste"};
+/// Come and go with the photo's history, with what the desktop holds and with the page of the tools that is shown.
+const char *const changing[] = {"keyUndo", "keyRedo", "keyPaste", "cmdPageUp", "cmdPageDown"};
 /// The options switch them off and on.
 const char *const optional[] = {"cmdScan", "cmdPrint", "keyEmail"};
 

@@ -40,10 +40,10 @@ def pixels(probe, path):
     return columns[4] if len(columns) > 4 and columns[1] == "ok" and not columns[2] else None
 
 
-def make_pictures(folder):
+def make_pictures(folder, sizes=((1200, 800), (2000, 1500))):
     """Two photos with noise, so that no format makes them small: names of PPM-like TGA files, old and new."""
     names = []
-    for name, width, height in (("old", 1200, 800), ("new", 2000, 1500)):
+    for name, (width, height) in zip(("old", "new"), sizes):
         seed = hashlib.sha256(name.encode()).digest()
         body = bytearray()
         while len(body) < width * height * 3:
