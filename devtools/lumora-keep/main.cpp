@@ -1,25 +1,35 @@
 // lumora-keep: writes a file as Lumora does, for scripts that take the disk, the system or the program's life away
 // meanwhile (tests/faults). Says "kept" and how many microseconds that took, or why not. Looks for files named "begins"
 // and "ends", so that a trace of its system calls shows which ones write.
+#include "Unsaved.h"
 #include "base/IniFiles.h"
 #include "imaging/PictureFile.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QGuiApplication>
 #include <QStringList>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
-#include <functional>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 using namespace lumora;
+using keep::Work;
 
 namespace {
 
-const char usage[] = "usage: lumora-keep [--kill MICROSECONDS] photo PICTURE FILE\n"
-                     "       lumora-keep [--kill MICROSECONDS] setting FILE SECTION KEY VALUE\n"
-                     "--kill ends the program as kill -9 does, so long after it has begun to write.\n";
+const char usage[] =
+    "usage: lumora-keep [--kill MICROSECONDS | --hold] WORK\n"
+    "WORK: photo PICTURE FILE\n"
+    "      setting FILE SECTION KEY VALUE\n"
+    "      recovery FILE PICTURE FOLDER\n"
+    "      recovered FOLDER\n"
+    "      discard FILE FOLDER\n"
+    "      history FILE FOLDER\n"
+    "--kill ends the program as kill -9 does, so long after it has begun to write; --hold stops it (SIGSTOP)\n"
+    "before that. It ends without putting anything in order.\n";
 
 /// Ends this process after that time.
 void killAfter(long microseconds) {
@@ -32,9 +42,6 @@ void killAfter(long microseconds) {
         ::timer_settime(timer, 0, &when, nullptr);
     }
 }
-
-/// Why it was not kept; empty when it was.
-using Work = std::function<QString()>;
 
 Work photoWork(const QString &from, const QString &to) {
     return [picture = readPicture(from), to] {
@@ -60,26 +67,44 @@ Work workOf(const QStringList &words) {
     if (what == "setting" && words.size() == 5) {
         return settingWork(words.mid(1));
     }
+    if (what == "recovery" && words.size() == 4) {
+        return keep::recoveryWork(words[1], words[2], words[3]);
+    }
+    if (what == "recovered" && words.size() == 2) {
+        return keep::recoveredWork(words[1]);
+    }
+    if (what == "discard" && words.size() == 3) {
+        return keep::discardWork(words[1], words[2]);
+    }
+    if (what == "history" && words.size() == 3) {
+        return keep::historyWork(words[1], words[2]);
+    }
     return {};
 }
 
 } // namespace
 
 int main(int argc, char **argv) {
-    const QCoreApplication application(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "minimal"); // no window will be shown
+    const QGuiApplication application(argc, argv);
     QStringList words = QCoreApplication::arguments().mid(1);
     long kill = -1;
     if (words.value(0) == "--kill") {
         kill = words.value(1).toLong();
         words = words.mid(2);
     }
-    const Work work = workOf(words);
+    const bool holds = words.value(0) == "--hold";
+    const Work work = workOf(words.mid(holds ? 1 : 0));
     if (!work) {
         std::fputs(usage, stderr);
         return 2;
     }
     if (kill >= 0) {
         killAfter(kill);
+    }
+    if (holds) {
+        ::prctl(PR_SET_PTRACER, PR_SET_PTRACER_ANY); // strace comes from beside it
+        std::raise(SIGSTOP);
     }
     static_cast<void>(::access("begins", F_OK));
     QElapsedTimer clock;
@@ -89,5 +114,6 @@ int main(int argc, char **argv) {
     static_cast<void>(::access("ends", F_OK));
     std::printf("%s\n", problem.isEmpty() ? QByteArray("kept " + QByteArray::number(microseconds)).constData()
                                           : ("not kept: " + problem).toUtf8().constData());
-    return problem.isEmpty() ? 0 : 1;
+    std::fflush(stdout);
+    std::_Exit(problem.isEmpty() ? 0 : 1);
 }

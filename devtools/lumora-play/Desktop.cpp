@@ -1,9 +1,15 @@
 #include "Desktop.h"
 
 #include <QApplication>
+#include <QClipboard>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QUrl>
 #include <QWidget>
+#include <QWindow>
+#include <memory>
 
 namespace lumora::play {
 
@@ -49,6 +55,25 @@ QString typeIntoDesktop(const QString &title, const QString &text) {
 
 QString pressOnDesktop(const QString &title, const QString &keys) {
     return atWindow(title, {"key", "--clearmodifiers", keys});
+}
+
+bool dropOn(QWidget &window, const QString &file) {
+    const auto data = std::make_unique<QMimeData>();
+    data->setUrls({QUrl::fromLocalFile(file)});
+    const QPoint at = window.rect().center();
+    QDragEnterEvent enter(at, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window.windowHandle(), &enter);
+    if (enter.isAccepted()) {
+        QDropEvent drop(at, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(window.windowHandle(), &drop);
+    }
+    return enter.isAccepted();
+}
+
+void copyInDesktop(const QString &file) {
+    auto *data = new QMimeData; // the clipboard's from then on
+    data->setUrls({QUrl::fromLocalFile(file)});
+    QGuiApplication::clipboard()->setMimeData(data);
 }
 
 } // namespace lumora::play

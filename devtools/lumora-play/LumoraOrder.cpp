@@ -16,6 +16,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPointer>
+#include <QScreen>
 #include <QScrollBar>
 #include <algorithm>
 #include <iterator>
@@ -40,8 +41,22 @@ const char *const leftAlone[] = {
     "keyHelp",      // opens the guide or the desktop's player
 };
 
-/// Come and go with the photo's history and with what the desktop holds.
-const char *const changing[] = {"keyUndo", "keyRedo", "keyPaste"};
+const char *const leaving[] = {
+    "cmdExit", // also of the questions before leaving
+    "cmdMin",
+};
+
+/// Come and go with the photo's history, with what the desktop holds and with the page of the tools that is shown.
+const char *const changing[] = {"keyUndo", "keyRedo", "keyPaste", "cmdPageUp", "cmdPageDown"};
+/// The options switch them off and on.
+const char *const optional[] = {"cmdScan", "cmdPrint", "keyEmail"};
+
+template <std::size_t count> bool isAmong(const char *const (&names)[count], const QWidget &control) {
+    const QString key = control.property("key").toString();
+    return std::any_of(std::begin(names), std::end(names), [&](const char *name) {
+        return control.objectName() == QLatin1String(name) || key == QLatin1String(name);
+    });
+}
 
 template <typename Widget> QList<Widget *> visible(const frmMain &window) {
     QList<Widget *> found = window.findChildren<Widget *>();
@@ -77,6 +92,21 @@ QString strangerAmong(const QList<QWidget *> &windows, const frmMain &main) {
     return {};
 }
 
+/// A window that has left the screen so far that nobody can take hold of its title; empty when there is none.
+QString outOfReachAmong(const QList<QWidget *> &windows) {
+    constexpr int hold = 24; // pixels
+    for (const QWidget *open : windows) {
+        const QRect screen = open->screen()->geometry();
+        const QRect place = open->frameGeometry();
+        const QRect seen = place & screen;
+        if (seen.width() < std::min(hold, place.width()) || seen.height() < std::min(hold, place.height()) ||
+            place.top() < screen.top()) {
+            return QString("the window %1 lies outside the screen").arg(nameOf(*open));
+        }
+    }
+    return {};
+}
+
 bool hasArrow(const frmMain &window) {
     const auto *arrow = window.findChild<PictureButton *>("cmdTool1");
     return arrow != nullptr && arrow->isChecked();
@@ -99,14 +129,12 @@ QString stuckCursor(const frmMain &window, const PhotoView &view) {
 }
 
 /// The tools and commands that can be used, without those that come and go.
-QList<QPointer<PictureButton>> usable(const frmMain &window) {
+QList<QPointer<PictureButton>> usable(const frmMain &window, Walk walk) {
     QList<QPointer<PictureButton>> buttons;
     const QWidget *const rows[] = {window.findChild<ToolColumn *>(), window.findChild<CommandRow *>()};
     for (const QWidget *row : rows) {
         for (PictureButton *button : row->findChildren<PictureButton *>()) {
-            const QString key = button->property("key").toString();
-            const bool changes = std::any_of(std::begin(changing), std::end(changing),
-                                             [&](const char *one) { return key == QLatin1String(one); });
+            const bool changes = isAmong(changing, *button) || (walk == Walk::Everywhere && isAmong(optional, *button));
             if (button->isEnabled() && !changes) {
                 buttons << button;
             }
@@ -134,11 +162,11 @@ bool showsOnlyThePhoto(PhotoView &view, PhotoDocument &photo) {
 } // namespace
 
 bool leavesOrReplaces(const QWidget &control) {
-    const QString key = control.property("key").toString();
-    return control.inherits("lumora::EmptyTable") ||
-           std::any_of(std::begin(leftAlone), std::end(leftAlone), [&](const char *name) {
-               return control.objectName() == QLatin1String(name) || key == QLatin1String(name);
-           });
+    return control.inherits("lumora::EmptyTable") || isAmong(leftAlone, control);
+}
+
+bool leavesTheProgram(const QWidget &control) {
+    return isAmong(leaving, control) || control.inherits("QFileDialog") || control.inherits("QPrintDialog");
 }
 
 bool isPanelSliding(const frmMain &window) {
@@ -150,10 +178,10 @@ bool hasArrowOnly(const frmMain &window) {
     return visible<SlidingPanel>(window).isEmpty() && visible<FloatingToolbar>(window).isEmpty() && hasArrow(window);
 }
 
-std::function<QString()> orderOf(const frmMain &window, AppContext &context) {
-    return [&window, &context, tools = usable(window)]() -> QString {
+std::function<QString()> orderOf(const frmMain &window, AppContext &context, Walk walk) {
+    return [&window, &context, walk, tools = usable(window, walk)]() -> QString {
         PhotoView &view = *window.view();
-        QString stranger = strangerAmong(openWindows(), window);
+        QString stranger = walk == Walk::Photo ? strangerAmong(openWindows(), window) : outOfReachAmong(openWindows());
         if (!stranger.isEmpty()) {
             return stranger;
         }

@@ -81,8 +81,8 @@ QImage LumoraProgram::marked() const {
     return mask;
 }
 
-bool LumoraProgram::isLeftAlone(const QWidget &widget) const {
-    return leavesOrReplaces(widget);
+bool LumoraProgram::isLeftAlone(const QWidget &widget, Walk walk) const {
+    return walk == Walk::Photo ? leavesOrReplaces(widget) : leavesTheProgram(widget);
 }
 
 bool LumoraProgram::isMoving() const {
@@ -95,9 +95,10 @@ bool LumoraProgram::isAtRest() const {
     return window != nullptr && hasArrowOnly(*window);
 }
 
-std::function<QString()> LumoraProgram::orderCheck() const {
+std::function<QString()> LumoraProgram::orderCheck(Walk walk) const {
     const frmMain *window = m_main.mainWindow();
-    return window == nullptr ? [] { return QString("there is no main window"); } : orderOf(*window, m_main.context());
+    return window == nullptr ? [] { return QString("there is no main window"); }
+                             : orderOf(*window, m_main.context(), walk);
 }
 
 Program::State LumoraProgram::state() const {

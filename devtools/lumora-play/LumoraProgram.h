@@ -27,10 +27,10 @@ class LumoraProgram : public Program {
     QImage picture() const override;
     QImage marked() const override;
     State state() const override;
-    bool isLeftAlone(const QWidget &widget) const override;
+    bool isLeftAlone(const QWidget &widget, Walk walk) const override;
     bool isMoving() const override;
     bool isAtRest() const override;
-    std::function<QString()> orderCheck() const override;
+    std::function<QString()> orderCheck(Walk walk) const override;
 
   private:
     mutable basMain m_main;

@@ -1,6 +1,7 @@
 #include "Monkey.h"
 
 #include "Controls.h"
+#include "Desktop.h"
 #include "Hand.h"
 
 #include <QAbstractButton>
@@ -10,6 +11,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QDir>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMenu>
 #include <QScrollBar>
@@ -30,6 +33,19 @@ constexpr std::array keys = {"Escape", "Return", "Tab",    "Shift+Tab", "Left", 
 constexpr std::array sliderKeys = {Qt::Key_Home,     Qt::Key_End, Qt::Key_PageUp,
                                    Qt::Key_PageDown, Qt::Key_Up,  Qt::Key_Down};
 constexpr std::array texts = {"", "0", "7", "45", "640", "5001", "99999", "-12", "3.5", "abc"};
+/// Everywhere also what a field for a name or a message may get.
+constexpr std::array moreTexts = {"",
+                                  "0",
+                                  "7",
+                                  "45",
+                                  "640",
+                                  "99999",
+                                  "-12",
+                                  "abc",
+                                  "my / picture?",
+                                  "\xc3\x96zg\xc3\xbcr \xe2\x98\xba",
+                                  "a text that is much longer than any field of any window can ever show at once"};
+constexpr std::array addresses = {"", "gran", "gran@home.example", "gran@home.example;dad@work.example"};
 constexpr std::array wheelTurns = {-3, -1, 1, 3};
 
 /// Scroll bars are worked with the photo, or they would be half of all controls.
@@ -84,9 +100,14 @@ QPoint held(QPoint point, const QRect &area) {
 
 } // namespace
 
-Monkey::Monkey(Program &program, Hand &hand, unsigned seed, int count)
-    : m_program(program), m_hand(hand), m_dice(seed), m_count(count), m_action("before the first"),
-      m_order(program.orderCheck()) {}
+Monkey::Monkey(Program &program, Hand &hand, unsigned seed, int count, const QString &folder)
+    : m_program(program), m_hand(hand), m_dice(seed), m_count(count), m_folder(folder),
+      m_walk(folder.isEmpty() ? Walk::Photo : Walk::Everywhere), m_action("before the first"),
+      m_order(program.orderCheck(m_walk)) {
+    if (m_walk == Walk::Everywhere) {
+        m_files = QDir(folder).entryList(QDir::Files, QDir::Name);
+    }
+}
 
 QString Monkey::report(const QString &reason) const {
     return QString("action %1 (%2): %3").arg(m_number).arg(m_action, reason);
@@ -108,7 +129,8 @@ QString Monkey::problem() const {
 
 bool Monkey::isDone() const {
     return m_number >= m_count && QApplication::activePopupWidget() == nullptr &&
-           QApplication::activeModalWidget() == nullptr && m_program.isAtRest();
+           QApplication::activeModalWidget() == nullptr && m_program.isAtRest() &&
+           (m_walk == Walk::Photo || keyboardWindow() == m_program.canvas()->window());
 }
 
 QString Monkey::act() {
@@ -118,17 +140,26 @@ QString Monkey::act() {
     QWidget *canvas = m_program.canvas();
     activate(*window);
     const int kind = upTo(20);
-    if (m_number > m_count || (window->isModal() && kind < 4)) {
+    const int leaves = m_walk == Walk::Photo ? 4 : 2; // of 20 actions in a modal window
+    auto *files = qobject_cast<QFileDialog *>(window);
+    if (m_number > m_count || (window->isModal() && kind < leaves)) {
         m_hand.press(*window, Qt::Key_Escape);
         m_action = "key Escape";
     } else if (popup != nullptr) {
         m_action = workPopup(*popup);
+    } else if (files != nullptr && !m_files.isEmpty()) {
+        m_action = answer(*files);
+    } else if (m_walk == Walk::Everywhere && upTo(20) == 0) {
+        m_action = goElsewhere(*window);
     } else if (kind < 12 || window->isModal()) {
         m_action = workControl(*window);
     } else if (kind < 17 && canvas != nullptr && canvas->window() == window) {
         m_action = workPhoto(*window, *canvas);
     } else {
         m_action = pressKey(*window);
+    }
+    if (window->isModal()) {
+        m_action += " in " + nameOf(*window);
     }
     return QString("%1: %2").arg(m_number).arg(m_action);
 }
@@ -160,8 +191,8 @@ QString Monkey::workPopup(QWidget &popup) {
 
 // --- Controls -------------------------------------------------------------------------------------------------------
 
-bool Monkey::isLeftAlone(const QWidget *widget) const {
-    while (widget != nullptr && !m_program.isLeftAlone(*widget)) {
+bool Monkey::isLeftAlone(const QWidget *widget, Walk walk) const {
+    while (widget != nullptr && !m_program.isLeftAlone(*widget, walk)) {
         widget = widget->parentWidget();
     }
     return widget != nullptr;
@@ -173,7 +204,7 @@ std::vector<std::vector<QWidget *>> Monkey::reachableControls(const QWidget &win
     for (QWidget *widget : window.findChildren<QWidget *>()) {
         QPoint point;
         if (widget->window() == &window && isControl(*widget) && widget->isVisible() && widget->isEnabled() &&
-            !isLeftAlone(widget) && findClickPoint(*widget, point)) {
+            !isLeftAlone(widget, m_walk) && findClickPoint(*widget, point)) {
             const QWidget *group = groupOf(*widget, window);
             if (group != last) {
                 groups.emplace_back();
@@ -232,7 +263,10 @@ QString Monkey::slide(QAbstractSlider &slider) {
 }
 
 QString Monkey::write(QWidget &field) {
-    const QString text = oneOf(texts);
+    const bool isAddress = m_walk == Walk::Everywhere && field.objectName().contains("Address");
+    const QString text = QString::fromUtf8(m_walk == Walk::Photo ? oneOf(texts)
+                                           : isAddress           ? oneOf(addresses)
+                                                                 : oneOf(moreTexts));
     QPoint point;
     findClickPoint(field, point);
     m_hand.click(field, point);
@@ -352,11 +386,63 @@ QString Monkey::workPhoto(QWidget &window, QWidget &canvas) {
 
 QString Monkey::pressKey(QWidget &window) {
     QString key = oneOf(keys);
-    if ((key == "Return" || key == "Space") && isLeftAlone(window.focusWidget())) {
+    if ((key == "Return" || key == "Space") && isLeftAlone(window.focusWidget(), m_walk)) {
         key = "Tab"; // it would press what has the keyboard
     }
     m_hand.press(window, QKeySequence::fromString(key)[0]);
     return "key " + key;
+}
+
+// --- Everywhere
+// ----------------------------------------------------------------------------------------------------------
+
+/// Confirms the modal window; gives the window a file; or uses what a walk at the photo leaves alone, which is little
+/// of a window, so chance alone would seldom meet it.
+QString Monkey::goElsewhere(QWidget &window) {
+    std::vector<QWidget *> doors;
+    for (const auto &group : reachableControls(window)) {
+        for (QWidget *control : group) {
+            const QString name = control->objectName();
+            if (window.isModal() ? name == "cmdYes" || name == "cmdOK" : isLeftAlone(control, Walk::Photo)) {
+                doors.push_back(control);
+            }
+        }
+    }
+    if (!window.isModal() && !m_files.isEmpty() && upTo(3) == 0) {
+        return giveFile(window);
+    }
+    if (doors.empty()) {
+        return pressKey(window);
+    }
+    return press(*oneOf(doors), doors);
+}
+
+/// Drops a file on the window, or copies one in the desktop, to be pasted.
+QString Monkey::giveFile(QWidget &window) {
+    const QString name = oneOf(m_files);
+    if (upTo(2) == 0) {
+        copyInDesktop(m_folder + '/' + name);
+        return "copy " + name;
+    }
+    return (dropOn(window, m_folder + '/' + name) ? "drop " : "drop in vain ") + name;
+}
+
+/// Chooses one of the files, or a name for a new one beside them.
+QString Monkey::answer(QFileDialog &dialog) {
+    static constexpr std::array newNames = {"saved.jpg", "saved.png", "saved.gif", "saved.tif", "saved.pdf", "saved"};
+    auto *name = dialog.findChild<QLineEdit *>("fileNameEdit");
+    const bool isFolder = dialog.fileMode() == QFileDialog::Directory;
+    const bool saves = dialog.acceptMode() == QFileDialog::AcceptSave;
+    const QString file = isFolder ? QString() : saves ? QString(oneOf(newNames)) : oneOf(m_files);
+    if (name == nullptr) {
+        m_hand.press(dialog, Qt::Key_Escape);
+        return "key Escape";
+    }
+    m_hand.click(*name, name->rect().center());
+    m_hand.press(dialog, selectAll);
+    m_hand.type(dialog, m_folder + '/' + file);
+    m_hand.press(dialog, Qt::Key_Return);
+    return "choose " + file;
 }
 
 } // namespace lumora::play

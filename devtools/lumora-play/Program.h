@@ -13,6 +13,9 @@ class QWidget;
 
 namespace lumora::play {
 
+/// Where a random walk goes: to the photo and its tools, or to everything that does not leave the program.
+enum class Walk { Photo, Everywhere };
+
 class Program {
   public:
     Program() = default;
@@ -45,11 +48,11 @@ class Program {
 
     // For a random walk.
     /// Whether the walk has to leave this control (and all in it) alone.
-    virtual bool isLeftAlone(const QWidget &widget) const = 0;
+    virtual bool isLeftAlone(const QWidget &widget, Walk walk) const = 0;
     /// Nothing is open, no tool is at work.
     virtual bool isAtRest() const = 0;
     /// A check that remembers how things are now and says later what is out of order; an empty text when nothing is.
-    virtual std::function<QString()> orderCheck() const = 0;
+    virtual std::function<QString()> orderCheck(Walk walk) const = 0;
 };
 
 } // namespace lumora::play

@@ -32,13 +32,14 @@ const Verb verbs[] = {
     {"drag", 1, 1, "drag X Y X Y ..."},
     {"key", 1, 1, "key KEYS"},
     {"undo", 1, 1, "undo all"},
+    {"redo", 1, 1, "redo all"},
     {"choose", 1, 1, "choose FILE"},
     {"desktop", 2, 2, "desktop type TEXT | desktop key KEYS"},
     {"drop", 1, 1, "drop FILE"},
     {"close", 0, 0, "close"},
     {"kill", 0, 0, "kill"},
     {"meanwhile", 1, 1, "meanwhile on | meanwhile off"},
-    {"monkey", 2, 2, "monkey SEED COUNT"},
+    {"monkey", 2, 3, "monkey SEED COUNT [FOLDER]"},
     {"wait", 1, 1, "wait MILLISECONDS"},
     {"expect", 2, 2, "expect CONTROL TEXT"},
     {"expect-not", 2, 2, "expect-not CONTROL TEXT"},
@@ -117,7 +118,7 @@ QString misread(const Step &step, const Verb &verb, bool started) {
         ((step.verb == "pointer" || step.verb == "meanwhile") && step.word(0) != "on" && step.word(0) != "off") ||
         (step.verb == "desktop" && step.word(0) != "type" && step.word(0) != "key") ||
         (step.verb == "resize" && !size.match(step.word(0)).hasMatch()) ||
-        (step.verb == "undo" && step.word(0) != "all") ||
+        ((step.verb == "undo" || step.verb == "redo") && step.word(0) != "all") ||
         (step.verb == "hash" && (outside ? step.words.size() < 2 : step.words.size() > 1)) ||
         (step.verb == "press" && numbers != 2) || (step.verb == "drag" && numbers < 4);
     return wrong ? how : QString();

@@ -13,11 +13,9 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
-#include <QDropEvent>
 #include <QFileDialog>
 #include <QKeySequence>
 #include <QLineEdit>
-#include <QMimeData>
 #include <QPointer>
 #include <QPushButton>
 #include <QStyle>
@@ -78,6 +76,7 @@ Player::Performer Player::performerOf(const QString &verb) {
         {"drag", &Player::drag},
         {"key", &Player::key},
         {"undo", &Player::undo},
+        {"redo", &Player::undo},
         {"choose", &Player::choose},
         {"monkey", &Player::monkey},
         {"wait", &Player::wait},
@@ -402,25 +401,27 @@ Outcome Player::key(const Step &step) {
 }
 
 Outcome Player::undo(const Step &step) {
+    const bool undoes = step.verb == "undo";
     QString steps;
     QString problem;
-    if (!observed("state.undo", steps, problem) || steps == "0") {
+    if (!observed(undoes ? "state.undo" : "state.redo", steps, problem) || steps == "0") {
         return problem.isEmpty() ? Outcome::done() : Outcome::notYet(problem);
     }
     QWidget *window = keyboardWindow();
     if (steps == m_undoSteps || window == nullptr) {
-        return Outcome::notYet(QString("it does not undo; %1 steps are left").arg(steps));
+        return Outcome::notYet(QString("it does not %1; %2 steps are left").arg(step.verb, steps));
     }
     m_undoSteps = steps;
     activate(*window);
-    m_hand.press(*window, Qt::ControlModifier | Qt::Key_Z);
+    m_hand.press(*window, Qt::ControlModifier | (undoes ? Qt::Key_Z : Qt::Key_Y));
     goOn(step);
     return Outcome::goes();
 }
 
 Outcome Player::monkey(const Step &step) {
     if (m_monkey == nullptr) {
-        m_monkey = std::make_unique<Monkey>(m_program, m_hand, step.word(0).toUInt(), step.word(1).toInt());
+        m_monkey = std::make_unique<Monkey>(m_program, m_hand, step.word(0).toUInt(), step.word(1).toInt(),
+                                            step.words.value(2));
     }
     const QString problem = m_monkey->problem();
     if (!problem.isEmpty()) {
@@ -492,17 +493,9 @@ Outcome Player::drop(const Step &step) {
     if (window == nullptr || window->windowHandle() == nullptr) {
         return Outcome::notYet("there is no window");
     }
-    auto data = std::make_shared<QMimeData>();
-    data->setUrls({QUrl::fromLocalFile(QDir::current().absoluteFilePath(step.word(0)))});
-    const QPoint at = window->rect().center();
-    QDragEnterEvent enter(at, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(window->windowHandle(), &enter);
-    if (enter.isAccepted()) {
-        QDropEvent drop(at, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(window->windowHandle(), &drop);
-    }
+    const bool taken = dropOn(*window, QDir::current().absoluteFilePath(step.word(0)));
     if (print) {
-        print(enter.isAccepted() ? "drop: taken" : "drop: refused");
+        print(taken ? "drop: taken" : "drop: refused");
     }
     m_inputClock.start();
     return Outcome::done();

@@ -16,8 +16,15 @@ namespace {
 
 constexpr std::array closingSignals{SIGTERM, SIGINT, SIGHUP};
 std::array<int, 2> pipeEnds{-1, -1}; // read, write: async-signal-safe calls on a file descriptor
+pid_t ownProcess = -1;
 
-void tellThePipe(int) {
+void tellThePipe(int number) {
+    if (::getpid() != ownProcess) {
+        // A helper program that is ended while it starts still has this handler, and the pipe: Lumora would end.
+        ::signal(number, SIG_DFL);
+        ::kill(::getpid(), number);
+        return;
+    }
     const int before = errno;
     const char byte = 0;
     [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], &byte, 1); // a full pipe wakes the reader
@@ -30,6 +37,7 @@ ClosingSignals::ClosingSignals(QObject *parent) : QObject(parent) {
     if (::pipe2(pipeEnds.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         return; // then a signal ends the program by default
     }
+    ownProcess = ::getpid();
     auto *notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [notifier] {
         notifier->setEnabled(false);

@@ -296,7 +296,11 @@ std::optional<ReplaceFailure> replaceBy(Temporary &temporary, const Place &place
         return failure("stopped");
     }
     if (!temporary.become(place.path)) {
-        return failure("cannot replace the file", temporary.error());
+        ReplaceFailure failed = failure("cannot replace the file", temporary.error());
+        if (!place.exists && failed.kind == Kind::FolderReadOnly) {
+            failed.kind = Kind::NameRefused; // the folder has just taken a file, if without this name
+        }
+        return failed;
     }
     flushFolder(place.folder);
     return std::nullopt;

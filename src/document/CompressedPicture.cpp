@@ -40,38 +40,6 @@ struct StripHeader {
     quint32 compressed = 0; ///< 1: a zstd frame with its checksum
 };
 
-bool writeAll(int file, const void *data, size_t size) {
-    const auto *bytes = static_cast<const char *>(data);
-    while (size > 0) {
-        const ssize_t written = ::write(file, bytes, size);
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
-        if (written <= 0) {
-            return false;
-        }
-        bytes += written;
-        size -= static_cast<size_t>(written);
-    }
-    return true;
-}
-
-bool readAll(int file, void *data, size_t size) {
-    auto *bytes = static_cast<char *>(data);
-    while (size > 0) {
-        const ssize_t got = ::read(file, bytes, size);
-        if (got < 0 && errno == EINTR) {
-            continue;
-        }
-        if (got <= 0) {
-            return false;
-        }
-        bytes += got;
-        size -= static_cast<size_t>(got);
-    }
-    return true;
-}
-
 // Four bytes side by side, each modulo 256.
 quint32 subtractBytes(quint32 a, quint32 b) {
     constexpr quint32 top = 0x80808080;
@@ -213,6 +181,39 @@ class StripWriter {
 
 } // namespace
 
+bool writeAll(int file, const void *data, size_t size) {
+    const auto *bytes = static_cast<const char *>(data);
+    while (size > 0) {
+        const ssize_t written = ::write(file, bytes, size);
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written <= 0) {
+            return false;
+        }
+        bytes += written;
+        size -= static_cast<size_t>(written);
+    }
+    return true;
+}
+
+bool readAll(int file, void *data, size_t size) {
+    auto *bytes = static_cast<char *>(data);
+    while (size > 0) {
+        const ssize_t got = ::read(file, bytes, size);
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got <= 0) {
+            errno = got == 0 ? 0 : errno; // the end of the file is no error of the system
+            return false;
+        }
+        bytes += got;
+        size -= static_cast<size_t>(got);
+    }
+    return true;
+}
+
 qint64 writeCompressed(int file, const QImage &picture, bool compress, qint64 limit, const std::stop_token &stop,
                        int threads) {
     StripWriter writer(file, picture, compress, limit, stop);
@@ -238,8 +239,11 @@ bool readCompressed(int file, QImage &picture) {
     std::vector<bool> isRead(static_cast<size_t>(stripsOf(picture)));
     for (size_t n = 0; n < isRead.size(); ++n) {
         StripHeader header;
-        if (!readAll(file, &header, sizeof header) || header.bytes > compressed.size() ||
-            header.strip >= isRead.size() || isRead[header.strip]) {
+        if (!readAll(file, &header, sizeof header)) {
+            return false;
+        }
+        errno = 0; // what follows is about the content
+        if (header.bytes > compressed.size() || header.strip >= isRead.size() || isRead[header.strip]) {
             return false;
         }
         isRead[header.strip] = true;
@@ -250,6 +254,7 @@ bool readCompressed(int file, QImage &picture) {
         if ((header.compressed == 0 && header.bytes != size) || !readAll(file, target.data(), header.bytes)) {
             return false;
         }
+        errno = 0;
         if (header.compressed == 1 &&
             ZSTD_decompress(strip.data(), strip.size(), compressed.data(), header.bytes) != size) {
             return false;

@@ -14,7 +14,11 @@ qint64 writeCompressed(int file, const QImage &picture, bool compress, qint64 li
                        int threads = 1);
 
 /// Reads what writeCompressed wrote into a picture that already has its size and format. False for a file that does not
-/// hold these pixels whole.
+/// hold these pixels whole, with an errno of 0, and where the system refuses to read it, with its errno.
 bool readCompressed(int file, QImage &picture);
+
+/// Writes or reads exactly so many bytes, also in several pieces. False as with the functions above.
+bool writeAll(int file, const void *data, size_t size);
+bool readAll(int file, void *data, size_t size);
 
 } // namespace lumora

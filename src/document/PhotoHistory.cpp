@@ -71,7 +71,7 @@ bool PhotoHistory::replaced(const QImage &before, const QImage &after) {
                 },
                 Stopping::NotOffered);
         }
-        if (reading == Reading::NoMemory) {
+        if (reading == Reading::NotNow) {
             return false;
         }
         if (reading == Reading::Done) {
@@ -131,7 +131,7 @@ StepStore::Reading PhotoHistory::apply(const Step &step, const QImage &picture, 
     QImage result = picture;
     const PixelView target = writeView(result);
     if (target.isEmpty()) {
-        return Reading::NoMemory;
+        return Reading::NotNow;
     }
     const ConstPixelView source = readView(part);
     for (int y = 0; y < source.height; ++y) {
@@ -216,7 +216,7 @@ bool PhotoHistory::step(QImage &picture, bool back) {
                 reverse = reading == Reading::Done ? stepBackFrom(step, picture) : Step();
             });
         }
-        if (reading == Reading::NoMemory) {
+        if (reading == Reading::NotNow) {
             return false;
         }
         if (reading == Reading::Done) {

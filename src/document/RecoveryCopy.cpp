@@ -82,6 +82,12 @@ PictureMetadata metadataFrom(const QByteArray &bytes) {
     return from.status() == QDataStream::Ok ? metadata : PictureMetadata();
 }
 
+/// Why the copy could not be read to its end: a disk that refuses to read it may give it another time, a file that ends
+/// too early or holds something else does not.
+CopyRead whyUnread(int error) {
+    return error == 0 ? CopyRead::Damaged : CopyRead::NotNow;
+}
+
 } // namespace
 
 bool writeRecoveryCopy(int file, const KeptPhoto &photo, qint64 limit, const std::stop_token &stop) {
@@ -93,32 +99,44 @@ bool writeRecoveryCopy(int file, const KeptPhoto &photo, qint64 limit, const std
     header.opaque = picture.format() == QImage::Format_RGB32 ? 1 : 0;
     header.metadataBytes = static_cast<qint32>(metadata.size());
     header.checksum = checksumOf(header, metadata);
-    return ::write(file, &header, sizeof header) == ssize_t{sizeof header} &&
-           ::write(file, metadata.constData(), static_cast<std::size_t>(metadata.size())) == metadata.size() &&
+    return writeAll(file, &header, sizeof header) &&
+           writeAll(file, metadata.constData(), static_cast<std::size_t>(metadata.size())) &&
            writeCompressed(file, picture, true, limit, stop, writingThreads()) >= 0;
 }
 
 CopyRead readRecoveryCopy(int file, KeptPhoto &photo) {
     struct stat status {};
     Header header;
-    if (::fstat(file, &status) != 0 || ::read(file, &header, sizeof header) != ssize_t{sizeof header} ||
-        !isPlausible(header, status.st_size)) {
+    if (::fstat(file, &status) != 0) {
+        return CopyRead::NotNow;
+    }
+    if (!readAll(file, &header, sizeof header)) {
+        return whyUnread(errno);
+    }
+    if (!isPlausible(header, status.st_size)) {
         return CopyRead::Damaged;
     }
     try {
         QByteArray metadata(header.metadataBytes, '\0');
-        if (::read(file, metadata.data(), static_cast<std::size_t>(metadata.size())) != metadata.size() ||
-            header.checksum != checksumOf(header, metadata)) {
+        if (!readAll(file, metadata.data(), static_cast<std::size_t>(metadata.size()))) {
+            return whyUnread(errno);
+        }
+        if (header.checksum != checksumOf(header, metadata)) {
             return CopyRead::Damaged;
         }
         QImage target = newPicture(header.width, header.height, header.opaque == 1);
         if (target.isNull()) {
             return CopyRead::NotNow;
         }
+        if (!readCompressed(file, target)) {
+            return whyUnread(errno);
+        }
         char more = 0;
-        errno = 0;
-        if (!readCompressed(file, target) || ::read(file, &more, 1) != 0) {
-            return errno == EIO || errno == ESTALE ? CopyRead::NotNow : CopyRead::Damaged;
+        if (readAll(file, &more, 1)) {
+            return CopyRead::Damaged; // it goes on behind the picture
+        }
+        if (errno != 0) {
+            return CopyRead::NotNow;
         }
         photo = {target, metadataFrom(metadata)};
     } catch (const std::bad_alloc &) {

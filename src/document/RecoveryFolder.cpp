@@ -162,8 +162,9 @@ CopyRead RecoveryFolder::readFile(const char *name, KeptPhoto &photo) const {
         return errno == ENOENT || errno == ELOOP ? CopyRead::Damaged : CopyRead::NotNow;
     }
     struct stat status {};
-    const bool good = ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == ::geteuid();
-    const CopyRead read = good ? readRecoveryCopy(file, photo) : CopyRead::Damaged;
+    const bool isKnown = ::fstat(file, &status) == 0;
+    const bool good = isKnown && S_ISREG(status.st_mode) && status.st_uid == ::geteuid();
+    const CopyRead read = good ? readRecoveryCopy(file, photo) : isKnown ? CopyRead::Damaged : CopyRead::NotNow;
     ::close(file);
     return read;
 }

@@ -104,6 +104,7 @@ int SpillFolder::create(const std::string &name) {
 
 int SpillFolder::open(const std::string &name) const {
     const std::lock_guard lock(m_mutex);
+    errno = ENOENT; // without a folder
     return m_folder < 0 ? -1 : ::openat(m_folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
 }
 

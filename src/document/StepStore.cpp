@@ -4,6 +4,7 @@
 #include "imaging/Picture.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <new>
 #include <unistd.h>
 #include <utility>
@@ -52,16 +53,16 @@ StepStore::Reading StepStore::read(const Pixels &pixels, QImage &picture) const 
     }
     const int file = m_folder.open(name);
     if (file < 0) {
-        return Reading::Lost;
+        return errno == ENOENT ? Reading::Lost : Reading::NotNow;
     }
     QImage target = newPicture(pixels->size.width(), pixels->size.height(), pixels->opaque);
-    Reading reading = Reading::NoMemory;
+    Reading reading = Reading::NotNow;
     try {
         if (!target.isNull()) {
-            reading = readCompressed(file, target) ? Reading::Done : Reading::Lost;
+            reading = readCompressed(file, target) ? Reading::Done : errno == 0 ? Reading::Lost : Reading::NotNow;
         }
     } catch (const std::bad_alloc &) {
-        reading = Reading::NoMemory;
+        reading = Reading::NotNow;
     }
     ::close(file);
     if (reading == Reading::Done) {
@@ -146,7 +147,11 @@ void StepStore::work(const std::stop_token &stop) {
         const qint64 limit = m_diskBudget - m_diskBytes;
         const std::string name = "step-" + std::to_string(++m_files);
         lock.unlock();
-        finish(pixels, name, write(name, picture, compress, limit, stop));
+        qint64 written = write(name, picture, compress, limit, stop);
+        if (written < 0) {
+            written = write(name, picture, compress, limit, stop); // what was refused once need not cost a step
+        }
+        finish(pixels, name, written);
     }
 }
 

@@ -40,7 +40,7 @@ struct StoredPixels {
 class StepStore {
   public:
     using Pixels = std::shared_ptr<StoredPixels>;
-    enum class Reading { Done, Lost, NoMemory };
+    enum class Reading { Done, Lost, NotNow };
 
     /// Budgets in bytes; a negative disk budget means the smaller of 8 GB and half of what is free.
     StepStore(qint64 memoryBudget, qint64 diskBudget, const QString &parentFolder);
@@ -50,7 +50,8 @@ class StepStore {
 
     /// Takes a picture in; the pixels are shared, not copied.
     Pixels keep(const QImage &picture) { return std::make_shared<StoredPixels>(*this, picture); }
-    /// Returns the pixels, from the file when they are no longer in memory. Lost: the file is missing or damaged.
+    /// Returns the pixels, from the file when they are no longer in memory. Lost: the file is missing or
+    /// damaged. NotNow: memory is refused, or the system refuses to open or read the file.
     Reading read(const Pixels &pixels, QImage &picture) const;
 
     /// Has the thread write these pixels to the disk; until that is done they stay in memory.

@@ -16,6 +16,7 @@ namespace {
 constexpr int usualPointer = 32; // pixels of a drawing, as large as the system's pointers
 constexpr int largeScale = 2;
 constexpr char shapeProperty[] = "pointerShape"; // what a widget has asked for; -1 for nothing
+constexpr char ownProperty[] = "pointerDrawing"; // the key of the drawing that it got instead
 
 struct PointerRow {
     Qt::CursorShape shape;
@@ -50,7 +51,8 @@ class LargePointers : public QObject {
             if (!shape.isValid()) {
                 continue;
             }
-            const bool isOurs = widget->cursor().shape() == Qt::BitmapCursor;
+            // It may have got a drawing of a tool since.
+            const bool isOurs = widget->cursor().pixmap().cacheKey() == widget->property(ownProperty).toLongLong();
             widget->setProperty(shapeProperty, QVariant());
             if (isOurs && shape.toInt() >= 0) {
                 widget->setCursor(static_cast<Qt::CursorShape>(shape.toInt()));
@@ -85,7 +87,9 @@ class LargePointers : public QObject {
         }
         widget.setProperty(shapeProperty, isSet ? static_cast<int>(shape) : -1);
         m_isChanging = true;
-        widget.setCursor(largePointer(shape, widget.devicePixelRatioF()));
+        const QCursor large = largePointer(shape, widget.devicePixelRatioF());
+        widget.setProperty(ownProperty, large.pixmap().cacheKey());
+        widget.setCursor(large);
         m_isChanging = false;
     }
 

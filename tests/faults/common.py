@@ -5,6 +5,12 @@ import subprocess
 import sys
 
 FORMATS = ("jpg", "png", "bmp", "gif", "tif", "tga")
+# The system calls with which files are written.
+CALLS = ("openat", "write", "pwrite64", "writev", "fsync", "fdatasync", "ftruncate", "fallocate", "lseek", "linkat",
+         "link", "rename", "renameat", "renameat2", "unlink", "unlinkat", "fchmod", "fchown", "fstat", "newfstatat",
+         "statx", "mkdir", "mkdirat", "flock", "read", "pread64", "close", "mmap",
+         "statfs", "fstatfs", "getrandom")
+POSSIBLE = {"close": ("EIO",), "mmap": ("ENOMEM",), "clone3": ("EAGAIN",)}  # the errors of these calls
 # No home: what cannot be written may go nowhere else.
 ENVIRONMENT = {**os.environ, "QT_QPA_PLATFORM": "offscreen", "LC_ALL": "C.UTF-8", "HOME": "/dev/null",
                "XDG_CONFIG_HOME": "/dev/null/config"}
@@ -13,6 +19,13 @@ ENVIRONMENT = {**os.environ, "QT_QPA_PLATFORM": "offscreen", "LC_ALL": "C.UTF-8"
 def fail(message):
     print(message, file=sys.stderr)
     sys.exit(1)
+
+
+def errors_of(call, everything):
+    """(error, "" for once or "+" for from then on) with which that call is to fail"""
+    usual = ("ENOSPC", "EIO", "EACCES", "EINTR", "EDQUOT") if everything else ("ENOSPC",)
+    return [(error, on) for error in POSSIBLE.get(call, usual) for on in ("", "+")
+            if error != "EINTR" or on == ""]  # for ever it is no answer
 
 
 def content(path):
@@ -27,10 +40,10 @@ def pixels(probe, path):
     return columns[4] if len(columns) > 4 and columns[1] == "ok" and not columns[2] else None
 
 
-def make_pictures(folder):
+def make_pictures(folder, sizes=((1200, 800), (2000, 1500))):
     """Two photos with noise, so that no format makes them small: names of PPM-like TGA files, old and new."""
     names = []
-    for name, width, height in (("old", 1200, 800), ("new", 2000, 1500)):
+    for name, (width, height) in zip(("old", "new"), sizes):
         seed = hashlib.sha256(name.encode()).digest()
         body = bytearray()
         while len(body) < width * height * 3:

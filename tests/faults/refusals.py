@@ -7,14 +7,9 @@ import re
 import sys
 import tempfile
 
-from common import content, fail, pixels, photo_targets, settings_target
+from common import CALLS, content, errors_of, fail, pixels, photo_targets, settings_target
 
-CALLS = ("openat", "write", "pwrite64", "writev", "fsync", "fdatasync", "ftruncate", "fallocate", "lseek", "linkat",
-         "link", "rename", "renameat", "renameat2", "unlink", "unlinkat", "fchmod", "fchown", "fstat", "newfstatat",
-         "statx", "mkdir", "mkdirat", "flock", "read", "pread64", "close", "mmap",
-         "statfs", "fstatfs", "getrandom")
 MARKS = ("access", "faccessat", "faccessat2")  # of the beginning and the end
-POSSIBLE = {"close": ("EIO",), "mmap": ("ENOMEM",)}  # the errors of these calls
 
 
 def calls_that_write(target, trace):
@@ -38,7 +33,6 @@ def calls_that_write(target, trace):
 
 def main():
     keep, probe, everything = sys.argv[1], sys.argv[2], "--all" in sys.argv
-    errors = ("ENOSPC", "EIO", "EACCES", "EINTR", "EDQUOT") if everything else ("ENOSPC",)
     total = said_so = 0
     with tempfile.TemporaryDirectory() as folder:
         trace = os.path.join(folder, "trace")
@@ -48,18 +42,17 @@ def main():
                 for number in range(before + 1, last + 1):
                     if not everything and number > before + 2:
                         break
-                    for error in POSSIBLE.get(name, errors):
-                        for on in ("", "+") if error != "EINTR" else ("",):  # for ever it is no answer
-                            inject = f"inject={name}:error={error}:when={number}{on}"
-                            code, said = target.run(wrap=["strace", "-o", trace, "-e", inject])
-                            state = target.state()
-                            # Other bytes of the same pixels are as good: a flag of the file may depend on an answer.
-                            if state.startswith("neither") and target.name != "settings" and pixels(probe, target.path):
-                                state = "new"
-                            if state not in ("old", "new") or code < 0 or (code == 0 and state != "new"):
-                                fail(f"{target.name}: {inject}: ended with {code}, said '{said}', the file: {state}")
-                            total += 1
-                            said_so += code != 0
+                    for error, on in errors_of(name, everything):
+                        inject = f"inject={name}:error={error}:when={number}{on}"
+                        code, said = target.run(wrap=["strace", "-o", trace, "-e", inject])
+                        state = target.state()
+                        # Other bytes of the same pixels are as good: a flag of the file may depend on an answer.
+                        if state.startswith("neither") and target.name != "settings" and pixels(probe, target.path):
+                            state = "new"
+                        if state not in ("old", "new") or code < 0 or (code == 0 and state != "new"):
+                            fail(f"{target.name}: {inject}: ended with {code}, said '{said}', the file: {state}")
+                        total += 1
+                        said_so += code != 0
     print(f"{total} refusals, {said_so} of them reported; always the old or the new file")
 
 

@@ -196,7 +196,7 @@ Program::State SmallProgram::state() const {
     return {{"started", window.diary.value(0)}, {"status", "a b"}, {"undo", QString::number(window.undoSteps)}};
 }
 
-std::function<QString()> SmallProgram::orderCheck() const {
+std::function<QString()> SmallProgram::orderCheck(Walk) const {
     return [this] { return window.diary.contains(window.broken) ? QString("the order is gone") : QString(); };
 }
 

@@ -65,10 +65,10 @@ class SmallProgram : public Program {
     QImage marked() const override;
     State state() const override;
     /// cmdOpen is the control that a walk must not use.
-    bool isLeftAlone(const QWidget &widget) const override { return widget.objectName() == "cmdOpen"; }
+    bool isLeftAlone(const QWidget &widget, Walk) const override { return widget.objectName() == "cmdOpen"; }
     bool isMoving() const override { return false; }
     bool isAtRest() const override { return window.diary.last() == "escaped"; }
-    std::function<QString()> orderCheck() const override;
+    std::function<QString()> orderCheck(Walk) const override;
 };
 
 } // namespace lumora::play::test

@@ -29,6 +29,10 @@ TEST(Pointers, AreLargeWhereverTheSystemsWouldShow) {
     EXPECT_EQ(side(later), 64);
     plain.setCursor(Qt::OpenHandCursor);
     EXPECT_EQ(side(plain), 64);
+    QPixmap drawing(16, 16);
+    drawing.fill(Qt::red);
+    later.setCursor(Qt::OpenHandCursor);
+    later.setCursor(QCursor(drawing)); // as tools do between two of the system's
     handle.unsetCursor();
     EXPECT_EQ(side(handle), 64);
     EXPECT_FALSE(handle.testAttribute(Qt::WA_SetCursor));
@@ -37,6 +41,7 @@ TEST(Pointers, AreLargeWhereverTheSystemsWouldShow) {
     EXPECT_EQ(window.cursor().shape(), Qt::ArrowCursor);
     EXPECT_EQ(plain.cursor().shape(), Qt::OpenHandCursor);
     EXPECT_EQ(field.cursor().shape(), Qt::IBeamCursor);
+    EXPECT_EQ(later.cursor().pixmap().cacheKey(), drawing.cacheKey());
     EXPECT_EQ(pointerScale(), 1);
 }
 

@@ -66,6 +66,9 @@ StickersTool::StickersTool(AppContext &ctx, PhotoView &view, CanvasMouse &mouse,
       m_panel(static_cast<StickersPanel *>(panel())) {
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Size | PhotoChange::Loaded)) {
+            if (m_editor != nullptr) {
+                m_editor->end();
+            }
             m_list.forget(); // they were for the photo as it was
             select(-1);
             changed();
@@ -223,6 +226,7 @@ void StickersTool::place(QPointF where) {
 
 void StickersTool::select(int index) {
     m_selected = index;
+    m_drag.reset(); // it was of the one that was chosen
     refresh();
 }
 
@@ -516,6 +520,12 @@ bool StickersTool::wantsKey(const QKeyEvent &key) const {
 void StickersTool::keyPress(const QKeyEvent &key) {
     if (m_drag) {
         return; // the mouse has it
+    }
+    if (m_editor->isActive()) { // and the photo has the keyboard, after it was moved by hand for one
+        finishWords();
+        if (key.key() == Qt::Key_Escape || !wantsKey(key)) {
+            return;
+        }
     }
     if (key.key() == Qt::Key_Escape) {
         if (m_picked) {

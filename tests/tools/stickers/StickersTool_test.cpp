@@ -306,6 +306,33 @@ TEST_F(Sticking, ADoubleClickPlacesWordsAndOpensThemAgain) {
     EXPECT_EQ(item().text, "Oh");
 }
 
+/// The photo gets the keyboard while words are typed, when it is moved by hand for one.
+TEST_F(Sticking, AKeyForThePhotoEndsTheTyping) {
+    auto *text = control<QPlainTextEdit>("txtStickerWords");
+    place("cmdLettering_plain", {400, 250}, "cmdStickersWords");
+    type("Wow");
+    view.setFocus();
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(text->isVisible());
+    EXPECT_EQ(tool.selected(), 0);
+    press({20, 20});
+    ASSERT_EQ(tool.items().size(), 1U);
+    EXPECT_EQ(item().text, "Wow");
+
+    place("cmdLettering_plain", {200, 100}, "cmdStickersWords");
+    view.setFocus();
+    key(Qt::Key_Left); // it is gone: it had no words
+    EXPECT_EQ(tool.items().size(), 1U);
+    EXPECT_EQ(tool.selected(), -1);
+
+    place("cmdLettering_plain", {400, 250}, "cmdStickersWords");
+    type("Oh");
+    photo.PerformUndo();
+    EXPECT_FALSE(text->isVisible());
+    press({20, 20});
+    EXPECT_TRUE(tool.items().empty());
+}
+
 TEST_F(Sticking, HandlesFollowThePhotoAndGoOutOfViewWithIt) {
     place("cmdSticker_happy", {60, 60});
     EXPECT_TRUE(control<ItemBar>("pnlSticker")->isVisible());

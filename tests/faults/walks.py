@@ -1,0 +1,192 @@
+#!/usr/bin/env python3
+"""walks.py LUMORA-PLAY SOURCE COUNT SEED MODE [SEED MODE...]: random walks of COUNT actions over everything that does
+not leave the program, in "simple" or "advanced" mode: with a print system, a mail server and a scanner of their own, and
+photos, broken pictures and other files to drop, to paste and to choose. Every 250 actions undo leads back to the photo
+that was opened first, and redo to what was there; memory and open files do not grow. A walk that fails prints its seed
+and its last 30 actions, and the same seed walks the same way."""
+import os
+import re
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+from common import fail
+
+PORTION = 250
+SETTINGS = ("Welcome/Show=0", "E-mail/Value=1", "Sender/Address=anna@school.example", "Mail Server/Server=localhost",
+            "Mail Server/Security=0", "Scanner/Device=0", "Slideshow/Delay=1")
+MEGABYTE = 1 << 20
+
+
+class PrintSystem:
+    """CUPS with one printer, whose pages go into a file."""
+
+    def __init__(self, folder):
+        for name in ("root", "spool", "state", "cache", "log", "tmp", "out"):
+            os.makedirs(os.path.join(folder, name))
+        with open(os.path.join(folder, "cups-files.conf"), "w", encoding="ascii") as file:
+            file.write("FileDevice Yes\nSyncOnClose No\n" + "".join(
+                f"{key} {folder}/{name}\n" for key, name in (
+                    ("ServerRoot", "root"), ("RequestRoot", "spool"), ("StateDir", "state"), ("CacheDir", "cache"),
+                    ("TempDir", "tmp"), ("AccessLog", "log/access"), ("ErrorLog", "log/error"), ("PageLog", "log/page"),
+                    ("DocumentRoot", "root"))))
+        with open(os.path.join(folder, "cupsd.conf"), "w", encoding="ascii") as file:
+            file.write(f"LogLevel info\nListen {folder}/socket\nBrowsing No\nDefaultAuthType None\nWebInterface No\n"
+                       "MaxJobTime 60\n<Location />\nAllow all\n</Location>\n<Policy default>\n<Limit All>\nAllow all\n"
+                       "</Limit>\n</Policy>\n")
+        command = ["/usr/sbin/cupsd", "-f", "-c", folder + "/cupsd.conf", "-s", folder + "/cups-files.conf"]
+        if os.geteuid() == 0:  # the superuser's scheduler would not do with folders of its own
+            subprocess.run(["chown", "-R", "nobody:nogroup", folder], check=True)
+            command = ["setpriv", "--reuid=nobody", "--regid=nogroup", "--clear-groups", *command]
+        self.environment = {**os.environ, "CUPS_SERVER": folder + "/socket"}
+        self.scheduler = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.spool = folder + "/spool"
+        for _ in range(300):
+            if "is running" in self.ask("lpstat", "-r"):
+                break
+            time.sleep(0.1)
+        self.ask("/usr/sbin/lpadmin", "-p", "Pages", "-E", "-v", f"file:{folder}/out/pages.prn", "-o",
+                 "printer-error-policy=abort-job")
+        self.ask("/usr/sbin/lpadmin", "-d", "Pages")
+
+    def ask(self, *command):
+        return subprocess.run(command, env=self.environment, capture_output=True, text=True, check=False).stdout
+
+    def jobs(self):
+        """How many there have been."""
+        return sum(name.startswith("c") for name in os.listdir(self.spool))
+
+    def stop(self):
+        self.scheduler.terminate()
+        self.scheduler.wait(10)
+
+
+class MailSystem:
+    def __init__(self, source, folder):
+        os.makedirs(folder)
+        self.folder = folder
+        self.server = subprocess.Popen(["/usr/bin/python3", os.path.join(source, "tests/support/smtp-server.py"), folder])
+        port = os.path.join(folder, "port")
+        while not os.path.exists(port) and self.server.poll() is None:
+            time.sleep(0.05)
+        with open(port, encoding="ascii") as file:
+            self.port = file.read()
+
+    def mails(self):
+        return sum(name.endswith(".eml") for name in os.listdir(self.folder))
+
+    def stop(self):
+        self.server.terminate()
+        self.server.wait(10)
+
+
+def give_files(photos, folder):
+    """What the walk drops, pastes and chooses: photos, some of them broken, and what is none."""
+    os.makedirs(folder)
+    found = sorted(os.path.join(place, name) for place, _, names in os.walk(photos) for name in names
+                   if name.endswith(".jpg"))
+    for number, photo in enumerate(found[:: max(1, len(found) // 4)]):
+        shutil.copy(photo, os.path.join(folder, f"photo {number}.jpg"))
+    with open(found[0], "rb") as file:
+        whole = file.read()
+    for name, content in (("half.jpg", whole[: len(whole) // 2]), ("head.jpg", whole[:400]), ("empty.png", b""),
+                          ("noise.tif", bytes(reversed(whole[:5000]))), ("story.txt", b"Once upon a time")):
+        with open(os.path.join(folder, name), "wb") as file:
+            file.write(content)
+    return os.path.join(folder, "photo 0.jpg")
+
+
+def script(mode, photo, folder, seed, count, port):
+    lines = [f"setting {each}" for each in (*SETTINGS, f"Mail Server/Port={port}", f"SFX/Advanced={seed % 2}")]
+    if mode == "simple":
+        lines += ["start simple", "drop " + photo]
+    else:
+        lines += ["start advanced " + photo]
+    lines += ["expect state.PhotoLoaded 1", "undo all", "hash opened"]
+    for portion in range(0, count, PORTION):
+        lines += [f"monkey {seed * 1000 + portion // PORTION} {min(PORTION, count - portion)} {folder}",
+                  "redo all", "hash now", "undo all", "expect hash $opened", "redo all", "expect hash $now"]
+    return "\n".join([*lines, "quit", ""])
+
+
+def handles(process):
+    """What its open files are."""
+    links = []
+    for number in os.listdir(f"/proc/{process}/fd"):
+        try:
+            links.append(re.sub(r"\d{3,}", "N", os.readlink(f"/proc/{process}/fd/{number}")))
+        except FileNotFoundError:
+            pass  # closed meanwhile
+    return sorted(links)
+
+
+def measure(process, log, sizes):
+    """Bytes without the shared files, and what is open, after each portion."""
+    while process.poll() is None:
+        with open(log, encoding="utf-8", errors="replace") as file:
+            done = sum(re.match(r"\d+: undo all", line) is not None for line in file)
+        if done > len(sizes):
+            try:
+                with open(f"/proc/{process.pid}/status", encoding="ascii") as file:
+                    memory = int(re.search(r"RssAnon:\s*(\d+)", file.read())[1]) * 1024
+                sizes.append((memory, handles(process.pid)))
+            except (OSError, TypeError):
+                return  # it has just ended
+        time.sleep(0.5)
+
+
+def walk(play, source, count, seed, mode):
+    with tempfile.TemporaryDirectory() as folder:
+        os.chmod(folder, 0o755)
+        printing = PrintSystem(os.path.join(folder, "print"))
+        mail = MailSystem(source, os.path.join(folder, "mail"))
+        files = os.path.join(folder, "files")
+        photo = give_files(os.path.join(os.path.dirname(play), "My Photos"), files)
+        log = os.path.join(folder, "log")
+        plan = os.path.join(folder, "walk.play")
+        with open(plan, "w", encoding="utf-8") as file:
+            file.write(script(mode, photo, files, seed, count, mail.port))
+        environment = {**printing.environment, "QT_QPA_PLATFORM": "offscreen",
+                       "SANE_CONFIG_DIR": os.path.join(source, "tests/support/sane")}
+        sizes = []
+        try:
+            with open(log, "w", encoding="utf-8") as output:
+                process = subprocess.Popen([play, "--keep-photos", "--patience", "60000", "--timeout", "600", "--verbose", plan],
+                                           env=environment, stdout=output, stderr=subprocess.STDOUT)
+            watch = threading.Thread(target=measure, args=(process, log, sizes))
+            watch.start()
+            code = process.wait()
+            watch.join()
+            jobs, mails = printing.jobs(), mail.mails()
+        finally:
+            if process.poll() is None:
+                process.send_signal(signal.SIGTERM)
+            printing.stop()
+            mail.stop()
+        with open(log, encoding="utf-8", errors="replace") as file:
+            said = [line for line in file.read().split("\n") if not re.search("This plugin|longest turn", line)]
+        if "LUMORA_WALK_LOG" in os.environ:
+            shutil.copy(log, f"{os.environ['LUMORA_WALK_LOG']}/{mode}-{seed}.log")
+        if code != 0:
+            fail("\n".join(said[-32:]) + f"\nthe walk {seed} in {mode} mode ended with {code}")
+        early, late = sizes[len(sizes) // 5], sizes[-1]
+        words = f"walk {seed} in {mode} mode: {count} actions, {jobs} prints, {mails} mails, " + \
+            f"{early[0] // MEGABYTE} MB and {len(early[1])} handles early, {late[0] // MEGABYTE} MB and {len(late[1])} " + \
+            "at the end"
+        print(words, flush=True)
+        # The undo history keeps 640 MB of pixels in memory at most; files may be open while it spills.
+        if late[0] > max(early[0], 900 * MEGABYTE) * 1.1 or len(late[1]) > len(early[1]) + 3:
+            fail("that grows:\n" + "\n".join(late[1]))
+
+
+def main():
+    play, source, count = os.path.realpath(sys.argv[1]), os.path.realpath(sys.argv[2]), int(sys.argv[3])
+    for seed, mode in zip(sys.argv[4::2], sys.argv[5::2]):
+        walk(play, source, count, int(seed), mode)
+
+
+main()
