@@ -1,5 +1,6 @@
 """What a screen reader is told of the program (AT-SPI): its windows and controls, their names, kinds and places."""
 
+import os
 import subprocess
 import sys
 import time
@@ -9,7 +10,7 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
-PATIENCE = 60  # seconds, for a busy machine
+PATIENCE = float(os.environ.get("PATIENCE", 60))  # seconds, for a busy machine
 
 Atspi.set_timeout(1000 * PATIENCE, 1000 * PATIENCE)
 
@@ -39,8 +40,9 @@ class Thing:
 
     def place(self):
         """Left, top, width and height in its window, in the program's own pixels."""
-        place = self.source.get_extents(Atspi.CoordType.WINDOW)
-        return place.x, place.y, place.width, place.height
+        place = self.source.get_extents(Atspi.CoordType.WINDOW)  # Qt 6.4 makes it too large
+        size = self.source.get_extents(Atspi.CoordType.SCREEN)
+        return place.x, place.y, size.width, size.height
 
 
 def look(source, parent=None):
