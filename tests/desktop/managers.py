@@ -9,7 +9,7 @@ import time
 from collections import namedtuple
 
 import gi
-from accessible import Program
+from accessible import PATIENCE, Program
 
 gi.require_version("GdkPixbuf", "2.0")
 from gi.repository import GdkPixbuf  # noqa: E402
@@ -43,7 +43,7 @@ def screen(number):
 
 
 def run(*command):
-    return subprocess.run([str(each) for each in command], capture_output=True, text=True).stdout
+    return subprocess.run([str(each) for each in command], capture_output=True, text=True, timeout=PATIENCE).stdout
 
 
 def step(text):
@@ -114,6 +114,7 @@ class Weston:
     def __init__(self):
         factor = 2 if SCALE == 2 else 1  # the compositor knows whole numbers; for others the program's own scale
         self.factor = factor
+        os.makedirs(f"{FOLDER}/config", exist_ok=True)
         with open(f"{FOLDER}/config/weston.ini", "w", encoding="utf-8") as file:
             file.write("[core]\nidle-time=0\n[shell]\npanel-position=none\nanimation=none\nstartup-animation=none\n"
                        "close-animation=none\nfocus-animation=none\nlocking=false\n")
@@ -134,11 +135,11 @@ class Weston:
     def is_up(self):
         if not os.path.exists(f"{os.environ['XDG_RUNTIME_DIR']}/wayland-lumora") or "background" not in self.scene():
             return False
-        outputs = run("xdotool", "search", "--name", "Weston Compositor").split()
+        outputs = run("xdotool", "search", "--class", "Weston Compositor").split()
         if len(outputs) != SCREENS:
             return False
         for number, each in enumerate(sorted(outputs, key=int)):
-            run("xdotool", "windowmove", "--sync", each, number * WIDTH, 0)
+            run("xdotool", "windowmove", each, number * WIDTH, 0)
         run("xdotool", "windowfocus", "--sync", outputs[0])
         return True
 
@@ -279,28 +280,36 @@ def photo_is(words):
     until(lambda: program.photo().name.startswith(words), f"photo \"{words}\"")
 
 
-def starts():
+def starts(place):
     step("starts, and fills the screen")
     photo_is(TITLE)
     window = until(lambda: desk.window("Lumora"), "window")
-    until(lambda: desk.place(window) == screen(0), "window that fills the screen")
+    until(lambda: desk.place(window) == place, f"window at {place}")
     until(lambda: desk.front() == window, "window in front")
     return window
 
 
-def drags_window(window):
-    step("a double click on the title strip restores it, dragging the strip moves it")
+def double_click(window):
     x, y = strip_of(window)
     run("xdotool", "mousemove", x, y, "click", "--repeat", 2, "--delay", 60, 1)
-    until(lambda: not desk.is_maximised(window) and desk.place(window) != screen(0), "window that is restored")
-    drag_window(window, 60, 40)
 
 
-def fills_screen(window, number):
-    step(f"a double click lets it fill screen {number + 1}")
-    x, y = strip_of(window)
-    run("xdotool", "mousemove", x, y, "click", "--repeat", 2, "--delay", 60, 1)
-    until(lambda: desk.place(window) == screen(number), f"window that fills screen {number + 1}")
+def is_restored(window):
+    step("a double click on the title strip restores it")
+    double_click(window)
+    until(lambda: not desk.is_maximised(window) and desk.place(window)[2:] != screen(0)[2:], "window that is restored")
+
+
+def fills(window, place):
+    step("a double click lets it fill the screen")
+    double_click(window)
+    until(lambda: desk.is_maximised(window) and (ON_WAYLAND or desk.place(window) == place), f"window at {place}")
+
+
+def goes_to_second_screen(window):
+    step("dragged to the second screen")
+    drag(strip_of(window), (screen(1).x + round(300 * SCALE), round(60 * SCALE)))
+    until(lambda: desk.place(window).middle()[0] >= WIDTH, "window on the second screen")
 
 
 def opens_bars(room):
@@ -310,9 +319,9 @@ def opens_bars(room):
     if not room.holds(place):
         sys.exit(f"the bar is at {place}, not in {room}")
     click("Invert")
-    until(lambda: program.find("Undo").enabled, "effect")
+    until(lambda: program.find("Undo").enabled and not program.find("Redo").enabled, "effect")
     key("ctrl+z")
-    until(lambda: not program.find("Undo").enabled, "end of the effect")
+    until(lambda: program.find("Redo").enabled, "end of the effect")
 
 
 def opens_bubble(room):
@@ -335,7 +344,7 @@ def opens_menu(room):
     for _ in range(5):  # fit, 25, 50, 75, 100
         key("Down")
     key("Return")
-    until(lambda: program.photo().name == f"{TITLE}, 100 %", "zoom")
+    until(lambda: program.photo().name.endswith(", 100 %"), "zoom")
     key("ctrl+0")
 
 
@@ -449,22 +458,45 @@ def switches_and_shares(window):
     client.end()
 
 
+def uses_windows(window, room):
+    minimises(window)
+    opens_bars(room)
+    opens_bubble(room)
+    opens_menu(room)
+    opens_dialogs(window, room)
+
+
+def on_second_screen(window):
+    global program
+    if ON_WAYLAND:  # its screens keep the pointer while a button is down, and new windows go where it is
+        program.end()
+        run("xdotool", "mousemove", *screen(1).middle(), "click", 1)
+        program = Program(f"{FOLDER}/program/lumora", PHOTO)
+        window = starts(screen(1))
+    else:
+        is_restored(window)
+        goes_to_second_screen(window)
+        fills(window, screen(1))
+    uses_windows(window, screen(1))
+
+
 def main():
     global desk, program
     desk = Weston() if ON_WAYLAND else X()
     while not desk.is_up():
+        if time.monotonic() - began > PATIENCE:
+            sys.exit(f"{MANAGER} does not start")
         time.sleep(0.1)
     try:
         program = Program(f"{FOLDER}/program/lumora", PHOTO)
-        window = starts()
-        minimises(window)
-        opens_bars(screen(0))
-        opens_bubble(screen(0))
-        opens_menu(screen(0))
-        opens_dialogs(window, screen(0))
+        window = starts(screen(0))
+        uses_windows(window, screen(0))
         switches_and_shares(window)
-        drags_window(window)
-        fills_screen(window, 0)
+        is_restored(window)
+        drag_window(window, 60, 40)
+        fills(window, screen(0))
+        if SCREENS == 2:
+            on_second_screen(window)
         program.end()
     except BaseException:
         print(run("xdotool", "getmouselocation"), desk.front())
