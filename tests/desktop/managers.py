@@ -100,9 +100,6 @@ class X:
 
     switch_to = restore
 
-    def ask_to_close(self, window):
-        run("xdotool", "windowquit", window)
-
     def end(self):
         self.manager.terminate()
         self.manager.wait()
@@ -460,23 +457,20 @@ def switches_and_shares(window):
 
 def uses_windows(window, room):
     minimises(window)
-    opens_bars(room)
+    if desk.is_maximised(window):  # otherwise the tools scroll
+        opens_bars(room)
     opens_bubble(room)
     opens_menu(room)
     opens_dialogs(window, room)
 
 
 def on_second_screen(window):
-    global program
-    if ON_WAYLAND:  # its screens keep the pointer while a button is down, and new windows go where it is
-        program.end()
-        run("xdotool", "mousemove", *screen(1).middle(), "click", 1)
-        program = Program(f"{FOLDER}/program/lumora", PHOTO)
-        window = starts(screen(1))
-    else:
-        is_restored(window)
+    is_restored(window)
+    if not ON_WAYLAND:  # weston's screens keep the pointer while a button is down, so it restores the window there itself
         goes_to_second_screen(window)
         fills(window, screen(1))
+    if desk.place(window).x < WIDTH:
+        sys.exit(f"the window is at {desk.place(window)}")
     uses_windows(window, screen(1))
 
 
