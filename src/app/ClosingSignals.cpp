@@ -31,9 +31,21 @@ void tellThePipe(int number) {
     errno = before;
 }
 
+void endProgram() {
+    // A dialog of the desktop may run an event loop that knows nothing of exit(): it ends with the dialog.
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        auto *dialog = qobject_cast<QDialog *>(window);
+        if (dialog != nullptr && dialog->isVisible() && dialog->testAttribute(Qt::WA_DontShowOnScreen)) {
+            dialog->reject();
+        }
+    }
+    QCoreApplication::exit(0);
+}
+
 } // namespace
 
 ClosingSignals::ClosingSignals(QObject *parent) : QObject(parent) {
+    qApp->installEventFilter(this);
     if (::pipe2(pipeEnds.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         return; // then a signal ends the program by default
     }
@@ -41,14 +53,7 @@ ClosingSignals::ClosingSignals(QObject *parent) : QObject(parent) {
     auto *notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [notifier] {
         notifier->setEnabled(false);
-        // A dialog of the desktop may run an event loop that knows nothing of exit(): it ends with the dialog.
-        for (QWidget *window : QApplication::topLevelWidgets()) {
-            auto *dialog = qobject_cast<QDialog *>(window);
-            if (dialog != nullptr && dialog->isVisible() && dialog->testAttribute(Qt::WA_DontShowOnScreen)) {
-                dialog->reject();
-            }
-        }
-        QCoreApplication::exit(0); // quit() would close the windows, which may ask the user
+        endProgram();
     });
     for (const int number : closingSignals) {
         struct sigaction action {};
@@ -75,6 +80,16 @@ ClosingSignals::~ClosingSignals() {
             ::close(std::exchange(end, -1));
         }
     }
+}
+
+/// The session's end, or this program's own. Qt would close the windows first, of which one may ask the user, or not be
+/// allowed to close, and so hold up the session.
+bool ClosingSignals::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == qApp && event->type() == QEvent::Quit) {
+        endProgram();
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 } // namespace lumora

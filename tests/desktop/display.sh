@@ -7,7 +7,7 @@ fail() {
 }
 . scripts/display.sh
 
-start_virtual_display 1280x800
+start_virtual_display "${screen:-1280x800}"
 # Neither settings nor services of the desktop that runs the tests.
 export QT_QPA_PLATFORMTHEME=gtk3 GSETTINGS_BACKEND=memory NO_AT_BRIDGE=1
 unset DBUS_SESSION_BUS_ADDRESS
@@ -18,4 +18,24 @@ home_of_its_own() {
     chmod 700 "$1/run"
     export HOME=$1/home XDG_RUNTIME_DIR=$1/run XDG_CONFIG_HOME=$1/config XDG_DATA_HOME=$1/data XDG_STATE_HOME=$1/state XDG_CACHE_HOME=$1/cache
     export TMPDIR=$1/tmp
+}
+
+# remove_at_end FOLDER: with the display.
+remove_at_end() {
+    local stop_display
+    stop_display=$(trap -p EXIT | cut -d"'" -f2)
+    # shellcheck disable=SC2064 # both as they are now
+    trap "rm -rf '$1'; $stop_display" EXIT
+}
+
+# program_of_its_own LUMORA FOLDER: a copy in there, since the program writes beside itself. It needs a Lumora.ini.
+program_of_its_own() {
+    local bin each
+    bin=$(realpath "$(dirname "$1")")
+    mkdir -p "$2"
+    ln "$1" "$2/lumora" 2>/dev/null || cp "$1" "$2/lumora"
+    for each in languages "My Photos" Videos lumora-devices; do
+        ln -s "$bin/$each" "$2/"
+    done
+    cp "$bin/language.ini" "$2/"
 }

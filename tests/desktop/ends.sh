@@ -5,16 +5,11 @@ set -euo pipefail
 . tests/desktop/display.sh
 
 folder=$(mktemp -d)
-stop_display=$(trap -p EXIT | cut -d"'" -f2)
-# shellcheck disable=SC2064 # both as they are now
-trap "rm -r '$folder'; $stop_display" EXIT
+remove_at_end "$folder"
 home_of_its_own "$folder"
-# The program writes beside itself.
 bin=$(dirname "$1")
-ln "$1" "$folder/lumora" 2>/dev/null || cp "$1" "$folder/lumora"
-ln -s "$(realpath "$bin")/languages" "$(realpath "$bin")/My Photos" "$folder/"
-cp "$bin/language.ini" "$folder/"
-printf '[Welcome]\nShow=0\n[Dialogs]\nStyle=1\n' >"$folder/Lumora.ini"
+program_of_its_own "$1" "$folder/program"
+printf '[Welcome]\nShow=0\n[Dialogs]\nStyle=1\n' >"$folder/program/Lumora.ini"
 
 # window TITLE: its number, once the program shows it.
 window() {
@@ -27,7 +22,7 @@ window() {
 
 for dialog in "Open ctrl+o" "Save ctrl+s"; do
     read -r title keys <<<"$dialog"
-    "$folder/lumora" "$bin/My Photos/animals/ladybird.jpg" &
+    "$folder/program/lumora" "$bin/My Photos/animals/ladybird.jpg" &
     program=$!
     sleep 1
     xdotool windowfocus --sync "$(window Lumora)"

@@ -5,18 +5,9 @@ set -euo pipefail
 unset QT_QPA_PLATFORMTHEME # the theme of GTK would show windows of its own to the screen reader
 
 folder=$(mktemp -d)
-stop_display=$(trap -p EXIT | cut -d"'" -f2)
-# shellcheck disable=SC2064 # both as they are now
-trap "rm -rf '$folder'; $stop_display" EXIT
+remove_at_end "$folder"
 home_of_its_own "$folder"
-# The program writes beside itself.
-bin=$(realpath "$(dirname "$1")")
-mkdir "$folder/program"
-ln "$1" "$folder/program/lumora" 2>/dev/null || cp "$1" "$folder/program/lumora"
-for each in languages "My Photos" Videos lumora-devices; do
-    ln -s "$bin/$each" "$folder/program/"
-done
-cp "$bin/language.ini" "$folder/program/"
+program_of_its_own "$1" "$folder/program"
 cat >"$folder/program/Lumora.ini" <<'INI'
 [Welcome]
 Show=0

@@ -1,0 +1,505 @@
+"""managers.py FOLDER BIN MANAGER SCALE SCREENS: uses the program in that folder under a window manager of X, or the Wayland
+compositor weston, with real events, and looks at what X, weston and the screen reader's interface say of it."""
+
+import os
+import re
+import subprocess
+import sys
+import time
+from collections import namedtuple
+
+import gi
+from accessible import PATIENCE, Program
+
+gi.require_version("GdkPixbuf", "2.0")
+from gi.repository import GdkPixbuf  # noqa: E402
+
+FOLDER, BIN, MANAGER, SCALE, SCREENS = sys.argv[1], sys.argv[2], sys.argv[3], float(sys.argv[4]), int(sys.argv[5])
+ON_WAYLAND = MANAGER == "weston"
+WIDTH, HEIGHT = round(1024 * SCALE), round(768 * SCALE)  # of a screen, in its pixels
+SHADOW = 18 if MANAGER in {"metacity", "weston"} else 0  # program pixels round a dialog, where windows can be translucent
+PHOTO = f"{BIN}/My Photos/animals/ladybird.jpg"
+OTHER = f"{BIN}/My Photos/animals/owl.jpg"
+SMALL = f"{FOLDER}/small.png"
+TITLE = "ladybird.jpg, 1600 x 1200 pixels"
+
+
+class Rect(namedtuple("Rect", "x y width height")):
+    """Of the display's pixels."""
+
+    def holds(self, other):
+        return (self.x <= other.x and other.x + other.width <= self.x + self.width and self.y <= other.y and
+                other.y + other.height <= self.y + self.height)
+
+    def without(self, margin):
+        return Rect(self.x + margin, self.y + margin, self.width - 2 * margin, self.height - 2 * margin)
+
+    def middle(self):
+        return self.x + self.width // 2, self.y + self.height // 2
+
+
+def screen(number):
+    return Rect(number * WIDTH, 0, WIDTH, HEIGHT)
+
+
+def run(*command):
+    return subprocess.run([str(each) for each in command], capture_output=True, text=True, timeout=PATIENCE).stdout
+
+
+def step(text):
+    print(f"{time.monotonic() - began:6.1f} {text}", flush=True)
+
+
+class X:
+    """A display whose windows a window manager moves. A window is its number."""
+
+    def __init__(self):
+        self.manager = subprocess.Popen({"openbox": ["openbox"], "xfwm4": ["xfwm4", "--compositor=off"],
+                                         "metacity": ["metacity"]}[MANAGER])
+
+    def is_up(self):
+        return "window id" in run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
+
+    def window(self, title):
+        """The last one of that name."""
+        found = run("xdotool", "search", "--onlyvisible", "--name", f"^{title}$").split()
+        return found[-1] if found else None
+
+    def place(self, window):
+        said = run("xwininfo", "-id", window)
+        return Rect(*(int(re.search(f"{key}: +(-?[0-9]+)", said)[1])
+                      for key in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")))
+
+    def popup(self):
+        """Where a menu is."""
+        for window in run("xdotool", "search", "--onlyvisible", "--name", ".").split():
+            if "TYPE_OVERRIDE" in run("xprop", "-id", window, "_NET_WM_WINDOW_TYPE"):
+                return self.place(window)
+        return None
+
+    def front(self):
+        return str(int(re.search("0x[0-9a-f]+", run("xprop", "-root", "_NET_ACTIVE_WINDOW"))[0], 16))
+
+    def is_above(self, upper, lower):
+        """Of two windows of the program. Managers put them into frames of their own, which stand in the stack."""
+        order = [str(int(each, 16)) for each in
+                 re.findall("0x[0-9a-f]+", run("xprop", "-root", "_NET_CLIENT_LIST_STACKING"))]
+        return order.index(upper) > order.index(lower)
+
+    def belongs_to(self, dialog, window):
+        return str(int(run("xprop", "-id", dialog, "WM_TRANSIENT_FOR").split()[-1], 16)) == window
+
+    def is_maximised(self, window):
+        return "MAXIMIZED_VERT" in run("xprop", "-id", window, "_NET_WM_STATE")
+
+    def is_minimised(self, window):
+        return "Iconic" in run("xprop", "-id", window, "WM_STATE")
+
+    def restore(self, window):
+        run("xdotool", "windowactivate", window)
+
+    switch_to = restore
+
+    def end(self):
+        self.manager.terminate()
+        self.manager.wait()
+
+
+class Weston:
+    """A compositor, whose screens are windows of an X display without manager. A window is its title."""
+
+    def __init__(self):
+        factor = 2 if SCALE == 2 else 1  # the compositor knows whole numbers; for others the program's own scale
+        self.factor = factor
+        os.makedirs(f"{FOLDER}/config", exist_ok=True)
+        with open(f"{FOLDER}/config/weston.ini", "w", encoding="utf-8") as file:
+            file.write("[core]\nidle-time=0\n[shell]\npanel-position=none\nanimation=none\nstartup-animation=none\n"
+                       "close-animation=none\nfocus-animation=none\nlocking=false\n")
+        os.environ["WAYLAND_DISPLAY"] = "wayland-lumora"
+        os.environ["QT_QPA_PLATFORM"] = "wayland"
+        with open(f"{FOLDER}/weston.log", "w", encoding="utf-8") as log:
+            self.manager = subprocess.Popen(
+                ["weston", "--backend=x11-backend.so", "--use-pixman", "--debug", "--socket=wayland-lumora",
+                 f"--scale={factor}", f"--width={WIDTH // factor}", f"--height={HEIGHT // factor}",
+                 f"--output-count={SCREENS}"], stdout=log, stderr=log)
+
+    def scene(self):
+        try:
+            return subprocess.run(["weston-debug", "scene-graph"], capture_output=True, text=True, timeout=5).stdout
+        except subprocess.TimeoutExpired as late:
+            return (late.stdout or b"").decode()
+
+    def is_up(self):
+        if not os.path.exists(f"{os.environ['XDG_RUNTIME_DIR']}/wayland-lumora") or "background" not in self.scene():
+            return False
+        outputs = run("xdotool", "search", "--class", "Weston Compositor").split()
+        if len(outputs) != SCREENS:
+            return False
+        for number, each in enumerate(sorted(outputs, key=int)):
+            run("xdotool", "windowmove", each, number * WIDTH, 0)
+        run("xdotool", "windowfocus", "--sync", outputs[0])
+        return True
+
+    def views(self, kind="window '(.*?)' of"):
+        """What is shown, the front one first: title and place."""
+        shown = []
+        for view in self.scene().split("View ")[1:]:
+            title = re.search(kind, view)
+            place = re.search(r"position: \((-?\d+), (-?\d+)\) -> \((-?\d+), (-?\d+)\)", view)
+            if title and place:
+                left, top, right, bottom = (self.factor * int(each) for each in place.groups())
+                shown.append((title[1], Rect(left, top, right - left, bottom - top)))
+        return shown
+
+    def window(self, title):
+        return title if title in [name for name, _ in self.views()] else None
+
+    def place(self, window):
+        return next(place for name, place in self.views() if name == window)
+
+    def popup(self):
+        return next((place for _, place in self.views("role (xdg_popup)")), None)
+
+    def front(self):
+        return self.views()[0][0]
+
+    def is_above(self, upper, lower):
+        names = [name for name, _ in self.views()]
+        return names.index(upper) < names.index(lower)
+
+    def belongs_to(self, _dialog, _window):
+        return True  # weston does not say it; what it means is that it stays above
+
+    def is_maximised(self, window):
+        return self.place(window) in [screen(number) for number in range(SCREENS)]
+
+    def is_minimised(self, window):
+        return window not in [name for name, place in self.views()]
+
+    def restore(self, _window):
+        run("xdotool", "key", "super+Tab")
+
+    def switch_to(self, window):
+        """The manager's own key goes through the windows."""
+        for _ in range(3):
+            if self.front() != window:
+                run("xdotool", "keydown", "super", "key", "Tab", "keyup", "super")
+
+    def end(self):
+        self.manager.terminate()
+        self.manager.wait()
+
+
+began = time.monotonic()
+desk = None
+program = None
+
+
+def until(question, what):
+    """The answer, once it is not empty. What is asked may not be there yet."""
+    def answer():
+        try:
+            return question()
+        except (IndexError, KeyError, StopIteration, TypeError, ValueError):
+            return None
+    return program.wait(answer, what)
+
+
+# --- The hand --------------------------------------------------------------------------------------------------------
+
+
+def place_of(thing):
+    """Of a control, on the display."""
+    window = desk.place(desk.window(thing.window().name))
+    x, y, width, height = (round(SCALE * each) for each in thing.place())
+    return Rect(window.x + x, window.y + y, width, height)
+
+
+def standing(question, what):
+    """The control and its place, once that does not change any more."""
+    before = None
+    end = time.monotonic() + 30
+    while time.monotonic() < end:
+        thing = until(question, what)
+        now = place_of(thing)
+        if now == before:
+            return thing, now
+        before = now
+        time.sleep(0.1)
+    sys.exit(f"{what} does not come to rest")
+
+
+def named(name, kind=None):
+    return lambda: (found := program.find(name, kind)) and found.enabled and found
+
+
+def click(name, kind=None):
+    _, place = standing(named(name, kind), f"\"{name}\" to click")
+    x, y = place.middle()
+    run("xdotool", "mousemove", x, y, "click", 1)
+
+
+def key(keys):
+    run("xdotool", "key", "--clearmodifiers", keys)
+
+
+def drag(start, end, steps=12):
+    run("xdotool", "mousemove", *start, "mousedown", 1)
+    for number in range(1, steps + 1):
+        time.sleep(0.02)  # a hand is not quicker
+        run("xdotool", "mousemove", *(round(a + (b - a) * number / steps) for a, b in zip(start, end)))
+    time.sleep(0.1)
+    run("xdotool", "mouseup", 1)
+
+
+def strip_of(window):
+    """A place in its title strip where nothing is to press."""
+    place = desk.place(window)
+    return place.x + round(SCALE * (SHADOW + 200)), place.y + round(SCALE * (SHADOW + 20))
+
+
+def drag_window(window, by_x, by_y):
+    """By its title strip, so many program pixels. It follows from where the hand is clearly dragging; the screen's edges
+    may hold it."""
+    before, (x, y) = desk.place(window), strip_of(window)
+    by_x, by_y = round(by_x * SCALE), round(by_y * SCALE)
+    drag((x, y), (x + by_x, y + by_y))
+    until(lambda: desk.place(window)[:2] != before[:2], f"move of the window from {before} by {by_x}, {by_y}")
+    after = desk.place(window)
+    if after[2:] != before[2:] or (after.x - before.x) * by_x < 0 or (after.y - before.y) * by_y < 0:
+        sys.exit(f"dragged by {by_x}, {by_y} {before} is {after}")
+
+
+# --- Steps -----------------------------------------------------------------------------------------------------------
+
+
+def photo_is(words):
+    until(lambda: program.photo().name.startswith(words), f"photo \"{words}\"")
+
+
+def starts(place):
+    step("starts, and fills the screen")
+    photo_is(TITLE)
+    window = until(lambda: desk.window("Lumora"), "window")
+    until(lambda: desk.place(window) == place, f"window at {place}")
+    until(lambda: desk.front() == window, "window in front")
+    return window
+
+
+def double_click(window):
+    x, y = strip_of(window)
+    run("xdotool", "mousemove", x, y, "click", "--repeat", 2, "--delay", 60, 1)
+
+
+def is_restored(window):
+    step("a double click on the title strip restores it")
+    double_click(window)
+    until(lambda: not desk.is_maximised(window) and desk.place(window)[2:] != screen(0)[2:], "window that is restored")
+
+
+def fills(window, place):
+    step("a double click lets it fill the screen")
+    double_click(window)
+    until(lambda: desk.is_maximised(window) and (ON_WAYLAND or desk.place(window) == place), f"window at {place}")
+
+
+def goes_to_second_screen(window):
+    step("dragged to the second screen")
+    drag(strip_of(window), (screen(1).x + round(300 * SCALE), round(60 * SCALE)))
+    until(lambda: desk.place(window).middle()[0] >= WIDTH, "window on the second screen")
+
+
+def opens_bars(room):
+    step("a floating bar beside its tool; an effect of it; undo")
+    click("Basic Effects", "radio button")
+    bar, place = standing(lambda: program.find("Basic Effects", "tool bar"), "floating bar")
+    if not room.holds(place):
+        sys.exit(f"the bar is at {place}, not in {room}")
+    click("Invert")
+    until(lambda: program.find("Undo").enabled and not program.find("Redo").enabled, "effect")
+    key("ctrl+z")
+    until(lambda: program.find("Redo").enabled, "end of the effect")
+
+
+def opens_bubble(room):
+    step("the mascot's bubble; the panel's end")
+    click("Crop", "radio button")
+    hint = "Drag the frame, or its dots."
+    _, place = standing(lambda: [each for each in program.see() if each.name == hint][-1], "bubble")
+    if not room.holds(place.without(SHADOW)):
+        sys.exit(f"the bubble is at {place}, not in {room}")
+    click("Back")
+    until(lambda: not program.find("Back"), "end of cropping")
+
+
+def opens_menu(room):
+    step("a menu, and what is chosen there")
+    click("Set Zoom Level")
+    place = until(desk.popup, "menu")
+    if not room.holds(place):
+        sys.exit(f"the menu is at {place}, not in {room}")
+    for _ in range(5):  # fit, 25, 50, 75, 100
+        key("Down")
+    key("Return")
+    until(lambda: program.photo().name.endswith(", 100 %"), "zoom")
+    key("ctrl+0")
+
+
+def opens_dialogs(window, room):
+    for button, title in (("Options", "Options"), ("Ideas", "Lumora Ideas"), ("Print", "Print"), ("Save", "Save As")):
+        step(f"\"{title}\" in front of the window, within the screen; dragged by its strip; Esc")
+        click(button, "push button")
+        dialog = until(lambda: desk.window(title), f"window \"{title}\"")
+        until(lambda: desk.front() == dialog, f"\"{title}\" in front")
+        if not desk.is_above(dialog, window) or not desk.belongs_to(dialog, window):
+            sys.exit(f"\"{title}\" does not stay above the window")
+        place = desk.place(dialog)
+        if not room.holds(place.without(round(SCALE * SHADOW))):
+            sys.exit(f"\"{title}\" is at {place}, not in {room}")
+        drag_window(dialog, -60, 40)
+        key("Escape")
+        until(lambda: not desk.window(title), f"end of \"{title}\"")
+        until(lambda: desk.front() == window, f"window in front after \"{title}\"")
+
+
+def minimises(window):
+    step("minimised and restored")
+    was = desk.place(window)
+    click("Minimise")
+    until(lambda: desk.is_minimised(window), "window that is minimised")
+    desk.restore(window)
+    until(lambda: desk.window("Lumora") and not desk.is_minimised(window), "window that is restored")
+    until(lambda: desk.place(window) == was, f"window at {was} again")
+
+
+# --- The other program -----------------------------------------------------------------------------------------------
+
+
+class Client:
+    def __init__(self):
+        environment = dict(os.environ, GDK_BACKEND="wayland" if ON_WAYLAND else "x11", NO_AT_BRIDGE="1")
+        self.process = subprocess.Popen(["/usr/bin/python3", f"{os.path.dirname(__file__)}/client.py", FOLDER],
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, env=environment)
+        self.window = until(lambda: desk.window("Client"), "client")
+
+    def does(self, what):
+        said = self.process.stdout.readline().strip()
+        if said != what:
+            sys.exit(f"the client says \"{said}\", not \"{what}\"")
+
+    def offer(self, line):
+        print(line, file=self.process.stdin, flush=True)
+        self.does("ready")
+
+    def key(self, keys, said):
+        desk.switch_to(self.window)
+        until(lambda: desk.front() == self.window, "client in front")
+        key(keys)
+        self.does(said)
+
+    def end(self):
+        self.process.terminate()
+        self.process.wait()
+
+
+def pixels(file):
+    """Size and hash, as the program itself reads it."""
+    return run(f"{BIN}/lumora-probe", file).split("\t")[3:5]
+
+
+def to_program(window):
+    desk.switch_to(window)
+    until(lambda: desk.front() == window, "window in front")
+
+
+def switches_and_shares(window):
+    GdkPixbuf.Pixbuf.new_from_file_at_scale(PHOTO, 400, 300, False).savev(SMALL, "png", [], [])
+    client = Client()
+    step("a switch to another program and back")
+    to_program(window)
+    step("a file is dropped from another program")
+    desk.switch_to(client.window)
+    until(lambda: desk.front() == client.window, "client in front")
+    client.offer(f"files {OTHER}")
+    here = desk.place(client.window).middle()
+    there = (here[0] + desk.place(client.window).width, here[1])
+    drag(here, there)
+    client.does("dragged")
+    click("No", "push button")  # the effect and its undoing are not saved
+    photo_is("owl.jpg")
+    step("a copied photo is pasted by another program")
+    to_program(window)
+    key("ctrl+c")
+    client.key("ctrl+v", "pasted")
+    if pixels(f"{FOLDER}/pasted.png") != pixels(OTHER):
+        sys.exit(f"the photo arrives as {pixels(FOLDER + '/pasted.png')}, not {pixels(OTHER)}")
+    step("a picture that another program copied is pasted")
+    client.offer(f"picture {SMALL}")
+    client.key("ctrl+c", "copied")
+    os.remove(f"{FOLDER}/pasted.png")
+    to_program(window)
+    until(lambda: program.find("Paste").enabled, "picture to paste")
+    key("ctrl+v")
+    photo_is("400 x 300")
+    key("ctrl+c")
+    client.key("ctrl+v", "pasted")
+    if pixels(f"{FOLDER}/pasted.png") != pixels(SMALL):
+        sys.exit(f"the pasted photo is {pixels(FOLDER + '/pasted.png')}, not {pixels(SMALL)}")
+    step("a file that another program copied is pasted")
+    client.offer(f"files {OTHER}")
+    client.key("ctrl+c", "copied")
+    to_program(window)
+    until(lambda: program.find("Paste").enabled, "file to paste")
+    key("ctrl+v")
+    photo_is("owl.jpg")
+    client.end()
+
+
+def uses_windows(window, room):
+    minimises(window)
+    if desk.is_maximised(window):  # otherwise the tools scroll
+        opens_bars(room)
+    opens_bubble(room)
+    opens_menu(room)
+    opens_dialogs(window, room)
+
+
+def on_second_screen(window):
+    is_restored(window)
+    if not ON_WAYLAND:  # weston's screens keep the pointer while a button is down, so it restores the window there itself
+        goes_to_second_screen(window)
+        fills(window, screen(1))
+    if desk.place(window).x < WIDTH:
+        sys.exit(f"the window is at {desk.place(window)}")
+    uses_windows(window, screen(1))
+
+
+def main():
+    global desk, program
+    desk = Weston() if ON_WAYLAND else X()
+    while not desk.is_up():
+        if time.monotonic() - began > PATIENCE:
+            sys.exit(f"{MANAGER} does not start")
+        time.sleep(0.1)
+    try:
+        program = Program(f"{FOLDER}/program/lumora", PHOTO)
+        window = starts(screen(0))
+        uses_windows(window, screen(0))
+        switches_and_shares(window)
+        is_restored(window)
+        drag_window(window, 60, 40)
+        fills(window, screen(0))
+        if SCREENS == 2:
+            on_second_screen(window)
+        program.end()
+    except BaseException:
+        print(run("xdotool", "getmouselocation"), desk.front())
+        run("import", "-window", "root", f"/tmp/desktops/{MANAGER}-fail.png")
+        raise
+    finally:
+        if program.process.poll() is None:
+            program.process.kill()
+        desk.end()
+
+
+main()
