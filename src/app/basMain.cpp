@@ -19,13 +19,15 @@
 #include <QApplication>
 #include <QPointer>
 #include <QTimer>
+#include <clocale>
 #include <cstdio>
+#include <utility>
 
 namespace lumora {
 
 namespace {
 
-constexpr int iconDelay = 100; // milliseconds from the start of the event loop at most
+constexpr int iconDelay = 100;                             // milliseconds from the start of the event loop at most
 constexpr const char *siteFile = "/etc/lumora/Lumora.ini"; // defaults and locks for all users of the computer
 
 } // namespace
@@ -75,7 +77,7 @@ struct basMain::Desk : public QObject {
     QPointer<frmMain> window;
 };
 
-basMain::basMain(Installation where) : m_context(std::move(where)) {}
+basMain::basMain(Installation where, ReadAhead ahead) : m_context(std::move(where)), m_ahead(std::move(ahead)) {}
 
 basMain::~basMain() {
     blockSignals(true); // the outcome is already known
@@ -142,7 +144,9 @@ void basMain::StartAdvancedMode(const QString &photo) {
 
 void basMain::startReading(const QString &photo) {
     if (!photo.isEmpty()) {
-        const auto picture = std::async(std::launch::async, readPicture, photo).share();
+        const ReadAhead ahead = std::exchange(m_ahead, {});
+        const auto picture =
+            ahead.photo == photo ? ahead.picture : std::async(std::launch::async, readPicture, photo).share();
         frmMain &window = loadMainWindow();
         window.setStartupPhotoPath(photo);
         window.setStartupPicture(picture);
@@ -304,6 +308,16 @@ Installation ownInstallation() {
             .siteFile = siteFile};
 }
 
+/// The photo's pixels take as long as the window, and need no window system.
+ReadAhead readAhead(const QString &commandLine) {
+    const QString photo = decideStart(commandLine).photo;
+    if (photo.isEmpty()) {
+        return {};
+    }
+    std::setlocale(LC_ALL, ""); // as the application does later: another thread may look at it from now on
+    return {photo, std::async(std::launch::async, readPicture, photo).share()};
+}
+
 int runLumora(int argc, char **argv) {
     if (argc == 2 && argv[1][0] == '-') {
         const QCoreApplication application(argc, argv);
@@ -314,11 +328,12 @@ int runLumora(int argc, char **argv) {
             return 0;
         }
     }
+    ReadAhead ahead = readAhead(commandLineAsTyped(argumentsOf(argc, argv)));
     QApplication application(argc, argv);
     const Installation where = ownInstallation();
     setUpApplication(application, where);
     const ClosingSignals closingSignals;
-    basMain program(where);
+    basMain program(where, std::move(ahead));
     const DesktopOpener opener([&program](const QString &what) {
         tellNoProgram(program.context().texts, what, QApplication::activeWindow());
     });

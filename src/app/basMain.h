@@ -40,11 +40,19 @@ StartDecision decideStart(const QString &commandLine);
 /// the end; empty for anything else. Needs a QCoreApplication and no display.
 QString answerOnTerminal(const QStringList &arguments, const Installation &where);
 
+struct PictureRead;
+
+/// A photo that another thread is reading already.
+struct ReadAhead {
+    QString photo; ///< its path
+    std::shared_future<PictureRead> picture;
+};
+
 class basMain : public QObject {
     Q_OBJECT
 
   public:
-    explicit basMain(Installation where);
+    explicit basMain(Installation where, ReadAhead ahead = {});
     ~basMain() override;
 
     /// Acts on a command line (see decideStart). False when it opened no window: the program then ends at once.
@@ -54,7 +62,8 @@ class basMain : public QObject {
     /// Starts directly in Advanced mode; `photo` may be empty. The file is read in a second thread while the window is
     /// built. The settings stay as the user left them.
     void StartAdvancedMode(const QString &photo);
-    /// Has another thread read the photo, which the main window shows once it is there; nothing for an empty name.
+    /// Has another thread read the photo, unless one does already. The main window shows it once it is there. Nothing
+    /// for an empty name.
     void startReading(const QString &photo);
 
     // The loaded windows, visible or not; null when not loaded.
@@ -92,6 +101,7 @@ class basMain : public QObject {
     QPointer<frmSplash> m_splash;
     QPointer<frmLauncher> m_launcher;
     Desk *m_desk = nullptr;
+    ReadAhead m_ahead; ///< until it is shown
 };
 
 /// Sets the application's name, version, icon and style, and shows it as the user of `where` likes it.

@@ -63,7 +63,7 @@ namespace {
 
 constexpr int zoomSteps[] = {25, 50, 75, 100, 150, 200, 300, 400}; // percent
 constexpr int statusHeight = 28;
-constexpr int othersDelay = 150; // milliseconds from the window's first show
+constexpr int othersDelay = 150;          // milliseconds from the window's first show
 constexpr QSize leastPhotoRoom(160, 120); // a panel may cover it on a very small screen
 constexpr double usualPart = 0.8;         // of the screen, when the window is not maximised
 constexpr double largestPart = 0.9;
@@ -349,8 +349,8 @@ void frmMain::SetMeUp() {
     }
     m_bubbles->start();
     offerRecovery();
-    // The first picture does not wait for other programs: those that fill the lists take processors from it, and looking
-    // at the clipboard loads every image plugin of the toolkit.
+    // The first picture does not wait for other programs: those that fill the lists take processors from it, and
+    // looking at the clipboard loads every image plugin of the toolkit.
     QTimer::singleShot(othersDelay, this, [this] {
         refreshPaste();
         m_devices->LoadScanners();
