@@ -3,11 +3,11 @@
 #include "session/AppContext.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/AnswerButtons.h"
+#include "widgets/MessageBox.h"
 #include "widgets/TitleStrip.h"
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
 
 namespace lumora {
 
@@ -73,7 +73,9 @@ QString SimpleFileDialog::pathOf(const QString &name) const {
 }
 
 void SimpleFileDialog::showError(const QString &description) {
-    QMessageBox::critical(isVisible() ? this : parentWidget(), m_ctx.texts.text("ErrorTitle"), description);
+    MessageBox box("msgError", m_ctx.texts.text("ErrorTitle"), description, isVisible() ? this : parentWidget());
+    box.setIcon(QMessageBox::Critical);
+    box.exec();
 }
 
 } // namespace lumora

@@ -24,6 +24,7 @@ constexpr int mostDegrees = 60;
 constexpr int styleDegrees = 30; // of the pictures, and of a style chosen while the angle is 0
 constexpr QSize stylePicture(64, 48);
 constexpr int narrowestStyle = 60; // pixels, in a narrow window
+constexpr int widestStyle = 140;   // so that the two stay side by side in a wide panel
 
 } // namespace
 
@@ -81,6 +82,7 @@ void PerspectiveBox::addStyles() {
         button->setObjectName(QStringLiteral("optPerspective%1").arg(i + 1));
         button->setPictureSize(stylePicture);
         button->setMinimumWidth(narrowestStyle);
+        button->setMaximumWidth(widestStyle);
         button->setCheckable(true);
         setAccessibleRole(*button, QAccessible::RadioButton);
         const int sign = i == 0 ? -1 : 1; // the first recedes to the left, the second to the right

@@ -5,13 +5,13 @@
 #include "session/AppContext.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/AnswerButtons.h"
+#include "widgets/MessageBox.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
 #include "widgets/WindowTexts.h"
 
 #include <QDir>
 #include <QHBoxLayout>
-#include <QMessageBox>
 #include <QRadioButton>
 
 namespace lumora {
@@ -30,13 +30,10 @@ QRadioButton *option(const QString &name, const QString &icon, QWidget *parent) 
 } // namespace
 
 void tellNoProgram(const Texts &texts, const QString &what, QWidget *owner) {
-    auto *box = new QMessageBox(QMessageBox::NoIcon, texts.text("ApplicationName"),
-                                texts.text("MsgNoProgram").arg(what), QMessageBox::Ok, owner);
-    box->setObjectName("msgNoProgram");
-    box->setTextFormat(Qt::PlainText);
-    box->setIconPixmap(iconPixmap("help", 64, box->devicePixelRatioF()));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    auto *box =
+        new MessageBox("msgNoProgram", texts.text("ApplicationName"), texts.text("MsgNoProgram").arg(what), owner);
+    box->setPicture("help");
+    box->showAlone();
 }
 
 frmHelp::frmHelp(AppContext &context, QWidget *owner)
@@ -109,12 +106,10 @@ void frmHelp::launchVideos() {
         }
         return;
     }
-    auto *box = new QMessageBox(QMessageBox::NoIcon, m_context.texts.text("ApplicationName"),
-                                m_context.texts.text("NoHelp"), QMessageBox::Ok, parentWidget());
-    box->setObjectName("msgNoHelp");
-    box->setIconPixmap(iconPixmap("videos", 64, devicePixelRatioF()));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    auto *box = new MessageBox("msgNoHelp", m_context.texts.text("ApplicationName"), m_context.texts.text("NoHelp"),
+                               parentWidget());
+    box->setPicture("videos");
+    box->showAlone();
 }
 
 } // namespace lumora

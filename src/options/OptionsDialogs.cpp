@@ -3,6 +3,7 @@
 #include "session/AppContext.h"
 #include "session/MyPictures.h"
 #include "session/OptionsSettings.h"
+#include "widgets/MessageBox.h"
 #include "widgets/PictureButton.h"
 #include "widgets/PictureChoice.h"
 #include "widgets/Theme.h"
@@ -10,7 +11,6 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLocale>
-#include <QMessageBox>
 #include <QVBoxLayout>
 
 namespace lumora {
@@ -60,19 +60,17 @@ void OptionsDialogs::showThrownAway() {
 }
 
 void OptionsDialogs::askToEmpty() {
-    auto *box = new QMessageBox(QMessageBox::NoIcon, m_ctx.texts.text("ApplicationName"), m_ctx.texts.text("MsgEmpty"),
-                                QMessageBox::Yes | QMessageBox::No, this);
-    box->setObjectName("msgEmpty");
+    auto *box = new MessageBox("msgEmpty", m_ctx.texts.text("ApplicationName"), m_ctx.texts.text("MsgEmpty"), this,
+                               QMessageBox::Yes | QMessageBox::No);
     box->setDefaultButton(QMessageBox::No);
-    box->setIconPixmap(iconPixmap("thrown-away", 64, devicePixelRatioF()));
-    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setPicture("thrown-away");
     connect(box, &QDialog::finished, this, [this](int answer) {
         if (answer == QMessageBox::Yes) {
             emptyThrownAway(m_ctx);
             showThrownAway();
         }
     });
-    box->open();
+    box->showAlone();
 }
 
 void OptionsDialogs::showValues(const OptionsSettings &options) {

@@ -3,6 +3,7 @@
 #include "options/frmMailServer.h"
 #include "session/AppContext.h"
 #include "session/OptionsSettings.h"
+#include "widgets/MessageBox.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
 
@@ -10,7 +11,6 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QVBoxLayout>
 
 namespace lumora {
@@ -91,12 +91,10 @@ void OptionsMiscellaneous::addWarnings() {
 void OptionsMiscellaneous::reset() {
     resetWarnings(m_ctx);
     chkWelcome->setChecked(true);
-    auto *box = new QMessageBox(QMessageBox::NoIcon, m_ctx.texts.text("ApplicationName"),
-                                m_ctx.texts.text("DlgOptionsReset"), QMessageBox::Ok, this);
-    box->setObjectName("msgReset");
-    box->setIconPixmap(iconPixmap("options-miscellaneous", 64, devicePixelRatioF()));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    auto *box =
+        new MessageBox("msgReset", m_ctx.texts.text("ApplicationName"), m_ctx.texts.text("DlgOptionsReset"), this);
+    box->setPicture("options-miscellaneous");
+    box->showAlone();
 }
 
 void OptionsMiscellaneous::editAddress() {

@@ -11,6 +11,7 @@
 #include "session/OptionsSettings.h"
 #include "widgets/AnimatedButton.h"
 #include "widgets/AnswerButtons.h"
+#include "widgets/MessageBox.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
 #include "widgets/TitleStrip.h"
@@ -19,7 +20,6 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QMessageBox>
 #include <QShortcut>
 #include <QStackedWidget>
 
@@ -138,12 +138,10 @@ void frmOptions::accept() {
 void frmOptions::askForAddress() {
     TabStrip1->setCurrent(m_pages->indexOf(m_miscellaneous));
     m_miscellaneous->editAddress();
-    auto *box = new QMessageBox(QMessageBox::NoIcon, m_ctx.texts.text("ApplicationName"),
-                                m_ctx.texts.text("DlgOptionsNoAddress"), QMessageBox::Ok, this);
-    box->setObjectName("msgNoAddress");
-    box->setIconPixmap(iconPixmap("email", 64, devicePixelRatioF()));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    auto *box = new MessageBox("msgNoAddress", m_ctx.texts.text("ApplicationName"),
+                               m_ctx.texts.text("DlgOptionsNoAddress"), this);
+    box->setPicture("email");
+    box->showAlone();
 }
 
 } // namespace lumora

@@ -17,18 +17,12 @@
 
 namespace lumora {
 
-namespace {
-
-constexpr int border = 2; // pixels
-
-} // namespace
-
 BorderlessDialog::BorderlessDialog(const QString &name, QWidget *owner)
     : QDialog(owner, Qt::Dialog | Qt::FramelessWindowHint), m_translucent(translucencyWorks()),
       m_strip(new TitleStrip(this)), m_body(new QVBoxLayout) {
     setObjectName(name);
     setAttribute(Qt::WA_TranslucentBackground, m_translucent);
-    const int margin = (m_translucent ? shadowMargin : 0) + border;
+    const int margin = (m_translucent ? shadowMargin : 0) + windowBorder;
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(margin, margin, margin, margin);
     column->setSpacing(0);

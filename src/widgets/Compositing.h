@@ -16,6 +16,8 @@ bool translucencyWorks();
 /// False on an X server without a window manager, where nobody maximises a window.
 bool windowsAreManaged();
 
+inline constexpr int windowBorder = 2; ///< pixels of a borderless window's edge, inside its shadow
+
 /// Paints the surface of a borderless window of that place: paper with rounded corners and a shadow inside the margin
 /// shadowMargin; where it is not translucent, an edge around the whole.
 void paintWindow(QPainter &painter, const QRect &window, bool translucent);

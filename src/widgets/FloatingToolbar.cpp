@@ -176,7 +176,11 @@ void FloatingToolbar::place() {
     int x = rightToLeft ? beside.left() - 4 - width() + shadowMargin : beside.right() + 5 - shadowMargin;
     int y = beside.center().y() - height() / 2;
     x = qBound(-shadowMargin, x, qMax(-shadowMargin, window->width() - width() + shadowMargin));
-    y = qBound(-shadowMargin, y, qMax(-shadowMargin, window->height() - height() + shadowMargin));
+    // Where it can, it leaves the status line below the column free.
+    const int panelHeight = height() - 2 * shadowMargin;
+    const int columnEnd = m_column ? m_column->mapTo(window, QPoint(0, m_column->height())).y() : window->height();
+    const int end = panelHeight <= columnEnd ? columnEnd : window->height();
+    y = qBound(-shadowMargin, y, qMax(-shadowMargin, end - height() + shadowMargin));
     move(x, y);
 }
 

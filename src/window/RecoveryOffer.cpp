@@ -5,9 +5,9 @@
 #include "document/Recovery.h"
 #include "session/AppContext.h"
 #include "session/PlainWords.h"
+#include "widgets/MessageBox.h"
 #include "widgets/Theme.h"
 
-#include <QMessageBox>
 #include <QTimer>
 #include <QWidget>
 #include <system_error>
@@ -57,14 +57,10 @@ void RecoveryOffer::tellDamaged() {
     if (std::exchange(m_damaged, 0) == 0) {
         return;
     }
-    auto *box =
-        new QMessageBox(QMessageBox::NoIcon, m_ctx.texts.text("ApplicationName"),
-                        m_ctx.texts.text("MsgCopyDamaged").arg(m_recovery.parentFolder()), QMessageBox::Ok, m_owner);
-    box->setObjectName("msgCopyDamaged");
-    box->setTextFormat(Qt::PlainText);
-    box->setIconPixmap(iconPixmap("hand", 64, m_owner->devicePixelRatioF()));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    auto *box = new MessageBox("msgCopyDamaged", m_ctx.texts.text("ApplicationName"),
+                               m_ctx.texts.text("MsgCopyDamaged").arg(m_recovery.parentFolder()), m_owner);
+    box->setPicture("hand");
+    box->showAlone();
 }
 
 void RecoveryOffer::ask() {

@@ -22,6 +22,7 @@
 #include "widgets/FloatingToolbar.h"
 #include "widgets/LockedMark.h"
 #include "widgets/LongPress.h"
+#include "widgets/MessageBox.h"
 #include "widgets/PictureButton.h"
 #include "widgets/ProgressPanel.h"
 #include "widgets/SlidingPanel.h"
@@ -50,7 +51,6 @@
 #include <QDropEvent>
 #include <QLabel>
 #include <QMenu>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QScreen>
 #include <QShortcut>
@@ -220,8 +220,11 @@ void frmMain::connectCommands() {
         }
     });
     connect(m_toolSet, &ToolSet::statusText, m_status, &StatusLine::setBaseText);
-    connect(m_toolSet, &ToolSet::noticeWanted, this,
-            [this](const QString &text) { QMessageBox::warning(this, m_ctx.texts.text("NoticeTitle"), text); });
+    connect(m_toolSet, &ToolSet::noticeWanted, this, [this](const QString &text) {
+        MessageBox box("msgNotice", m_ctx.texts.text("NoticeTitle"), text, this);
+        box.setIcon(QMessageBox::Warning);
+        box.exec();
+    });
     connect(m_toolSet, &ToolSet::buttonsToRefresh, this, &frmMain::chkPSButtons);
     connect(m_toolSet, &ToolSet::fitWanted, this, &frmMain::fitPhoto);
     connect(m_toolSet, &ToolSet::panelChanged, this, &frmMain::makeRoomForPanel);

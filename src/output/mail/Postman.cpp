@@ -6,8 +6,8 @@
 #include "output/mail/frmEmail.h"
 #include "output/mail/frmMailPassword.h"
 #include "session/AppContext.h"
+#include "widgets/MessageBox.h"
 
-#include <QMessageBox>
 #include <QScopeGuard>
 #include <utility>
 
@@ -121,10 +121,9 @@ void Postman::report(const MailResult &result) {
 }
 
 void Postman::showBox(int icon, const QString &name, const QString &text) {
-    auto *box = new QMessageBox(static_cast<QMessageBox::Icon>(icon), " ", text, QMessageBox::Ok, m_owner);
-    box->setObjectName(name);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    auto *box = new MessageBox(name, " ", text, m_owner);
+    box->setIcon(static_cast<QMessageBox::Icon>(icon));
+    box->showAlone();
 }
 
 } // namespace lumora
