@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <memory>
 #include <sys/prctl.h>
 #include <unistd.h>
 
@@ -86,8 +87,14 @@ Work workOf(const QStringList &words) {
 
 int main(int argc, char **argv) {
     qputenv("QT_QPA_PLATFORM", "minimal"); // no window will be shown
-    const QGuiApplication application(argc, argv);
-    QStringList words = QCoreApplication::arguments().mid(1);
+    QStringList words;
+    for (int n = 1; n < argc; ++n) {
+        words << QString::fromLocal8Bit(argv[n]);
+    }
+    // Recovery asks for a session; photos and settings need less, and less memory.
+    const bool isUnsaved = words.contains("recovery") || words.contains("discard");
+    const std::unique_ptr<QCoreApplication> application(isUnsaved ? new QGuiApplication(argc, argv)
+                                                                  : new QCoreApplication(argc, argv));
     long kill = -1;
     if (words.value(0) == "--kill") {
         kill = words.value(1).toLong();

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -20,7 +21,7 @@ namespace {
 constexpr const char *listName = "/saved-photos";
 constexpr const char *listLockName = "saved-photos.lock";
 constexpr qint64 mostListBytes = 4 << 20; // longer is none of Lumora's
-constexpr int lockTries = 20;
+constexpr int lockTries = 200;            // two seconds, for a busy machine
 constexpr std::chrono::milliseconds lockWait(10);
 
 /// Held while the list is read and written, so that of two programs that save at once both are noted; where nothing can
@@ -30,6 +31,9 @@ class ListLock {
     explicit ListLock(int folder)
         : m_file(::openat(folder, listLockName, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600)) {
         for (int n = 0; m_file >= 0 && n < lockTries && ::flock(m_file, LOCK_EX | LOCK_NB) != 0; ++n) {
+            if (errno != EWOULDBLOCK && errno != EINTR) {
+                break; // nothing can be locked here
+            }
             std::this_thread::sleep_for(lockWait);
         }
     }

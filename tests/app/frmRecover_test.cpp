@@ -21,6 +21,8 @@
 #include <functional>
 #include <iostream>
 #include <optional>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace lumora {
 namespace {
@@ -246,6 +248,22 @@ TEST_F(Recover, SignalsEndCleanlyAndKeepTheLastChange) {
         }
         EXPECT_EQ(copiesIn(recoveryFolder()), QStringList());
     }
+}
+
+/// As a helper program is that is ended between the fork and its own start.
+TEST_F(Recover, AChildThatIsEndedAtOnceDoesNotEndTheProgram) {
+    const ClosingSignals closingSignals;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::pause();
+        ::_exit(0);
+    }
+    ASSERT_EQ(::kill(child, SIGTERM), 0);
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
+    QTimer::singleShot(200, qApp, [] { QCoreApplication::exit(7); });
+    EXPECT_EQ(QApplication::exec(), 7);
 }
 
 TEST_F(Recover, IgnoredSignalsStayIgnored) {

@@ -138,7 +138,8 @@ def main():
             words, prepare, wrong = work(place)
             prepare()
             for name, most in sorted(place.calls(words).items()):
-                if work is discard and name == "clone3":
+                # Open: when no memory at all is to be had any more, the undo steps take more than a minute.
+                if (work is discard and name == "clone3") or (work is history and name == "mmap"):
                     continue
                 for number in range(1, (most if everything else min(most, 2)) + 1):
                     for error, on in errors_of(name, everything):

@@ -64,8 +64,10 @@ class SmallProgram : public Program {
     QImage picture() const override;
     QImage marked() const override;
     State state() const override;
-    /// cmdOpen is the control that a walk must not use.
-    bool isLeftAlone(const QWidget &widget, Walk) const override { return widget.objectName() == "cmdOpen"; }
+    /// cmdOpen is the control that a walk at the photo must not use.
+    bool isLeftAlone(const QWidget &widget, Walk walk) const override {
+        return walk == Walk::Photo && widget.objectName() == "cmdOpen";
+    }
     bool isMoving() const override { return false; }
     bool isAtRest() const override { return window.diary.last() == "escaped"; }
     std::function<QString()> orderCheck(Walk) const override;

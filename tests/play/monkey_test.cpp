@@ -2,7 +2,12 @@
 // reported with the action that caused them.
 #include "Playing.h"
 
+#include <QClipboard>
+#include <QFile>
+#include <QGuiApplication>
+#include <QMimeData>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -40,6 +45,22 @@ TEST(Monkey, ReachesEveryKindOfControlAndOnlyWhatAPersonCould) {
     }
     EXPECT_FALSE(actions.contains(QRegularExpression("cmdOpen|cmdOff|cmdHidden|cmdCovered|keyRedo")));
     EXPECT_FALSE(run.diary.contains("disturbed")); // no input while a long command accepts none
+}
+
+TEST(Monkey, GoesEverywhereWithFilesToDropToCopyAndToChoose) {
+    const QTemporaryDir folder;
+    QFile file(folder.filePath("photo.jpg"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    const Played run = playScript("start\nmonkey 2 400 " + folder.path(), 3000,
+                                  [](test::SmallWindow &window) { window.broken = "none"; });
+    ASSERT_EQ(run.problem, "");
+    for (const char *action : {"click cmdOpen", "drop in vain photo.jpg", "copy photo.jpg",
+                               "choose photo.jpg in QFileDialog", "click cmdYes in frm"}) {
+        EXPECT_TRUE(run.actions.join('\n').contains(action)) << action;
+    }
+    EXPECT_TRUE(run.diary.contains(file.fileName())); // what the dialog gave
+    EXPECT_TRUE(QGuiApplication::clipboard()->mimeData()->hasUrls());
 }
 
 TEST(Monkey, ReportsWhichActionBrokeTheOrder) {
