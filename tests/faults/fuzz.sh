@@ -15,7 +15,10 @@ shift
 need_packages build fuzz
 build fuzz
 fuzz=build/fuzz/bin/lumora-fuzz
-[ $# -gt 0 ] || set -- $("$fuzz" 2>&1 | sed 's/.*: *//')
+if [ $# -eq 0 ]; then
+    read -ra all < <("$fuzz" 2>&1 | sed 's/.*: *//') # it names them when it gets none
+    set -- "${all[@]}"
+fi
 
 made=$(mktemp -d -p /dev/shm)
 trap 'rm -r "$made"' EXIT

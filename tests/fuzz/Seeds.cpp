@@ -41,7 +41,6 @@ Sampler noise(int bits) {
 QString folder;
 int count = 0;
 
-/// Writes the seed; of pictures also one that is cut off.
 void add(const char *target, const QByteArray &bytes) {
     QDir().mkpath(folder + '/' + target);
     QFile file(QStringLiteral("%1/%2/%3").arg(folder, QLatin1String(target)).arg(++count));
@@ -51,6 +50,7 @@ void add(const char *target, const QByteArray &bytes) {
     }
 }
 
+/// And one that is cut off.
 void addCut(const char *target, const QByteArray &bytes) {
     add(target, bytes);
     add(target, bytes.left(bytes.size() * 2 / 3));
@@ -143,9 +143,9 @@ void addPngs() {
 }
 
 void addBmps() {
-    std::vector<QRgb> palette;
+    std::vector<QRgb> palette(256);
     for (int i = 0; i < 256; ++i) {
-        palette.push_back(qRgb(i, 255 - i, i ^ 85));
+        palette[static_cast<std::size_t>(i)] = qRgb(i, 255 - i, i ^ 85);
     }
     for (const int bits : {1, 4, 8, 24}) {
         for (const bool fromTop : {false, true}) {
@@ -258,11 +258,8 @@ void addModern() {
 
 void addMetadata() {
     const MetadataBlocks blocks = metadataBlocks(someMetadata(), QSize(width, height), PrivateDetails::Kept);
-    Exiv2::IptcData iptc;
-    iptc["Iptc.Application2.City"] = std::string("Quiet Harbour");
-    iptc["Iptc.Application2.Caption"] = std::string("The boat");
-    const Exiv2::DataBuf records = Exiv2::IptcParser::encode(iptc);
-    const auto *const bytes = reinterpret_cast<const char *>(records.pData_);
+    const QByteArray iptc = QByteArray("\x1C\x02\x5A\0\x0D", 5) + "Quiet Harbour" + // IPTC-IIM 4: the city
+                            QByteArray("\x1C\x02\x78\0\x08", 5) + "The boat";       // and the caption
     add("metadata", '\0' + blocks.exif);
     add("metadata", '\0' + cameraExif());
     add("metadata", '\0' + exifWithThumbnail(makeJpeg(16, 11, {}, noise(8))));
@@ -273,7 +270,7 @@ void addMetadata() {
         "<rdf:Description xmlns:dc='http://purl.org/dc/elements/1.1/' xmlns:tiff='http://ns.adobe.com/tiff/1.0/' "
         "tiff:Orientation='6'><dc:subject><rdf:Bag><rdf:li>boat</rdf:li></rdf:Bag></dc:subject>"
         "</rdf:Description></rdf:RDF></x:xmpmeta>");
-    add("metadata", '\2' + resourcesWithIptc(QByteArray(bytes, records.size_)));
+    add("metadata", '\2' + resourcesWithIptc(iptc));
     add("metadata", "\3The boat\n2021:03:04 05:06:07\nAda\n300");
     add("metadata", "\3The boat\nThu, 04 Mar 2021 05:06:07 +0100\nAda\n72.5");
 }
