@@ -6,14 +6,18 @@
 
 namespace lumora {
 
-/// Such a signal leaves the event loop with exit code 0, without asking. A signal that was ignored when the program
-/// started (nohup) stays ignored; the destructor restores the default handling.
+/// Such a signal leaves the event loop with exit code 0, without asking, once the work that is under way is done. A
+/// signal that was ignored when the program started (nohup) stays ignored; the destructor restores the default
+/// handling.
 class ClosingSignals : public QObject {
     Q_OBJECT
 
   public:
     explicit ClosingSignals(QObject *parent = nullptr);
     ~ClosingSignals() override;
+
+  private:
+    void end();
 };
 
 } // namespace lumora
