@@ -1,10 +1,14 @@
 #include "app/ClosingSignals.h"
 
+#include "session/DoEvents.h"
+
 #include <QApplication>
 #include <QDialog>
 #include <QSocketNotifier>
+#include <QTimer>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
@@ -15,7 +19,8 @@ namespace lumora {
 namespace {
 
 constexpr std::array closingSignals{SIGTERM, SIGINT, SIGHUP};
-std::array<int, 2> pipeEnds{-1, -1}; // read, write: async-signal-safe calls on a file descriptor
+constexpr std::chrono::milliseconds patience(15); // between two looks whether the work is done
+std::array<int, 2> pipeEnds{-1, -1};              // read, write: async-signal-safe calls on a file descriptor
 pid_t ownProcess = -1;
 
 void tellThePipe(int number) {
@@ -31,17 +36,6 @@ void tellThePipe(int number) {
     errno = before;
 }
 
-void endProgram() {
-    // A dialog of the desktop may run an event loop that knows nothing of exit(): it ends with the dialog.
-    for (QWidget *window : QApplication::topLevelWidgets()) {
-        auto *dialog = qobject_cast<QDialog *>(window);
-        if (dialog != nullptr && dialog->isVisible() && dialog->testAttribute(Qt::WA_DontShowOnScreen)) {
-            dialog->reject();
-        }
-    }
-    QCoreApplication::exit(0);
-}
-
 } // namespace
 
 ClosingSignals::ClosingSignals(QObject *parent) : QObject(parent) {
@@ -51,9 +45,9 @@ ClosingSignals::ClosingSignals(QObject *parent) : QObject(parent) {
     }
     ownProcess = ::getpid();
     auto *notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
-    connect(notifier, &QSocketNotifier::activated, this, [notifier] {
+    connect(notifier, &QSocketNotifier::activated, this, [this, notifier] {
         notifier->setEnabled(false);
-        endProgram();
+        end();
     });
     for (const int number : closingSignals) {
         struct sigaction action {};
@@ -64,6 +58,22 @@ ClosingSignals::ClosingSignals(QObject *parent) : QObject(parent) {
             ::sigaction(number, &action, nullptr);
         }
     }
+}
+
+void ClosingSignals::end() {
+    // From Qt 6.8 on exit() emits aboutToQuit at once, which would miss the result of the work that is under way.
+    if (isInDoEvents()) {
+        QTimer::singleShot(patience, this, &ClosingSignals::end);
+        return;
+    }
+    // A dialog of the desktop may run an event loop that knows nothing of exit(): it ends with the dialog.
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        auto *dialog = qobject_cast<QDialog *>(window);
+        if (dialog != nullptr && dialog->isVisible() && dialog->testAttribute(Qt::WA_DontShowOnScreen)) {
+            dialog->reject();
+        }
+    }
+    QCoreApplication::exit(0);
 }
 
 ClosingSignals::~ClosingSignals() {
@@ -86,7 +96,7 @@ ClosingSignals::~ClosingSignals() {
 /// allowed to close, and so hold up the session.
 bool ClosingSignals::eventFilter(QObject *watched, QEvent *event) {
     if (watched == qApp && event->type() == QEvent::Quit) {
-        endProgram();
+        end();
         return true;
     }
     return QObject::eventFilter(watched, event);

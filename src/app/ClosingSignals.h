@@ -6,8 +6,9 @@
 
 namespace lumora {
 
-/// Such a signal, and QEvent::Quit, leave the event loop with exit code 0, without asking. A signal that was ignored
-/// when the program started (nohup) stays ignored; the destructor restores the default handling.
+/// Such a signal, and QEvent::Quit, leave the event loop with exit code 0, without asking, once the work that is under
+/// way is done. A signal that was ignored when the program started (nohup) stays ignored; the destructor restores the
+/// default handling.
 class ClosingSignals : public QObject {
     Q_OBJECT
 
@@ -17,6 +18,9 @@ class ClosingSignals : public QObject {
 
   protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+
+  private:
+    void end();
 };
 
 } // namespace lumora

@@ -239,8 +239,8 @@ bool PhotoHistory::step(QImage &picture, bool back) {
 void PhotoHistory::trim() {
     bool again = false;
     do {
-        if (m_store.takeFailure()) {
-            dropFarthest();
+        if (m_store.takeFailure() && !dropFarthest()) {
+            return; // the disk takes nothing and there is nothing left to give up: above the budget, but not waiting
         }
         spillBeyond(m_store.memoryBudget() / 4 * 3);
         again = false;

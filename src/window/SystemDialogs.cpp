@@ -81,8 +81,8 @@ void offerTypes(QFileDialog &dialog, const Texts &texts, const QList<TypeRow> &r
     dialog.setNameFilters(entries);
 }
 
-/// The extension of the chosen entry; `usual` for an entry of every file. Qt's own dialog says the entry without the
-/// patterns, the desktop's with them.
+/// The extension of the chosen entry; `usual` for an entry of every file. It depends on the dialog and on Qt's version
+/// whether the entry is told with its patterns.
 QString chosenExtension(const QFileDialog &dialog, const Texts &texts, const QList<TypeRow> &rows, const char *usual) {
     const QString chosen = dialog.selectedNameFilter();
     for (const TypeRow &row : rows) {

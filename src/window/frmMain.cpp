@@ -677,8 +677,13 @@ void frmMain::keyboardToPhoto() {
 
 bool frmMain::eventFilter(QObject *watched, QEvent *event) {
     if (watched == m_view && event->type() == QEvent::Resize && isFitted()) {
-        // A fitted photo stays fitted when the window is resized; after the view has taken its new size.
-        QTimer::singleShot(0, this, &frmMain::fitPhoto);
+        // A fitted photo stays fitted when the window is resized; after the view has taken its new size, and unless
+        // the photo or its zoom has changed until then.
+        QTimer::singleShot(0, this, [this] {
+            if (isFitted()) {
+                fitPhoto();
+            }
+        });
     }
     if (watched == m_photoRoom && event->type() == QEvent::Resize) {
         placePanels();

@@ -22,7 +22,9 @@ class Thing:
         source.clear_cache()
         states = source.get_state_set()
         self.source, self.parent = source, parent
-        self.kind, self.name, self.description = source.get_role_name(), source.get_name(), source.get_description()
+        kind = source.get_role_name()
+        self.kind = "button" if kind == "push button" else kind  # what older versions of the library call it
+        self.name, self.description = source.get_name(), source.get_description()
         self.showing = states.contains(Atspi.StateType.SHOWING)
         self.enabled = states.contains(Atspi.StateType.ENABLED)
         self.focusable = states.contains(Atspi.StateType.FOCUSABLE)

@@ -348,7 +348,7 @@ def opens_menu(room):
 def opens_dialogs(window, room):
     for button, title in (("Options", "Options"), ("Ideas", "Lumora Ideas"), ("Print", "Print"), ("Save", "Save As")):
         step(f"\"{title}\" in front of the window, within the screen; dragged by its strip; Esc")
-        click(button, "push button")
+        click(button, "button")
         dialog = until(lambda: desk.window(title), f"window \"{title}\"")
         until(lambda: desk.front() == dialog, f"\"{title}\" in front")
         if not desk.is_above(dialog, window) or not desk.belongs_to(dialog, window):
@@ -425,7 +425,7 @@ def switches_and_shares(window):
     there = (here[0] + desk.place(client.window).width, here[1])
     drag(here, there)
     client.does("dragged")
-    click("No", "push button")  # the effect and its undoing are not saved
+    click("No", "button")  # the effect and its undoing are not saved
     photo_is("owl.jpg")
     step("a copied photo is pasted by another program")
     to_program(window)

@@ -9,7 +9,7 @@ from accessible import Atspi, Program
 FOLDER = sys.argv[1]
 WINDOWS = {"frame", "dialog", "alert", "window"}
 CONTROLS = {
-    "push button", "radio button", "check box", "page tab", "canvas", "slider", "spin button", "combo box", "text",
+    "button", "radio button", "check box", "page tab", "canvas", "slider", "spin button", "combo box", "text",
     "entry", "password text", "list", "list item", "table", "table cell", "document frame", "menu item", "scroll bar",
 }
 NAMED = {"tool bar", "page tab list", "status bar", "canvas"} | WINDOWS
@@ -167,7 +167,7 @@ def with_photo():
     check("What you did")
     close("What you did")
     press("Print")
-    program.wait(lambda: program.find("No", "push button"), "print window")
+    program.wait(lambda: program.find("No", "button"), "print window")
     check("print")
     press("No")
     press("E-mail Photo to a Friend", "E-mail Photo")
@@ -195,7 +195,7 @@ def simple_mode():
         check(tool)
         key("Escape")
     press("Print")
-    program.wait(lambda: program.find("No", "push button"), "print window")
+    program.wait(lambda: program.find("No", "button"), "print window")
     check("simple print")
     press("No")
     for idea, start in (("Pop-art row", "Make it with my photo"), ("Comic page", "Words and stickers")):

@@ -30,7 +30,7 @@ sign() { # NAME HOSTS DAYS
     openssl x509 -req -in $1.csr -CA ca.pem -CAkey ca.key -CAcreateserial -days $3 -extfile $1.ext -out $1.crt
     cat $1.crt $1.key > $1.pem; }
 sign good DNS:localhost,DNS:smtp.localhost,DNS:mail.localhost 2
-sign expired DNS:localhost -1
+sign expired DNS:localhost 0
 sign wrong DNS:mail.other.example 2
 key self; openssl req -x509 -new -key self.key -subj /CN=localhost -addext subjectAltName=DNS:localhost -days 2 -out self.crt
 cat self.crt self.key > self.pem)";
