@@ -8,6 +8,7 @@
 #include "widgets/PictureChoice.h"
 #include "widgets/StatusLine.h"
 #include "widgets/Theme.h"
+#include "widgets/TitleStrip.h"
 
 #include <QAbstractScrollArea>
 #include <QAbstractSlider>
@@ -21,10 +22,16 @@
 #include <QScrollBar>
 #include <QStyle>
 #include <QStyleOptionComboBox>
+#include <algorithm>
 
 namespace lumora::play {
 
 namespace {
+
+constexpr QSize leastScreen(800, 600); // on a smaller one buttons become narrower
+
+/// What grown-ups use in Simple mode.
+constexpr const char *forGrownUps[] = {"cmdAdvCMDLG", "cmdAdvanced"};
 
 bool isControl(const QWidget &widget) {
     const auto *label = qobject_cast<const QLabel *>(&widget);
@@ -37,6 +44,29 @@ bool isControl(const QWidget &widget) {
 QString described(const QWidget &widget) {
     const QString says = valueOf(widget).left(40);
     return nameOf(*widget.window()) + '.' + nameOf(widget) + (says.isEmpty() ? QString() : " \"" + says + '"');
+}
+
+/// A field takes the keyboard wherever it is pressed, a title strip is no larger in Simple mode.
+bool isUsualInSimpleMode(const QWidget &control) {
+    return qobject_cast<const QLineEdit *>(&control) || qobject_cast<const QComboBox *>(&control) ||
+           qobject_cast<const TitleStrip *>(control.parentWidget()) ||
+           std::ranges::any_of(forGrownUps, [&](const char *name) { return control.objectName() == name; });
+}
+
+/// Whether a finger may miss it.
+bool isSmall(const QWidget &control, int target) {
+    const auto *field = qobject_cast<const QLineEdit *>(&control);
+    if (qobject_cast<const QLabel *>(&control) || (field != nullptr && field->isReadOnly()) ||
+        qobject_cast<const QLineEdit *>(control.parentWidget()) || // the cross that empties a field
+        qobject_cast<const QComboBox *>(control.parentWidget()) ||
+        qobject_cast<const QAbstractSpinBox *>(control.parentWidget()) || control.window()->inherits("QFileDialog")) {
+        return false;
+    }
+    const QSize screen = control.screen()->size();
+    if (screen.width() < leastScreen.width() || screen.height() < leastScreen.height()) {
+        return false;
+    }
+    return std::min(control.width(), control.height()) < (isUsualInSimpleMode(control) ? smallestTarget : target);
 }
 
 /// The widget that cuts a part of the control off; null when it is whole or can be scrolled into view.
@@ -109,7 +139,7 @@ bool isElided(const QWidget &control) {
     return isShortened(control);
 }
 
-void lookAt(const QWidget &window, Fits &fits) {
+void lookAt(const QWidget &window, int target, Fits &fits) {
     const int shade = window.testAttribute(Qt::WA_TranslucentBackground) ? shadowMargin : 0;
     const QRect surface = window.frameGeometry().adjusted(shade, shade, -shade, -shade);
     if (!window.screen()->availableGeometry().contains(surface)) {
@@ -130,6 +160,12 @@ void lookAt(const QWidget &window, Fits &fits) {
         if (const QWidget *above = cutBy(*control)) {
             fits.problems << described(*control) + " leaves " + nameOf(*above);
         }
+        if (isSmall(*control, target)) {
+            fits.problems << QString("%1 has %2 x %3 pixels")
+                                 .arg(described(*control))
+                                 .arg(control->width())
+                                 .arg(control->height());
+        }
         if (isCut(*control)) {
             fits.problems << described(*control) + " is cut";
         } else if (isElided(*control)) {
@@ -149,11 +185,11 @@ void lookAt(const QWidget &window, Fits &fits) {
 
 } // namespace
 
-Fits lookWhatFits() {
+Fits lookWhatFits(int target) {
     Fits fits;
     for (const QWidget *window : openWindows()) {
         if (!window->windowFlags().testFlag(Qt::Popup) || window->windowType() == Qt::Dialog) {
-            lookAt(*window, fits);
+            lookAt(*window, target, fits);
         }
     }
     return fits;

@@ -21,7 +21,7 @@ const Verb verbs[] = {
     {"site-setting", 1, 1, "site-setting SECTION/KEY=VALUE"},
     {"language", 1, 1, "language CODE | language longer | language mirrored"},
     {"resize", 1, 1, "resize WIDTHxHEIGHT | resize restored | resize maximised"},
-    {"expect-fits", 0, 1, "expect-fits | expect-fits whole"},
+    {"expect-fits", 0, 1, "expect-fits | expect-fits whole | expect-fits simple"},
     {"start", 0, 2, "start | start simple | start advanced [PHOTO]"},
     {"click", 1, 1, "click CONTROL"},
     {"item", 2, 2, "item BAR KEY"},
@@ -114,7 +114,7 @@ QString misread(const Step &step, const Verb &verb, bool started) {
         (step.verb == "wait" && !isCount(step.word(0))) ||
         (step.verb == "monkey" && !(isCount(step.word(0)) && isCount(step.word(1)))) ||
         (step.verb == "film" && !isFilm(step)) ||
-        (step.verb == "expect-fits" && !step.words.isEmpty() && step.word(0) != "whole") ||
+        (step.verb == "expect-fits" && !step.words.isEmpty() && step.word(0) != "whole" && step.word(0) != "simple") ||
         ((step.verb == "pointer" || step.verb == "meanwhile") && step.word(0) != "on" && step.word(0) != "off") ||
         (step.verb == "desktop" && step.word(0) != "type" && step.word(0) != "key") ||
         (step.verb == "resize" && !size.match(step.word(0)).hasMatch()) ||

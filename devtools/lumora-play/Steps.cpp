@@ -141,7 +141,7 @@ Outcome Player::resize(const Step &step) {
 }
 
 Outcome Player::expectFits(const Step &step) {
-    const Fits fits = lookWhatFits();
+    const Fits fits = lookWhatFits(step.word(0) == "simple" ? simpleTarget : smallestTarget);
     if (!fits.problems.isEmpty()) {
         return Outcome::notYet(fits.problems.join("; "));
     }

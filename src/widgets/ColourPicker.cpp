@@ -26,7 +26,7 @@ const SwatchRow rows[] = {
 };
 constexpr int columns = 6;
 constexpr int swatchSize = 30;    // pixels
-constexpr QSize cellSize(46, 42); // of a button; twelve of them fit the smallest screen
+constexpr QSize cellSize(46, 44); // of a button; twelve of them fit the smallest screen
 
 QPixmap swatch(const QColor &colour) {
     constexpr int twice = 2 * swatchSize; // sharp on screens of double density

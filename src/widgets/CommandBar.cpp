@@ -57,6 +57,15 @@ void CommandBar::setTight(int buttonWidth) {
     showItems();
 }
 
+void CommandBar::setButtonSize(int side, int picture) {
+    for (const Item &item : std::as_const(m_items)) {
+        if (auto *button = qobject_cast<PictureButton *>(item.widget)) {
+            button->setLeastSide(side);
+            button->setPictureSize(picture);
+        }
+    }
+}
+
 int CommandBar::buttonsShown() const {
     return static_cast<int>(
         std::ranges::count_if(m_items, [](const Item &item) { return item.on && !item.separator; }));

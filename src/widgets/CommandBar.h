@@ -25,6 +25,8 @@ class CommandBar : public QWidget {
     /// Shows or hides the button or separator of that number; unknown numbers change nothing.
     void setButtonOn(int number, bool on);
     bool isButtonOn(int number) const;
+    /// Buttons of at least that many pixels a side, with pictures of that many.
+    void setButtonSize(int side, int picture);
     /// Buttons of that width (pixels), side by side and without separators; 0: as wide as they like, with separators.
     void setTight(int buttonWidth);
     int buttonsShown() const;

@@ -23,7 +23,7 @@ constexpr int tightness = 72;      // per cent of the font's line height: descen
 
 } // namespace
 
-PictureButton::PictureButton(QWidget *parent) : QAbstractButton(parent) {
+PictureButton::PictureButton(QWidget *parent) : QAbstractButton(parent), m_leastSide(smallestButton) {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
@@ -54,6 +54,11 @@ void PictureButton::setCaptionPlace(CaptionPlace place) {
     m_captionPlace = place;
     updateGeometry();
     update();
+}
+
+void PictureButton::setLeastSide(int pixels) {
+    m_leastSide = pixels;
+    updateGeometry();
 }
 
 void PictureButton::setCaptionGap(int pixels) {
@@ -87,7 +92,7 @@ QSize PictureButton::sizeHint() const {
             size.setHeight(heightAt(size.width()));
         }
     }
-    return size.expandedTo({smallestButton, smallestButton});
+    return size.expandedTo({m_leastSide, m_leastSide});
 }
 
 QSize PictureButton::minimumSizeHint() const {
@@ -95,7 +100,7 @@ QSize PictureButton::minimumSizeHint() const {
     if (captionShown() && m_captionPlace == CaptionPlace::Below) {
         size.setHeight(sizeHint().height());
     }
-    return size.expandedTo({smallestButton, smallestButton});
+    return size.expandedTo({m_leastSide, m_leastSide});
 }
 
 int PictureButton::heightAt(int width) const {
@@ -104,7 +109,7 @@ int PictureButton::heightAt(int width) const {
         const auto lines = captionLines(width - 2 * captionMargin, captionFont(width - 2 * captionMargin)).size();
         height += m_gap + static_cast<int>(lines) * fontMetrics().height();
     }
-    return qMax(height, smallestButton);
+    return qMax(height, m_leastSide);
 }
 
 int PictureButton::leastHeightAt(int width) const {

@@ -34,6 +34,9 @@ class PictureButton : public QAbstractButton {
     void setPictureSize(QSize pixels);
     QSize pictureSize() const { return m_pictureSize; }
 
+    /// Width and height in pixels that it has at least, smallestButton at first.
+    void setLeastSide(int pixels);
+
     void setCaptionPlace(CaptionPlace place);
     CaptionPlace captionPlace() const { return m_captionPlace; }
     void setLook(Look look);
@@ -80,6 +83,7 @@ class PictureButton : public QAbstractButton {
     QPixmap m_picture;
     QSize m_pictureSize{32, 32};
     CaptionPlace m_captionPlace = CaptionPlace::None;
+    int m_leastSide;
     int m_gap = 4;
     Look m_look = Look::Flat;
     QColor m_hoverColour; ///< not valid: the theme's

@@ -87,7 +87,7 @@ QComboBox QAbstractItemView { background: @paper; border: 2px solid @line; borde
 QComboBox QLineEdit, QSpinBox QLineEdit, QDoubleSpinBox QLineEdit, QAbstractItemView QLineEdit {
     border: none; padding: 0px; min-height: 0px; background: transparent; }
 
-QCheckBox, QRadioButton { color: @ink; spacing: 10px; min-height: 32px; }
+QCheckBox, QRadioButton { color: @ink; spacing: 10px; min-height: 44px; }
 QCheckBox:disabled, QRadioButton:disabled { color: @disabled; }
 
 QListView, QTreeView, QTableView { background: @paper; border: 2px solid @line; border-radius: 12px; outline: none;
@@ -110,10 +110,10 @@ QScrollBar::add-line, QScrollBar::sub-line { width: 0px; height: 0px; }
 QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 QAbstractScrollArea::corner { background: transparent; }
 
-QSlider { min-height: 34px; }
+QSlider { min-height: 44px; }
 
 QMenu { background: @paper; border: 2px solid @line; padding: 6px; }
-QMenu::item { padding: 8px 28px; border-radius: 8px; color: @ink; }
+QMenu::item { padding: 10px 28px; border-radius: 8px; color: @ink; }
 QMenu::item:selected { background: @hover; }
 QMenu::item:disabled { color: @disabled; }
 QMenu::separator { height: 2px; background: @line; margin: 6px 10px; }

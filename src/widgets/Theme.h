@@ -17,6 +17,7 @@ namespace lumora {
 inline constexpr int buttonCorner = 12;   ///< pixels
 inline constexpr int panelCorner = 18;    ///< pixels
 inline constexpr int smallestButton = 48; ///< pixels, width and height of anything to click
+inline constexpr int simpleButton = 64;   ///< the same in Simple mode
 inline constexpr int titleButton = 44;    ///< pixels, width and height of a button on a title strip
 inline constexpr int closePicture = 32;   ///< pixels, a close cross with its margin
 inline constexpr int shadowMargin = 18;   ///< pixels that a floating panel leaves around itself for its shadow

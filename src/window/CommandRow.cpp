@@ -16,10 +16,6 @@ namespace lumora {
 
 namespace {
 
-constexpr int bigPicture = 44; // pixels
-constexpr int bigButton = 60;
-constexpr int toolbarPicture = 32;
-constexpr int zoomButton = 112;
 constexpr int spacing = 4;
 constexpr int sideMargin = 10;
 constexpr int groupGap = 14;
@@ -61,6 +57,19 @@ const ToolbarRow toolbarRows[] = {
 
 } // namespace
 
+/// Pixels.
+struct CommandRow::Measures {
+    int bigButton, bigPicture;
+    int button, picture; ///< of the toolbar
+    int zoomButton;
+};
+
+const CommandRow::Measures &CommandRow::measures() const {
+    static constexpr Measures usual{60, 44, smallestButton, 32, 112};
+    static constexpr Measures simple{simpleButton, 46, simpleButton, 40, 128};
+    return m_simple ? simple : usual;
+}
+
 CommandRow::CommandRow(QWidget *parent) : QWidget(parent), m_row(new QHBoxLayout(this)) {
     m_row->setContentsMargins(sideMargin, 2, sideMargin, 2);
     m_row->setSpacing(spacing);
@@ -74,8 +83,8 @@ CommandRow::CommandRow(QWidget *parent) : QWidget(parent), m_row(new QHBoxLayout
 
     m_setZoom = new PictureButton("setzoom", PictureButton::CaptionPlace::Beside, this);
     m_setZoom->setObjectName("cmdSetZoom");
-    m_setZoom->setPictureSize(toolbarPicture);
-    m_setZoom->setFixedWidth(zoomButton);
+    m_setZoom->setPictureSize(measures().picture);
+    m_setZoom->setFixedWidth(measures().zoomButton);
     m_row->addWidget(m_setZoom);
 
     m_toolbar = new CommandBar("Toolbar1", this);
@@ -85,7 +94,7 @@ CommandRow::CommandRow(QWidget *parent) : QWidget(parent), m_row(new QHBoxLayout
         if (row.key == nullptr) {
             m_toolbar->addSeparator(number);
         } else {
-            m_toolbar->addButton(number, row.key, row.icon)->setPictureSize(toolbarPicture);
+            m_toolbar->addButton(number, row.key, row.icon)->setPictureSize(measures().picture);
         }
     }
     m_row->addWidget(m_toolbar);
@@ -99,30 +108,41 @@ QSize CommandRow::minimumSizeHint() const {
 
 void CommandRow::setTight(int buttonWidth) {
     m_tight = buttonWidth;
+    const Measures &size = measures();
     const bool tight = buttonWidth > 0;
     const int margin = tight ? tightMargin : sideMargin;
     m_row->setContentsMargins(margin, 2, margin, 2);
     m_row->setSpacing(tight ? 0 : spacing);
     for (PictureButton *button : {m_open, m_save, m_scan, static_cast<PictureButton *>(m_print)}) {
-        button->setFixedSize(tight ? QSize(buttonWidth, smallestButton) : QSize(bigButton, bigButton));
-        button->setPictureSize(tight ? toolbarPicture : bigPicture);
+        button->setFixedSize(tight ? QSize(buttonWidth, size.button) : QSize(size.bigButton, size.bigButton));
+        button->setPictureSize(tight ? size.picture : size.bigPicture);
     }
-    m_setZoom->setFixedWidth(tight ? buttonWidth : zoomButton);
+    m_setZoom->setFixedWidth(tight ? buttonWidth : size.zoomButton);
     m_setZoom->setCaptionPlace(tight ? PictureButton::CaptionPlace::None : PictureButton::CaptionPlace::Beside);
     m_toolbar->setTight(buttonWidth);
 }
 
+void CommandRow::setSimple(bool simple) {
+    m_simple = simple;
+    m_toolbar->setButtonSize(measures().button, measures().picture);
+    m_setZoom->setLeastSide(measures().button);
+    m_setZoom->setPictureSize(measures().picture);
+    setTight(m_tight);
+    settle();
+}
+
 void CommandRow::settle() {
+    const Measures &size = measures();
     int big = 0;
     for (const QWidget *button : {m_open, m_save, m_scan, static_cast<PictureButton *>(m_print)}) {
         big += button->isHidden() ? 0 : 1;
     }
     const int small = m_toolbar->buttonsShown();
     // A toolbar with a separator at every second button, roughly as it is.
-    const int usual = 2 * sideMargin + big * (bigButton + spacing) + groupGap + zoomButton + spacing +
-                      small * (smallestButton + 2) + small / 2 * 14;
+    const int usual = 2 * sideMargin + big * (size.bigButton + spacing) + groupGap + size.zoomButton + spacing +
+                      small * (size.button + 2) + small / 2 * 14;
     const int each = (width() - 2 * tightMargin - groupGap) / (big + 1 + small);
-    const int tight = usual <= width() ? 0 : std::clamp(each, narrowestButton, smallestButton);
+    const int tight = usual <= width() ? 0 : std::clamp(each, narrowestButton, size.button);
     if (tight != m_tight) {
         setTight(tight);
     }
@@ -136,7 +156,7 @@ void CommandRow::showSaved() {
     movement->setDuration(savedTime);
     movement->setKeyValues({{0, 1.0}, {0.3, 0.55}, {0.6, 1.0}, {0.8, 0.85}, {1, 1.0}});
     connect(movement, &QVariantAnimation::valueChanged, this, [this](const QVariant &scale) {
-        m_save->setPictureSize(qRound((m_tight > 0 ? toolbarPicture : bigPicture) * scale.toDouble()));
+        m_save->setPictureSize(qRound((m_tight > 0 ? measures().picture : measures().bigPicture) * scale.toDouble()));
     });
     movement->start(QAbstractAnimation::DeleteWhenStopped);
 }
@@ -161,8 +181,8 @@ PictureButton *CommandRow::addButton(const char *name, const char *icon) {
 
 void CommandRow::add(PictureButton *button, const char *name) {
     button->setObjectName(name);
-    button->setPictureSize(bigPicture);
-    button->setFixedSize(bigButton, bigButton);
+    button->setPictureSize(measures().bigPicture);
+    button->setFixedSize(measures().bigButton, measures().bigButton);
     m_row->addWidget(button);
 }
 

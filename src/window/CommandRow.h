@@ -29,6 +29,9 @@ class CommandRow : public QWidget {
     PictureButton *cmdSetZoom() const { return m_setZoom; }
     CommandBar *Toolbar1() const { return m_toolbar; }
 
+    /// Larger buttons, as far as the window is wide enough.
+    void setSimple(bool simple);
+
     /// The disk moves once: the photo is saved. Not where the desktop asks for less motion.
     void showSaved();
 
@@ -40,6 +43,8 @@ class CommandRow : public QWidget {
   private:
     PictureButton *addButton(const char *name, const char *icon);
     void add(PictureButton *button, const char *name);
+    struct Measures;
+    const Measures &measures() const;
     void settle();
     void setTight(int buttonWidth);
 
@@ -47,6 +52,7 @@ class CommandRow : public QWidget {
     PictureButton *m_open, *m_save, *m_scan, *m_setZoom;
     PrintButton *m_print;
     CommandBar *m_toolbar;
+    bool m_simple = false;
     int m_tight = 0; ///< width of each button in pixels where the window is too narrow for the usual row, else 0
 };
 

@@ -402,6 +402,7 @@ void frmMain::applySimpleLayout(SimpleStart how) {
     const bool fromLauncher = how == SimpleStart::Launcher;
     m_tools->setSimple(fromLauncher);
     m_bars->setSimple(fromLauncher);
+    m_commands->setSimple(true);
     m_commands->cmdScan()->hide();
     m_bar->cmdOptions()->hide();
     CommandBar *toolbar = m_commands->Toolbar1();

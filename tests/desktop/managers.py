@@ -286,7 +286,15 @@ def starts(place):
     return window
 
 
+def comes_to_rest(window):
+    place = None
+    while place != desk.place(window):
+        place = desk.place(window)
+        time.sleep(0.3)
+
+
 def double_click(window):
+    comes_to_rest(window)
     x, y = strip_of(window)
     run("xdotool", "mousemove", x, y, "click", "--repeat", 2, "--delay", 60, 1)
 
@@ -493,8 +501,7 @@ def main():
             on_second_screen(window)
         program.end()
     except BaseException:
-        print(run("xdotool", "getmouselocation"), desk.front())
-        run("import", "-window", "root", f"/tmp/desktops/{MANAGER}-fail.png")
+        print(run("xdotool", "getmouselocation"), "in front:", desk.front())
         raise
     finally:
         if program.process.poll() is None:

@@ -17,15 +17,18 @@ TEST(Fits, FindsWhatIsOutOfViewOrCut) {
     window.setObjectName("frmSmall");
     window.setGeometry(40, 40, 300, 200);
     auto *good = new QPushButton("Good", &window);
-    good->setGeometry(10, 10, 80, 40);
+    good->setGeometry(10, 10, 80, smallestTarget);
     auto *scrolled = new QScrollArea(&window);
     scrolled->setGeometry(10, 60, 100, 60);
     auto *sheet = new QWidget;
     sheet->resize(70, 500);
-    (new QPushButton("Below", sheet))->setGeometry(0, 450, 70, 40);
+    (new QPushButton("Below", sheet))->setGeometry(0, 450, 70, smallestTarget);
     scrolled->setWidget(sheet);
     window.show();
     EXPECT_EQ(lookWhatFits().problems, QStringList());
+
+    const QString forChildren = lookWhatFits(simpleTarget).problems.join('\n');
+    EXPECT_TRUE(forChildren.contains("80 x 44") && forChildren.contains("70 x 44")) << qPrintable(forChildren);
 
     auto *beyond = new QPushButton("Beyond", &window);
     beyond->setObjectName("cmdBeyond");

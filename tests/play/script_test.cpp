@@ -46,7 +46,7 @@ TEST(Script, RefusesWhatItCannotRead) {
         {"start\nfilm x.raw", 2, "write it so: film FILE FRAMES-PER-SECOND | film end"},
         {"start\nfilm x.raw 0", 2, "write it so: film FILE FRAMES-PER-SECOND | film end"},
         {"start\nfilm end 12", 2, "write it so: film FILE FRAMES-PER-SECOND | film end"},
-        {"start\nexpect-fits well", 2, "write it so: expect-fits | expect-fits whole"},
+        {"start\nexpect-fits well", 2, "write it so: expect-fits | expect-fits whole | expect-fits simple"},
         {"start\npointer", 2, "write it so: pointer on | pointer off"},
         {"start\npointer away", 2, "write it so: pointer on | pointer off"},
         {"start quickly", 1, "write it so: start | start simple | start advanced [PHOTO]"},

@@ -18,14 +18,14 @@ CopiesBox::CopiesBox(const QString &name, QWidget *parent) : QWidget(parent), m_
     QFont large = m_field->font();
     large.setPointSizeF(18);
     m_field->setFont(large);
-    m_field->setFixedSize(76, 48);
+    m_field->setFixedSize(76, simpleButton);
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     const auto add = [this, row](const char *button, const char *icon, int by) {
         auto *one = new PictureButton(icon, PictureButton::CaptionPlace::None, this);
         one->setObjectName(button);
         one->setLook(PictureButton::Look::Raised);
-        one->setFixedSize(smallestButton, smallestButton);
+        one->setFixedSize(simpleButton, simpleButton);
         one->setAutoRepeat(true);
         connect(one, &QAbstractButton::clicked, this, [this, by] { step(by); });
         row->addWidget(one);
