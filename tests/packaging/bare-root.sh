@@ -85,7 +85,7 @@ for ((tries = 0; ; ++tries)); do # until the photo is there to be saved
 done
 for ((tries = 0; tries < 5; ++tries)); do # until it listens to the keys
     sleep 1
-    xdotool windowfocus --sync "$dialog" key ctrl+a type --delay 50 "$HOME/again.jpg"
+    xdotool windowfocus --sync "$dialog" key ctrl+a type --delay 50 "$HOME/again.jpg" || true # it may have closed
     xdotool key Return
     for ((n = 0; n < 100; ++n)); do
         [ ! -e again.jpg ] || break 2
