@@ -85,7 +85,7 @@ for ((tries = 0; ; ++tries)); do # until the photo is there to be saved
 done
 for ((tries = 0; tries < 5; ++tries)); do # until it listens to the keys
     sleep 1
-    xdotool windowfocus --sync "$dialog" key ctrl+a type --delay 50 "$HOME/again.jpg"
+    xdotool windowfocus --sync "$dialog" key ctrl+a type --delay 50 "$HOME/again.jpg" || true # it may have closed
     xdotool key Return
     for ((n = 0; n < 100; ++n)); do
         [ ! -e again.jpg ] || break 2
@@ -99,12 +99,12 @@ rm "$XDG_RUNTIME_DIR/seen"
 for ((tries = 0; tries < 20; ++tries)); do # the window of the save may still be closing
     kill -0 "$program" 2>/dev/null || break
     xdotool mousemove 1248 24 click 1 # the door at the top right
-    sleep 3
+    sleep 2
+    xdotool mousemove 557 504 click 1 # "Yes" of the question
+    sleep 2
 done
 ! kill -KILL "$program" 2>/dev/null || { echo "it does not end" >&2; exit 1; }
 wait "$program" || { echo "it ends with $?" >&2; exit 1; }
-kill "$COPROC_PID"
-wait
 END
 inside bare runuser -u child -- bash -c "$(cat "$folder/use")"
 
