@@ -13,10 +13,12 @@
 #include <QAbstractScrollArea>
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -29,6 +31,8 @@ namespace lumora::play {
 namespace {
 
 constexpr QSize leastScreen(800, 600); // on a smaller one buttons become narrower
+
+constexpr int optionsTick = 36; // pixels
 
 /// What grown-ups use in Simple mode.
 constexpr const char *forGrownUps[] = {"cmdAdvCMDLG", "cmdAdvanced"};
@@ -53,6 +57,14 @@ bool isUsualInSimpleMode(const QWidget &control) {
            std::ranges::any_of(forGrownUps, [&](const char *name) { return control.objectName() == name; });
 }
 
+/// The ticks of the options stand closer, so that the window fits a small screen: they are for grown-ups.
+int leastSide(const QWidget &control, int target) {
+    const bool isTick = qobject_cast<const QCheckBox *>(&control) || qobject_cast<const QRadioButton *>(&control);
+    return isTick && nameOf(*control.window()) == "frmOptions" ? optionsTick
+           : isUsualInSimpleMode(control)                      ? smallestTarget
+                                                               : target;
+}
+
 /// Whether a finger may miss it.
 bool isSmall(const QWidget &control, int target) {
     const auto *field = qobject_cast<const QLineEdit *>(&control);
@@ -66,7 +78,7 @@ bool isSmall(const QWidget &control, int target) {
     if (screen.width() < leastScreen.width() || screen.height() < leastScreen.height()) {
         return false;
     }
-    return std::min(control.width(), control.height()) < (isUsualInSimpleMode(control) ? smallestTarget : target);
+    return std::min(control.width(), control.height()) < leastSide(control, target);
 }
 
 /// The widget that cuts a part of the control off; null when it is whole or can be scrolled into view.

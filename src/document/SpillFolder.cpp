@@ -69,7 +69,8 @@ SpillFolder::~SpillFolder() {
 
 bool SpillFolder::make() {
     struct stat status {};
-    if (m_folder >= 0 && ::fstat(m_folder, &status) == 0 && status.st_nlink > 0) {
+    // One that cannot be asked is still there: only one that was removed (a cleared cache) is left, with its files.
+    if (m_folder >= 0 && (::fstat(m_folder, &status) != 0 || status.st_nlink > 0)) {
         return true;
     }
     if (m_folder >= 0) {

@@ -32,6 +32,7 @@ class Sheet : public QWidget {
 OptionsPage::OptionsPage(const QString &headingName, QWidget *parent)
     : QWidget(parent), m_column(new QVBoxLayout(this)) {
     setMinimumWidth(pageWidth);
+    setStyleSheet("QCheckBox, QRadioButton { min-height: 36px; }"); // the window fits a screen of 800 x 600 with a bar
     m_column->setContentsMargins(0, 0, 0, 0);
     m_column->setSpacing(8);
     QLabel *heading = label(headingName);
@@ -59,8 +60,8 @@ void OptionsPage::showLocks(const AppContext &context) {
 QVBoxLayout *OptionsPage::addSheet() {
     auto *sheet = new Sheet(this);
     auto *rows = new QVBoxLayout(sheet);
-    rows->setContentsMargins(14, 8, 14, 8);
-    rows->setSpacing(4);
+    rows->setContentsMargins(14, 6, 14, 6);
+    rows->setSpacing(2); // what is to press has air of its own
     m_column->addWidget(sheet);
     return rows;
 }
