@@ -107,13 +107,14 @@ Work historyWork(const QString &file, const QString &folder) {
             sums += sumOf(next);
         }
         qsizetype at = changes;
-        while (photo->history().undoSteps() > 0 && photo->PerformUndo()) {
+        // A step that cannot be read now stays, and can be taken the next time.
+        while (photo->history().undoSteps() > 0 && (photo->PerformUndo() || photo->PerformUndo())) {
             if (sumOf(photo->picCanvas()) != sums[--at]) {
                 return QString("step %1 leads elsewhere").arg(at);
             }
         }
         std::printf("undone to %lld\n", static_cast<long long>(at));
-        while (photo->history().redoSteps() > 0 && photo->PerformRedo()) {
+        while (photo->history().redoSteps() > 0 && (photo->PerformRedo() || photo->PerformRedo())) {
             if (sumOf(photo->picCanvas()) != sums[++at]) {
                 return QString("redo %1 leads elsewhere").arg(at);
             }

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
+#include <limits>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -119,7 +120,7 @@ void SpillFolder::remove(const std::string &name) const {
 qint64 SpillFolder::freeBytes() const {
     struct statvfs space {};
     if (::statvfs(m_parent.c_str(), &space) != 0) {
-        return 0;
+        return std::numeric_limits<qint64>::max();
     }
     return static_cast<qint64>(space.f_bavail) * static_cast<qint64>(space.f_frsize);
 }

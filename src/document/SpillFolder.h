@@ -22,7 +22,7 @@ class SpillFolder {
     /// Descriptor of a file for reading; -1 when it is not there any more.
     int open(const std::string &name) const;
     void remove(const std::string &name) const;
-    /// Bytes that may still be written under the parent folder; 0 when that cannot be found out.
+    /// Bytes that may still be written under the parent folder; very many when that cannot be found out.
     qint64 freeBytes() const;
 
     /// Removes the folders of this user's programs that have ended: those that nobody has locked. Links are never

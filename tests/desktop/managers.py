@@ -236,7 +236,7 @@ def named(name, kind=None):
 def click(name, kind=None):
     _, place = standing(named(name, kind), f"\"{name}\" to click")
     x, y = place.middle()
-    run("xdotool", "mousemove", x, y, "click", 1)
+    run("xdotool", "mousemove", x, y, "sleep", 0.2, "click", 1)  # a hand rests before it presses
 
 
 def key(keys):
@@ -283,6 +283,7 @@ def starts(place):
     window = until(lambda: desk.window("Lumora"), "window")
     until(lambda: desk.place(window) == place, f"window at {place}")
     until(lambda: desk.front() == window, "window in front")
+    comes_to_rest(window)
     return window
 
 
@@ -373,7 +374,13 @@ def opens_dialogs(window, room):
 def minimises(window):
     step("minimised and restored")
     was = desk.place(window)
-    click("Minimise")
+    for _ in range(3):  # while it is busy after the start, it takes no clicks
+        click("Minimise")
+        end = time.monotonic() + 5
+        while time.monotonic() < end and not desk.is_minimised(window):
+            time.sleep(0.1)
+        if desk.is_minimised(window):
+            break
     until(lambda: desk.is_minimised(window), "window that is minimised")
     desk.restore(window)
     until(lambda: desk.window("Lumora") and not desk.is_minimised(window), "window that is restored")

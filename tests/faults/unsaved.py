@@ -148,7 +148,9 @@ def main():
                         code, out = place.refuse(words, "-e", inject)
                         # Without memory a change or a step may be refused, which is said.
                         problem = wrong(out) if code == 0 or (code == 1 and error == "ENOMEM") else f"ended with {code}"
-                        if work is history and on == "" and error != "ENOMEM" and "undone to 0\n0 steps" not in out:
+                        # (It says nothing where the refused call was what it wanted to say.)
+                        if (work is history and on == "" and error != "ENOMEM" and out
+                                and "undone to 0\n0 steps" not in out):
                             problem = "a step is lost"
                         if problem or content(place.photo) != place.file_content:
                             fail(f"{work.__name__}: {inject}: {problem}; it said '{out}'")
