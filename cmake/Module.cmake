@@ -5,6 +5,9 @@ target_compile_options(lumora_build_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
   $<$<NOT:$<CONFIG:Release>>:-Werror> # what people build on other systems must not stop at a new warning
   -pthread) # some versions of the libraries ask for it, and a precompiled header must be compiled as all who use it
+if(LUMORA_TOGETHER AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  target_compile_options(lumora_build_flags INTERFACE -Wno-shadow) # of a file's locals and another file's constants
+endif()
 target_compile_definitions(lumora_build_flags INTERFACE
   QT_NO_KEYWORDS QT_NO_FOREACH LUMORA_VERSION="${PROJECT_VERSION}")
 target_include_directories(lumora_build_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)

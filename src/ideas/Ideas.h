@@ -9,7 +9,7 @@
 namespace lumora {
 
 struct MainFields;
-struct ToolFlags;
+class ToolFlags;
 
 /// How the finished pictures of a project are arranged on the paper.
 enum class IdeaLayout {
