@@ -1,5 +1,7 @@
 #include "view/PictureSampling.h"
 
+#include "imaging/kernels/BlendPixels.h"
+
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -32,23 +34,26 @@ std::vector<Tap> tapsAlong(int from, int count, int length, double scale, double
     return taps;
 }
 
+/// The taps of the columns as the kernel takes them, counted from the column `left`.
+class Columns {
+  public:
+    Columns(const std::vector<Tap> &taps, int left) {
+        for (const Tap &tap : taps) {
+            m_first.push_back(tap.first - left);
+            m_second.push_back(tap.second - left);
+            m_weight.push_back(tap.weight * 0x00010001U);
+        }
+    }
+    PixelPairs pairs() const { return {m_first, m_second, m_weight}; }
+
+  private:
+    std::vector<qint32> m_first;
+    std::vector<qint32> m_second;
+    std::vector<quint32> m_weight;
+};
+
 const QRgb *row(const QImage &picture, int y) {
     return reinterpret_cast<const QRgb *>(picture.constScanLine(y));
-}
-
-/// Two bytes of every pixel at a time; the blend of equal pixels is that pixel.
-QRgb blend(QRgb a, QRgb b, quint32 weight) {
-    constexpr quint32 mask = 0x00ff00ff;
-    constexpr quint32 half = 0x00800080;
-    const quint32 low = ((a & mask) * (256 - weight) + (b & mask) * weight + half) >> 8;
-    const quint32 high = ((a >> 8) & mask) * (256 - weight) + ((b >> 8) & mask) * weight + half;
-    return (low & mask) | (high & ~mask);
-}
-
-void blendRows(const QRgb *a, const QRgb *b, quint32 weight, QRgb *out, int count) {
-    for (int x = 0; x < count; ++x) {
-        out[x] = blend(a[x], b[x], weight);
-    }
 }
 
 } // namespace
@@ -63,8 +68,10 @@ QImage sampled(const QImage &picture, QSizeF scale, QPointF origin, const QRect 
     if (result.isNull()) {
         return {};
     }
-    std::vector<Tap> across = tapsAlong(part.x(), part.width(), picture.width(), scale.width(), origin.x(), sampling);
-    std::vector<Tap> down = tapsAlong(part.y(), part.height(), picture.height(), scale.height(), origin.y(), sampling);
+    const std::vector<Tap> across =
+        tapsAlong(part.x(), part.width(), picture.width(), scale.width(), origin.x(), sampling);
+    const std::vector<Tap> down =
+        tapsAlong(part.y(), part.height(), picture.height(), scale.height(), origin.y(), sampling);
     // Only this part of the source is looked at; colours of transparent pixels must not bleed, so they are
     // premultiplied first.
     const QRect needed(QPoint(across.front().first, down.front().first),
@@ -76,25 +83,23 @@ QImage sampled(const QImage &picture, QSizeF scale, QPointF origin, const QRect 
     const int left = needed.left();
     const int offset = opaque ? left : 0;
     const int above = opaque ? 0 : needed.top();
-    std::vector<QRgb> blended(static_cast<size_t>(needed.width()));
+    const auto width = static_cast<size_t>(needed.width());
+    std::vector<QRgb> blended(width);
+    const Columns columns(across, left);
     for (int y = 0; y < part.height(); ++y) {
         const Tap &tap = down[static_cast<size_t>(y)];
         const QRgb *line = row(source, tap.first - above) + offset;
-        auto *const out = reinterpret_cast<QRgb *>(result.scanLine(y));
+        const std::span<QRgb> out(reinterpret_cast<QRgb *>(result.scanLine(y)), across.size());
         if (tap.weight > 0) {
-            blendRows(line, row(source, tap.second - above) + offset, tap.weight, blended.data(), needed.width());
+            const QRgb *below = row(source, tap.second - above) + offset;
+            blendRows({line, width}, {below, width}, tap.weight, blended);
             line = blended.data();
         }
-        if (sampling == Sampling::Nearest) {
-            for (int x = 0; x < part.width(); ++x) {
-                out[x] = line[across[static_cast<size_t>(x)].first - left];
-            }
-        } else {
-            for (int x = 0; x < part.width(); ++x) {
-                const Tap &column = across[static_cast<size_t>(x)];
-                out[x] = blend(line[column.first - left], line[column.second - left], column.weight);
-            }
+        if (sampling == Sampling::Bilinear) {
+            blendPairs(line, columns.pairs(), out);
+            continue;
         }
+        std::ranges::transform(columns.pairs().first, out.begin(), [line](qint32 column) { return line[column]; });
     }
     return result;
 }

@@ -1,5 +1,6 @@
 """What a screen reader is told of the program (AT-SPI): its windows and controls, their names, kinds and places."""
 
+import functools
 import os
 import subprocess
 import sys
@@ -22,14 +23,25 @@ class Thing:
         source.clear_cache()
         states = source.get_state_set()
         self.source, self.parent = source, parent
-        kind = source.get_role_name()
-        self.kind = "button" if kind == "push button" else kind  # what older versions of the library call it
-        self.name, self.description = source.get_name(), source.get_description()
         self.showing = states.contains(Atspi.StateType.SHOWING)
         self.enabled = states.contains(Atspi.StateType.ENABLED)
         self.focusable = states.contains(Atspi.StateType.FOCUSABLE)
         self.focused = states.contains(Atspi.StateType.FOCUSED)
         self.chosen = states.contains(Atspi.StateType.SELECTED) or states.contains(Atspi.StateType.CHECKED)
+
+    # Each of these asks the program, so only what is looked at is asked for.
+    @functools.cached_property
+    def kind(self):
+        kind = self.source.get_role_name()
+        return "button" if kind == "push button" else kind  # what older versions of the library call it
+
+    @functools.cached_property
+    def name(self):
+        return self.source.get_name()
+
+    @functools.cached_property
+    def description(self):
+        return self.source.get_description()
 
     def __str__(self):
         return f"{self.kind} \"{self.name}\""
@@ -47,15 +59,14 @@ class Thing:
         return place.x, place.y, size.width, size.height
 
 
-def look(source, parent=None):
+def look(source, parent):
     """Everything that is shown, from the outside to the inside. What goes away meanwhile is left out."""
     found = []
     try:
         thing = Thing(source, parent)
-        if parent is not None and not thing.showing:
+        if not thing.showing:
             return found
-        if parent is not None:
-            found.append(thing)
+        found.append(thing)
         if thing.kind not in {"list", "combo box", "table"}:  # their entries are many
             for index in range(source.get_child_count()):
                 child = source.get_child_at_index(index)
@@ -80,17 +91,27 @@ class Program:
                 return each
         return None
 
-    def see(self):
+    def windows(self):
+        """A function for each that looks at what is shown in it; first the one that opened first."""
         if self.process.poll() is not None:
             sys.exit(f"the program has ended with {self.process.returncode}")
-        source = self.source()
-        return look(source) if source is not None else []
+        if (source := self.source()) is None:
+            return
+        program = Thing(source, None)
+        for index in range(source.get_child_count()):
+            if (window := source.get_child_at_index(index)) is not None:
+                yield functools.partial(look, window, program)
+
+    def see(self):
+        return [each for window in self.windows() for each in window()]
 
     def find(self, name, kind=None):
-        """The last one, which is in the window that opened last."""
-        found = [each for each in self.see()
-                 if each.name == name and kind in (None, each.kind) and each.kind != "filler"]
-        return found[-1] if found else None
+        """The last one, of the window that opened last."""
+        for window in reversed(list(self.windows())):
+            found = [each for each in window() if each.name == name and kind in (None, each.kind) and each.kind != "filler"]
+            if found:
+                return found[-1]
+        return None
 
     def photo(self):
         found = [each for each in self.see() if each.kind == "canvas"]
@@ -99,13 +120,15 @@ class Program:
     def wait(self, question, what):
         """The answer, once it is not empty."""
         end = time.monotonic() + PATIENCE
+        pause = 0.05
         while time.monotonic() < end:
             try:
                 if answer := question():
                     return answer
             except (AttributeError, GLib.Error):  # not there, or not any more
                 pass
-            time.sleep(0.05)
+            time.sleep(pause)
+            pause = min(2 * pause, 0.4)
         sys.exit(f"no {what}; there is:\n" + "\n".join(f"  {each}" for each in self.see()))
 
     def end(self):
