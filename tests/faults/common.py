@@ -40,7 +40,7 @@ def pixels(probe, path):
     return columns[4] if len(columns) > 4 and columns[1] == "ok" and not columns[2] else None
 
 
-def make_pictures(folder, sizes=((1200, 800), (2000, 1500))):
+def make_pictures(folder, sizes=((600, 400), (1000, 750))):
     """Two photos with noise, so that no format makes them small: names of PPM-like TGA files, old and new."""
     names = []
     for name, (width, height) in zip(("old", "new"), sizes):
