@@ -1,8 +1,11 @@
 #include "document/StepStore.h"
 
+#include "base/basMisc.h"
 #include "document/CompressedPicture.h"
 #include "imaging/Picture.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <algorithm>
 #include <cerrno>
 #include <new>
@@ -12,8 +15,16 @@
 namespace lumora {
 
 namespace {
+
 constexpr qint64 largestDiskBudget = qint64{8} << 30;
+
+/// The wanted folder, made where it is missing, or the temporary folder.
+QString usableFolder(const QString &wanted) {
+    const bool isThere = !wanted.isEmpty() && QDir().mkpath(wanted) && QFileInfo(wanted).isWritable();
+    return isThere ? wanted : GetTempDir();
 }
+
+} // namespace
 
 StoredPixels::StoredPixels(StepStore &owner, const QImage &pixels)
     : store(owner), size(pixels.size()), opaque(pixels.format() == QImage::Format_RGB32), bytes(pixels.sizeInBytes()),
@@ -31,13 +42,13 @@ StoredPixels::~StoredPixels() {
     }
     if (!m_file.empty()) {
         store.m_diskBytes -= m_fileBytes;
-        store.m_folder.remove(m_file);
+        store.m_folder->remove(m_file);
     }
 }
 
-StepStore::StepStore(qint64 memoryBudget, qint64 diskBudget, const QString &parentFolder)
-    : m_memoryBudget(memoryBudget), m_parentFolder(parentFolder), m_folder(parentFolder), m_diskBudget(diskBudget),
-      m_thread([this](const std::stop_token &stop) { work(stop); }) {}
+StepStore::StepStore(qint64 memoryBudget, qint64 diskBudget, const QString &wantedFolder)
+    : m_memoryBudget(memoryBudget), m_diskBudget(diskBudget),
+      m_thread([this, wantedFolder](const std::stop_token &stop) { work(wantedFolder, stop); }) {}
 
 StepStore::~StepStore() = default;
 
@@ -51,7 +62,7 @@ StepStore::Reading StepStore::read(const Pixels &pixels, QImage &picture) const 
         }
         name = pixels->m_file;
     }
-    const int file = m_folder.open(name);
+    const int file = m_folder->open(name);
     if (file < 0) {
         return errno == ENOENT ? Reading::Lost : Reading::NotNow;
     }
@@ -124,8 +135,10 @@ qint64 StepStore::diskBytes() const {
     return m_diskBytes;
 }
 
-void StepStore::work(const std::stop_token &stop) {
-    SpillFolder::sweep(m_parentFolder);
+void StepStore::work(const QString &wantedFolder, const std::stop_token &stop) {
+    const QString parent = usableFolder(wantedFolder);
+    SpillFolder::sweep(parent);
+    m_folder.emplace(parent);
     for (;;) {
         std::unique_lock lock(m_mutex);
         if (!m_workToDo.wait(lock, stop, [this] { return !m_queue.empty(); }) || stop.stop_requested()) {
@@ -139,7 +152,7 @@ void StepStore::work(const std::stop_token &stop) {
             continue;
         }
         if (m_diskBudget < 0) {
-            m_diskBudget = std::min(largestDiskBudget, m_folder.freeBytes() / 2);
+            m_diskBudget = std::min(largestDiskBudget, m_folder->freeBytes() / 2);
         }
         m_writing = true;
         const QImage picture = pixels->m_picture;
@@ -157,7 +170,7 @@ void StepStore::work(const std::stop_token &stop) {
 
 qint64 StepStore::write(const std::string &name, const QImage &picture, bool compress, qint64 limit,
                         const std::stop_token &stop) {
-    const int file = m_folder.create(name);
+    const int file = m_folder->create(name);
     if (file < 0) {
         return -1;
     }
@@ -171,7 +184,7 @@ qint64 StepStore::write(const std::string &name, const QImage &picture, bool com
         written = -1;
     }
     if (written < 0) {
-        m_folder.remove(name);
+        m_folder->remove(name);
     }
     return written;
 }
