@@ -23,7 +23,7 @@ class Network(Operations):
         self.source, self.options = source, options
         self.hangs_until = 0.0
         self.writing = threading.Lock()
-        self.log = open(options.log, "w", encoding="utf-8", buffering=1) if options.log else None
+        self.log = open(options.log, "a", encoding="utf-8", buffering=1) if options.log else None
 
     def __call__(self, operation, path, *words):
         # No answer at the end of a folder or a file takes a message of its own.
