@@ -14,8 +14,8 @@
 #include <cstdlib>
 #include <ctime>
 #include <mutex>
+#include <new>
 #include <sys/stat.h>
-#include <system_error>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -113,8 +113,11 @@ struct IniFileLook {
     std::atomic<bool> isDone = false;
 
     void look() {
-        for (const IniFileState::Paths &each : paths) {
-            states.push_back(IniFileState::of(each));
+        try {
+            for (const IniFileState::Paths &each : paths) {
+                states.push_back(IniFileState::of(each));
+            }
+        } catch (const std::bad_alloc &) { // the next look will see the others
         }
         isDone = true;
     }
@@ -241,15 +244,15 @@ struct IniFiles::Private {
         try {
             // Nothing waits for it, least of all the end of the program.
             std::thread([look = lookAside] { look->look(); }).detach();
-        } catch (const std::system_error &) { // no thread is to be had
+        } catch (const std::exception &) { // no thread is to be had
             lookAtAll();
         }
     }
 
     void takeLookAside() {
         const auto done = std::exchange(lookAside, nullptr);
-        for (qsizetype i = 0; i < lookedAside.size(); ++i) {
-            take(lookedAside[i], done->states[i]);
+        for (size_t i = 0; i < done->states.size(); ++i) {
+            take(lookedAside[static_cast<qsizetype>(i)], done->states[i]);
         }
         nextLook = Clock::now() + betweenLooks;
     }

@@ -71,12 +71,14 @@ class StepStore {
 
   private:
     friend struct StoredPixels;
-    void work(const QString &wantedFolder, const std::stop_token &stop);
+    void work(const std::stop_token &stop);
+    bool hasFolder();
     qint64 write(const std::string &name, const QImage &picture, bool compress, qint64 limit,
                  const std::stop_token &stop);
     void finish(const Pixels &pixels, const std::string &name, qint64 written);
 
     const qint64 m_memoryBudget;
+    const QString m_wantedFolder;
     std::optional<SpillFolder> m_folder; ///< the thread makes it, before anything has a file
     mutable std::mutex m_mutex;
     std::condition_variable_any m_workToDo;
