@@ -90,7 +90,7 @@ QString userCopy(const QString &file) {
 /// while the program ends.
 struct IniFileState {
     struct Paths {
-        QByteArray own, users, site; ///< the last is empty where there is none
+        QByteArray own, users, site; ///< the last two are empty where there is none
     };
     IniFileStamp own, users, site;
     bool isShared = false; ///< cannot be written: the user's copy overrides it
@@ -98,9 +98,11 @@ struct IniFileState {
     static IniFileState of(const Paths &paths) {
         IniFileState state;
         state.own = stampOf(paths.own);
-        state.users = paths.users == paths.own ? state.own : stampOf(paths.users);
-        state.site = paths.site.isEmpty() ? IniFileStamp() : stampOf(paths.site);
         state.isShared = !canBeReplaced(paths.own);
+        state.users = !state.isShared || paths.users.isEmpty() ? IniFileStamp()
+                      : paths.users == paths.own               ? state.own
+                                                               : stampOf(paths.users);
+        state.site = paths.site.isEmpty() ? IniFileStamp() : stampOf(paths.site);
         return state;
     }
     bool operator==(const IniFileState &) const = default;
@@ -147,13 +149,10 @@ struct IniFiles::Private {
         Copy site;  ///< the administrator's, for all users
         QString sitePath;
         IniFileState state;
-
-        IniFileState::Paths paths(const QString &path) const {
-            return {QFile::encodeName(path), QFile::encodeName(userCopy(path)), QFile::encodeName(sitePath)};
-        }
     };
 
     std::chrono::milliseconds betweenLooks{};
+    UsersCopies copies = UsersCopies::Read;
     Clock::time_point nextLook;
     bool isLookDue = true;                  ///< at the next read, which waits for it
     quint64 writesSeen = 0;                 ///< of writesSoFar
@@ -205,7 +204,12 @@ struct IniFiles::Private {
         return text;
     }
 
-    const File &lookNow(const QString &path) { return take(path, IniFileState::of(files[path].paths(path))); }
+    IniFileState::Paths pathsOf(const QString &path) {
+        return {QFile::encodeName(path), copies == UsersCopies::Read ? QFile::encodeName(userCopy(path)) : QByteArray(),
+                QFile::encodeName(files[path].sitePath)};
+    }
+
+    const File &lookNow(const QString &path) { return take(path, IniFileState::of(pathsOf(path))); }
 
     const File &take(const QString &path, const IniFileState &state) {
         ++looks;
@@ -239,7 +243,7 @@ struct IniFiles::Private {
         lookAside = std::make_shared<IniFileLook>();
         lookedAside = files.keys();
         for (const QString &path : lookedAside) {
-            lookAside->paths.push_back(files[path].paths(path));
+            lookAside->paths.push_back(pathsOf(path));
         }
         try {
             // Nothing waits for it, least of all the end of the program.
@@ -292,8 +296,9 @@ QString valueIn(const IniFileCopy &file, const QString &section, const QString &
 
 } // namespace
 
-IniFiles::IniFiles(std::chrono::milliseconds betweenLooks) : d(std::make_unique<Private>()) {
+IniFiles::IniFiles(std::chrono::milliseconds betweenLooks, UsersCopies copies) : d(std::make_unique<Private>()) {
     d->betweenLooks = betweenLooks;
+    d->copies = copies;
 }
 IniFiles::~IniFiles() = default;
 

@@ -20,8 +20,13 @@ namespace lumora {
 /// too; LF, CRLF and CR end a line.
 class IniFiles {
   public:
+    /// Whether the copies in the user's folder count, which may be on a slow server, or only the files themselves.
+    enum class UsersCopies { Read, Ignored };
+
     /// With a `betweenLooks` of zero every read checks the file.
-    explicit IniFiles(std::chrono::milliseconds betweenLooks = std::chrono::milliseconds(200));
+    explicit IniFiles(std::chrono::milliseconds betweenLooks = std::chrono::milliseconds(200),
+                      UsersCopies copies = UsersCopies::Read);
+    explicit IniFiles(UsersCopies copies) : IniFiles(std::chrono::milliseconds(200), copies) {}
     ~IniFiles();
 
     /// The value, at most 900 characters; `defaultValue` when the file, the section or the key is missing. An empty
