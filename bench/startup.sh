@@ -4,13 +4,8 @@
 # prints a table in Markdown. COLD drops the system's file caches before each start, which needs root.
 set -euo pipefail
 bench=$(dirname "$(readlink -f "$0")")
-lumora=$(readlink -f "${1:-$bench/../build/release/bin/lumora}")
-rounds=${2:-15}
+. "$bench/stage.sh"
 files=${3:-WARM}
-[ -x "$lumora" ] || { echo "$lumora is missing: cmake --preset release && cmake --build --preset release" >&2; exit 1; }
-for needed in Xvfb:xvfb convert:imagemagick python3:python3 dbus-run-session:dbus-daemon; do
-    command -v "${needed%:*}" >/dev/null || { echo "${needed%:*} is missing: apt-get install ${needed#*:}" >&2; exit 1; }
-done
 programs=("$lumora")
 for viewer in lximage-qt eog gpicview; do
     if command -v "$viewer" >/dev/null; then
@@ -19,19 +14,4 @@ for viewer in lximage-qt eog gpicview; do
         echo "$viewer is left out: apt-get install $viewer" >&2
     fi
 done
-stage=$(mktemp -d)
-trap '[ -z "${screen:-}" ] || kill "$screen"; rm -rf "$stage"' EXIT
-
-# As large as a camera's file, with a field of one colour in the middle by which it is known on the screen.
-convert "$bench/../resources/installed/My Photos/animals/ladybird.jpg" -resize '4000x3000!' -attenuate 0.25 +noise Gaussian \
-    -fill '#ff00ff' -draw 'rectangle 1200,900 2800,2100' -sampling-factor 4:2:0 -quality 92 "$stage/photo.jpg"
-
-export HOME=$stage/home XDG_RUNTIME_DIR=$stage/run
-unset XDG_CONFIG_HOME XDG_CACHE_HOME XDG_STATE_HOME XDG_DATA_HOME QT_QPA_PLATFORM WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS
-mkdir -m 700 "$HOME" "$XDG_RUNTIME_DIR"
-Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$stage/display" 2>/dev/null &
-screen=$!
-until [ -s "$stage/display" ]; do sleep 0.1; done
-DISPLAY=:$(cat "$stage/display")
-export DISPLAY
 dbus-run-session -- python3 "$bench/startup.py" "$stage/photo.jpg" "$rounds" "$files" "${programs[@]}"

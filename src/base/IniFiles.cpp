@@ -9,10 +9,16 @@
 #include <QFileInfo>
 #include <QHash>
 #include <array>
+#include <atomic>
+#include <climits>
+#include <cstdlib>
 #include <ctime>
 #include <mutex>
+#include <new>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace lumora {
 
@@ -35,10 +41,9 @@ qint64 nanoseconds(const timespec &time) {
     return qint64{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
 }
 
-IniFileStamp stampOf(const QString &file) {
+IniFileStamp stampOf(const QByteArray &file) {
     struct stat status = {};
-    if (::stat(QFile::encodeName(file).constData(), &status) != 0 || !S_ISREG(status.st_mode) ||
-        status.st_size > largestFile) {
+    if (::stat(file.constData(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > largestFile) {
         return {};
     }
     return {
@@ -54,20 +59,75 @@ bool isSettled(const IniFileStamp &stamp) {
 }
 
 /// Whether the file can be replaced: the file, or its folder where it does not exist, is writable.
-bool canBeReplaced(const QString &file) {
-    const QFileInfo info(file);
-    const QFileInfo target(info.isSymLink() && info.exists() ? info.canonicalFilePath() : file);
-    const auto may = [](const QString &path, int what) {
-        return ::access(QFile::encodeName(path).constData(), what) == 0;
+bool canBeReplaced(const QByteArray &file) {
+    const auto may = [](const QByteArray &path, int what) { return ::access(path.constData(), what) == 0; };
+    const auto folderOf = [](const QByteArray &path) {
+        return path.left(std::max<qsizetype>(path.lastIndexOf('/'), 1));
     };
-    return may(target.path(), W_OK | X_OK) &&
-           (!target.exists() || (target.isFile() && may(target.filePath(), R_OK | W_OK)));
+    struct stat status = {};
+    if (::lstat(file.constData(), &status) != 0) {
+        return may(folderOf(file), W_OK | X_OK);
+    }
+    QByteArray target = file;
+    if (S_ISLNK(status.st_mode)) {
+        char real[PATH_MAX];
+        if (::realpath(file.constData(), real) == nullptr || ::stat(real, &status) != 0) {
+            return may(folderOf(file), W_OK | X_OK); // it leads nowhere
+        }
+        target = real;
+    }
+    return may(folderOf(target), W_OK | X_OK) && S_ISREG(status.st_mode) && may(target, R_OK | W_OK);
 }
 
 /// The user's own copy of a file whose folder is read-only.
 QString userCopy(const QString &file) {
     return usersConfigurationFolder() + '/' + QFileInfo(file).fileName();
 }
+
+} // namespace
+
+/// What the system says about a file, its user's copy and the administrator's. Only system calls: a thread asks them
+/// while the program ends.
+struct IniFileState {
+    struct Paths {
+        QByteArray own, users, site; ///< the last two are empty where there is none
+    };
+    IniFileStamp own, users, site;
+    bool isShared = false; ///< cannot be written: the user's copy overrides it
+
+    static IniFileState of(const Paths &paths) {
+        IniFileState state;
+        state.own = stampOf(paths.own);
+        state.isShared = !canBeReplaced(paths.own);
+        state.users = !state.isShared || paths.users.isEmpty() ? IniFileStamp()
+                      : paths.users == paths.own               ? state.own
+                                                               : stampOf(paths.users);
+        state.site = paths.site.isEmpty() ? IniFileStamp() : stampOf(paths.site);
+        return state;
+    }
+    bool operator==(const IniFileState &) const = default;
+};
+
+/// A look at all files by a thread of its own: a home on a server may take long to answer.
+struct IniFileLook {
+    std::vector<IniFileState::Paths> paths;
+    std::vector<IniFileState> states; ///< only once it is done
+    std::atomic<bool> isDone = false;
+
+    void look() {
+        try {
+            for (const IniFileState::Paths &each : paths) {
+                states.push_back(IniFileState::of(each));
+            }
+        } catch (const std::bad_alloc &) { // the next look will see the others
+        }
+        isDone = true;
+    }
+};
+
+namespace {
+
+std::atomic<quint64> writesSoFar; // by all parts of the program, each of which has files of its own
 
 } // namespace
 
@@ -88,18 +148,22 @@ struct IniFiles::Private {
         Copy users; ///< in the user's configuration folder
         Copy site;  ///< the administrator's, for all users
         QString sitePath;
-        bool isShared = false; ///< cannot be written: the user's copy overrides it
+        IniFileState state;
     };
 
     std::chrono::milliseconds betweenLooks{};
+    UsersCopies copies = UsersCopies::Read;
     Clock::time_point nextLook;
+    bool isLookDue = true;                  ///< at the next read, which waits for it
+    quint64 writesSeen = 0;                 ///< of writesSoFar
+    std::shared_ptr<IniFileLook> lookAside; ///< what is under way
+    QList<QString> lookedAside;             ///< whose files these are
     QHash<QString, File> files;
     quint64 revision = 0;
     int looks = 0;
 
     /// Reads the file again when it differs from the one in memory.
-    void update(Copy &copy, const QString &path) {
-        const IniFileStamp stamp = stampOf(path);
+    void update(Copy &copy, const QString &path, const IniFileStamp &stamp) {
         if (copy.text && copy.settled && copy.stamp == stamp) {
             return;
         }
@@ -134,32 +198,78 @@ struct IniFiles::Private {
             }
         }
         const auto text = std::make_shared<IniText>(bytes);
-        if (isKnown && stampOf(path) == stamp) { // not changed while it was read
+        if (isKnown && stampOf(QFile::encodeName(path)) == stamp) { // not changed while it was read
             all[path] = std::make_shared<const Parsed>(Parsed{stamp, *text});
         }
         return text;
     }
 
-    const File &lookNow(const QString &path) {
+    IniFileState::Paths pathsOf(const QString &path) {
+        return {QFile::encodeName(path), copies == UsersCopies::Read ? QFile::encodeName(userCopy(path)) : QByteArray(),
+                QFile::encodeName(files[path].sitePath)};
+    }
+
+    const File &lookNow(const QString &path) { return take(path, IniFileState::of(pathsOf(path))); }
+
+    const File &take(const QString &path, const IniFileState &state) {
         ++looks;
         File &file = files[path];
-        update(file.own, path);
-        update(file.users, userCopy(path));
-        if (!file.sitePath.isEmpty()) {
-            update(file.site, file.sitePath);
+        update(file.own, path, state.own);
+        const QString users = userCopy(path);
+        if (users == path) {
+            file.users = file.own;
+        } else {
+            update(file.users, users, state.users);
         }
-        const bool isShared = !canBeReplaced(path);
-        revision += isShared != file.isShared ? 1 : 0;
-        file.isShared = isShared;
+        if (!file.sitePath.isEmpty()) {
+            update(file.site, file.sitePath, state.site);
+        }
+        revision += state.isShared != file.state.isShared ? 1 : 0;
+        file.state = state;
         return file;
     }
 
+    void lookAtAll() {
+        writesSeen = writesSoFar;
+        lookAside.reset();
+        for (const QString &path : files.keys()) {
+            lookNow(path);
+        }
+        isLookDue = false;
+        nextLook = Clock::now() + betweenLooks;
+    }
+
+    void startLookAside() {
+        lookAside = std::make_shared<IniFileLook>();
+        lookedAside = files.keys();
+        for (const QString &path : lookedAside) {
+            lookAside->paths.push_back(pathsOf(path));
+        }
+        try {
+            // Nothing waits for it, least of all the end of the program.
+            std::thread([look = lookAside] { look->look(); }).detach();
+        } catch (const std::exception &) { // no thread is to be had
+            lookAtAll();
+        }
+    }
+
+    void takeLookAside() {
+        const auto done = std::exchange(lookAside, nullptr);
+        for (size_t i = 0; i < done->states.size(); ++i) {
+            take(lookedAside[static_cast<qsizetype>(i)], done->states[i]);
+        }
+        nextLook = Clock::now() + betweenLooks;
+    }
+
     void lookWhenDue() {
-        if (Clock::now() >= nextLook) {
-            for (const QString &path : files.keys()) {
-                lookNow(path);
+        if (isLookDue || betweenLooks.count() == 0 || writesSeen != writesSoFar) {
+            lookAtAll();
+        } else if (lookAside) {
+            if (lookAside->isDone) {
+                takeLookAside();
             }
-            nextLook = Clock::now() + betweenLooks;
+        } else if (Clock::now() >= nextLook) {
+            startLookAside();
         }
     }
 
@@ -186,8 +296,9 @@ QString valueIn(const IniFileCopy &file, const QString &section, const QString &
 
 } // namespace
 
-IniFiles::IniFiles(std::chrono::milliseconds betweenLooks) : d(std::make_unique<Private>()) {
+IniFiles::IniFiles(std::chrono::milliseconds betweenLooks, UsersCopies copies) : d(std::make_unique<Private>()) {
     d->betweenLooks = betweenLooks;
+    d->copies = copies;
 }
 IniFiles::~IniFiles() = default;
 
@@ -197,7 +308,7 @@ quint64 IniFiles::revision() {
 }
 
 void IniFiles::lookAgain() {
-    d->nextLook = {};
+    d->isLookDue = true;
 }
 
 int IniFiles::looks() const {
@@ -207,7 +318,7 @@ int IniFiles::looks() const {
 QString IniFiles::ReadIniValue(const QString &file, const QString &section, const QString &key,
                                const QString &defaultValue) {
     const Private::File &found = d->current(file);
-    const auto order = found.isShared
+    const auto order = found.state.isShared
                            ? std::array{&found.users, &found.site, &found.own}
                            : std::array{&found.own, &found.site, static_cast<const Private::Copy *>(nullptr)};
     for (const Private::Copy *from : order) {
@@ -221,6 +332,7 @@ QString IniFiles::ReadIniValue(const QString &file, const QString &section, cons
 
 void IniFiles::addSiteFile(const QString &file, const QString &siteFile) {
     d->files[file].sitePath = siteFile;
+    d->lookAside.reset(); // does not know it
     d->lookNow(file);
 }
 
@@ -234,12 +346,12 @@ bool IniFiles::WriteIniValue(const QString &file, const QString &section, const 
 }
 
 void IniFiles::writeValues(const QString &file, const QList<Value> &values) {
-    const bool toUser = !canBeReplaced(file);
+    d->lookAside.reset(); // what it saw may be older
+    const bool toUser = d->lookNow(file).state.isShared;
     const QString target = toUser ? userCopy(file) : file;
     if (toUser) {
         QDir().mkpath(QFileInfo(target).path());
     }
-    d->lookNow(file);
     const Private::Copy &copy = toUser ? d->files[file].users : d->files[file].own;
     // A file that exists but cannot be read is not written: that would lose all its other values.
     if (!copy.text || (!copy.stamp.readable && QFileInfo::exists(target))) {
@@ -255,7 +367,11 @@ void IniFiles::writeValues(const QString &file, const QList<Value> &values) {
     if (isChanged) {
         const QByteArray bytes = text.toBytes();
         replaceFile(target, [&](QIODevice &replacement) { return replacement.write(bytes) == bytes.size(); });
+        const bool isCurrent = d->writesSeen == writesSoFar++;
         d->lookNow(file);
+        if (isCurrent) {
+            d->writesSeen = writesSoFar;
+        }
     }
 }
 

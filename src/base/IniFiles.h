@@ -9,8 +9,10 @@
 namespace lumora {
 
 /// Keeps parsed files in memory. A check compares a file's date, size and identity, and parses it when it has changed.
-/// Reads check at most once per `betweenLooks`, so that a paint costs no system call and an external change is still
-/// noticed promptly; the program's own writes are visible to the next read. Not thread-safe.
+/// The first read of a file checks it; later ones have another thread check at most once per `betweenLooks` and go on
+/// with what they know, so that neither a paint nor a click waits for a slow disk or server, and an external change is
+/// still noticed promptly. The program's own writes, by whichever IniFiles, are visible to the next read. Not
+/// thread-safe.
 ///
 /// Rules: section and key names match without regard to case; the first of duplicates wins; ';' starts a comment only
 /// at a line's start; blanks around names and values are dropped; values are taken verbatim, without escapes and
@@ -18,8 +20,13 @@ namespace lumora {
 /// too; LF, CRLF and CR end a line.
 class IniFiles {
   public:
+    /// Whether the copies in the user's folder count, which may be on a slow server, or only the files themselves.
+    enum class UsersCopies { Read, Ignored };
+
     /// With a `betweenLooks` of zero every read checks the file.
-    explicit IniFiles(std::chrono::milliseconds betweenLooks = std::chrono::milliseconds(200));
+    explicit IniFiles(std::chrono::milliseconds betweenLooks = std::chrono::milliseconds(200),
+                      UsersCopies copies = UsersCopies::Read);
+    explicit IniFiles(UsersCopies copies) : IniFiles(std::chrono::milliseconds(200), copies) {}
     ~IniFiles();
 
     /// The value, at most 900 characters; `defaultValue` when the file, the section or the key is missing. An empty
@@ -45,14 +52,14 @@ class IniFiles {
     /// Writes several values in their order and replaces the file once, and only when one of them changes it.
     void writeValues(const QString &file, const QList<Value> &values);
 
-    /// Counts the changes noticed in any file that has been read. Caches of values compare this before each use. Checks
-    /// the files when `betweenLooks` has passed.
+    /// Counts the changes noticed in any file that has been read. Caches of values compare this before each use. Has
+    /// the files checked when `betweenLooks` has passed.
     quint64 revision();
 
     /// Forces the next read to check the files, even if the last check was recent.
     void lookAgain();
 
-    /// How often a file has been checked, for the tests.
+    /// How many checks of a file have been taken note of, for the tests.
     int looks() const;
 
   private:

@@ -36,6 +36,11 @@ QString GetTempDir() {
     return named.isEmpty() ? QStringLiteral("/tmp") : named;
 }
 
+QStringList foldersForAMoment() {
+    QDir().mkpath(cacheFolder());
+    return {GetTempDir(), cacheFolder()};
+}
+
 QString stateFolder() {
     const QString named = qEnvironmentVariable("XDG_STATE_HOME");
     return (QDir::isAbsolutePath(named) ? named : QDir::homePath() + "/.local/state") + "/lumora";

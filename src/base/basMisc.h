@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace lumora {
 
@@ -32,6 +33,10 @@ QString usersConfigurationFolder();
 
 /// The temporary folder: TMPDIR of the environment, or the system's.
 QString GetTempDir();
+
+/// Where a file that is needed for a moment can be tried: the temporary folder, then, made where it is missing, the
+/// cache of the user, for when the first is full.
+QStringList foldersForAMoment();
 
 /// Lumora's part of the user's folder for what is worth keeping between two runs, and for what is not (XDG_STATE_HOME,
 /// XDG_CACHE_HOME). The folder may not be there.

@@ -23,14 +23,15 @@ int rounded(double value) {
     return static_cast<int>(std::nearbyint(value));
 }
 
-/// The picture at that size: averaged where it becomes smaller, smooth where it becomes larger.
-QImage scaled(const QImage &picture, QSize size) {
+/// The picture at that size: averaged where it becomes smaller, smooth where it becomes larger; null when memory is
+/// refused.
+QImage atSize(const QImage &picture, QSize size) {
     if (size == picture.size()) {
         return picture;
     }
     const QImage smaller = scaleByAveraging(picture, size.width(), size.height());
-    return !smaller.isNull() ? smaller
-                             : toPicture(picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    // Never by the toolkit, which waits for ever where the system refuses it a thread.
+    return !smaller.isNull() ? smaller : scaled(picture, size.width(), size.height());
 }
 
 /// What a side becomes when the other one is scaled to a fixed length.
@@ -87,7 +88,7 @@ const QImage &PhotoDocument::pic2nd() const {
         const int height = m_canvas.height();
         const QSize size = height <= width ? QSize(dummyLongerSide, following(height, width, dummyLongerSide))
                                            : QSize(following(width, height, dummyLongerSide), dummyLongerSide);
-        m_2nd = scaled(m_canvas, size);
+        m_2nd = atSize(m_canvas, size);
     }
     return m_2nd;
 }
@@ -284,7 +285,7 @@ void PhotoDocument::makeSmall() {
     if (m_history.now().small.isNull() && !m_canvas.isNull()) {
         const QImage &reduced = pic2nd();
         const QSize size = reduced.size().scaled(smallLongerSide, smallLongerSide, Qt::KeepAspectRatio);
-        m_history.setSmall(scaled(reduced, size.expandedTo({1, 1})));
+        m_history.setSmall(atSize(reduced, size.expandedTo({1, 1})));
     }
 }
 
@@ -396,7 +397,7 @@ void PhotoDocument::OpenPhotoFromMemory() {
     const PictureRead read = readPictureFromData(QByteArray::fromBase64(m_memoryPhoto));
     if (!read.picture.isNull()) {
         const int height = following(read.picture.height(), read.picture.width(), memoryPhotoWidth);
-        m_buffer = scaled(read.picture, QSize(memoryPhotoWidth, height));
+        m_buffer = atSize(read.picture, QSize(memoryPhotoWidth, height));
     }
 }
 

@@ -1,11 +1,8 @@
 #include "document/PhotoHistory.h"
 
-#include "base/basMisc.h"
 #include "document/PictureDifference.h"
 #include "imaging/Picture.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -16,19 +13,9 @@ namespace lumora {
 
 using Reading = StepStore::Reading;
 
-namespace {
-
-QString folderFor(const PhotoHistory::Limits &limits) {
-    const bool isThere =
-        !limits.folder.isEmpty() && QDir().mkpath(limits.folder) && QFileInfo(limits.folder).isWritable();
-    return isThere ? limits.folder : GetTempDir();
-}
-
-} // namespace
-
 PhotoHistory::PhotoHistory() : PhotoHistory(Limits()) {}
 
-PhotoHistory::PhotoHistory(const Limits &limits) : m_store(limits.memory, limits.disk, folderFor(limits)) {}
+PhotoHistory::PhotoHistory(const Limits &limits) : m_store(limits.memory, limits.disk, limits.folder) {}
 
 void PhotoHistory::record() {
     Step step;

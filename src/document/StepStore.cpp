@@ -1,8 +1,11 @@
 #include "document/StepStore.h"
 
+#include "base/basMisc.h"
 #include "document/CompressedPicture.h"
 #include "imaging/Picture.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <algorithm>
 #include <cerrno>
 #include <new>
@@ -12,8 +15,16 @@
 namespace lumora {
 
 namespace {
+
 constexpr qint64 largestDiskBudget = qint64{8} << 30;
+
+/// The wanted folder, made where it is missing, or the temporary folder.
+QString usableFolder(const QString &wanted) {
+    const bool isThere = !wanted.isEmpty() && QDir().mkpath(wanted) && QFileInfo(wanted).isWritable();
+    return isThere ? wanted : GetTempDir();
 }
+
+} // namespace
 
 StoredPixels::StoredPixels(StepStore &owner, const QImage &pixels)
     : store(owner), size(pixels.size()), opaque(pixels.format() == QImage::Format_RGB32), bytes(pixels.sizeInBytes()),
@@ -31,12 +42,12 @@ StoredPixels::~StoredPixels() {
     }
     if (!m_file.empty()) {
         store.m_diskBytes -= m_fileBytes;
-        store.m_folder.remove(m_file);
+        store.m_folder->remove(m_file);
     }
 }
 
-StepStore::StepStore(qint64 memoryBudget, qint64 diskBudget, const QString &parentFolder)
-    : m_memoryBudget(memoryBudget), m_parentFolder(parentFolder), m_folder(parentFolder), m_diskBudget(diskBudget),
+StepStore::StepStore(qint64 memoryBudget, qint64 diskBudget, const QString &wantedFolder)
+    : m_memoryBudget(memoryBudget), m_wantedFolder(wantedFolder), m_diskBudget(diskBudget),
       m_thread([this](const std::stop_token &stop) { work(stop); }) {}
 
 StepStore::~StepStore() = default;
@@ -51,7 +62,7 @@ StepStore::Reading StepStore::read(const Pixels &pixels, QImage &picture) const 
         }
         name = pixels->m_file;
     }
-    const int file = m_folder.open(name);
+    const int file = m_folder->open(name);
     if (file < 0) {
         return errno == ENOENT ? Reading::Lost : Reading::NotNow;
     }
@@ -124,8 +135,22 @@ qint64 StepStore::diskBytes() const {
     return m_diskBytes;
 }
 
+/// Makes it when it is first asked for; false when memory is refused.
+bool StepStore::hasFolder() {
+    try {
+        if (!m_folder) {
+            const QString parent = usableFolder(m_wantedFolder);
+            SpillFolder::sweep(parent);
+            m_folder.emplace(parent);
+        }
+    } catch (const std::bad_alloc &) {
+        return false;
+    }
+    return true;
+}
+
 void StepStore::work(const std::stop_token &stop) {
-    SpillFolder::sweep(m_parentFolder);
+    hasFolder();
     for (;;) {
         std::unique_lock lock(m_mutex);
         if (!m_workToDo.wait(lock, stop, [this] { return !m_queue.empty(); }) || stop.stop_requested()) {
@@ -138,15 +163,16 @@ void StepStore::work(const std::stop_token &stop) {
             m_workDone.notify_all();
             continue;
         }
-        if (m_diskBudget < 0) {
-            m_diskBudget = std::min(largestDiskBudget, m_folder.freeBytes() / 2);
-        }
         m_writing = true;
         const QImage picture = pixels->m_picture;
         const bool compress = m_queue.empty(); // more is waiting: quick counts
-        const qint64 limit = m_diskBudget - m_diskBytes;
+        const qint64 used = m_diskBytes;
         const std::string name = "step-" + std::to_string(++m_files);
         lock.unlock();
+        if (m_diskBudget < 0 && hasFolder()) {
+            m_diskBudget = std::min(largestDiskBudget, m_folder->freeBytes() / 2);
+        }
+        const qint64 limit = m_diskBudget - used;
         qint64 written = write(name, picture, compress, limit, stop);
         if (written < 0) {
             written = write(name, picture, compress, limit, stop); // what was refused once need not cost a step
@@ -157,21 +183,22 @@ void StepStore::work(const std::stop_token &stop) {
 
 qint64 StepStore::write(const std::string &name, const QImage &picture, bool compress, qint64 limit,
                         const std::stop_token &stop) {
-    const int file = m_folder.create(name);
-    if (file < 0) {
-        return -1;
-    }
+    int file = -1;
     qint64 written = -1;
     try {
-        written = writeCompressed(file, picture, compress, limit, stop);
+        file = hasFolder() ? m_folder->create(name) : -1;
+        written = file < 0 ? -1 : writeCompressed(file, picture, compress, limit, stop);
     } catch (const std::bad_alloc &) {
         written = -1; // as if the disk were full
+    }
+    if (file < 0) {
+        return -1;
     }
     if (::close(file) != 0) {
         written = -1;
     }
     if (written < 0) {
-        m_folder.remove(name);
+        m_folder->remove(name);
     }
     return written;
 }
@@ -187,8 +214,11 @@ void StepStore::finish(const Pixels &pixels, const std::string &name, qint64 wri
         m_diskBytes += written;
     } else {
         m_failed = true;
-        m_refused.emplace_back(pixels);
-        m_refused.insert(m_refused.end(), m_queue.begin(), m_queue.end());
+        try {
+            m_refused.emplace_back(pixels);
+            m_refused.insert(m_refused.end(), m_queue.begin(), m_queue.end());
+        } catch (const std::bad_alloc &) { // they stay in memory without another try
+        }
         m_queue.clear();
     }
     m_writing = false;

@@ -9,6 +9,7 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -42,8 +43,9 @@ class StepStore {
     using Pixels = std::shared_ptr<StoredPixels>;
     enum class Reading { Done, Lost, NotNow };
 
-    /// Budgets in bytes; a negative disk budget means the smaller of 8 GB and half of what is free.
-    StepStore(qint64 memoryBudget, qint64 diskBudget, const QString &parentFolder);
+    /// Budgets in bytes; a negative disk budget means the smaller of 8 GB and half of what is free. The thread makes
+    /// the folder where it is missing; the temporary folder takes its place where it is empty or cannot be written.
+    StepStore(qint64 memoryBudget, qint64 diskBudget, const QString &wantedFolder);
     ~StepStore();
     StepStore(const StepStore &) = delete;
     StepStore &operator=(const StepStore &) = delete;
@@ -70,13 +72,14 @@ class StepStore {
   private:
     friend struct StoredPixels;
     void work(const std::stop_token &stop);
+    bool hasFolder();
     qint64 write(const std::string &name, const QImage &picture, bool compress, qint64 limit,
                  const std::stop_token &stop);
     void finish(const Pixels &pixels, const std::string &name, qint64 written);
 
     const qint64 m_memoryBudget;
-    const QString m_parentFolder;
-    SpillFolder m_folder;
+    const QString m_wantedFolder;
+    std::optional<SpillFolder> m_folder; ///< the thread makes it, before anything has a file
     mutable std::mutex m_mutex;
     std::condition_variable_any m_workToDo;
     std::condition_variable m_workDone;

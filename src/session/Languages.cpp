@@ -37,7 +37,7 @@ QString nameOf(IniFiles &files, const QString &path, const QString &otherwise) {
 } // namespace
 
 QList<InstalledLanguage> installedLanguages(const Installation &where) {
-    IniFiles files;
+    IniFiles files(IniFiles::UsersCopies::Ignored);
     QList<InstalledLanguage> languages;
     const QDir folder(where.languagesFolder());
     for (const QString &file : folder.entryList({QStringLiteral("*.ini")}, QDir::Files | QDir::Readable)) {

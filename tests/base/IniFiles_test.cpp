@@ -204,10 +204,21 @@ TEST_F(IniFilesTest, AChangeFromOutsideIsSeenSoon) {
     const quint64 before = usual.revision();
     put(file + ".new", "[A]\nk=1\n"); // as an editor does: a new file takes the old one's place
     ASSERT_EQ(::rename(QFile::encodeName(file + ".new").constData(), QFile::encodeName(file).constData()), 0);
+    EXPECT_EQ(seen(), "default") << "no read waits for the disk";
     while (seen() != "1") { // the test's time limit ends it when the change is never noticed
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     EXPECT_NE(usual.revision(), before);
+}
+
+TEST_F(IniFilesTest, AWriteElsewhereInTheProgramIsSeenAtOnce) {
+    IniFiles patient(std::chrono::hours(1));
+    IniFiles other(std::chrono::hours(1));
+    put(file, "[A]\nk=1\n");
+    EXPECT_EQ(patient.ReadIniValue(file, "A", "k", "default"), "1");
+    other.WriteIniValue(file, "A", "k", "2");
+    EXPECT_EQ(patient.ReadIniValue(file, "A", "k", "default"), "2");
+    EXPECT_EQ(other.ReadIniValue(file, "A", "k", "default"), "2");
 }
 
 TEST_F(IniFilesTest, ReadersNeverSeeAHalfWrittenFile) {

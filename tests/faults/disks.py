@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """disks.py LUMORA-KEEP LUMORA-PLAY [--all]: writes photos, settings, recovery copies and undo steps on real disks of 1
 to 3 MB: in memory, of Linux (ext4) and of Windows (NTFS); with just enough room, one block less, and none; then a disk
-that refuses some names, as those of Windows do. What is on the disk is the old or the new file, whole, with nothing
+that refuses some names, as those of Windows do; then with a temporary folder that is full. What is on the disk is the old or the new file, whole, with nothing
 beside it. Without --all two types of photos.
 
 Mounts these disks where nobody else sees them; ends with 77, which stands for "skipped", where it may not mount."""
@@ -11,6 +11,7 @@ import sys
 import tempfile
 
 from common import ENVIRONMENT, FORMATS, content, fail, make_pictures
+from systems import MailSystem, PrintSystem
 
 SKIPPED = 77
 SIZES = ((160, 120), (260, 200))  # pixels; a TGA file of the second has 156 kB
@@ -203,6 +204,82 @@ quit
     return len(NAMES) + 2
 
 
+def temporary(play, source, all_full):
+    """The whole way of a photo with a full temporary folder; with a full cache as well nothing can be printed or mailed."""
+    with tempfile.TemporaryDirectory() as top:
+        os.chmod(top, 0o755)
+        for name in ("tmp", "cache") if all_full else ("tmp",):
+            place = os.path.join(top, "stage", name)
+            os.makedirs(place)
+            if run("mount", "-t", "tmpfs", "-o", "size=16k", "none", place).returncode != 0:
+                return 0
+            with open(os.path.join(place, "filler.bin"), "wb") as file:
+                try:
+                    file.write(b"\xff" * 65536)
+                except OSError:
+                    pass  # it is full
+        printing, mail = PrintSystem(os.path.join(top, "print")), MailSystem(source, os.path.join(top, "mail"))
+        script = os.path.join(top, "script.play")
+        with open(script, "w", encoding="utf-8") as file:
+            file.write(f"""setting Welcome/Show=0
+setting Dialogs/Style=1
+setting E-mail/Value=1
+setting Sender/Address=anna@school.example
+setting Mail Server/Server=localhost
+setting Mail Server/Port={mail.port}
+setting Mail Server/Security=0
+setting Scanner/Device=0
+start advanced $SAMPLES/animals/ladybird.jpg
+hash opened
+click cmdTool8
+item FT3 keySepia
+hash sepia
+key Ctrl+C
+key Ctrl+Z
+expect hash $opened
+key Ctrl+Y
+expect hash $sepia
+click cmdPrint
+expect lblDevice Printer: Pages
+click frmPrint2.cmdYes
+expect SBar {"The disk is full. Make some room*" if all_full else "Your photo is on its way to the printer."}
+item Toolbar1 keyEmail
+""")
+            file.write("expect SBar The photo could not be made ready*\n" if all_full else """type txtAddress gran@home.example
+click frmEmail.cmdOK
+expect msgEmail@text E-mail Sent!
+click msgEmail.OK
+""")
+            file.write("""expect hash $sepia
+expect state.PhotoModified 1
+click cmdSave
+choose $HOME/Pictures/saved.png
+expect SBar Saved: saved.png
+expect state.PhotoModified 0
+click cmdScan
+expect state.size 2362x2362
+key Ctrl+Z
+expect hash $sepia
+key Ctrl+V
+expect hash $sepia
+quit
+""")
+        environment = {**ENVIRONMENT, "CUPS_SERVER": printing.environment["CUPS_SERVER"],
+                       "SANE_CONFIG_DIR": os.path.join(source, "tests/support/sane")}
+        try:
+            ended = subprocess.run([play, "--in", os.path.join(top, "stage"), "--patience", "30000", script],
+                                   env=environment, capture_output=True, text=True, check=False, timeout=600)
+        finally:
+            jobs, mails = printing.jobs(), mail.mails()
+            printing.stop()
+            mail.stop()
+            for name in ("tmp", "cache"):
+                run("umount", os.path.join(top, "stage", name))
+        if ended.returncode != 0 or (jobs, mails) != ((0, 0) if all_full else (1, 1)):
+            fail(f"full temporary folder: {jobs} prints, {mails} mails; {ended.stdout}{ended.stderr}")
+    return 1
+
+
 def main():
     if HIDDEN not in os.environ:
         os.environ[HIDDEN] = "1"
@@ -211,7 +288,8 @@ def main():
             sys.exit(SKIPPED)
         os.execvp("unshare", ["unshare", "-m", "--propagation", "private", sys.executable, *sys.argv])
     keep, play = os.path.realpath(sys.argv[1]), os.path.realpath(sys.argv[2])
-    total = 0
+    source = os.path.realpath(os.path.join(os.path.dirname(__file__), "../.."))
+    total = sum(temporary(play, source, all_full) for all_full in (False, True))
     for kind, megabytes, work in (("tmpfs", 1, photos_and_settings), ("tmpfs", 1, unsaved), ("ext4", 1, photos_and_settings),
                                   ("ext4", 2, unsaved), ("NTFS", 3, photos_and_settings), ("NTFS", 3, unsaved),
                                   ("NTFS", 4, lambda *words: names(words[0], play, *words[1:]))):

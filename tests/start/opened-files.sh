@@ -2,23 +2,10 @@
 # opened-files.sh LUMORA: what a start with a photo opens, seen by its system calls, and in which order: what the first
 # picture does not need must not cost it time.
 set -euo pipefail
-lumora=$(realpath "$1")
-folder=$(mktemp -d)
-trap 'rm -r "$folder"' EXIT
-export HOME=$folder/home QT_QPA_PLATFORM=offscreen
-unset XDG_CONFIG_HOME XDG_CACHE_HOME XDG_STATE_HOME XDG_DATA_HOME
-mkdir "$HOME" "$folder/program"
-# A copy: the program writes settings into its folder.
-cp -r "$lumora" "$(dirname "$lumora")"/{lumora-devices,Lumora.ini,language.ini,languages} "$folder/program"
-photo="$(dirname "$lumora")/My Photos/animals/owl.jpg"
-strace -f -qq -o "$folder/trace" -e trace=openat,execve timeout -s TERM 5 "$folder/program/lumora" "$photo" >/dev/null 2>&1 ||
-    [ $? -eq 124 ]
+. "$(dirname "$0")/../support/traced-start.sh" "$(realpath "$1")"
+trace_start openat,execve
 # Of the program itself, without what it starts.
 sed -n '\|execve(.*/lumora-devices|q;p' "$folder/trace" | grep -v ENOENT >"$folder/opened"
-fail() {
-    echo "$1" >&2
-    exit 1
-}
 for library in libcurl libheif; do
     ! grep -q "/$library\.so" "$folder/opened" || fail "$library is loaded although nothing needs it"
 done

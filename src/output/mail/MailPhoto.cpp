@@ -59,17 +59,19 @@ QString writeMailFile(const QByteArray &jpeg) {
     if (jpeg.isEmpty()) {
         return {};
     }
-    const QString usual = GetTempDir() + '/' + fileName;
-    if (writeAs(usual, jpeg)) {
-        return usual;
+    for (const QString &place : foldersForAMoment()) {
+        const QString usual = place + '/' + fileName;
+        if (writeAs(usual, jpeg)) {
+            return usual;
+        }
+        QTemporaryDir folder(place + '/' + folderName + "XXXXXX");
+        const QString path = folder.filePath(fileName);
+        if (folder.isValid() && writeAs(path, jpeg)) {
+            folder.setAutoRemove(false);
+            return path;
+        }
     }
-    QTemporaryDir folder(GetTempDir() + '/' + folderName + "XXXXXX");
-    const QString path = folder.filePath(fileName);
-    if (!folder.isValid() || !writeAs(path, jpeg)) {
-        return {};
-    }
-    folder.setAutoRemove(false);
-    return path;
+    return {};
 }
 
 void removeMailFile(const QString &path) {

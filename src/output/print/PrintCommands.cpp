@@ -95,6 +95,9 @@ void PrintCommands::say(PrintResult result, const PrintJob &job) {
     case PrintResult::NotWritable:
         Q_EMIT failed(plainWords(texts, PictureError::NotWritable));
         break;
+    case PrintResult::NoRoom:
+        Q_EMIT failed(plainWords(texts, PictureError::DiskFull));
+        break;
     case PrintResult::NoMemory:
         Q_EMIT failed(plainWords(texts, PictureError::NoMemory));
         break;

@@ -2,9 +2,10 @@
 
 #include "base/ReplaceFile.h"
 #include "base/TaskControl.h"
+#include "base/basMisc.h"
 #include "output/print/PageDrawing.h"
 
-#include <QDir>
+#include <QStringList>
 #include <QTemporaryFile>
 #include <algorithm>
 #include <new>
@@ -45,20 +46,26 @@ PrinterPaper paperOf(const PrintJob &job, const QString &helper, int timeLimit) 
 PrintResult writeFile(const PrintJob &job, const PrintPages &pages, const QImage &picture) {
     const auto fault = replaceFile(
         job.pdfFile, [&](QIODevice &device) { return writePages(device, pages, picture, job.copies, job.title); });
-    return TaskControl::isCurrentCancelled() ? PrintResult::Cancelled
-           : fault                           ? PrintResult::NotWritable
-                                             : PrintResult::Saved;
+    return TaskControl::isCurrentCancelled()               ? PrintResult::Cancelled
+           : !fault                                        ? PrintResult::Saved
+           : fault->kind == ReplaceFailure::Kind::DiskFull ? PrintResult::NoRoom
+                                                           : PrintResult::NotWritable;
 }
 
 PrintResult print(const PrintJob &job, const PrinterPaper &paper, const PrintPages &pages, const QImage &picture,
                   const QString &helper, int timeLimit) {
-    QTemporaryFile file(QDir::tempPath() + "/lumora-XXXXXX.pdf"); // readable by its owner only
-    if (!file.open() || !writePages(file, pages, picture, job.copies, job.title) || !file.flush() ||
-        file.error() != QFileDevice::NoError) {
-        return TaskControl::isCurrentCancelled() ? PrintResult::Cancelled : PrintResult::NotWritable;
+    for (const QString &place : foldersForAMoment()) {
+        QTemporaryFile file(place + "/lumora-XXXXXX.pdf"); // readable by its owner only
+        if (file.open() && writePages(file, pages, picture, job.copies, job.title) && file.flush() &&
+            file.error() == QFileDevice::NoError) {
+            return resultOf(
+                sendToPrinter({job.printer, job.title, file.fileName(), paper.size, job.options}, helper, timeLimit));
+        }
+        if (TaskControl::isCurrentCancelled()) {
+            return PrintResult::Cancelled;
+        }
     }
-    return resultOf(
-        sendToPrinter({job.printer, job.title, file.fileName(), paper.size, job.options}, helper, timeLimit));
+    return PrintResult::NoRoom;
 }
 
 } // namespace

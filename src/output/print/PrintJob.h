@@ -29,6 +29,7 @@ enum class PrintResult {
     Refused,     ///< the printer takes nothing now
     NoAnswer,    ///< the print system does not answer
     NotWritable, ///< the file could not be written; what had that name before is unchanged
+    NoRoom,      ///< the same, since the disk is full: that of the PDF file, or of what goes to the printer
     NoMemory,
     Cancelled, ///< nothing was printed or written
 };
