@@ -78,6 +78,15 @@ class Target:
         run = subprocess.run(command, env=ENVIRONMENT, capture_output=True, text=True, check=False, timeout=60)
         return run.returncode, run.stdout.strip()
 
+    def after_next_write(self):
+        """What the file was, when another write beside it removes what is left over."""
+        now = content(self.path) if os.path.exists(self.path) else None
+        command = [*self.command, *self.arguments]
+        if subprocess.run(command, env=ENVIRONMENT, capture_output=True, check=False, timeout=60).returncode != 0:
+            return "cannot be written again"
+        state = self.state()
+        return "old" if now == self.before and state == "new" else "new" if now == self.after else state
+
     def state(self):
         """'old', 'new' or what is wrong."""
         others = sorted(set(os.listdir(os.path.dirname(self.path))) - {os.path.basename(self.path)})
