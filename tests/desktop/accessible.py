@@ -99,7 +99,9 @@ class Program:
     def wait(self, question, what):
         """The answer, once it is not empty."""
         end = time.monotonic() + PATIENCE
-        while time.monotonic() < end:
+        asked = 0
+        while time.monotonic() < end or asked < 100:  # the machine may have stood still
+            asked += 1
             try:
                 if answer := question():
                     return answer

@@ -44,7 +44,7 @@ class X:
         return found[-1] if found else None
 
     def place(self, window):
-        said = run("xwininfo", "-id", window)
+        said = run("xwininfo", "-id", int(window))
         return Rect(*(int(re.search(f"{key}: +(-?[0-9]+)", said)[1])
                       for key in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")))
 
