@@ -45,20 +45,22 @@ def is_gone(name):
 
 def fits_fingers(window):
     """Whether whatever is to press there is large enough, and the program knows where its window is."""
-    shown = [each for each in program.see() if each.window().name == window]
+    shown = program.until(lambda: [each for each in program.see() if each.window().name == window], f"\"{window}\"")
     for each in shown:
         width, height = each.place()[2:]
         if each.kind in PRESSED and (width < LEAST or height < LEAST):
             fail(f"{each} in \"{window}\" is only {width} x {height} pixels")
-    known = shown[0].source.get_extents(Atspi.CoordType.SCREEN)
-    if (known.x, known.y) != desk.place(desk.window(window))[:2]:
-        fail(f"\"{window}\" is at {desk.place(desk.window(window))}, and the program believes {known.x}, {known.y}")
+
+    def known():
+        at = shown[0].source.get_extents(Atspi.CoordType.SCREEN)
+        return (at.x, at.y) == desk.place(desk.window(window))[:2]
+    program.until(known, f"\"{window}\" that knows its place on the screen")
+    time.sleep(0.5)  # a hand is not quicker
 
 
 def opens(button, window):
     tap(button)
     program.until(lambda: program.find(window, "dialog") and desk.window(window), f"\"{window}\"")
-    time.sleep(0.3)
     fits_fingers(window)
 
 
