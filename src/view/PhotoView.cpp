@@ -1,15 +1,16 @@
 #include "view/PhotoView.h"
 
+#include "base/Finger.h"
 #include "view/PictureSampling.h"
 
-#include <QGestureEvent>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QPinchGesture>
 #include <QScrollBar>
+#include <QTouchEvent>
 #include <QWheelEvent>
+#include <QWindow>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -47,8 +48,7 @@ PhotoView::PhotoView(PhotoDocument &document, QWidget *parent) : QAbstractScroll
     setLayoutDirection(Qt::LeftToRight);
     viewport()->setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
-    viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
-    viewport()->grabGesture(Qt::PinchGesture);
+    viewport()->ungrabGesture(Qt::PanGesture); // two fingers have another use, and it loses the release of one
     connect(&document, &PhotoDocument::changed, this, &PhotoView::followDocument);
     layOut(centre());
 }
@@ -215,8 +215,6 @@ bool PhotoView::event(QEvent *event) {
 
 bool PhotoView::viewportEvent(QEvent *event) {
     switch (event->type()) {
-    case QEvent::Gesture:
-        return pinch(*static_cast<QGestureEvent *>(event));
     case QEvent::NativeGesture:
         return nativeGesture(*static_cast<QNativeGestureEvent *>(event));
     case QEvent::ScreenChangeInternal: // the new screen may have more pixels to the point
@@ -334,23 +332,6 @@ void PhotoView::zoomByWheel(const QWheelEvent &event) {
     }
 }
 
-bool PhotoView::pinch(QGestureEvent &event) {
-    const auto *const gesture = static_cast<QPinchGesture *>(event.gesture(Qt::PinchGesture));
-    if (gesture == nullptr) {
-        return false;
-    }
-    if (gesture->state() == Qt::GestureStarted) {
-        m_gestureZoom = m_document.zoom();
-    }
-    // The point between the fingers stays between them, also when they move.
-    const bool moved = gesture->state() != Qt::GestureStarted;
-    const QPointF before = moved ? gesture->lastCenterPoint() : gesture->centerPoint();
-    m_anchor = Anchor{toPicture(viewport()->mapFromGlobal(before)), viewport()->mapFromGlobal(gesture->centerPoint())};
-    m_document.setZoom(toInt(std::round(m_gestureZoom * gesture->totalScaleFactor())));
-    event.accept();
-    return true;
-}
-
 bool PhotoView::nativeGesture(const QNativeGestureEvent &event) {
     if (event.gestureType() == Qt::BeginNativeGesture) {
         m_gestureZoom = m_document.zoom();
@@ -362,6 +343,81 @@ bool PhotoView::nativeGesture(const QNativeGestureEvent &event) {
     m_gestureZoom = std::max(1.0, m_gestureZoom * (1.0 + event.value()));
     zoomAbout(event.position(), toInt(std::round(m_gestureZoom)));
     return true;
+}
+
+/// The window's touches are watched, not taken: the toolkit makes a mouse of the first finger, whose release would be
+/// lost if only some of them were taken.
+void PhotoView::showEvent(QShowEvent *event) {
+    window()->windowHandle()->installEventFilter(this);
+    QAbstractScrollArea::showEvent(event);
+}
+
+bool PhotoView::eventFilter(QObject *watched, QEvent *event) {
+    if (event->isPointerEvent() && watched == window()->windowHandle()) {
+        switch (event->type()) {
+        case QEvent::TouchBegin:
+        case QEvent::TouchUpdate:
+        case QEvent::TouchEnd:
+        case QEvent::TouchCancel:
+            followFingers(*static_cast<QTouchEvent *>(event));
+            break;
+        default:
+            break;
+        }
+    }
+    return QAbstractScrollArea::eventFilter(watched, event);
+}
+
+void PhotoView::followFingers(const QTouchEvent &event) {
+    if (event.type() == QEvent::TouchBegin) {
+        m_fingersUsed = false;
+    }
+    QList<QPointF> fingers; // in the view
+    for (const QEventPoint &point : event.points()) {
+        const QPoint pressed = point.scenePressPosition().toPoint();
+        if (point.state() != QEventPoint::Released && window()->childAt(pressed) == viewport()) {
+            fingers.append(viewport()->mapFrom(window(), point.scenePosition()));
+        }
+    }
+    if (fingers.size() != 2 || event.type() == QEvent::TouchCancel) {
+        m_pinch.reset();
+        return;
+    }
+    const QPointF between = (fingers[0] + fingers[1]) / 2;
+    constexpr double closest = 20; // pixels: fingers have a width
+    const double distance = std::max(closest, QLineF(fingers[0], fingers[1]).length());
+    if (!m_pinch) {
+        if (m_heldPress == nullptr && !m_fingersUsed) {
+            return; // the first finger drags something
+        }
+        m_heldPress.reset();
+        m_fingersUsed = true;
+        m_pinch = Pinch{toPicture(between), distance, double(m_document.zoom())};
+    }
+    m_anchor = Anchor{m_pinch->picture, between};
+    m_document.setZoom(toInt(std::round(m_pinch->zoom * distance / m_pinch->distance)));
+}
+
+/// Whether that event of a finger is not told, or not yet.
+bool PhotoView::holdsBack(const QMouseEvent &event) {
+    if (!isFromFinger(event)) {
+        return false;
+    }
+    if (event.type() == QEvent::MouseButtonPress || event.type() == QEvent::MouseButtonDblClick) {
+        m_heldPress.reset(event.clone());
+        return true;
+    }
+    if (m_heldPress != nullptr && (event.type() == QEvent::MouseButtonRelease ||
+                                   (event.position() - m_heldPress->position()).manhattanLength() >= fingerSlip)) {
+        tellHeldPress();
+    }
+    return m_heldPress != nullptr || m_fingersUsed;
+}
+
+void PhotoView::tellHeldPress() {
+    const std::unique_ptr<QMouseEvent> press = std::move(m_heldPress);
+    const bool isDouble = press->type() == QEvent::MouseButtonDblClick;
+    tellPointer(isDouble ? PointerEvent::Kind::DoubleClick : PointerEvent::Kind::Press, *press);
 }
 
 void PhotoView::tellPointer(PointerEvent::Kind kind, const QMouseEvent &event) {
@@ -380,20 +436,22 @@ bool PhotoView::startPanning(const QMouseEvent &event) {
 }
 
 void PhotoView::mousePressEvent(QMouseEvent *event) {
-    if (!startPanning(*event)) {
+    if (!startPanning(*event) && !holdsBack(*event)) {
         tellPointer(PointerEvent::Kind::Press, *event);
     }
 }
 
 void PhotoView::mouseDoubleClickEvent(QMouseEvent *event) {
-    if (!startPanning(*event)) {
+    if (!startPanning(*event) && !holdsBack(*event)) {
         tellPointer(PointerEvent::Kind::DoubleClick, *event);
     }
 }
 
 void PhotoView::mouseMoveEvent(QMouseEvent *event) {
     if (!m_panFrom) {
-        tellPointer(PointerEvent::Kind::Move, *event);
+        if (!holdsBack(*event)) {
+            tellPointer(PointerEvent::Kind::Move, *event);
+        }
         return;
     }
     const QPoint at = event->position().toPoint();
@@ -405,7 +463,9 @@ void PhotoView::mouseMoveEvent(QMouseEvent *event) {
 
 void PhotoView::mouseReleaseEvent(QMouseEvent *event) {
     if (!m_panFrom || event->button() != m_panButton) {
-        tellPointer(PointerEvent::Kind::Release, *event);
+        if (!holdsBack(*event)) {
+            tellPointer(PointerEvent::Kind::Release, *event);
+        }
         return;
     }
     m_panFrom.reset();

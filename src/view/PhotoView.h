@@ -8,11 +8,13 @@
 
 #include <QAbstractScrollArea>
 #include <QCursor>
+#include <QMouseEvent>
+#include <memory>
 #include <optional>
 
-class QGestureEvent;
 class QKeyEvent;
 class QNativeGestureEvent;
+class QTouchEvent;
 
 namespace lumora {
 
@@ -29,8 +31,9 @@ struct PointerEvent {
     Qt::KeyboardModifiers modifiers = Qt::NoModifier;
 };
 
-/// View coordinates are those of the viewport, in device-independent pixels. The zoom counts these too, and painting
-/// uses every pixel of the device.
+/// One finger is a mouse: its press is told once it moves or is lifted. Until then a second one may come, and the photo
+/// goes with both of them, larger and smaller, too. View coordinates are those of the viewport, in device-independent
+/// pixels. The zoom counts these too, and painting uses every pixel of the device.
 class PhotoView : public QAbstractScrollArea {
     Q_OBJECT
 
@@ -79,6 +82,8 @@ class PhotoView : public QAbstractScrollArea {
 
   protected:
     bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     bool viewportEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -110,7 +115,9 @@ class PhotoView : public QAbstractScrollArea {
     void paintPreview(QPainter &painter, const QRect &exposed);
     void paintInstead(QPainter &painter, const QRect &exposed) const;
     void paintPixels(QPainter &painter, QImage pixels, const QRect &part);
-    bool pinch(QGestureEvent &event);
+    void followFingers(const QTouchEvent &event);
+    bool holdsBack(const QMouseEvent &event);
+    void tellHeldPress();
     bool nativeGesture(const QNativeGestureEvent &event);
     void zoomByWheel(const QWheelEvent &event);
     void tellPointer(PointerEvent::Kind kind, const QMouseEvent &event);
@@ -134,7 +141,16 @@ class PhotoView : public QAbstractScrollArea {
 
     std::optional<Anchor> m_anchor; ///< for the zoom that is being set
     double m_gestureZoom = 100.0;   ///< percent, unrounded while two fingers move
-    int m_wheelRest = 0;            ///< eighths of a degree not yet turned into a zoom step
+    /// What two fingers do: the point of the photo that was first between them, how far they were apart, the zoom.
+    struct Pinch {
+        QPointF picture;
+        double distance;
+        double zoom;
+    };
+    std::optional<Pinch> m_pinch;
+    bool m_fingersUsed = false;               ///< for zooming, so that the one that is left does nothing
+    std::unique_ptr<QMouseEvent> m_heldPress; ///< of a finger, not told yet
+    int m_wheelRest = 0;                      ///< eighths of a degree not yet turned into a zoom step
     bool m_spaceDown = false;
     std::optional<QPoint> m_panFrom; ///< where the pointer last was while it drags the photo
     Qt::MouseButton m_panButton = Qt::NoButton;

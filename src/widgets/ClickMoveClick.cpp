@@ -1,5 +1,8 @@
 #include "widgets/ClickMoveClick.h"
 
+#include "base/Finger.h"
+#include "widgets/WidgetAt.h"
+
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -17,17 +20,6 @@ namespace {
 constexpr char draggableProperty[] = "draggable";
 
 QPointer<ClickMoveClick> clickMoveClick; // while it is on
-
-/// The innermost widget of that window there.
-QWidget *widgetAt(const QWindow &window, QPoint place) {
-    for (QWidget *top : QApplication::topLevelWidgets()) {
-        if (top->windowHandle() == &window) {
-            QWidget *child = top->childAt(place);
-            return child == nullptr ? top : child;
-        }
-    }
-    return nullptr;
-}
 
 /// A click in the groove sets a slider and turns a scroll bar's pages at once.
 bool isOnHandle(const QAbstractSlider &bar, QPoint place) {
@@ -48,7 +40,7 @@ bool isOnHandle(const QAbstractSlider &bar, QPoint place) {
         .contains(place);
 }
 
-bool isDraggable(const QWidget *widget, bool onHandle) {
+bool dragsThere(const QWidget *widget, bool onHandle) {
     for (; widget != nullptr; widget = widget->isWindow() ? nullptr : widget->parentWidget()) {
         if (qobject_cast<const QAbstractSlider *>(widget) != nullptr) {
             return onHandle && widget->isEnabled();
@@ -132,10 +124,16 @@ bool ClickMoveClick::press(QWindow &window, const QMouseEvent &event) {
     }
     if (event.button() == Qt::LeftButton) {
         m_window = &window;
-        m_pressed = widgetAt(window, event.position().toPoint());
+        m_pressed = widgetAt(&window, event.position().toPoint());
         m_pressedAt = m_at;
         const auto *slider = qobject_cast<const QAbstractSlider *>(m_pressed);
         m_onHandle = slider != nullptr && isOnHandle(*slider, slider->mapFromGlobal(m_at).toPoint());
+        if (isFromFinger(event)) { // whose press is held back by others until it moves
+            if (event.type() == QEvent::MouseButtonPress) {
+                send(QEvent::MouseButtonPress, m_at);
+            }
+            return true;
+        }
     }
     return false;
 }
@@ -149,7 +147,7 @@ bool ClickMoveClick::release(const QMouseEvent &event) {
         return true;
     }
     const bool isClick = (m_at - m_pressedAt).manhattanLength() < QApplication::startDragDistance();
-    m_holds = event.button() == Qt::LeftButton && isClick && !m_window.isNull() && isDraggable(m_pressed, m_onHandle);
+    m_holds = event.button() == Qt::LeftButton && isClick && !m_window.isNull() && dragsThere(m_pressed, m_onHandle);
     m_pressed = nullptr;
     if (m_holds) {
         m_window->setMouseGrabEnabled(true); // as while a button is down: beyond the window's edges, too
@@ -164,7 +162,8 @@ void ClickMoveClick::send(QEvent::Type type, QPointF global) {
     }
     const bool moves = type == QEvent::MouseMove;
     QMouseEvent event(type, m_window->mapFromGlobal(global), global, moves ? Qt::NoButton : Qt::LeftButton,
-                      moves ? Qt::LeftButton : Qt::NoButton, QGuiApplication::keyboardModifiers());
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton,
+                      QGuiApplication::keyboardModifiers());
     m_sends = true;
     QCoreApplication::sendEvent(m_window, &event);
     m_sends = false;
@@ -182,6 +181,11 @@ void ClickMoveClick::letGo() {
 
 void setDraggable(QWidget &widget, bool draggable) {
     widget.setProperty(draggableProperty, draggable);
+}
+
+std::optional<bool> isDraggable(const QWidget &widget) {
+    const QVariant said = widget.property(draggableProperty);
+    return said.isValid() ? std::optional(said.toBool()) : std::nullopt;
 }
 
 } // namespace lumora

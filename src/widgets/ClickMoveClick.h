@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QPointF>
 #include <QPointer>
+#include <optional>
 
 class QMouseEvent;
 class QWidget;
@@ -47,5 +48,7 @@ class ClickMoveClick : public QObject {
 
 /// Says whether the pointer can drag something on that widget. The photo's view says it with each press.
 void setDraggable(QWidget &widget, bool draggable);
+/// What was said of that very widget.
+std::optional<bool> isDraggable(const QWidget &widget);
 
 } // namespace lumora

@@ -6,7 +6,6 @@
 #include <QEvent>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QScroller>
 #include <QVBoxLayout>
 
 namespace lumora {
@@ -34,7 +33,6 @@ Pager::Pager(const QString &name, QWidget *parent)
     m_area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_area->setFocusPolicy(Qt::NoFocus);
     m_area->viewport()->setAutoFillBackground(false);
-    QScroller::grabGesture(m_area->viewport(), QScroller::TouchGesture);
     const QScrollBar *bar = m_area->verticalScrollBar();
     connect(bar, &QScrollBar::valueChanged, this, &Pager::refreshArrows);
     connect(bar, &QScrollBar::rangeChanged, this, &Pager::refreshArrows);

@@ -1,7 +1,9 @@
 #include "widgets/ReadAloud.h"
 
+#include "base/Finger.h"
 #include "widgets/Bubble.h"
 #include "widgets/Theme.h"
+#include "widgets/WidgetAt.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -13,7 +15,6 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMouseEvent>
-#include <QPointingDevice>
 #include <QTabBar>
 #include <QTextDocumentFragment>
 #include <QWindow>
@@ -101,20 +102,6 @@ Thing thingAt(QWidget *widget, QPoint at) {
         at = widget->mapToParent(at);
     }
     return {};
-}
-
-QWidget *widgetOf(const QWindow *window) {
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (window != nullptr && widget->windowHandle() == window) {
-            return widget;
-        }
-    }
-    return nullptr;
-}
-
-bool isFinger(const QMouseEvent &event) {
-    return event.source() != Qt::MouseEventNotSynthesized ||
-           event.pointingDevice()->type() == QInputDevice::DeviceType::TouchScreen;
 }
 
 } // namespace
@@ -207,7 +194,7 @@ void ReadAloud::pointerMoved(const QMouseEvent &event) {
 void ReadAloud::pressed(const QMouseEvent &event) {
     m_focusRest.stop();
     m_focusWords.clear();
-    m_touching = isFinger(event);
+    m_touching = isFromFinger(event);
     if (m_touching) {
         leave();
         m_rest.start();
@@ -248,9 +235,7 @@ void ReadAloud::opened(QWidget &widget) {
 // --- What is said ---------------------------------------------------------------------------------------------------
 
 QWidget *ReadAloud::pointedWidget() const {
-    QWidget *window = widgetOf(m_under);
-    QWidget *child = window == nullptr ? nullptr : window->childAt(m_pointer);
-    return child == nullptr ? window : child;
+    return widgetAt(m_under, m_pointer);
 }
 
 void ReadAloud::sayPointed() {

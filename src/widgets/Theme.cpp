@@ -1,6 +1,7 @@
 #include "widgets/Theme.h"
 
 #include "widgets/Accessibility.h"
+#include "widgets/FingerScroll.h"
 #include "widgets/FittedText.h"
 #include "widgets/KeyboardFocus.h"
 #include "widgets/ThemeStyle.h"
@@ -204,6 +205,7 @@ void applyTheme(QApplication &application, const ThemeLook &look) {
     if (isFirst) {
         application.installEventFilter(new ShortenedTips(&application));
         new KeyboardFocus(&application);
+        new FingerScroll(&application);
         installAccessibility();
         return;
     }

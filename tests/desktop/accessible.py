@@ -120,8 +120,9 @@ class Program:
     def wait(self, question, what):
         """The answer, once it is not empty."""
         end = time.monotonic() + PATIENCE
-        pause = 0.05
-        while time.monotonic() < end:
+        pause, asked = 0.05, 0
+        while time.monotonic() < end or asked < 50:  # the machine may have stood still
+            asked += 1
             try:
                 if answer := question():
                     return answer

@@ -7,7 +7,59 @@ fail() {
 }
 . scripts/display.sh
 
-start_virtual_display "${screen:-1280x800}"
+# start_touch_screen WIDTHxHEIGHT FOLDER: an X server without hardware, whose touch screen does what is written into the
+# socket FOLDER/touch (see touch.py).
+start_touch_screen() {
+    mkdir -p build/log
+    cat >"$2/xorg.conf" <<CONF
+Section "ServerFlags"
+    Option "AutoAddDevices" "false"
+    Option "AutoAddGPU" "false"
+EndSection
+Section "InputDevice"
+    Identifier "touch"
+    Driver "inputtest"
+    Option "DeviceType" "Touch"
+    Option "TouchCount" "5"
+    Option "SocketPath" "$2/touch"
+EndSection
+Section "Device"
+    Identifier "card"
+    Driver "dummy"
+    VideoRam 65536
+EndSection
+Section "Monitor"
+    Identifier "monitor"
+    HorizSync 5-1000
+    VertRefresh 5-200
+EndSection
+Section "Screen"
+    Identifier "screen"
+    Device "card"
+    Monitor "monitor"
+    DefaultDepth 24
+    SubSection "Display"
+        Modes "$1"
+        Virtual ${1/x/ }
+    EndSubSection
+EndSection
+Section "ServerLayout"
+    Identifier "layout"
+    Screen "screen"
+    InputDevice "touch" "CorePointer"
+EndSection
+CONF
+    exec 9< <(exec /usr/lib/xorg/Xorg -displayfd 1 -config "$2/xorg.conf" -configdir "$2/none" -logfile "$2/xorg.log" \
+        -novtswitch -sharevts -nolisten tcp -noreset 2>build/log/xorg.log)
+    local server=$! number
+    # shellcheck disable=SC2064 # the process number as it is now
+    trap "kill $server 2>/dev/null || true" EXIT
+    read -r -t 30 number <&9 || fail "The touch screen did not start; see build/log/xorg.log."
+    export DISPLAY=:$number QT_QPA_PLATFORM=xcb
+    unset WAYLAND_DISPLAY
+}
+
+[ "${screen:-}" = none ] || start_virtual_display "${screen:-1280x800}"
 # Neither settings nor services of the desktop that runs the tests.
 export QT_QPA_PLATFORMTHEME=gtk3 GSETTINGS_BACKEND=memory NO_AT_BRIDGE=1
 unset DBUS_SESSION_BUS_ADDRESS

@@ -2,14 +2,13 @@
 compositor weston, with real events, and looks at what X, weston and the screen reader's interface say of it."""
 
 import os
-import re
 import subprocess
 import sys
 import time
-from collections import namedtuple
 
 import gi
-from accessible import PATIENCE, Program
+from accessible import PATIENCE
+from desk import Rect, SeenProgram, Weston, X, run
 
 gi.require_version("GdkPixbuf", "2.0")
 from gi.repository import GdkPixbuf  # noqa: E402
@@ -24,170 +23,12 @@ SMALL = f"{FOLDER}/small.png"
 TITLE = "ladybird.jpg, 1600 x 1200 pixels"
 
 
-class Rect(namedtuple("Rect", "x y width height")):
-    """Of the display's pixels."""
-
-    def holds(self, other):
-        return (self.x <= other.x and other.x + other.width <= self.x + self.width and self.y <= other.y and
-                other.y + other.height <= self.y + self.height)
-
-    def without(self, margin):
-        return Rect(self.x + margin, self.y + margin, self.width - 2 * margin, self.height - 2 * margin)
-
-    def middle(self):
-        return self.x + self.width // 2, self.y + self.height // 2
-
-
 def screen(number):
     return Rect(number * WIDTH, 0, WIDTH, HEIGHT)
 
 
-def run(*command):
-    return subprocess.run([str(each) for each in command], capture_output=True, text=True, timeout=PATIENCE).stdout
-
-
 def step(text):
     print(f"{time.monotonic() - began:6.1f} {text}", flush=True)
-
-
-class X:
-    """A display whose windows a window manager moves. A window is its number."""
-
-    def __init__(self):
-        self.manager = subprocess.Popen({"openbox": ["openbox"], "xfwm4": ["xfwm4", "--compositor=off"],
-                                         "metacity": ["metacity"]}[MANAGER])
-
-    def is_up(self):
-        return "window id" in run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
-
-    def window(self, title):
-        """The last one of that name."""
-        found = run("xdotool", "search", "--onlyvisible", "--name", f"^{title}$").split()
-        return found[-1] if found else None
-
-    def place(self, window):
-        said = run("xwininfo", "-id", window)
-        return Rect(*(int(re.search(f"{key}: +(-?[0-9]+)", said)[1])
-                      for key in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")))
-
-    def popup(self):
-        """Where a menu is."""
-        for window in run("xdotool", "search", "--onlyvisible", "--name", ".").split():
-            if "TYPE_OVERRIDE" in run("xprop", "-id", window, "_NET_WM_WINDOW_TYPE"):
-                return self.place(window)
-        return None
-
-    def front(self):
-        return str(int(re.search("0x[0-9a-f]+", run("xprop", "-root", "_NET_ACTIVE_WINDOW"))[0], 16))
-
-    def is_above(self, upper, lower):
-        """Of two windows of the program. Managers put them into frames of their own, which stand in the stack."""
-        order = [str(int(each, 16)) for each in
-                 re.findall("0x[0-9a-f]+", run("xprop", "-root", "_NET_CLIENT_LIST_STACKING"))]
-        return order.index(upper) > order.index(lower)
-
-    def belongs_to(self, dialog, window):
-        return str(int(run("xprop", "-id", dialog, "WM_TRANSIENT_FOR").split()[-1], 16)) == window
-
-    def is_maximised(self, window):
-        return "MAXIMIZED_VERT" in run("xprop", "-id", window, "_NET_WM_STATE")
-
-    def is_minimised(self, window):
-        return "Iconic" in run("xprop", "-id", window, "WM_STATE")
-
-    def restore(self, window):
-        run("xdotool", "windowactivate", window)
-
-    switch_to = restore
-
-    def end(self):
-        self.manager.terminate()
-        self.manager.wait()
-
-
-class Weston:
-    """A compositor, whose screens are windows of an X display without manager. A window is its title."""
-
-    def __init__(self):
-        factor = 2 if SCALE == 2 else 1  # the compositor knows whole numbers; for others the program's own scale
-        self.factor = factor
-        os.makedirs(f"{FOLDER}/config", exist_ok=True)
-        with open(f"{FOLDER}/config/weston.ini", "w", encoding="utf-8") as file:
-            file.write("[core]\nidle-time=0\n[shell]\npanel-position=none\nanimation=none\nstartup-animation=none\n"
-                       "close-animation=none\nfocus-animation=none\nlocking=false\n")
-        os.environ["WAYLAND_DISPLAY"] = "wayland-lumora"
-        os.environ["QT_QPA_PLATFORM"] = "wayland"
-        with open(f"{FOLDER}/weston.log", "w", encoding="utf-8") as log:
-            self.manager = subprocess.Popen(
-                ["weston", "--backend=x11-backend.so", "--use-pixman", "--debug", "--socket=wayland-lumora",
-                 f"--scale={factor}", f"--width={WIDTH // factor}", f"--height={HEIGHT // factor}",
-                 f"--output-count={SCREENS}"], stdout=log, stderr=log)
-
-    def scene(self):
-        try:
-            return subprocess.run(["weston-debug", "scene-graph"], capture_output=True, text=True, timeout=5).stdout
-        except subprocess.TimeoutExpired as late:
-            return (late.stdout or b"").decode()
-
-    def is_up(self):
-        if not os.path.exists(f"{os.environ['XDG_RUNTIME_DIR']}/wayland-lumora") or "background" not in self.scene():
-            return False
-        outputs = run("xdotool", "search", "--class", "Weston Compositor").split()
-        if len(outputs) != SCREENS:
-            return False
-        for number, each in enumerate(sorted(outputs, key=int)):
-            run("xdotool", "windowmove", each, number * WIDTH, 0)
-        run("xdotool", "windowfocus", "--sync", outputs[0])
-        return True
-
-    def views(self, kind="window '(.*?)' of"):
-        """What is shown, the front one first: title and place."""
-        shown = []
-        for view in self.scene().split("View ")[1:]:
-            title = re.search(kind, view)
-            place = re.search(r"position: \((-?\d+), (-?\d+)\) -> \((-?\d+), (-?\d+)\)", view)
-            if title and place:
-                left, top, right, bottom = (self.factor * int(each) for each in place.groups())
-                shown.append((title[1], Rect(left, top, right - left, bottom - top)))
-        return shown
-
-    def window(self, title):
-        return title if title in [name for name, _ in self.views()] else None
-
-    def place(self, window):
-        return next(place for name, place in self.views() if name == window)
-
-    def popup(self):
-        return next((place for _, place in self.views("role (xdg_popup)")), None)
-
-    def front(self):
-        return self.views()[0][0]
-
-    def is_above(self, upper, lower):
-        names = [name for name, _ in self.views()]
-        return names.index(upper) < names.index(lower)
-
-    def belongs_to(self, _dialog, _window):
-        return True  # weston does not say it; what it means is that it stays above
-
-    def is_maximised(self, window):
-        return self.place(window) in [screen(number) for number in range(SCREENS)]
-
-    def is_minimised(self, window):
-        return window not in [name for name, place in self.views()]
-
-    def restore(self, _window):
-        run("xdotool", "key", "super+Tab")
-
-    def switch_to(self, window):
-        """The manager's own key goes through the windows."""
-        for _ in range(3):
-            if self.front() != window:
-                run("xdotool", "keydown", "super", "key", "Tab", "keyup", "super")
-
-    def end(self):
-        self.manager.terminate()
-        self.manager.wait()
 
 
 began = time.monotonic()
@@ -195,46 +36,11 @@ desk = None
 program = None
 
 
-def until(question, what):
-    """The answer, once it is not empty. What is asked may not be there yet."""
-    def answer():
-        try:
-            return question()
-        except (IndexError, KeyError, StopIteration, TypeError, ValueError):
-            return None
-    return program.wait(answer, what)
-
-
 # --- The hand --------------------------------------------------------------------------------------------------------
 
 
-def place_of(thing):
-    """Of a control, on the display."""
-    window = desk.place(desk.window(thing.window().name))
-    x, y, width, height = (round(SCALE * each) for each in thing.place())
-    return Rect(window.x + x, window.y + y, width, height)
-
-
-def standing(question, what):
-    """The control and its place, once that does not change any more."""
-    before = None
-    end = time.monotonic() + 30
-    while time.monotonic() < end:
-        thing = until(question, what)
-        now = place_of(thing)
-        if now == before:
-            return thing, now
-        before = now
-        time.sleep(0.1)
-    sys.exit(f"{what} does not come to rest")
-
-
-def named(name, kind=None):
-    return lambda: (found := program.find(name, kind)) and found.enabled and found
-
-
 def click(name, kind=None):
-    _, place = standing(named(name, kind), f"\"{name}\" to click")
+    _, place = program.standing(program.enabled(name, kind), f"\"{name}\" to click")
     x, y = place.middle()
     run("xdotool", "mousemove", x, y, "sleep", 0.2, "click", 1)  # a hand rests before it presses
 
@@ -264,7 +70,7 @@ def drag_window(window, by_x, by_y):
     before, (x, y) = desk.place(window), strip_of(window)
     by_x, by_y = round(by_x * SCALE), round(by_y * SCALE)
     drag((x, y), (x + by_x, y + by_y))
-    until(lambda: desk.place(window)[:2] != before[:2], f"move of the window from {before} by {by_x}, {by_y}")
+    program.until(lambda: desk.place(window)[:2] != before[:2], f"move of the window from {before} by {by_x}, {by_y}")
     after = desk.place(window)
     if after[2:] != before[2:] or (after.x - before.x) * by_x < 0 or (after.y - before.y) * by_y < 0:
         sys.exit(f"dragged by {by_x}, {by_y} {before} is {after}")
@@ -273,16 +79,12 @@ def drag_window(window, by_x, by_y):
 # --- Steps -----------------------------------------------------------------------------------------------------------
 
 
-def photo_is(words):
-    until(lambda: program.photo().name.startswith(words), f"photo \"{words}\"")
-
-
 def starts(place):
     step("starts, and fills the screen")
-    photo_is(TITLE)
-    window = until(lambda: desk.window("Lumora"), "window")
-    until(lambda: desk.place(window) == place, f"window at {place}")
-    until(lambda: desk.front() == window, "window in front")
+    program.photo_is(TITLE)
+    window = program.until(lambda: desk.window("Lumora"), "window")
+    program.until(lambda: desk.place(window) == place, f"window at {place}")
+    program.until(lambda: desk.front() == window, "window in front")
     comes_to_rest(window)
     return window
 
@@ -303,54 +105,54 @@ def double_click(window):
 def is_restored(window):
     step("a double click on the title strip restores it")
     double_click(window)
-    until(lambda: not desk.is_maximised(window) and desk.place(window)[2:] != screen(0)[2:], "window that is restored")
+    program.until(lambda: not desk.is_maximised(window) and desk.place(window)[2:] != screen(0)[2:], "window that is restored")
 
 
 def fills(window, place):
     step("a double click lets it fill the screen")
     double_click(window)
-    until(lambda: desk.is_maximised(window) and (ON_WAYLAND or desk.place(window) == place), f"window at {place}")
+    program.until(lambda: desk.is_maximised(window) and (ON_WAYLAND or desk.place(window) == place), f"window at {place}")
 
 
 def goes_to_second_screen(window):
     step("dragged to the second screen")
     drag(strip_of(window), (screen(1).x + round(300 * SCALE), round(60 * SCALE)))
-    until(lambda: desk.place(window).middle()[0] >= WIDTH, "window on the second screen")
+    program.until(lambda: desk.place(window).middle()[0] >= WIDTH, "window on the second screen")
 
 
 def opens_bars(room):
     step("a floating bar beside its tool; an effect of it; undo")
     click("Basic Effects", "radio button")
-    bar, place = standing(lambda: program.find("Basic Effects", "tool bar"), "floating bar")
+    bar, place = program.standing(lambda: program.find("Basic Effects", "tool bar"), "floating bar")
     if not room.holds(place):
         sys.exit(f"the bar is at {place}, not in {room}")
     click("Invert")
-    until(lambda: program.find("Undo").enabled and not program.find("Redo").enabled, "effect")
+    program.until(lambda: program.find("Undo").enabled and not program.find("Redo").enabled, "effect")
     key("ctrl+z")
-    until(lambda: program.find("Redo").enabled, "end of the effect")
+    program.until(lambda: program.find("Redo").enabled, "end of the effect")
 
 
 def opens_bubble(room):
     step("the mascot's bubble; the panel's end")
     click("Crop", "radio button")
     hint = "Drag the frame, or its dots."
-    _, place = standing(lambda: [each for each in program.see() if each.name == hint][-1], "bubble")
+    _, place = program.standing(lambda: [each for each in program.see() if each.name == hint][-1], "bubble")
     if not room.holds(place.without(SHADOW)):
         sys.exit(f"the bubble is at {place}, not in {room}")
     click("Back")
-    until(lambda: not program.find("Back"), "end of cropping")
+    program.until(lambda: not program.find("Back"), "end of cropping")
 
 
 def opens_menu(room):
     step("a menu, and what is chosen there")
     click("Set Zoom Level")
-    place = until(desk.popup, "menu")
+    place = program.until(desk.popup, "menu")
     if not room.holds(place):
         sys.exit(f"the menu is at {place}, not in {room}")
     for _ in range(5):  # fit, 25, 50, 75, 100
         key("Down")
     key("Return")
-    until(lambda: program.photo().name.endswith(", 100 %"), "zoom")
+    program.until(lambda: program.photo().name.endswith(", 100 %"), "zoom")
     key("ctrl+0")
 
 
@@ -358,8 +160,8 @@ def opens_dialogs(window, room):
     for button, title in (("Options", "Options"), ("Ideas", "Lumora Ideas"), ("Print", "Print"), ("Save", "Save As")):
         step(f"\"{title}\" in front of the window, within the screen; dragged by its strip; Esc")
         click(button, "button")
-        dialog = until(lambda: desk.window(title), f"window \"{title}\"")
-        until(lambda: desk.front() == dialog, f"\"{title}\" in front")
+        dialog = program.until(lambda: desk.window(title), f"window \"{title}\"")
+        program.until(lambda: desk.front() == dialog, f"\"{title}\" in front")
         if not desk.is_above(dialog, window) or not desk.belongs_to(dialog, window):
             sys.exit(f"\"{title}\" does not stay above the window")
         place = desk.place(dialog)
@@ -367,18 +169,18 @@ def opens_dialogs(window, room):
             sys.exit(f"\"{title}\" is at {place}, not in {room}")
         drag_window(dialog, -60, 40)
         key("Escape")
-        until(lambda: not desk.window(title), f"end of \"{title}\"")
-        until(lambda: desk.front() == window, f"window in front after \"{title}\"")
+        program.until(lambda: not desk.window(title), f"end of \"{title}\"")
+        program.until(lambda: desk.front() == window, f"window in front after \"{title}\"")
 
 
 def minimises(window):
     step("minimised and restored")
     was = desk.place(window)
     click("Minimise")
-    until(lambda: desk.is_minimised(window), "window that is minimised")
+    program.until(lambda: desk.is_minimised(window), "window that is minimised")
     desk.restore(window)
-    until(lambda: desk.window("Lumora") and not desk.is_minimised(window), "window that is restored")
-    until(lambda: desk.place(window) == was, f"window at {was} again")
+    program.until(lambda: desk.window("Lumora") and not desk.is_minimised(window), "window that is restored")
+    program.until(lambda: desk.place(window) == was, f"window at {was} again")
 
 
 # --- The other program -----------------------------------------------------------------------------------------------
@@ -389,7 +191,7 @@ class Client:
         environment = dict(os.environ, GDK_BACKEND="wayland" if ON_WAYLAND else "x11", NO_AT_BRIDGE="1")
         self.process = subprocess.Popen(["/usr/bin/python3", f"{os.path.dirname(__file__)}/client.py", FOLDER],
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, env=environment)
-        self.window = until(lambda: desk.window("Client"), "client")
+        self.window = program.until(lambda: desk.window("Client"), "client")
 
     def does(self, what):
         said = self.process.stdout.readline().strip()
@@ -402,7 +204,7 @@ class Client:
 
     def key(self, keys, said):
         desk.switch_to(self.window)
-        until(lambda: desk.front() == self.window, "client in front")
+        program.until(lambda: desk.front() == self.window, "client in front")
         key(keys)
         self.does(said)
 
@@ -418,7 +220,7 @@ def pixels(file):
 
 def to_program(window):
     desk.switch_to(window)
-    until(lambda: desk.front() == window, "window in front")
+    program.until(lambda: desk.front() == window, "window in front")
 
 
 def switches_and_shares(window):
@@ -428,14 +230,14 @@ def switches_and_shares(window):
     to_program(window)
     step("a file is dropped from another program")
     desk.switch_to(client.window)
-    until(lambda: desk.front() == client.window, "client in front")
+    program.until(lambda: desk.front() == client.window, "client in front")
     client.offer(f"files {OTHER}")
     here = desk.place(client.window).middle()
     there = (here[0] + desk.place(client.window).width, here[1])
     drag(here, there)
     client.does("dragged")
     click("No", "button")  # the effect and its undoing are not saved
-    photo_is("owl.jpg")
+    program.photo_is("owl.jpg")
     step("a copied photo is pasted by another program")
     to_program(window)
     key("ctrl+c")
@@ -447,9 +249,9 @@ def switches_and_shares(window):
     client.key("ctrl+c", "copied")
     os.remove(f"{FOLDER}/pasted.png")
     to_program(window)
-    until(lambda: program.find("Paste").enabled, "picture to paste")
+    program.until(lambda: program.find("Paste").enabled, "picture to paste")
     key("ctrl+v")
-    photo_is("400 x 300")
+    program.photo_is("400 x 300")
     key("ctrl+c")
     client.key("ctrl+v", "pasted")
     if pixels(f"{FOLDER}/pasted.png") != pixels(SMALL):
@@ -458,9 +260,9 @@ def switches_and_shares(window):
     client.offer(f"files {OTHER}")
     client.key("ctrl+c", "copied")
     to_program(window)
-    until(lambda: program.find("Paste").enabled, "file to paste")
+    program.until(lambda: program.find("Paste").enabled, "file to paste")
     key("ctrl+v")
-    photo_is("owl.jpg")
+    program.photo_is("owl.jpg")
     client.end()
 
 
@@ -485,13 +287,14 @@ def on_second_screen(window):
 
 def main():
     global desk, program
-    desk = Weston() if ON_WAYLAND else X()
+    screens = [screen(number) for number in range(SCREENS)]
+    desk = Weston(FOLDER, SCALE, screens) if ON_WAYLAND else X(MANAGER)
     while not desk.is_up():
         if time.monotonic() - began > PATIENCE:
             sys.exit(f"{MANAGER} does not start")
         time.sleep(0.1)
     try:
-        program = Program(f"{FOLDER}/program/lumora", PHOTO)
+        program = SeenProgram(desk, SCALE, f"{FOLDER}/program/lumora", PHOTO)
         window = starts(screen(0))
         uses_windows(window, screen(0))
         switches_and_shares(window)

@@ -11,8 +11,10 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QWheelEvent>
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <memory>
 
 using namespace lumora;
 using test::firstDifference;
@@ -243,6 +245,47 @@ TEST_F(View, pansByMiddleButtonAndSpace) {
         }
         EXPECT_EQ(inside->cursor().shape(), Qt::ArrowCursor);
     }
+}
+
+TEST_F(View, goesWithTwoFingersAndTellsToolsNothing) {
+    open(photoLike(3000, 2000), 100);
+    QPointingDevice *const screen = QTest::createTouchDevice();
+    const auto fingers =
+        std::make_unique<QTest::QTouchEventWidgetSequence>(QTest::touchEvent(view.viewport(), screen, false));
+    const auto put = [&](int finger, QPoint at) { fingers->stationary(1 - finger).press(finger, at).commit(); };
+    const QPointF between = view.toPicture({200, 150});
+    fingers->press(0, {150, 150}).commit();
+    put(1, {250, 150});
+    heard.clear();
+    const auto move = [&](int finger, QPoint to) { fingers->stationary(1 - finger).move(finger, to).commit(); };
+    for (const auto &[left, right] : {std::pair(140, 260), std::pair(120, 280), std::pair(100, 300)}) {
+        move(0, {left, 150}); // screens report one after the other
+        move(1, {right, 150});
+    }
+    EXPECT_EQ(photo.zoom(), 200);
+    EXPECT_LT(distance(view.toPicture({200, 150}), between), 12); // touches of the test are off by the window's frame
+    const QPointF grown = view.toPicture({200, 150});
+    fingers->move(0, {130, 100}).move(1, {330, 100}).commit();
+    EXPECT_EQ(photo.zoom(), 200);
+    EXPECT_LT(distance(view.toPicture({230, 100}), grown), 1);
+    fingers->stationary(0).release(1, {330, 100}).commit();
+    fingers->move(0, {50, 50}).commit();
+    fingers->release(0, {50, 50}).commit();
+    EXPECT_EQ(photo.zoom(), 200);
+    EXPECT_TRUE(std::all_of(heard.begin(), heard.end(), [](const PointerEvent &event) {
+        return event.kind == PointerEvent::Kind::Move && event.buttons == Qt::NoButton;
+    }));
+
+    heard.clear();
+    fingers->press(0, {150, 150}).commit(); // the next one is a mouse again
+    fingers->move(0, {180, 150}).commit();
+    put(1, {250, 150}); // a hand that rests
+    move(1, {350, 150});
+    fingers->release(0, {180, 150}).release(1, {350, 150}).commit();
+    EXPECT_EQ(photo.zoom(), 200);
+    EXPECT_TRUE(std::any_of(heard.begin(), heard.end(),
+                            [](const PointerEvent &event) { return event.kind == PointerEvent::Kind::Press; }));
+    EXPECT_EQ(heard.back().kind, PointerEvent::Kind::Release);
 }
 
 TEST_F(View, tellsToolsOfThePointerInPicturePixels) {

@@ -26,6 +26,7 @@ bool isEnterKey(const QKeyEvent &key) {
 
 CanvasMouse::CanvasMouse(PhotoDocument &document, const ToolFlags &flags, PhotoView &view, QObject *parent)
     : QObject(parent), m_document(document), m_flags(flags), m_view(view), m_scroller(view), m_keyboard(view, this) {
+    setDraggable(*view.viewport(), false);
     connect(&view, &PhotoView::pointer, this, &CanvasMouse::pointer);
     connect(&view, &PhotoView::key, this, &CanvasMouse::key);
     connect(&view, &PhotoView::paintOverlay, this, [this](QPainter &painter) {
