@@ -68,7 +68,7 @@ coproc exec Xvfb -displayfd 1 -screen 0 1280x800x24 -nolisten tcp -noreset 2>/de
 read -r -t 60 number <&"${COPROC[0]}"
 export DISPLAY=:$number
 more=$(mktemp -d) # what is not Lumora's
-HOME=$more openbox 2>/dev/null &
+HOME=$more openbox >/dev/null 2>&1 &
 lumora owl.jpg &
 program=$!
 
@@ -98,8 +98,9 @@ leave() { window Corvane || { press Exit key Return && try 10 window Corvane; };
 end() { ended || { press Corvane key alt+F4 && try 3 ended; }; }
 
 fail() {
-    echo "$1; its windows:" >&2
-    for id in $(window ""); do
+    echo "$1; what runs, and what is on the screen:" >&2
+    ps -ef >&2
+    for id in $(xdotool search --onlyvisible --name . 2>/dev/null); do
         xdotool getwindowname "$id" >&2
     done
     exit 1
