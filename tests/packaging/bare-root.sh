@@ -69,6 +69,9 @@ read -r -t 60 number <&"${COPROC[0]}"
 export DISPLAY=:$number
 more=$(mktemp -d) # what is not Lumora's
 HOME=$more openbox >/dev/null 2>&1 &
+until xdotool get_desktop >/dev/null 2>&1; do # it would lose windows that open while it starts
+    sleep 0.1
+done
 lumora owl.jpg &
 program=$!
 
