@@ -69,12 +69,15 @@ read -r -t 60 number <&"${COPROC[0]}"
 export DISPLAY=:$number
 more=$(mktemp -d) # what is not Lumora's
 HOME=$more openbox >/dev/null 2>&1 &
-until xdotool get_desktop >/dev/null 2>&1; do # it would lose windows that open while it starts
-    sleep 0.1
-done
-lumora owl.jpg &
-program=$!
 
+fail() {
+    echo "$1; what runs, and what is on the screen:" >&2
+    ps -ef >&2 || true
+    for id in $(xdotool search --onlyvisible --name . 2>/dev/null); do
+        xdotool getwindowname "$id" >&2
+    done
+    exit 1
+}
 # try SECONDS COMMAND...: repeats the command until it succeeds; fails after that time.
 try() {
     local end=$((SECONDS + $1))
@@ -83,6 +86,10 @@ try() {
         sleep 0.2
     done
 }
+try 60 xdotool get_desktop >/dev/null 2>&1 || fail "no window manager" # it loses windows that open while it starts
+lumora owl.jpg &
+program=$!
+
 # window TITLE: the number of the program's window whose title begins so; fails while there is none.
 window() {
     xdotool search --onlyvisible --all --pid "$program" --name "^$1" 2>/dev/null
@@ -100,14 +107,6 @@ ask_to_leave() { press Lumora key alt+F4 && try 3 window Exit; }
 leave() { window Corvane || { press Exit key Return && try 10 window Corvane; }; } # back to the first window
 end() { ended || { press Corvane key alt+F4 && try 3 ended; }; }
 
-fail() {
-    echo "$1; what runs, and what is on the screen:" >&2
-    ps -ef >&2
-    for id in $(xdotool search --onlyvisible --name . 2>/dev/null); do
-        xdotool getwindowname "$id" >&2
-    done
-    exit 1
-}
 try 120 window Lumora >/dev/null || fail "no window"
 try 60 ask_to_save >/dev/null || fail "no window to save"
 try 60 save || fail "nothing is saved"
