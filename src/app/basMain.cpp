@@ -18,6 +18,7 @@
 
 #include <QApplication>
 #include <QPointer>
+#include <QThread>
 #include <QTimer>
 #include <clocale>
 #include <cstdio>
@@ -314,7 +315,8 @@ ReadAhead readAhead(const QString &commandLine) {
     if (photo.isEmpty()) {
         return {};
     }
-    std::setlocale(LC_ALL, ""); // as the application does later: another thread may look at it from now on
+    std::setlocale(LC_ALL, "");     // as the application does later: another thread may look at it from now on
+    (void)QThread::currentThread(); // the first thread with an object of Qt's is its main thread: not the reader
     return {photo, std::async(std::launch::async, readPicture, photo).share()};
 }
 

@@ -33,11 +33,13 @@ if [ -z "$package" ]; then
     cp -a "$folder/bare" "$folder/build"
     git clone -q . "$folder/build/root/lumora"
     inside build bash -ec 'cd /root/lumora && scripts/package.sh'
-    package=$(echo "$folder"/build/root/lumora/build/package/lumora_*.deb)
+    package=build/bare-root/lumora-$suite.deb # kept, for the next time
+    mkdir -p build/bare-root
+    cp "$folder"/build/root/lumora/build/package/lumora_*.deb "$package"
 fi
 
 # What presses the keys, what looks at the picture, and a user as a login makes one.
-quietly "$log" inside bare apt-get -q install -y --no-install-recommends xvfb xdotool libjpeg-turbo-progs
+quietly "$log" inside bare apt-get -q install -y --no-install-recommends xvfb openbox xdotool libjpeg-turbo-progs
 inside bare bash -ec 'useradd --create-home --uid 1234 child
     install -d -m 700 -o child /run/user /run/user/1234
     install -d -m 1777 /tmp/.X11-unix'
@@ -65,46 +67,57 @@ export XDG_RUNTIME_DIR=/run/user/1234
 coproc exec Xvfb -displayfd 1 -screen 0 1280x800x24 -nolisten tcp -noreset 2>/dev/null
 read -r -t 60 number <&"${COPROC[0]}"
 export DISPLAY=:$number
+more=$(mktemp -d) # what is not Lumora's
+HOME=$more openbox >/dev/null 2>&1 &
+
+fail() {
+    echo "$1; what runs, and what is on the screen:" >&2
+    ps -ef >&2 || true
+    for id in $(xdotool search --onlyvisible --name . 2>/dev/null); do
+        xdotool getwindowname "$id" >&2
+    done
+    exit 1
+}
+# try SECONDS COMMAND...: repeats the command until it succeeds; fails after that time.
+try() {
+    local end=$((SECONDS + $1))
+    until "${@:2}"; do
+        [ $SECONDS -lt $end ] || return 1
+        sleep 0.2
+    done
+}
+try 60 xdotool get_desktop >/dev/null 2>&1 || fail "no window manager" # it loses windows that open while it starts
 lumora owl.jpg &
 program=$!
 
-# window TITLE: its number, once the program shows it; fails after the given seconds.
+# window TITLE: the number of the program's window whose title begins so; fails while there is none.
 window() {
-    for ((n = 0; n < $2 * 5; ++n)); do
-        xdotool search --onlyvisible --all --pid "$program" --name "$1" 2>/dev/null && return
-        sleep 0.2
-    done
-    return 1
+    xdotool search --onlyvisible --all --pid "$program" --name "^$1" 2>/dev/null
 }
-main=$(window '^Lumora$' 120) || { echo "no window" >&2; exit 1; }
-xdotool windowfocus --sync "$main"
-for ((tries = 0; ; ++tries)); do # until the photo is there to be saved
-    xdotool key ctrl+s
-    dialog=$(window '^Save' 3) && break
-    [ $tries -lt 20 ] || { echo "no window to save" >&2; exit 1; }
-done
-for ((tries = 0; tries < 5; ++tries)); do # until it listens to the keys
-    sleep 1
-    xdotool windowfocus --sync "$dialog" key ctrl+a type --delay 50 "$HOME/again.jpg" || true # it may have closed
-    xdotool key Return
-    for ((n = 0; n < 100; ++n)); do
-        [ ! -e again.jpg ] || break 2
-        sleep 0.2
-    done
-done
+# press TITLE ARGUMENT...: what xdotool does with these arguments once that window has the keyboard.
+press() {
+    local id
+    id=$(window "$1") && xdotool windowactivate --sync "$id" "${@:2}" 2>/dev/null
+}
+ended() { ! kill -0 "$program" 2>/dev/null; }
+is_saved() { [ -e again.jpg ]; }
+ask_to_save() { press Lumora key ctrl+s && try 3 window Save; }
+save() { is_saved || { press Save key ctrl+a type --delay 50 "$HOME/again.jpg" && press Save key Return && try 10 is_saved; }; }
+ask_to_leave() { press Lumora key alt+F4 && try 3 window Exit; }
+leave() { window Corvane || { press Exit key Return && try 10 window Corvane; }; } # back to the first window
+end() { ended || { press Corvane key alt+F4 && try 3 ended; }; }
+
+try 120 window Lumora >/dev/null || fail "no window"
+try 60 ask_to_save >/dev/null || fail "no window to save"
+try 60 save || fail "nothing is saved"
 # It fails on warnings too, such as that of an early end.
-djpeg -outfile "$XDG_RUNTIME_DIR/seen" again.jpg && [ "$(sed '2!d;q' "$XDG_RUNTIME_DIR/seen")" = "1600 1200" ] ||
-    { echo "the saved picture is not whole" >&2; exit 1; }
-rm "$XDG_RUNTIME_DIR/seen"
-for ((tries = 0; tries < 20; ++tries)); do # the window of the save may still be closing
-    kill -0 "$program" 2>/dev/null || break
-    xdotool mousemove 1248 24 click 1 # the door at the top right
-    sleep 2
-    xdotool mousemove 557 504 click 1 # "Yes" of the question
-    sleep 2
-done
-! kill -KILL "$program" 2>/dev/null || { echo "it does not end" >&2; exit 1; }
-wait "$program" || { echo "it ends with $?" >&2; exit 1; }
+djpeg -outfile "$more/seen" again.jpg && [ "$(sed '2!d;q' "$more/seen")" = "1600 1200" ] ||
+    fail "the saved picture is not whole"
+try 60 ask_to_leave >/dev/null || fail "it does not ask before it ends"
+try 60 leave >/dev/null || fail "it does not leave the editor"
+try 60 end || fail "it does not end"
+wait "$program" || fail "it ends with $?"
+rm -r "$more"
 END
 inside bare runuser -u child -- bash -c "$(cat "$folder/use")"
 

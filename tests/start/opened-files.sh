@@ -17,3 +17,8 @@ done
 line() { grep -nF -m 1 "$1" "$folder/trace" | cut -d : -f 1; }
 [ "$(line "\"$photo\"")" -lt "$(line .ttf)" ] || fail "the photo is not read while the window is built"
 [ -n "$(line 'lumora-devices"')" ] || fail "nothing looks for scanners"
+
+# The thread that reads the photo may begin before the one with the windows and end after it.
+strace -f -qq -o /dev/null -P "$photo" -e trace=pread64 -e inject=pread64:delay_enter=1000000:when=1 \
+    timeout -s TERM 5 "$folder/program/lumora" "$photo" >"$folder/said" 2>&1 || [ $? -eq 124 ]
+! grep 'main() thread' "$folder/said" >&2 || fail "the toolkit takes the thread that reads the photo for the main one"

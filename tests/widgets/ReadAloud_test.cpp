@@ -54,6 +54,11 @@ class ReadAloudTest : public testing::Test {
         QTest::qWait(wait);
         return std::exchange(m_said, {}).join('|').toStdString();
     }
+    /// What is said next, however late on a busy machine.
+    std::string saidNext() {
+        (void)QTest::qWaitFor([this] { return !m_said.isEmpty(); }, 20 * rested);
+        return said(0);
+    }
     /// A finger is put there, held and lifted.
     void touch(QPoint at, int hold) {
         static QPointingDevice *device = QTest::createTouchDevice();
@@ -113,7 +118,7 @@ TEST_F(ReadAloudTest, SaysWhatThePointerRestsOn) {
     move({50, 50});
     EXPECT_EQ(said(200), "") << "it does not rest yet";
     move({150, 50});
-    EXPECT_EQ(said(), "Open");
+    EXPECT_EQ(saidNext(), "Open");
     move({160, 60});
     EXPECT_EQ(said(), "") << "still the same";
     EXPECT_EQ(movedOn.size(), 0);
@@ -124,14 +129,14 @@ TEST_F(ReadAloudTest, SaysWhatThePointerRestsOn) {
     move({350, 50});
     EXPECT_EQ(said(), "") << "there is nothing";
     move({250, 50});
-    EXPECT_EQ(said(), "Save") << "disabled, it has its name";
+    EXPECT_EQ(saidNext(), "Save") << "disabled, it has its name";
     move({150, 50});
-    EXPECT_EQ(said(), "Open");
+    EXPECT_EQ(saidNext(), "Open");
     const QPoint entry = m_list.visualItemRect(m_list.item(1)).center() + QPoint(1, 101);
     move(entry);
-    EXPECT_EQ(said(), "bird.jpg");
+    EXPECT_EQ(saidNext(), "bird.jpg");
     move({entry.x(), entry.y() - m_list.visualItemRect(m_list.item(1)).height()});
-    EXPECT_EQ(said(), "frog.jpg");
+    EXPECT_EQ(saidNext(), "frog.jpg");
 }
 
 TEST_F(ReadAloudTest, AClickNeedsNoName) {
@@ -144,18 +149,18 @@ TEST_F(ReadAloudTest, AClickNeedsNoName) {
     EXPECT_EQ(said(), "Drag over the photo") << "a hand that trembles does not interrupt it";
     move({150, 50});
     move({50, 50});
-    EXPECT_EQ(said(), "Crop") << "it has come back";
+    EXPECT_EQ(saidNext(), "Crop") << "it has come back";
 }
 
 TEST_F(ReadAloudTest, SaysWhatTheKeyboardGoesTo) {
     m_first.setFocus();
     key(Qt::Key_Tab);
     key(Qt::Key_Tab); // the disabled one is passed over
-    EXPECT_EQ(said(), "frog.jpg") << "the one that was passed is not said";
+    EXPECT_EQ(saidNext(), "frog.jpg") << "the one that was passed is not said";
     key(Qt::Key_Down);
-    EXPECT_EQ(said(), "bird.jpg");
+    EXPECT_EQ(saidNext(), "bird.jpg");
     key(Qt::Key_Tab);
-    EXPECT_EQ(said(), "Words");
+    EXPECT_EQ(saidNext(), "Words");
     key(Qt::Key_A);
     EXPECT_EQ(said(), "") << "typing moves nothing";
     m_second.setFocus();
@@ -169,16 +174,16 @@ TEST_F(ReadAloudTest, SaysTabsAndEntriesOfMenus) {
     tabs.setGeometry(200, 200, 300, 40);
     tabs.show();
     move(tabs.geometry().topLeft() + tabs.tabRect(1).center());
-    EXPECT_EQ(said(), "Devices");
+    EXPECT_EQ(saidNext(), "Devices");
     QMenu menu;
     menu.addAction("&100 %\tCtrl+1");
     QAction *fit = menu.addAction("Fit");
     menu.popup(m_window.mapToGlobal(QPoint(10, 10)));
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&menu));
     QTest::mouseMove(menu.windowHandle(), menu.actionGeometry(fit).center());
-    EXPECT_EQ(said(), "Fit");
+    EXPECT_EQ(saidNext(), "Fit");
     QTest::keyClick(menu.windowHandle(), Qt::Key_Up);
-    EXPECT_EQ(said(), "100 %");
+    EXPECT_EQ(saidNext(), "100 %");
     menu.hide();
 }
 
