@@ -8,4 +8,4 @@ bench=$(dirname "$(readlink -f "$0")")
 command -v fusermount >/dev/null && /usr/bin/python3 -c 'import fusepy' ||
     { echo "fusepy is missing: apt-get install python3-fusepy fuse3" >&2; exit 1; }
 dbus-run-session -- /usr/bin/python3 "$bench/home.py" "$lumora" "$stage/photo.jpg" "$rounds" \
-    "$bench/../tests/support/slow-home.py" "$stage"
+    "$bench/slow-home.py" "$stage"

@@ -8,16 +8,19 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <climits>
 #include <cstdlib>
 #include <ctime>
+#include <exception>
 #include <mutex>
 #include <new>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace lumora {

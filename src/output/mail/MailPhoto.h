@@ -16,9 +16,10 @@ QImage reducedForMail(const QImage &photo, MailSize size);
 /// picture and when it cannot be made.
 QByteArray mailJpeg(const QImage &picture);
 
-/// Writes the bytes to LU_Photo.jpg in the temporary folder, or in the cache where that one is full, and returns its path,
-/// or an empty text when neither can be written. Only the user can read the file (mode 0600). Whatever has that name is replaced: a link itself, never what
-/// it leads to. Where another user owns the name the file goes into a new folder there.
+/// Writes the bytes to LU_Photo.jpg in the temporary folder, or in the cache where that one is full, and returns its
+/// path, or an empty text when neither can be written. Only the user can read the file (mode 0600). Whatever has that
+/// name is replaced: a link itself, never what it leads to. Where another user owns the name the file goes into a new
+/// folder there.
 QString writeMailFile(const QByteArray &jpeg);
 
 /// Deletes that file, and the folder that was made for it.
