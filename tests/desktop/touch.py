@@ -182,6 +182,8 @@ def simple():
     step("Simple mode; a photo from a list that a finger scrolls")
     program = SeenProgram(desk, 1, f"{FOLDER}/program/lumora", "/s")
     program.until(lambda: desk.place(desk.window("Lumora")) == SCREEN, "window that fills the screen")
+    tap("No", "button")  # the photo of before, whose change was never saved, is offered
+    is_gone("No")
     fits_fingers("Lumora")
     tap("Open")
     tap("Animals")
