@@ -1,8 +1,8 @@
 #!/bin/bash
 # bare-root.sh SUITE [PACKAGE]: Lumora in a new root of a Debian suite (bookworm, trixie) in which nothing else is. Builds
-# the package there, or takes PACKAGE, which was built on that suite. Installs it, opens a photo and saves it under another
-# name by real keys and clicks, purges the package and compares the lists of files before and after. Runs in the project's
-# folder. Only root may make roots: for others it ends with 77.
+# the package there and keeps it in build/bare-root, or takes PACKAGE, which was built on that suite. Installs it, opens a
+# photo and saves it under another name by real keys, purges the package and compares the lists of files before and after.
+# Runs in the project's folder. Only root may make roots: for others it ends with 77.
 set -euo pipefail
 . scripts/setup.sh
 suite=$1 package=${2-}
@@ -33,7 +33,7 @@ if [ -z "$package" ]; then
     cp -a "$folder/bare" "$folder/build"
     git clone -q . "$folder/build/root/lumora"
     inside build bash -ec 'cd /root/lumora && scripts/package.sh'
-    package=build/bare-root/lumora-$suite.deb # kept, for the next time
+    package=build/bare-root/lumora-$suite.deb
     mkdir -p build/bare-root
     cp "$folder"/build/root/lumora/build/package/lumora_*.deb "$package"
 fi
