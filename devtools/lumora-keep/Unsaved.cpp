@@ -6,7 +6,6 @@
 #include "document/RecoveryFolder.h"
 
 #include <QCryptographicHash>
-#include <QThreadPool>
 #include <cstdio>
 #include <memory>
 
@@ -82,8 +81,8 @@ Work discardWork(const QString &file, const QString &folder) {
     return [unsaved, folder]() mutable {
         unsaved->recovery.keepDiscarded({unsaved->photo.picCanvas(), unsaved->photo.metadata()});
         unsaved->photo.setPhotoModified(false);
-        unsaved.reset(); // may hand what is left to a thread of the pool
-        QThreadPool::globalInstance()->waitForDone();
+        unsaved.reset(); // may hand what is left to a thread
+        Recovery::finishDiscarding();
         return QString();
     };
 }

@@ -21,7 +21,10 @@ class Recovery : public QObject {
   public:
     /// `parentFolder` as RecoveryFolder takes it; empty: no copies are kept.
     Recovery(PhotoDocument &photo, const QString &parentFolder, QObject *parent = nullptr);
+    /// Does not wait until what was thrown away is kept.
     ~Recovery() override;
+    /// Waits for that, for all that are gone. The application does it at its end.
+    static void finishDiscarding();
 
     /// Returns when the copy on the disk is the photo of now. Without unsaved changes, or where the disk refuses it,
     /// nothing happens.

@@ -14,7 +14,6 @@ import tempfile
 
 from common import CALLS, ENVIRONMENT, content, errors_of, fail, make_pictures
 
-# Who asks the toolkit's pool for a thread that the system refuses waits for ever at the end: no clone3 for "discard".
 TRACED = (*CALLS, "clone3", "fcntl", "utimensat", "getdents64", "mprotect", "readlink")
 
 
@@ -138,8 +137,6 @@ def main():
             words, prepare, wrong = work(place)
             prepare()
             for name, most in sorted(place.calls(words).items()):
-                if work is discard and name == "clone3":
-                    continue
                 for number in range(1, (most if everything else min(most, 2)) + 1):
                     for error, on in errors_of(name, everything):
                         prepare()
