@@ -9,7 +9,6 @@
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QThreadPool>
 #include <csignal>
 #include <fcntl.h>
 #include <fstream>
@@ -120,7 +119,7 @@ TEST(DiscardedPhotos, EveryWayToThrowAPhotoAway) {
                 }
                 row.go(table);
             }
-            QThreadPool::globalInstance()->waitForDone(); // as the application does at its end
+            Recovery::finishDiscarding(); // as the application does at its end
             const QList<DiscardedPhoto> kept = DiscardedPhotos(folder).list();
             ASSERT_EQ(kept.size(), row.kept != nullptr ? 1 : 0);
             EXPECT_EQ(entries(folder), row.kept != nullptr ? QStringList("thrown-away") : QStringList())
@@ -211,7 +210,7 @@ TEST(DiscardedPhotos, WhatIsNotThereOrNotItsOwnEndsQuietly) {
             table.open(photoLike(30, 20));
             EXPECT_EQ(table.photo.picCanvas().size(), QSize(30, 20));
         }
-        QThreadPool::globalInstance()->waitForDone();
+        Recovery::finishDiscarding();
         ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &old), 0);
         EXPECT_TRUE(DiscardedPhotos(folder).list().isEmpty());
         EXPECT_EQ(entries(folder), QStringList());
