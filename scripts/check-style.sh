@@ -10,7 +10,7 @@ if [ ! -f build/style/build.ninja ]; then
     say "Preparing the analysis"
     quietly build/log/configure-style.log \
         cmake --preset dev -B build/style -D LUMORA_BENCH=ON -D CMAKE_GLOBAL_AUTOGEN_TARGET=ON \
-        -D LUMORA_TOGETHER=OFF -D CMAKE_DISABLE_PRECOMPILE_HEADERS=ON # which clang cannot read
+        -D LUMORA_TOGETHER=OFF -D CMAKE_DISABLE_PRECOMPILE_HEADERS=ON # each file includes what it needs
 fi
 quietly build/log/build-style.log cmake --build build/style --target autogen
 
