@@ -25,12 +25,12 @@ double difference(const QImage &a, const QImage &b) {
     EXPECT_EQ(a.size(), b.size());
     double sum = 0;
     for (int y = 0; y < a.height(); ++y) {
+        const QRgb *p = test::row(a, y);
+        const QRgb *q = test::row(b, y);
         for (int x = 0; x < a.width(); ++x) {
-            const QRgb p = a.pixel(x, y);
-            const QRgb q = b.pixel(x, y);
-            const int red = qRed(p) - qRed(q);
-            const int green = qGreen(p) - qGreen(q);
-            const int blue = qBlue(p) - qBlue(q);
+            const int red = qRed(p[x]) - qRed(q[x]);
+            const int green = qGreen(p[x]) - qGreen(q[x]);
+            const int blue = qBlue(p[x]) - qBlue(q[x]);
             sum += red * red + green * green + blue * blue;
         }
     }
@@ -64,7 +64,7 @@ const char *const effectsInUnits[] = {"SFX3", "SFX4", "SFX5", "SFX6", "SFX7", "S
 
 TEST(EffectUnit, ThePhotoChangesAsItsIconDoes) {
     for (const char *name : photos) {
-        for (const int width : {1152, 4000, 6000}) {
+        for (const int width : {1152, name == photos[0] ? 6000 : 3000}) {
             const QImage photo = photoOf(name, width, width * 3 / 4);
             const QImage shown = fitted(photo, tableSide);
             for (const char *key : effectsInUnits) {

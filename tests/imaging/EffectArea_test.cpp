@@ -497,7 +497,7 @@ TEST(EffectArea, neighboursCountAsInTheReferenceInEveryVersion) {
 
 // What goes to work in several blocks, strips or bands must not show where they meet.
 TEST(EffectArea, largePicturesShowNoSeams) {
-    const QImage picture = photoLike(1201, 1037);
+    const QImage picture = photoLike(401, 1037);
     for (const AreaEffect &effect : areaEffects()) {
         if (std::string(effect.name) != "blur") {
             EffectEngine engine;

@@ -147,8 +147,10 @@ struct Scores {
 /// Whether nothing of the eye's pupil and glint is within so many pixels.
 bool isApart(const Eye &eye, int x, int y, int distance) {
     for (int v = std::max(0, y - distance); v <= std::min(eye.pupil.height() - 1, y + distance); ++v) {
+        const QRgb *pupil = test::row(eye.pupil, v);
+        const QRgb *glint = test::row(eye.glint, v);
         for (int u = std::max(0, x - distance); u <= std::min(eye.pupil.width() - 1, x + distance); ++u) {
-            if (qGray(eye.pupil.pixel(u, v)) != 0 || qGray(eye.glint.pixel(u, v)) != 0) {
+            if (qGray(pupil[u]) != 0 || qGray(glint[u]) != 0) {
                 return false;
             }
         }
@@ -160,16 +162,17 @@ bool isApart(const Eye &eye, int x, int y, int distance) {
 Scores scoresOf(const Eye &eye, const QImage &before, const QImage &after, int mixed) {
     Scores scores;
     for (int y = 0; y < before.height(); ++y) {
+        const QRgb *pupil = test::row(eye.pupil, y);
+        const QRgb *glint = test::row(eye.glint, y);
+        const QRgb *was = test::row(before, y);
+        const QRgb *is = test::row(after, y);
         for (int x = 0; x < before.width(); ++x) {
-            const int pupil = qGray(eye.pupil.pixel(x, y));
-            const int glint = qGray(eye.glint.pixel(x, y));
-            const QRgb now = after.pixel(x, y);
-            if (pupil == 255) {
-                scores.dark.add(std::max({qRed(now), qGreen(now), qBlue(now)}) <= 80);
-            } else if (glint == 255) {
-                scores.glint.add(change(before.pixel(x, y), now) <= 24);
+            if (qGray(pupil[x]) == 255) {
+                scores.dark.add(std::max({qRed(is[x]), qGreen(is[x]), qBlue(is[x])}) <= 80);
+            } else if (qGray(glint[x]) == 255) {
+                scores.glint.add(change(was[x], is[x]) <= 24);
             } else if (isApart(eye, x, y, mixed)) {
-                scores.around.add(change(before.pixel(x, y), now) <= 12);
+                scores.around.add(change(was[x], is[x]) <= 12);
             }
         }
     }

@@ -78,17 +78,19 @@ TEST(Scale, averagingWeighsEverySourcePixelWithItsArea) {
         {{17, 300}, {5, 2}}, {{1, 5000}, {1, 480}}, {{5000, 1}, {480, 1}}, {{1201, 700}, {480, 279}},
         {{3, 2}, {2, 1}},    {{2100, 30}, {7, 29}},
     };
-    forEachTarget([&] {
-        for (const auto &[from, to] : sizes) {
-            for (const bool transparent : {false, true}) {
-                const QImage picture = photoLike(from.width(), from.height(), transparent);
+    for (const auto &[from, to] : sizes) {
+        for (const bool transparent : {false, true}) {
+            SCOPED_TRACE(testing::Message() << from.width() << " x " << from.height() << " to " << to.width()
+                                            << " transparent " << transparent);
+            const QImage picture = photoLike(from.width(), from.height(), transparent);
+            const QImage expected = averagedSlowly(picture, to.width(), to.height());
+            forEachTarget([&, to = to] {
                 const QImage reduced = scaleByAveraging(picture, to.width(), to.height());
                 ASSERT_EQ(reduced.format(), picture.format());
-                ASSERT_EQ(firstDifference(reduced, averagedSlowly(picture, to.width(), to.height())), QPoint(-1, -1))
-                    << from.width() << " x " << from.height() << " to " << to.width() << " transparent " << transparent;
-            }
+                ASSERT_EQ(firstDifference(reduced, expected), QPoint(-1, -1));
+            });
         }
-    });
+    }
 }
 
 TEST(Scale, averagingRefusesOtherSizes) {
@@ -108,19 +110,18 @@ TEST(Scale, averagesOfTheBrightestPictureDoNotOverflow) {
 }
 
 TEST(Scale, boxesAreMeansAndTheLastOnesAreCutShort) {
-    forEachTarget([] {
-        for (const QSize size :
-             {QSize(1, 1), QSize(2, 3), QSize(5, 17), QSize(63, 40), QSize(64, 32), QSize(4500, 33)}) {
-            for (const bool transparent : {false, true}) {
-                const QImage picture = photoLike(size.width(), size.height(), transparent);
-                for (const int factor : {2, 4, 8, 16}) {
-                    ASSERT_EQ(firstDifference(boxReduced(picture, factor), boxedSlowly(picture, factor)),
-                              QPoint(-1, -1))
-                        << size.width() << " x " << size.height() << " by " << factor << " transparent " << transparent;
-                }
+    for (const QSize size : {QSize(1, 1), QSize(2, 3), QSize(5, 17), QSize(63, 40), QSize(64, 32), QSize(4500, 33)}) {
+        for (const bool transparent : {false, true}) {
+            const QImage picture = photoLike(size.width(), size.height(), transparent);
+            for (const int factor : {2, 4, 8, 16}) {
+                SCOPED_TRACE(testing::Message() << size.width() << " x " << size.height() << " by " << factor
+                                                << " transparent " << transparent);
+                const QImage expected = boxedSlowly(picture, factor);
+                forEachTarget(
+                    [&] { ASSERT_EQ(firstDifference(boxReduced(picture, factor), expected), QPoint(-1, -1)); });
             }
         }
-    });
+    }
     for (const int factor : {-2, 0, 1, 3, 32}) {
         EXPECT_TRUE(boxReduced(photoLike(40, 40), factor).isNull());
     }
