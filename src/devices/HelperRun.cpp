@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QTimer>
 
 namespace lumora {
 
@@ -20,7 +21,6 @@ HelperRun::HelperRun(const QString &helper, QObject *parent)
       m_helper(helper.isEmpty() ? QCoreApplication::applicationDirPath() + "/lumora-devices" : helper) {
     m_process.setStandardErrorFile(QProcess::nullDevice()); // drivers are talkative
     m_process.setStandardInputFile(QProcess::nullDevice());
-    m_limit.setSingleShot(true);
     connect(&m_process, &QProcess::readyReadStandardOutput, this, [this] {
         m_output += m_process.readAllStandardOutput();
         if (m_output.size() > longestOutput) {
@@ -38,7 +38,6 @@ HelperRun::HelperRun(const QString &helper, QObject *parent)
             }
         },
         Qt::QueuedConnection);
-    connect(&m_limit, &QTimer::timeout, &m_process, &QProcess::kill);
 }
 
 HelperRun::~HelperRun() {

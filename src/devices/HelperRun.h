@@ -2,10 +2,11 @@
 // a driver or to the print system goes through it, so that neither can stop a window.
 #pragma once
 
+#include "devices/TimeLimit.h"
+
 #include <QObject>
 #include <QProcess>
 #include <QString>
-#include <QTimer>
 
 namespace lumora {
 
@@ -35,7 +36,7 @@ class HelperRun : public QObject {
 
     QString m_helper;
     QProcess m_process;
-    QTimer m_limit;
+    TimeLimit m_limit{[this] { m_process.kill(); }};
     QByteArray m_output;
     bool m_running = false;
 };

@@ -20,7 +20,6 @@ ScanProcess::ScanProcess(QString helper, QObject *parent) : QObject(parent), m_h
     if (m_helper.isEmpty()) {
         m_helper = QCoreApplication::applicationDirPath() + "/lumora-devices";
     }
-    m_timer.setSingleShot(true);
     m_process.setStandardErrorFile(QProcess::nullDevice()); // drivers are talkative
     m_process.setStandardInputFile(QProcess::nullDevice());
     connect(&m_process, &QProcess::readyReadStandardOutput, this, &ScanProcess::take);
@@ -34,7 +33,6 @@ ScanProcess::ScanProcess(QString helper, QObject *parent) : QObject(parent), m_h
             }
         },
         Qt::QueuedConnection);
-    connect(&m_timer, &QTimer::timeout, this, &ScanProcess::giveUp);
 }
 
 ScanProcess::~ScanProcess() {
@@ -64,14 +62,14 @@ void ScanProcess::start(const QStringList &arguments) {
     m_running = true;
     m_status.reset();
     m_messages = {};
-    m_timer.start(m_limits.silence);
+    m_limit.start(m_limits.silence);
     m_process.start(m_helper, arguments);
 }
 
 void ScanProcess::cancel() {
     if (m_running && !m_status) {
         m_status = ScanStatus::Cancelled;
-        m_timer.start(m_limits.closing);
+        m_limit.start(m_limits.closing);
         m_process.terminate();
     }
 }
@@ -90,7 +88,7 @@ void ScanProcess::take() {
 }
 
 void ScanProcess::takeMessage(const ScanMessage &message) {
-    m_timer.start(m_limits.silence);
+    m_limit.start(m_limits.silence);
     switch (message.kind) {
     case ScanMessage::Kind::Frame:
         if (const auto frame = ScanFrame::fromText(message.content)) {
@@ -109,7 +107,7 @@ void ScanProcess::takeMessage(const ScanMessage &message) {
         break;
     case ScanMessage::Kind::Status:
         m_status = statusOf(message.content).value_or(ScanStatus::Crashed);
-        m_timer.start(m_limits.closing);
+        m_limit.start(m_limits.closing);
         return;
     }
     m_status = ScanStatus::Crashed; // it talks nonsense
@@ -128,7 +126,7 @@ void ScanProcess::finish() {
     if (m_process.isOpen()) {
         take(); // what came with the end
     }
-    m_timer.stop();
+    m_limit.stop();
     m_running = false;
     Q_EMIT finished(m_status.value_or(ScanStatus::Crashed));
 }

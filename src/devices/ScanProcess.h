@@ -4,10 +4,10 @@
 
 #include "devices/ScanOption.h"
 #include "devices/ScanProtocol.h"
+#include "devices/TimeLimit.h"
 
 #include <QObject>
 #include <QProcess>
-#include <QTimer>
 
 namespace lumora {
 
@@ -57,7 +57,7 @@ class ScanProcess : public QObject {
     QString m_helper;
     Limits m_limits;
     QProcess m_process;
-    QTimer m_timer;
+    TimeLimit m_limit{[this] { giveUp(); }};
     ScanMessages m_messages;
     std::optional<ScanStatus> m_status; ///< how it ends, once that is known
     bool m_running = false;

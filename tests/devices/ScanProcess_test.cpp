@@ -97,6 +97,16 @@ TEST_F(ScanProcessTest, helpersThatFailAreTold) {
     }
 }
 
+TEST_F(ScanProcessTest, theTimeInWhichLumoraIsStoppedDoesNotCount) {
+    // As after a sleep of the computer: the clock has gone on, and the scanner answers a moment later.
+    ScanProcess process(script("kill -STOP $PPID; sleep 1.5; kill -CONT $PPID; sleep 0.4\n" STATUS("4", "good")));
+    process.setLimits({.silence = 1200, .closing = 1200});
+    QSignalSpy finished(&process, &ScanProcess::finished);
+    process.scan("test:0", ScanProcess::Settings::AsGiven);
+    ASSERT_TRUE(finished.wait(10'000));
+    EXPECT_EQ(finished.first().first().value<ScanStatus>(), ScanStatus::Good);
+}
+
 TEST_F(ScanProcessTest, aHelperThatDoesNotStopIsKilled) {
     // It leaves the polite request unheard.
     const QString pidFile = m_folder.filePath("pid");
