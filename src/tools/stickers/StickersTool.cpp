@@ -4,16 +4,15 @@
 #include "tools/canvas/CanvasMouse.h"
 #include "tools/canvas/KeyboardPointer.h"
 #include "tools/stickers/ItemBar.h"
+#include "tools/stickers/ItemMoves.h"
 #include "tools/stickers/StickersPanel.h"
 #include "tools/stickers/WordsEditor.h"
 
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLineF>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 namespace lumora {
 
@@ -26,33 +25,11 @@ constexpr double ghost = 0.6;       // opacity of what is to be placed
 constexpr double stickerPart = 0.3; // sizes of what is placed, of the shorter side of what is in view
 constexpr double wordsPart = 0.15;
 constexpr double bubblePart = 0.08;
-constexpr double fittedPart = 0.96; // of the photo's width and height, for words that are typed
-constexpr double leastSize = 4;     // picture pixels
-constexpr double mostPart = 4;      // of the photo's longer side
-constexpr double keySize = 1.1;     // a press of + or -
-constexpr double keyTurn = 5;       // degrees, a press of [ or ]
-constexpr double keyStep = 1;       // pixels of the view
-constexpr double longKeyStep = 10;
-constexpr double upright = 4;     // degrees from a right angle in which a turn by hand ends upright
-constexpr double nearestGrip = 8; // picture pixels from the centre
 
 double usualSize(Decoration::Kind kind, double side) {
     return side * (kind == Decoration::Kind::Sticker ? stickerPart
                    : kind == Decoration::Kind::Words ? wordsPart
                                                      : bubblePart);
-}
-
-double bounded(double angle) {
-    return angle - 360 * std::floor((angle + 180) / 360);
-}
-
-double snapped(double angle) {
-    const double right = 90 * std::round(angle / 90);
-    return std::abs(angle - right) < upright ? right : angle;
-}
-
-double degrees(QPointF direction) {
-    return std::atan2(direction.y(), direction.x()) * 180 / std::numbers::pi;
 }
 
 bool isEnter(int key) {
@@ -85,7 +62,7 @@ void StickersTool::makeControls() {
     connect(m_editor, &WordsEditor::wordsChanged, this, [this](const QString &words) {
         Decoration item = m_beforeTyping;
         item.text = words;
-        change(fitted(item));
+        change(fittedOnPhoto(item, photoSize()));
         m_editor->keepClearOf(partOfView());
     });
     connect(m_editor, &WordsEditor::done, this, &StickersTool::finishWords);
@@ -178,6 +155,10 @@ void StickersTool::step(bool back) {
 
 // --- Changes --------------------------------------------------------------------------------------------------------
 
+QSize StickersTool::photoSize() const {
+    return m_ctx.photo.picCanvas().size();
+}
+
 QTransform StickersTool::toView() const {
     const QPointF origin = m_view.toView({0, 0});
     const double scale = m_view.toView({1, 0}).x() - origin.x();
@@ -218,8 +199,8 @@ void StickersTool::putDown() {
 void StickersTool::place(QPointF where) {
     Decoration item = *m_picked;
     item.centre = where;
-    item = keptOnPhoto(item);
-    m_list.add(item.hasWords() ? fitted(item) : item);
+    item = keptOnPhoto(item, photoSize());
+    m_list.add(item.hasWords() ? fittedOnPhoto(item, photoSize()) : item);
     putDown();
     select(m_list.count() - 1);
 }
@@ -299,28 +280,6 @@ void StickersTool::finishWords() {
     changed();
 }
 
-/// Nothing can be moved to where it is not found again.
-Decoration StickersTool::keptOnPhoto(Decoration item) const {
-    const QSize photo = m_ctx.photo.picCanvas().size();
-    item.centre = {std::clamp<double>(item.centre.x(), 0, photo.width()),
-                   std::clamp<double>(item.centre.y(), 0, photo.height())};
-    item.size = std::clamp<double>(item.size, leastSize, mostPart * std::max(photo.width(), photo.height()));
-    return item;
-}
-
-/// Words that are typed are wholly on the photo: smaller where they are too many, and away from its edges.
-Decoration StickersTool::fitted(Decoration item) const {
-    const QSizeF photo = m_ctx.photo.picCanvas().size();
-    const auto boxOf = [](const Decoration &each) { return placeOf(each).mapRect(shapeOf(each).box); };
-    const QSizeF before = boxOf(item).size();
-    const double fits = fittedPart * std::min(photo.width() / before.width(), photo.height() / before.height());
-    item.size *= std::min(1.0, fits);
-    const QRectF box = boxOf(item);
-    item.centre.rx() += std::max(0.0, -box.left()) - std::max(0.0, box.right() - photo.width());
-    item.centre.ry() += std::max(0.0, -box.top()) - std::max(0.0, box.bottom() - photo.height());
-    return keptOnPhoto(item);
-}
-
 // --- Mouse ----------------------------------------------------------------------------------------------------------
 
 /// The uppermost there; -1 for none.
@@ -359,29 +318,6 @@ void StickersTool::press(const PointerEvent &at) {
     showCursor(at.view);
 }
 
-Decoration StickersTool::dragged(const PointerEvent &at) const {
-    Decoration item = m_drag->before;
-    const QPointF from = m_drag->pressed - item.centre;
-    const QPointF to = at.picture - item.centre;
-    const QPointF by = at.picture - m_drag->pressed;
-    switch (m_drag->handle) {
-    case ItemHandle::Size:
-        item.size *=
-            std::max(nearestGrip, std::hypot(to.x(), to.y())) / std::max(nearestGrip, std::hypot(from.x(), from.y()));
-        break;
-    case ItemHandle::Turn:
-        item.angle = snapped(bounded(item.angle + degrees(to) - degrees(from)));
-        break;
-    case ItemHandle::Tail:
-        item.speaker = placeOf(item).map(shapeOf(item).tail) + by;
-        break;
-    default:
-        item.centre += by;
-        break;
-    }
-    return keptOnPhoto(item);
-}
-
 void StickersTool::move(const PointerEvent &at) {
     if (!isAtWork()) {
         return;
@@ -396,7 +332,7 @@ void StickersTool::move(const PointerEvent &at) {
     }
     m_drag->moved = m_drag->moved || (at.view - m_drag->pressedView).manhattanLength() >= stickerSlop;
     if (m_drag->moved) {
-        change(dragged(at));
+        change(draggedItem(m_drag->before, m_drag->handle, m_drag->pressed, at.picture, photoSize()));
     }
     showCursor(at.view);
 }
@@ -463,33 +399,8 @@ int StickersTool::nextItem(const QKeyEvent &key) const {
     return next < 0 ? m_list.count() : next;
 }
 
-/// The chosen one as that key changes it; nothing for other keys.
 std::optional<Decoration> StickersTool::keyed(const QKeyEvent &key) const {
-    Decoration item = m_list.at(m_selected);
-    const QPointF arrow = arrowStep(key.key());
-    if (!arrow.isNull()) {
-        const double step = key.modifiers().testFlag(Qt::ShiftModifier) ? longKeyStep : keyStep;
-        item.centre += arrow * step / toView().m11();
-        return keptOnPhoto(item);
-    }
-    switch (key.key()) {
-    case Qt::Key_Plus:
-    case Qt::Key_Equal:
-        item.size *= keySize;
-        break;
-    case Qt::Key_Minus:
-        item.size /= keySize;
-        break;
-    case Qt::Key_BracketLeft:
-        item.angle = bounded(item.angle - keyTurn);
-        break;
-    case Qt::Key_BracketRight:
-        item.angle = bounded(item.angle + keyTurn);
-        break;
-    default:
-        return {};
-    }
-    return keptOnPhoto(item);
+    return keyedItem(m_list.at(m_selected), key, toView().m11(), photoSize());
 }
 
 bool StickersTool::wantsKey(const QKeyEvent &key) const {

@@ -78,14 +78,13 @@ class StickersTool : public PanelTool {
     void typeWords();
     void finishWords();
     void endDrag(const PointerEvent &at);
-    Decoration dragged(const PointerEvent &at) const;
+    /// The chosen one as that key changes it; nothing for other keys.
     std::optional<Decoration> keyed(const QKeyEvent &key) const;
     int nextItem(const QKeyEvent &key) const;
     int itemAt(QPointF view);
-    Decoration keptOnPhoto(Decoration item) const;
-    Decoration fitted(Decoration item) const;
     ItemHandles handles();
     QRectF partOfView();
+    QSize photoSize() const;
     QTransform toView() const;
     void showCursor(QPointF view);
 
