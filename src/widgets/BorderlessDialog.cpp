@@ -12,7 +12,6 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -75,23 +74,7 @@ void BorderlessDialog::settle() {
     // What is larger than the screen keeps its title strip on it.
     place.moveLeft(std::max(room.left(), std::min(place.left(), room.right() + 1 - place.width())));
     place.moveTop(std::max(room.top(), std::min(place.top(), room.bottom() + 1 - place.height())));
-    m_asked = place.topLeft();
     setGeometry(place);
-}
-
-/// A window manager of X puts the window into a frame, which is at 0, 0 for a moment. Whoever looks just then is not
-/// told better when the window comes where it was asked for, and believes fingers, menus and lists to be elsewhere.
-void BorderlessDialog::moveEvent(QMoveEvent *event) {
-    QDialog::moveEvent(event);
-    if (isVisible() && pos().isNull() && !m_asked.isNull()) {
-        QTimer::singleShot(100, this, &BorderlessDialog::askForPlaceAgain);
-    }
-}
-
-void BorderlessDialog::askForPlaceAgain() {
-    if (isVisible() && pos().isNull()) {
-        move(m_asked);
-    }
 }
 
 /// Its texts or letters have changed: as large as it needs to be now, round the same centre.

@@ -35,14 +35,12 @@ class BorderlessDialog : public QDialog {
     void showEvent(QShowEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    void moveEvent(QMoveEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
 
   private:
     QRect surface() const;
     void settle();
-    void askForPlaceAgain();
     void growSoon();
     void grow();
     /// Returns the width of the scroll bar, in pixels.
@@ -54,7 +52,6 @@ class BorderlessDialog : public QDialog {
     QLayout *m_answers = nullptr;
     QScrollArea *m_area = nullptr; ///< around the body, where the screen is too small for it
     QPointer<QAbstractButton> m_defaultButton;
-    QPoint m_asked;           ///< where the window should open
     QPoint m_centre;          ///< of the window, while m_isGrowing
     bool m_isGrowing = false; ///< grow() is about to be called
 };

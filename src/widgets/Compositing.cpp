@@ -1,52 +1,32 @@
 #include "widgets/Compositing.h"
 
 #include "widgets/Theme.h"
+#include "widgets/XServer.h"
 
 #include <QBitmap>
 #include <QGuiApplication>
-#include <QLibrary>
 #include <QPainter>
-#include <cstdlib>
-#include <memory>
-#include <xcb/xcb.h>
 
 namespace lumora {
 
 namespace {
 
-struct Free {
-    void operator()(void *memory) const { std::free(memory); }
-};
-
-/// The X library is the one that Qt's own X plug-in has loaded; it is looked up so that Lumora needs no X to run.
-bool isSelectionOwned(xcb_connection_t *connection, const QByteArray &name) {
-    QLibrary xcb("xcb", 1);
-    const auto internAtom = reinterpret_cast<decltype(&xcb_intern_atom)>(xcb.resolve("xcb_intern_atom"));
-    const auto atomReply = reinterpret_cast<decltype(&xcb_intern_atom_reply)>(xcb.resolve("xcb_intern_atom_reply"));
-    const auto getOwner = reinterpret_cast<decltype(&xcb_get_selection_owner)>(xcb.resolve("xcb_get_selection_owner"));
-    const auto ownerReply =
-        reinterpret_cast<decltype(&xcb_get_selection_owner_reply)>(xcb.resolve("xcb_get_selection_owner_reply"));
-    if (!internAtom || !atomReply || !getOwner || !ownerReply) {
+bool isSelectionOwned(const QByteArray &name) {
+    xcb_connection_t *server = xConnection();
+    const auto internAtom = xcbFunction<decltype(xcb_intern_atom)>("xcb_intern_atom");
+    const auto atomReply = xcbFunction<decltype(xcb_intern_atom_reply)>("xcb_intern_atom_reply");
+    const auto getOwner = xcbFunction<decltype(xcb_get_selection_owner)>("xcb_get_selection_owner");
+    const auto ownerReply = xcbFunction<decltype(xcb_get_selection_owner_reply)>("xcb_get_selection_owner_reply");
+    if (server == nullptr || !internAtom || !atomReply || !getOwner || !ownerReply) {
         return false;
     }
-    const auto cookie = internAtom(connection, true, static_cast<quint16>(name.size()), name.constData());
-    const std::unique_ptr<xcb_intern_atom_reply_t, Free> atom(atomReply(connection, cookie, nullptr));
+    const auto cookie = internAtom(server, true, static_cast<quint16>(name.size()), name.constData());
+    const XReply<xcb_intern_atom_reply_t> atom(atomReply(server, cookie, nullptr));
     if (!atom || atom->atom == XCB_ATOM_NONE) {
         return false;
     }
-    const std::unique_ptr<xcb_get_selection_owner_reply_t, Free> owner(
-        ownerReply(connection, getOwner(connection, atom->atom), nullptr));
+    const XReply<xcb_get_selection_owner_reply_t> owner(ownerReply(server, getOwner(server, atom->atom), nullptr));
     return owner && owner->owner != XCB_WINDOW_NONE;
-}
-
-/// By name: the offscreen platform has the interface of X too, but no connection.
-bool isOnX() {
-    return QGuiApplication::platformName() == "xcb";
-}
-
-bool isSelectionOwned(const QByteArray &name) {
-    const auto *x = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return x && x->connection() && isSelectionOwned(x->connection(), name);
 }
 
 } // namespace

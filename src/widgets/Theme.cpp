@@ -5,6 +5,7 @@
 #include "widgets/FittedText.h"
 #include "widgets/KeyboardFocus.h"
 #include "widgets/ThemeStyle.h"
+#include "widgets/WindowPlaces.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -206,6 +207,7 @@ void applyTheme(QApplication &application, const ThemeLook &look) {
         application.installEventFilter(new ShortenedTips(&application));
         new KeyboardFocus(&application);
         new FingerScroll(&application);
+        new WindowPlaces(&application);
         installAccessibility();
         return;
     }

@@ -1,6 +1,5 @@
 #include "widgets/WindowDragger.h"
 
-#include "base/Finger.h"
 #include "widgets/ClickMoveClick.h"
 
 #include <QApplication>
@@ -37,13 +36,6 @@ bool WindowDragger::eventFilter(QObject *watched, QEvent *event) {
         const auto *mouse = static_cast<QMouseEvent *>(event);
         const QPoint at = mouse->globalPosition().toPoint();
         if (m_pressed && (at - m_pressedAt).manhattanLength() >= QApplication::startDragDistance()) {
-            // The toolkit may believe a window of X to be elsewhere, and the window would jump by as much.
-            const QPoint corner = at - m_handle->mapTo(window, mouse->position().toPoint());
-            QWindow *native = window->windowHandle();
-            if (native && (corner - native->position()).manhattanLength() > fingerSlip) {
-                native->setPosition(corner);
-                m_grip = m_pressedAt - corner;
-            }
             m_pressed = false; // a window system that takes over takes the release, too
             m_following =
                 ClickMoveClick::isHolding() || !window->windowHandle() || !window->windowHandle()->startSystemMove();

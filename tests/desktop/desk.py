@@ -7,7 +7,7 @@ import sys
 import time
 from collections import namedtuple
 
-from accessible import PATIENCE, Program
+from accessible import PATIENCE, Atspi, Program
 
 
 class Rect(namedtuple("Rect", "x y width height")):
@@ -190,6 +190,18 @@ class SeenProgram(Program):
         window = self.desk.place(self.desk.window(thing.window().name))
         x, y, width, height = (round(self.scale * each) for each in thing.place())
         return Rect(window.x + x, window.y + y, width, height)
+
+    def knows_place(self, title, screen=None):
+        """Waits until the program, too, knows where its window stands; it counts from the corner of its screen."""
+        left, top = screen[:2] if screen else (0, 0)
+
+        def known():
+            window = [each for each in self.see() if each.window().name == title][0].window()
+            at = window.source.get_extents(Atspi.CoordType.SCREEN)
+            place = self.desk.place(self.desk.window(title))
+            return (abs(left + self.scale * (at.x - left) - place.x) <= self.scale and
+                    abs(top + self.scale * (at.y - top) - place.y) <= self.scale)
+        self.until(known, f"\"{title}\" that knows its place on the screen")
 
     def standing(self, question, what):
         """The control and its place, once that does not change any more."""

@@ -167,6 +167,8 @@ def opens_dialogs(window, room):
         place = desk.place(dialog)
         if not room.holds(place.without(round(SCALE * SHADOW))):
             sys.exit(f"\"{title}\" is at {place}, not in {room}")
+        if not ON_WAYLAND:  # which does not say where a window is
+            program.knows_place(title, room)
         drag_window(dialog, -60, 40)
         key("Escape")
         program.until(lambda: not desk.window(title), f"end of \"{title}\"")

@@ -50,11 +50,7 @@ def fits_fingers(window):
         width, height = each.place()[2:]
         if each.kind in PRESSED and (width < LEAST or height < LEAST):
             fail(f"{each} in \"{window}\" is only {width} x {height} pixels")
-
-    def known():
-        at = shown[0].source.get_extents(Atspi.CoordType.SCREEN)
-        return (at.x, at.y) == desk.place(desk.window(window))[:2]
-    program.until(known, f"\"{window}\" that knows its place on the screen")
+    program.knows_place(window)
     time.sleep(0.5)  # a hand is not quicker
 
 
