@@ -2,7 +2,6 @@
 
 #include "base/TaskControl.h"
 
-#include <QCoreApplication>
 #include <QEventLoop>
 #include <QTimer>
 
@@ -16,11 +15,7 @@ constexpr int timeToEnd = 2000;              // milliseconds
 
 } // namespace
 
-HelperRun::HelperRun(const QString &helper, QObject *parent)
-    : QObject(parent),
-      m_helper(helper.isEmpty() ? QCoreApplication::applicationDirPath() + "/lumora-devices" : helper) {
-    m_process.setStandardErrorFile(QProcess::nullDevice()); // drivers are talkative
-    m_process.setStandardInputFile(QProcess::nullDevice());
+HelperRun::HelperRun(const QString &helper, QObject *parent) : QObject(parent), m_process(helper) {
     connect(&m_process, &QProcess::readyReadStandardOutput, this, [this] {
         m_output += m_process.readAllStandardOutput();
         if (m_output.size() > longestOutput) {
@@ -28,24 +23,7 @@ HelperRun::HelperRun(const QString &helper, QObject *parent)
             m_process.kill();
         }
     });
-    connect(&m_process, &QProcess::finished, this, &HelperRun::finish);
-    // Queued: a missing program is reported while start() still runs.
-    connect(
-        &m_process, &QProcess::errorOccurred, this,
-        [this](QProcess::ProcessError error) {
-            if (error == QProcess::FailedToStart) { // every other error is followed by finished()
-                finish();
-            }
-        },
-        Qt::QueuedConnection);
-}
-
-HelperRun::~HelperRun() {
-    m_process.disconnect(this);
-    if (m_process.state() != QProcess::NotRunning) {
-        m_process.kill();
-        m_process.waitForFinished(1000);
-    }
+    connect(&m_process, &HelperProcess::ended, this, &HelperRun::finish);
 }
 
 void HelperRun::start(const QStringList &arguments, int timeLimit) {
@@ -55,7 +33,7 @@ void HelperRun::start(const QStringList &arguments, int timeLimit) {
     m_running = true;
     m_output.clear();
     m_limit.start(timeLimit);
-    m_process.start(m_helper, arguments);
+    m_process.run(arguments);
 }
 
 void HelperRun::finish() {

@@ -2,10 +2,10 @@
 // a driver or to the print system goes through it, so that neither can stop a window.
 #pragma once
 
+#include "devices/HelperProcess.h"
 #include "devices/TimeLimit.h"
 
 #include <QObject>
-#include <QProcess>
 #include <QString>
 
 namespace lumora {
@@ -16,8 +16,6 @@ class HelperRun : public QObject {
   public:
     /// `helper` is the program to run; by default lumora-devices beside the program file.
     explicit HelperRun(const QString &helper = {}, QObject *parent = nullptr);
-    /// Kills what still runs.
-    ~HelperRun() override;
 
     /// Starts it and returns at once; while it runs, nothing new begins. After `timeLimit` milliseconds (1 or more) it
     /// is killed.
@@ -34,8 +32,7 @@ class HelperRun : public QObject {
   private:
     void finish();
 
-    QString m_helper;
-    QProcess m_process;
+    HelperProcess m_process; ///< killed when this is destroyed
     TimeLimit m_limit{[this] { m_process.kill(); }};
     QByteArray m_output;
     bool m_running = false;

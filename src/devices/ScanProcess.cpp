@@ -1,7 +1,5 @@
 #include "devices/ScanProcess.h"
 
-#include <QCoreApplication>
-
 namespace lumora {
 
 namespace {
@@ -16,31 +14,9 @@ QStringList argumentsOf(const QList<ScanValue> &values) {
 
 } // namespace
 
-ScanProcess::ScanProcess(QString helper, QObject *parent) : QObject(parent), m_helper(std::move(helper)) {
-    if (m_helper.isEmpty()) {
-        m_helper = QCoreApplication::applicationDirPath() + "/lumora-devices";
-    }
-    m_process.setStandardErrorFile(QProcess::nullDevice()); // drivers are talkative
-    m_process.setStandardInputFile(QProcess::nullDevice());
+ScanProcess::ScanProcess(const QString &helper, QObject *parent) : QObject(parent), m_process(helper) {
     connect(&m_process, &QProcess::readyReadStandardOutput, this, &ScanProcess::take);
-    connect(&m_process, &QProcess::finished, this, &ScanProcess::finish);
-    // Queued: a missing program is reported while start() still runs.
-    connect(
-        &m_process, &QProcess::errorOccurred, this,
-        [this](QProcess::ProcessError error) {
-            if (error == QProcess::FailedToStart) { // every other error is followed by finished()
-                finish();
-            }
-        },
-        Qt::QueuedConnection);
-}
-
-ScanProcess::~ScanProcess() {
-    m_process.disconnect(this);
-    if (m_process.state() != QProcess::NotRunning) {
-        m_process.kill();
-        m_process.waitForFinished(1000);
-    }
+    connect(&m_process, &HelperProcess::ended, this, &ScanProcess::finish);
 }
 
 void ScanProcess::readOptions(const QString &device, const QList<ScanValue> &values) {
@@ -63,7 +39,7 @@ void ScanProcess::start(const QStringList &arguments) {
     m_status.reset();
     m_messages = {};
     m_limit.start(m_limits.silence);
-    m_process.start(m_helper, arguments);
+    m_process.run(arguments);
 }
 
 void ScanProcess::cancel() {

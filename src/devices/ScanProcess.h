@@ -2,12 +2,12 @@
 // what comes and ends it. A driver that hangs or crashes costs a scan, nothing else.
 #pragma once
 
+#include "devices/HelperProcess.h"
 #include "devices/ScanOption.h"
 #include "devices/ScanProtocol.h"
 #include "devices/TimeLimit.h"
 
 #include <QObject>
-#include <QProcess>
 
 namespace lumora {
 
@@ -23,9 +23,7 @@ class ScanProcess : public QObject {
     };
 
     /// `helper` is the program to run; by default lumora-devices beside the program file.
-    explicit ScanProcess(QString helper = {}, QObject *parent = nullptr);
-    /// Kills what still runs, without finished().
-    ~ScanProcess() override;
+    explicit ScanProcess(const QString &helper = {}, QObject *parent = nullptr);
 
     void setLimits(const Limits &limits) { m_limits = limits; }
 
@@ -54,9 +52,8 @@ class ScanProcess : public QObject {
     void giveUp();
     void finish();
 
-    QString m_helper;
     Limits m_limits;
-    QProcess m_process;
+    HelperProcess m_process; ///< killed when this is destroyed, without finished()
     TimeLimit m_limit{[this] { giveUp(); }};
     ScanMessages m_messages;
     std::optional<ScanStatus> m_status; ///< how it ends, once that is known
