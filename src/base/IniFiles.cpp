@@ -200,7 +200,7 @@ struct IniFiles::Private {
                 return nullptr;
             }
         }
-        const auto text = std::make_shared<IniText>(bytes);
+        auto text = std::make_shared<IniText>(bytes);
         if (isKnown && stampOf(QFile::encodeName(path)) == stamp) { // not changed while it was read
             all[path] = std::make_shared<const Parsed>(Parsed{stamp, *text});
         }
@@ -325,7 +325,7 @@ QString IniFiles::ReadIniValue(const QString &file, const QString &section, cons
                            ? std::array{&found.users, &found.site, &found.own}
                            : std::array{&found.own, &found.site, static_cast<const Private::Copy *>(nullptr)};
     for (const Private::Copy *from : order) {
-        const QString value = from == nullptr ? QString() : valueIn(*from, section, key);
+        QString value = from == nullptr ? QString() : valueIn(*from, section, key);
         if (!value.isNull()) {
             return value;
         }

@@ -43,9 +43,11 @@ template <typename Function> class LateFunction {
 };
 
 /// Takes the place of a function that the library's header declares, for the code of a namespace.
+// NOLINTBEGIN(bugprone-macro-parentheses): a name that is declared
 #define LUMORA_LATE(library, name)                                                                                     \
     const LateFunction<decltype(::name)> name {                                                                        \
         library, #name                                                                                                 \
     }
+// NOLINTEND(bugprone-macro-parentheses)
 
 } // namespace lumora

@@ -48,8 +48,8 @@ void RecoveryFolder::close() {
 }
 
 QString RecoveryFolder::usualParent() {
-    const QString folder = stateFolder() + "/recovery";
-    const QString former = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/Lumora/recovery";
+    QString folder = stateFolder() + "/recovery";
+    QString former = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/Lumora/recovery";
     if (QFileInfo::exists(former) && !QFileInfo::exists(folder)) {
         QDir().mkpath(stateFolder());
         if (!QDir().rename(former, folder)) {

@@ -70,7 +70,7 @@ QString languageOfTheDesktop(const Installation &where, IniFiles &files, const Q
             break;
         }
         for (const QString &one : {wanted, language}) {
-            const QString file = QStringLiteral("language-%1.ini").arg(one);
+            QString file = QStringLiteral("language-%1.ini").arg(one);
             if (isInstalled(where, file)) {
                 return file;
             }

@@ -222,13 +222,13 @@ bool HintBubble::eventFilter(QObject *watched, QEvent *event) {
             m_soon.stop();
             fade(false);
         }
-    } else if (onPhoto && event->type() == QEvent::MouseMove && m_pressed &&
-               (at() - m_pressedAt).manhattanLength() >= QApplication::startDragDistance()) {
-        dismiss();
     } else if (onPhoto && event->type() == QEvent::MouseButtonRelease && m_pressed) {
         m_pressed = false;
         m_soon.start(); // it was a click, and it is still to be dragged
-    } else if (!onPhoto && event->type() == QEvent::KeyPress) {
+    }
+    const bool isDragged = onPhoto && event->type() == QEvent::MouseMove && m_pressed &&
+                           (at() - m_pressedAt).manhattanLength() >= QApplication::startDragDistance();
+    if (isDragged || (!onPhoto && event->type() == QEvent::KeyPress)) {
         dismiss();
     }
     return QWidget::eventFilter(watched, event);

@@ -145,7 +145,7 @@ QString askWhereToSave(AppContext &ctx, QWidget *owner, const SaveQuestion &ques
     }
     startIn(dialog, question.workingDirectoryOnly ? workingDirectory(ctx) : photoFolder(ctx));
     offerName(dialog, question.initialName);
-    const QString answered = answer(dialog);
+    QString answered = answer(dialog);
     if (answered.isEmpty() || hasWritableExtension(answered)) {
         return answered; // the dialog has asked before it gives the name of a file that exists
     }
@@ -162,7 +162,7 @@ QString askWhereToPrintPdf(AppContext &ctx, QWidget *owner) {
         startIn(dialog, photoFolder(ctx));
         const QString photo = QFileInfo(ctx.photo.CurrentFileName).completeBaseName();
         dialog.selectFile((photo.isEmpty() ? ctx.texts.text("MyPicture") : photo) + ".pdf");
-        const QString answered = answer(dialog);
+        QString answered = answer(dialog);
         if (answered.isEmpty() || answered.endsWith(".pdf", Qt::CaseInsensitive)) {
             return answered;
         }

@@ -69,10 +69,12 @@ std::vector<int> blurredLine(const std::vector<int> &line, int radius) {
     }
     const float scale = 1.0F / float((2 * radius + 1) * (2 * radius + 1) * (2 * radius + 1));
     std::vector<int> result;
+    result.reserve(line.size());
     for (int x = 0; x < int(line.size()); ++x) {
         double sum = 0;
-        for (int k = -3 * radius; k <= 3 * radius; ++k) {
-            sum += kernel[std::size_t(k + 3 * radius)] * line[std::size_t(std::clamp(x + k, 0, int(line.size()) - 1))];
+        for (int k = 0; k < int(kernel.size()); ++k) {
+            const int from = x + k - 3 * radius;
+            sum += kernel[std::size_t(k)] * line[std::size_t(std::clamp(from, 0, int(line.size()) - 1))];
         }
         result.push_back(int(std::nearbyintf(float(sum) * scale)));
     }
@@ -95,6 +97,7 @@ QImage blurredSlowly(const QImage &picture, int radius) {
     const auto blurLines = [&](int lines, int length, const auto &at) {
         for (int i = 0; i < lines * 4; ++i) {
             std::vector<int> line;
+            line.reserve(std::size_t(length));
             for (int n = 0; n < length; ++n) {
                 line.push_back(at(i / 4, n, i % 4));
             }

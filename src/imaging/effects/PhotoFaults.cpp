@@ -56,7 +56,7 @@ class ColourVotes {
         const int x = place(logarithm(colour[0]) - logarithm(colour[1]));
         const int y = place(logarithm(colour[2]) - logarithm(colour[1]));
         if (x >= 0 && y >= 0 && x < side && y < side) {
-            m_votes[std::size_t(luma * bands / levelCount)][std::size_t(y * side + x)] += 1;
+            m_votes[std::size_t(luma) * bands / levelCount][cellOf(x, y)] += 1;
         }
     }
 
@@ -67,7 +67,7 @@ class ColourVotes {
         for (const auto &band : m_votes) {
             double votes = 0;
             forNear(blue, red, 2, [&](int x, int y, int squareDistance) {
-                votes += band[std::size_t(y * side + x)] * (squareDistance <= 2 ? 1.0 : 0.5);
+                votes += band[cellOf(x, y)] * (squareDistance <= 2 ? 1.0 : 0.5);
             });
             sum += std::min(votes / count, 1.0 / 16);
         }
@@ -82,7 +82,7 @@ class ColourVotes {
             double sumY = 0;
             forNear(blue, red, 3, [&](int x, int y, int) {
                 for (const auto &band : m_votes) {
-                    const double votes = band[std::size_t(y * side + x)];
+                    const double votes = band[cellOf(x, y)];
                     sum += votes;
                     sumX += votes * (x - half);
                     sumY += votes * (y - half);
@@ -100,6 +100,8 @@ class ColourVotes {
     static constexpr int half = 24;
     static constexpr int side = 2 * half + 1;
     static constexpr int bands = 8;
+
+    static std::size_t cellOf(int x, int y) { return std::size_t(y) * side + std::size_t(x); }
 
     static const std::array<double, levelCount> &logarithms() {
         static const std::array<double, levelCount> table = [] {

@@ -199,7 +199,7 @@ QByteArray laidOut(const Reader &reader, const Directory &picture, Directory exi
     if (!gps.empty()) {
         whole.push_back(layout.pointer(GpsDirectory, layout.append(gps)));
     }
-    const QByteArray block = whole.empty() ? QByteArray() : layout.finished(layout.append(whole));
+    QByteArray block = whole.empty() ? QByteArray() : layout.finished(layout.append(whole));
     if (hasNote && block.size() > mostBlockBytes) {
         exif.erase(note); // the other values come first
         return laidOut(reader, picture, exif, gps);

@@ -60,12 +60,12 @@ QString writeMailFile(const QByteArray &jpeg) {
         return {};
     }
     for (const QString &place : foldersForAMoment()) {
-        const QString usual = place + '/' + fileName;
+        QString usual = place + '/' + fileName;
         if (writeAs(usual, jpeg)) {
             return usual;
         }
         QTemporaryDir folder(place + '/' + folderName + "XXXXXX");
-        const QString path = folder.filePath(fileName);
+        QString path = folder.filePath(fileName);
         if (folder.isValid() && writeAs(path, jpeg)) {
             folder.setAutoRemove(false);
             return path;
