@@ -1,5 +1,6 @@
 #include "Unsaved.h"
 
+#include "base/OwnThread.h"
 #include "document/DiscardedPhotos.h"
 #include "document/PhotoDocument.h"
 #include "document/Recovery.h"
@@ -82,7 +83,7 @@ Work discardWork(const QString &file, const QString &folder) {
         unsaved->recovery.keepDiscarded({unsaved->photo.picCanvas(), unsaved->photo.metadata()});
         unsaved->photo.setPhotoModified(false);
         unsaved.reset(); // may hand what is left to a thread
-        Recovery::finishDiscarding();
+        finishBesides();
         return QString();
     };
 }

@@ -1,6 +1,7 @@
 // lumora-keep: writes a file as Lumora does, for scripts that take the disk, the system or the program's life away
 // meanwhile (tests/faults). Says "kept" and how many microseconds that took, or why not. Looks for files named "begins"
 // and "ends", so that a trace of its system calls shows which ones write.
+#include "Pictures.h"
 #include "Unsaved.h"
 #include "base/IniFiles.h"
 #include "imaging/PictureFile.h"
@@ -29,6 +30,7 @@ const char usage[] =
     "      recovered FOLDER\n"
     "      discard FILE FOLDER\n"
     "      history FILE FOLDER\n"
+    "      pictures FOLDER\n"
     "--kill ends the program as kill -9 does, so long after it has begun to write; --hold stops it (SIGSTOP)\n"
     "before that. It ends without putting anything in order.\n";
 
@@ -79,6 +81,9 @@ Work workOf(const QStringList &words) {
     }
     if (what == "history" && words.size() == 3) {
         return keep::historyWork(words[1], words[2]);
+    }
+    if (what == "pictures" && words.size() == 2) {
+        return keep::picturesWork(words[1]);
     }
     return {};
 }

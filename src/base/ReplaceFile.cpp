@@ -2,7 +2,9 @@
 
 #include "base/FileName.h"
 #include "base/TaskControl.h"
+#include "base/basMisc.h"
 
+#include <QDir>
 #include <QRandomGenerator>
 #include <algorithm>
 #include <cctype>
@@ -15,6 +17,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace lumora {
 
@@ -83,22 +86,58 @@ std::filesystem::path temporaryName(const std::filesystem::path &folder) {
     return folder / (std::string(nameLead) + std::to_string(number) + std::string(nameEnd));
 }
 
-/// Removes what processes that were killed have left. Each locks its temporary file, and the system unlocks it with the
-/// end of the process.
-void removeLeftovers(const std::filesystem::path &folder) {
+/// Removes what a process that was killed has left. Each locks its temporary file, and the system unlocks it with the
+/// end of the process. False while it is locked.
+bool removeLeftover(const std::filesystem::path &name) {
+    const int descriptor = ::open(name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        return true;
+    }
+    const bool left = ::flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+    if (left) {
+        ::unlink(name.c_str());
+    }
+    ::close(descriptor);
+    return left;
+}
+
+/// All files in the folder with a temporary name.
+std::vector<std::filesystem::path> temporariesIn(const std::filesystem::path &folder) {
+    std::vector<std::filesystem::path> names;
     std::error_code none;
     for (std::filesystem::directory_iterator at(folder, none), end; !none && at != end; at.increment(none)) {
-        if (!isTemporaryName(at->path().filename())) {
-            continue;
-        }
-        const int descriptor = ::open(at->path().c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-        if (descriptor >= 0) {
-            if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
-                ::unlink(at->path().c_str());
-            }
-            ::close(descriptor);
+        if (isTemporaryName(at->path().filename())) {
+            names.push_back(at->path());
         }
     }
+    return names;
+}
+
+void removeLeftovers(const std::filesystem::path &folder) {
+    for (const std::filesystem::path &name : temporariesIn(folder)) {
+        removeLeftover(name);
+    }
+}
+
+/// For each temporary file that has a name, for just so long, a link to it: so the next start need not look for it.
+std::filesystem::path notesFolder() {
+    return std::filesystem::path(fileNameBytes(stateFolder()).toStdString()) / "unfinished";
+}
+
+void note(const std::filesystem::path &name) {
+    const std::filesystem::path notes = notesFolder();
+    std::error_code failed;
+    const std::filesystem::path target = std::filesystem::absolute(name, failed);
+    std::filesystem::create_symlink(target, notes / name.filename(), failed);
+    if (failed == std::errc::no_such_file_or_directory) {
+        QDir().mkpath(stateFolder());
+        ::mkdir(notes.c_str(), 0700);
+        std::filesystem::create_symlink(target, notes / name.filename(), failed);
+    }
+}
+
+void forget(const std::filesystem::path &name) {
+    ::unlink((notesFolder() / name.filename()).c_str());
 }
 
 // The temporary file, with a name only while there is no other way; removed unless it became the file.
@@ -117,6 +156,7 @@ class Temporary {
         }
         if (!m_name.empty()) {
             ::unlink(m_name.c_str());
+            forget(m_name);
         }
     }
 
@@ -133,7 +173,9 @@ class Temporary {
                 return false;
             }
             m_name = temporaryName(m_folder);
+            note(m_name);
             if (!link(m_name)) {
+                forget(m_name);
                 m_name.clear();
                 return false;
             }
@@ -142,6 +184,7 @@ class Temporary {
             m_error = errno;
             return false;
         }
+        forget(m_name);
         m_name.clear();
         return true;
     }
@@ -159,9 +202,11 @@ class Temporary {
     void openWithName() {
         for (int attempt = 0; attempt < 100 && m_descriptor < 0; ++attempt) {
             const std::filesystem::path name = temporaryName(m_folder);
+            note(name);
             m_descriptor = ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
             m_error = errno;
             if (m_descriptor < 0) {
+                forget(name);
                 if (m_error != EEXIST) {
                     return;
                 }
@@ -174,6 +219,7 @@ class Temporary {
                 m_name = name;
             } else {
                 ::close(std::exchange(m_descriptor, -1));
+                forget(name);
             }
         }
     }
@@ -340,6 +386,16 @@ std::optional<ReplaceFailure> replaceFile(const QString &path, const std::functi
     }
     Temporary named(place.folder, Temporary::Way::WithName);
     return replaceBy(named, place, write);
+}
+
+void removeUnfinished() {
+    for (const std::filesystem::path &noted : temporariesIn(notesFolder())) {
+        std::error_code none;
+        const std::filesystem::path name = std::filesystem::read_symlink(noted, none);
+        if (name.filename() != noted.filename() || removeLeftover(name)) {
+            ::unlink(noted.c_str());
+        }
+    }
 }
 
 } // namespace lumora

@@ -2,6 +2,7 @@
 
 #include "base/FileName.h"
 #include "base/NameOrder.h"
+#include "imaging/Scale.h"
 #include "widgets/KeyboardFocus.h"
 #include "widgets/Theme.h"
 
@@ -98,8 +99,7 @@ class CardDelegate : public QStyledItemDelegate {
 QImage filled(const QImage &picture, QSize room) {
     const QSize part = room.scaled(picture.size(), Qt::KeepAspectRatio).expandedTo({1, 1});
     const QSize left = picture.size() - part;
-    return picture.copy({QPoint(left.width() / 2, left.height() / 6), part})
-        .scaled(room, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return scaled(picture.copy({QPoint(left.width() / 2, left.height() / 6), part}), room.width(), room.height());
 }
 
 QStringList sortedNames(const QString &folder, const QStringList &patterns) {

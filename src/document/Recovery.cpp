@@ -1,24 +1,12 @@
 #include "document/Recovery.h"
 
+#include "base/OwnThread.h"
 #include "document/RecoveryWriter.h"
 
 #include <QGuiApplication>
-#include <exception>
-#include <future>
 #include <utility>
-#include <vector>
 
 namespace lumora {
-
-namespace {
-
-/// The ends of the writers of recoveries that are gone. For the thread of the windows alone.
-std::vector<std::future<void>> &leaving() {
-    static std::vector<std::future<void>> ends;
-    return ends;
-}
-
-} // namespace
 
 Recovery::Recovery(PhotoDocument &photo, const QString &parentFolder, QObject *parent)
     : QObject(parent), m_photo(photo), m_parentFolder(parentFolder),
@@ -37,18 +25,8 @@ Recovery::Recovery(PhotoDocument &photo, const QString &parentFolder, QObject *p
 
 Recovery::~Recovery() {
     if (m_writer->isDiscarding()) { // who leaves does not wait for it; the application does, at its end
-        qAddPostRoutine(finishDiscarding);
-        try {
-            leaving().push_back(std::async(
-                std::launch::async, [](std::shared_ptr<RecoveryWriter> writer) { writer.reset(); },
-                std::shared_ptr<RecoveryWriter>(std::move(m_writer))));
-        } catch (const std::exception &) { // no thread is to be had, and the writer has ended here
-        }
+        besides([writer = std::shared_ptr<RecoveryWriter>(std::move(m_writer))]() mutable { writer.reset(); });
     }
-}
-
-void Recovery::finishDiscarding() {
-    leaving().clear();
 }
 
 void Recovery::photoChanged(PhotoChanges what) {

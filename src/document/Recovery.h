@@ -21,10 +21,8 @@ class Recovery : public QObject {
   public:
     /// `parentFolder` as RecoveryFolder takes it; empty: no copies are kept.
     Recovery(PhotoDocument &photo, const QString &parentFolder, QObject *parent = nullptr);
-    /// Does not wait until what was thrown away is kept.
+    /// Does not wait until what was thrown away is kept; finishBesides() does.
     ~Recovery() override;
-    /// Waits for that, for all that are gone. The application does it at its end.
-    static void finishDiscarding();
 
     /// Returns when the copy on the disk is the photo of now. Without unsaved changes, or where the disk refuses it,
     /// nothing happens.
@@ -34,7 +32,7 @@ class Recovery : public QObject {
     void adopt(std::unique_ptr<RecoveryFolder> folder);
 
     /// The photo was thrown away: the thread moves its copy to the DiscardedPhotos, and writes it before where that is
-    /// not done yet; if need be after the end of this object, in the application's thread pool.
+    /// not done yet; if need be after the end of this object, in a thread that the application waits for.
     void keepDiscarded(const KeptPhoto &photo);
     /// The photo of now was read from that file of the DiscardedPhotos: thrown away once more, it needs no second one.
     void broughtBack(const QString &path);

@@ -1,5 +1,6 @@
 #include "document/RecoveryFolder.h"
 
+#include "base/ReplaceFile.h"
 #include "base/basMisc.h"
 #include "document/PrivateFolder.h"
 
@@ -213,6 +214,7 @@ bool RecoveryFolder::mayHaveCopies(const QString &parent) {
 }
 
 std::unique_ptr<RecoveryFolder> RecoveryFolder::findNewest(const QString &parent, KeptPhoto &photo, int *damaged) {
+    removeUnfinished();
     std::vector<std::pair<std::pair<qint64, qint64>, std::unique_ptr<RecoveryFolder>>> left;
     const int top = openPrivateFolder(parent);
     if (top < 0) {

@@ -33,9 +33,10 @@ class RecoveryFolder {
     /// Removes the copy and the folder; the next write makes them again.
     void clear();
 
-    /// The newest copy below `parent` that no running program holds, read into `photo`; null when there is none.
-    /// Damaged ones are put aside on the way (their folders renamed to "damaged-..."), `damaged` gets how many; older
-    /// ones stay for the next time.
+    /// What programs left that did not end as they should: the newest copy below `parent` that no running program
+    /// holds, read into `photo`; null when there is none. Damaged ones are put aside on the way (their folders renamed
+    /// to "damaged-..."), `damaged` gets how many; older ones stay for the next time. Files that were just being
+    /// replaced are put in order (removeUnfinished).
     static std::unique_ptr<RecoveryFolder> findNewest(const QString &parent, KeptPhoto &photo, int *damaged = nullptr);
 
     /// Whether something lies there that may be such a copy, or that of a running program. Reads no file.

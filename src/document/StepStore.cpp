@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <new>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -47,8 +48,9 @@ StoredPixels::~StoredPixels() {
 }
 
 StepStore::StepStore(qint64 memoryBudget, qint64 diskBudget, const QString &wantedFolder)
-    : m_memoryBudget(memoryBudget), m_wantedFolder(wantedFolder), m_diskBudget(diskBudget),
-      m_thread([this](const std::stop_token &stop) { work(stop); }) {}
+    : m_memoryBudget(memoryBudget), m_wantedFolder(wantedFolder), m_diskBudget(diskBudget) {
+    begin();
+}
 
 StepStore::~StepStore() = default;
 
@@ -88,6 +90,7 @@ void StepStore::spill(const Pixels &pixels) {
         const std::lock_guard lock(m_mutex);
         m_queue.push_back(pixels);
     }
+    begin();
     m_workToDo.notify_one();
 }
 
@@ -115,6 +118,10 @@ bool StepStore::waitForWriter() {
     }
     if (m_queue.empty() && !m_writing) {
         return false;
+    }
+    if (!begin()) {
+        writeFirst(lock, {});
+        return true;
     }
     m_workDone.wait(lock, [this, before = m_finished] { return m_finished != before; });
     return true;
@@ -149,6 +156,18 @@ bool StepStore::hasFolder() {
     return true;
 }
 
+/// The thread runs. False when the system refuses it now.
+bool StepStore::begin() {
+    if (!m_thread.joinable()) {
+        try {
+            m_thread = std::jthread([this](const std::stop_token &stop) { work(stop); });
+        } catch (const std::system_error &) {
+            return false;
+        }
+    }
+    return true;
+}
+
 void StepStore::work(const std::stop_token &stop) {
     hasFolder();
     for (;;) {
@@ -156,29 +175,35 @@ void StepStore::work(const std::stop_token &stop) {
         if (!m_workToDo.wait(lock, stop, [this] { return !m_queue.empty(); }) || stop.stop_requested()) {
             return;
         }
-        const Pixels pixels = m_queue.front().lock();
-        m_queue.pop_front();
-        if (pixels == nullptr) { // the step was dropped meanwhile
-            ++m_finished;
-            m_workDone.notify_all();
-            continue;
-        }
-        m_writing = true;
-        const QImage picture = pixels->m_picture;
-        const bool compress = m_queue.empty(); // more is waiting: quick counts
-        const qint64 used = m_diskBytes;
-        const std::string name = "step-" + std::to_string(++m_files);
-        lock.unlock();
-        if (m_diskBudget < 0 && hasFolder()) {
-            m_diskBudget = std::min(largestDiskBudget, m_folder->freeBytes() / 2);
-        }
-        const qint64 limit = m_diskBudget - used;
-        qint64 written = write(name, picture, compress, limit, stop);
-        if (written < 0) {
-            written = write(name, picture, compress, limit, stop); // what was refused once need not cost a step
-        }
-        finish(pixels, name, written);
+        writeFirst(lock, stop);
     }
+}
+
+/// The first that waits. Without the lock afterwards.
+void StepStore::writeFirst(std::unique_lock<std::mutex> &lock, const std::stop_token &stop) {
+    const Pixels pixels = m_queue.front().lock();
+    m_queue.pop_front();
+    if (pixels == nullptr) { // the step was dropped meanwhile
+        ++m_finished;
+        m_workDone.notify_all();
+        lock.unlock();
+        return;
+    }
+    m_writing = true;
+    const QImage picture = pixels->m_picture;
+    const bool compress = m_queue.empty(); // more is waiting: quick counts
+    const qint64 used = m_diskBytes;
+    const std::string name = "step-" + std::to_string(++m_files);
+    lock.unlock();
+    if (m_diskBudget < 0 && hasFolder()) {
+        m_diskBudget = std::min(largestDiskBudget, m_folder->freeBytes() / 2);
+    }
+    const qint64 limit = m_diskBudget - used;
+    qint64 written = write(name, picture, compress, limit, stop);
+    if (written < 0) {
+        written = write(name, picture, compress, limit, stop); // what was refused once need not cost a step
+    }
+    finish(pixels, name, written);
 }
 
 qint64 StepStore::write(const std::string &name, const QImage &picture, bool compress, qint64 limit,

@@ -60,7 +60,8 @@ class StepStore {
     void spill(const Pixels &pixels);
     /// True once after the disk was full or its budget spent; what was waiting to be written is then not spilled.
     bool takeFailure();
-    /// Waits until the thread has finished with one picture or failed. False when it has nothing to write.
+    /// Waits until the thread has finished with one picture or failed; where the system refuses the thread, writes one
+    /// here. False when there is nothing to write.
     bool waitForWriter();
     /// Is more in memory than the budget allows? One picture alone is always allowed.
     bool isOverBudget() const;
@@ -71,7 +72,9 @@ class StepStore {
 
   private:
     friend struct StoredPixels;
+    bool begin();
     void work(const std::stop_token &stop);
+    void writeFirst(std::unique_lock<std::mutex> &lock, const std::stop_token &stop);
     bool hasFolder();
     qint64 write(const std::string &name, const QImage &picture, bool compress, qint64 limit,
                  const std::stop_token &stop);
@@ -93,7 +96,7 @@ class StepStore {
     qint64 m_memoryBytes = 0;
     int m_inMemory = 0;
     qint64 m_diskBytes = 0;
-    std::jthread m_thread; ///< last: it starts when everything above is constructed and is joined first
+    std::jthread m_thread; ///< last: it starts when everything above is constructed and is joined first; see begin()
 };
 
 } // namespace lumora

@@ -3,6 +3,7 @@
 #include "effects/FrameDrawing.h"
 #include "imaging/Picture.h"
 #include "imaging/Scale.h"
+#include "imaging/kernels/Workers.h"
 #include "imaging/transforms/FrameOverlay.h"
 
 #include <QMargins>
@@ -292,6 +293,7 @@ bool drawLayers(FrameDrawing &drawing, FrameLayers layers, const FrameRow &row, 
         drawn[i] = parts[i].corner.isEmpty() || draw(drawing, layers, parts[i], frame);
     };
     if (qint64(size.width()) * size.height() >= worthThreads) {
+        prepareWorkers();
         tbb::parallel_for(std::size_t(0), parts.size(), drawPart);
     } else {
         for (std::size_t i = 0; i < parts.size(); ++i) {

@@ -1,5 +1,6 @@
 #include "effects/LivePreview.h"
 
+#include "base/OwnThread.h"
 #include "imaging/EffectEngine.h"
 #include "imaging/Scale.h"
 #include "imaging/transforms/Canvas.h"
@@ -59,7 +60,6 @@ struct LivePreview::Job {
 
 LivePreview::LivePreview(AppContext &ctx, PhotoView &view, QObject *parent)
     : QObject(parent), m_ctx(ctx), m_view(view) {
-    m_worker.setMaxThreadCount(1);
     m_timer.setSingleShot(true);
     m_timer.setInterval(frame);
     connect(&m_timer, &QTimer::timeout, this, &LivePreview::start);
@@ -74,7 +74,7 @@ LivePreview::LivePreview(AppContext &ctx, PhotoView &view, QObject *parent)
 }
 
 LivePreview::~LivePreview() {
-    m_worker.waitForDone();
+    m_worker = {}; // waits while the rest of this is there
 }
 
 void LivePreview::show(LiveOperation operation) {
@@ -127,7 +127,7 @@ void LivePreview::start() {
     }
     m_busy = true;
     m_stale = false;
-    m_worker.start([this, job = *job, generation = m_generation] {
+    m_worker = inOwnThread([this, job = *job, generation = m_generation] {
         QElapsedTimer time;
         time.start();
         const QImage picture = compute(job);

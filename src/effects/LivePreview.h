@@ -5,9 +5,9 @@
 #include "imaging/Operation.h"
 
 #include <QObject>
-#include <QThreadPool>
 #include <QTimer>
 #include <functional>
+#include <future>
 #include <optional>
 
 namespace lumora {
@@ -55,7 +55,7 @@ class LivePreview : public QObject {
     AppContext &m_ctx;
     PhotoView &m_view;
     std::optional<LiveOperation> m_operation;
-    QThreadPool m_worker;
+    std::future<void> m_worker; ///< waits at the end
     QTimer m_timer;
     int m_generation = 0; ///< results of an earlier one are dropped
     bool m_busy = false;

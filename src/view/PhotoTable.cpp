@@ -1,6 +1,7 @@
 #include "view/PhotoTable.h"
 
 #include "base/Colours.h"
+#include "imaging/Scale.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -99,7 +100,8 @@ QPixmap smallPhoto(const QImage &photo, QSize room, qreal devicePixels, Beneath 
     if (photo.isNull()) {
         return {};
     }
-    const QImage small = photo.scaled(room * devicePixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    const QSize size = photo.size().scaled(room * devicePixels, Qt::KeepAspectRatio).expandedTo({1, 1});
+    const QImage small = scaled(photo, size.width(), size.height());
     QPixmap pixmap(small.size());
     pixmap.setDevicePixelRatio(devicePixels);
     pixmap.fill(Qt::white);

@@ -1,12 +1,12 @@
 #include "view/Thumbnails.h"
 
+#include "base/OwnThread.h"
 #include "document/DiscardedPhotos.h"
 #include "imaging/PictureFile.h"
 #include "imaging/Scale.h"
 
 #include <QCoreApplication>
 #include <QPointer>
-#include <QThreadPool>
 
 namespace lumora {
 
@@ -50,7 +50,7 @@ void Thumbnails::beginNext() {
         const QString path = m_waiting.takeFirst();
         m_underWay += path;
         // The job holds only a weak pointer: a list may be closed without waiting for a slow file.
-        QThreadPool::globalInstance()->start([guard = QPointer(this), round = m_round, path, side = m_longerSide] {
+        besides([guard = QPointer(this), round = m_round, path, side = m_longerSide] {
             const QImage thumbnail = thumbnailOf(path, side);
             QMetaObject::invokeMethod(
                 QCoreApplication::instance(),

@@ -1,5 +1,6 @@
 // What the user can fetch back: photos that were thrown away, and the list of those that were saved.
 #include "base/FileName.h"
+#include "base/OwnThread.h"
 #include "document/DiscardedPhotos.h"
 #include "document/Recovery.h"
 #include "document/SavedPhotos.h"
@@ -119,7 +120,7 @@ TEST(DiscardedPhotos, EveryWayToThrowAPhotoAway) {
                 }
                 row.go(table);
             }
-            Recovery::finishDiscarding(); // as the application does at its end
+            finishBesides(); // as the application does at its end
             const QList<DiscardedPhoto> kept = DiscardedPhotos(folder).list();
             ASSERT_EQ(kept.size(), row.kept != nullptr ? 1 : 0);
             EXPECT_EQ(entries(folder), row.kept != nullptr ? QStringList("thrown-away") : QStringList())
@@ -210,7 +211,7 @@ TEST(DiscardedPhotos, WhatIsNotThereOrNotItsOwnEndsQuietly) {
             table.open(photoLike(30, 20));
             EXPECT_EQ(table.photo.picCanvas().size(), QSize(30, 20));
         }
-        Recovery::finishDiscarding();
+        finishBesides();
         ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &old), 0);
         EXPECT_TRUE(DiscardedPhotos(folder).list().isEmpty());
         EXPECT_EQ(entries(folder), QStringList());

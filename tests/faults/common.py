@@ -1,13 +1,14 @@
 """What the fault scripts share: the files that Lumora writes, and whether one is whole."""
 import hashlib
 import os
+import shutil
 import subprocess
 import sys
 
 FORMATS = ("jpg", "png", "bmp", "gif", "tif", "tga")
 # The system calls with which files are written.
 CALLS = ("openat", "write", "pwrite64", "writev", "fsync", "fdatasync", "ftruncate", "fallocate", "lseek", "linkat",
-         "link", "rename", "renameat", "renameat2", "unlink", "unlinkat", "fchmod", "fchown", "fstat", "newfstatat",
+         "link", "symlink", "symlinkat", "rename", "renameat", "renameat2", "unlink", "unlinkat", "fchmod", "fchown", "fstat", "newfstatat",
          "statx", "mkdir", "mkdirat", "flock", "read", "pread64", "close", "mmap",
          "statfs", "fstatfs", "getrandom")
 POSSIBLE = {"close": ("EIO",), "mmap": ("ENOMEM",), "clone3": ("EAGAIN",)}  # the errors of these calls
@@ -63,9 +64,12 @@ class Target:
     def __init__(self, name, keep, arguments, path, before, after):
         self.name, self.command, self.path = name, [keep], path
         self.arguments, self.before, self.after = arguments, before, after
+        self.home = os.path.dirname(path) + "-state"
+        self.environment = {**ENVIRONMENT, "XDG_STATE_HOME": self.home}
 
     def put_back(self):
-        """The old file, and nothing beside it."""
+        """The old file, nothing beside it, and no note."""
+        shutil.rmtree(self.home, ignore_errors=True)
         for other in os.listdir(os.path.dirname(self.path)):
             os.remove(os.path.join(os.path.dirname(self.path), other))
         with open(self.path, "wb") as file:
@@ -75,17 +79,16 @@ class Target:
         """Puts the old file back and writes it; how the program ended (negative: killed) and what it said."""
         self.put_back()
         command = [*wrap, *self.command, *options, *self.arguments]
-        run = subprocess.run(command, env=ENVIRONMENT, capture_output=True, text=True, check=False, timeout=60)
+        run = subprocess.run(command, env=self.environment, capture_output=True, text=True, check=False, timeout=60)
         return run.returncode, run.stdout.strip()
 
-    def after_next_write(self):
-        """What the file was, when another write beside it removes what is left over."""
-        now = content(self.path) if os.path.exists(self.path) else None
-        command = [*self.command, *self.arguments]
-        if subprocess.run(command, env=ENVIRONMENT, capture_output=True, check=False, timeout=60).returncode != 0:
-            return "cannot be written again"
-        state = self.state()
-        return "old" if now == self.before and state == "new" else "new" if now == self.after else state
+    def after_next_start(self):
+        """What the file is when the next start has put in order what is left over."""
+        subprocess.run([*self.command, "recovered", self.home + "/none"], env=self.environment, capture_output=True,
+                       check=True, timeout=60)
+        notes = self.home + "/lumora/unfinished"
+        left = os.listdir(notes) if os.path.isdir(notes) else ()
+        return "a note is left" if left else self.state()
 
     def state(self):
         """'old', 'new' or what is wrong."""

@@ -2,7 +2,8 @@
 """unsaved.py LUMORA-KEEP [--all]: lets each system call fail in turn, in the window's thread and in those beside it, by
 strace, once and from then on, while Lumora keeps a recovery copy, looks for one, puts a photo that was thrown away aside
 and takes undo steps to the disk. The program goes on, the photo and its history stay, the next start is offered a whole
-copy or none, and what was there before is not lost. Without --all: a full disk, and each call's first times."""
+copy or none, and what was there before is not lost. Without --all: a full disk, and each call's first times.
+First all of that, thumbnails and slides with no thread at all: nothing is missing."""
 import collections
 import os
 import re
@@ -127,10 +128,30 @@ def history(place):
     return ["history", place.photo, place.folder], place.clear, lambda out: ""
 
 
+def without_threads(place):
+    """Everything with no thread from the beginning: it takes its time, but is done."""
+    place.clear()
+    pictures = os.path.join(place.top, "pictures")
+    os.mkdir(pictures)
+    for picture in (place.photo, place.other):
+        shutil.copy(picture, pictures)
+    for words in (["recovery", place.photo, place.other, place.folder], ["discard", place.photo, place.folder],
+                  ["history", place.photo, place.folder], ["pictures", pictures]):
+        plain = place.said(*words)
+        place.clear()
+        command = ["strace", "-f", "-o", place.trace, "-e", "trace=clone3", "-e", "inject=clone3:error=EAGAIN",
+                   place.keep, *words]
+        run = subprocess.run(command, env=ENVIRONMENT, capture_output=True, text=True, check=False, timeout=300)
+        said, expected = (re.sub(r"^kept \d+", "kept", out, flags=re.M) for out in (run.stdout, plain))
+        if run.returncode != 0 or said != expected or "INJECTED" not in content(place.trace).decode():
+            fail(f"{words[0]} without threads: ended with {run.returncode}, said '{run.stdout}{run.stderr}'")
+
+
 def main():
     keep, everything = sys.argv[1], "--all" in sys.argv
     total = 0
     with tempfile.TemporaryDirectory() as top:
+        without_threads(Place(keep, tempfile.mkdtemp(dir=top)))
         for work in (recovery, recovered, discard, history):
             seen = 0
             place = Place(keep, tempfile.mkdtemp(dir=top))

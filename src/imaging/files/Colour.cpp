@@ -1,6 +1,7 @@
 #include "imaging/files/Colour.h"
 
 #include "imaging/Picture.h"
+#include "imaging/kernels/Workers.h"
 
 #include <array>
 #include <cstdlib>
@@ -59,6 +60,7 @@ bool changesNothing(cmsHTRANSFORM transform) {
 
 template <typename Row> void forRows(QImage &picture, Row row) {
     const PixelView view = writeView(picture);
+    prepareWorkers();
     tbb::parallel_for(tbb::blocked_range<int>(0, view.height, 16), [&](const tbb::blocked_range<int> &range) {
         for (int y = range.begin(); y < range.end(); ++y) {
             row(view.row(y), view.width);

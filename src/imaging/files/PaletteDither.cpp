@@ -1,5 +1,7 @@
 #include "imaging/files/PaletteDither.h"
 
+#include "imaging/kernels/Workers.h"
+
 #include <algorithm>
 #include <cstring>
 #include <limits>
@@ -47,6 +49,7 @@ void PaletteDither::fillNearest() {
     constexpr int blockCells = 8;
     constexpr int blockSide = blockCells * cellSide;
     constexpr int blocks = 256 / blockSide;
+    prepareWorkers();
     tbb::parallel_for(0, blocks * blocks * blocks, [this](int block) {
         const int low[channelsOfPixel] = {block / (blocks * blocks) * blockSide, block / blocks % blocks * blockSide,
                                           block % blocks * blockSide};

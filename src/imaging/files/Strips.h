@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/TaskControl.h"
+#include "imaging/kernels/Workers.h"
 
 #include <QByteArray>
 #include <algorithm>
@@ -43,6 +44,7 @@ void packStrips(int height, int stripRows, Pack pack, Write write) {
             control->setProgress(writtenRows, height);
         }
     };
+    prepareWorkers();
     tbb::parallel_pipeline(stripsAtOnce,
                            tbb::make_filter<void, int>(tbb::filter_mode::serial_in_order, nextStrip) &
                                tbb::make_filter<int, Result>(tbb::filter_mode::parallel, packStrip) &

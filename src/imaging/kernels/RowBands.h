@@ -3,6 +3,7 @@
 
 #include "base/TaskControl.h"
 #include "imaging/Region.h"
+#include "imaging/kernels/Workers.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -22,6 +23,7 @@ template <typename Work> void forRowBands(int rows, std::int64_t pixelsPerRow, c
         return;
     }
     const TaskControl *const control = TaskControl::current(); // each thread has its own
+    prepareWorkers();
     tbb::parallel_for(tbb::blocked_range<int>(0, rows, static_cast<std::size_t>(grain)),
                       [&](const tbb::blocked_range<int> &band) {
                           if (control == nullptr || !control->isCancelled()) {

@@ -2,6 +2,7 @@
 
 #include "imaging/kernels/PointOperation.h"
 #include "imaging/kernels/Targets.h"
+#include "imaging/kernels/Workers.h"
 
 #include <tbb/blocked_range2d.h>
 
@@ -116,6 +117,7 @@ void transpose(ConstPixelView source, PixelView target, Turn turn) {
     const int wholeHeight = target.height / 4 * 4;
     const int blocksAcross = (wholeWidth + side - 1) / side;
     const int blocksDown = (wholeHeight + side - 1) / side;
+    prepareWorkers();
     tbb::parallel_for(tbb::blocked_range2d<int>(0, blocksDown, 4, 0, blocksAcross, 16), [&](const auto &blocks) {
         for (int i = blocks.rows().begin(); i < blocks.rows().end(); ++i) {
             for (int j = blocks.cols().begin(); j < blocks.cols().end(); ++j) {

@@ -1,5 +1,6 @@
 #include "output/slideshow/SlideLoader.h"
 
+#include "base/OwnThread.h"
 #include "base/TaskControl.h"
 #include "imaging/Picture.h"
 #include "imaging/PictureFile.h"
@@ -8,7 +9,6 @@
 #include <QDir>
 #include <QPainter>
 #include <QPointer>
-#include <QThreadPool>
 
 namespace lumora {
 
@@ -49,7 +49,7 @@ void SlideLoader::find(const QString &folder, const QStringList &names, int firs
     const auto control = std::make_shared<TaskControl>();
     m_control = control;
     // The job holds only a weak pointer: the show may end without waiting for a slow file.
-    QThreadPool::globalInstance()->start([guard = QPointer(this), control, folder, names, first, room] {
+    besides([guard = QPointer(this), control, folder, names, first, room] {
         const TaskControl::Scope scope(control.get());
         const Slide slide = firstThatCanBeShown(QDir(folder), names, first, room, *control);
         QMetaObject::invokeMethod(

@@ -1,5 +1,7 @@
 #include "output/print/crafts/PhotoDetails.h"
 
+#include "imaging/Scale.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -49,7 +51,7 @@ Detail detailOf(const QImage &picture, const QRectF &part) {
                                 part.height() * picture.height())
                              .toAlignedRect()
                              .intersected(picture.rect());
-    const QImage small = picture.copy(pixels).scaled(spots, spots, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage small = scaled(picture.copy(pixels), spots, spots);
     std::array<double, 3> mean{};
     for (std::size_t i = 0; i < std::size_t(spots) * spots; ++i) {
         const QRgb colour = small.pixel(static_cast<int>(i) % spots, static_cast<int>(i) / spots);
