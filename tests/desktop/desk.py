@@ -78,6 +78,10 @@ class X:
 
     switch_to = restore
 
+    def knows(self, window):
+        return int(window) in [int(each, 16) for each in
+                               re.findall("0x[0-9a-f]+", run("xprop", "-root", "_NET_CLIENT_LIST"))]
+
     def end(self):
         self.manager.terminate()
         self.manager.wait()
@@ -155,6 +159,9 @@ class Weston:
     def is_minimised(self, window):
         return window not in [name for name, place in self.views()]
 
+    def knows(self, window):
+        return not self.is_minimised(window)
+
     def restore(self, _window):
         run("xdotool", "key", "super+Tab")
 
@@ -184,6 +191,14 @@ class SeenProgram(Program):
             except (IndexError, KeyError, StopIteration, TypeError, ValueError):
                 return None
         return self.wait(answer, what)
+
+    def end(self):
+        """And until the desktop has noticed it: the next program's windows get the same numbers."""
+        window = self.desk.window("Lumora")
+        super().end()
+        end = time.monotonic() + PATIENCE
+        while window and self.desk.knows(window) and time.monotonic() < end:
+            time.sleep(0.1)
 
     def place_of(self, thing):
         """Of a control, on the display."""

@@ -86,6 +86,11 @@ def starts(place):
     program.until(lambda: desk.place(window) == place, f"window at {place}")
     program.until(lambda: desk.front() == window, "window in front")
     comes_to_rest(window)
+    fitted = program.photo().name
+    key("ctrl+0")
+    time.sleep(0.5)
+    if program.photo().name != fitted:
+        sys.exit(f"\"{fitted}\" was not fitted into the window, as \"{program.photo().name}\" is")
     return window
 
 
