@@ -2,6 +2,7 @@
 
 import os
 import re
+import signal
 import subprocess
 import sys
 import time
@@ -81,6 +82,12 @@ class X:
     def knows(self, window):
         return int(window) in [int(each, 16) for each in
                                re.findall("0x[0-9a-f]+", run("xprop", "-root", "_NET_CLIENT_LIST"))]
+
+    def pause(self):
+        self.manager.send_signal(signal.SIGSTOP)
+
+    def go_on(self):
+        self.manager.send_signal(signal.SIGCONT)
 
     def end(self):
         self.manager.terminate()

@@ -301,7 +301,13 @@ def main():
             sys.exit(f"{MANAGER} does not start")
         time.sleep(0.1)
     try:
+        if not ON_WAYLAND:  # the photo is there before the window is maximised
+            time.sleep(0.5)
+            desk.pause()
         program = SeenProgram(desk, SCALE, f"{FOLDER}/program/lumora", PHOTO)
+        if not ON_WAYLAND:
+            time.sleep(1)
+            desk.go_on()
         window = starts(screen(0))
         uses_windows(window, screen(0))
         switches_and_shares(window)
