@@ -8,17 +8,14 @@
 #include "widgets/PictureChoice.h"
 #include "widgets/StatusLine.h"
 #include "widgets/Theme.h"
-#include "widgets/TitleStrip.h"
 
 #include <QAbstractScrollArea>
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -31,11 +28,6 @@ namespace lumora::play {
 namespace {
 
 constexpr QSize leastScreen(800, 600); // on a smaller one buttons become narrower
-
-constexpr int optionsTick = 36; // pixels
-
-/// What grown-ups use in Simple mode.
-constexpr const char *forGrownUps[] = {"cmdAdvCMDLG", "cmdAdvanced"};
 
 bool isControl(const QWidget &widget) {
     const auto *label = qobject_cast<const QLabel *>(&widget);
@@ -50,19 +42,9 @@ QString described(const QWidget &widget) {
     return nameOf(*widget.window()) + '.' + nameOf(widget) + (says.isEmpty() ? QString() : " \"" + says + '"');
 }
 
-/// A field takes the keyboard wherever it is pressed, a title strip is no larger in Simple mode.
+/// A field takes the keyboard wherever it is pressed.
 bool isUsualInSimpleMode(const QWidget &control) {
-    return qobject_cast<const QLineEdit *>(&control) || qobject_cast<const QComboBox *>(&control) ||
-           qobject_cast<const TitleStrip *>(control.parentWidget()) ||
-           std::ranges::any_of(forGrownUps, [&](const char *name) { return control.objectName() == name; });
-}
-
-/// The ticks of the options stand closer, so that the window fits a small screen: they are for grown-ups.
-int leastSide(const QWidget &control, int target) {
-    const bool isTick = qobject_cast<const QCheckBox *>(&control) || qobject_cast<const QRadioButton *>(&control);
-    return isTick && nameOf(*control.window()) == "frmOptions" ? optionsTick
-           : isUsualInSimpleMode(control)                      ? smallestTarget
-                                                               : target;
+    return qobject_cast<const QLineEdit *>(&control) || qobject_cast<const QComboBox *>(&control);
 }
 
 /// Whether a finger may miss it.
@@ -78,7 +60,7 @@ bool isSmall(const QWidget &control, int target) {
     if (screen.width() < leastScreen.width() || screen.height() < leastScreen.height()) {
         return false;
     }
-    return std::min(control.width(), control.height()) < leastSide(control, target);
+    return std::min(control.width(), control.height()) < (isUsualInSimpleMode(control) ? smallestTarget : target);
 }
 
 /// The widget that cuts a part of the control off; null when it is whole or can be scrolled into view.

@@ -4,6 +4,7 @@
 #include "widgets/AnimatedButton.h"
 #include "widgets/AnswerButtons.h"
 #include "widgets/MessageBox.h"
+#include "widgets/Theme.h"
 #include "widgets/TitleStrip.h"
 
 #include <QLabel>
@@ -23,6 +24,7 @@ SimpleFileDialog::SimpleFileDialog(AppContext &ctx, const QString &name, QWidget
     txtFile->setObjectName("txtFile");
     cmdAdvCMDLG->setObjectName("cmdAdvCMDLG");
     cmdAdvCMDLG->setLook(PictureButton::Look::Raised);
+    cmdAdvCMDLG->setLeastSide(simpleButton);
     cmdOK->setEnabled(false);
     setDefaultButton(cmdOK);
     connect(txtFile, &QLineEdit::textChanged, this,

@@ -4,6 +4,7 @@
 #include "widgets/AnimatedButton.h"
 #include "widgets/AnswerButtons.h"
 #include "widgets/Theme.h"
+#include "widgets/Tick.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -13,7 +14,7 @@ namespace lumora {
 
 frmMessage::frmMessage(AppContext &context, QWidget *owner)
     : BorderlessDialog("frmMessage", owner), m_context(context), lblMessage(new QLabel(this)),
-      chkDontShow(new QCheckBox(this)), cmdYes((new AnswerButtons(this))->add("cmdYes", "ok", {})) {
+      chkDontShow(new Tick(this)), cmdYes((new AnswerButtons(this))->add("cmdYes", "ok", {})) {
     lblMessage->setObjectName("lblMessage");
     lblMessage->setWordWrap(true);
     lblMessage->setTextFormat(Qt::PlainText);
@@ -21,6 +22,7 @@ frmMessage::frmMessage(AppContext &context, QWidget *owner)
     auto *picture = new QLabel(this);
     picture->setPixmap(iconPixmap("lumora", 88, devicePixelRatioF()));
     chkDontShow->setObjectName("chkDontShow");
+    cmdYes->setLeastSide(simpleButton);
 
     auto *foot = new QHBoxLayout;
     foot->addWidget(chkDontShow, 1);

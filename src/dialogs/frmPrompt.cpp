@@ -143,6 +143,7 @@ void frmPrompt::addAnswers(AppContext &ctx, const PromptRow &row) {
     addFoot(answers);
     if (row.cancelButton) {
         PictureButton *cmdExit = picTBar()->addCloseButton("cmdExit");
+        picTBar()->setButtonSide(ctx.flags.SimpleModeOn ? simpleButton : titleButton);
         cmdExit->setToolTip(ctx.texts.text("DlgSaveCancelButton"));
         connect(cmdExit, &QAbstractButton::clicked, this, &QDialog::reject);
     }

@@ -4,6 +4,7 @@
 #include "widgets/AnimatedButton.h"
 #include "widgets/AnswerButtons.h"
 #include "widgets/Theme.h"
+#include "widgets/Tick.h"
 #include "widgets/WindowTexts.h"
 
 #include <QCheckBox>
@@ -60,7 +61,7 @@ class Ring : public QWidget {
 } // namespace
 
 frmWelcome::frmWelcome(AppContext &context, QWidget *window)
-    : Bubble("frmWelcome", window), m_context(context), chkShow(new QCheckBox(this)), picCrayon(new QLabel(this)) {
+    : Bubble("frmWelcome", window), m_context(context), chkShow(new Tick(this)), picCrayon(new QLabel(this)) {
     setAttribute(Qt::WA_DeleteOnClose);
     label()->setObjectName("lblDesc");
     chkShow->setObjectName("chkShow");
@@ -68,6 +69,11 @@ frmWelcome::frmWelcome(AppContext &context, QWidget *window)
     constexpr AnswerButtons::Look look{.captionPlace = PictureButton::CaptionPlace::None};
     cmdOK = buttons->add("cmdOK", "ok", look);
     cmdCancel = buttons->add("cmdCancel", "cancel", look);
+    if (context.flags.SimpleModeOn) {
+        chkShow->setStyleSheet(QString("min-height: %1px;").arg(simpleButton));
+        cmdOK->setLeastSide(simpleButton);
+        cmdCancel->setLeastSide(simpleButton);
+    }
     auto *answers = new QHBoxLayout;
     answers->addWidget(picCrayon);
     answers->addStretch(1);

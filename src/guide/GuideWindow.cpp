@@ -83,6 +83,12 @@ void GuideWindow::build() {
     inside->addLayout(row);
     inside->addWidget(m_sheets, 1);
     m_strip->setPicture("guide");
+    if (m_context.flags.SimpleModeOn) {
+        m_strip->setButtonSide(simpleButton);
+        for (PictureButton *each : {cmdBack, cmdForward, cmdHome}) {
+            each->setLeastSide(simpleButton);
+        }
+    }
     connect(this, &QWidget::windowTitleChanged, m_strip->lblCaption(), &QLabel::setText);
     const int shade = m_translucent ? shadowMargin : 0;
     auto *column = new QVBoxLayout(this);

@@ -8,6 +8,7 @@
 #include "widgets/MessageBox.h"
 #include "widgets/PictureButton.h"
 #include "widgets/Theme.h"
+#include "widgets/Tick.h"
 #include "widgets/WindowTexts.h"
 
 #include <QDir>
@@ -19,11 +20,12 @@ namespace lumora {
 namespace {
 
 QRadioButton *option(const QString &name, const QString &icon, QWidget *parent) {
-    auto *button = new QRadioButton(parent);
+    auto *button = new Choice(parent);
     button->setObjectName(name);
     button->setIcon(iconPixmap(icon, 56, parent->devicePixelRatioF()));
     button->setIconSize({56, 56});
-    button->setMinimumSize(320, 64);
+    button->setMinimumWidth(320);
+    button->setStyleSheet(QString("min-height: %1px;").arg(simpleButton)); // what the theme's has instead counts
     return button;
 }
 
@@ -44,6 +46,10 @@ frmHelp::frmHelp(AppContext &context, QWidget *owner)
     cmdNo = buttons->add("cmdNo", "cancel", {});
     cmdAbout = new PictureButton("lumora", PictureButton::CaptionPlace::Beside, this);
     cmdAbout->setObjectName("cmdAbout");
+    for (PictureButton *button :
+         {static_cast<PictureButton *>(cmdYes), static_cast<PictureButton *>(cmdNo), cmdAbout}) {
+        button->setLeastSide(simpleButton);
+    }
     auto *answers = new QHBoxLayout;
     answers->addWidget(cmdAbout);
     answers->addSpacing(24);

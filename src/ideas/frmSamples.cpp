@@ -50,6 +50,7 @@ frmSamples::frmSamples(AppContext &context, QWidget *owner)
     example->addWidget(cmdIdeaStickers, 0, Qt::AlignHCenter);
     example->addStretch();
     cmdYes = (new AnswerButtons(this))->add("cmdYes", "ok", {.minimumWidth = 130});
+    cmdYes->setLeastSide(simpleButton);
     connect(cmdYes, &QAbstractButton::clicked, this, [this] {
         accept();
         Q_EMIT ideaChosen(chosen());

@@ -2,6 +2,7 @@
 
 #include "session/AppContext.h"
 #include "session/OptionsSettings.h"
+#include "widgets/Tick.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -68,9 +69,9 @@ void OptionsDevices::addPrinters() {
 }
 
 void OptionsDevices::addPrintLock(QVBoxLayout *sheet) {
-    optPrint1 = new QRadioButton(this);
+    optPrint1 = new Choice(this);
     optPrint1->setObjectName("optPrint1");
-    optPrint2 = new QRadioButton(this);
+    optPrint2 = new Choice(this);
     optPrint2->setObjectName("optPrint2");
     cboMinutes = new QComboBox(this);
     cboMinutes->setObjectName("cboMinutes");
@@ -85,7 +86,7 @@ void OptionsDevices::addPrintLock(QVBoxLayout *sheet) {
     row->addStretch(1);
     sheet->addWidget(optPrint2);
     lockWith(Lock::Printing, {chkDisPrinter, optPrint1, cboMinutes, optPrint2});
-    sheet->addWidget(note("lblPrintInfo"));
+    addNote(sheet, "lblPrintInfo");
 }
 
 void OptionsDevices::showEvent(QShowEvent *event) {

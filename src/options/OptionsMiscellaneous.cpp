@@ -83,9 +83,10 @@ void OptionsMiscellaneous::addWarnings() {
     connect(cmdReset, &QAbstractButton::clicked, this, &OptionsMiscellaneous::reset);
     sheet->addWidget(chkWelcome);
     QHBoxLayout *row = addRow(sheet);
+    row->setContentsMargins({}); // between a tick and a remark, and some languages' remark is long
     row->addWidget(cmdReset);
     row->addStretch(1);
-    sheet->addWidget(note("lblResetNotice"));
+    addNote(sheet, "lblResetNotice");
 }
 
 void OptionsMiscellaneous::reset() {

@@ -3,6 +3,7 @@
 #include "session/AppContext.h"
 #include "widgets/LockedMark.h"
 #include "widgets/Theme.h"
+#include "widgets/Tick.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -15,6 +16,12 @@ namespace {
 
 constexpr int rowPicture = 28; // pixels
 constexpr int pageWidth = 620; // pixels: remarks wrap to it
+
+// Pixels. What is to press has air of its own, so that the window fits a screen of 800 x 600 with a bar.
+constexpr int sheetGap = 6;
+constexpr int sheetEdge = 1;
+constexpr int rowAir = 4;  ///< above and below fields and buttons
+constexpr int noteAir = 4; ///< below a remark
 
 class Sheet : public QWidget {
   public:
@@ -32,9 +39,8 @@ class Sheet : public QWidget {
 OptionsPage::OptionsPage(const QString &headingName, QWidget *parent)
     : QWidget(parent), m_column(new QVBoxLayout(this)) {
     setMinimumWidth(pageWidth);
-    setStyleSheet("QCheckBox, QRadioButton { min-height: 36px; }"); // the window fits a screen of 800 x 600 with a bar
     m_column->setContentsMargins(0, 0, 0, 0);
-    m_column->setSpacing(8);
+    m_column->setSpacing(sheetGap);
     QLabel *heading = label(headingName);
     QFont large = heading->font();
     large.setPointSizeF(14);
@@ -60,21 +66,22 @@ void OptionsPage::showLocks(const AppContext &context) {
 QVBoxLayout *OptionsPage::addSheet() {
     auto *sheet = new Sheet(this);
     auto *rows = new QVBoxLayout(sheet);
-    rows->setContentsMargins(14, 6, 14, 6);
-    rows->setSpacing(2); // what is to press has air of its own
+    rows->setContentsMargins(14, sheetEdge, 14, sheetEdge);
+    rows->setSpacing(0);
     m_column->addWidget(sheet);
     return rows;
 }
 
 QHBoxLayout *OptionsPage::addRow(QBoxLayout *sheet) {
     auto *row = new QHBoxLayout;
+    row->setContentsMargins(0, rowAir, 0, rowAir);
     row->setSpacing(10);
     sheet->addLayout(row);
     return row;
 }
 
 QCheckBox *OptionsPage::tickBox(const QString &name, const QString &icon) {
-    auto *box = new QCheckBox(this);
+    auto *box = new Tick(this);
     box->setObjectName(name);
     if (!icon.isEmpty()) {
         box->setIcon(iconPixmap(icon, rowPicture, devicePixelRatioF()));
@@ -98,6 +105,11 @@ QLabel *OptionsPage::note(const QString &name) {
     setFaint(*text);
     text->setWordWrap(true);
     return text;
+}
+
+void OptionsPage::addNote(QBoxLayout *sheet, const QString &name) {
+    sheet->addWidget(note(name));
+    sheet->addSpacing(noteAir);
 }
 
 QLabel *OptionsPage::picture(const QString &icon) {

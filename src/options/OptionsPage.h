@@ -45,6 +45,7 @@ class OptionsPage : public QWidget {
     QLabel *label(const QString &name);
     /// A remark in smaller letters, over several lines where needed.
     QLabel *note(const QString &name);
+    void addNote(QBoxLayout *sheet, const QString &name);
     QLabel *picture(const QString &icon);
 
   private:

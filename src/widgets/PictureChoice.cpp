@@ -90,7 +90,7 @@ void PictureCard::paint(const QAbstractButton &button, const QStyleOption &state
 }
 
 PictureChoice::PictureChoice(const QString &icon, int pictureSize, QWidget *parent)
-    : QRadioButton(parent), m_card{icon, pictureSize, 1, false} {
+    : Choice(parent), m_card{icon, pictureSize, 1, false} {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setAttribute(Qt::WA_Hover);
 }
@@ -102,7 +102,7 @@ void PictureChoice::paintEvent(QPaintEvent *) {
 }
 
 PictureTick::PictureTick(const QString &icon, int pictureSize, QWidget *parent)
-    : QCheckBox(parent), m_card{icon, pictureSize, 2, true} {
+    : Tick(parent), m_card{icon, pictureSize, 2, true} {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setAttribute(Qt::WA_Hover);
 }

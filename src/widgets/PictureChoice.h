@@ -2,8 +2,7 @@
 // (the two kinds of dialogs in the options), PictureTick is switched on and off by itself (the page "For me").
 #pragma once
 
-#include <QCheckBox>
-#include <QRadioButton>
+#include "widgets/Tick.h"
 
 class QStyleOption;
 
@@ -22,8 +21,8 @@ struct PictureCard {
     bool isWhole(const QAbstractButton &button) const;
 };
 
-/// The whole card can be clicked. Keys and exclusiveness are those of a radio button.
-class PictureChoice : public QRadioButton {
+/// Keys and exclusiveness are those of a radio button.
+class PictureChoice : public Choice {
     Q_OBJECT
 
   public:
@@ -36,14 +35,13 @@ class PictureChoice : public QRadioButton {
 
   protected:
     void paintEvent(QPaintEvent *event) override;
-    bool hitButton(const QPoint &position) const override { return rect().contains(position); }
 
   private:
     PictureCard m_card;
 };
 
 /// The same as a check box, whose caption may take two lines.
-class PictureTick : public QCheckBox {
+class PictureTick : public Tick {
     Q_OBJECT
 
   public:
@@ -56,7 +54,6 @@ class PictureTick : public QCheckBox {
 
   protected:
     void paintEvent(QPaintEvent *event) override;
-    bool hitButton(const QPoint &position) const override { return rect().contains(position); }
 
   private:
     PictureCard m_card;

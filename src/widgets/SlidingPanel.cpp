@@ -48,6 +48,12 @@ SlidingPanel::SlidingPanel(const QString &name, const QString &closeButtonName, 
     hide();
 }
 
+void SlidingPanel::setButtonSide(int side) {
+    for (PictureButton *button : findChildren<PictureButton *>()) {
+        button->setLeastSide(side);
+    }
+}
+
 void SlidingPanel::addCompareButton() {
     m_compare = new PictureButton("compare", PictureButton::CaptionPlace::Beside, this);
     m_compare->setObjectName("cmdCompare");

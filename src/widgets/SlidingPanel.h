@@ -29,6 +29,8 @@ class SlidingPanel : public QWidget {
 
     QLabel *titleLabel() const { return m_title; }
     PictureButton *closeButton() const { return m_close; }
+    /// Width and height in pixels that its buttons have at least.
+    void setButtonSide(int side);
     /// A large button beside the title that is held to see the photo as it was; its text is the caller's.
     void addCompareButton();
     /// Null without one.

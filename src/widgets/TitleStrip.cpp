@@ -14,13 +14,14 @@ namespace lumora {
 
 namespace {
 constexpr int titlePicture = 28; // pixels
-}
+constexpr int buttonAir = 4;     // pixels that a strip is higher than its buttons
+} // namespace
 
 TitleStrip::TitleStrip(QWidget *parent)
-    : QFrame(parent), m_row(new QHBoxLayout(this)), m_caption(new ElidedLabel(Qt::ElideMiddle, this)) {
+    : QFrame(parent), m_row(new QHBoxLayout(this)), m_caption(new ElidedLabel(Qt::ElideMiddle, this)),
+      m_side(titleButton) {
     setObjectName("picTBar");
     setAccessibleRole(*this, QAccessible::Client);
-    setFixedHeight(smallestButton);
     m_caption->setObjectName("lblCaption");
     QFont bold = m_caption->font();
     bold.setBold(true);
@@ -30,6 +31,7 @@ TitleStrip::TitleStrip(QWidget *parent)
     setSideMargins(18, 6); // a close button has its own margin
     m_row->setSpacing(2);
     m_row->addWidget(m_caption, 1);
+    setButtonSide(titleButton);
     WindowDragger::install(this);
 }
 
@@ -57,16 +59,25 @@ void TitleStrip::setPicture(const QString &iconName) {
 PictureButton *TitleStrip::addButton(const QString &objectName, const QString &iconName) {
     auto *button = new PictureButton(iconName, PictureButton::CaptionPlace::None, this);
     button->setObjectName(objectName);
-    button->setPictureSize(titlePicture);
-    button->setFixedSize(titleButton, titleButton);
+    button->setPictureSize(titlePicture * m_side / titleButton);
+    button->setFixedSize(m_side, m_side);
     m_row->addWidget(button);
     return button;
 }
 
 PictureButton *TitleStrip::addCloseButton(const QString &objectName) {
     PictureButton *close = addButton(objectName, "close");
-    close->setPictureSize(closePicture);
+    close->setPictureSize(closePicture * m_side / titleButton);
     return close;
+}
+
+void TitleStrip::setButtonSide(int side) {
+    for (PictureButton *button : findChildren<PictureButton *>()) {
+        button->setPictureSize(button->pictureSize() * side / m_side);
+        button->setFixedSize(side, side);
+    }
+    m_side = side;
+    setFixedHeight(side + buttonAir);
 }
 
 void TitleStrip::paintEvent(QPaintEvent *) {

@@ -27,6 +27,8 @@ class TitleStrip : public QFrame {
     PictureButton *addButton(const QString &objectName, const QString &iconName);
     /// The same with a cross.
     PictureButton *addCloseButton(const QString &objectName);
+    /// How large its buttons are, in pixels: titleButton at first. The strip is a little higher.
+    void setButtonSide(int side);
 
   protected:
     void paintEvent(QPaintEvent *event) override;
@@ -40,6 +42,7 @@ class TitleStrip : public QFrame {
     QLabel *m_caption;
     int m_atStart = 0;
     int m_atEnd = 0;
+    int m_side;
 };
 
 } // namespace lumora

@@ -13,9 +13,9 @@
 namespace lumora {
 
 namespace {
-constexpr int signSize = 28; // pixels
-constexpr int barHeight = titleButton + 4;
-constexpr int longPress = 1500; // milliseconds: longer than a child's click, short enough to be held on purpose
+constexpr int signSize = 28;      // pixels
+constexpr int roomForLarge = 700; // height of the window, in pixels, that leaves the tools enough
+constexpr int longPress = 1500;   // milliseconds: longer than a child's click, short enough to be held on purpose
 
 /// Lumora's own picture. Holding it down is the way to the options in Simple mode, which has no button for them.
 class Sign : public QLabel {
@@ -47,7 +47,6 @@ class Sign : public QLabel {
 
 MainBar::MainBar(QWidget *parent) : TitleStrip(parent) {
     setObjectName("picTBar");
-    setFixedHeight(barHeight);
     setSideMargins(10, 10);
     row()->setSpacing(6);
     auto *sign = new Sign([this] { Q_EMIT optionsWanted(); }, this);
@@ -65,6 +64,16 @@ MainBar::MainBar(QWidget *parent) : TitleStrip(parent) {
     connect(m_options, &PictureButton::clicked, this, &MainBar::optionsWanted);
     connect(minimise, &PictureButton::clicked, this, &MainBar::minimiseWanted);
     connect(exit, &PictureButton::clicked, this, &MainBar::exitWanted);
+}
+
+void MainBar::setSimple(bool simple) {
+    m_options->setVisible(!simple);
+    m_simple = simple;
+    fitInto(window()->height());
+}
+
+void MainBar::fitInto(int windowHeight) {
+    setButtonSide(m_simple && windowHeight >= roomForLarge ? simpleButton : titleButton);
 }
 
 void MainBar::paintEvent(QPaintEvent *) {

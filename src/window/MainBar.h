@@ -15,8 +15,11 @@ class MainBar : public TitleStrip {
   public:
     explicit MainBar(QWidget *parent = nullptr);
 
-    /// Not for children: hidden in Simple mode.
     PictureButton *cmdOptions() const { return m_options; }
+    /// Without the options, which are not for children, and with larger buttons.
+    void setSimple(bool simple);
+    /// In a low window the buttons are no larger.
+    void fitInto(int windowHeight);
 
   Q_SIGNALS:
     void optionsWanted();
@@ -29,6 +32,7 @@ class MainBar : public TitleStrip {
 
   private:
     PictureButton *m_options;
+    bool m_simple = false;
 };
 
 } // namespace lumora

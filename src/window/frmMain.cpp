@@ -404,7 +404,7 @@ void frmMain::applySimpleLayout(SimpleStart how) {
     m_bars->setSimple(fromLauncher);
     m_commands->setSimple(true);
     m_commands->cmdScan()->hide();
-    m_bar->cmdOptions()->hide();
+    m_bar->setSimple(true);
     CommandBar *toolbar = m_commands->Toolbar1();
     toolbar->setButtonOn(9, true);
     for (int number = 10; number <= 17; ++number) {
@@ -713,6 +713,7 @@ void frmMain::changeEvent(QEvent *event) {
 
 void frmMain::resizeEvent(QResizeEvent *event) {
     QWidget::resizeEvent(event);
+    m_bar->fitInto(height());
     if (isVisible() && !isMaximized() && !isFullScreen() && !isMinimized()) {
         m_ownSize = size();
     }

@@ -2,6 +2,7 @@
 
 import os
 import re
+import signal
 import subprocess
 import sys
 import time
@@ -77,6 +78,16 @@ class X:
         run("xdotool", "windowactivate", window)
 
     switch_to = restore
+
+    def knows(self, window):
+        return int(window) in [int(each, 16) for each in
+                               re.findall("0x[0-9a-f]+", run("xprop", "-root", "_NET_CLIENT_LIST"))]
+
+    def pause(self):
+        self.manager.send_signal(signal.SIGSTOP)
+
+    def go_on(self):
+        self.manager.send_signal(signal.SIGCONT)
 
     def end(self):
         self.manager.terminate()
@@ -155,6 +166,9 @@ class Weston:
     def is_minimised(self, window):
         return window not in [name for name, place in self.views()]
 
+    def knows(self, window):
+        return not self.is_minimised(window)
+
     def restore(self, _window):
         run("xdotool", "key", "super+Tab")
 
@@ -184,6 +198,14 @@ class SeenProgram(Program):
             except (IndexError, KeyError, StopIteration, TypeError, ValueError):
                 return None
         return self.wait(answer, what)
+
+    def end(self):
+        """And until the desktop has noticed it: the next program's windows get the same numbers."""
+        window = self.desk.window("Lumora")
+        super().end()
+        end = time.monotonic() + PATIENCE
+        while window and self.desk.knows(window) and time.monotonic() < end:
+            time.sleep(0.1)
 
     def place_of(self, thing):
         """Of a control, on the display."""

@@ -86,6 +86,11 @@ def starts(place):
     program.until(lambda: desk.place(window) == place, f"window at {place}")
     program.until(lambda: desk.front() == window, "window in front")
     comes_to_rest(window)
+    fitted = program.photo().name
+    key("ctrl+0")
+    time.sleep(0.5)
+    if program.photo().name != fitted:
+        sys.exit(f"\"{fitted}\" was not fitted into the window, as \"{program.photo().name}\" is")
     return window
 
 
@@ -296,7 +301,13 @@ def main():
             sys.exit(f"{MANAGER} does not start")
         time.sleep(0.1)
     try:
+        if not ON_WAYLAND:  # the photo is there before the window is maximised
+            time.sleep(0.5)
+            desk.pause()
         program = SeenProgram(desk, SCALE, f"{FOLDER}/program/lumora", PHOTO)
+        if not ON_WAYLAND:
+            time.sleep(1)
+            desk.go_on()
         window = starts(screen(0))
         uses_windows(window, screen(0))
         switches_and_shares(window)

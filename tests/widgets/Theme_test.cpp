@@ -1,10 +1,13 @@
 #include "widgets/Theme.h"
 
 #include "support/TestFiles.h"
+#include "widgets/Tick.h"
 
 #include <QFontInfo>
 #include <QLabel>
 #include <QRawFont>
+#include <QSignalSpy>
+#include <QTest>
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -75,6 +78,25 @@ TEST(Theme, TheLookChangesInOpenWindows) {
     EXPECT_EQ(painted(), colours::usual.line);
     EXPECT_EQ(remark.palette().color(QPalette::WindowText), colours::usual.faintInk);
     EXPECT_EQ(words.fontMetrics().horizontalAdvance("Words"), before);
+}
+
+TEST(Theme, ATickIsHitAnywhereInItsRow) {
+    applyTheme(*qApp);
+    QWidget window;
+    Tick tick("Grid", &window);
+    Choice choice("Always", &window);
+    window.resize(400, 120);
+    tick.setGeometry(20, 5, 360, 44);
+    choice.setGeometry(20, 60, 360, 44);
+    window.show();
+    for (QAbstractButton *each : {static_cast<QAbstractButton *>(&tick), static_cast<QAbstractButton *>(&choice)}) {
+        EXPECT_GE(each->sizeHint().height(), 44);
+        for (const QPoint &at : {QPoint(2, 2), QPoint(200, 2), QPoint(357, 41), QPoint(2, 41)}) {
+            const QSignalSpy clicked(each, &QAbstractButton::clicked);
+            QTest::mouseClick(each, Qt::LeftButton, {}, at);
+            EXPECT_EQ(clicked.count(), 1) << each->metaObject()->className() << ' ' << at.x() << ' ' << at.y();
+        }
+    }
 }
 
 TEST(Theme, DisabledWordsCanStillBeRead) {

@@ -166,7 +166,7 @@ TEST_P(MainCaptions, SimpleModesToolsFillTheColumn) {
                 EXPECT_NEAR(button->y(), top * scale, 1) << name.toStdString();
                 EXPECT_TRUE(isCaptionWhole(*button)) << button->text().toStdString();
                 EXPECT_EQ(button->captionPlace(), PictureButton::CaptionPlace::Below);
-                EXPECT_GE(button->pictureSize().width(), 26) << name.toStdString();
+                EXPECT_GE(button->pictureSize().width(), 24) << name.toStdString();
                 EXPECT_LE(button->leastHeightAt(button->width()), button->height()) << name.toStdString();
                 if (name != "cmdTool7" && name != "cmdTool8") {
                     EXPECT_EQ(button->geometry().center().x(), axis) << name.toStdString();

@@ -7,6 +7,7 @@
 #include "widgets/AnimatedButton.h"
 #include "widgets/AnswerButtons.h"
 #include "widgets/ElidedLabel.h"
+#include "widgets/Tick.h"
 #include "widgets/WindowTexts.h"
 
 #include <QCheckBox>
@@ -101,7 +102,7 @@ std::optional<PrintJob> frmPrint::ask() {
 
 frmPrint2::frmPrint2(AppContext &ctx, DeviceLists &devices, const QString &helper, QWidget *owner)
     : frmPrint("frmPrint2", ctx, devices, helper, owner), m_copies(new CopiesBox("txtNumCopies", this)),
-      chkCentre(new QCheckBox(this)), chkFit2Page(new QCheckBox(this)) {
+      chkCentre(new Tick(this)), chkFit2Page(new Tick(this)) {
     auto *lblNumCopies = new QLabel(this);
     lblNumCopies->setObjectName("lblNumCopies");
     lblNumCopies->setBuddy(m_copies->field());

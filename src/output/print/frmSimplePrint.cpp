@@ -90,6 +90,7 @@ void frmSimplePrint::makeControls() {
     lblCopies->setBuddy(m_copies->field());
     cmdAdvanced->setObjectName("cmdAdvanced");
     cmdAdvanced->setLook(PictureButton::Look::Raised);
+    cmdAdvanced->setLeastSide(simpleButton);
     connect(cmdAdvanced, &QAbstractButton::clicked, this, [this] {
         // The desktop's dialog asks the print system in the window's thread: only one that answers now may be asked.
         m_wantsDesktop = true;

@@ -1,6 +1,7 @@
 #include "tools/crop/CropTip.h"
 
 #include "session/AppContext.h"
+#include "widgets/Tick.h"
 #include "widgets/WindowTexts.h"
 
 #include <QCheckBox>
@@ -15,7 +16,7 @@ constexpr int delay = 300; // milliseconds: the user has released the frame by t
 }
 
 CropTip::CropTip(AppContext &ctx, QWidget *window)
-    : Bubble("picTip2", window), m_ctx(ctx), chkNoCropShow(new QCheckBox(this)) {
+    : Bubble("picTip2", window), m_ctx(ctx), chkNoCropShow(new Tick(this)) {
     label()->setObjectName("lblCropWarning");
     showText(ctx.texts, *label(), "Tip1");
     label()->setCursor(Qt::PointingHandCursor);

@@ -168,6 +168,7 @@ void ResizePanel::open() {
     const QSize size = fits ? photo : photo.scaled(longestSide, longestSide, Qt::KeepAspectRatio);
     txtWidth->setText(QString::number(size.width()));
     txtHeight->setText(QString::number(size.height()));
+    setButtonSide(m_ctx.flags.SimpleModeOn ? simpleButton : smallestButton);
     for (PictureButton *option : m_options) {
         option->setMinimumHeight(option->heightAt(narrowestOption)); // with its caption on two lines in some languages
     }
