@@ -11,6 +11,7 @@ endif()
 target_compile_definitions(lumora_build_flags INTERFACE
   QT_NO_KEYWORDS QT_NO_FOREACH LUMORA_VERSION="${PROJECT_VERSION}")
 target_include_directories(lumora_build_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_link_options(lumora_build_flags INTERFACE -Wl,--as-needed) # each library takes time at every start
 if(LUMORA_SANITIZE)
   target_compile_options(lumora_build_flags INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

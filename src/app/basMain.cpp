@@ -317,7 +317,7 @@ ReadAhead readAhead(const QString &commandLine) {
     }
     std::setlocale(LC_ALL, "");     // as the application does later: another thread may look at it from now on
     (void)QThread::currentThread(); // the first thread with an object of Qt's is its main thread: not the reader
-    return {photo, std::async(std::launch::async, readPicture, photo).share()};
+    return {photo, std::async(std::launch::async, readFirstPicture, photo).share()};
 }
 
 int runLumora(int argc, char **argv) {

@@ -7,6 +7,7 @@
 #include "widgets/FloatingToolbar.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace lumora {
 
@@ -51,9 +52,17 @@ EffectPreviews::EffectPreviews(AppContext &ctx, FloatingToolbar *FT3, FloatingTo
     connect(&ctx.photo, &PhotoDocument::changed, this, [this](PhotoChanges what) {
         if (what.testAnyFlags(PhotoChange::Pixels | PhotoChange::Loaded)) {
             m_jobs.clear();
-            tmrLoadFX.start();
+            if (m_wanted) {
+                tmrLoadFX.start();
+            }
         }
     });
+}
+
+void EffectPreviews::begin() {
+    if (!std::exchange(m_wanted, true)) {
+        SetupFoto4FX();
+    }
 }
 
 void EffectPreviews::SetupFoto4FX() {

@@ -1,4 +1,5 @@
-// The previews of the effects on the user's own photo in the lists FT3 and FT4, made again after every change.
+// The previews of the effects on the user's own photo in the lists FT3 and FT4, made again after every change once they
+// are wanted.
 #pragma once
 
 #include <QImage>
@@ -22,6 +23,9 @@ class EffectPreviews : public QObject {
     /// Sets the pictures of the items of both lists: those of the basic and of the special effects.
     EffectPreviews(AppContext &ctx, FloatingToolbar *FT3, FloatingToolbar *FT4, QObject *parent = nullptr);
 
+    /// From now on the previews are made. Whoever only looks at a photo does not need them, and they cost as much time
+    /// as opening it.
+    void begin();
     /// Starts making the previews of the current photo, one per event loop iteration. Pending previews of an earlier
     /// photo are dropped.
     void SetupFoto4FX();
@@ -39,6 +43,7 @@ class EffectPreviews : public QObject {
     FloatingToolbar *m_FT4;
     QImage picSFX; ///< the small copy of the photo that the effects run on
     std::deque<std::function<void()>> m_jobs;
+    bool m_wanted = false;
     QTimer tmrLoadFX;
     QTimer m_turn;
 };

@@ -44,6 +44,14 @@ QImage newPicture(int width, int height, bool opaque) {
     return picture;
 }
 
+OrdinaryPages::OrdinaryPages() noexcept {
+    setHugePages(false);
+}
+
+OrdinaryPages::~OrdinaryPages() {
+    setHugePages(true);
+}
+
 QImage toPicture(const QImage &image) {
     if (image.isNull()) {
         return {};

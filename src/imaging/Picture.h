@@ -15,6 +15,16 @@ inline constexpr qint64 maxPicturePixels = 200'000'000;
 /// of a large photo costs no page faults). A null QImage when a size is not positive or memory allocation fails.
 QImage newPicture(int width, int height, bool opaque = true);
 
+/// While one exists, new pictures of its thread are in ordinary pages of memory. Huge ones make work on a large picture
+/// faster, but a virtual machine may have to get each from its host first: a tenth of a second for a photo.
+class OrdinaryPages {
+  public:
+    OrdinaryPages() noexcept;
+    ~OrdinaryPages();
+    OrdinaryPages(const OrdinaryPages &) = delete;
+    OrdinaryPages &operator=(const OrdinaryPages &) = delete;
+};
+
 /// Converts any QImage to Lumora's picture format: 32 bits, straight alpha, Format_RGB32 where nothing is transparent.
 /// Returns a null picture for a null picture and when memory allocation fails.
 QImage toPicture(const QImage &image);

@@ -12,6 +12,9 @@ namespace lumora {
 namespace {
 
 constexpr std::size_t hugePage = std::size_t(2) << 20;
+// A smaller buffer gains less than a virtual machine may need to get a huge page from its host, some milliseconds.
+constexpr std::size_t smallestOfHugePages = std::size_t(16) << 20;
+thread_local bool hugePagesWanted = true;
 // A change alternates between two buffers: before and after.
 constexpr std::size_t idleBuffersAtMost = 2;
 constexpr std::size_t idleBytesAtMost = std::size_t(512) << 20;
@@ -28,7 +31,9 @@ std::uint8_t *mapMemory(std::size_t bytes) noexcept {
         munmap(first, before);
     }
     munmap(first + before + bytes, hugePage - before);
-    madvise(first + before, bytes, MADV_HUGEPAGE); // a kernel without huge pages only makes this slower
+    if (hugePagesWanted && bytes >= smallestOfHugePages) {
+        madvise(first + before, bytes, MADV_HUGEPAGE); // a kernel without huge pages only makes this slower
+    }
     return first + before;
 }
 
@@ -131,6 +136,10 @@ KeptBuffer *takeBuffer(std::size_t bytes) noexcept {
         return nullptr;
     }
     return fresh;
+}
+
+void setHugePages(bool wanted) noexcept {
+    hugePagesWanted = wanted;
 }
 
 void giveBufferBack(KeptBuffer *buffer) noexcept {

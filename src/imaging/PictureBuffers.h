@@ -15,6 +15,9 @@ struct KeptBuffer {
 /// A buffer of at least that many bytes with undefined content, pooled or new; null when allocation fails.
 KeptBuffer *takeBuffer(std::size_t bytes) noexcept;
 
+/// Whether new large buffers of this thread are requested with huge pages, as they are unless it says otherwise.
+void setHugePages(bool wanted) noexcept;
+
 /// Keeps the buffer for the next picture while few are idle, else returns it to the system.
 void giveBufferBack(KeptBuffer *buffer) noexcept;
 

@@ -336,6 +336,11 @@ PictureRead readPicture(const QString &path) {
     return TaskControl::isCurrentCancelled() ? refusedRead(PictureError::Cancelled, QStringLiteral("stopped")) : read;
 }
 
+PictureRead readFirstPicture(const QString &path) {
+    const OrdinaryPages pages;
+    return readPicture(path);
+}
+
 PictureRead readThumbnail(const QString &path, int longerSide) {
     QFile file;
     if (const auto failure = openForReading(file, path)) {

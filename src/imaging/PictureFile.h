@@ -72,6 +72,9 @@ PictureHeader readPictureHeader(const QString &path);
 /// cancel it.
 PictureRead readPicture(const QString &path);
 
+/// The same into ordinary pages of memory (see OrdinaryPages), for a program that begins with that picture.
+PictureRead readFirstPicture(const QString &path);
+
 /// A small picture of the file whose longer side is at most `longerSide` pixels (1 to 2000), upright and sRGB, made
 /// from the embedded or a scaled-down decode where the format has one.
 PictureRead readThumbnail(const QString &path, int longerSide);

@@ -50,6 +50,8 @@ class EditorTool : public QObject {
     virtual bool canStep(bool /*back*/) const { return false; }
     virtual void step(bool /*back*/) {}
 
+    /// The user has begun to use the window: previews of the photo are made from now on.
+    virtual void makeReady() {}
     /// Makes the previews of its floating bar from the photo, all or only those that are updated whenever the bar
     /// opens.
     virtual void makeSmallPictures() {}

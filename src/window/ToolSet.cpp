@@ -22,6 +22,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <algorithm>
+#include <utility>
 
 namespace lumora {
 
@@ -170,6 +171,16 @@ void ToolSet::tabInto(SlidingPanel &panel) {
     }
 }
 
+void ToolSet::makeReady() {
+    if (!std::exchange(m_isReady, true)) {
+        for (const Entry &entry : m_entries) {
+            if (entry.tool != nullptr) {
+                entry.tool->makeReady();
+            }
+        }
+    }
+}
+
 void ToolSet::makeSmallPictures() {
     if (!m_picturesWaiting.isEmpty()) {
         m_picturesWaiting.takeFirst()->makeSmallPictures();
@@ -187,6 +198,7 @@ const ToolSet::Entry *ToolSet::entryOf(const QString &control) const {
 }
 
 void ToolSet::press(const QString &control) {
+    makeReady();
     Q_EMIT toolWanted();
     const Entry *entry = entryOf(control);
     if (entry == nullptr || entry->tool == nullptr || !m_ctx.photo.PhotoLoaded()) {

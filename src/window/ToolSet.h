@@ -29,6 +29,8 @@ class ToolSet : public QObject {
     ToolSet(AppContext &ctx, PhotoView &view, ToolColumn &column, FloatingBarSet &bars, QWidget *window);
     ~ToolSet() override;
 
+    /// The user has begun to use the window: the previews of all tools are made from now on. May be called again.
+    void makeReady();
     /// A button of the tool column was pressed, or a tool without one is requested by its name in the table.
     void press(const QString &control);
     /// An item of the floating bar of that button was picked.
@@ -110,6 +112,7 @@ class ToolSet : public QObject {
     PointedEffect *m_pointed;
     std::vector<Entry> m_entries; ///< in table order; does not change
     QList<SlidingPanel *> m_panels;
+    bool m_isReady = false;
     int m_stepsBefore = -1;          ///< to undo, when the tool began that has the screen to itself; -1 without one
     const Entry *m_worker = nullptr; ///< the tool that was started last, but for the selection, which changes nothing
     QString m_workerKey;             ///< what it was started with

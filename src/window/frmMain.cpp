@@ -690,6 +690,9 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event) {
         placePanels();
     }
     const bool pressed = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress;
+    if (pressed || event->type() == QEvent::MouseMove || event->type() == QEvent::TouchBegin) {
+        m_toolSet->makeReady();
+    }
     if (pressed && watched->isWidgetType()) {
         m_status->clearMessage(); // a message is shown until the next action
         const auto *pressedOn = static_cast<QWidget *>(watched);

@@ -26,6 +26,7 @@ class EffectPreviewsTest : public testing::Test {
         }
         FT4.setPictureSize(96);
         FT3.setPictureSize(120);
+        previews.begin();
     }
 
     void open(const QImage &photo) {

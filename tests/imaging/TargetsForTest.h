@@ -11,15 +11,13 @@ namespace lumora::test {
 template <typename Test> void forEachTarget(const Test &test) {
     for (const std::int64_t target : hwy::SupportedAndGeneratedTargets()) {
         SCOPED_TRACE(hwy::TargetName(target));
-        hwy::SetSupportedTargetsForTest(target);
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+        hwy::GetChosenTarget().Update(target);
         test();
         if (testing::Test::HasFatalFailure()) {
             break;
         }
     }
-    hwy::SetSupportedTargetsForTest(0);
-    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+    chooseKernelTarget();
 }
 
 } // namespace lumora::test

@@ -6,7 +6,7 @@ set -euo pipefail
 trace_start openat,execve
 # Of the program itself, without what it starts.
 sed -n '\|execve(.*/lumora-devices|q;p' "$folder/trace" | grep -v ENOENT >"$folder/opened"
-for library in libcurl libheif; do
+for library in libcurl libheif libhwy; do
     ! grep -q "/$library\.so" "$folder/opened" || fail "$library is loaded although nothing needs it"
 done
 ! grep -q '/imageformats/.*\.so' "$folder/opened" || fail "the toolkit's image plugins are loaded before the first picture"

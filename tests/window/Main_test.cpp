@@ -2,6 +2,7 @@
 #include "window/frmMain.h"
 
 #include "base/FileName.h"
+#include "effects/EffectPreviews.h"
 #include "imaging/PictureFile.h"
 #include "support/SettingsFile.h"
 #include "support/ShellCheck.h"
@@ -236,6 +237,24 @@ TEST_F(Main, WithoutAPhotoTheEMailButtonDoesNothing) {
     EXPECT_EQ(bar->isVisible(), shown) << "floating bars stay as they were";
     open(window);
     EXPECT_TRUE(enabled(window, "keyEmail"));
+}
+
+TEST_F(Main, PreviewsAreMadeForThoseWhoUseTheWindow) {
+    const std::pair<const char *, std::function<void(frmMain &)>> ways[] = {
+        {"pointer", [](frmMain &window) { QTest::mouseMove(window.windowHandle(), QPoint(300, 300)); }},
+        {"key", [](frmMain &window) { QTest::keyClick(&window, Qt::Key_Shift); }},
+        {"tool", [this](frmMain &window) { button(window, "cmdTool8")->click(); }},
+    };
+    for (const auto &[way, use] : ways) {
+        frmMain window(context);
+        window.show();
+        open(window);
+        const auto *frame = window.findChild<FloatingToolbar *>("FT5")->items().last();
+        QTest::qWait(3 * EffectPreviews::delay);
+        EXPECT_TRUE(frame->picture().isNull()) << "a photo that is only looked at needs none";
+        use(window);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !frame->picture().isNull(); })) << way;
+    }
 }
 
 TEST_F(Main, FitShowsTheWholePhotoWithoutScrollBars) {

@@ -725,6 +725,7 @@ TEST_F(Tools, SmallPicturesFollowThePhoto) {
         }
         return true;
     };
+    tools.makeReady();
     EXPECT_TRUE(QTest::qWaitFor(pictured, 60'000));
 }
 

@@ -18,6 +18,7 @@ class SpecialEffectsTool : public EffectTool {
 
     bool open(const QString &key) override;
     void close() override;
+    void makeReady() override { m_previews.begin(); }
     SlidingPanel *panel() const override;
     /// A part of the photo can be selected while the panel is open, and another effect picked.
     bool staysFor(const EditorTool &next) const override;
