@@ -48,7 +48,7 @@ QStringList entries(const QString &folder) {
 QString throwAway(const QString &folder, const QImage &picture, qint64 secondsAgo) {
     RecoveryFolder copy(folder);
     EXPECT_TRUE(copy.write({picture}));
-    const QString path = DiscardedPhotos(folder, 1 << 30).take(copy);
+    QString path = DiscardedPhotos(folder, 1 << 30).take(copy);
     const timespec when{::time(nullptr) - static_cast<time_t>(secondsAgo), 0};
     const timespec times[] = {when, when};
     EXPECT_EQ(::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
@@ -254,6 +254,7 @@ TEST(SavedPhotos, AreListedOnceWithTheNewestFirst) {
 
     // Several programs at once, and no more than the list may hold.
     std::vector<std::jthread> programs;
+    programs.reserve(2);
     for (int program = 0; program < 2; ++program) {
         programs.emplace_back([&, program] {
             for (int n = 0; n < 10; ++n) {
