@@ -6,6 +6,7 @@
 #include <optional>
 #include <tbb/global_control.h>
 #include <tbb/info.h>
+#include <tbb/parallel_for.h>
 #include <thread>
 #include <vector>
 
@@ -28,6 +29,16 @@ bool threadsAreToBeHad(int count) {
     return true;
 }
 
+/// Has oneTBB make its threads, in a loop that costs nobody anything when it is given up.
+bool makeWorkers(int count) {
+    try {
+        tbb::parallel_for(0, count, [](int) {});
+    } catch (const std::exception &) {
+        return false;
+    }
+    return true;
+}
+
 } // namespace
 
 void prepareWorkers() {
@@ -36,15 +47,21 @@ void prepareWorkers() {
         return;
     }
     static std::mutex mutex;
-    static std::optional<tbb::global_control> alone;
+    // Never taken away: at the end of the program oneTBB would ask for its threads once more.
+    static auto &alone = *new std::optional<tbb::global_control>;
     const std::lock_guard lock(mutex);
     if (ready.load(std::memory_order_relaxed)) {
         return;
     }
-    if (threadsAreToBeHad(tbb::info::default_concurrency() - 1)) {
+    // Else its threads would go with the thread that began the loop.
+    static const auto &kept = *new tbb::task_scheduler_handle{tbb::attach{}};
+    static_cast<void>(kept);
+    const int cores = tbb::info::default_concurrency();
+    if (threadsAreToBeHad(cores - 1)) {
         alone.reset();
-        ready.store(true, std::memory_order_release);
-    } else if (!alone) {
+        ready.store(makeWorkers(cores), std::memory_order_release);
+    }
+    if (!ready.load(std::memory_order_relaxed) && !alone) {
         alone.emplace(tbb::global_control::max_allowed_parallelism, 1);
     }
 }
