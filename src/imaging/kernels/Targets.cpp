@@ -34,7 +34,7 @@ int64_t SupportedTargets() {
     const bool avx3 = avx2 && all(__builtin_cpu_supports("avx512f"), __builtin_cpu_supports("avx512vl"),
                                   __builtin_cpu_supports("avx512dq"), __builtin_cpu_supports("avx512bw"),
                                   __builtin_cpu_supports("avx512cd"));
-    return HWY_EMU128 | (sse4 ? HWY_SSE4 : 0) | (avx2 ? HWY_AVX2 : 0) | (avx3 ? HWY_AVX3 : 0);
+    return HWY_STATIC_TARGET | HWY_EMU128 | (sse4 ? HWY_SSE4 : 0) | (avx2 ? HWY_AVX2 : 0) | (avx3 ? HWY_AVX3 : 0);
 }
 
 ChosenTarget &GetChosenTarget() {
