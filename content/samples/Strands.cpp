@@ -67,6 +67,7 @@ void draw(const Lens &lens, const Grown &one, Film &film) {
         const float thin = std::min(1.0F, 2 * wide); // less than a pixel wide: so much less of it is seen
         const float middle = flat ? at.y : at.x;
         const Vec3 light = one.light * mix(Vec3{1, 1, 1}, one.strand.tint, t);
+        // NOLINTNEXTLINE(bugprone-incorrect-roundings): no step is left of 0
         for (int k = static_cast<int>(std::floor(middle - wide - 0.5F)); k <= static_cast<int>(middle + wide + 0.5F);
              ++k) {
             const float off = static_cast<float>(k) + 0.5F - middle;

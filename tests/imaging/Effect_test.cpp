@@ -30,7 +30,7 @@ using test::withAlphaOf;
 QRgb sepia(QRgb pixel) {
     const int level = luma(pixel);
     const auto channel = [&](double slope, double curve) {
-        const int factor = int(slope * 65536 + .5) + int(std::lround(curve * 65536 / 255)) * level;
+        const int factor = int(std::lround(slope * 65536)) + int(std::lround(curve * 65536 / 255)) * level;
         return (level * factor + 32768) / 65536;
     };
     return withAlphaOf(pixel, channel(1.2, -.2), channel(.87, .09), channel(.64, .18));
@@ -87,7 +87,7 @@ const std::vector<PointEffect> &pointEffects() {
                                const double toColour = std::min(2 * luma(p), 255) / 255.0;
                                const double toWhite = std::max(2 * luma(p) - 255, 0) / 255.0;
                                const auto channel = [&](int colour) {
-                                   return int(colour * toColour + (255 - colour) * toWhite + 0.5);
+                                   return int(std::lround(colour * toColour + (255 - colour) * toWhite));
                                };
                                return withAlphaOf(p, channel(used[0]), channel(used[1]), channel(used[2]));
                            }};

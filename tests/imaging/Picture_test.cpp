@@ -52,6 +52,7 @@ TEST(Picture, onlyAFewBuffersStayIdle) {
     releaseKeptBuffers();
     {
         std::vector<QImage> pictures;
+        pictures.reserve(12);
         for (int i = 0; i < 12; ++i) {
             pictures.push_back(newPicture(2000, 2000));
         }
@@ -68,6 +69,7 @@ TEST(Picture, onlyAFewBuffersStayIdle) {
 
 TEST(Picture, buffersMayComeAndGoOnSeveralThreads) {
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([t] {
             for (int i = 0; i < 200; ++i) {

@@ -96,6 +96,8 @@ int windings(const std::vector<PicturePoint> &line, double x, double y) {
 TEST(Region, aLassoHoldsWhatItsLineGoesRound) {
     std::vector<PicturePoint> star; // crosses itself, goes round its middle twice
     std::vector<PicturePoint> scribble;
+    star.reserve(5);
+    scribble.reserve(60);
     std::minstd_rand random(5);
     for (int i = 0; i < 5; ++i) {
         star.push_back({20.3 + 17 * std::cos(i * 4 * M_PI / 5), 14.1 + 13 * std::sin(i * 4 * M_PI / 5)});
@@ -149,6 +151,7 @@ TEST(Region, aLassoTakesAnyPoints) {
         {-infinite, -infinite}, {infinite, -infinite}, {none, 3}, {infinite, infinite}, {-infinite, infinite}};
     EXPECT_EQ(pixelsIn(Region::lasso(20, 15, everything)), 20 * 15);
     std::vector<PicturePoint> zigzag; // a hand that never lifts: every side passes every row
+    zigzag.reserve(30'000);
     for (int i = 0; i < 30'000; ++i) {
         zigzag.push_back({i / 100.0, i % 2 == 0 ? -1.0 : 200.0});
     }

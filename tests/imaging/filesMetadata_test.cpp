@@ -155,7 +155,7 @@ Exiv2::IptcData richIptc() {
 
 /// A photo file of that type with all of it; a maker's note only where the library can write one.
 QString makeRich(const QTemporaryDir &folder, const QString &extension, const QImage &picture) {
-    const QString path = folder.filePath("rich." + extension);
+    QString path = folder.filePath("rich." + extension);
     EXPECT_TRUE(writePicture(picture, path).ok());
     const auto image = Exiv2::ImageFactory::open(path.toStdString());
     image->readMetadata();
@@ -212,7 +212,8 @@ std::string lost(const Fields &before, const Fields &after, bool privateKept, in
         const auto right = corrected.find(key);
         const std::string &expected = right != corrected.end() ? right->second : value;
         if (now == after.end() || now->second != expected) {
-            result += key + ": " + (now == after.end() ? "missing" : now->second) + " instead of " + expected + "\n";
+            result.append(key).append(": ").append(now == after.end() ? "missing" : now->second);
+            result.append(" instead of ").append(expected).append("\n");
         } else {
             ++count;
         }

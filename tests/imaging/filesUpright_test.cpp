@@ -326,8 +326,16 @@ TEST(FilesUpright, SrgbIsLeftAlone) {
     const QByteArray named =
         makePng(16, 16, 8, PNG_COLOR_TYPE_RGB, false, ramp, {}, savedProfile(cmsCreate_sRGBProfile()));
     EXPECT_EQ(readPictureFromData(named).picture, readPictureFromData(plain).picture);
-    const JpegKind broken{.profile = rgbProfile(1.8).replace("mntr", "????").left(300)};
-    EXPECT_EQ(readPictureFromData(makeJpeg(16, 16, broken, ramp)).picture,
-              readPictureFromData(makeJpeg(16, 16, {}, ramp)).picture)
-        << "a broken profile is ignored";
+    QByteArray strange = rgbProfile(1.8);
+    strange.replace(16, 4, "????"); // what it converts from
+    for (const QByteArray &broken : {rgbProfile(1.8).replace("mntr", "????").left(300), strange}) {
+        EXPECT_EQ(readPictureFromData(makeJpeg(16, 16, {.profile = broken}, ramp)).picture,
+                  readPictureFromData(makeJpeg(16, 16, {}, ramp)).picture);
+        const auto deep = [](const QByteArray &profile) {
+            return readPictureFromData(makeDeepHeif(
+                                           64, 64, [](int x) { return 16 * x; }, profile))
+                .picture;
+        };
+        EXPECT_EQ(deep(broken), deep({}));
+    }
 }

@@ -16,7 +16,7 @@ namespace {
 class ThumbnailsTest : public testing::Test {
   protected:
     QString photo(const QString &name, int width, int height) {
-        const QString path = m_folder.filePath(name);
+        QString path = m_folder.filePath(name);
         EXPECT_TRUE(writePicture(test::photoLike(width, height), path).ok());
         return path;
     }

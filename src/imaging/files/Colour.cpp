@@ -3,6 +3,7 @@
 #include "imaging/Picture.h"
 #include "imaging/kernels/Workers.h"
 
+#include <QtEndian>
 #include <array>
 #include <cstdlib>
 #include <lcms2.h>
@@ -23,8 +24,7 @@ Profile own(cmsHPROFILE profile) {
 
 // How Little CMS is to read the pixels, or 0 when the profile is made for other channels. A grey picture takes the
 // first of its three equal bytes.
-cmsUInt32Number inputLayout(cmsHPROFILE profile, Channels channels) {
-    const cmsColorSpaceSignature space = cmsGetColorSpace(profile);
+cmsUInt32Number inputLayout(std::uint32_t space, Channels channels) {
     if (channels == Channels::Cmyk || channels == Channels::InvertedCmyk) {
         const cmsUInt32Number layout = channels == Channels::Cmyk ? TYPE_CMYK_8 : TYPE_CMYK_8_REV;
         return space == cmsSigCmykData ? layout : 0;
@@ -85,12 +85,17 @@ void multiplyInks(QImage &picture, bool inverted) {
 
 } // namespace
 
+std::uint32_t colourSpaceOf(const QByteArray &profile) {
+    constexpr qsizetype offset = 16; // ICC.1, the header
+    return profile.size() < offset + 4 ? 0 : qFromBigEndian<std::uint32_t>(profile.constData() + offset);
+}
+
 void convertToSrgb(QImage &picture, Channels channels, const QByteArray &profile) {
     const bool inks = channels == Channels::Cmyk || channels == Channels::InvertedCmyk;
     const Profile from = own(
         profile.isEmpty() ? nullptr
                           : cmsOpenProfileFromMem(profile.constData(), static_cast<cmsUInt32Number>(profile.size())));
-    const cmsUInt32Number layout = from ? inputLayout(from.get(), channels) : 0;
+    const cmsUInt32Number layout = from ? inputLayout(colourSpaceOf(profile), channels) : 0;
     Transform transform(nullptr, cmsDeleteTransform);
     if (layout != 0) {
         const Profile to = own(cmsCreate_sRGBProfile());

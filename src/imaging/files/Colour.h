@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <cstdint>
 
 namespace lumora {
 
@@ -17,6 +18,10 @@ enum class Channels {
 /// Converts the pixels in place to sRGB (blue, green, red, alpha). Without a profile, or with one that cannot be used,
 /// RGB and grey are taken as sRGB and inks are multiplied: red = white x (1 - cyan) x (1 - black).
 void convertToSrgb(QImage &picture, Channels channels, const QByteArray &profile);
+
+/// What an ICC profile converts from, a cmsColorSpaceSignature or any other number; 0 for fewer than 20 bytes. Little
+/// CMS returns it as its enumeration, which has no place for the number of a broken file.
+std::uint32_t colourSpaceOf(const QByteArray &profile);
 
 /// The profile of a PNG that gives its gamma (and, when `chromaticities` is not null, the x and y of white, red, green
 /// and blue) in place of a profile; empty when there is no profile to be made of it.

@@ -1,5 +1,7 @@
 #include "imaging/files/DeepColour.h"
 
+#include "imaging/files/Colour.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -72,7 +74,7 @@ DeepColour::DeepColour(DeepChannels channels, const QByteArray &profileBytes)
     const Profile profile(
         cmsOpenProfileFromMem(profileBytes.constData(), static_cast<cmsUInt32Number>(profileBytes.size())),
         cmsCloseProfile);
-    const cmsColorSpaceSignature space = profile ? cmsGetColorSpace(profile.get()) : cmsSigXYZData;
+    const std::uint32_t space = profile ? colourSpaceOf(profileBytes) : 0;
     if (space == cmsSigGrayData && channels == DeepChannels::Grey) {
         takeGrey(profile.get());
     } else if (space == cmsSigRgbData && !takeMatrix(profile.get())) {

@@ -61,6 +61,7 @@ void flowOf(ConstPixelView picture, PixelView flow, int left, int top) {
             const float strength = (120 - 1.5F * own) * contrast / (contrast + soft);
             const float scale = energy > 0 ? strength / energy : 0;
             const auto [ownCosine, ownSine] = handsOwnDirection(left + x, top + y);
+            // NOLINTNEXTLINE(bugprone-incorrect-roundings): levels are not negative
             const auto byte = [](float value) { return static_cast<std::uint8_t>(value + .5F); };
             to[0] = byte(128 + static_cast<float>(yy - xx) * scale + own * ownCosine);
             to[1] = byte(128 - static_cast<float>(2 * xy) * scale + own * ownSine);

@@ -80,7 +80,7 @@ class Mail : public test::Shell {
             return {};
         }
         EXPECT_EQ(box->windowTitle(), " ");
-        const auto said = std::pair(box->icon(), box->text());
+        auto said = std::pair(box->icon(), box->text());
         delete box;
         return said;
     }
@@ -128,7 +128,7 @@ TEST_F(Mail, TheFileIsPrivateAndNeverWrittenThroughALink) {
     const auto putOther = [&](const std::function<void()> &other) {
         QFile::remove(attachment());
         other();
-        const QString path = writeMailFile("photo");
+        QString path = writeMailFile("photo");
         EXPECT_EQ(contents(path), "photo");
         EXPECT_FALSE(QFileInfo(path).isSymLink());
         const QFile::Permissions others(0x00FF);

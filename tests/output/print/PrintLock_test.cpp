@@ -142,7 +142,7 @@ TEST(PrintButton, ShowsALevelThatSinksAndTheTimeLeft) {
     };
     const int full = blue(600, 600);
     EXPECT_GT(full, 60 * 60 / 2);
-    EXPECT_NEAR(blue(300, 600), full / 2, full / 8);
+    EXPECT_NEAR(blue(300, 600), full / 2.0, full / 8.0);
     EXPECT_LT(blue(30, 600), full / 6);
     EXPECT_EQ(blue(0, 600), 0);
     const struct {

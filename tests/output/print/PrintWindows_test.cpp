@@ -65,7 +65,7 @@ class PrintWindowsTest : public test::Shell {
     }
     /// A program that answers with what the shell commands print.
     QString script(const QByteArray &lines) {
-        const QString path = m_folder.filePath("helper");
+        QString path = m_folder.filePath("helper");
         QFile file(path);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
         file.write("#!/bin/sh\n" + lines);
@@ -364,7 +364,7 @@ TEST_F(PrintCommandsTest, AJobThatHangsCanBeStopped) {
 TEST_F(PrintCommandsTest, WithoutAPrinterAPdfFileIsWrittenAndNothingPauses) {
     QWidget owner;
     writeSetting(context, "Printer", "Timed", "1");
-    const QString path = m_folder.filePath("my page.pdf");
+    QString path = m_folder.filePath("my page.pdf");
     DeviceLists devices(context, realHelper);
     PrintCommands print(
         context, devices, &owner, [&] { return path; }, realHelper);

@@ -69,7 +69,8 @@ QImage cutByHand(const QImage &photo, const Inside &inside, bool cutInside) {
         for (int x = 0; x < result.width(); ++x) {
             int stays = 0;
             for (int i = 0; i < 16; ++i) {
-                stays += inside(x + (i % 4 + 0.5) / 4, y + (i / 4 + 0.5) / 4) == cutInside ? 0 : 1;
+                const int row = i / 4;
+                stays += inside(x + (i % 4 + 0.5) / 4, y + (row + 0.5) / 4) == cutInside ? 0 : 1;
             }
             const QRgb pixel = result.pixel(x, y);
             const int alpha = (qAlpha(pixel) * stays + 8) / 16;

@@ -237,6 +237,7 @@ TEST_F(Outline, repaintsOnlyWhatChanges) {
 
 TEST(DashedLine, isTheSameWhereverTheSurfaceEnds) {
     std::vector<QPointF> points;
+    points.reserve(300);
     for (int i = 0; i < 300; ++i) {
         points.emplace_back(150 + 140.3 * std::cos(i * 1.7) + i * 0.11, 120 + 113.7 * std::sin(i * 2.3));
     }
