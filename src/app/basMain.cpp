@@ -7,6 +7,7 @@
 #include "app/frmLauncher.h"
 #include "app/frmSplash.h"
 #include "base/FileName.h"
+#include "base/OwnThread.h"
 #include "document/RecoveryFolder.h"
 #include "guide/GuidePages.h"
 #include "guide/GuideWindow.h"
@@ -147,7 +148,7 @@ void basMain::startReading(const QString &photo) {
     if (!photo.isEmpty()) {
         const ReadAhead ahead = std::exchange(m_ahead, {});
         const auto picture =
-            ahead.photo == photo ? ahead.picture : std::async(std::launch::async, readPicture, photo).share();
+            ahead.photo == photo ? ahead.picture : inOwnThread([photo] { return readPicture(photo); }).share();
         frmMain &window = loadMainWindow();
         window.setStartupPhotoPath(photo);
         window.setStartupPicture(picture);
@@ -317,7 +318,7 @@ ReadAhead readAhead(const QString &commandLine) {
     }
     std::setlocale(LC_ALL, "");     // as the application does later: another thread may look at it from now on
     (void)QThread::currentThread(); // the first thread with an object of Qt's is its main thread: not the reader
-    return {photo, std::async(std::launch::async, readFirstPicture, photo).share()};
+    return {photo, inOwnThread([photo] { return readFirstPicture(photo); }).share()};
 }
 
 int runLumora(int argc, char **argv) {

@@ -3,8 +3,6 @@
 #include <QCoreApplication>
 #include <algorithm>
 #include <chrono>
-#include <exception>
-#include <memory>
 #include <utility>
 #include <vector>
 
@@ -18,18 +16,6 @@ std::vector<std::future<void>> &underWay() {
 }
 
 } // namespace
-
-std::future<void> inOwnThread(std::function<void()> work) {
-    const auto shared = std::make_shared<std::function<void()>>(std::move(work));
-    const auto run = [shared] { (*shared)(); };
-    try {
-        return std::async(std::launch::async, run);
-    } catch (const std::exception &) { // no thread is to be had, or no memory for one
-        std::packaged_task<void()> here(run);
-        here();
-        return here.get_future();
-    }
-}
 
 void besides(std::function<void()> work) {
     std::vector<std::future<void>> &works = underWay();

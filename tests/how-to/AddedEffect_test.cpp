@@ -84,6 +84,7 @@ TEST_F(AddedEffect, HasAnItemWithItsNameAndAPreview) {
     const PictureButton *item = control<FloatingToolbar>("FT4")->item("keySFX13");
     ASSERT_NE(item, nullptr);
     EXPECT_EQ(item->text(), "Posterise");
+    QTest::keyClick(&window, Qt::Key_Shift); // previews are made once the window is used
     ASSERT_TRUE(QTest::qWaitFor([&] { return !item->picture().isNull(); }));
     EffectEngine engine;
     engine.setPicture(scaled(photo, 190, 118)); // what most previews are made from

@@ -1,14 +1,13 @@
 #include "devices/mail/MailTrial.h"
 
+#include "base/OwnThread.h"
+
 namespace lumora {
 
 MailTrial::MailTrial(QObject *parent) : QObject(parent) {}
 
 MailTrial::~MailTrial() {
     m_control.cancel();
-    if (m_thread.joinable()) {
-        m_thread.join();
-    }
 }
 
 /// `work` runs in a thread of its own; what it returns then tells the result in this object's thread.
@@ -16,13 +15,16 @@ void MailTrial::run(const std::function<std::function<void()>()> &work) {
     if (isRunning()) {
         return;
     }
-    m_thread = std::thread([this, work] {
+    m_work = inOwnThread([this, work] {
         const TaskControl::Scope scope(&m_control);
         const std::function<void()> tell = work();
-        QMetaObject::invokeMethod(this, [this, tell] {
-            m_thread.join();
-            tell();
-        });
+        QMetaObject::invokeMethod(
+            this,
+            [this, tell] {
+                m_work = {};
+                tell();
+            },
+            Qt::QueuedConnection); // where no thread was to be had, run() has not returned
     });
 }
 

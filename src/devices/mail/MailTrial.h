@@ -5,7 +5,7 @@
 #include "devices/mail/Smtp.h"
 
 #include <QObject>
-#include <thread>
+#include <future>
 
 namespace lumora {
 
@@ -21,7 +21,7 @@ class MailTrial : public QObject {
     void tryServer(const MailServer &server, const QString &password);
     /// Looks for the usual servers of an address; found() follows. Does nothing while something is under way.
     void find(const QString &address);
-    bool isRunning() const { return m_thread.joinable(); }
+    bool isRunning() const { return m_work.valid(); }
 
   Q_SIGNALS:
     void tried(const lumora::MailResult &result);
@@ -32,7 +32,7 @@ class MailTrial : public QObject {
     void run(const std::function<std::function<void()>()> &work);
 
     TaskControl m_control;
-    std::thread m_thread;
+    std::future<void> m_work; ///< waited for at the end
 };
 
 } // namespace lumora

@@ -1,6 +1,7 @@
 #include "devices/mail/Smtp.h"
 
 #include "base/LateLibrary.h"
+#include "base/OwnThread.h"
 #include "base/TaskControl.h"
 
 #include <QFile>
@@ -329,7 +330,7 @@ QList<MailServer> findMailServers(const QString &address, int startTls, int tls)
             const int port = security == MailSecurity::Tls ? tls : startTls;
             const MailServer server{name + domain, port, security, {}};
             usual << server;
-            answers.push_back(std::async(std::launch::async, [server, control, limits] {
+            answers.push_back(inOwnThread([server, control, limits] {
                 const TaskControl::Scope scope(control);
                 return tryMailServer(server, {}, limits).ok();
             }));
