@@ -3,12 +3,12 @@
 
 #include "imaging/Picture.h"
 #include "support/TestPictures.h"
+#include "support/TightMemory.h"
 
 #include <QFile>
 #include <QTemporaryDir>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
+#include <optional>
 #include <unistd.h>
 
 using namespace lumora;
@@ -276,19 +276,14 @@ int changesWithoutMemory() {
     int heard = 0;
     QObject::connect(&photo, &PhotoDocument::changed, [&](PhotoChanges) { ++heard; });
     releaseKeptBuffers();
-    long pages = 0;
-    std::ifstream("/proc/self/statm") >> pages;
-    rlimit limit{};
-    ::getrlimit(RLIMIT_AS, &limit);
-    const rlimit tight{static_cast<rlim_t>(pages * ::sysconf(_SC_PAGESIZE) + (4 << 20)), limit.rlim_max};
-    ::setrlimit(RLIMIT_AS, &tight);
+    std::optional<test::TightMemory> tight(4 << 20);
     const qint64 key = photo.picCanvas().cacheKey();
     const bool refused =
         photo.openPicture({foreign, PictureError::None, {}}, Route::LoadPhoto) == PictureError::NoMemory &&
         !photo.changePhoto(foreign) && !photo.changePhoto(other, {.recordUndo = false});
     const bool asBefore =
         photo.picCanvas().cacheKey() == key && photo.history().undoSteps() == 1 && heard == 0 && !photo.PhotoModified();
-    ::setrlimit(RLIMIT_AS, &limit);
+    tight.reset();
     return refused && asBefore && photo.PerformUndo() && firstDifference(photo.picCanvas(), first) == nowhere ? 0 : 1;
 }
 

@@ -5,6 +5,7 @@
 #include "document/PictureDifference.h"
 #include "imaging/Picture.h"
 #include "support/TestPictures.h"
+#include "support/TightMemory.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -12,11 +13,10 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <map>
+#include <optional>
 #include <random>
-#include <sys/resource.h>
 #include <unistd.h>
 
 using namespace lumora;
@@ -356,15 +356,10 @@ int undoWithoutMemory() {
         return 2;
     }
     releaseKeptBuffers();
-    long pages = 0;
-    std::ifstream("/proc/self/statm") >> pages;
-    rlimit limit{};
-    ::getrlimit(RLIMIT_AS, &limit);
-    const rlimit none{static_cast<rlim_t>(pages * ::sysconf(_SC_PAGESIZE) + (4 << 20)), limit.rlim_max};
-    ::setrlimit(RLIMIT_AS, &none);
+    std::optional<test::TightMemory> tight(4 << 20);
     const qint64 key = picture.cacheKey();
     const bool refused = !history.undo(picture) && picture.cacheKey() == key && history.undoSteps() == 1;
-    ::setrlimit(RLIMIT_AS, &limit);
+    tight.reset();
     return refused && history.undo(picture) && firstDifference(picture, before) == nowhere ? 0 : 1;
 }
 

@@ -6,11 +6,11 @@
 #include "imaging/effects/Tile.h"
 #include "session/AppContext.h"
 #include "support/TestPictures.h"
+#include "support/TightMemory.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <climits>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <new>
 
@@ -18,7 +18,7 @@
 #define LUMORA_SANITIZED
 #endif
 #ifndef LUMORA_SANITIZED
-#include <sys/resource.h>
+#include <optional>
 #include <unistd.h>
 #endif
 
@@ -283,12 +283,7 @@ int effectsWithoutMemory() {
     PhotoSelection lasso;
     lasso.markLasso({{100, 100}, {2900, 300}, {1500, 1900}});
     releaseKeptBuffers();
-    long pages = 0;
-    std::ifstream("/proc/self/statm") >> pages;
-    rlimit limit{};
-    ::getrlimit(RLIMIT_AS, &limit);
-    const rlimit tight{static_cast<rlim_t>(pages * ::sysconf(_SC_PAGESIZE) + (4 << 20)), limit.rlim_max};
-    ::setrlimit(RLIMIT_AS, &tight);
+    std::optional<test::TightMemory> tight(4 << 20);
     const qint64 key = ctx.photo.picCanvas().cacheKey();
     bool asBefore = true;
     for (const bool active : {false, true}) {
@@ -302,7 +297,7 @@ int effectsWithoutMemory() {
                        ctx.photo.picCanvas().cacheKey() == key && ctx.photo.history().undoSteps() == 0;
         }
     }
-    ::setrlimit(RLIMIT_AS, &limit);
+    tight.reset();
     ctx.flags.endSelection();
     return asBefore && effects.ApplyBasicSFX(1) == EffectOutcome::Done ? 0 : 1;
 }

@@ -1,9 +1,10 @@
 #include "imaging/Picture.h"
 #include "imaging/PictureBuffers.h"
 #include "support/TestPictures.h"
+#include "support/TightMemory.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -142,20 +143,12 @@ TEST(Picture, everyFormatBecomesAPicture) {
 #ifndef __SANITIZE_ADDRESS__ // its shadow memory needs the address space
 TEST(Picture, memoryRefusedIsANullPictureAndIdleBuffersAreTriedFirst) {
     { const QImage kept = newPicture(6000, 4000); }
-    rlimit before{};
-    ASSERT_EQ(getrlimit(RLIMIT_AS, &before), 0);
-    std::size_t used = 0;
-    std::FILE *statm = std::fopen("/proc/self/statm", "r");
-    ASSERT_EQ(std::fscanf(statm, "%zu", &used), 1);
-    std::fclose(statm);
-    rlimit tight = before;
-    tight.rlim_cur = used * 4096 + (std::size_t(60) << 20);
-    ASSERT_EQ(setrlimit(RLIMIT_AS, &tight), 0);
+    std::optional<test::TightMemory> tight(60 << 20);
     const QImage fits = newPicture(7500, 4500); // 135 MB: only in place of the idle 96 MB
     const QImage refused = newPicture(16000, 12000);
     QImage shared = fits;
     const PixelView copy = writeView(shared);
-    setrlimit(RLIMIT_AS, &before);
+    tight.reset();
     EXPECT_FALSE(fits.isNull());
     EXPECT_TRUE(refused.isNull());
     EXPECT_TRUE(copy.isEmpty()) << "no memory for an own copy";
