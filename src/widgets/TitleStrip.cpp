@@ -56,28 +56,34 @@ void TitleStrip::setPicture(const QString &iconName) {
     m_row->insertSpacing(1, 6);
 }
 
-PictureButton *TitleStrip::addButton(const QString &objectName, const QString &iconName) {
+PictureButton *TitleStrip::addButton(const QString &objectName, const QString &iconName, int picture) {
     auto *button = new PictureButton(iconName, PictureButton::CaptionPlace::None, this);
     button->setObjectName(objectName);
-    button->setPictureSize(titlePicture * m_side / titleButton);
-    button->setFixedSize(m_side, m_side);
     m_row->addWidget(button);
+    m_buttons.push_back({button, picture});
+    fit(m_buttons.back());
     return button;
 }
 
+PictureButton *TitleStrip::addButton(const QString &objectName, const QString &iconName) {
+    return addButton(objectName, iconName, titlePicture);
+}
+
 PictureButton *TitleStrip::addCloseButton(const QString &objectName) {
-    PictureButton *close = addButton(objectName, "close");
-    close->setPictureSize(closePicture * m_side / titleButton);
-    return close;
+    return addButton(objectName, "close", closePicture);
+}
+
+void TitleStrip::fit(const Button &button) const {
+    button.button->setPictureSize(button.picture * m_side / titleButton);
+    button.button->setFixedSize(m_side, m_side);
 }
 
 void TitleStrip::setButtonSide(int side) {
-    for (PictureButton *button : findChildren<PictureButton *>()) {
-        button->setPictureSize(button->pictureSize() * side / m_side);
-        button->setFixedSize(side, side);
-    }
     m_side = side;
     setFixedHeight(side + buttonAir);
+    for (const Button &button : m_buttons) {
+        fit(button);
+    }
 }
 
 void TitleStrip::paintEvent(QPaintEvent *) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QFrame>
+#include <vector>
 
 class QHBoxLayout;
 class QLabel;
@@ -38,6 +39,16 @@ class TitleStrip : public QFrame {
     void setSideMargins(int atStart, int atEnd);
 
   private:
+    /// A button and the pixels that its picture has in a strip whose buttons are titleButton large.
+    struct Button {
+        PictureButton *button;
+        int picture;
+    };
+
+    PictureButton *addButton(const QString &objectName, const QString &iconName, int picture);
+    void fit(const Button &button) const;
+
+    std::vector<Button> m_buttons;
     QHBoxLayout *m_row;
     QLabel *m_caption;
     int m_atStart = 0;

@@ -221,5 +221,21 @@ TEST(TitleStrip, DragsItsWindow) {
     EXPECT_EQ(dialog.pos(), QPoint(130, 140)) << "the left button only";
 }
 
+TEST(TitleStrip, PicturesKeepTheirSizeHoweverOftenItsButtonsChange) {
+    TitleStrip strip;
+    PictureButton *button = strip.addButton("cmdMin", "minimise");
+    PictureButton *close = strip.addCloseButton("cmdExit");
+    const QSize ofButton = button->pictureSize();
+    const QSize ofClose = close->pictureSize();
+    for (int i = 0; i < 20; i++) {
+        strip.setButtonSide(simpleButton);
+        EXPECT_EQ(button->size(), QSize(simpleButton, simpleButton));
+        EXPECT_GT(button->pictureSize().width(), ofButton.width());
+        strip.setButtonSide(titleButton);
+    }
+    EXPECT_EQ(button->pictureSize(), ofButton);
+    EXPECT_EQ(close->pictureSize(), ofClose);
+}
+
 } // namespace
 } // namespace lumora
