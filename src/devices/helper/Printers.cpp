@@ -2,9 +2,7 @@
 
 #include "devices/helper/Lines.h"
 
-#include <QPageLayout>
-#include <QPrinter>
-#include <QPrinterInfo>
+#include <QString>
 #include <algorithm>
 #include <array>
 #include <csignal>
@@ -16,6 +14,8 @@
 #include <string>
 
 namespace {
+
+constexpr double pwgUnits = 2540 / 72.0; // hundredths of a millimetre in a point
 
 struct DestinationEnd {
     void operator()(cups_dest_t *destination) const { cupsFreeDests(1, destination); }
@@ -38,6 +38,28 @@ Destination destinationOf(const std::string &printer) {
     const std::string instance = slash == std::string::npos ? "" : printer.substr(slash + 1);
     return Destination(cupsGetNamedDest(CUPS_HTTP_DEFAULT, name.empty() ? nullptr : name.c_str(),
                                         instance.empty() ? nullptr : instance.c_str()));
+}
+
+/// All that the system knows, in its order.
+class Destinations {
+  public:
+    Destinations() : m_count(cupsGetDests2(CUPS_HTTP_DEFAULT, &m_first)) {}
+    ~Destinations() { cupsFreeDests(m_count, m_first); }
+    Destinations(const Destinations &) = delete;
+    Destinations &operator=(const Destinations &) = delete;
+
+    const cups_dest_t *begin() const { return m_first; }
+    const cups_dest_t *end() const { return m_first + m_count; }
+
+  private:
+    cups_dest_t *m_first = nullptr;
+    int m_count;
+};
+
+/// "NAME" or "NAME/INSTANCE".
+QString nameOf(const cups_dest_t &printer) {
+    const QString name = QString::fromUtf8(printer.name);
+    return printer.instance == nullptr ? name : name + "/" + QString::fromUtf8(printer.instance);
 }
 
 /// Without one there is no printer either, but for another reason.
@@ -68,11 +90,10 @@ bool isNotReady(const Destination &printer) {
            });
 }
 
-int dotsPerInch(const Destination &printer) {
+int dotsPerInch(const Destination &printer, const Info &info) {
     constexpr int usual = 300;
-    const Info info(cupsCopyDestInfo(CUPS_HTTP_DEFAULT, printer.get()));
     ipp_attribute_t *resolution =
-        info ? cupsFindDestDefault(CUPS_HTTP_DEFAULT, printer.get(), info.get(), "printer-resolution") : nullptr;
+        cupsFindDestDefault(CUPS_HTTP_DEFAULT, printer.get(), info.get(), "printer-resolution");
     if (resolution == nullptr || ippGetValueTag(resolution) != IPP_TAG_RESOLUTION) {
         return usual;
     }
@@ -81,6 +102,17 @@ int dotsPerInch(const Destination &printer) {
     const int across = ippGetResolution(resolution, 0, &down, &units);
     const int dots = std::min(across, down) * (units == IPP_RES_PER_CM ? 254 : 100) / 100;
     return dots > 0 ? dots : usual;
+}
+
+/// The paper that the user chose for this printer, else the printer's own. CUPS has a function for it, but that one
+/// takes Letter where the user chose nothing. False for a printer that does not say.
+bool usualSheet(const Destination &printer, const Info &info, cups_size_t &sheet) {
+    const char *name = cupsGetOption(CUPS_MEDIA, printer->num_options, printer->options);
+    if (name == nullptr) {
+        name = ippGetString(cupsFindDestDefault(CUPS_HTTP_DEFAULT, printer.get(), info.get(), CUPS_MEDIA), 0, nullptr);
+    }
+    return name != nullptr && cupsGetDestMediaByName(CUPS_HTTP_DEFAULT, printer.get(), info.get(), name,
+                                                     CUPS_MEDIA_FLAGS_DEFAULT, &sheet) != 0;
 }
 
 volatile std::sig_atomic_t stopWanted = 0;
@@ -108,13 +140,14 @@ bool sendFile(cups_dest_t *printer, cups_dinfo_t *info, int job, const char *tit
 } // namespace
 
 bool printPrinters() {
-    const QStringList names = QPrinterInfo::availablePrinterNames();
-    for (const QString &name : names) {
+    const Destinations printers;
+    for (const cups_dest_t &printer : printers) {
+        const QString name = nameOf(printer);
         printLine("device", name, name);
     }
-    const QString defaultName = QPrinterInfo::defaultPrinterName();
-    if (!defaultName.isEmpty()) {
-        printLine("default", defaultName, defaultName);
+    if (const Destination usual = destinationOf("")) {
+        const QString name = nameOf(*usual);
+        printLine("default", name, name);
     }
     return true;
 }
@@ -124,22 +157,14 @@ bool printPaper(const char *printer) {
     if (!destination) {
         return false;
     }
-    const QPrinterInfo info =
-        QPrinterInfo::printerInfo(*printer == '\0' ? QPrinterInfo::defaultPrinterName() : QString::fromUtf8(printer));
-    if (info.isNull()) {
+    const Info info(cupsCopyDestInfo(CUPS_HTTP_DEFAULT, destination.get()));
+    cups_size_t sheet{};
+    if (!info || !usualSheet(destination, info, sheet)) {
         return false;
     }
-    QPrinter device(info);
-    const QPageSize sheet = info.defaultPageSize();
-    if (sheet.isValid()) {
-        device.setPageSize(sheet); // it starts with a size that is not the printer's
-    }
-    QPageLayout layout = device.pageLayout();
-    layout.setUnits(QPageLayout::Point);
-    const QSizeF size = layout.pageSize().size(QPageSize::Point);
-    const QMarginsF margins = layout.minimumMargins();
-    std::printf("paper\t%.2f\t%.2f\t%.2f\t%.2f\t%.2f\t%.2f\t%d\n", size.width(), size.height(), margins.left(),
-                margins.top(), margins.right(), margins.bottom(), dotsPerInch(destination));
+    const auto points = [](int hundredths) { return qRound(hundredths / pwgUnits); };
+    std::printf("paper\t%d\t%d\t%d\t%d\t%d\t%d\t%d\n", points(sheet.width), points(sheet.length), points(sheet.left),
+                points(sheet.top), points(sheet.right), points(sheet.bottom), dotsPerInch(destination, info));
     return true;
 }
 
@@ -168,7 +193,6 @@ bool printDocument(const char *printer, const char *title, const char *file, dou
     // The page is laid out for this paper already, each on a sheet of its own.
     count = cupsAddOption("print-scaling", "none", count, &list);
     count = cupsAddOption("sides", "one-sided", count, &list);
-    constexpr double pwgUnits = 2540 / 72.0; // hundredths of a millimetre in a point
     if (const pwg_media_t *media = pwgMediaForSize(qRound(width * pwgUnits), qRound(height * pwgUnits))) {
         count = cupsAddOption("media", media->pwg, count, &list);
     }

@@ -5,7 +5,8 @@
 bool printPrinters();
 
 /// "paper", then fields separated by tabs: width and height of the sheet, left, top, right and bottom margin, all in
-/// points, and the dots per inch. Nothing for a printer that does not exist.
+/// whole points as programs that read PDF expect them, and the dots per inch. Nothing for a printer that does not
+/// exist.
 bool printPaper(const char *printer);
 
 /// Prints a PDF file on sheets of that size (points): "sent", "waiting" (sent, but the printer is not ready),

@@ -13,7 +13,6 @@
 #include "devices/helper/ScanCommands.h"
 #include "devices/helper/Speech.h"
 
-#include <QGuiApplication>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -49,8 +48,6 @@ bool answered(const std::string &kind, int argc, char **argv) {
     if (kind == "voice") {
         return printVoice(argv[2]);
     }
-    qputenv("QT_QPA_PLATFORM", "minimal"); // no window will be shown, so no display is needed
-    const QGuiApplication application(argc, argv);
     if (kind == "printers") {
         return printPrinters();
     }
