@@ -9,6 +9,7 @@
 #include "widgets/FloatingToolbar.h"
 #include "widgets/PictureButton.h"
 #include "widgets/SlidingPanel.h"
+#include "widgets/Theme.h"
 #include "window/FloatingBarSet.h"
 #include "window/FloatingBars.h"
 #include "window/HintBubble.h"
