@@ -1,8 +1,10 @@
 """reader.py FOLDER: opens every window of the program in that folder by what a screen reader is told of it, and looks
 whether everything that can have the keyboard has a name and a fitting kind."""
 
+import os
 import subprocess
 import sys
+from pathlib import Path
 
 from accessible import Atspi, Program
 
@@ -10,7 +12,8 @@ FOLDER = sys.argv[1]
 WINDOWS = {"frame", "dialog", "alert", "window"}
 CONTROLS = {
     "button", "radio button", "check box", "page tab", "canvas", "slider", "spin button", "combo box", "text",
-    "entry", "password text", "list", "list item", "table", "table cell", "document frame", "menu item", "scroll bar",
+    "entry", "password text", "list", "list item", "table", "table cell", "tree", "document frame", "menu item",
+    "scroll bar",
 }
 NAMED = {"tool bar", "page tab list", "status bar", "canvas"} | WINDOWS
 
@@ -108,8 +111,11 @@ def visit_tool(tool, item):
 
 
 def without_photo():
-    """The launcher, help and guide, the options, ideas and the open window."""
-    program.wait(lambda: program.find("Advanced Mode"), "launcher")
+    """What the first start asks, the launcher, help and guide, the options, ideas and the open window."""
+    program.wait(lambda: program.find("Capital letters"), "page that the first start shows")
+    check("For me")
+    press("OK")
+    program.wait(lambda: not program.find("Capital letters"), "end of that page")
     check("launcher")
     press("Help", "View User Guide")
     press("View User Guide")
@@ -171,11 +177,47 @@ def with_photo():
     check("print")
     press("No")
     press("E-mail Photo to a Friend", "E-mail Photo")
-    close("E-mail Photo")
+    Atspi.EditableText.set_text_contents(program.find("Send to:", "text").source, "ben@school.example")
+    press("Send", "Password")
+    close("Password")
+    press("Slideshow", "Choose")
+    folder = [each for each in program.see() if each.kind == "text"][-1]
+    Atspi.EditableText.set_text_contents(folder.source, f"{FOLDER}/My Photos/animals")
+    press("Choose")
+    program.wait(lambda: [each for each in program.see() if each.kind == "image" and each.name.endswith(".jpg")],
+                 "picture of the slideshow with its name")
+    check("slideshow")
+    focus_window("Slideshow")
+    key("space")
+    program.wait(lambda: program.find("Paused"), "sign of the pause")
+    key("Escape")
+    program.wait(lambda: not program.find("Slideshow", "frame"), "end of the slideshow")
     press("Save", "Save As")
     close("Save As")
     press("Exit", "Yes")
     check("exit")
+    press("No")
+
+
+def crash():
+    """A changed photo of which there is a copy when the program is killed."""
+    program.wait(program.photo, "photo")
+    press("Basic Effects", "Sepia")
+    press("Sepia")
+    program.wait(lambda: list(Path(os.environ["XDG_STATE_HOME"]).glob("**/recovery/*/copy*")), "copy of the photo")
+    program.process.kill()
+
+
+def after_crash():
+    """The question at the next start."""
+    program.wait(lambda: program.find("Welcome back"), "question whether the photo is wanted")
+    check("recovery")
+    focus_window("Welcome back")
+    press("Yes")
+    program.wait(program.photo, "photo")
+    press("Exit", "No")
+    press("No")  # or the next start asks again
+    program.wait(lambda: program.find("Simple Mode"), "launcher")
 
 
 def simple_mode():
@@ -212,13 +254,22 @@ def simple_mode():
     press("Yes")
 
 
+def after_simple_mode():
+    """What Advanced mode offers then."""
+    press("Advanced Mode", "Bring them back")
+    press("Bring them back")
+    program.wait(lambda: not program.find("Bring them back"), "end of the offer")
+
+
 def main():
     global program
-    for arguments, visit in (([], without_photo), ([f"{FOLDER}/My Photos/animals/ladybird.jpg"], with_photo),
-                             (["/s"], simple_mode)):
+    photo = f"{FOLDER}/My Photos/animals/ladybird.jpg"
+    for arguments, visit in (([], without_photo), ([photo], with_photo), ([photo], crash), (["/a"], after_crash),
+                             (["/s"], simple_mode), ([], after_simple_mode)):
         program = Program(f"{FOLDER}/lumora", *arguments)
         visit()
-        program.end()
+        if visit != crash:
+            program.end()
     for each in faults:
         print(each)
     sys.exit(1 if faults else 0)

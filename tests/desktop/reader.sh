@@ -23,6 +23,11 @@ Level=1
 Value=1
 [Sender]
 Address=anna@school.example
+[Mail Server]
+Server=127.0.0.1
+User=anna
+[Slideshow]
+Delay=1
 [Scanner]
 Device=0
 [Scan]

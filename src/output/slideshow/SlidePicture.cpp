@@ -1,5 +1,6 @@
 #include "output/slideshow/SlidePicture.h"
 
+#include "widgets/Accessibility.h"
 #include "widgets/Motion.h"
 
 #include <QApplication>
@@ -21,6 +22,7 @@ SlidePicture::SlidePicture(QWidget *parent)
     : QWidget(parent), m_change(new QVariantAnimation(this)), tmrPointer(new QTimer(this)) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
+    setAccessibleRole(*this, QAccessible::Graphic);
     m_change->setDuration(changeTime);
     m_change->setStartValue(0.0);
     m_change->setEndValue(1.0);

@@ -1,5 +1,6 @@
 #include "output/slideshow/SlideSign.h"
 
+#include "widgets/Accessibility.h"
 #include "widgets/Motion.h"
 
 #include <QAccessible>
@@ -20,6 +21,7 @@ constexpr int largest = 240;      // pixels
 } // namespace
 
 SlideSign::SlideSign(QWidget *parent) : QWidget(parent), m_fade(new QVariantAnimation(this)) {
+    setAccessibleRole(*this, QAccessible::StaticText);
     setObjectName("picSign");
     setAttribute(Qt::WA_TransparentForMouseEvents);
     m_fade->setDuration(visibleTime);
