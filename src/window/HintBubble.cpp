@@ -34,7 +34,7 @@ int area(const QRect &rect) {
 } // namespace
 
 // A child of the view and not of its viewport, whose children move with the photo.
-HintBubble::HintBubble(PhotoView &view) : QWidget(&view), m_view(view), m_form{} {
+HintBubble::HintBubble(PhotoView &view) : QWidget(&view), m_view(view), m_viewport(view.viewport()), m_form{} {
     setObjectName("picHint");
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
@@ -212,7 +212,7 @@ bool HintBubble::eventFilter(QObject *watched, QEvent *event) {
         return QWidget::eventFilter(watched, event);
     }
     const auto at = [&] { return static_cast<const QMouseEvent *>(event)->position().toPoint(); };
-    const bool onPhoto = watched == m_view.viewport();
+    const bool onPhoto = watched == m_viewport;
     if (onPhoto && event->type() == QEvent::MouseButtonPress) {
         if (m_act == HintedAct::Click) {
             dismiss();

@@ -46,6 +46,7 @@ class HintBubble : public QWidget {
     void fade(bool in);
 
     PhotoView &m_view;
+    const QObject *m_viewport; // which is still watched while the view is being destroyed
     QString m_text;
     HintedAct m_act = HintedAct::Click;
     Form m_form;

@@ -39,6 +39,17 @@ bool makeWorkers(int count) {
     return true;
 }
 
+/// Has oneTBB keep its threads when the thread that began a loop ends. Never taken away: at the end of the program
+/// oneTBB would ask for them once more.
+union KeptThreads {
+    KeptThreads() : handle(tbb::attach{}) {}
+    KeptThreads(const KeptThreads &) = delete;
+    KeptThreads &operator=(const KeptThreads &) = delete;
+    ~KeptThreads() {} // NOLINT(modernize-use-equals-default) which would be a deleted one
+
+    tbb::task_scheduler_handle handle;
+};
+
 } // namespace
 
 void prepareWorkers() {
@@ -47,15 +58,13 @@ void prepareWorkers() {
         return;
     }
     static std::mutex mutex;
-    // Never taken away: at the end of the program oneTBB would ask for its threads once more.
+    // Never taken away, for the same reason.
     static auto &alone = *new std::optional<tbb::global_control>;
     const std::lock_guard lock(mutex);
     if (ready.load(std::memory_order_relaxed)) {
         return;
     }
-    // Else its threads would go with the thread that began the loop.
-    static const auto &kept = *new tbb::task_scheduler_handle{tbb::attach{}};
-    static_cast<void>(kept);
+    static const KeptThreads kept;
     const int cores = tbb::info::default_concurrency();
     if (threadsAreToBeHad(cores - 1)) {
         alone.reset();
