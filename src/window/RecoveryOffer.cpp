@@ -25,7 +25,7 @@ RecoveryOffer::RecoveryOffer(AppContext &ctx, Recovery &recovery, QWidget *owner
         return;
     }
     try {
-        m_thread = std::jthread([this] { search(); });
+        m_thread = std::jthread([this, folder = m_recovery.parentFolder()] { search(folder); });
     } catch (const std::system_error &) {
         return; // the copies are kept for the next start
     }
@@ -33,9 +33,9 @@ RecoveryOffer::RecoveryOffer(AppContext &ctx, Recovery &recovery, QWidget *owner
 
 RecoveryOffer::~RecoveryOffer() = default;
 
-void RecoveryOffer::search() {
-    DiscardedPhotos(m_recovery.parentFolder()).sweep(); // what was thrown away a week ago
-    m_left = RecoveryFolder::findNewest(m_recovery.parentFolder(), m_photo, &m_damaged);
+void RecoveryOffer::search(const QString &folder) {
+    DiscardedPhotos(folder).sweep(); // what was thrown away a week ago
+    m_left = RecoveryFolder::findNewest(folder, m_photo, &m_damaged);
     const auto next = m_left != nullptr ? &RecoveryOffer::ask : &RecoveryOffer::tellDamaged;
     if (m_left != nullptr || m_damaged > 0) {
         QMetaObject::invokeMethod(

@@ -36,7 +36,7 @@ class RecoveryOffer : public QObject {
     void failed(const QString &text);
 
   private:
-    void search();
+    void search(const QString &folder);
     void ask();
     void tellDamaged();
     void whenVisible(void (RecoveryOffer::*what)());

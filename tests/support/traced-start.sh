@@ -2,7 +2,7 @@
 # of the program, since that writes settings beside itself. Sourced with the path of lumora. $photo is a photo.
 folder=$(mktemp -d)
 trap 'rm -r "$folder"' EXIT
-export HOME=$folder/home QT_QPA_PLATFORM=offscreen
+export HOME=$folder/home QT_QPA_PLATFORM=offscreen ASAN_OPTIONS=detect_leaks=0 # which does not work below strace
 unset XDG_CONFIG_HOME XDG_CACHE_HOME XDG_STATE_HOME XDG_DATA_HOME
 mkdir "$HOME" "$folder/program"
 cp -r "$1" "$(dirname "$1")"/{lumora-devices,Lumora.ini,language.ini,languages} "$folder/program"
