@@ -37,6 +37,7 @@
 #include "window/FloatingBarSet.h"
 #include "window/MainBar.h"
 #include "window/PhotoCommands.h"
+#include "window/PhotoZoom.h"
 #include "window/RecoveryOffer.h"
 #include "window/StartBubbles.h"
 #include "window/StepStrip.h"
@@ -50,7 +51,6 @@
 #include <QCloseEvent>
 #include <QDropEvent>
 #include <QLabel>
-#include <QMenu>
 #include <QMimeData>
 #include <QScreen>
 #include <QShortcut>
@@ -61,7 +61,6 @@ namespace lumora {
 
 namespace {
 
-constexpr int zoomSteps[] = {25, 50, 75, 100, 150, 200, 300, 400}; // percent
 constexpr int statusHeight = 28;
 constexpr int othersDelay = 150;          // milliseconds from the window's first show
 constexpr QSize leastPhotoRoom(160, 120); // a panel may cover it on a very small screen
@@ -131,6 +130,7 @@ void frmMain::build() {
     m_photoRoom = new QWidget(this);
     m_view = new PhotoView(m_ctx.photo, m_photoRoom);
     setAccessibleRole(*m_view, QAccessible::Canvas);
+    m_zoom = new PhotoZoom(m_ctx, *m_view, *m_commands->cmdSetZoom());
     m_steps = new StepStrip(m_ctx.photo, m_ctx.texts, m_photoRoom);
     m_panelRoom = new QWidget(m_photoRoom);
     m_emptyTable = new EmptyTable(this);
@@ -197,7 +197,10 @@ void frmMain::connectCommands() {
         HideBoxes();
         m_print->print();
     });
-    connect(m_commands->cmdSetZoom(), &PictureButton::clicked, this, &frmMain::showZoomMenu);
+    connect(m_commands->cmdSetZoom(), &PictureButton::clicked, this, [this] {
+        HideFloatingToolbars();
+        m_zoom->showMenu();
+    });
     connect(m_commands->Toolbar1(), &CommandBar::buttonClicked, this, &frmMain::runToolbarCommand);
     connect(m_commands->Toolbar1(), &CommandBar::barClicked, this, [this] {
         HideFloatingToolbars();
@@ -383,7 +386,7 @@ void frmMain::LoadLanguage() {
     m_commands->setAccessibleName(texts.text("ApplicationName"));
     m_ideaGuide->LoadLanguage();
     m_steps->LoadLanguage();
-    refreshZoom();
+    m_zoom->refresh();
     refreshStatus();
     refreshSpokenPhoto();
 }
@@ -487,15 +490,7 @@ void frmMain::ExitApp() {
 }
 
 void frmMain::fitPhoto() {
-    m_ctx.photo.fitPhoto(m_view->canvasSize());
-    m_ctx.photo.showWhole(m_view->canvasSize());
-    m_fittedZoom = m_ctx.photo.zoom();
-    m_fittedSize = m_photoSize = m_ctx.photo.picCanvas().size();
-}
-
-/// Not after a resize, which keeps the zoom, until that is undone.
-bool frmMain::isFitted() const {
-    return m_ctx.photo.zoom() == m_fittedZoom && m_photoSize == m_fittedSize;
+    m_zoom->fitPhoto();
 }
 
 void frmMain::showOptions() {
@@ -517,20 +512,6 @@ void frmMain::showOptions() {
         m_devices->GetPrinters();
         Q_EMIT optionsChanged();
     });
-}
-
-void frmMain::showZoomMenu() {
-    HideFloatingToolbars();
-    QMenu menu(this);
-    menu.setObjectName("mnuZoom");
-    menu.addAction(m_ctx.texts.text("ZoomFit"), this, &frmMain::fitPhoto);
-    menu.addSeparator();
-    for (const int percent : zoomSteps) {
-        menu.addAction(m_ctx.texts.text("ZoomPercent").arg(percent), this,
-                       [this, percent] { m_ctx.photo.setZoom(percent); });
-    }
-    const PictureButton *button = m_commands->cmdSetZoom();
-    menu.exec(button->mapToGlobal(QPoint(0, button->height())));
 }
 
 /// The undo history as a row of pictures, in the place of an open panel.
@@ -574,15 +555,10 @@ void frmMain::photoChanged(PhotoChanges what) {
         showCanvas();
     }
     if (what.testFlag(PhotoChange::Size)) {
-        const bool wasFitted = isFitted();
-        m_photoSize = m_ctx.photo.picCanvas().size();
-        const bool isResized = m_toolSet->current() == "cmdTool4"; // and seen to be smaller or larger
-        if ((wasFitted || isFitted()) && !isResized) {
-            QTimer::singleShot(0, this, &frmMain::fitPhoto); // a rotated photo stays completely in view
-        }
+        m_zoom->photoResized(m_toolSet->current() == "cmdTool4"); // whose photo is to be seen smaller or larger
     }
     if (what & PhotoChange::Zoom) {
-        refreshZoom();
+        m_zoom->refresh();
     }
     if (what & (PhotoChanges(PhotoChange::Size) | PhotoChange::Loaded | PhotoChange::Zoom | PhotoChange::Selection |
                 PhotoChange::Saved)) {
@@ -630,10 +606,6 @@ void frmMain::refreshPaste() {
     chkPSButtons();
 }
 
-void frmMain::refreshZoom() {
-    m_commands->cmdSetZoom()->setText(m_ctx.texts.text("ZoomPercent").arg(m_ctx.photo.zoom()));
-}
-
 /// A screen reader says it when the photo has the focus, and again when it has changed.
 void frmMain::refreshSpokenPhoto() {
     m_view->setAccessibleName(spokenPhoto(m_ctx));
@@ -677,15 +649,6 @@ void frmMain::keyboardToPhoto() {
 // --- Window ---------------------------------------------------------------------------------------------------------
 
 bool frmMain::eventFilter(QObject *watched, QEvent *event) {
-    if (watched == m_view && event->type() == QEvent::Resize && isFitted()) {
-        // A fitted photo stays fitted when the window is resized; after the view has taken its new size, and unless
-        // the photo or its zoom has changed until then.
-        QTimer::singleShot(0, this, [this] {
-            if (isFitted()) {
-                fitPhoto();
-            }
-        });
-    }
     if (watched == m_photoRoom && event->type() == QEvent::Resize) {
         placePanels();
     }

@@ -20,6 +20,7 @@ class IdeaGuide;
 class MainBar;
 class PhotoCommands;
 class PhotoView;
+class PhotoZoom;
 class PrintCommands;
 class Postman;
 class ProgressPanel;
@@ -87,7 +88,6 @@ class frmMain : public QWidget {
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
-    bool isFitted() const;
     void build();
     void connectCommands();
     void connectScanning();
@@ -98,10 +98,8 @@ class frmMain : public QWidget {
     void placePanels();
     void showCanvas();
     void showOptions();
-    void showZoomMenu();
     void toggleSteps();
     void closeSteps();
-    void refreshZoom();
     /// The keyboard goes to the photo, or to the window itself where there is none.
     void keyboardToPhoto();
     void showEmptyTable(const QString &problem);
@@ -119,15 +117,13 @@ class frmMain : public QWidget {
     bool m_isSetUp = false;
     bool m_canPaste = false;
     bool m_closeAsked = false; ///< the desktop has asked to close the window, and the request is queued
-    int m_fittedZoom = 0;      ///< percent that fitPhoto chose last
-    QSize m_fittedSize;        ///< of the photo then
-    QSize m_photoSize;         ///< of the photo now
     QSize m_ownSize;           ///< of the window when it was last not maximised; empty: as the settings say
 
     MainBar *m_bar = nullptr;
     CommandRow *m_commands = nullptr;
     ToolColumn *m_tools = nullptr;
     PhotoView *m_view = nullptr;
+    PhotoZoom *m_zoom = nullptr;
     EmptyTable *m_emptyTable = nullptr;
     IdeaGuide *m_ideaGuide = nullptr;
     StatusLine *m_status = nullptr;
