@@ -1,6 +1,5 @@
 #include "window/frmMain.h"
 
-#include "base/FileName.h"
 #include "document/Recovery.h"
 #include "ideas/IdeaGuide.h"
 #include "ideas/frmSamples.h"
@@ -34,8 +33,10 @@
 #include "window/Clipboard.h"
 #include "window/CommandRow.h"
 #include "window/EmptyTable.h"
+#include "window/FileDrop.h"
 #include "window/FloatingBarSet.h"
 #include "window/MainBar.h"
+#include "window/OwnSize.h"
 #include "window/PhotoCommands.h"
 #include "window/PhotoZoom.h"
 #include "window/RecoveryOffer.h"
@@ -49,9 +50,7 @@
 #include <QBoxLayout>
 #include <QClipboard>
 #include <QCloseEvent>
-#include <QDropEvent>
 #include <QLabel>
-#include <QMimeData>
 #include <QScreen>
 #include <QShortcut>
 #include <QTimer>
@@ -64,8 +63,6 @@ namespace {
 constexpr int statusHeight = 28;
 constexpr int othersDelay = 150;          // milliseconds from the window's first show
 constexpr QSize leastPhotoRoom(160, 120); // a panel may cover it on a very small screen
-constexpr double usualPart = 0.8;         // of the screen, when the window is not maximised
-constexpr double largestPart = 0.9;
 
 /// Keys that press a button of Toolbar1.
 struct ShortcutRow {
@@ -78,53 +75,29 @@ const ShortcutRow shortcuts[] = {
     {"-", "keyZoomout"},    {"Ctrl+-", "keyZoomout"}, {"F1", "keyHelp"},
 };
 
-/// The first picture file in the drag data.
-QString droppedFile(const QMimeData &data) {
-    for (const QUrl &url : data.urls()) {
-        if (url.isLocalFile()) {
-            return localFileOf(url);
-        }
-    }
-    return {};
-}
-
 } // namespace
 
 frmMain::frmMain(AppContext &ctx, QWidget *parent) : QWidget(parent, Qt::Window | Qt::FramelessWindowHint), m_ctx(ctx) {
     setObjectName("frmMain");
-    setAcceptDrops(true);
     build();
     connectCommands();
     makeShortcuts();
     new Veil(this);
     WindowSizer::install(this);
-    openOn(screen());
+    m_ownSize->openOn(screen());
     qApp->installEventFilter(this);
 }
 
 frmMain::~frmMain() {
-    if (!m_ownSize.isEmpty()) {
-        m_ctx.settings.write<Setting::WindowSize, Writer::Window>(
-            QString("%1x%2").arg(m_ownSize.width()).arg(m_ownSize.height()));
-    }
     delete m_toolSet; // destroyed before the view that its tools use
 }
 
-/// Maximised; what it is restored to is the size that it had last and at most nine tenths of the screen.
 void frmMain::openOn(const QScreen *screen) {
-    const QRect room = screen->availableGeometry();
-    const QStringList sides = m_ctx.settings.read<Setting::WindowSize>().split('x');
-    QSize size(sides.value(0).toInt(), sides.value(1).toInt());
-    if (size.isEmpty()) {
-        size = room.size() * usualPart;
-    }
-    QRect restored({}, size.expandedTo(minimumSizeHint()).boundedTo(room.size() * largestPart));
-    restored.moveCenter(room.center());
-    setGeometry(windowsAreManaged() ? restored : room);
-    setWindowState(Qt::WindowMaximized);
+    m_ownSize->openOn(screen);
 }
 
 void frmMain::build() {
+    m_ownSize = new OwnSize(this, m_ctx.settings);
     m_commands = new CommandRow(this);
     m_tools = new ToolColumn(this);
     m_photoRoom = new QWidget(this);
@@ -280,6 +253,14 @@ void frmMain::connectCommands() {
         }
     });
 
+    connect(new FileDrop(this), &FileDrop::dropped, this, [this](const QString &path) {
+        m_ctx.tasks.whenIdle(this, [this, path] {
+            m_status->clearMessage(); // of the drop before
+            HideBoxes();
+            m_bubbles->welcomeIsOver();
+            m_photo->openDropped(path);
+        });
+    });
     connect(&m_ctx.photo, &PhotoDocument::changed, this, &frmMain::photoChanged);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &frmMain::refreshPaste);
     connect(m_bubbles, &StartBubbles::closed, this, &frmMain::keyboardToPhoto);
@@ -680,9 +661,6 @@ void frmMain::changeEvent(QEvent *event) {
 void frmMain::resizeEvent(QResizeEvent *event) {
     QWidget::resizeEvent(event);
     m_bar->fitInto(height());
-    if (isVisible() && !isMaximized() && !isFullScreen() && !isMinimized()) {
-        m_ownSize = size();
-    }
 }
 
 void frmMain::closeEvent(QCloseEvent *event) {
@@ -693,28 +671,6 @@ void frmMain::closeEvent(QCloseEvent *event) {
             ExitApp();
         });
     }
-}
-
-void frmMain::dragEnterEvent(QDragEnterEvent *event) {
-    // The window system delivers drags even to a window blocked by a modal dialog.
-    if (QApplication::activeModalWidget() == nullptr && !droppedFile(*event->mimeData()).isEmpty()) {
-        event->acceptProposedAction();
-    }
-}
-
-void frmMain::dropEvent(QDropEvent *event) {
-    const QString path = droppedFile(*event->mimeData());
-    if (path.isEmpty() || QApplication::activeModalWidget() != nullptr) {
-        return;
-    }
-    event->acceptProposedAction();
-    // The drag source waits for this to return: ask and load afterwards.
-    m_ctx.tasks.whenIdle(this, [this, path] {
-        m_status->clearMessage(); // of the drop before
-        HideBoxes();
-        m_bubbles->welcomeIsOver();
-        m_photo->openDropped(path);
-    });
 }
 
 } // namespace lumora

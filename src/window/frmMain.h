@@ -18,6 +18,7 @@ class EmptyTable;
 class FloatingBarSet;
 class IdeaGuide;
 class MainBar;
+class OwnSize;
 class PhotoCommands;
 class PhotoView;
 class PhotoZoom;
@@ -83,8 +84,6 @@ class frmMain : public QWidget {
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    void dragEnterEvent(QDragEnterEvent *event) override;
-    void dropEvent(QDropEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
@@ -117,8 +116,8 @@ class frmMain : public QWidget {
     bool m_isSetUp = false;
     bool m_canPaste = false;
     bool m_closeAsked = false; ///< the desktop has asked to close the window, and the request is queued
-    QSize m_ownSize;           ///< of the window when it was last not maximised; empty: as the settings say
 
+    OwnSize *m_ownSize = nullptr;
     MainBar *m_bar = nullptr;
     CommandRow *m_commands = nullptr;
     ToolColumn *m_tools = nullptr;

@@ -14,6 +14,7 @@
 #include "widgets/PictureButton.h"
 #include "widgets/ProgressPanel.h"
 #include "widgets/StatusLine.h"
+#include "window/Dropping.h"
 
 #include <QAbstractSpinBox>
 #include <QAccessible>
@@ -376,11 +377,7 @@ TEST_F(Main, AProgressOfAHundredHidesThePanel) {
 }
 
 TEST_F(Main, ADroppedPictureOpens) {
-    struct Opened : frmMain { // an application delivers a drop only during a real drag
-        using frmMain::dropEvent;
-        using frmMain::frmMain;
-    };
-    Opened window(context);
+    frmMain window(context);
     window.show();
     const QString folder = QUrl::fromLocalFile(m_folder.path()).toString();
     int width = 40;
@@ -390,8 +387,7 @@ TEST_F(Main, ADroppedPictureOpens) {
         QMimeData data;
         data.setUrls({QUrl("https://example.org/not-a-file.png"),
                       QUrl::fromEncoded((folder + '/').toUtf8() + QByteArray(name).toPercentEncoding())});
-        QDropEvent drop(QPointF(100, 100), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        window.dropEvent(&drop);
+        EXPECT_TRUE(test::dropOn(window, data)) << name;
         EXPECT_TRUE(QTest::qWaitFor([&] { return context.photo.picCanvas().size() == photo.size(); })) << name;
         EXPECT_FALSE(context.photo.PhotoModified());
         std::remove(fileNameBytes(m_folder.filePath(fileNameOf(name))).constData()); // Qt does not find each of them

@@ -6,6 +6,7 @@
 #include "support/TestPictures.h"
 #include "widgets/CommandBar.h"
 #include "widgets/PictureButton.h"
+#include "window/Dropping.h"
 #include "window/frmMain.h"
 
 #include <QClipboard>
@@ -105,12 +106,6 @@ class Hand : public QObject {
     QString m_savePath, m_openPath;
 };
 
-/// An application delivers a drop only during a real drag.
-struct Editor : frmMain {
-    using frmMain::dropEvent;
-    using frmMain::frmMain;
-};
-
 enum class Way { Open, Save, Exit, CloseWindow, Drop, Paste };
 const char *const wayNames[] = {"Open", "Save", "Exit", "CloseWindow", "Drop", "Paste"};
 
@@ -164,13 +159,12 @@ class PhotoCommandsTest : public test::Shell {
         }
         window.fitPhoto();
     }
-    void drop(Editor &window) const {
+    void drop(frmMain &window) const {
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(m_photos + "/other.png")});
-        QDropEvent event(QPointF(100, 100), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        window.dropEvent(&event);
+        test::dropOn(window, data); // refused while a question is open
     }
-    void go(Editor &window, Way way) const {
+    void go(frmMain &window, Way way) const {
         switch (way) {
         case Way::Open:
             return window.findChild<PictureButton *>("cmdOpen")->click();
@@ -201,7 +195,7 @@ class PhotoCommandsTest : public test::Shell {
                                         << (row.before == Changes::Unsaved ? "changed" : "unchanged") << ": "
                                         << row.answers);
         prepare(style, row.where);
-        Editor window(context);
+        frmMain window(context);
         window.show();
         open(window, row.before);
         QSignalSpy left(&window, &frmMain::leave);
@@ -420,7 +414,7 @@ TEST_F(PhotoCommandsTest, TheSystemsDialogsBeginWhereTheyShould) {
         prepare(one.style, Empty);
         test::writeSetting(context, "MyDocs", "Value", "1");
         context.photo.CurrentFileName.clear();
-        Editor window(context);
+        frmMain window(context);
         window.show();
         open(window, Changes::Unsaved);
         Hand hand(one.answers, m_target, {});
@@ -467,7 +461,7 @@ TEST_F(PhotoCommandsTest, ANameGetsTheExtensionOfTheChosenType) {
             ASSERT_TRUE(writePicture(m_old, m_folder.filePath("old.png")).ok());
             ASSERT_TRUE(QFile::copy(m_folder.filePath("old.png"), m_photos + '/' + one.there));
         }
-        Editor window(context);
+        frmMain window(context);
         window.show();
         open(window, Changes::Unsaved);
         Hand hand(one.answers, m_photos + '/' + one.typed, {});
@@ -493,7 +487,7 @@ TEST_F(PhotoCommandsTest, ANameGetsTheExtensionOfTheChosenType) {
 TEST_F(PhotoCommandsTest, APhotoDroppedDuringAQuestionIsRefused) {
     for (const char *answers : {"frmSave2 Esc", "frmSave2 Yes, frmSimpleSave Cancel"}) {
         prepare("0", Empty);
-        Editor window(context);
+        frmMain window(context);
         window.show();
         open(window, Changes::Unsaved);
         Hand hand(answers, m_target, {});

@@ -7,6 +7,7 @@
 #include "widgets/PictureButton.h"
 #include "widgets/ProgressPanel.h"
 #include "widgets/StatusLine.h"
+#include "window/Dropping.h"
 #include "window/PhotoCommands.h"
 #include "window/ToolSet.h"
 #include "window/frmMain.h"
@@ -61,14 +62,7 @@ class WhileBusy : public test::Shell {
     bool drop() const {
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(m_otherFile)});
-        const QPoint at = m_window->rect().center();
-        QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(m_window->windowHandle(), &enter);
-        if (enter.isAccepted()) {
-            QDropEvent dropped(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-            QCoreApplication::sendEvent(m_window->windowHandle(), &dropped);
-        }
-        return enter.isAccepted();
+        return test::dropOn(*m_window, data);
     }
 
     /// Answers the modal windows that will come, one after the other, by the name of a button; a file dialog by a path.
