@@ -24,6 +24,7 @@ LUMORA_LATE(heif, heif_context_alloc);
 LUMORA_LATE(heif, heif_context_free);
 LUMORA_LATE(heif, heif_context_get_primary_image_handle);
 LUMORA_LATE(heif, heif_context_read_from_reader);
+LUMORA_LATE(heif, heif_context_set_maximum_image_size_limit);
 LUMORA_LATE(heif, heif_decode_image);
 LUMORA_LATE(heif, heif_decoding_options_alloc);
 LUMORA_LATE(heif, heif_decoding_options_free);
@@ -32,6 +33,8 @@ LUMORA_LATE(heif, heif_image_get_height);
 LUMORA_LATE(heif, heif_image_get_plane_readonly);
 LUMORA_LATE(heif, heif_image_get_width);
 LUMORA_LATE(heif, heif_image_handle_get_height);
+LUMORA_LATE(heif, heif_image_handle_get_ispe_height);
+LUMORA_LATE(heif, heif_image_handle_get_ispe_width);
 LUMORA_LATE(heif, heif_image_handle_get_list_of_metadata_block_IDs);
 LUMORA_LATE(heif, heif_image_handle_get_list_of_thumbnail_IDs);
 LUMORA_LATE(heif, heif_image_handle_get_luma_bits_per_pixel);
@@ -101,6 +104,13 @@ Opened open(Source &source) {
     heif_image_handle *handle = nullptr;
     if (error.code == heif_error_Ok) {
         error = heif_context_get_primary_image_handle(opened.context.get(), &handle);
+    }
+    if (handle != nullptr) {
+        // A grid has a size of its own, for which libheif would ask for gigabytes whatever the header says. The size of
+        // a tile is free.
+        constexpr int largestTile = 4096;
+        const int side = std::max(heif_image_handle_get_ispe_width(handle), heif_image_handle_get_ispe_height(handle));
+        heif_context_set_maximum_image_size_limit(opened.context.get(), std::max(2 * side, largestTile));
     }
     opened.handle.reset(handle);
     opened.error = pictureError(error);
