@@ -349,6 +349,19 @@ TEST(FilesDamage, NothingIsPrinted) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
+TEST(FilesDamage, AHeicGridLargerThanItsHeaderSaysTakesNoMemory) {
+    const auto mostMemory = [] { // kilobytes
+        rusage used{};
+        getrusage(RUSAGE_SELF, &used);
+        return used.ru_maxrss;
+    };
+    const long before = mostMemory();
+    const QString file = qEnvironmentVariable("LUMORA_SOURCE") + "/tests/imaging/broken/grid-of-a-gigapixel.heic";
+    const PictureError error = readPicture(file).error;
+    EXPECT_TRUE(error == PictureError::TooLarge || error == PictureError::Damaged) << static_cast<int>(error);
+    EXPECT_LT(mostMemory() - before, 500'000);
+}
+
 TEST(FilesDamage, WhatIsNoPicture) {
     QTemporaryDir folder;
     const QString text = folder.filePath(QStringLiteral("letter.jpg"));
